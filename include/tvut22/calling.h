@@ -1,0 +1,25 @@
+/* How every export is declared: linkage, import, calling convention.
+ *
+ * The DLL exports plain, undecorated names. Every function is __stdcall unless its declaration says
+ * otherwise; so are callbacks. Text is 8-bit in the process code page (A forms) or UTF-16 (W forms).
+ */
+#ifndef TVUT22_CALLING_H
+#define TVUT22_CALLING_H
+
+#include <windows.h>
+
+#ifdef TVUT22_BUILDING_DLL
+#define TVUT22_IMPORT
+#else
+#define TVUT22_IMPORT __declspec(dllimport)
+#endif
+
+#ifdef __cplusplus
+#define TVUT22_API extern "C" TVUT22_IMPORT
+#else
+#define TVUT22_API TVUT22_IMPORT
+#endif
+
+#define TVUT22_CALL __stdcall
+
+#endif

@@ -1,0 +1,442 @@
+/* Prof: the profile store.
+ *
+ * A profile is a tree of named lists that hold named items; every item is text, and the typed calls
+ * format and parse that text. A profile is opened as a job, read and changed through the job's
+ * handle, and saved where the caller wants it.
+ *
+ *     ProfJob job = ProfJobOpenW(L"C:\\Data\\report.prf");
+ *     INT copies;
+ *     ProfGetIntW(job, 0, L"Print/Copies", &copies, 1);
+ *     ProfSetIntW(job, 0, L"Print/Copies", copies + 1);
+ *     ProfSaveW(job, NULL, PROF_FORM_TEXT);
+ *     ProfJobClose(job);
+ *
+ * Rules that hold for every call below and are not repeated there:
+ *
+ * Jobs      Handle 0 is the invalid job: a call given it does nothing and returns 0, unless another
+ *           value is stated. Any other value must come from an open call and not be closed yet.
+ * Lists     Handle 0 is the job's root list. A handle stays valid until its list, a list above it,
+ *           or the job is deleted or emptied. A handle that belongs to another job, or to a list of
+ *           this job that has been deleted, is refused like a path that leads nowhere.
+ * Paths     Segments separated by "/". A leading "/" starts at the root list whatever list is
+ *           passed. Names compare exactly: by code unit, case-sensitive. There is no escaping, so
+ *           a name that holds "/" cannot be reached by a path; an empty segment is the empty name.
+ *           A segment followed by another counts with its first 255 characters only.
+ * Order     A list keeps its entries in the order they came in. Names need not be unique: a call
+ *           that reads or sets takes the first match. Items and lists are looked up apart.
+ * Null      A null path reaches nothing: nothing is done and 0 (Get: PROF_NOT_FOUND, with the
+ *           default stored) is returned, unless stated otherwise. Null output pointers are allowed
+ *           and receive nothing.
+ * Text      Terminated by NUL; an A form's text is in the code page of PROF_OPTION_CODE_PAGE.
+ * Ownership The library copies every text it is given and never keeps a caller's pointer.
+ * Threads   A job and its lists are used by one thread at a time; different jobs by any threads at
+ *           once. ProfJobAddRef and ProfJobClose may be called from any thread.
+ * Memory    When memory runs out a call changes nothing and returns its failure value. Append and
+ *           Set, which report nothing, then leave the profile as it was, apart from lists that
+ *           the path already created.
+ */
+#ifndef TVUT22_PROF_H
+#define TVUT22_PROF_H
+
+#include <tvut22/calling.h>
+
+#include <objidl.h>
+
+/* One open profile. Reference-counted; 0 is invalid. */
+typedef struct ProfJobObject* ProfJob;
+
+/* One list inside a job's tree; 0 means the root list. */
+typedef struct ProfListObject* ProfList;
+
+/* ---- Results ------------------------------------------------------------------------------- */
+
+#define PROF_OK 0                  /* success */
+#define PROF_OPEN_FAILED (-1)      /* open: not a valid file name, or the file could not be opened */
+#define PROF_EXCLUSIVE_FAILED (-3) /* open: an exclusive open failed, other than by sharing */
+#define PROF_SAVE_FAILED (-4)      /* save: the profile could not be written; the old file is intact */
+#define PROF_INVALID_JOB (-5)      /* ProfGetError, ProfDebugList, ProfCopyList: invalid job handle */
+#define PROF_NOT_FOUND (-6)        /* Get: no such item (typed Get: or its text is empty) */
+#define PROF_LOAD_FAILED (-7)      /* open: the contents could not be parsed */
+#define PROF_COPY_FAILED (-8)      /* ProfCopyList: failed or stopped */
+#define PROF_NOT_PARSED (-9)       /* Get: the item's text is not of the type asked for */
+#define PROF_LOCKED (-10)          /* open: locked by others for 10 seconds, or loading failed */
+
+/* ---- Flags and options --------------------------------------------------------------------- */
+
+/* Save flags, low four bits: the form. Any low nibble but 0 and 2 means XML. */
+#define PROF_FORM_TEXT 0x0u
+#define PROF_FORM_XML 0x1u
+#define PROF_FORM_XFDF 0x2u
+/* Save flags, further bits. */
+#define PROF_SAVE_COMPRESSED 0x40u         /* always write the compressed wrapper */
+#define PROF_SAVE_COMPRESSED_AS_READ 0x80u /* ... if the profile was read from a compressed one */
+
+/* Flags of ProfJobOpenStreamObject. Other bits are reserved and ignored. */
+#define PROF_READ_FOREIGN_XFDF 0x1u /* read XFDF as other programs write it */
+#define PROF_READ_PLAIN_INI 0x2u    /* every [section] is a list of the root list */
+
+/* Options of ProfSetOption and ProfGetOption. */
+#define PROF_OPTION_CODE_PAGE 1u /* code page of the A forms and of 8-bit files; first: GetACP() */
+
+/* ---- Jobs ---------------------------------------------------------------------------------- */
+
+/* Opens a profile from a file, which is closed again before the call returns.
+ *
+ * fileName  the file; null opens an empty profile without a file.
+ *
+ * Result    a job with one reference, to be released with ProfJobClose; 0 only when memory runs
+ *           out. Every other failure leaves a usable job, and ProfGetError tells of it:
+ *           PROF_OPEN_FAILED   the last component is a reserved device name (CON, PRN, AUX, NUL,
+ *                              COM1-9, LPT1-9, alone or with one extension), ends in a blank or a
+ *                              dot, or holds one of < > : " / | ? * or a control character; or the
+ *                              file does not exist or cannot be opened
+ *           PROF_LOCKED        a sharing violation lasted 10 seconds (it is retried every 100 ms);
+ *                              or the contents could not be read or would not fit into memory
+ *           PROF_LOAD_FAILED   the contents are malformed; what was read before stays in the tree
+ *
+ * An empty file is an empty profile. A file that begins with "ZZmQ" is a compressed profile and may
+ * unfold to at most 256 MiB. The encoding is: UTF-16 (little- or big-endian) or UTF-8 after a
+ * byte-order mark; without one UTF-16 little-endian when zero bytes show it, else UTF-8 when the
+ * whole input is valid UTF-8, else the code page of PROF_OPTION_CODE_PAGE.
+ *
+ * In the text form each list is a line "[name]" and a block in braces, each item a line name=value;
+ * blank lines and lines that begin with # or ; are skipped. A file whose first header line is not
+ * "[/]" is taken as a plain sequence of sections: the first header is skipped, each later one opens
+ * a list inside the one before (no brace closes it). PROF_READ_PLAIN_INI reads such files flat.
+ */
+TVUT22_API ProfJob TVUT22_CALL ProfJobOpenA(const char* fileName);
+TVUT22_API ProfJob TVUT22_CALL ProfJobOpenW(const wchar_t* fileName);
+
+/* Opens a profile from a file and holds the file open for reading and writing until the job ends;
+ * meanwhile others may only read it. The file is created when it does not exist.
+ *
+ * Parameters, result and errors as ProfJobOpen, but a file that cannot be opened for a reason other
+ * than sharing gives PROF_EXCLUSIVE_FAILED, and a file whose contents could not be loaded is closed.
+ */
+TVUT22_API ProfJob TVUT22_CALL ProfJobOpenExclusiveA(const char* fileName);
+TVUT22_API ProfJob TVUT22_CALL ProfJobOpenExclusiveW(const wchar_t* fileName);
+
+/* Opens a profile from a stream, which is read from its start to its end.
+ *
+ * stream  any IStream; null opens an empty profile. It is used during the call only. One that cannot
+ *         seek is read from where it stands.
+ *
+ * Result  as ProfJobOpen; a stream that fails to read gives PROF_LOCKED.
+ */
+TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStream(IStream* stream);
+
+/* As ProfJobOpenStream, with a name and flags.
+ *
+ * name   names the profile in diagnostic lines; may be null. No file of that name is opened. It is
+ *        the file name that ProfSave takes for a null name.
+ * flags  PROF_READ_...; 0 reads as ProfJobOpenStream does. PROF_READ_PLAIN_INI reads an .ini file as
+ *        other programs do: each section is a list of the root list, items before the first section
+ *        belong to the root, blanks around name and value are dropped, everything else stays as it
+ *        is (quotes and inline comments are part of the value, braces mean nothing).
+ *        PROF_READ_FOREIGN_XFDF is reserved until XFDF can be read.
+ */
+TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStreamObjectA(IStream* stream, const char* name, UINT flags);
+TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStreamObjectW(IStream* stream, const wchar_t* name, UINT flags);
+
+/* Adds one reference to a job. Any thread. */
+TVUT22_API void TVUT22_CALL ProfJobAddRef(ProfJob job);
+
+/* Releases one reference; the last one closes the held file and frees the profile, with every list
+ * handle of it. Any thread. */
+TVUT22_API void TVUT22_CALL ProfJobClose(ProfJob job);
+
+/* The error of opening and loading the job: PROF_OK or one of the codes of ProfJobOpen. Later calls
+ * do not change it. PROF_INVALID_JOB for the invalid job. */
+TVUT22_API INT TVUT22_CALL ProfGetError(ProfJob job);
+
+/* ---- Saving -------------------------------------------------------------------------------- */
+
+/* Saves a profile to a file.
+ *
+ * fileName  the target; null means the job's own file. When the job holds its file (exclusive open),
+ *           a null name and a name equal to the job's, compared without regard to case, write
+ *           through the held file.
+ * flags     a form (PROF_FORM_TEXT) and PROF_SAVE_... bits.
+ *
+ * Result    PROF_OK, or PROF_SAVE_FAILED: no or an invalid name, a read-only or locked target, a
+ *           full disk, a form that this version does not write, or a result beyond 2 GiB (a tree
+ *           nested a million deep would be hundreds of gigabytes of indentation). 0 for an
+ *           invalid job.
+ *
+ * The text form is UTF-16 little-endian with a byte-order mark and CR LF line ends. In names "=",
+ * "[" and "]" are written as U+2338, U+301A, U+301B, and in names and values every character below
+ * U+0020 as the one 0x2400 above it; reading turns them back. List names are written unchanged.
+ * Names that begin with "#", ";", "{", "}", a blank or a TAB do not survive being read again.
+ *
+ * A target that the job does not hold is never torn: the new contents are written to a temporary
+ * file in the same folder, which then replaces the target in one step and takes over its attributes
+ * and access rights; a sharing violation on that step is retried for up to two seconds. A held file
+ * is first brought to its new length, so that a full disk shows before old contents are overwritten.
+ */
+TVUT22_API INT TVUT22_CALL ProfSaveA(ProfJob job, const char* fileName, UINT flags);
+TVUT22_API INT TVUT22_CALL ProfSaveW(ProfJob job, const wchar_t* fileName, UINT flags);
+
+/* Saves a profile into a stream, from its start, and cuts the stream where the profile ends. A
+ * stream that cannot seek is written from where it stands, one that cannot change its size is not
+ * cut. flags and result as ProfSave; after PROF_SAVE_FAILED the stream's contents are undefined. */
+TVUT22_API INT TVUT22_CALL ProfSaveToStream(ProfJob job, IStream* stream, UINT flags);
+
+/* ---- Lists --------------------------------------------------------------------------------- */
+
+/* Finds a list by path: at each segment the first list of that name, with no second try.
+ *
+ * path    null yields the start list itself; exactly ".." yields the list that holds it.
+ *
+ * Result  the list; 0 when a segment is missing, and for ".." of the root list.
+ */
+TVUT22_API ProfList TVUT22_CALL ProfGetListA(ProfJob job, ProfList list, const char* path);
+TVUT22_API ProfList TVUT22_CALL ProfGetListW(ProfJob job, ProfList list, const wchar_t* path);
+
+/* Makes an empty list at a path: at each segment the first list of that name is taken, or appended
+ * when missing; the last one, when it was there, is emptied in its place and keeps its handle.
+ * Result: the list, or 0 when memory runs out. */
+TVUT22_API ProfList TVUT22_CALL ProfCreateListA(ProfJob job, ProfList list, const char* path);
+TVUT22_API ProfList TVUT22_CALL ProfCreateListW(ProfJob job, ProfList list, const wchar_t* path);
+
+/* Appends a new list for every segment of the path, whether or not one of that name exists: "A/B"
+ * makes a new A that holds a new B. Result: the last list, or 0 when memory runs out. */
+TVUT22_API ProfList TVUT22_CALL ProfAppendListA(ProfJob job, ProfList list, const char* path);
+TVUT22_API ProfList TVUT22_CALL ProfAppendListW(ProfJob job, ProfList list, const wchar_t* path);
+
+/* Deletes lists, with all that is in them.
+ *
+ * path  every list that it reaches, through every list of each segment's name, is deleted. Null
+ *       deletes the list handle itself, wherever it is in the tree; with list 0, which names no
+ *       entry, it deletes the first item met on a walk of the whole tree. The root list stays.
+ */
+TVUT22_API void TVUT22_CALL ProfDeleteListA(ProfJob job, ProfList list, const char* path);
+TVUT22_API void TVUT22_CALL ProfDeleteListW(ProfJob job, ProfList list, const wchar_t* path);
+
+/* Deletes every entry of a list; the list and its handle stay. */
+TVUT22_API void TVUT22_CALL ProfEmptyList(ProfJob job, ProfList list);
+
+/* Appends copies of all entries of a source list, with all that is in them, to a destination list.
+ * Nothing is merged. The two may be of one job, even the same list or one inside the other: what is
+ * copied is what was there when the call began.
+ *
+ * Result  PROF_OK; PROF_INVALID_JOB for an invalid source job; PROF_COPY_FAILED for another failure
+ *         (what was copied before stays).
+ */
+TVUT22_API INT TVUT22_CALL ProfCopyList(ProfJob destinationJob, ProfList destinationList, ProfJob sourceJob,
+                                        ProfList sourceList);
+
+/* Called once an entry by ProfEnum. name and value (empty for a list) are valid during the call;
+ * subList is 0 for an item. Return 0 to stop. The callback may change the profile: deleted entries
+ * are not visited any more, entries appended since the walk began are not visited either. */
+typedef BOOL(TVUT22_CALL* ProfEnumCallbackA)(ProfJob job, const char* name, const char* value,
+                                             ProfList subList, UINT_PTR user);
+typedef BOOL(TVUT22_CALL* ProfEnumCallbackW)(ProfJob job, const wchar_t* name, const wchar_t* value,
+                                             ProfList subList, UINT_PTR user);
+
+/* Walks the entries of one list in order, without entering the lists it holds.
+ * Result: 1 when every entry was visited, also for an empty list; 0 when the callback stopped the
+ * walk, or for an invalid job, list or callback. */
+TVUT22_API BOOL TVUT22_CALL ProfEnumA(ProfJob job, ProfList list, ProfEnumCallbackA callback, UINT_PTR user);
+TVUT22_API BOOL TVUT22_CALL ProfEnumW(ProfJob job, ProfList list, ProfEnumCallbackW callback, UINT_PTR user);
+
+/* Writes a list and all that is in it to the diagnostic output, a line an entry, indented by one
+ * blank a level. Result: PROF_OK, or PROF_INVALID_JOB. */
+TVUT22_API INT TVUT22_CALL ProfDebugList(ProfJob job, ProfList list);
+
+/* ---- Items --------------------------------------------------------------------------------- */
+
+/* Deletes every item that the path reaches, through every list of each segment's name. */
+TVUT22_API void TVUT22_CALL ProfDeleteItemA(ProfJob job, ProfList list, const char* path);
+TVUT22_API void TVUT22_CALL ProfDeleteItemW(ProfJob job, ProfList list, const wchar_t* path);
+
+/* Append adds an item at the end of its list, whatever is there. Set gives the first item of that
+ * name a new value in its place, or appends one. Both create the lists on the way that are missing.
+ * A null value text is the empty text; a null point or rectangle adds nothing.
+ *
+ * Type      Stored text
+ * String    the text itself
+ * Bool      TRUE or FALSE
+ * Int       decimal
+ * IntHex    x and 8 upper-case hexadecimal digits
+ * Int64     decimal, as unsigned: -1 is 18446744073709551615
+ * Int64Hex  x and upper-case hexadecimal digits
+ * Double    six decimals, decimal point whatever the locale
+ * Point     (x,y)
+ * Rect      (left,top,right,bottom)
+ * RectLTWH  (left,top,width,height) of the rectangle given by its four sides
+ * Colorref  (red,green,blue), each 0 to 255
+ */
+TVUT22_API void TVUT22_CALL ProfAppendStringA(ProfJob job, ProfList list, const char* path,
+                                              const char* value);
+TVUT22_API void TVUT22_CALL ProfAppendStringW(ProfJob job, ProfList list, const wchar_t* path,
+                                              const wchar_t* value);
+TVUT22_API void TVUT22_CALL ProfSetStringA(ProfJob job, ProfList list, const char* path, const char* value);
+TVUT22_API void TVUT22_CALL ProfSetStringW(ProfJob job, ProfList list, const wchar_t* path,
+                                           const wchar_t* value);
+TVUT22_API void TVUT22_CALL ProfAppendBoolA(ProfJob job, ProfList list, const char* path, BOOL value);
+TVUT22_API void TVUT22_CALL ProfAppendBoolW(ProfJob job, ProfList list, const wchar_t* path, BOOL value);
+TVUT22_API void TVUT22_CALL ProfSetBoolA(ProfJob job, ProfList list, const char* path, BOOL value);
+TVUT22_API void TVUT22_CALL ProfSetBoolW(ProfJob job, ProfList list, const wchar_t* path, BOOL value);
+TVUT22_API void TVUT22_CALL ProfAppendIntA(ProfJob job, ProfList list, const char* path, INT value);
+TVUT22_API void TVUT22_CALL ProfAppendIntW(ProfJob job, ProfList list, const wchar_t* path, INT value);
+TVUT22_API void TVUT22_CALL ProfSetIntA(ProfJob job, ProfList list, const char* path, INT value);
+TVUT22_API void TVUT22_CALL ProfSetIntW(ProfJob job, ProfList list, const wchar_t* path, INT value);
+TVUT22_API void TVUT22_CALL ProfAppendIntHexA(ProfJob job, ProfList list, const char* path, UINT value);
+TVUT22_API void TVUT22_CALL ProfAppendIntHexW(ProfJob job, ProfList list, const wchar_t* path, UINT value);
+TVUT22_API void TVUT22_CALL ProfSetIntHexA(ProfJob job, ProfList list, const char* path, UINT value);
+TVUT22_API void TVUT22_CALL ProfSetIntHexW(ProfJob job, ProfList list, const wchar_t* path, UINT value);
+TVUT22_API void TVUT22_CALL ProfAppendInt64A(ProfJob job, ProfList list, const char* path, INT64 value);
+TVUT22_API void TVUT22_CALL ProfAppendInt64W(ProfJob job, ProfList list, const wchar_t* path, INT64 value);
+TVUT22_API void TVUT22_CALL ProfSetInt64A(ProfJob job, ProfList list, const char* path, INT64 value);
+TVUT22_API void TVUT22_CALL ProfSetInt64W(ProfJob job, ProfList list, const wchar_t* path, INT64 value);
+TVUT22_API void TVUT22_CALL ProfAppendInt64HexA(ProfJob job, ProfList list, const char* path, INT64 value);
+TVUT22_API void TVUT22_CALL ProfAppendInt64HexW(ProfJob job, ProfList list, const wchar_t* path, INT64 value);
+TVUT22_API void TVUT22_CALL ProfSetInt64HexA(ProfJob job, ProfList list, const char* path, INT64 value);
+TVUT22_API void TVUT22_CALL ProfSetInt64HexW(ProfJob job, ProfList list, const wchar_t* path, INT64 value);
+TVUT22_API void TVUT22_CALL ProfAppendDoubleA(ProfJob job, ProfList list, const char* path, double value);
+TVUT22_API void TVUT22_CALL ProfAppendDoubleW(ProfJob job, ProfList list, const wchar_t* path, double value);
+TVUT22_API void TVUT22_CALL ProfSetDoubleA(ProfJob job, ProfList list, const char* path, double value);
+TVUT22_API void TVUT22_CALL ProfSetDoubleW(ProfJob job, ProfList list, const wchar_t* path, double value);
+TVUT22_API void TVUT22_CALL ProfAppendPointA(ProfJob job, ProfList list, const char* path,
+                                             const POINT* value);
+TVUT22_API void TVUT22_CALL ProfAppendPointW(ProfJob job, ProfList list, const wchar_t* path,
+                                             const POINT* value);
+TVUT22_API void TVUT22_CALL ProfSetPointA(ProfJob job, ProfList list, const char* path, const POINT* value);
+TVUT22_API void TVUT22_CALL ProfSetPointW(ProfJob job, ProfList list, const wchar_t* path,
+                                          const POINT* value);
+TVUT22_API void TVUT22_CALL ProfAppendRectA(ProfJob job, ProfList list, const char* path, const RECT* value);
+TVUT22_API void TVUT22_CALL ProfAppendRectW(ProfJob job, ProfList list, const wchar_t* path,
+                                            const RECT* value);
+TVUT22_API void TVUT22_CALL ProfSetRectA(ProfJob job, ProfList list, const char* path, const RECT* value);
+TVUT22_API void TVUT22_CALL ProfSetRectW(ProfJob job, ProfList list, const wchar_t* path, const RECT* value);
+TVUT22_API void TVUT22_CALL ProfAppendRectLTWHA(ProfJob job, ProfList list, const char* path,
+                                                const RECT* value);
+TVUT22_API void TVUT22_CALL ProfAppendRectLTWHW(ProfJob job, ProfList list, const wchar_t* path,
+                                                const RECT* value);
+TVUT22_API void TVUT22_CALL ProfSetRectLTWHA(ProfJob job, ProfList list, const char* path, const RECT* value);
+TVUT22_API void TVUT22_CALL ProfSetRectLTWHW(ProfJob job, ProfList list, const wchar_t* path,
+                                             const RECT* value);
+TVUT22_API void TVUT22_CALL ProfAppendColorrefA(ProfJob job, ProfList list, const char* path, COLORREF value);
+TVUT22_API void TVUT22_CALL ProfAppendColorrefW(ProfJob job, ProfList list, const wchar_t* path,
+                                                COLORREF value);
+TVUT22_API void TVUT22_CALL ProfSetColorrefA(ProfJob job, ProfList list, const char* path, COLORREF value);
+TVUT22_API void TVUT22_CALL ProfSetColorrefW(ProfJob job, ProfList list, const wchar_t* path, COLORREF value);
+
+/* Reads an item's text.
+ *
+ * buffer        receives at most size - 1 characters (A: bytes, never half a character) and a NUL;
+ *               may be null to ask for the length only.
+ * size          of the buffer in characters (A: bytes); with 0 nothing is written, but for the NUL of
+ *               a null default.
+ * defaultValue  what the buffer receives when there is no such item; null is the empty text. May be
+ *               the buffer itself.
+ *
+ * Result        the length of the whole stored text in UTF-16 characters (both forms), so a result
+ *               >= size means that the W buffer got only its beginning; PROF_NOT_FOUND when there is
+ *               no such item. 0 for the invalid job, with the default stored.
+ */
+TVUT22_API INT TVUT22_CALL ProfGetStringA(ProfJob job, ProfList list, const char* path, char* buffer,
+                                          UINT size, const char* defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetStringW(ProfJob job, ProfList list, const wchar_t* path, wchar_t* buffer,
+                                          UINT size, const wchar_t* defaultValue);
+
+/* The length of an item's text in UTF-16 characters without a terminator, or PROF_NOT_FOUND. */
+TVUT22_API INT TVUT22_CALL ProfGetStringLengthA(ProfJob job, ProfList list, const char* path);
+TVUT22_API INT TVUT22_CALL ProfGetStringLengthW(ProfJob job, ProfList list, const wchar_t* path);
+
+/* Typed Get: reads an item's text and parses it.
+ *
+ * out           receives the value.
+ * defaultValue  stored in out when there is no such item or its text is empty. A null pointer to a
+ *               default counts as all zeros; it may be out itself.
+ *
+ * Result        PROF_OK; PROF_NOT_FOUND with the default stored; PROF_NOT_PARSED when the text is of
+ *               another type: Int, Int64 and Colorref then leave out as it was, Point and Rect may
+ *               have stored the numbers that came before the fault. 0 and nothing stored for the
+ *               invalid job.
+ *
+ * Type      Accepted text (parsing stops at the first character that does not fit)
+ * Bool      true when it begins with T, Y or y; anything else is false
+ * Int       x and hexadecimal digits, or decimal
+ * Int64     x and hexadecimal digits, or decimal (a minus sign wraps)
+ * Double    a decimal number with optional fraction and exponent; anything else is 0
+ * Point     (x,y)
+ * Rect      (left,top,right,bottom)
+ * RectLTWH  (left,top,width,height); out receives the four sides
+ * Colorref  x and hexadecimal digits, or (red,green,blue), each taken modulo 256
+ *
+ * Whole numbers that are too large wrap; blanks may stand before each number; the closing
+ * parenthesis is not required. All but Double look at the first 199 characters (Int64: 63) only.
+ */
+TVUT22_API INT TVUT22_CALL ProfGetBoolA(ProfJob job, ProfList list, const char* path, BOOL* out,
+                                        BOOL defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetBoolW(ProfJob job, ProfList list, const wchar_t* path, BOOL* out,
+                                        BOOL defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetIntA(ProfJob job, ProfList list, const char* path, INT* out,
+                                       INT defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetIntW(ProfJob job, ProfList list, const wchar_t* path, INT* out,
+                                       INT defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetInt64A(ProfJob job, ProfList list, const char* path, INT64* out,
+                                         INT64 defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetInt64W(ProfJob job, ProfList list, const wchar_t* path, INT64* out,
+                                         INT64 defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetDoubleA(ProfJob job, ProfList list, const char* path, double* out,
+                                          double defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetDoubleW(ProfJob job, ProfList list, const wchar_t* path, double* out,
+                                          double defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetPointA(ProfJob job, ProfList list, const char* path, POINT* out,
+                                         const POINT* defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetPointW(ProfJob job, ProfList list, const wchar_t* path, POINT* out,
+                                         const POINT* defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetRectA(ProfJob job, ProfList list, const char* path, RECT* out,
+                                        const RECT* defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetRectW(ProfJob job, ProfList list, const wchar_t* path, RECT* out,
+                                        const RECT* defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetRectLTWHA(ProfJob job, ProfList list, const char* path, RECT* out,
+                                            const RECT* defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetRectLTWHW(ProfJob job, ProfList list, const wchar_t* path, RECT* out,
+                                            const RECT* defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetColorrefA(ProfJob job, ProfList list, const char* path, COLORREF* out,
+                                            COLORREF defaultValue);
+TVUT22_API INT TVUT22_CALL ProfGetColorrefW(ProfJob job, ProfList list, const wchar_t* path, COLORREF* out,
+                                            COLORREF defaultValue);
+
+/* ---- Converters ---------------------------------------------------------------------------- */
+
+/* Parse a text that the caller holds. out always receives a value: the default for a null text and
+ * for one that is not of the type (RECT: all four members then).
+ *
+ * BOOL      as ProfGetBool; the empty text is true
+ * INT       decimal only (no leading x)
+ * INT64     decimal only
+ * RECT      as ProfGetRect
+ * COLORREF  as ProfGetColorref
+ */
+TVUT22_API void TVUT22_CALL ProfLPSTRtoBOOLA(const char* text, BOOL* out, BOOL defaultValue);
+TVUT22_API void TVUT22_CALL ProfLPSTRtoBOOLW(const wchar_t* text, BOOL* out, BOOL defaultValue);
+TVUT22_API void TVUT22_CALL ProfLPSTRtoINTA(const char* text, INT* out, INT defaultValue);
+TVUT22_API void TVUT22_CALL ProfLPSTRtoINTW(const wchar_t* text, INT* out, INT defaultValue);
+TVUT22_API void TVUT22_CALL ProfLPSTRtoINT64A(const char* text, INT64* out, INT64 defaultValue);
+TVUT22_API void TVUT22_CALL ProfLPSTRtoINT64W(const wchar_t* text, INT64* out, INT64 defaultValue);
+TVUT22_API void TVUT22_CALL ProfLPSTRtoRECTA(const char* text, RECT* out, const RECT* defaultValue);
+TVUT22_API void TVUT22_CALL ProfLPSTRtoRECTW(const wchar_t* text, RECT* out, const RECT* defaultValue);
+TVUT22_API void TVUT22_CALL ProfLPSTRtoCOLORREFA(const char* text, COLORREF* out, COLORREF defaultValue);
+TVUT22_API void TVUT22_CALL ProfLPSTRtoCOLORREFW(const wchar_t* text, COLORREF* out, COLORREF defaultValue);
+
+/* ---- Library ------------------------------------------------------------------------------- */
+
+/* The version: 0 gives 5642 (major * 256 + minor), 1 the major number 22, 2 the minor number 10, any
+ * other selector -1. */
+TVUT22_API INT TVUT22_CALL ProfGetVersion(INT selector);
+
+/* Sets an option of the process (low 16 bits of the value); unknown options are ignored. Any thread;
+ * a change is seen by calls that begin after it. */
+TVUT22_API void TVUT22_CALL ProfSetOption(UINT option, UINT value);
+
+/* Reads an option of the process; 0 for an unknown option. Any thread. */
+TVUT22_API UINT TVUT22_CALL ProfGetOption(UINT option);
+
+/* Kept for callers of earlier versions; does nothing. */
+TVUT22_API void TVUT22_CALL ProfSetDebug(BOOL flag);
+
+#endif
