@@ -1,0 +1,29 @@
+// Conversion between 8-bit text in a code page and UTF-16.
+//
+// Characters that have no counterpart become the code page's default character; nothing fails for
+// its contents. An unknown code page counts as the process's own.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace tvut {
+
+constexpr unsigned codePageUtf8 = 65001;
+
+// The code page of the process.
+unsigned PlatformProcessCodePage() noexcept;
+
+// Converts into a buffer with room for as many characters as there are bytes, which is always
+// enough. Gives the number of characters written.
+std::size_t PlatformDecode(unsigned codePage, std::string_view bytes, char16_t* characters);
+
+// The number of bytes that a text takes in a code page, and the conversion into a buffer of that
+// size. Both give the number of bytes.
+std::size_t PlatformEncodedSize(unsigned codePage, std::u16string_view text);
+std::size_t PlatformEncode(unsigned codePage, std::u16string_view text, char* bytes, std::size_t size);
+
+// The longest beginning of an 8-bit text of at most so many bytes that ends with a whole character.
+std::size_t PlatformWholeCharacters(unsigned codePage, std::string_view text, std::size_t bytes);
+
+} // namespace tvut

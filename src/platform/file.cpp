@@ -1,0 +1,207 @@
+#include "platform/file.h"
+
+#include "platform/exception.h"
+#include "platform/wide.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tvut {
+
+namespace {
+
+constexpr DWORD retryInterval = 100;      // milliseconds
+constexpr ULONGLONG openPatience = 10000; // milliseconds
+constexpr ULONGLONG replacePatience = 2000;
+
+// Calls attempt until it succeeds, fails for another reason than sharing, or patience ends. Gives
+// the last error, 0 for success.
+template <class Attempt>
+DWORD RetryWhileShared(ULONGLONG patience, Attempt attempt) {
+    const ULONGLONG start = GetTickCount64();
+    for (;;) {
+        const DWORD error = attempt();
+        if (error != ERROR_SHARING_VIOLATION || GetTickCount64() - start >= patience)
+            return error;
+        Sleep(retryInterval);
+    }
+}
+
+void Require(BOOL succeeded, const char* what) {
+    if (!succeeded)
+        throw clsException(what);
+}
+
+void MoveTo(HANDLE file, std::uint64_t position) {
+    LARGE_INTEGER distance;
+    distance.QuadPart = static_cast<LONGLONG>(position);
+    Require(SetFilePointerEx(file, distance, nullptr, FILE_BEGIN), "file cannot be positioned");
+}
+
+std::uint64_t SizeOf(HANDLE file) {
+    LARGE_INTEGER size;
+    Require(GetFileSizeEx(file, &size), "file has no size");
+    return static_cast<std::uint64_t>(size.QuadPart);
+}
+
+void WriteAll(HANDLE file, const void* data, std::size_t bytes) {
+    const char* next = static_cast<const char*>(data);
+    while (bytes != 0) {
+        DWORD written = 0;
+        Require(WriteFile(file, next, static_cast<DWORD>(bytes), &written, nullptr) && written != 0,
+                "file cannot be written");
+        next += written;
+        bytes -= written;
+    }
+}
+
+void WriteZeros(HANDLE file, std::uint64_t count) {
+    constexpr std::array<char, 4096> zeros{};
+    for (; count != 0; count -= std::min<std::uint64_t>(count, zeros.size()))
+        WriteAll(file, zeros.data(), static_cast<std::size_t>(std::min<std::uint64_t>(count, zeros.size())));
+}
+
+} // namespace
+
+clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, DWORD& error) {
+    clsFileHandle file;
+    error = RetryWhileShared(openPatience, [&]() -> DWORD {
+        file = clsFileHandle(CreateFileW(ToWide(name), mode.access, mode.share, nullptr, mode.disposition,
+                                         FILE_ATTRIBUTE_NORMAL, nullptr));
+        return file ? ERROR_SUCCESS : GetLastError();
+    });
+    return file;
+}
+
+// ---- Reading ----------------------------------------------------------------------------------
+
+clsFileSource::clsFileSource(HANDLE file) : file_(file) {
+    MoveTo(file_, 0);
+}
+
+std::uint64_t clsFileSource::SizeHint() {
+    return SizeOf(file_);
+}
+
+std::size_t clsFileSource::Read(void* buffer, std::size_t bytes) {
+    DWORD read = 0;
+    Require(ReadFile(file_, buffer, static_cast<DWORD>(bytes), &read, nullptr), "file cannot be read");
+    return read;
+}
+
+// ---- Overwriting a held file ------------------------------------------------------------------
+
+clsFileSink::clsFileSink(HANDLE file) : file_(file) {
+    MoveTo(file_, 0);
+}
+
+void clsFileSink::Extend(std::uint64_t bytes) {
+    const std::uint64_t size = SizeOf(file_);
+    if (bytes > size) {
+        MoveTo(file_, size);
+        try {
+            WriteZeros(file_, bytes - size);
+        } catch (const clsException&) {
+            MoveTo(file_, size);
+            SetEndOfFile(file_);
+            throw;
+        }
+    }
+    MoveTo(file_, 0);
+}
+
+void clsFileSink::Write(const void* data, std::size_t bytes) {
+    WriteAll(file_, data, bytes);
+}
+
+void clsFileSink::Finish() {
+    Require(SetEndOfFile(file_), "file cannot be cut");
+    Require(FlushFileBuffers(file_), "file cannot be flushed");
+}
+
+// ---- Replacing a file -------------------------------------------------------------------------
+
+namespace {
+
+std::wstring FolderOf(const std::wstring& path) {
+    return path.substr(0, path.find_last_of(L"\\/:") + 1); // nothing found: npos + 1 is 0
+}
+
+// Makes a new file of a name nobody uses, and sets the name.
+clsFileHandle MakeTemporary(const std::wstring& folder, std::wstring& name) {
+    std::array<wchar_t, 32> leaf;
+    clsFileHandle file;
+    const auto seed =
+        static_cast<unsigned>(GetTickCount64()) ^ GetCurrentProcessId() << 16 ^ GetCurrentThreadId();
+    for (unsigned attempt = 0; !file && attempt < 100; ++attempt) {
+        wsprintfW(leaf.data(), L"~PRF%08X.tmp", seed + attempt * 0x9E3779B1u);
+        name = folder + leaf.data();
+        file = clsFileHandle(CreateFileW(name.c_str(), GENERIC_WRITE | DELETE | WRITE_DAC, 0, nullptr,
+                                         CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!file && GetLastError() != ERROR_FILE_EXISTS)
+            break;
+    }
+    return file;
+}
+
+// Gives a new file the creation time, attributes and access rights of the one it is to replace, as
+// far as the system allows.
+void TakeOver(const std::wstring& from, HANDLE file) {
+    WIN32_FILE_ATTRIBUTE_DATA data;
+    if (!GetFileAttributesExW(from.c_str(), GetFileExInfoStandard, &data))
+        return;
+    FILE_BASIC_INFO basic{};
+    basic.CreationTime.LowPart = data.ftCreationTime.dwLowDateTime;
+    basic.CreationTime.HighPart = static_cast<LONG>(data.ftCreationTime.dwHighDateTime);
+    basic.FileAttributes = data.dwFileAttributes;
+    SetFileInformationByHandle(file, FileBasicInfo, &basic, sizeof basic);
+
+    alignas(SECURITY_DESCRIPTOR) std::array<char, 4096> security;
+    DWORD needed = 0;
+    if (GetFileSecurityW(from.c_str(), DACL_SECURITY_INFORMATION, security.data(),
+                         static_cast<DWORD>(security.size()), &needed))
+        SetKernelObjectSecurity(file, DACL_SECURITY_INFORMATION, security.data());
+}
+
+// One step of the file system: whoever opens the target meets the old file or the new one. While
+// somebody has it open, the system answers with one of two errors.
+DWORD PutInPlace(const std::wstring& target, const std::wstring& temporary) {
+    if (MoveFileExW(temporary.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING))
+        return ERROR_SUCCESS;
+    const DWORD error = GetLastError();
+    return error == ERROR_ACCESS_DENIED ? ERROR_SHARING_VIOLATION : error;
+}
+
+} // namespace
+
+clsReplacingSink::clsReplacingSink(const char16_t* target) : target_(ToWide(target)) {
+    const DWORD attributes = GetFileAttributesW(target_.c_str());
+    Require(attributes == INVALID_FILE_ATTRIBUTES ||
+                !(attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)),
+            "file is read-only or a folder");
+    file_ = MakeTemporary(FolderOf(target_), temporary_);
+    Require(static_cast<bool>(file_), "temporary file cannot be made");
+}
+
+// Without its file there is nothing to remove: it was never made, or it is the target by now.
+clsReplacingSink::~clsReplacingSink() {
+    if (!file_ && !written_)
+        return;
+    file_.Reset();
+    DeleteFileW(temporary_.c_str());
+}
+
+void clsReplacingSink::Write(const void* data, std::size_t bytes) {
+    WriteAll(file_.Get(), data, bytes);
+}
+
+void clsReplacingSink::Finish() {
+    TakeOver(target_, file_.Get());
+    written_ = true;
+    file_.Reset();
+    const DWORD error = RetryWhileShared(replacePatience, [&] { return PutInPlace(target_, temporary_); });
+    Require(error == ERROR_SUCCESS, "file cannot be replaced");
+    written_ = false;
+}
+
+} // namespace tvut

@@ -1,0 +1,65 @@
+// Ownership of Windows resources: one template, one line a kind.
+//
+// A policy gives the type, the value that means "none", and how to close. Closing keeps the thread's
+// last-error value, so that a failure can be reported after its resources are gone.
+#pragma once
+
+#include <utility>
+#include <windows.h>
+
+namespace tvut {
+
+template <class Policy>
+class clsOwned {
+  public:
+    using Value = typename Policy::Value;
+
+    clsOwned() noexcept = default;
+    explicit clsOwned(Value value) noexcept : value_(value) {}
+    clsOwned(clsOwned&& other) noexcept : value_(std::exchange(other.value_, Policy::None())) {}
+    clsOwned& operator=(clsOwned&& other) noexcept {
+        if (this != &other) {
+            Reset();
+            value_ = std::exchange(other.value_, Policy::None());
+        }
+        return *this;
+    }
+    ~clsOwned() { Reset(); }
+
+    explicit operator bool() const noexcept { return value_ != Policy::None(); }
+    Value Get() const noexcept { return value_; }
+
+    // For functions that return a resource through a pointer.
+    Value* Receive() noexcept {
+        Reset();
+        return &value_;
+    }
+
+    void Reset() noexcept {
+        if (value_ == Policy::None())
+            return;
+        const DWORD lastError = GetLastError();
+        Policy::Close(value_);
+        value_ = Policy::None();
+        SetLastError(lastError);
+    }
+
+  private:
+    Value value_ = Policy::None();
+};
+
+struct scFilePolicy {
+    using Value = HANDLE;
+    static Value None() noexcept { return INVALID_HANDLE_VALUE; }
+    static void Close(Value value) noexcept { CloseHandle(value); }
+};
+using clsFileHandle = clsOwned<scFilePolicy>;
+
+struct scRegistryKeyPolicy {
+    using Value = HKEY;
+    static Value None() noexcept { return nullptr; }
+    static void Close(Value value) noexcept { RegCloseKey(value); }
+};
+using clsRegistryKey = clsOwned<scRegistryKeyPolicy>;
+
+} // namespace tvut

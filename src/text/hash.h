@@ -1,0 +1,56 @@
+// A fast 32-bit hash of UTF-16 text for the pools and indexes, seeded once a process.
+//
+// Names come from files that anybody may have written, so a fixed hash would let a file make every
+// name collide. Each step folds a 32 x 32 -> 64 bit product whose two factors both depend on the
+// state, which starts from a seed the file cannot know.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace tvut {
+
+// The seed of the running process. Set by the module start before any text is hashed.
+inline std::uint32_t g_hashSeed = 0x9E3779B9u;
+
+namespace detail {
+
+inline void FoldProduct(std::uint32_t& low, std::uint32_t& high) {
+    const std::uint64_t product =
+        static_cast<std::uint64_t>(low ^ 0x53C5CA59u) * static_cast<std::uint64_t>(high ^ 0x74743C1Bu);
+    low = static_cast<std::uint32_t>(product);
+    high = static_cast<std::uint32_t>(product >> 32);
+}
+
+inline std::uint32_t LoadPair(const char16_t* text) {
+    std::uint32_t pair;
+    std::memcpy(&pair, text, sizeof pair);
+    return pair;
+}
+
+} // namespace detail
+
+// Cost: one multiplication for four characters and two more to finish.
+inline std::uint32_t UtilpHashText(std::u16string_view text) {
+    std::uint32_t low = g_hashSeed ^ static_cast<std::uint32_t>(text.size());
+    std::uint32_t high = g_hashSeed;
+    const char16_t* next = text.data();
+    std::size_t left = text.size();
+    for (; left > 4; left -= 4, next += 4) {
+        low ^= detail::LoadPair(next);
+        high ^= detail::LoadPair(next + 2);
+        detail::FoldProduct(low, high);
+    }
+    if (left >= 2) {
+        low ^= detail::LoadPair(next);
+        high ^= detail::LoadPair(next + left - 2);
+    } else if (left == 1) {
+        low ^= *next;
+    }
+    detail::FoldProduct(low, high);
+    detail::FoldProduct(low, high);
+    return low ^ high;
+}
+
+} // namespace tvut
