@@ -1,0 +1,64 @@
+#include "prof/formats/load.h"
+
+#include "prof/formats/compression.h"
+#include "prof/formats/form.h"
+#include "prof/formats/load_error.h"
+#include "runtime/diagnostics.h"
+
+namespace tvut {
+
+clsLoadException::clsLoadException(std::uint32_t line, std::u16string_view message)
+    : clsException("profile contents cannot be parsed"), line_(line), message_(message) {
+    clsDiagnosticLine()
+        .Put(u"PROF load error line ")
+        .Put(static_cast<std::int32_t>(line))
+        .Put(u": '")
+        .Put(message)
+        .Put(u"'")
+        .Write();
+}
+
+namespace {
+
+// A wrapper in a wrapper is read like any other input; more than a few are no profile.
+constexpr int deepestWrapper = 4;
+
+void Unwrap(clsInputText& input, scLoadResult& result) {
+    for (int depth = 0; ProfpIsCompressed(input.Bytes()); ++depth) {
+        if (depth == deepestWrapper)
+            throw clsLoadException(0, u"prof::compressed: wrapped too often");
+        result.compressed = true;
+        input = ProfpInflate(input.Bytes());
+    }
+}
+
+const IclsFormReader& ReaderFor(clsLineReader firstLine, ReadMode mode) {
+    if (mode == ReadMode::plainIni)
+        return g_plainIniReader;
+    return firstLine.Next() ? ProfpDetectForm(firstLine.Line()) : g_textReader;
+}
+
+} // namespace
+
+scLoadResult ProfpLoad(clsByteSource& source, clsItemList& target, const scLoadRequest& request) {
+    scLoadResult result;
+    clsInputText input = clsInputText::Read(source);
+    try {
+        Unwrap(input, result);
+        input.Decode(request.codePage);
+        clsLineReader lines(input.Text());
+        ReaderFor(lines, request.mode).Parse(lines, target);
+        result.parsed = true;
+    } catch (const clsLoadException& error) {
+        clsDiagnosticLine()
+            .Put(request.inputName)
+            .Put(u": error '")
+            .Put(error.Message())
+            .Put(u"' in line ")
+            .Put(static_cast<std::int32_t>(error.Line()))
+            .Write();
+    }
+    return result;
+}
+
+} // namespace tvut

@@ -1,0 +1,28 @@
+// Loading: from a source's bytes to a finished tree, whatever form and encoding they are in.
+#pragma once
+
+#include "platform/bytes.h"
+#include "prof/tree.h"
+
+#include <string_view>
+
+namespace tvut {
+
+enum class ReadMode { detect, plainIni };
+
+struct scLoadRequest {
+    std::u16string_view inputName; // for diagnostic lines
+    ReadMode mode = ReadMode::detect;
+    unsigned codePage = 0; // of 8-bit input that is not UTF-8
+};
+
+struct scLoadResult {
+    bool parsed = false;     // false: malformed, and a diagnostic line tells of it
+    bool compressed = false; // the input was in the compressed wrapper
+};
+
+// Reads a source into a list. What was read before a fault stays there. Throws std::bad_alloc and
+// clsException when the source fails.
+scLoadResult ProfpLoad(clsByteSource& source, clsItemList& target, const scLoadRequest& request);
+
+} // namespace tvut

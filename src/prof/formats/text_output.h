@@ -1,0 +1,56 @@
+// UTF-16 output of a writer: collects lines in a block and hands full blocks to a sink.
+#pragma once
+
+#include "platform/bytes.h"
+#include "text/scan.h"
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+namespace tvut {
+
+class clsTextOutput {
+  public:
+    explicit clsTextOutput(clsByteSink& sink);
+
+    void Put(char16_t c) {
+        Room(1);
+        block_[used_++] = c;
+    }
+    void Put(std::u16string_view text);
+
+    // Writes text whose characters may have to be replaced; see UtilpCopyReplacing.
+    template <bool isName, class Replace>
+    void PutReplacing(std::u16string_view text, Replace replace) {
+        while (!text.empty()) {
+            const std::size_t part = Part(text.size());
+            UtilpCopyReplacing<isName>(block_.get() + used_, text.data(), part, replace);
+            used_ += part;
+            text.remove_prefix(part);
+        }
+    }
+
+    // A TAB for every four levels and a blank for each level beyond.
+    void PutIndentation(std::uint32_t level);
+
+    void Flush();
+
+    static constexpr std::uint64_t IndentationLength(std::uint32_t level) { return level / 4 + level % 4; }
+
+  private:
+    static constexpr std::size_t blockLength = 64 * 1024;
+
+    void Room(std::size_t length) {
+        if (blockLength - used_ < length)
+            Flush();
+    }
+    // How much of a text of some length goes into the block now; never 0.
+    std::size_t Part(std::size_t length);
+
+    clsByteSink& sink_;
+    std::unique_ptr<char16_t[]> block_;
+    std::size_t used_ = 0;
+};
+
+} // namespace tvut

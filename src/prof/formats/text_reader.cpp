@@ -1,0 +1,90 @@
+// Reads the text form: "[name]" and a block in braces a list, name=value an item.
+//
+// Files that other programs wrote as plain sections are read too: there no brace closes a list, so
+// each header opens one inside the list before it.
+#include "prof/formats/form.h"
+#include "prof/formats/text_marks.h"
+
+#include <string>
+
+namespace tvut {
+
+namespace {
+
+// Skips to the first line of the root's contents. The root's own header, or the first header of a
+// file that has none, creates nothing. False when there is no header at all.
+bool FindRoot(clsLineReader& lines) {
+    while (lines.Next()) {
+        if (lines.First() == u'[')
+            return true;
+    }
+    return false;
+}
+
+class clsTextParser {
+  public:
+    explicit clsTextParser(clsLineReader& lines) : lines_(lines) {}
+
+    // Reads to the line that ends the list, or to the end of the text.
+    void ParseList(clsItemList& target) {
+        clsItemList* list = &target;
+        while (lines_.Next()) {
+            switch (lines_.First()) {
+            case u'#':
+            case u';':
+            case u'{':
+                break;
+            case u'[':
+                list = list->Tree()->AppendList(*list, scName(lines_.HeaderName()));
+                break;
+            case u'}':
+                if (list == &target)
+                    return;
+                list = list->Parent();
+                break;
+            default:
+                AppendItem(*list);
+            }
+        }
+    }
+
+  private:
+    void AppendItem(clsItemList& list) {
+        std::u16string_view name = lines_.Name();
+        std::u16string_view value = lines_.Value();
+        if (lines_.Marked()) {
+            name = Unmarked(name, name_, ProfpUnmarkInName);
+            value = Unmarked(value, value_, ProfpUnmarkInValue);
+        }
+        list.Tree()->AppendItem(list, scName(name), value);
+    }
+
+    static std::u16string_view Unmarked(std::u16string_view text, std::u16string& buffer,
+                                        char16_t (*unmark)(char16_t)) {
+        buffer.assign(text);
+        for (char16_t& c : buffer)
+            c = unmark(c);
+        return buffer;
+    }
+
+    clsLineReader& lines_;
+    std::u16string name_;
+    std::u16string value_;
+};
+
+class clsTextReader final : public IclsFormReader {
+  public:
+    // What follows the root's closing brace may hold another root: it is read into the same list.
+    void Parse(clsLineReader& lines, clsItemList& target) const override {
+        while (FindRoot(lines))
+            clsTextParser(lines).ParseList(target);
+    }
+};
+
+const clsTextReader textReader;
+
+} // namespace
+
+const IclsFormReader& g_textReader = textReader;
+
+} // namespace tvut

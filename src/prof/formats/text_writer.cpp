@@ -1,0 +1,82 @@
+// Writes the text form: UTF-16 little-endian with a byte-order mark, CR LF after every line.
+#include "prof/formats/form.h"
+#include "prof/formats/text_marks.h"
+#include "prof/formats/text_output.h"
+#include "prof/tree_walk.h"
+
+namespace tvut {
+
+namespace {
+
+constexpr std::u16string_view head = u"\uFEFF[/]\r\n{\r\n";
+constexpr std::u16string_view tail = u"}\r\n";
+constexpr std::u16string_view lineEnd = u"\r\n";
+
+// Every character is written as one character, so lengths are all it takes.
+class clsMeasure {
+  public:
+    void Item(const clsItem& item, std::uint32_t level) {
+        units_ += clsTextOutput::IndentationLength(level) + item.Name().size() + item.Value().size() + 3;
+    }
+    void BeginList(const clsItem& entry, std::uint32_t level) {
+        units_ += 2 * clsTextOutput::IndentationLength(level) + entry.Name().size() + 7;
+    }
+    void EndList(std::uint32_t level) { units_ += clsTextOutput::IndentationLength(level) + 3; }
+    std::uint64_t Units() const { return units_; }
+
+  private:
+    std::uint64_t units_ = head.size() + tail.size();
+};
+
+class clsWriter {
+  public:
+    explicit clsWriter(clsTextOutput& output) : output_(output) {}
+
+    void Item(const clsItem& item, std::uint32_t level) {
+        output_.PutIndentation(level);
+        output_.PutReplacing<true>(item.Name(), ProfpMarkInName);
+        output_.Put(u'=');
+        output_.PutReplacing<false>(item.Value(), ProfpMarkInValue);
+        output_.Put(lineEnd);
+    }
+    void BeginList(const clsItem& entry, std::uint32_t level) {
+        output_.PutIndentation(level);
+        output_.Put(u'[');
+        output_.Put(entry.Name());
+        output_.Put(u"]\r\n");
+        output_.PutIndentation(level);
+        output_.Put(u"{\r\n");
+    }
+    void EndList(std::uint32_t level) {
+        output_.PutIndentation(level);
+        output_.Put(u"}\r\n");
+    }
+
+  private:
+    clsTextOutput& output_;
+};
+
+class clsTextWriter final : public IclsFormWriter {
+  public:
+    std::uint64_t Measure(const clsItemList& root) const override {
+        clsMeasure measure;
+        ProfpWalk(root, 1, measure);
+        return measure.Units() * sizeof(char16_t);
+    }
+
+    void Write(const clsItemList& root, clsByteSink& sink) const override {
+        clsTextOutput output(sink);
+        output.Put(head);
+        ProfpWalk(root, 1, clsWriter(output));
+        output.Put(tail);
+        output.Flush();
+    }
+};
+
+const clsTextWriter textWriter;
+
+} // namespace
+
+const IclsFormWriter& g_textWriter = textWriter;
+
+} // namespace tvut

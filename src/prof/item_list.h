@@ -1,0 +1,103 @@
+// One list of a profile's tree: a compact sequence of entries, found by name.
+//
+// An entry is three words: a key (hash of the name and kind), the name, and the value or sub-list. A
+// lookup walks the keys in memory order; a long list gets an index at its first lookup (see
+// name_index.h) that answers exactly as the walk would. A deleted entry stays as a gap until gaps
+// are many, so positions hold while somebody walks the list. Changes are made by clsTree.
+#pragma once
+
+#include "prof/text_pool.h"
+#include "text/hash.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace tvut {
+
+class clsItemList;
+class clsNameIndex;
+class clsTree;
+
+enum class EntryKind : std::uint32_t { item = 0, list = 1, gap = 2 };
+
+// One entry (a clsItem): a plain item with a value, a list entry with a sub-list, or a gap.
+struct clsItem {
+    static constexpr std::uint32_t kindBits = 3;
+
+    std::uint32_t key; // hash of the name with the kind in its lowest two bits
+    scText* name;
+    union {
+        scText* value;
+        clsItemList* subList;
+    };
+
+    EntryKind Kind() const { return static_cast<EntryKind>(key & kindBits); }
+    bool IsItem() const { return Kind() == EntryKind::item; }
+    bool IsList() const { return Kind() == EntryKind::list; }
+    bool IsGap() const { return Kind() == EntryKind::gap; }
+    std::u16string_view Name() const { return ProfpView(name); }
+    std::u16string_view Value() const { return IsItem() ? ProfpView(value) : std::u16string_view(u"", 0); }
+};
+
+// A name to look for, hashed once.
+struct scName {
+    std::u16string_view text;
+    std::uint32_t hash;
+
+    explicit scName(std::u16string_view name) : text(name), hash(UtilpHashText(name)) {}
+    std::uint32_t Key(EntryKind kind) const {
+        return (hash & ~clsItem::kindBits) | static_cast<std::uint32_t>(kind);
+    }
+};
+
+// What a lookup found: the first entry of that name and kind, and whether there may be more.
+struct scMatch {
+    std::uint32_t position;
+    bool mayRepeat;
+};
+
+class clsItemList {
+  public:
+    static constexpr std::uint32_t notFound = 0xFFFFFFFFu;
+
+    clsTree* Tree() const { return tree_; }
+    clsItemList* Parent() const { return parent_; }
+    // Where this list's entry stands in its parent.
+    std::uint32_t Position() const { return position_; }
+    // Positions run from 0 to End() - 1; some may be gaps.
+    std::uint32_t End() const { return used_; }
+    const clsItem& At(std::uint32_t position) const { return entries_[position]; }
+    std::uint32_t Count() const { return used_ - gaps_; }
+
+    scMatch Find(EntryKind kind, const scName& name);
+    // The next entry of that key and name at or behind a position, by walking; notFound if none.
+    std::uint32_t FindFrom(std::uint32_t position, std::uint32_t key, std::u16string_view name) const;
+
+    const clsItem* FindItem(const scName& name) {
+        const scMatch match = Find(EntryKind::item, name);
+        return match.position == notFound ? nullptr : &entries_[match.position];
+    }
+    clsItemList* FindList(const scName& name) {
+        const scMatch match = Find(EntryKind::list, name);
+        return match.position == notFound ? nullptr : entries_[match.position].subList;
+    }
+
+  private:
+    friend class clsTree;
+
+    clsItemList(clsTree* tree, clsItemList* parent, std::uint32_t position)
+        : tree_(tree), parent_(parent), position_(position) {}
+
+    void BuildIndex() noexcept;
+
+    clsTree* tree_; // first, so that a freed list's block no longer names its tree
+    clsItemList* parent_;
+    clsItem* entries_ = nullptr;
+    std::uint32_t used_ = 0;
+    std::uint32_t capacity_ = 0;
+    std::uint32_t gaps_ = 0;
+    std::uint32_t position_;
+    clsNameIndex* index_ = nullptr;
+};
+
+} // namespace tvut

@@ -1,0 +1,122 @@
+#include "prof/job.h"
+
+#include "platform/exception.h"
+#include "platform/settings.h"
+#include "platform/stream.h"
+#include "platform/wide.h"
+#include "prof/file_name.h"
+#include "prof/formats/save.h"
+#include "prof/options.h"
+
+#include <new>
+
+namespace tvut {
+
+namespace {
+
+constexpr std::uint32_t readPlainIni = 2; // flag of ProfJobOpenStreamObject
+
+// Makes a sink of one type on one target when the writer asks for it.
+template <class Sink, class Target>
+class clsSinkMaker final : public IclsSinkMaker {
+  public:
+    explicit clsSinkMaker(Target target) : target_(target) {}
+    clsByteSink& MakeSink() override { return sink_.emplace(target_); }
+
+  private:
+    Target target_;
+    std::optional<Sink> sink_;
+};
+
+template <class Sink, class Target>
+clsSinkMaker<Sink, Target> SinkOn(Target target) {
+    return clsSinkMaker<Sink, Target>(target);
+}
+
+} // namespace
+
+clsProfJob::clsProfJob(std::u16string_view fileName)
+    : fileName_(fileName), tree_(PlatformProfCacheEnabled()) {}
+
+clsProfJob* clsProfJob::OpenFile(std::optional<std::u16string_view> fileName, bool exclusive) {
+    auto* const job = new clsProfJob(fileName.value_or(std::u16string_view()));
+    if (fileName)
+        job->LoadFile(exclusive);
+    return job;
+}
+
+clsProfJob* clsProfJob::OpenStream(IStream* stream, std::u16string_view name, std::uint32_t flags) {
+    auto* const job = new clsProfJob(name);
+    if (stream) {
+        clsStreamSource source(stream);
+        job->error_ = job->LoadSource(source, flags & readPlainIni ? ReadMode::plainIni : ReadMode::detect);
+    }
+    return job;
+}
+
+void clsProfJob::Release() noexcept {
+    if (references_.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        delete this;
+}
+
+void clsProfJob::LoadFile(bool exclusive) {
+    if (!ProfpIsFileName(fileName_)) {
+        error_ = profResult::openFailed;
+        return;
+    }
+    DWORD openError = 0;
+    clsFileHandle file = PlatformOpenFile(fileName_.c_str(), exclusive ? openToHold : openToRead, openError);
+    if (!file) {
+        if (openError == ERROR_SHARING_VIOLATION)
+            error_ = profResult::locked;
+        else
+            error_ = exclusive ? profResult::exclusiveFailed : profResult::openFailed;
+        return;
+    }
+    try {
+        clsFileSource source(file.Get());
+        error_ = LoadSource(source, ReadMode::detect);
+    } catch (const clsException&) {
+        error_ = profResult::locked;
+    }
+    if (exclusive && error_ == profResult::ok)
+        heldFile_ = std::move(file);
+}
+
+// Gives the job's error. A source that fails and memory that runs out leave what was read so far.
+int clsProfJob::LoadSource(clsByteSource& source, ReadMode mode) {
+    try {
+        const scLoadResult result = ProfpLoad(source, tree_.Root(), {fileName_, mode, ProfpCodePage()});
+        compressed_ = result.compressed;
+        return result.parsed ? profResult::ok : profResult::loadFailed;
+    } catch (const clsException&) {
+        return profResult::locked;
+    } catch (const std::bad_alloc&) {
+        return profResult::locked;
+    }
+}
+
+bool clsProfJob::Save(std::optional<std::u16string_view> fileName, std::uint32_t flags) {
+    const std::u16string target(fileName.value_or(fileName_));
+    if (WritesHeldFile(target)) {
+        auto maker = SinkOn<clsFileSink>(heldFile_.Get());
+        return ProfpSave(tree_.Root(), flags, compressed_, maker);
+    }
+    if (!ProfpIsFileName(target))
+        return false;
+    auto maker = SinkOn<clsReplacingSink>(target.c_str());
+    return ProfpSave(tree_.Root(), flags, compressed_, maker);
+}
+
+bool clsProfJob::SaveToStream(IStream& stream, std::uint32_t flags) {
+    auto maker = SinkOn<clsStreamSink>(&stream);
+    return ProfpSave(tree_.Root(), flags, compressed_, maker);
+}
+
+bool clsProfJob::WritesHeldFile(const std::u16string& fileName) const {
+    return heldFile_ && CompareStringOrdinal(ToWide(fileName.data()), static_cast<int>(fileName.size()),
+                                             ToWide(fileName_.data()), static_cast<int>(fileName_.size()),
+                                             TRUE) == CSTR_EQUAL;
+}
+
+} // namespace tvut

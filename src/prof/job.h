@@ -1,0 +1,67 @@
+// One open profile: its tree, the file it came from, its last error and its reference count.
+#pragma once
+
+#include "platform/file.h"
+#include "prof/formats/load.h"
+#include "prof/tree.h"
+
+#include <atomic>
+#include <cstdint>
+#include <objidl.h>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tvut {
+
+// Results of the profile store; the public header names them.
+namespace profResult {
+constexpr int ok = 0;
+constexpr int openFailed = -1;
+constexpr int exclusiveFailed = -3;
+constexpr int saveFailed = -4;
+constexpr int invalidJob = -5;
+constexpr int notFound = -6;
+constexpr int loadFailed = -7;
+constexpr int copyFailed = -8;
+constexpr int notParsed = -9;
+constexpr int locked = -10;
+} // namespace profResult
+
+class clsProfJob {
+  public:
+    // Open calls. Whatever goes wrong shows in Error(); only std::bad_alloc is thrown, when there is
+    // no memory for the job itself.
+    static clsProfJob* OpenFile(std::optional<std::u16string_view> fileName, bool exclusive);
+    static clsProfJob* OpenStream(IStream* stream, std::u16string_view name, std::uint32_t flags);
+
+    clsProfJob(const clsProfJob&) = delete;
+    clsProfJob& operator=(const clsProfJob&) = delete;
+
+    void AddReference() noexcept { references_.fetch_add(1, std::memory_order_relaxed); }
+    void Release() noexcept;
+
+    clsTree& Tree() { return tree_; }
+    int Error() const { return error_; }
+
+    // Saves to a file, or to the job's own when no name is given. Throws on failure.
+    bool Save(std::optional<std::u16string_view> fileName, std::uint32_t flags);
+    bool SaveToStream(IStream& stream, std::uint32_t flags);
+
+  private:
+    explicit clsProfJob(std::u16string_view fileName);
+    ~clsProfJob() = default;
+
+    void LoadFile(bool exclusive);
+    int LoadSource(clsByteSource& source, ReadMode mode);
+    bool WritesHeldFile(const std::u16string& fileName) const;
+
+    std::atomic<std::uint32_t> references_{1};
+    int error_ = profResult::ok;
+    bool compressed_ = false; // what was loaded was in the compressed wrapper
+    std::u16string fileName_;
+    clsFileHandle heldFile_;
+    clsTree tree_;
+};
+
+} // namespace tvut

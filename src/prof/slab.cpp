@@ -1,0 +1,112 @@
+#include "prof/slab.h"
+
+#include <algorithm>
+#include <limits>
+#include <new>
+
+#if defined(__SANITIZE_ADDRESS__)
+#define TVUT_POISONS_FREED_BLOCKS 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define TVUT_POISONS_FREED_BLOCKS 1
+#endif
+#endif
+
+#ifdef TVUT_POISONS_FREED_BLOCKS
+#include <sanitizer/asan_interface.h>
+#define TVUT_POISON(block, bytes) __asan_poison_memory_region(block, bytes)
+#define TVUT_UNPOISON(block, bytes) __asan_unpoison_memory_region(block, bytes)
+#else
+#define TVUT_POISON(block, bytes) static_cast<void>(0)
+#define TVUT_UNPOISON(block, bytes) static_cast<void>(0)
+#endif
+
+namespace tvut {
+
+namespace {
+
+constexpr std::size_t RoundUp(std::size_t bytes) {
+    return (bytes + 7) & ~std::size_t{7};
+}
+
+} // namespace
+
+clsSlab::~clsSlab() {
+    while (chunks_) {
+        scChunk* const chunk = chunks_;
+        chunks_ = chunk->next;
+        ::operator delete(chunk);
+    }
+    while (large_) {
+        scLarge* const block = large_;
+        large_ = block->next;
+        ::operator delete(block);
+    }
+}
+
+void* clsSlab::Allocate(std::size_t bytes) {
+    if (bytes > largestSmall)
+        return AllocateLarge(bytes);
+    bytes = RoundUp(bytes);
+    if (scFree* const block = free_[bytes / granularity]) {
+        TVUT_UNPOISON(block, bytes);
+        free_[bytes / granularity] = block->next;
+        return block;
+    }
+    if (static_cast<std::size_t>(end_ - next_) < bytes)
+        return TakeFromNewChunk(bytes);
+    char* const block = next_;
+    next_ += bytes;
+    TVUT_UNPOISON(block, bytes);
+    return block;
+}
+
+void clsSlab::Free(void* block, std::size_t bytes) noexcept {
+    if (!block)
+        return;
+    if (bytes > largestSmall) {
+        FreeLarge(block);
+        return;
+    }
+    bytes = RoundUp(bytes);
+    auto* const entry = static_cast<scFree*>(block);
+    entry->next = free_[bytes / granularity];
+    free_[bytes / granularity] = entry;
+    TVUT_POISON(block, bytes);
+}
+
+void* clsSlab::TakeFromNewChunk(std::size_t bytes) {
+    auto* const chunk = static_cast<scChunk*>(::operator new(chunkSize_));
+    chunk->next = chunks_;
+    chunks_ = chunk;
+    next_ = reinterpret_cast<char*>(chunk + 1);
+    end_ = reinterpret_cast<char*>(chunk) + chunkSize_;
+    TVUT_POISON(next_, static_cast<std::size_t>(end_ - next_));
+    chunkSize_ = std::min(chunkSize_ * 2, largestChunk);
+    return Allocate(bytes);
+}
+
+void* clsSlab::AllocateLarge(std::size_t bytes) {
+    if (bytes > std::numeric_limits<std::size_t>::max() - sizeof(scLarge))
+        throw std::bad_alloc();
+    auto* const block = static_cast<scLarge*>(::operator new(sizeof(scLarge) + bytes));
+    block->next = large_;
+    block->previous = nullptr;
+    if (large_)
+        large_->previous = block;
+    large_ = block;
+    return block + 1;
+}
+
+void clsSlab::FreeLarge(void* memory) noexcept {
+    scLarge* const block = static_cast<scLarge*>(memory) - 1;
+    if (block->next)
+        block->next->previous = block->previous;
+    if (block->previous)
+        block->previous->next = block->next;
+    else
+        large_ = block->next;
+    ::operator delete(block);
+}
+
+} // namespace tvut

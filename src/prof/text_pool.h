@@ -1,0 +1,88 @@
+// The texts of one profile's tree: names and values, each one block, equal ones shared.
+//
+// A text is one block of the slab: reference count, length, characters, terminator. The pools hold
+// the texts that are in use (they own no reference), so an equal text is found before a new one is
+// built, and a text leaves its pool with its last reference. Texts never leave their profile and a
+// profile is used by one thread at a time, so the counts are plain numbers.
+#pragma once
+
+#include "prof/slab.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace tvut {
+
+enum class Pool : std::uint32_t { none, names, values };
+
+// The head of a text's block; the characters and a terminating NUL follow it. The empty text is
+// never stored: it is the null pointer.
+struct scText {
+    std::uint32_t references;
+    std::uint32_t length : 30;
+    std::uint32_t pool : 2;
+
+    char16_t* Characters() { return reinterpret_cast<char16_t*>(this + 1); }
+    const char16_t* Characters() const { return reinterpret_cast<const char16_t*>(this + 1); }
+};
+
+inline std::u16string_view ProfpView(const scText* text) {
+    return text ? std::u16string_view(text->Characters(), text->length) : std::u16string_view(u"", 0);
+}
+
+// A hash table of the texts of one kind that are in use: open addressing, linear probing.
+class clsTextPool {
+  public:
+    explicit clsTextPool(clsSlab& slab) : slab_(slab) {}
+    clsTextPool(const clsTextPool&) = delete;
+    clsTextPool& operator=(const clsTextPool&) = delete;
+
+    scText* Find(std::u16string_view text, std::uint32_t hash) const;
+    void Insert(scText* text, std::uint32_t hash); // throws std::bad_alloc, changing nothing
+    void Remove(const scText* text, std::uint32_t hash) noexcept;
+
+  private:
+    struct scSlot {
+        std::uint32_t hash;
+        scText* text;
+    };
+
+    void Grow();
+
+    clsSlab& slab_;
+    scSlot* slots_ = nullptr;
+    std::uint32_t capacity_ = 0; // a power of two, or 0
+    std::uint32_t count_ = 0;
+};
+
+class clsTextStore {
+  public:
+    clsTextStore(clsSlab& slab, bool pooling) : slab_(slab), names_(slab), values_(slab), pooling_(pooling) {}
+
+    // Give a text with one reference more. Throw std::bad_alloc.
+    scText* Name(std::u16string_view text, std::uint32_t hash);
+    scText* Value(std::u16string_view text);
+
+    static scText* Share(scText* text) {
+        if (text)
+            ++text->references;
+        return text;
+    }
+    void Release(scText* text) noexcept {
+        if (text && --text->references == 0)
+            Destroy(text);
+    }
+
+  private:
+    clsTextPool& PoolOf(Pool pool) { return pool == Pool::names ? names_ : values_; }
+    scText* Pooled(Pool pool, std::u16string_view text, std::uint32_t hash);
+    scText* Create(std::u16string_view text, Pool pool);
+    void Destroy(scText* text) noexcept;
+
+    clsSlab& slab_;
+    clsTextPool names_;
+    clsTextPool values_;
+    const bool pooling_;
+};
+
+} // namespace tvut

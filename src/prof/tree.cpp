@@ -1,0 +1,284 @@
+#include "prof/tree.h"
+
+#include "prof/name_index.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <new>
+
+namespace tvut {
+
+namespace {
+
+constexpr std::uint32_t firstCapacity = 2;
+constexpr std::uint32_t secondCapacity = 8;
+constexpr std::uint32_t toleratedGaps = 16;
+
+std::uint32_t NextCapacity(std::uint32_t capacity) {
+    if (capacity == 0)
+        return firstCapacity;
+    return capacity < secondCapacity ? secondCapacity : capacity + capacity / 2;
+}
+
+} // namespace
+
+// Returns a text to its store unless the entry that was to hold it came about.
+class clsTree::clsTextHolder {
+  public:
+    clsTextHolder(clsTextStore& store, scText* text) : store_(store), text_(text) {}
+    clsTextHolder(const clsTextHolder&) = delete;
+    clsTextHolder& operator=(const clsTextHolder&) = delete;
+    ~clsTextHolder() { store_.Release(text_); }
+    scText* Hand() {
+        scText* const text = text_;
+        text_ = nullptr;
+        return text;
+    }
+
+  private:
+    clsTextStore& store_;
+    scText* text_;
+};
+
+// ---- Adding -----------------------------------------------------------------------------------
+
+void clsTree::AppendItem(clsItemList& list, const scName& name, std::u16string_view value) {
+    clsTextHolder nameText(texts_, texts_.Name(name.text, name.hash));
+    clsTextHolder valueText(texts_, texts_.Value(value));
+    AddItem(list, name.Key(EntryKind::item), nameText, valueText);
+}
+
+clsItemList* clsTree::AppendList(clsItemList& list, const scName& name) {
+    clsTextHolder nameText(texts_, texts_.Name(name.text, name.hash));
+    return AddList(list, name.Key(EntryKind::list), nameText);
+}
+
+void clsTree::SetItem(clsItemList& list, const scName& name, std::u16string_view value) {
+    const scMatch match = list.Find(EntryKind::item, name);
+    if (match.position == clsItemList::notFound) {
+        AppendItem(list, name, value);
+        return;
+    }
+    scText* const newValue = texts_.Value(value);
+    clsItem& entry = list.entries_[match.position];
+    texts_.Release(entry.value);
+    entry.value = newValue;
+}
+
+void clsTree::AddItem(clsItemList& list, std::uint32_t key, clsTextHolder& name, clsTextHolder& value) {
+    clsItem& entry = NewEntry(list);
+    entry.key = key;
+    entry.name = name.Hand();
+    entry.value = value.Hand();
+    Added(list);
+}
+
+clsItemList* clsTree::AddList(clsItemList& list, std::uint32_t key, clsTextHolder& name) {
+    clsItem& entry = NewEntry(list);
+    auto* const subList = new (slab_.Allocate(sizeof(clsItemList))) clsItemList(this, &list, list.used_);
+    entry.key = key;
+    entry.name = name.Hand();
+    entry.subList = subList;
+    Added(list);
+    return subList;
+}
+
+// The place behind the last entry. It counts only once Added was called, so that a failure in between
+// leaves the list as it was.
+clsItem& clsTree::NewEntry(clsItemList& list) {
+    if (list.used_ == list.capacity_) {
+        const std::uint32_t capacity = NextCapacity(list.capacity_);
+        if (capacity > std::numeric_limits<std::uint32_t>::max() / sizeof(clsItem))
+            throw std::bad_alloc();
+        auto* const entries = static_cast<clsItem*>(slab_.Allocate(capacity * sizeof(clsItem)));
+        if (list.used_ != 0)
+            std::memcpy(static_cast<void*>(entries), list.entries_, list.used_ * sizeof(clsItem));
+        slab_.Free(list.entries_, list.capacity_ * sizeof(clsItem));
+        list.entries_ = entries;
+        list.capacity_ = capacity;
+    }
+    return list.entries_[list.used_];
+}
+
+void clsTree::Added(clsItemList& list) noexcept {
+    const std::uint32_t position = list.used_++;
+    if (list.index_ && !list.index_->Append(list.entries_, position))
+        DropIndex(list);
+}
+
+// ---- Copying ----------------------------------------------------------------------------------
+
+void clsTree::Copy(clsItemList& destination, clsItemList& source) {
+    // The copies all land behind these entries of the destination; should the walk come by there,
+    // it stops short of them.
+    const std::uint32_t destinationEnd = destination.End();
+    const bool sameTree = source.Tree() == this;
+    const clsItemList* from = &source;
+    clsItemList* to = &destination;
+    std::uint32_t position = 0;
+    for (;;) {
+        const std::uint32_t end = from == &destination ? destinationEnd : from->End();
+        if (position < end) {
+            const clsItem entry = from->At(position++);
+            if (entry.IsItem()) {
+                CopyItem(*to, entry, sameTree);
+            } else if (entry.IsList()) {
+                to = CopyListEntry(*to, entry, sameTree);
+                from = entry.subList;
+                position = 0;
+            }
+        } else if (from == &source) {
+            return;
+        } else {
+            position = from->Position() + 1;
+            from = from->Parent();
+            to = to->Parent();
+        }
+    }
+}
+
+scText* clsTree::CopyName(const clsItem& entry, bool sameTree) {
+    if (sameTree)
+        return clsTextStore::Share(entry.name);
+    return texts_.Name(entry.Name(), UtilpHashText(entry.Name()));
+}
+
+void clsTree::CopyItem(clsItemList& destination, const clsItem& item, bool sameTree) {
+    clsTextHolder name(texts_, CopyName(item, sameTree));
+    clsTextHolder value(texts_, sameTree ? clsTextStore::Share(item.value) : texts_.Value(item.Value()));
+    AddItem(destination, item.key, name, value);
+}
+
+clsItemList* clsTree::CopyListEntry(clsItemList& destination, const clsItem& entry, bool sameTree) {
+    clsTextHolder name(texts_, CopyName(entry, sameTree));
+    return AddList(destination, entry.key, name);
+}
+
+// ---- Removing ---------------------------------------------------------------------------------
+
+void clsTree::RemoveAll(clsItemList& list, EntryKind kind, const scName& name) noexcept {
+    const scMatch first = list.Find(kind, name);
+    if (first.position == clsItemList::notFound)
+        return;
+    if (list.index_)
+        list.index_->Remove(list.entries_, first.position);
+    MakeGap(list, first.position);
+    if (first.mayRepeat) {
+        std::uint32_t position = first.position;
+        while ((position = list.FindFrom(position + 1, name.Key(kind), name.text)) != clsItemList::notFound)
+            MakeGap(list, position);
+    }
+    Close(list);
+}
+
+void clsTree::RemoveAt(clsItemList& list, std::uint32_t position) noexcept {
+    if (list.index_)
+        list.index_->RemoveAt(list, position);
+    MakeGap(list, position);
+    Close(list);
+}
+
+void clsTree::Empty(clsItemList& list) noexcept {
+    EndWalks(list);
+    ReleaseEntries(list);
+    DropIndex(list);
+    slab_.Free(list.entries_, list.capacity_ * sizeof(clsItem));
+    list.entries_ = nullptr;
+    list.capacity_ = list.used_ = list.gaps_ = 0;
+}
+
+void clsTree::MakeGap(clsItemList& list, std::uint32_t position) noexcept {
+    clsItem& entry = list.entries_[position];
+    texts_.Release(entry.name);
+    if (entry.IsList())
+        DestroyList(entry.subList);
+    else
+        texts_.Release(entry.value);
+    entry.key = static_cast<std::uint32_t>(EntryKind::gap);
+    entry.name = nullptr;
+    entry.value = nullptr;
+    ++list.gaps_;
+}
+
+// Closes the gaps of a list once they are many: each entry moves at most once for each deletion.
+void clsTree::Close(clsItemList& list) noexcept {
+    if (list.gaps_ <= toleratedGaps || list.gaps_ <= list.used_ / 2 || walks_)
+        return;
+    DropIndex(list);
+    std::uint32_t kept = 0;
+    for (std::uint32_t i = 0; i < list.used_; ++i) {
+        if (list.entries_[i].IsGap())
+            continue;
+        list.entries_[kept] = list.entries_[i];
+        if (list.entries_[kept].IsList())
+            list.entries_[kept].subList->position_ = kept;
+        ++kept;
+    }
+    list.used_ = kept;
+    list.gaps_ = 0;
+}
+
+void clsTree::DropIndex(clsItemList& list) noexcept {
+    if (!list.index_)
+        return;
+    list.index_->~clsNameIndex();
+    slab_.Free(list.index_, sizeof(clsNameIndex));
+    list.index_ = nullptr;
+}
+
+// Releases all entries of a list and of the lists below it, last ones first, without recursion: a
+// list that has no entries left is freed on the way back to its parent.
+void clsTree::ReleaseEntries(clsItemList& top) noexcept {
+    clsItemList* list = &top;
+    for (;;) {
+        if (list->used_ == 0) {
+            if (list == &top)
+                return;
+            clsItemList* const parent = list->parent_;
+            FreeList(list);
+            list = parent;
+            continue;
+        }
+        const clsItem entry = list->entries_[--list->used_];
+        if (entry.IsGap())
+            continue;
+        texts_.Release(entry.name);
+        if (entry.IsList())
+            list = entry.subList;
+        else
+            texts_.Release(entry.value);
+    }
+}
+
+void clsTree::DestroyList(clsItemList* list) noexcept {
+    ReleaseEntries(*list);
+    FreeList(list);
+}
+
+void clsTree::FreeList(clsItemList* list) noexcept {
+    EndWalks(*list);
+    DropIndex(*list);
+    slab_.Free(list->entries_, list->capacity_ * sizeof(clsItem));
+    list->tree_ = nullptr;
+    slab_.Free(list, sizeof(clsItemList));
+}
+
+// ---- Walks ------------------------------------------------------------------------------------
+
+clsTree::clsWalk::clsWalk(clsItemList& list) : tree_(*list.Tree()), list_(&list), next_(tree_.walks_) {
+    tree_.walks_ = this;
+}
+
+clsTree::clsWalk::~clsWalk() {
+    tree_.walks_ = next_;
+}
+
+void clsTree::EndWalks(const clsItemList& list) noexcept {
+    for (clsWalk* walk = walks_; walk; walk = walk->next_) {
+        if (walk->list_ == &list)
+            walk->list_ = nullptr;
+    }
+}
+
+} // namespace tvut

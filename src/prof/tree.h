@@ -1,0 +1,86 @@
+// The tree of one profile: its root list, the memory behind it, and every change to it.
+//
+// All walks are iterative (lists know their parent and their place in it), so depth costs memory but
+// never stack. Operations that create throw std::bad_alloc and leave the tree consistent.
+#pragma once
+
+#include "prof/item_list.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace tvut {
+
+class clsTree {
+  public:
+    explicit clsTree(bool pooling) : texts_(slab_, pooling), root_(this, nullptr, 0) {}
+    clsTree(const clsTree&) = delete;
+    clsTree& operator=(const clsTree&) = delete;
+    ~clsTree() = default; // the slab gives everything back at once
+
+    clsItemList& Root() { return root_; }
+
+    void AppendItem(clsItemList& list, const scName& name, std::u16string_view value);
+    clsItemList* AppendList(clsItemList& list, const scName& name);
+
+    // Gives the first item of that name a new value, or appends one.
+    void SetItem(clsItemList& list, const scName& name, std::u16string_view value);
+
+    // Removes every entry of that name and kind, with what is in it.
+    void RemoveAll(clsItemList& list, EntryKind kind, const scName& name) noexcept;
+
+    // Removes the entry at a position, with what is in it.
+    void RemoveAt(clsItemList& list, std::uint32_t position) noexcept;
+
+    void Empty(clsItemList& list) noexcept;
+
+    // Appends copies of the entries that source holds when the call begins. The source may be of
+    // another tree, the same list, or a list above or below the destination.
+    void Copy(clsItemList& destination, clsItemList& source);
+
+    // A walk over one list during which a caller's code runs: while it lasts, positions hold, and
+    // List() turns null when the list is emptied or deleted.
+    class clsWalk {
+      public:
+        explicit clsWalk(clsItemList& list);
+        clsWalk(const clsWalk&) = delete;
+        clsWalk& operator=(const clsWalk&) = delete;
+        ~clsWalk();
+        clsItemList* List() const { return list_; }
+
+      private:
+        friend class clsTree;
+        clsTree& tree_;
+        clsItemList* list_;
+        clsWalk* next_;
+    };
+
+    clsTextStore& Texts() { return texts_; }
+
+  private:
+    class clsTextHolder;
+
+    clsItem& NewEntry(clsItemList& list);
+    void Added(clsItemList& list) noexcept;
+    void AddItem(clsItemList& list, std::uint32_t key, clsTextHolder& name, clsTextHolder& value);
+    clsItemList* AddList(clsItemList& list, std::uint32_t key, clsTextHolder& name);
+    void CopyItem(clsItemList& destination, const clsItem& item, bool sameTree);
+    clsItemList* CopyListEntry(clsItemList& destination, const clsItem& entry, bool sameTree);
+    scText* CopyName(const clsItem& entry, bool sameTree);
+    void MakeGap(clsItemList& list, std::uint32_t position) noexcept;
+    void Close(clsItemList& list) noexcept;
+    void DropIndex(clsItemList& list) noexcept;
+    void EndWalks(const clsItemList& list) noexcept;
+    void ReleaseEntries(clsItemList& list) noexcept;
+    void DestroyList(clsItemList* list) noexcept;
+    void FreeList(clsItemList* list) noexcept;
+
+    friend class clsItemList;
+
+    clsSlab slab_;
+    clsTextStore texts_;
+    clsItemList root_;
+    clsWalk* walks_ = nullptr;
+};
+
+} // namespace tvut
