@@ -1,0 +1,30 @@
+// From the handles of the public interface to what stands behind them, and back.
+#pragma once
+
+#include "prof/job.h"
+
+#include <tvut22/prof.h>
+
+namespace tvut {
+
+inline clsProfJob* FromHandle(ProfJob handle) {
+    return reinterpret_cast<clsProfJob*>(handle);
+}
+inline ProfJob ToHandle(clsProfJob* job) {
+    return reinterpret_cast<ProfJob>(job);
+}
+inline ProfList ToHandle(clsItemList* list) {
+    return reinterpret_cast<ProfList>(list);
+}
+
+// The list that a handle means: the root list for 0, null for one that is not of this job. A freed
+// list's memory stays with its job and no longer names the tree, so a stale handle is told, too,
+// unless a new list stands there.
+inline clsItemList* FromHandle(clsProfJob& job, ProfList handle) {
+    if (!handle)
+        return &job.Tree().Root();
+    auto* const list = reinterpret_cast<clsItemList*>(handle);
+    return list->Tree() == &job.Tree() ? list : nullptr;
+}
+
+} // namespace tvut

@@ -1,0 +1,120 @@
+// Exports of the profile store: opening, closing and saving jobs, options, version.
+#include "exports/guard.h"
+#include "exports/prof_handles.h"
+#include "exports/text_argument.h"
+#include "prof/options.h"
+
+#include <array>
+
+using namespace tvut;
+
+namespace {
+
+std::optional<std::u16string_view> Optional(bool null, std::u16string_view text) {
+    return null ? std::nullopt : std::optional(text);
+}
+
+template <class Char>
+ProfJob OpenFile(const Char* fileName, bool exclusive) {
+    return UtilpGuard(ProfJob{}, [&] {
+        const clsTextArgument<Char> name(fileName);
+        return ToHandle(clsProfJob::OpenFile(Optional(name.IsNull(), name.View()), exclusive));
+    });
+}
+
+template <class Char>
+ProfJob OpenStream(IStream* stream, const Char* streamName, UINT flags) {
+    return UtilpGuard(ProfJob{}, [&] {
+        const clsTextArgument<Char> name(streamName);
+        return ToHandle(clsProfJob::OpenStream(stream, name.View(), flags));
+    });
+}
+
+template <class Char>
+INT Save(ProfJob handle, const Char* fileName, UINT flags) {
+    clsProfJob* const job = FromHandle(handle);
+    if (!job)
+        return PROF_OK;
+    return UtilpGuard(PROF_SAVE_FAILED, [&] {
+        const clsTextArgument<Char> name(fileName);
+        return job->Save(Optional(name.IsNull(), name.View()), flags) ? PROF_OK : PROF_SAVE_FAILED;
+    });
+}
+
+constexpr INT majorVersion = 22;
+constexpr INT minorVersion = 10;
+
+} // namespace
+
+ProfJob TVUT22_CALL ProfJobOpenA(const char* fileName) {
+    return OpenFile(fileName, false);
+}
+ProfJob TVUT22_CALL ProfJobOpenW(const wchar_t* fileName) {
+    return OpenFile(fileName, false);
+}
+ProfJob TVUT22_CALL ProfJobOpenExclusiveA(const char* fileName) {
+    return OpenFile(fileName, true);
+}
+ProfJob TVUT22_CALL ProfJobOpenExclusiveW(const wchar_t* fileName) {
+    return OpenFile(fileName, true);
+}
+
+ProfJob TVUT22_CALL ProfJobOpenStream(IStream* stream) {
+    return OpenStream<wchar_t>(stream, nullptr, 0);
+}
+
+ProfJob TVUT22_CALL ProfJobOpenStreamObjectA(IStream* stream, const char* name, UINT flags) {
+    return OpenStream(stream, name, flags);
+}
+ProfJob TVUT22_CALL ProfJobOpenStreamObjectW(IStream* stream, const wchar_t* name, UINT flags) {
+    return OpenStream(stream, name, flags);
+}
+
+void TVUT22_CALL ProfJobAddRef(ProfJob job) {
+    if (job)
+        FromHandle(job)->AddReference();
+}
+
+void TVUT22_CALL ProfJobClose(ProfJob job) {
+    if (job)
+        FromHandle(job)->Release();
+}
+
+INT TVUT22_CALL ProfGetError(ProfJob job) {
+    return job ? FromHandle(job)->Error() : PROF_INVALID_JOB;
+}
+
+INT TVUT22_CALL ProfSaveA(ProfJob job, const char* fileName, UINT flags) {
+    return Save(job, fileName, flags);
+}
+INT TVUT22_CALL ProfSaveW(ProfJob job, const wchar_t* fileName, UINT flags) {
+    return Save(job, fileName, flags);
+}
+
+INT TVUT22_CALL ProfSaveToStream(ProfJob job, IStream* stream, UINT flags) {
+    if (!job)
+        return PROF_OK;
+    if (!stream)
+        return PROF_SAVE_FAILED;
+    return UtilpGuard(PROF_SAVE_FAILED, [&] {
+        return FromHandle(job)->SaveToStream(*stream, flags) ? PROF_OK : PROF_SAVE_FAILED;
+    });
+}
+
+INT TVUT22_CALL ProfGetVersion(INT selector) {
+    constexpr std::array<INT, 3> answers{majorVersion * 256 + minorVersion, majorVersion, minorVersion};
+    return selector >= 0 && selector < static_cast<INT>(answers.size())
+               ? answers[static_cast<std::size_t>(selector)]
+               : -1;
+}
+
+void TVUT22_CALL ProfSetOption(UINT option, UINT value) {
+    if (option == PROF_OPTION_CODE_PAGE)
+        ProfpSetCodePage(static_cast<std::uint16_t>(value & 0xFFFF));
+}
+
+UINT TVUT22_CALL ProfGetOption(UINT option) {
+    return option == PROF_OPTION_CODE_PAGE ? ProfpCodePage() : 0;
+}
+
+void TVUT22_CALL ProfSetDebug(BOOL) {}

@@ -1,0 +1,229 @@
+// Exports of the profile store: finding, making, deleting, copying and walking lists.
+#include "exports/guard.h"
+#include "exports/prof_handles.h"
+#include "exports/text_argument.h"
+#include "prof/debug_list.h"
+#include "prof/path.h"
+
+#include <memory>
+
+using namespace tvut;
+
+namespace {
+
+// Calls an operation with the list and the path of an export's arguments, or gives a failure value
+// when one of them means nothing.
+template <class Char, class Result, class Operation>
+Result WithPath(ProfJob handle, ProfList listHandle, const Char* path, Result failure, Operation operation) {
+    clsProfJob* const job = FromHandle(handle);
+    clsItemList* const list = job ? FromHandle(*job, listHandle) : nullptr;
+    if (!list || !path)
+        return failure;
+    return UtilpGuard(failure, [&] { return operation(*list, clsTextArgument<Char>(path).View()); });
+}
+
+template <class Char>
+ProfList GetList(ProfJob handle, ProfList listHandle, const Char* path) {
+    clsProfJob* const job = FromHandle(handle);
+    if (job && !path)
+        return ToHandle(FromHandle(*job, listHandle));
+    return WithPath(handle, listHandle, path, ProfList{}, [](clsItemList& list, std::u16string_view text) {
+        return ToHandle(text == u".." ? list.Parent() : ProfpFindList(list, text));
+    });
+}
+
+template <class Char>
+ProfList CreateList(ProfJob job, ProfList list, const Char* path) {
+    return WithPath(job, list, path, ProfList{}, [](clsItemList& start, std::u16string_view text) {
+        return ToHandle(ProfpCreateList(start, text));
+    });
+}
+
+template <class Char>
+ProfList AppendList(ProfJob job, ProfList list, const Char* path) {
+    return WithPath(job, list, path, ProfList{}, [](clsItemList& start, std::u16string_view text) {
+        return ToHandle(ProfpAppendList(start, text));
+    });
+}
+
+// A null path deletes the handle's own entry. Handle 0 stands for no list, which is what an item has
+// where a list entry has its sub-list: it deletes the first item.
+void DeleteByHandle(ProfJob handle, ProfList listHandle) {
+    clsProfJob* const job = FromHandle(handle);
+    if (!job)
+        return;
+    if (!listHandle)
+        ProfpRemoveFirstItem(job->Tree());
+    else if (clsItemList* const list = FromHandle(*job, listHandle))
+        ProfpRemoveList(*list);
+}
+
+template <class Char>
+void Delete(ProfJob job, ProfList list, const Char* path, EntryKind kind) {
+    WithPath(job, list, path, false, [kind](clsItemList& start, std::u16string_view text) {
+        ProfpRemove(start, kind, text);
+        return true;
+    });
+}
+
+template <class Char>
+void DeleteList(ProfJob job, ProfList list, const Char* path) {
+    if (path)
+        Delete(job, list, path, EntryKind::list);
+    else
+        DeleteByHandle(job, list);
+}
+
+// ---- Walking ----------------------------------------------------------------------------------
+
+// A job that lives at least as long as a walk over it, whatever the callback closes.
+class clsJobKeeper {
+  public:
+    explicit clsJobKeeper(clsProfJob& job) : job_(job) { job_.AddReference(); }
+    clsJobKeeper(const clsJobKeeper&) = delete;
+    clsJobKeeper& operator=(const clsJobKeeper&) = delete;
+    ~clsJobKeeper() { job_.Release(); }
+
+  private:
+    clsProfJob& job_;
+};
+
+// A text that lives at least as long as a callback sees it, whatever the callback deletes.
+class clsTextKeeper {
+  public:
+    clsTextKeeper(clsTree& tree, scText* text) : tree_(tree), text_(clsTextStore::Share(text)) {}
+    clsTextKeeper(const clsTextKeeper&) = delete;
+    clsTextKeeper& operator=(const clsTextKeeper&) = delete;
+    ~clsTextKeeper() { tree_.Texts().Release(text_); }
+    std::u16string_view View() const { return ProfpView(text_); }
+
+  private:
+    clsTree& tree_;
+    scText* text_;
+};
+
+// A stored text as a callback receives it; stored texts are terminated.
+class clsWideResult {
+  public:
+    explicit clsWideResult(std::u16string_view text) : text_(ToWide(text.data())) {}
+    const wchar_t* Get() const { return text_; }
+
+  private:
+    const wchar_t* text_;
+};
+
+class clsAnsiResult {
+  public:
+    explicit clsAnsiResult(std::u16string_view text) {
+        const unsigned codePage = ProfpCodePage();
+        const std::size_t size = PlatformEncodedSize(codePage, text);
+        text_ = std::make_unique_for_overwrite<char[]>(size + 1);
+        text_[PlatformEncode(codePage, text, text_.get(), size)] = '\0';
+    }
+    const char* Get() const { return text_.get(); }
+
+  private:
+    std::unique_ptr<char[]> text_;
+};
+
+template <class Result, class Callback>
+BOOL Walk(clsProfJob& job, clsItemList& list, Callback callback, UINT_PTR user) {
+    const clsJobKeeper jobKeeper(job);
+    const clsTree::clsWalk walk(list);
+    const std::uint32_t end = list.End();
+    for (std::uint32_t position = 0; walk.List() && position < end; ++position) {
+        const clsItem entry = walk.List()->At(position);
+        if (entry.IsGap())
+            continue;
+        const clsTextKeeper name(job.Tree(), entry.name);
+        const clsTextKeeper value(job.Tree(), entry.IsItem() ? entry.value : nullptr);
+        const ProfList subList = entry.IsList() ? ToHandle(entry.subList) : ProfList{};
+        if (!callback(ToHandle(&job), Result(name.View()).Get(), Result(value.View()).Get(), subList, user))
+            return FALSE;
+    }
+    return TRUE;
+}
+
+template <class Result, class Callback>
+BOOL Enumerate(ProfJob handle, ProfList listHandle, Callback callback, UINT_PTR user) {
+    clsProfJob* const job = FromHandle(handle);
+    clsItemList* const list = job ? FromHandle(*job, listHandle) : nullptr;
+    if (!list || !callback)
+        return FALSE;
+    return UtilpGuard(FALSE, [&] { return Walk<Result>(*job, *list, callback, user); });
+}
+
+} // namespace
+
+ProfList TVUT22_CALL ProfGetListA(ProfJob job, ProfList list, const char* path) {
+    return GetList(job, list, path);
+}
+ProfList TVUT22_CALL ProfGetListW(ProfJob job, ProfList list, const wchar_t* path) {
+    return GetList(job, list, path);
+}
+
+ProfList TVUT22_CALL ProfCreateListA(ProfJob job, ProfList list, const char* path) {
+    return CreateList(job, list, path);
+}
+ProfList TVUT22_CALL ProfCreateListW(ProfJob job, ProfList list, const wchar_t* path) {
+    return CreateList(job, list, path);
+}
+
+ProfList TVUT22_CALL ProfAppendListA(ProfJob job, ProfList list, const char* path) {
+    return AppendList(job, list, path);
+}
+ProfList TVUT22_CALL ProfAppendListW(ProfJob job, ProfList list, const wchar_t* path) {
+    return AppendList(job, list, path);
+}
+
+void TVUT22_CALL ProfDeleteListA(ProfJob job, ProfList list, const char* path) {
+    DeleteList(job, list, path);
+}
+void TVUT22_CALL ProfDeleteListW(ProfJob job, ProfList list, const wchar_t* path) {
+    DeleteList(job, list, path);
+}
+
+void TVUT22_CALL ProfDeleteItemA(ProfJob job, ProfList list, const char* path) {
+    Delete(job, list, path, EntryKind::item);
+}
+void TVUT22_CALL ProfDeleteItemW(ProfJob job, ProfList list, const wchar_t* path) {
+    Delete(job, list, path, EntryKind::item);
+}
+
+void TVUT22_CALL ProfEmptyList(ProfJob handle, ProfList listHandle) {
+    clsProfJob* const job = FromHandle(handle);
+    if (clsItemList* const list = job ? FromHandle(*job, listHandle) : nullptr)
+        job->Tree().Empty(*list);
+}
+
+INT TVUT22_CALL ProfCopyList(ProfJob destinationJob, ProfList destinationList, ProfJob sourceJob,
+                             ProfList sourceList) {
+    clsProfJob* const source = FromHandle(sourceJob);
+    if (!source)
+        return PROF_INVALID_JOB;
+    clsProfJob* const destination = FromHandle(destinationJob);
+    clsItemList* const from = FromHandle(*source, sourceList);
+    clsItemList* const to = destination ? FromHandle(*destination, destinationList) : nullptr;
+    if (!from || !to)
+        return PROF_COPY_FAILED;
+    return UtilpGuard(PROF_COPY_FAILED, [&] {
+        destination->Tree().Copy(*to, *from);
+        return PROF_OK;
+    });
+}
+
+BOOL TVUT22_CALL ProfEnumA(ProfJob job, ProfList list, ProfEnumCallbackA callback, UINT_PTR user) {
+    return Enumerate<clsAnsiResult>(job, list, callback, user);
+}
+BOOL TVUT22_CALL ProfEnumW(ProfJob job, ProfList list, ProfEnumCallbackW callback, UINT_PTR user) {
+    return Enumerate<clsWideResult>(job, list, callback, user);
+}
+
+INT TVUT22_CALL ProfDebugList(ProfJob handle, ProfList listHandle) {
+    clsProfJob* const job = FromHandle(handle);
+    if (!job)
+        return PROF_INVALID_JOB;
+    if (const clsItemList* const list = FromHandle(*job, listHandle))
+        ProfpDebugList(*list);
+    return PROF_OK;
+}
