@@ -1,0 +1,38 @@
+# Compiler settings that every target of this project takes; see the reasons beside each.
+
+add_library(tvut22_flags INTERFACE)
+target_compile_features(tvut22_flags INTERFACE cxx_std_20)
+
+if(MSVC)
+  target_compile_options(tvut22_flags INTERFACE /W4 /WX /permissive- /utf-8)
+  return()
+endif()
+
+target_compile_options(
+  tvut22_flags
+  INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Werror
+            # Stack traces walk the frame pointers.
+            -fno-omit-frame-pointer -fno-optimize-sibling-calls)
+
+if(WIN32)
+  target_compile_definitions(tvut22_flags INTERFACE _WIN32_WINNT=0x0601 UNICODE _UNICODE)
+  target_compile_options(
+    tvut22_flags
+    INTERFACE -gdwarf-4 # the debug-help service cannot read a newer DWARF
+  )
+  target_link_options(tvut22_flags INTERFACE -Wl,--no-insert-timestamp) # reproducible output
+endif()
+
+# Undefined behaviour and misuse of the standard library end the program at once.
+option(TVUT22_CHECKED "Trap undefined behaviour and check the standard library's preconditions" OFF)
+if(TVUT22_CHECKED)
+  target_compile_definitions(tvut22_flags INTERFACE _GLIBCXX_ASSERTIONS)
+  target_compile_options(tvut22_flags INTERFACE -fsanitize=undefined -fsanitize-undefined-trap-on-error)
+endif()
+
+option(TVUT22_SANITIZE "Build with address and undefined-behaviour sanitizers and fuzzers (clang)" OFF)
+if(TVUT22_SANITIZE)
+  target_compile_options(tvut22_flags INTERFACE -fsanitize=address,undefined,fuzzer-no-link
+                                                -fno-sanitize-recover=all)
+  target_link_options(tvut22_flags INTERFACE -fsanitize=address,undefined)
+endif()

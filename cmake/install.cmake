@@ -1,0 +1,20 @@
+# What "cmake --install" gives: bin, lib (import library), include, and the package for find_package.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+install(TARGETS tvUT22 RUNTIME DESTINATION bin)
+install(FILES ${TVUT22_IMPORT_LIBRARY} DESTINATION lib)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/tvut22 DESTINATION include)
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md DESTINATION share/doc/tvUT22
+        OPTIONAL)
+if(TARGET prof)
+  install(TARGETS prof RUNTIME DESTINATION bin)
+endif()
+
+set(package_folder lib/cmake/tvUT22)
+configure_package_config_file(
+  ${PROJECT_SOURCE_DIR}/cmake/tvUT22Config.cmake.in ${PROJECT_BINARY_DIR}/tvUT22Config.cmake
+  INSTALL_DESTINATION ${package_folder})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/tvUT22ConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/tvUT22Config.cmake ${PROJECT_BINARY_DIR}/tvUT22ConfigVersion.cmake
+        DESTINATION ${package_folder})

@@ -1,0 +1,42 @@
+// Loads any bytes in both reading modes; what loads must save and load again to the same text.
+#include "unit/native_platform.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+using namespace tvut;
+
+namespace {
+
+// Control characters in list names and items that look like comments do not survive the text form;
+// after one more round nothing changes any more.
+std::string SavedAgain(const std::string& bytes) {
+    clsTree tree(true);
+    if (!Load(tree, bytes).parsed)
+        std::abort();
+    return Saved(tree);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    for (const ReadMode mode : {ReadMode::detect, ReadMode::plainIni}) {
+        DiagnosticLines().clear();
+        clsTree tree(size % 2 == 0);
+        if (!Load(tree, bytes, mode).parsed)
+            continue;
+        std::string saved = Saved(tree);
+        if (saved == "cannot be saved")
+            continue;
+        for (int round = 0;; ++round) {
+            std::string again = SavedAgain(saved);
+            if (again == saved)
+                break;
+            if (round == 64)
+                std::abort();
+            saved = std::move(again);
+        }
+    }
+    return 0;
+}

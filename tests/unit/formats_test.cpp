@@ -1,0 +1,140 @@
+// Loading and saving in memory: round trips, the compressed wrapper, damaged and hostile input.
+#include "prof/formats/compression.h"
+#include "prof/path.h"
+#include "unit/native_platform.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+using namespace tvut;
+
+namespace {
+
+// A tree of random shape whose texts hold every character that the text form must stand in for.
+void Grow(clsTree& tree, unsigned seed) {
+    std::mt19937 random(seed);
+    constexpr std::u16string_view alphabet = u"ab =[]{}#;/\r\n\t\x01\x1F\u2400é\u4E00\xD83D\xDE00\uFFFF";
+    const auto text = [&](std::size_t longest, bool anyStart) {
+        std::u16string result = anyStart ? u"" : u"n";
+        for (std::size_t length = random() % longest; length != 0; --length)
+            result += alphabet[random() % alphabet.size()];
+        return result;
+    };
+    std::vector<clsItemList*> lists{&tree.Root()};
+    for (int i = 0; i < 400; ++i) {
+        clsItemList& list = *lists[random() % lists.size()];
+        if (random() % 5 == 0)
+            lists.push_back(tree.AppendList(list, scName(u"list" + std::u16string(random() % 3, u'x'))));
+        else
+            tree.AppendItem(list, scName(text(20, false)), text(random() % 50 == 0 ? 200000 : 40, true));
+    }
+}
+
+TEST(TextForm, RoundTripsEveryText) {
+    for (unsigned seed = 1; seed <= 20; ++seed) {
+        SCOPED_TRACE(seed);
+        clsTree tree(true);
+        Grow(tree, seed);
+        for (const std::uint32_t flags : {0x00u, 0x40u}) {
+            clsTree again(true);
+            EXPECT_TRUE(Load(again, Saved(tree, flags)).parsed);
+            EXPECT_EQ(Saved(again), Saved(tree));
+        }
+    }
+}
+
+TEST(TextForm, MeasuresExactlyWhatItWrites) {
+    clsTree tree(true);
+    Grow(tree, 99);
+    clsMemorySink sink;
+    ASSERT_TRUE(ProfpSave(tree.Root(), 0, false, sink));
+    EXPECT_EQ(sink.extended, sink.bytes.size());
+    EXPECT_TRUE(sink.finished);
+}
+
+// A sink that fails after any number of bytes makes the save fail, never finish.
+TEST(TextForm, ReportsAFullSink) {
+    clsTree tree(true);
+    Grow(tree, 3);
+    const std::size_t size = Saved(tree).size();
+    for (const std::size_t room : {std::size_t{0}, std::size_t{1}, size / 2, size - 1}) {
+        clsMemorySink sink(room);
+        EXPECT_THROW(ProfpSave(tree.Root(), 0, false, sink), clsException);
+        EXPECT_FALSE(sink.finished);
+    }
+}
+
+// Cut anywhere or with any byte changed, an input loads or fails; the sanitizers watch.
+TEST(Load, SurvivesDamage) {
+    clsTree tree(true);
+    ProfpAppendItem(tree.Root(), u"A/B/name", u"value\r\n");
+    ProfpAppendItem(tree.Root(), u"A/other=", u"(1,2,3,4)");
+    for (const std::uint32_t flags : {0x00u, 0x40u}) {
+        const std::string whole = Saved(tree, flags);
+        for (std::size_t cut = 0; cut < whole.size(); ++cut) {
+            clsTree target(true);
+            Load(target, std::string_view(whole).substr(0, cut));
+            for (const char change : {'\0', '\xFF', '\n', '{'}) {
+                std::string damaged = whole;
+                damaged[cut] = change;
+                clsTree other(false);
+                Load(other, damaged);
+            }
+        }
+    }
+}
+
+TEST(Compressed, RefusesWhatIsDamagedCutOffOrTooLarge) {
+    clsTree tree(true);
+    ProfpAppendItem(tree.Root(), u"name", std::u16string(5000, u'x'));
+    const std::string whole = Saved(tree, 0x40);
+    for (std::size_t cut = 4; cut < whole.size(); ++cut) {
+        clsTree target(true);
+        const scLoadResult result = Load(target, std::string_view(whole).substr(0, cut));
+        EXPECT_FALSE(result.parsed) << cut;
+        EXPECT_EQ(target.Root().Count(), 0u);
+    }
+    EXPECT_THROW(ProfpInflate(whole, 1000), clsException);
+    EXPECT_EQ(ProfpInflate(whole, 20000).Bytes(), Saved(tree));
+}
+
+TEST(Compressed, ReadsAWrapperInAWrapperButNotWithoutEnd) {
+    clsTree tree(true);
+    ProfpAppendItem(tree.Root(), u"name", u"value");
+    std::string bytes = Saved(tree);
+    for (int depth = 1; depth <= 6; ++depth) {
+        clsMemorySink sink;
+        clsCompressingSink wrapper(sink);
+        wrapper.Write(bytes.data(), bytes.size());
+        wrapper.Finish();
+        bytes = sink.bytes;
+        clsTree target(true);
+        EXPECT_EQ(Load(target, bytes).parsed, depth <= 4) << depth;
+    }
+}
+
+TEST(Load, NamesInputMessageAndLine) {
+    DiagnosticLines().clear();
+    clsTree tree(true);
+    EXPECT_FALSE(Load(tree, "\n\n<?xml version=\"1.0\"?>").parsed);
+    const std::vector<std::u16string> expected{
+        u"PROF load error line 1: 'prof::xml: this form cannot be read'\n",
+        u"input: error 'prof::xml: this form cannot be read' in line 1\n"};
+    EXPECT_EQ(DiagnosticLines(), expected);
+}
+
+TEST(PlainIni, KeepsSectionsFlatAndValuesAsTheyAre) {
+    clsTree tree(true);
+    ASSERT_TRUE(Load(tree,
+                     "; head\nfree = 1\n[One]\na = \"x\" ; not a comment\n}\n[Two] trailing\nb=\n c = \n",
+                     ReadMode::plainIni)
+                    .parsed);
+    clsItemList& root = tree.Root();
+    EXPECT_EQ(ProfpFindItem(root, u"free")->Value(), u"1");
+    EXPECT_EQ(ProfpFindItem(root, u"One/a")->Value(), u"\"x\" ; not a comment");
+    EXPECT_NE(ProfpFindItem(root, u"One/}"), nullptr);
+    EXPECT_EQ(ProfpFindItem(root, u"Two/b")->Value(), u"");
+    EXPECT_EQ(ProfpFindItem(root, u"Two/c")->Value(), u"");
+}
+
+} // namespace

@@ -1,0 +1,71 @@
+// What tests of the native build share: memory as source and sink, the diagnostic lines written.
+#pragma once
+
+#include "platform/bytes.h"
+#include "platform/exception.h"
+#include "prof/formats/load.h"
+#include "prof/formats/save.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace tvut {
+
+std::vector<std::u16string>& DiagnosticLines();
+
+// Bytes in memory, handed out in pieces of a given size.
+class clsMemorySource final : public clsByteSource {
+  public:
+    explicit clsMemorySource(std::string_view bytes, std::size_t piece = 65536)
+        : bytes_(bytes), piece_(piece) {}
+    std::uint64_t SizeHint() override { return bytes_.size(); }
+    std::size_t Read(void* buffer, std::size_t bytes) override {
+        const std::size_t count = std::min({bytes, piece_, bytes_.size()});
+        std::memcpy(buffer, bytes_.data(), count);
+        bytes_.remove_prefix(count);
+        return count;
+    }
+
+  private:
+    std::string_view bytes_;
+    std::size_t piece_;
+};
+
+// Bytes into memory; fails, like a full disk, beyond a given size.
+class clsMemorySink final : public clsByteSink, public IclsSinkMaker {
+  public:
+    explicit clsMemorySink(std::size_t room = SIZE_MAX) : room_(room) {}
+    void Extend(std::uint64_t total) override { extended = total; }
+    void Write(const void* data, std::size_t count) override {
+        if (bytes.size() + count > room_)
+            throw clsException("sink is full");
+        bytes.append(static_cast<const char*>(data), count);
+    }
+    void Finish() override { finished = true; }
+    clsByteSink& MakeSink() override { return *this; }
+
+    std::string bytes;
+    std::uint64_t extended = 0;
+    bool finished = false;
+
+  private:
+    std::size_t room_;
+};
+
+inline std::string Utf16Bytes(std::u16string_view text) {
+    return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)};
+}
+
+inline std::string Saved(clsTree& tree, std::uint32_t flags = 0) {
+    clsMemorySink sink;
+    return ProfpSave(tree.Root(), flags, false, sink) ? sink.bytes : "cannot be saved";
+}
+
+inline scLoadResult Load(clsTree& tree, std::string_view bytes, ReadMode mode = ReadMode::detect) {
+    clsMemorySource source(bytes);
+    return ProfpLoad(source, tree.Root(), {u"input", mode, 1252});
+}
+
+} // namespace tvut

@@ -1,0 +1,121 @@
+// Every allocation fails once: loading, changing, copying and saving must report it and stay whole.
+//
+// The program's operator new counts down to a failure. Whatever the failing call was, the tree must
+// still be sound: it can be walked, saved and emptied, and the sanitizers find nothing.
+#include "prof/path.h"
+#include "unit/native_platform.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <new>
+
+namespace {
+
+long allocationsLeft = -1; // negative: never fail
+
+bool MayAllocate() {
+    if (allocationsLeft < 0)
+        return true;
+    return allocationsLeft-- > 0;
+}
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    void* const block = MayAllocate() ? std::malloc(size) : nullptr;
+    if (!block) {
+        allocationsLeft = 0;
+        throw std::bad_alloc();
+    }
+    return block;
+}
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+void operator delete(void* block) noexcept {
+    std::free(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    std::free(block);
+}
+void operator delete[](void* block) noexcept {
+    std::free(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+    std::free(block);
+}
+
+using namespace tvut;
+
+namespace {
+
+// Runs work with the n-th allocation failing, for every n, until it gets through.
+template <class Work, class Check>
+void FailEveryAllocation(Work work, Check check) {
+    for (long n = 0;; ++n) {
+        ASSERT_LT(n, 5000);
+        clsTree tree(true);
+        ProfpAppendItem(tree.Root(), u"kept/item", u"1");
+        bool failed = false;
+        allocationsLeft = n;
+        try {
+            work(tree);
+        } catch (const std::bad_alloc&) {
+            failed = true;
+        }
+        allocationsLeft = -1;
+        check(tree);
+        if (!failed)
+            return;
+    }
+}
+
+void ExpectSound(clsTree& tree) {
+    ASSERT_NE(ProfpFindItem(tree.Root(), u"kept/item"), nullptr);
+    clsTree again(true);
+    ASSERT_TRUE(Load(again, Saved(tree)).parsed);
+    ASSERT_EQ(Saved(again), Saved(tree));
+    tree.Empty(tree.Root());
+}
+
+std::string LargeProfile() {
+    clsTree tree(true);
+    for (char16_t c = u'a'; c <= u'z'; ++c) {
+        const std::u16string list(1, c);
+        for (char16_t d = u'a'; d <= u'z'; ++d)
+            ProfpAppendItem(tree.Root(), list + u"/" + d, std::u16string(100 * (d - u'a'), d));
+    }
+    return Saved(tree);
+}
+
+TEST(OutOfMemory, Loading) {
+    const std::string bytes = LargeProfile();
+    FailEveryAllocation([&](clsTree& tree) { Load(tree, bytes); }, ExpectSound);
+}
+
+TEST(OutOfMemory, Saving) {
+    for (const std::uint32_t flags : {0x00u, 0x40u}) {
+        const auto save = [flags](clsTree& tree) {
+            clsMemorySink sink;
+            sink.bytes.reserve(4096);
+            ProfpSave(tree.Root(), flags, false, sink);
+        };
+        FailEveryAllocation(save, ExpectSound);
+    }
+}
+
+TEST(OutOfMemory, ChangingAndCopying) {
+    const auto change = [](clsTree& tree) {
+        for (char16_t c = u'A'; c < u'z'; ++c) {
+            const std::u16string name(20, c);
+            ProfpAppendItem(tree.Root(), u"long/list/" + name, name);
+            ProfpSetItem(tree.Root(), u"long/list/" + name, name + name);
+        }
+        ProfpRemove(tree.Root(), EntryKind::item, u"long/list/none");
+        tree.Copy(tree.Root(), tree.Root());
+        ProfpCreateList(tree.Root(), u"long/list/new");
+    };
+    FailEveryAllocation(change, ExpectSound);
+}
+
+} // namespace

@@ -1,0 +1,127 @@
+// Text primitives: UTF-8, input encodings, the vector scans against their plain definition.
+#include "text/hash.h"
+#include "text/input_text.h"
+#include "text/scan.h"
+#include "text/utf8.h"
+#include "unit/native_platform.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+using namespace tvut;
+
+namespace {
+
+std::u16string Decoded(std::string_view bytes) {
+    std::u16string text(bytes.size(), u'?');
+    text.resize(UtilpDecodeUtf8(bytes, text.data()));
+    return text;
+}
+
+TEST(Utf8, AcceptsWhatIsWellFormedAndReplacesTheRest) {
+    struct scCase {
+        std::string_view bytes;
+        bool valid;
+        std::u16string_view text;
+    };
+    const scCase cases[] = {
+        {"", true, u""},
+        {"aé€😀", true, u"aé€😀"},
+        {"\x7F\xC2\x80\xDF\xBF", true, u"\u007F\u0080\u07FF"},
+        {"\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80", true, u"\u0800\uD7FF\uE000"},
+        {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", true, u"\U00010000\U0010FFFF"},
+        {"\xC0\x80", false, u"\uFFFD\uFFFD"},                     // overlong
+        {"\xE0\x9F\xBF", false, u"\uFFFD\uFFFD\uFFFD"},           // overlong
+        {"\xED\xA0\x80", false, u"\uFFFD\uFFFD\uFFFD"},           // a surrogate
+        {"\xF4\x90\x80\x80", false, u"\uFFFD\uFFFD\uFFFD\uFFFD"}, // beyond U+10FFFF
+        {"\xE2\x82", false, u"\uFFFD\uFFFD"},                     // cut off
+        {"a\xFFz\x80", false, u"a\uFFFDz\uFFFD"},
+    };
+    for (const scCase& c : cases) {
+        SCOPED_TRACE(::testing::PrintToString(c.bytes));
+        EXPECT_EQ(UtilpIsUtf8(c.bytes), c.valid);
+        EXPECT_EQ(Decoded(c.bytes), c.text);
+    }
+}
+
+std::u16string Input(std::string_view bytes, std::size_t piece) {
+    clsMemorySource source(bytes, piece);
+    clsInputText input = clsInputText::Read(source);
+    input.Decode(1252);
+    return std::u16string(input.Text());
+}
+
+TEST(InputText, TellsTheEncoding) {
+    const std::string utf16 = Utf16Bytes(u"[ä]\r\nk=€\r\n");
+    std::string swapped = utf16;
+    for (std::size_t i = 0; i < swapped.size(); i += 2)
+        std::swap(swapped[i], swapped[i + 1]);
+    const std::u16string text = u"[ä]\r\nk=€\r\n";
+    struct scCase {
+        std::string bytes;
+        std::u16string text;
+    };
+    const scCase cases[] = {
+        {"\xFF\xFE" + utf16, text},
+        {"\xFE\xFF" + swapped, text},
+        {"\xEF\xBB\xBF[ä]\r\nk=€\r\n", text},
+        {utf16, text},
+        {"[ä]\r\nk=€\r\n", text},
+        {"[\xE4]\r\nk=1", u"[ä]\r\nk=1"}, // neither UTF-16 nor UTF-8: the code page
+        {"\xFF\xFE" + utf16 + "x", text}, // half a character at the end
+        {"\xEF\xBB\xBFk=\xFF", u"k=\uFFFD"},
+        {"", u""},
+        {"\xFF\xFE", u""},
+        {"\xFF", u"\u00FF"},
+        {"x", u"x"},
+    };
+    for (const scCase& c : cases) {
+        for (const std::size_t piece : {1u, 2u, 5u, 1024u}) {
+            SCOPED_TRACE(::testing::PrintToString(c.bytes) + " in pieces of " + std::to_string(piece));
+            EXPECT_EQ(Input(c.bytes, piece), c.text);
+        }
+    }
+}
+
+TEST(Scan, GivesTheAnswersOfAPlainScan) {
+    std::mt19937 random(7);
+    constexpr std::u16string_view alphabet = u"ab=[]\x1F\x20\u2337\u2338\u2409\u301B\u301C\uFFFF";
+    for (int round = 0; round < 20000; ++round) {
+        std::u16string line;
+        for (std::size_t length = random() % 40; length != 0; --length)
+            line += alphabet[random() % alphabet.size()];
+        const std::size_t length = line.size();
+        const std::u16string padded = line + (round % 2 ? u'\r' : u'\n') + u"========";
+        const scLine scan = UtilpScanLine(padded.data());
+        ASSERT_EQ(scan.end - padded.data(), static_cast<std::ptrdiff_t>(length));
+        ASSERT_EQ(scan.equals - padded.data(),
+                  static_cast<std::ptrdiff_t>(std::min(line.find(u'='), length)));
+        ASSERT_EQ(scan.marked, std::any_of(line.begin(), line.end(),
+                                           [](char16_t c) { return c >= firstMark && c <= lastMark; }));
+
+        const auto replace = [](char16_t c) {
+            return c < 0x20 || c == u'=' || c == u'[' || c == u']' ? u'!' : c;
+        };
+        std::u16string expected = line;
+        std::transform(line.begin(), line.end(), expected.begin(), replace);
+        std::u16string copy(length, u'?');
+        UtilpCopyReplacing<true>(copy.data(), line.data(), length, replace);
+        ASSERT_EQ(copy, expected);
+    }
+}
+
+// A weak hash would make lookups crawl: the buckets of similar names must fill evenly.
+TEST(Hash, SpreadsSimilarNames) {
+    constexpr unsigned names = 65536;
+    std::vector<unsigned> buckets(256);
+    for (unsigned i = 0; i < names; ++i) {
+        const std::string digits = "item_" + std::to_string(i);
+        ++buckets[UtilpHashText(std::u16string(digits.begin(), digits.end())) & 255];
+    }
+    double chiSquare = 0;
+    for (const unsigned count : buckets)
+        chiSquare += (count - 256.0) * (count - 256.0) / 256.0;
+    EXPECT_LT(chiSquare, 400); // 255 degrees of freedom: far beyond what chance gives
+}
+
+} // namespace
