@@ -5,6 +5,7 @@
 #include "text_io.h"
 
 #include <new>
+#include <stdexcept>
 
 namespace {
 
@@ -34,6 +35,8 @@ int main() {
     } catch (const prof_tool::Failure& failure) {
         return static_cast<int>(report(failure));
     } catch (const std::bad_alloc&) {
+        return static_cast<int>(report({ExitCode::outOfMemory, "", "out of memory"}));
+    } catch (const std::length_error&) { // a text that no memory of this process could hold
         return static_cast<int>(report({ExitCode::outOfMemory, "", "out of memory"}));
     }
 }

@@ -26,6 +26,7 @@ constexpr Known knownErrors[] = {
     {ERROR_DISK_FULL, "no space left on the disk"},
     {ERROR_BROKEN_PIPE, "the reader has gone away"},
     {ERROR_NO_DATA, "the reader has gone away"},
+    {ERROR_PIPE_NOT_CONNECTED, "the reader has gone away"},
 };
 
 std::string ownWords(DWORD error) {
