@@ -1,0 +1,62 @@
+// A folder with fresh copies of the test data, in which prof runs.
+#pragma once
+
+#include "process.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace prof_test {
+
+class ProfTool : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        std::filesystem::remove_all(folder_);
+        std::filesystem::copy(PROF_TEST_DATA, folder_);
+    }
+    void TearDown() override {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder_, ignored);
+    }
+
+    // What follows "prof" on a command line, in UTF-8.
+    Outcome prof(const std::string& arguments, std::string_view input = {}) const {
+        return run(std::filesystem::absolute(PROF_EXECUTABLE), "prof " + arguments, folder_, input);
+    }
+
+    std::string read(const std::string& name) const {
+        std::ifstream file{folder_ / name, std::ios::binary};
+        return {std::istreambuf_iterator<char>{file}, {}};
+    }
+    void write(const std::string& name, std::string_view bytes) const {
+        std::ofstream{folder_ / name, std::ios::binary}.write(bytes.data(),
+                                                              static_cast<std::streamsize>(bytes.size()));
+    }
+    std::filesystem::path pathOf(const std::string& name) const { return folder_ / name; }
+
+    // Runs it and expects success; returns what it printed.
+    std::string mustPrint(const std::string& arguments, std::string_view input = {}) const {
+        const Outcome outcome = prof(arguments, input);
+        EXPECT_EQ(outcome.code, 0u) << arguments << "\n" << outcome.err;
+        EXPECT_EQ(outcome.err, "") << arguments;
+        return outcome.out;
+    }
+
+    // Runs it and expects a failure that is explained and prints nothing else.
+    void mustFail(const std::string& arguments, DWORD code, const std::string& reason) const {
+        const Outcome outcome = prof(arguments);
+        EXPECT_EQ(outcome.code, code) << arguments;
+        EXPECT_EQ(outcome.out, "") << arguments;
+        EXPECT_TRUE(outcome.err.starts_with("prof: ")) << arguments << "\n" << outcome.err;
+        EXPECT_NE(outcome.err.find(reason), std::string::npos) << arguments << "\n" << outcome.err;
+    }
+
+  private:
+    std::filesystem::path folder_ =
+        std::filesystem::temp_directory_path() / ("prof-tool-" + std::to_string(GetCurrentProcessId()));
+};
+
+} // namespace prof_test

@@ -1,0 +1,158 @@
+// The command table, declared to the argument parser.
+#include "arguments.h"
+
+#include "commands.h"
+#include "text_io.h"
+#include "value_types.h"
+
+#include <tvut22/prof.h>
+
+#include <shellapi.h>
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <memory>
+#include <new>
+#include <sstream>
+
+namespace prof_tool {
+
+namespace {
+
+constexpr const char* footer =
+    "FILE, IN and OUT may be - for standard input and output. A file whose name ends in .ini or .conf is\n"
+    "read as a plain INI file, each section a list of the root list, unless it holds a profile.\n"
+    "A value or path that begins with a dash is written behind --.\n"
+    "Exit codes: 0 done, 1 not found, 2 wrong usage, 3 cannot open, 4 malformed contents,\n"
+    "            5 cannot save or write, 6 value not of the type, 7 out of memory.\n";
+
+void addFile(CLI::App& app, Arguments& arguments) {
+    app.add_option("FILE", arguments.file, "The profile")->required();
+    app.add_flag("--ini", arguments.plainIni, "Read it as a plain INI file, whatever its name");
+}
+
+void addItemPath(CLI::App& app, Arguments& arguments, const char* help) {
+    app.add_option("PATH", arguments.path, help)->required();
+}
+
+void addListPath(CLI::App& app, Arguments& arguments) {
+    app.add_option("PATH", arguments.path, "The list to begin with, like Print/Fonts; else the root");
+}
+
+void addType(CLI::App& app, Arguments& arguments, const std::vector<std::string>& names) {
+    app.add_option("--type", arguments.type, "The value's type")
+        ->check(CLI::IsMember(names))
+        ->capture_default_str();
+}
+
+void addOutput(CLI::App& app, Arguments& arguments) {
+    app.add_option("--output", arguments.output, "Where to save instead of FILE; as a text profile");
+}
+
+void declareShow(CLI::App& app, Arguments& arguments) {
+    addFile(app, arguments);
+    addListPath(app, arguments);
+    app.add_flag("--flat", arguments.flat, "One item a line with its full path: /Print/Copies=2");
+}
+
+void declareGet(CLI::App& app, Arguments& arguments) {
+    addFile(app, arguments);
+    addItemPath(app, arguments, "The item, like Print/Copies");
+    addType(app, arguments, fetchableTypes());
+}
+
+void declareSet(CLI::App& app, Arguments& arguments) {
+    addFile(app, arguments);
+    addItemPath(app, arguments, "The item; lists on the way that are missing are made");
+    app.add_option("VALUE", arguments.value, "Its value; must be of the type")->required();
+    addType(app, arguments, storableTypes());
+    addOutput(app, arguments);
+    app.add_flag("--create", arguments.create, "Begin with an empty profile when there is no such file");
+}
+
+void declareDelete(CLI::App& app, Arguments& arguments) {
+    addFile(app, arguments);
+    addItemPath(app, arguments, "The item; all of that name are deleted");
+    app.add_flag("--list", arguments.list, "Delete lists of that path, with all that is in them");
+    addOutput(app, arguments);
+}
+
+void declareNames(CLI::App& app, Arguments& arguments) {
+    addFile(app, arguments);
+    addListPath(app, arguments);
+}
+
+void declareConvert(CLI::App& app, Arguments& arguments) {
+    app.add_option("IN", arguments.file, "The profile to read")->required();
+    app.add_option("OUT", arguments.output, "Where to save it")->required();
+    app.add_flag("--ini", arguments.plainIni, "Read IN as a plain INI file, whatever its name");
+    app.add_option("--form", arguments.form, "The form to save in")
+        ->check(CLI::IsMember({"text", "xml", "xfdf"}))
+        ->capture_default_str();
+    app.add_flag("--compress", arguments.compress, "Save compressed");
+}
+
+constexpr Command commands[] = {
+    {"show", "Print a profile as a tree", declareShow, runShow},
+    {"get", "Print one item's value", declareGet, runGet},
+    {"set", "Give an item a value", declareSet, runSet},
+    {"delete", "Delete items or lists", declareDelete, runDelete},
+    {"lists", "Print the names of the lists in a list", declareNames, runLists},
+    {"items", "Print the items of a list", declareNames, runItems},
+    {"convert", "Save a profile in another form or place", declareConvert, runConvert},
+    {"check", "Load a profile and report the first error", addFile, runCheck},
+};
+
+std::string version() {
+    return "prof " + std::to_string(ProfGetVersion(1)) + "." + std::to_string(ProfGetVersion(2));
+}
+
+ExitCode explain(const CLI::App& app, const CLI::ParseError& error) {
+    if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::Success))
+        throw Failure{ExitCode::usage, "",
+                      std::string{error.what()} + "\nTry 'prof --help' or 'prof COMMAND --help'."};
+    std::ostringstream text;
+    app.exit(error, text, text);
+    Output::standard().write(text.str());
+    return ExitCode::ok;
+}
+
+} // namespace
+
+std::vector<std::string> commandLine() {
+    struct FreeLocal {
+        void operator()(wchar_t** memory) const { LocalFree(memory); }
+    };
+    int count = 0;
+    const std::unique_ptr<wchar_t*, FreeLocal> words{CommandLineToArgvW(GetCommandLineW(), &count)};
+    if (!words)
+        throw std::bad_alloc{};
+    std::vector<std::string> result;
+    for (int at = 1; at < count; ++at)
+        result.push_back(toUtf8(words.get()[at]));
+    return result;
+}
+
+ExitCode dispatch(std::vector<std::string> words) {
+    Arguments arguments;
+    CLI::App app{"Shows, changes and converts profiles.", "prof"};
+    app.allow_windows_style_options(false); // /Print/Copies is a path
+    app.set_version_flag("--version", version());
+    app.footer(footer);
+    app.require_subcommand(1);
+    for (const Command& command : commands)
+        command.declare(*app.add_subcommand(command.name, command.purpose), arguments);
+    try {
+        std::reverse(words.begin(), words.end()); // the parser takes them from the back
+        app.parse(std::move(words));
+    } catch (const CLI::ParseError& error) {
+        return explain(app, error);
+    }
+    const std::string chosen = app.get_subcommands().front()->get_name();
+    return std::find_if(std::begin(commands), std::end(commands),
+                        [&](const Command& command) { return chosen == command.name; })
+        ->run(arguments);
+}
+
+} // namespace prof_tool

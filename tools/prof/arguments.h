@@ -1,0 +1,46 @@
+// What a command line says, and how each command declares the part that it takes.
+#ifndef PROF_TOOL_ARGUMENTS_H
+#define PROF_TOOL_ARGUMENTS_H
+
+#include "exit_code.h"
+
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace prof_tool {
+
+struct Arguments {
+    std::string file;
+    std::string path;
+    std::string value;
+    std::string type = "string";
+    std::string output;
+    std::string form = "text";
+    bool flat = false;
+    bool list = false;
+    bool create = false;
+    bool compress = false;
+    bool plainIni = false;
+};
+
+struct Command {
+    const char* name;
+    const char* purpose;
+    void (*declare)(CLI::App& app, Arguments& arguments);
+    ExitCode (*run)(const Arguments& arguments);
+};
+
+// The process's own command line in UTF-8, without the program's name.
+std::vector<std::string> commandLine();
+
+// Runs the command that the command line names. Prints help and the version itself; throws Failure for
+// a command line that it does not understand.
+ExitCode dispatch(std::vector<std::string> words);
+
+} // namespace prof_tool
+
+#endif

@@ -1,0 +1,34 @@
+// prof convert: a profile from any form that can be read into any form that can be written.
+#include "commands.h"
+#include "profile.h"
+
+#include <string_view>
+
+namespace prof_tool {
+
+namespace {
+
+struct Form {
+    std::string_view name;
+    UINT flag;
+};
+
+constexpr Form forms[] = {{"text", PROF_FORM_TEXT}, {"xml", PROF_FORM_XML}, {"xfdf", PROF_FORM_XFDF}};
+
+UINT formFlag(std::string_view name) {
+    for (const Form& form : forms)
+        if (form.name == name)
+            return form.flag;
+    return PROF_FORM_TEXT;
+}
+
+} // namespace
+
+ExitCode runConvert(const Arguments& arguments) {
+    const Profile profile = Profile::open(arguments.file, arguments.plainIni);
+    profile.save(arguments.output,
+                 formFlag(arguments.form) | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u));
+    return ExitCode::ok;
+}
+
+} // namespace prof_tool

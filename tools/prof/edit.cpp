@@ -1,0 +1,91 @@
+// prof set and prof delete: change a profile and save it.
+//
+// The file is opened and closed, and the save replaces it in one step: a reader, or a crash, meets the
+// old contents or the new ones and nothing between.
+#include "commands.h"
+#include "paths.h"
+#include "profile_kind.h"
+#include "text_io.h"
+#include "value_types.h"
+
+#include <new>
+
+namespace prof_tool {
+
+namespace {
+
+constexpr UINT sameWrapping = PROF_FORM_TEXT | PROF_SAVE_COMPRESSED_AS_READ;
+
+bool isInPlace(const Arguments& arguments) {
+    return arguments.output.empty() && arguments.file != standardStream;
+}
+
+// What is saved is a profile in text form: what the library does not read into the tree is gone.
+void requireProfileInPlace(const Arguments& arguments) {
+    if (!isInPlace(arguments))
+        return;
+    const FileKind kind = kindOf(toWide(arguments.file));
+    const bool ini = arguments.plainIni || (hasIniName(arguments.file) && kind != FileKind::profile);
+    if (ini)
+        throw Failure{ExitCode::usage, arguments.file,
+                      "a plain INI file would become a text profile and lose its comments; "
+                      "name another file with --output"};
+    if (kind == FileKind::other)
+        throw Failure{ExitCode::usage, arguments.file,
+                      "is not a text profile (its first list is not [/]) and would be replaced by one; "
+                      "name another file with --output, or read it with --ini"};
+}
+
+bool isToBeCreated(const Arguments& arguments) {
+    return arguments.create && arguments.file != standardStream &&
+           kindOf(toWide(arguments.file)) == FileKind::missing;
+}
+
+Profile openForEdit(const Arguments& arguments) {
+    Profile profile =
+        isToBeCreated(arguments) ? Profile::makeEmpty() : Profile::open(arguments.file, arguments.plainIni);
+    requireProfileInPlace(arguments);
+    return profile;
+}
+
+void saveEdited(const Profile& profile, const Arguments& arguments) {
+    profile.save(arguments.output.empty() ? arguments.file : arguments.output, sameWrapping);
+}
+
+void requireValue(const ValueType& type, const std::string& value) {
+    if (!type.store(nullptr, nullptr, value))
+        throw Failure{ExitCode::wrongType, value, "is not of type " + type.name};
+}
+
+} // namespace
+
+ExitCode runSet(const Arguments& arguments) {
+    const ValueType& type = valueType(arguments.type);
+    requireStorablePath(arguments.path);
+    requireValue(type, arguments.value);
+    const Profile profile = openForEdit(arguments);
+    const std::wstring path = toWide(arguments.path);
+    type.store(profile.job(), path.c_str(), arguments.value);
+    // Setting reports nothing; an item that is not there after it did not fit into memory.
+    if (ProfGetStringLengthW(profile.job(), nullptr, path.c_str()) < 0)
+        throw std::bad_alloc{};
+    saveEdited(profile, arguments);
+    return ExitCode::ok;
+}
+
+ExitCode runDelete(const Arguments& arguments) {
+    requirePath(arguments.path);
+    if (arguments.list && arguments.path == "/")
+        throw Failure{ExitCode::usage, "", "the root list cannot be deleted"};
+    const Profile profile = openForEdit(arguments);
+    const auto reaches = arguments.list ? reachesList : reachesItem;
+    if (!reaches(profile.job(), arguments.path))
+        throw Failure{ExitCode::notFound, displayName(arguments.file),
+                      (arguments.list ? "there is no list " : "there is no item ") + arguments.path};
+    const auto remove = arguments.list ? ProfDeleteListW : ProfDeleteItemW;
+    remove(profile.job(), nullptr, toWide(arguments.path).c_str());
+    saveEdited(profile, arguments);
+    return ExitCode::ok;
+}
+
+} // namespace prof_tool

@@ -1,0 +1,97 @@
+// Opening, loading and saving, with the reason in words when one of them fails.
+#include "profile.h"
+
+#include "exit_code.h"
+#include "load_report.h"
+#include "profile_kind.h"
+#include "stream.h"
+#include "system_error.h"
+#include "text_io.h"
+
+#include <new>
+
+namespace prof_tool {
+
+namespace {
+
+constexpr UINT formMask = 0xf;
+
+ProfJob openStream(IStream& stream, const std::string& name, bool plainIni) {
+    return ProfJobOpenStreamObjectW(&stream, toWide(name).c_str(), plainIni ? PROF_READ_PLAIN_INI : 0);
+}
+
+ProfJob openJob(const std::string& name, bool plainIni) {
+    if (name == standardStream)
+        return openStream(*memoryStream(readStandardInput()), displayName(name), plainIni);
+    const std::wstring path = toWide(name);
+    if (plainIni)
+        return openStream(*fileStream(path, name), name, true);
+    return ProfJobOpenW(path.c_str());
+}
+
+// The library tells a file that it cannot open from one that it cannot load, but not why.
+Failure whyNotLoaded(const std::string& name, INT error, const std::string& report) {
+    const std::string subject = displayName(name);
+    if (!report.empty())
+        return {ExitCode::malformed, subject, report};
+    if (error == PROF_LOAD_FAILED)
+        return {ExitCode::malformed, subject, "malformed contents"};
+    if (name != standardStream)
+        if (const std::string reason = whyNotReadable(toWide(name)); !reason.empty())
+            return {ExitCode::cannotOpen, subject, reason};
+    if (error == PROF_OPEN_FAILED)
+        return {ExitCode::cannotOpen, subject, "not a valid file name"};
+    return {ExitCode::malformed, subject, "the contents cannot be read or are too large"};
+}
+
+Failure whyNotSaved(const std::string& name, UINT flags) {
+    std::string reason = name == standardStream ? std::string{} : whyNotWritable(toWide(name));
+    if (reason.empty() && (flags & formMask) != PROF_FORM_TEXT)
+        reason = "this version of the library does not write that form";
+    if (reason.empty())
+        reason = "cannot be written: not permitted, in use, no space left, or nested too deep";
+    return {ExitCode::cannotSave, name == standardStream ? "standard output" : name, reason};
+}
+
+} // namespace
+
+std::string displayName(const std::string& name) {
+    return name == standardStream ? "standard input" : name;
+}
+
+bool isPlainIni(const std::string& name) {
+    return hasIniName(name) && kindOf(toWide(name)) != FileKind::profile;
+}
+
+Profile::Profile(ProfJob job) : job_(job) {
+    if (!job_)
+        throw std::bad_alloc{};
+}
+
+Profile Profile::open(const std::string& name, bool plainIni) {
+    const LoadReport report;
+    Profile profile{openJob(name, plainIni || isPlainIni(name))};
+    if (const INT error = ProfGetError(profile.job()); error != PROF_OK)
+        throw whyNotLoaded(name, error, report.reason());
+    return profile;
+}
+
+Profile Profile::makeEmpty() {
+    return Profile{ProfJobOpenW(nullptr)};
+}
+
+void Profile::save(const std::string& name, UINT flags) const {
+    if (name == standardStream)
+        saveToStandardOutput(flags);
+    else if (ProfSaveW(job(), toWide(name).c_str(), flags) != PROF_OK)
+        throw whyNotSaved(name, flags);
+}
+
+void Profile::saveToStandardOutput(UINT flags) const {
+    const StreamPtr stream = memoryStream({});
+    if (ProfSaveToStream(job(), stream.get(), flags) != PROF_OK)
+        throw whyNotSaved(standardStream, flags);
+    Output::standard().writeDocument(contentsOf(*stream));
+}
+
+} // namespace prof_tool

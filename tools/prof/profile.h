@@ -1,0 +1,48 @@
+// One open profile: from a file, a plain INI file or standard input, and saved again.
+#ifndef PROF_TOOL_PROFILE_H
+#define PROF_TOOL_PROFILE_H
+
+#include <tvut22/prof.h>
+
+#include <memory>
+#include <string>
+
+namespace prof_tool {
+
+// The name that stands for standard input or output.
+inline constexpr const char* standardStream = "-";
+
+// How a file is called in messages.
+std::string displayName(const std::string& name);
+
+// Whether a file is read as a plain INI file: by its name, unless its contents are a profile.
+bool isPlainIni(const std::string& name);
+
+class Profile {
+  public:
+    // Opens and loads; throws Failure with cannotOpen or malformed. A plain INI file is known by its name
+    // or by the caller's word.
+    static Profile open(const std::string& name, bool plainIni);
+
+    // A profile with nothing in it.
+    static Profile makeEmpty();
+
+    ProfJob job() const { return job_.get(); }
+
+    // Saves to a file or standard output; throws Failure with cannotSave.
+    void save(const std::string& name, UINT flags) const;
+
+  private:
+    explicit Profile(ProfJob job);
+    void saveToStandardOutput(UINT flags) const;
+
+    struct CloseJob {
+        void operator()(ProfJob job) const { ProfJobClose(job); }
+    };
+
+    std::unique_ptr<ProfJobObject, CloseJob> job_;
+};
+
+} // namespace prof_tool
+
+#endif

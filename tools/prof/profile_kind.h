@@ -1,0 +1,26 @@
+// Tells profiles from plain INI files, and both from files that are neither.
+//
+// The library opens any text as a profile: what it does not understand is skipped and would be gone
+// after a save. So a command that saves in place looks first at what it is about to replace.
+#ifndef PROF_TOOL_PROFILE_KIND_H
+#define PROF_TOOL_PROFILE_KIND_H
+
+#include <string>
+#include <string_view>
+
+namespace prof_tool {
+
+enum class FileKind {
+    missing, // or not readable
+    profile, // begins with the root list, is compressed, or is empty
+    other,   // anything else: an INI file, some other text
+};
+
+FileKind kindOf(const std::wstring& path);
+
+// Ends in .ini or .conf, in any case.
+bool hasIniName(std::string_view name);
+
+} // namespace prof_tool
+
+#endif

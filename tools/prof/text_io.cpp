@@ -1,0 +1,197 @@
+// UTF-8 and UTF-16, consoles and pipes.
+#include "text_io.h"
+
+#include "exit_code.h"
+#include "system_error.h"
+
+#include <windows.h>
+
+#include <algorithm>
+
+namespace prof_tool {
+
+namespace {
+
+constexpr std::size_t bufferSize = 64 * 1024;
+constexpr std::size_t consolePiece = 8 * 1024; // older consoles refuse more than 64 KB a call
+constexpr std::wstring_view byteOrderMark = L"\xfeff";
+
+bool isConsole(HANDLE handle) {
+    DWORD mode = 0;
+    return GetConsoleMode(handle, &mode) != 0;
+}
+
+bool isHigh(wchar_t unit) {
+    return unit >= 0xd800 && unit <= 0xdbff;
+}
+bool isLow(wchar_t unit) {
+    return unit >= 0xdc00 && unit <= 0xdfff;
+}
+bool isControl(wchar_t unit) {
+    return unit < 0x20 || (unit >= 0x7f && unit <= 0x9f);
+}
+
+bool isPairAt(std::wstring_view text, std::size_t at) {
+    return isHigh(text[at]) && at + 1 < text.size() && isLow(text[at + 1]);
+}
+
+void appendHex(std::string& line, std::string_view prefix, unsigned value, unsigned digits) {
+    line += prefix;
+    while (digits-- > 0)
+        line += "0123456789abcdef"[(value >> (4 * digits)) & 0xf];
+}
+
+void appendEscape(std::string& line, wchar_t unit) {
+    switch (unit) {
+    case L'\n':
+        line += "\\n";
+        return;
+    case L'\r':
+        line += "\\r";
+        return;
+    case L'\t':
+        line += "\\t";
+        return;
+    default:
+        isControl(unit) ? appendHex(line, "\\x", unit, 2) : appendHex(line, "\\u", unit, 4);
+    }
+}
+
+// How many units from a position can be printed as they are.
+std::size_t plainRun(std::wstring_view text, std::size_t start) {
+    std::size_t at = start;
+    while (at < text.size() && !isControl(text[at])) {
+        if (isPairAt(text, at))
+            ++at;
+        else if (isHigh(text[at]) || isLow(text[at]))
+            break;
+        ++at;
+    }
+    return at - start;
+}
+
+bool writeBytes(HANDLE handle, std::string_view bytes) {
+    while (!bytes.empty()) {
+        DWORD written = 0;
+        if (!WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr))
+            return false;
+        bytes.remove_prefix(written);
+    }
+    return true;
+}
+
+bool writeConsole(HANDLE handle, std::wstring_view text) {
+    while (!text.empty()) {
+        DWORD written = 0;
+        const auto piece = static_cast<DWORD>(std::min(text.size(), consolePiece));
+        if (!WriteConsoleW(handle, text.data(), piece, &written, nullptr))
+            return false;
+        text.remove_prefix(written);
+    }
+    return true;
+}
+
+bool writeText(HANDLE handle, bool console, std::string_view utf8) {
+    return console ? writeConsole(handle, toWide(utf8)) : writeBytes(handle, utf8);
+}
+
+// The characters of a UTF-16 document with a byte-order mark, or nothing for other bytes.
+std::wstring_view wideDocument(std::string_view bytes) {
+    const std::wstring_view text{reinterpret_cast<const wchar_t*>(bytes.data()),
+                                 bytes.size() / sizeof(wchar_t)};
+    return text.starts_with(byteOrderMark) ? text.substr(1) : std::wstring_view{};
+}
+
+} // namespace
+
+std::wstring toWide(std::string_view utf8) {
+    const int size = static_cast<int>(utf8.size());
+    std::wstring text(utf8.size(), L'\0');
+    const int length = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, text.data(), size);
+    text.resize(static_cast<std::size_t>(length));
+    return text;
+}
+
+std::string toUtf8(std::wstring_view text) {
+    const int size = static_cast<int>(text.size());
+    const int length = WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
+    std::string utf8(static_cast<std::size_t>(length), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), size, utf8.data(), length, nullptr, nullptr);
+    return utf8;
+}
+
+void appendEscaped(std::string& line, std::wstring_view text) {
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const std::size_t run = plainRun(text, at);
+        if (run > 0)
+            line += toUtf8(text.substr(at, run));
+        at += run;
+        if (at < text.size())
+            appendEscape(line, text[at]);
+    }
+}
+
+Output& Output::standard() {
+    static Output output;
+    return output;
+}
+
+Output::Output() : handle_(GetStdHandle(STD_OUTPUT_HANDLE)), console_(isConsole(handle_)) {
+    buffer_.reserve(bufferSize);
+}
+
+void Output::write(std::string_view utf8) {
+    if (buffer_.size() + utf8.size() > bufferSize)
+        flush();
+    buffer_ += utf8;
+}
+
+void Output::writeLine(std::string_view utf8) {
+    write(utf8);
+    write("\n");
+}
+
+void Output::writeDocument(std::string_view bytes) {
+    flush();
+    const std::wstring_view text = wideDocument(bytes);
+    if (console_ && text.empty())
+        throw Failure{ExitCode::cannotSave, "standard output", "a console cannot show binary contents"};
+    if (!(console_ ? writeConsole(handle_, text) : writeBytes(handle_, bytes)))
+        throw Failure{ExitCode::cannotSave, "standard output", systemReason(GetLastError())};
+}
+
+void Output::flush() {
+    const bool written = writeText(handle_, console_, buffer_);
+    const DWORD error = GetLastError();
+    buffer_.clear();
+    if (!written)
+        throw Failure{ExitCode::cannotSave, "standard output", systemReason(error)};
+}
+
+void printError(std::string_view subject, std::string_view reason) {
+    std::string line = "prof: ";
+    if (!subject.empty())
+        line.append(subject).append(": ");
+    line.append(reason).append("\n");
+    const HANDLE handle = GetStdHandle(STD_ERROR_HANDLE);
+    writeText(handle, isConsole(handle), line);
+}
+
+std::string readStandardInput() {
+    const HANDLE handle = GetStdHandle(STD_INPUT_HANDLE);
+    std::string contents;
+    for (DWORD count = 1; count > 0;) {
+        const std::size_t size = contents.size();
+        contents.resize(size + std::max(size, bufferSize));
+        const auto room = static_cast<DWORD>(contents.size() - size);
+        count = 0;
+        const bool read = ReadFile(handle, contents.data() + size, room, &count, nullptr) != 0;
+        const DWORD error = GetLastError();
+        contents.resize(size + count);
+        if (!read && error != ERROR_BROKEN_PIPE) // the writer's end of a pipe was closed: the end
+            throw Failure{ExitCode::cannotOpen, "standard input", systemReason(error)};
+    }
+    return contents;
+}
+
+} // namespace prof_tool

@@ -1,0 +1,34 @@
+// The types of --type: a table that get and set read.
+#ifndef PROF_TOOL_VALUE_TYPES_H
+#define PROF_TOOL_VALUE_TYPES_H
+
+#include <tvut22/prof.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace prof_tool {
+
+struct ValueType {
+    std::string name;
+
+    // Stores a value that is given as text; false, and nothing is stored, when it is not of the type.
+    // Without a job it only checks the text.
+    std::function<bool(ProfJob job, const wchar_t* path, std::string_view text)> store;
+
+    // Reads a value as text: PROF_OK, PROF_NOT_FOUND (also: empty) or PROF_NOT_PARSED. Empty when the
+    // library reads the type as another one.
+    std::function<INT(ProfJob job, const wchar_t* path, std::string& text)> fetch;
+};
+
+// Throws std::out_of_range for an unknown name: the command line has been checked before.
+const ValueType& valueType(std::string_view name);
+
+std::vector<std::string> storableTypes();
+std::vector<std::string> fetchableTypes();
+
+} // namespace prof_tool
+
+#endif
