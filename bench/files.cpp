@@ -40,10 +40,6 @@ class clsFile {
     HANDLE handle_;
 };
 
-std::wstring TemporaryBeside(const std::wstring& path) {
-    return path + L".tmp";
-}
-
 } // namespace
 
 clsScratchFolder::clsScratchFolder() {
@@ -104,17 +100,11 @@ void BareRead(const std::wstring& path, std::span<std::byte> buffer) {
     clsFile(path, GENERIC_READ, OPEN_EXISTING).Read(buffer);
 }
 
-void BareSaveNew(const std::wstring& path, std::span<const std::byte> bytes) {
-    const std::wstring temporary = TemporaryBeside(path);
+void BareSave(const std::wstring& path, std::span<const std::byte> bytes) {
+    const std::wstring temporary = path + L".tmp";
     clsFile(temporary, GENERIC_WRITE, CREATE_NEW).Write(bytes);
-    Require(MoveFileExW(temporary.c_str(), path.c_str(), 0) != FALSE, "a rename failed");
-}
-
-void BareSaveOver(const std::wstring& path, std::span<const std::byte> bytes) {
-    const std::wstring temporary = TemporaryBeside(path);
-    clsFile(temporary, GENERIC_WRITE, CREATE_NEW).Write(bytes);
-    Require(ReplaceFileW(path.c_str(), temporary.c_str(), nullptr, 0, nullptr, nullptr) != FALSE,
-            "a replacement failed");
+    Require(MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING) != FALSE,
+            "a rename failed");
 }
 
 } // namespace bench

@@ -36,9 +36,8 @@ scWorkFiles WriteWork(const std::wstring& folder);
 // CreateFile, one ReadFile into a buffer that is there and warm, CloseHandle.
 void BareRead(const std::wstring& path, std::span<std::byte> buffer);
 
-// A temporary file beside the target, one WriteFile, and the call that puts it in place: MoveFileEx
-// for a new name, ReplaceFile over an existing file.
-void BareSaveNew(const std::wstring& path, std::span<const std::byte> bytes);
-void BareSaveOver(const std::wstring& path, std::span<const std::byte> bytes);
+// A temporary file beside the target, one WriteFile, and the MoveFileEx that puts it in place: the
+// least that saves without ever leaving a torn file.
+void BareSave(const std::wstring& path, std::span<const std::byte> bytes);
 
 } // namespace bench
