@@ -1,0 +1,24 @@
+// The sections of a run, one source file each.
+#pragma once
+
+#include "harness.h"
+#include "report.h"
+
+#include <string>
+
+namespace bench {
+
+void MeasureMemory(const scSettings& settings, clsReport& report);
+void MeasureOpen(const scSettings& settings, clsReport& report);
+void MeasureSave(const scSettings& settings, clsReport& report);
+void MeasureGet(const scSettings& settings, clsReport& report);
+void MeasureGrow(const scSettings& settings, clsReport& report);
+void MeasureDelete(const scSettings& settings, clsReport& report);
+void MeasureWalk(const scSettings& settings, clsReport& report);
+void MeasureClose(const scSettings& settings, clsReport& report);
+
+// The part of the memory section that runs in a process of its own: opens the file the named way and
+// gives the bytes that this added. Throws clsBenchError.
+std::size_t ProbeMemory(const std::string& way, const std::wstring& path);
+
+} // namespace bench
