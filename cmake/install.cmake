@@ -2,14 +2,11 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-install(TARGETS tvUT22 RUNTIME DESTINATION bin)
+install(TARGETS tvUT22 prof RUNTIME DESTINATION bin)
 install(FILES ${TVUT22_IMPORT_LIBRARY} DESTINATION lib)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/tvut22 DESTINATION include)
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md DESTINATION share/doc/tvUT22
         OPTIONAL)
-if(TARGET prof)
-  install(TARGETS prof RUNTIME DESTINATION bin)
-endif()
 
 set(package_folder lib/cmake/tvUT22)
 configure_package_config_file(
