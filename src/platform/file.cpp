@@ -144,23 +144,28 @@ clsFileHandle MakeTemporary(const std::wstring& folder, std::wstring& name) {
     return file;
 }
 
+using SecurityBuffer = std::array<char, 4096>;
+
+bool ReadAccessRights(const std::wstring& file, SecurityBuffer& security) {
+    DWORD needed = 0;
+    return GetFileSecurityW(file.c_str(), DACL_SECURITY_INFORMATION, security.data(),
+                            static_cast<DWORD>(security.size()), &needed);
+}
+
 // Gives a new file the creation time, attributes and access rights of the one it is to replace, as
-// far as the system allows.
-void TakeOver(const std::wstring& from, HANDLE file) {
-    WIN32_FILE_ATTRIBUTE_DATA data;
-    if (!GetFileAttributesExW(from.c_str(), GetFileExInfoStandard, &data))
-        return;
+// far as the system allows. Rights that both have from their folder anyway are left alone.
+void TakeOver(const std::wstring& from, const WIN32_FILE_ATTRIBUTE_DATA& data, const std::wstring& to,
+              HANDLE file) {
     FILE_BASIC_INFO basic{};
     basic.CreationTime.LowPart = data.ftCreationTime.dwLowDateTime;
     basic.CreationTime.HighPart = static_cast<LONG>(data.ftCreationTime.dwHighDateTime);
     basic.FileAttributes = data.dwFileAttributes;
     SetFileInformationByHandle(file, FileBasicInfo, &basic, sizeof basic);
 
-    alignas(SECURITY_DESCRIPTOR) std::array<char, 4096> security;
-    DWORD needed = 0;
-    if (GetFileSecurityW(from.c_str(), DACL_SECURITY_INFORMATION, security.data(),
-                         static_cast<DWORD>(security.size()), &needed))
-        SetKernelObjectSecurity(file, DACL_SECURITY_INFORMATION, security.data());
+    alignas(SECURITY_DESCRIPTOR) SecurityBuffer wanted{};
+    alignas(SECURITY_DESCRIPTOR) SecurityBuffer given{};
+    if (ReadAccessRights(from, wanted) && ReadAccessRights(to, given) && wanted != given)
+        SetKernelObjectSecurity(file, DACL_SECURITY_INFORMATION, wanted.data());
 }
 
 // One step of the file system: whoever opens the target meets the old file or the new one. While
@@ -175,9 +180,9 @@ DWORD PutInPlace(const std::wstring& target, const std::wstring& temporary) {
 } // namespace
 
 clsReplacingSink::clsReplacingSink(const char16_t* target) : target_(ToWide(target)) {
-    const DWORD attributes = GetFileAttributesW(target_.c_str());
-    Require(attributes == INVALID_FILE_ATTRIBUTES ||
-                !(attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)),
+    targetExists_ = GetFileAttributesExW(target_.c_str(), GetFileExInfoStandard, &targetData_);
+    Require(!targetExists_ ||
+                !(targetData_.dwFileAttributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)),
             "file is read-only or a folder");
     file_ = MakeTemporary(FolderOf(target_), temporary_);
     Require(static_cast<bool>(file_), "temporary file cannot be made");
@@ -196,7 +201,8 @@ void clsReplacingSink::Write(const void* data, std::size_t bytes) {
 }
 
 void clsReplacingSink::Finish() {
-    TakeOver(target_, file_.Get());
+    if (targetExists_)
+        TakeOver(target_, targetData_, temporary_, file_.Get());
     written_ = true;
     file_.Reset();
     const DWORD error = RetryWhileShared(replacePatience, [&] { return PutInPlace(target_, temporary_); });

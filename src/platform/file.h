@@ -66,6 +66,8 @@ class clsReplacingSink final : public clsByteSink {
     std::wstring target_;
     std::wstring temporary_;
     clsFileHandle file_;
+    WIN32_FILE_ATTRIBUTE_DATA targetData_{};
+    bool targetExists_ = false;
     bool written_ = false; // complete and closed, not yet in the target's place
 };
 

@@ -2,6 +2,7 @@
 
 #include "prof/name_index.h"
 #include "prof/tree.h"
+#include "text/units.h"
 
 #include <new>
 
@@ -18,14 +19,15 @@ scMatch clsItemList::Find(EntryKind kind, const scName& name) {
     if (!index_ && Count() >= indexedFrom)
         BuildIndex();
     if (index_)
-        return index_->Find(entries_, name.Key(kind), name.text);
+        return index_->Find(*this, name.Key(kind), name.text);
     return {FindFrom(0, name.Key(kind), name.text), true};
 }
 
 std::uint32_t clsItemList::FindFrom(std::uint32_t position, std::uint32_t key,
                                     std::u16string_view name) const {
     for (; position < used_; ++position) {
-        if (entries_[position].key == key && entries_[position].Name() == name)
+        const clsItem& entry = entries_.At(position);
+        if (entry.key == key && UtilpEqual(entry.Name(), name))
             return position;
     }
     return notFound;
@@ -40,12 +42,7 @@ void clsItemList::BuildIndex() noexcept {
         return;
     }
     index_ = new (block) clsNameIndex(slab);
-    bool complete = index_->Reserve(entries_, Count());
-    for (std::uint32_t i = 0; complete && i < used_; ++i) {
-        if (!entries_[i].IsGap())
-            complete = index_->Append(entries_, i);
-    }
-    if (!complete)
+    if (!index_->Build(*this))
         tree_->DropIndex(*this);
 }
 

@@ -2,11 +2,10 @@
 //
 // An entry is three words: a key (hash of the name and kind), the name, and the value or sub-list. A
 // lookup walks the keys in memory order; a long list gets an index at its first lookup (see
-// name_index.h) that answers exactly as the walk would. A deleted entry stays as a gap until gaps
-// are many, so positions hold while somebody walks the list. Changes are made by clsTree.
+// name_index.h) that answers exactly as the walk would. Changes are made by clsTree.
 #pragma once
 
-#include "prof/text_pool.h"
+#include "prof/item_sequence.h"
 #include "text/hash.h"
 
 #include <cstdint>
@@ -14,30 +13,8 @@
 
 namespace tvut {
 
-class clsItemList;
 class clsNameIndex;
 class clsTree;
-
-enum class EntryKind : std::uint32_t { item = 0, list = 1, gap = 2 };
-
-// One entry (a clsItem): a plain item with a value, a list entry with a sub-list, or a gap.
-struct clsItem {
-    static constexpr std::uint32_t kindBits = 3;
-
-    std::uint32_t key; // hash of the name with the kind in its lowest two bits
-    scText* name;
-    union {
-        scText* value;
-        clsItemList* subList;
-    };
-
-    EntryKind Kind() const { return static_cast<EntryKind>(key & kindBits); }
-    bool IsItem() const { return Kind() == EntryKind::item; }
-    bool IsList() const { return Kind() == EntryKind::list; }
-    bool IsGap() const { return Kind() == EntryKind::gap; }
-    std::u16string_view Name() const { return ProfpView(name); }
-    std::u16string_view Value() const { return IsItem() ? ProfpView(value) : std::u16string_view(u"", 0); }
-};
 
 // A name to look for, hashed once.
 struct scName {
@@ -66,7 +43,7 @@ class clsItemList {
     std::uint32_t Position() const { return position_; }
     // Positions run from 0 to End() - 1; some may be gaps.
     std::uint32_t End() const { return used_; }
-    const clsItem& At(std::uint32_t position) const { return entries_[position]; }
+    const clsItem& At(std::uint32_t position) const { return entries_.At(position); }
     std::uint32_t Count() const { return used_ - gaps_; }
 
     scMatch Find(EntryKind kind, const scName& name);
@@ -75,11 +52,11 @@ class clsItemList {
 
     const clsItem* FindItem(const scName& name) {
         const scMatch match = Find(EntryKind::item, name);
-        return match.position == notFound ? nullptr : &entries_[match.position];
+        return match.position == notFound ? nullptr : &entries_.At(match.position);
     }
     clsItemList* FindList(const scName& name) {
         const scMatch match = Find(EntryKind::list, name);
-        return match.position == notFound ? nullptr : entries_[match.position].subList;
+        return match.position == notFound ? nullptr : entries_.At(match.position).subList;
     }
 
   private:
@@ -92,9 +69,8 @@ class clsItemList {
 
     clsTree* tree_; // first, so that a freed list's block no longer names its tree
     clsItemList* parent_;
-    clsItem* entries_ = nullptr;
+    clsItemSequence entries_;
     std::uint32_t used_ = 0;
-    std::uint32_t capacity_ = 0;
     std::uint32_t gaps_ = 0;
     std::uint32_t position_;
     clsNameIndex* index_ = nullptr;

@@ -1,8 +1,9 @@
 // The index of a long list: from a name and kind to the first entry of it.
 //
-// Open addressing over positions in the list; each slot also tells whether more entries of that name
-// follow. It holds no text of its own: keys and names are the list's entries. An index that cannot be
-// had for lack of memory is done without; the walk gives the same answers.
+// Open addressing; a slot is one word. It holds the position of an entry, whether more entries of
+// that name follow, and, in what bits are left, the low bits of the entry's key, so that hardly any
+// entry is looked at in vain. There is no text of its own: keys and names are the list's entries. An
+// index that cannot be had for lack of memory is done without; the walk gives the same answers.
 #pragma once
 
 #include "prof/item_list.h"
@@ -16,36 +17,37 @@ class clsNameIndex {
     clsNameIndex& operator=(const clsNameIndex&) = delete;
     ~clsNameIndex();
 
-    // Makes room for a number of entries. False when memory runs out; the index is then unusable.
-    bool Reserve(const clsItem* entries, std::uint32_t count) noexcept;
+    // Takes in all entries of a list. False when memory runs out; the index is of no use then.
+    bool Build(const clsItemList& list) noexcept;
 
-    scMatch Find(const clsItem* entries, std::uint32_t key, std::u16string_view name) const;
+    scMatch Find(const clsItemList& list, std::uint32_t key, std::u16string_view name) const;
 
-    // Tells of an entry newly appended at a position behind all others. False when memory runs out.
-    bool Append(const clsItem* entries, std::uint32_t position) noexcept;
+    // Takes in the last entry of a list. False as for Build.
+    bool Append(const clsItemList& list) noexcept;
 
     // Forgets the name and kind of an entry that is still in its place.
-    void Remove(const clsItem* entries, std::uint32_t position) noexcept;
+    void Remove(const clsItemList& list, std::uint32_t position) noexcept;
 
     // Forgets one entry that is still in its place; the next one of its name takes over.
     void RemoveAt(const clsItemList& list, std::uint32_t position) noexcept;
 
   private:
-    struct scSlot {
-        std::uint32_t used : 1;
-        std::uint32_t repeats : 1;
-        std::uint32_t position : 30;
-    };
+    static constexpr std::uint32_t repeats = 0x80000000u;
 
+    // Slots are 0 when free, so that what they hold is a position plus 1.
+    std::uint32_t PositionIn(std::uint32_t slot) const { return (slot & positionMask_) - 1; }
+    std::uint32_t Tag(std::uint32_t key) const { return key << positionBits_ & ~(positionMask_ | repeats); }
     std::uint32_t Home(std::uint32_t key) const { return (key * 0x9E3779B1u) >> shift_; }
-    std::uint32_t SlotOf(const clsItem* entries, std::uint32_t key, std::u16string_view name) const;
-    void Put(const clsItem* entries, std::uint32_t position) noexcept;
-    bool Resize(const clsItem* entries, std::uint32_t bits) noexcept;
+    std::uint32_t SlotOf(const clsItemList& list, std::uint32_t key, std::u16string_view name) const;
+    void Put(const clsItemList& list, std::uint32_t position) noexcept;
+    bool Allocate(std::uint32_t bits) noexcept;
 
     clsSlab& slab_;
-    scSlot* slots_ = nullptr;
+    std::uint32_t* slots_ = nullptr;
     std::uint32_t capacity_ = 0; // a power of two
     std::uint32_t shift_ = 32;
+    std::uint32_t positionBits_ = 0;
+    std::uint32_t positionMask_ = 0;
     std::uint32_t count_ = 0;
 };
 

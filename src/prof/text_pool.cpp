@@ -1,6 +1,7 @@
 #include "prof/text_pool.h"
 
 #include "text/hash.h"
+#include "text/units.h"
 
 #include <cstring>
 #include <new>
@@ -32,60 +33,51 @@ bool LooksUnique(std::u16string_view value) {
 } // namespace
 
 scText* clsTextPool::Find(std::u16string_view text, std::uint32_t hash) const {
-    if (capacity_ == 0)
+    if (pairCount_ == 0)
         return nullptr;
-    const std::uint32_t mask = capacity_ - 1;
-    for (std::uint32_t at = hash & mask; slots_[at].text; at = (at + 1) & mask) {
-        if (slots_[at].hash == hash && ProfpView(slots_[at].text) == text)
-            return slots_[at].text;
-    }
-    return nullptr;
+    const scPair& pair = PairOf(hash);
+    const auto holds = [&](const scPlace& place) {
+        return place.hash == hash && place.text && UtilpEqual(ProfpView(place.text), text);
+    };
+    if (holds(pair.newer))
+        return pair.newer.text;
+    return holds(pair.older) ? pair.older.text : nullptr;
 }
 
 void clsTextPool::Insert(scText* text, std::uint32_t hash) {
-    if (count_ >= capacity_ - capacity_ / 4)
+    if (insertions_ == pairCount_ && pairCount_ < mostPairs)
         Grow();
-    const std::uint32_t mask = capacity_ - 1;
-    std::uint32_t at = hash & mask;
-    while (slots_[at].text)
-        at = (at + 1) & mask;
-    slots_[at] = {hash, text};
-    ++count_;
+    ++insertions_;
+    scPair& pair = PairOf(hash);
+    pair.older = pair.newer;
+    pair.newer = {hash, text};
 }
 
-// Linear probing without markers: the entries behind the gap that may move into it do.
 void clsTextPool::Remove(const scText* text, std::uint32_t hash) noexcept {
-    const std::uint32_t mask = capacity_ - 1;
-    std::uint32_t gap = hash & mask;
-    while (slots_[gap].text != text)
-        gap = (gap + 1) & mask;
-    for (std::uint32_t at = (gap + 1) & mask; slots_[at].text; at = (at + 1) & mask) {
-        const std::uint32_t home = slots_[at].hash & mask;
-        if (((at - home) & mask) >= ((at - gap) & mask)) {
-            slots_[gap] = slots_[at];
-            gap = at;
+    scPair& pair = PairOf(hash);
+    if (pair.newer.text == text)
+        pair.newer.text = nullptr;
+    else if (pair.older.text == text)
+        pair.older.text = nullptr;
+}
+
+// What the smaller table knew is carried over; then it takes as many insertions as there are pairs.
+void clsTextPool::Grow() {
+    const std::uint32_t newCount = pairCount_ ? pairCount_ * 2 : firstPairs;
+    auto* const newPairs = static_cast<scPair*>(slab_.Allocate(newCount * sizeof(scPair)));
+    std::memset(newPairs, 0, newCount * sizeof(scPair));
+    scPair* const oldPairs = pairs_;
+    const std::uint32_t oldCount = pairCount_;
+    pairs_ = newPairs;
+    pairCount_ = newCount;
+    insertions_ = 0;
+    for (std::uint32_t i = 0; i < oldCount; ++i) {
+        for (const scPlace& place : {oldPairs[i].older, oldPairs[i].newer}) {
+            if (place.text)
+                Insert(place.text, place.hash);
         }
     }
-    slots_[gap].text = nullptr;
-    --count_;
-}
-
-void clsTextPool::Grow() {
-    const std::uint32_t newCapacity = capacity_ ? capacity_ * 2 : 16;
-    auto* const newSlots = static_cast<scSlot*>(slab_.Allocate(newCapacity * sizeof(scSlot)));
-    std::memset(newSlots, 0, newCapacity * sizeof(scSlot));
-    const std::uint32_t mask = newCapacity - 1;
-    for (std::uint32_t i = 0; i < capacity_; ++i) {
-        if (!slots_[i].text)
-            continue;
-        std::uint32_t at = slots_[i].hash & mask;
-        while (newSlots[at].text)
-            at = (at + 1) & mask;
-        newSlots[at] = slots_[i];
-    }
-    slab_.Free(slots_, capacity_ * sizeof(scSlot));
-    slots_ = newSlots;
-    capacity_ = newCapacity;
+    slab_.Free(oldPairs, oldCount * sizeof(scPair));
 }
 
 scText* clsTextStore::Name(std::u16string_view text, std::uint32_t hash) {
@@ -122,7 +114,7 @@ scText* clsTextStore::Create(std::u16string_view text, Pool pool) {
     created->references = 1;
     created->length = static_cast<std::uint32_t>(text.size()) & 0x3FFFFFFFu;
     created->pool = static_cast<std::uint32_t>(pool) & 3u;
-    std::memcpy(created->Characters(), text.data(), text.size() * sizeof(char16_t));
+    UtilpCopy(created->Characters(), text.data(), text.size());
     created->Characters()[text.size()] = u'\0';
     return created;
 }

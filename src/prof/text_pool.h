@@ -1,9 +1,9 @@
 // The texts of one profile's tree: names and values, each one block, equal ones shared.
 //
-// A text is one block of the slab: reference count, length, characters, terminator. The pools hold
-// the texts that are in use (they own no reference), so an equal text is found before a new one is
-// built, and a text leaves its pool with its last reference. Texts never leave their profile and a
-// profile is used by one thread at a time, so the counts are plain numbers.
+// A text is one block of the slab: reference count, length, characters, terminator. Each pool
+// remembers the texts used last and owns no reference to them, so an equal text is found before a new
+// one is built, and a text leaves its pool with its last reference. Texts never leave their profile
+// and a profile is used by one thread at a time, so the counts are plain numbers.
 #pragma once
 
 #include "prof/slab.h"
@@ -30,7 +30,11 @@ inline std::u16string_view ProfpView(const scText* text) {
     return text ? std::u16string_view(text->Characters(), text->length) : std::u16string_view(u"", 0);
 }
 
-// A hash table of the texts of one kind that are in use: open addressing, linear probing.
+// The texts of one kind that were used last: a table of pairs of places, the newer one first.
+//
+// It is kept small enough for the processor's nearest cache. A table of all texts would share a few
+// more of them, but a profile's long tail of values that occur once makes every look into it a miss
+// of the cache, which costs more than all the rest of loading an item.
 class clsTextPool {
   public:
     explicit clsTextPool(clsSlab& slab) : slab_(slab) {}
@@ -42,17 +46,24 @@ class clsTextPool {
     void Remove(const scText* text, std::uint32_t hash) noexcept;
 
   private:
-    struct scSlot {
+    struct scPlace {
         std::uint32_t hash;
         scText* text;
     };
+    struct scPair {
+        scPlace newer;
+        scPlace older;
+    };
+    static constexpr std::uint32_t firstPairs = 16;
+    static constexpr std::uint32_t mostPairs = 2048; // 32 KB
 
+    scPair& PairOf(std::uint32_t hash) const { return pairs_[hash & (pairCount_ - 1)]; }
     void Grow();
 
     clsSlab& slab_;
-    scSlot* slots_ = nullptr;
-    std::uint32_t capacity_ = 0; // a power of two, or 0
-    std::uint32_t count_ = 0;
+    scPair* pairs_ = nullptr;
+    std::uint32_t pairCount_ = 0; // a power of two, or 0
+    std::uint32_t insertions_ = 0;
 };
 
 class clsTextStore {

@@ -2,24 +2,13 @@
 
 #include "prof/name_index.h"
 
-#include <algorithm>
-#include <cstring>
-#include <limits>
 #include <new>
 
 namespace tvut {
 
 namespace {
 
-constexpr std::uint32_t firstCapacity = 2;
-constexpr std::uint32_t secondCapacity = 8;
 constexpr std::uint32_t toleratedGaps = 16;
-
-std::uint32_t NextCapacity(std::uint32_t capacity) {
-    if (capacity == 0)
-        return firstCapacity;
-    return capacity < secondCapacity ? secondCapacity : capacity + capacity / 2;
-}
 
 } // namespace
 
@@ -61,7 +50,7 @@ void clsTree::SetItem(clsItemList& list, const scName& name, std::u16string_view
         return;
     }
     scText* const newValue = texts_.Value(value);
-    clsItem& entry = list.entries_[match.position];
+    clsItem& entry = list.entries_.At(match.position);
     texts_.Release(entry.value);
     entry.value = newValue;
 }
@@ -87,23 +76,14 @@ clsItemList* clsTree::AddList(clsItemList& list, std::uint32_t key, clsTextHolde
 // The place behind the last entry. It counts only once Added was called, so that a failure in between
 // leaves the list as it was.
 clsItem& clsTree::NewEntry(clsItemList& list) {
-    if (list.used_ == list.capacity_) {
-        const std::uint32_t capacity = NextCapacity(list.capacity_);
-        if (capacity > std::numeric_limits<std::uint32_t>::max() / sizeof(clsItem))
-            throw std::bad_alloc();
-        auto* const entries = static_cast<clsItem*>(slab_.Allocate(capacity * sizeof(clsItem)));
-        if (list.used_ != 0)
-            std::memcpy(static_cast<void*>(entries), list.entries_, list.used_ * sizeof(clsItem));
-        slab_.Free(list.entries_, list.capacity_ * sizeof(clsItem));
-        list.entries_ = entries;
-        list.capacity_ = capacity;
-    }
-    return list.entries_[list.used_];
+    if (list.used_ == list.entries_.Capacity())
+        list.entries_.Grow(slab_);
+    return list.entries_.At(list.used_);
 }
 
 void clsTree::Added(clsItemList& list) noexcept {
-    const std::uint32_t position = list.used_++;
-    if (list.index_ && !list.index_->Append(list.entries_, position))
+    ++list.used_;
+    if (list.index_ && !list.index_->Append(list))
         DropIndex(list);
 }
 
@@ -162,7 +142,7 @@ void clsTree::RemoveAll(clsItemList& list, EntryKind kind, const scName& name) n
     if (first.position == clsItemList::notFound)
         return;
     if (list.index_)
-        list.index_->Remove(list.entries_, first.position);
+        list.index_->Remove(list, first.position);
     MakeGap(list, first.position);
     if (first.mayRepeat) {
         std::uint32_t position = first.position;
@@ -183,13 +163,12 @@ void clsTree::Empty(clsItemList& list) noexcept {
     EndWalks(list);
     ReleaseEntries(list);
     DropIndex(list);
-    slab_.Free(list.entries_, list.capacity_ * sizeof(clsItem));
-    list.entries_ = nullptr;
-    list.capacity_ = list.used_ = list.gaps_ = 0;
+    list.entries_.Free(slab_);
+    list.used_ = list.gaps_ = 0;
 }
 
 void clsTree::MakeGap(clsItemList& list, std::uint32_t position) noexcept {
-    clsItem& entry = list.entries_[position];
+    clsItem& entry = list.entries_.At(position);
     texts_.Release(entry.name);
     if (entry.IsList())
         DestroyList(entry.subList);
@@ -208,12 +187,12 @@ void clsTree::Close(clsItemList& list) noexcept {
     DropIndex(list);
     std::uint32_t kept = 0;
     for (std::uint32_t i = 0; i < list.used_; ++i) {
-        if (list.entries_[i].IsGap())
+        const clsItem entry = list.entries_.At(i);
+        if (entry.IsGap())
             continue;
-        list.entries_[kept] = list.entries_[i];
-        if (list.entries_[kept].IsList())
-            list.entries_[kept].subList->position_ = kept;
-        ++kept;
+        if (entry.IsList())
+            entry.subList->position_ = kept;
+        list.entries_.At(kept++) = entry;
     }
     list.used_ = kept;
     list.gaps_ = 0;
@@ -240,7 +219,7 @@ void clsTree::ReleaseEntries(clsItemList& top) noexcept {
             list = parent;
             continue;
         }
-        const clsItem entry = list->entries_[--list->used_];
+        const clsItem entry = list->entries_.At(--list->used_);
         if (entry.IsGap())
             continue;
         texts_.Release(entry.name);
@@ -259,7 +238,7 @@ void clsTree::DestroyList(clsItemList* list) noexcept {
 void clsTree::FreeList(clsItemList* list) noexcept {
     EndWalks(*list);
     DropIndex(*list);
-    slab_.Free(list->entries_, list->capacity_ * sizeof(clsItem));
+    list->entries_.Free(slab_);
     list->tree_ = nullptr;
     slab_.Free(list, sizeof(clsItemList));
 }

@@ -5,8 +5,9 @@
 // state, which starts from a seed the file cannot know.
 #pragma once
 
+#include "text/units.h"
+
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 
 namespace tvut {
@@ -23,12 +24,6 @@ inline void FoldProduct(std::uint32_t& low, std::uint32_t& high) {
     high = static_cast<std::uint32_t>(product >> 32);
 }
 
-inline std::uint32_t LoadPair(const char16_t* text) {
-    std::uint32_t pair;
-    std::memcpy(&pair, text, sizeof pair);
-    return pair;
-}
-
 } // namespace detail
 
 // Cost: one multiplication for four characters and two more to finish.
@@ -38,13 +33,13 @@ inline std::uint32_t UtilpHashText(std::u16string_view text) {
     const char16_t* next = text.data();
     std::size_t left = text.size();
     for (; left > 4; left -= 4, next += 4) {
-        low ^= detail::LoadPair(next);
-        high ^= detail::LoadPair(next + 2);
+        low ^= UtilpLoadPair(next);
+        high ^= UtilpLoadPair(next + 2);
         detail::FoldProduct(low, high);
     }
     if (left >= 2) {
-        low ^= detail::LoadPair(next);
-        high ^= detail::LoadPair(next + left - 2);
+        low ^= UtilpLoadPair(next);
+        high ^= UtilpLoadPair(next + left - 2);
     } else if (left == 1) {
         low ^= *next;
     }

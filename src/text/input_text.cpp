@@ -12,7 +12,7 @@ namespace tvut {
 
 namespace {
 
-constexpr std::size_t smallestReserve = 4096;
+constexpr std::size_t windowBytes = 128 * 1024;
 constexpr std::size_t largestReserve = 256 * 1024 * 1024; // a source may say what it likes of its size
 
 // Zero bytes never occur in 8-bit text, and in UTF-16 little-endian every line end, "=" and bracket
@@ -34,42 +34,67 @@ bool BeginsWith(std::string_view bytes, std::string_view mark) {
 
 } // namespace
 
-clsInputText clsInputText::Read(clsByteSource& source) {
-    clsInputText input;
-    const std::uint64_t expected = std::min<std::uint64_t>(source.SizeHint(), largestReserve);
-    input.Reserve(std::max(static_cast<std::size_t>(expected) + 1, smallestReserve));
-    while (const std::size_t read =
-               source.Read(input.Data() + input.byteCount_, input.capacity_ - input.byteCount_)) {
-        input.byteCount_ += read;
-        if (input.byteCount_ == input.capacity_)
-            input.Reserve(input.capacity_ * 2);
-    }
-    return input;
-}
-
-void clsInputText::Reserve(std::size_t bytes) {
+std::unique_ptr<char16_t[]> clsInputText::Allocate(std::size_t bytes) {
     if (bytes > std::numeric_limits<std::size_t>::max() / 2)
         throw std::bad_alloc();
-    const std::size_t units = bytes / sizeof(char16_t) + 1;
-    auto larger = std::make_unique_for_overwrite<char16_t[]>(units + padding);
+    return std::make_unique_for_overwrite<char16_t[]>(bytes / sizeof(char16_t) + padding);
+}
+
+clsInputText::clsInputText(clsByteSource& source) : source_(&source) {
+    Reserve(windowBytes);
+    Fill();
+}
+
+clsInputText::clsInputText(std::unique_ptr<char16_t[]> paddedStorage, std::size_t byteCount)
+    : storage_(std::move(paddedStorage)), capacity_(byteCount), byteCount_(byteCount) {}
+
+// Room for at least so many bytes, an even number; what was read stays.
+void clsInputText::Reserve(std::size_t bytes) {
+    bytes += bytes % sizeof(char16_t);
+    if (bytes <= capacity_)
+        return;
+    auto larger = Allocate(bytes);
     if (byteCount_ != 0)
         std::memcpy(larger.get(), storage_.get(), byteCount_);
     storage_ = std::move(larger);
-    capacity_ = units * sizeof(char16_t);
+    capacity_ = bytes;
+}
+
+// Reads until the storage is full or the source ends: while there is more to come, the bytes are an
+// even number.
+void clsInputText::Fill() {
+    while (source_ && byteCount_ < capacity_) {
+        const std::size_t read =
+            source_->Read(reinterpret_cast<char*>(storage_.get()) + byteCount_, capacity_ - byteCount_);
+        byteCount_ += read;
+        if (read == 0)
+            source_ = nullptr;
+    }
+}
+
+void clsInputText::ReadAll() {
+    if (!source_)
+        return;
+    Reserve(static_cast<std::size_t>(std::min<std::uint64_t>(source_->SizeHint(), largestReserve)) + 1);
+    for (Fill(); source_; Fill())
+        Reserve(capacity_ * 2);
 }
 
 void clsInputText::Decode(unsigned codePage) {
+    if (BeginsWith(Bytes(), "\xFF\xFE"))
+        return UseInPlace(2);
+    ReadAll();
     const std::string_view bytes = Bytes();
-    if (BeginsWith(bytes, "\xFF\xFE"))
-        return UseInPlace(2, false);
-    if (BeginsWith(bytes, "\xFE\xFF"))
-        return UseInPlace(2, true);
+    if (BeginsWith(bytes, "\xFE\xFF")) {
+        SwapBytes();
+        return UseInPlace(2);
+    }
     const bool markedUtf8 = BeginsWith(bytes, "\xEF\xBB\xBF");
     if (!markedUtf8 && LooksLikeUtf16(bytes))
-        return UseInPlace(0, false);
+        return UseInPlace(0);
 
     const std::string_view encoded = bytes.substr(markedUtf8 ? 3 : 0);
-    auto decoded = std::make_unique_for_overwrite<char16_t[]>(encoded.size() + padding);
+    auto decoded = Allocate(encoded.size() * sizeof(char16_t));
     const std::size_t length = markedUtf8 || UtilpIsUtf8(encoded)
                                    ? UtilpDecodeUtf8(encoded, decoded.get())
                                    : PlatformDecode(codePage, encoded, decoded.get());
@@ -77,20 +102,33 @@ void clsInputText::Decode(unsigned codePage) {
     Terminate(0, length);
 }
 
-void clsInputText::UseInPlace(std::size_t skippedBytes, bool swapped) {
-    const std::size_t first = skippedBytes / sizeof(char16_t);
-    const std::size_t length =
-        byteCount_ / sizeof(char16_t) - first; // half a character at the end is dropped
-    if (swapped) {
-        for (char16_t* unit = storage_.get() + first; unit != storage_.get() + first + length; ++unit)
-            *unit = static_cast<char16_t>(*unit << 8 | *unit >> 8);
-    }
-    Terminate(first, length);
+bool clsInputText::Refill(const char16_t* keepFrom) {
+    if (!source_)
+        return false;
+    const auto dropped = static_cast<std::size_t>(keepFrom - storage_.get()) * sizeof(char16_t);
+    byteCount_ -= dropped;
+    std::memmove(storage_.get(), keepFrom, byteCount_);
+    if (byteCount_ > capacity_ / 2)
+        Reserve(capacity_ * 2);
+    Fill();
+    Terminate(0, byteCount_ / sizeof(char16_t));
+    return true;
 }
 
+void clsInputText::UseInPlace(std::size_t skippedBytes) {
+    const std::size_t first = skippedBytes / sizeof(char16_t);
+    Terminate(first, byteCount_ / sizeof(char16_t) - first);
+}
+
+void clsInputText::SwapBytes() {
+    for (std::size_t i = 0; i < byteCount_ / sizeof(char16_t); ++i)
+        storage_[i] = static_cast<char16_t>(storage_[i] << 8 | storage_[i] >> 8);
+}
+
+// Half a character at the end of the input is dropped.
 void clsInputText::Terminate(std::size_t first, std::size_t length) {
-    std::fill_n(storage_.get() + first + length, padding, u'\n');
     text_ = {storage_.get() + first, length};
+    std::fill_n(storage_.get() + first + length, padding, u'\n');
 }
 
 } // namespace tvut

@@ -1,8 +1,10 @@
-// A whole input in memory: read as bytes, decoded once to UTF-16, handed to a line reader.
+// An input in memory: read as bytes, decoded once to UTF-16, handed to a line reader.
 //
 // The bytes are read into storage made of UTF-16 units, so that an input that is UTF-16 already is
-// used where it lies. Behind the last character stand a line end and seven more units: scanners may
-// look at eight units at a time and need no other end condition.
+// used where it lies; and when its byte-order mark says so, it is read a window at a time, because
+// touching a few megabytes of fresh memory costs more than reading them. Every other encoding is told
+// and decoded from the whole input. Behind the last character stand a line end and seven more units:
+// scanners may look at eight units at a time and need no other end condition.
 #pragma once
 
 #include "platform/bytes.h"
@@ -17,8 +19,15 @@ class clsInputText {
   public:
     static constexpr std::size_t padding = 8; // units behind the last one
 
-    // Reads a source to its end. Throws std::bad_alloc, clsException.
-    static clsInputText Read(clsByteSource& source);
+    // Reads the beginning of a source, which must outlive the object. Throws std::bad_alloc and what
+    // the source throws, as do ReadAll, Decode and Refill.
+    explicit clsInputText(clsByteSource& source);
+
+    // Takes bytes that are complete.
+    clsInputText(std::unique_ptr<char16_t[]> paddedStorage, std::size_t byteCount);
+
+    // Reads what is left of the source.
+    void ReadAll();
 
     std::string_view Bytes() const { return {reinterpret_cast<const char*>(storage_.get()), byteCount_}; }
 
@@ -26,19 +35,24 @@ class clsInputText {
     // little-endian when zero bytes show it, else UTF-8 when all of it is valid, else the code page.
     void Decode(unsigned codePage);
 
-    // After Decode: the text without its byte-order mark.
+    // After Decode: the text, or the first window of it, without the byte-order mark.
     std::u16string_view Text() const { return text_; }
 
-    // A larger block that begins with the same bytes.
-    void Reserve(std::size_t bytes);
-    char* Data() { return reinterpret_cast<char*>(storage_.get()); }
-    std::size_t Capacity() const { return capacity_; }
-    void SetByteCount(std::size_t bytes) { byteCount_ = bytes; }
+    // Drops the text before a position of Text() and reads more behind what is kept: Text() is new
+    // then, and begins there. False when the whole input has been seen; Text() is as it was.
+    bool Refill(const char16_t* keepFrom);
+
+    // Storage for some bytes with room for the padding.
+    static std::unique_ptr<char16_t[]> Allocate(std::size_t bytes);
 
   private:
-    void UseInPlace(std::size_t skippedBytes, bool swapped);
+    void Reserve(std::size_t bytes);
+    void Fill();
+    void UseInPlace(std::size_t skippedBytes);
+    void SwapBytes();
     void Terminate(std::size_t first, std::size_t length);
 
+    clsByteSource* source_ = nullptr; // none: everything has been read
     std::unique_ptr<char16_t[]> storage_;
     std::size_t capacity_ = 0; // bytes, padding not counted
     std::size_t byteCount_ = 0;

@@ -4,14 +4,11 @@
 // give the same answers.
 #pragma once
 
+#include "text/units.h"
+
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-
-#if defined(__SSE2__) || (defined(_M_IX86_FP) && _M_IX86_FP >= 2) || defined(_M_X64)
-#define TVUT_HAS_SSE2 1
-#include <emmintrin.h>
-#endif
 
 namespace tvut {
 
@@ -70,31 +67,59 @@ inline scLine UtilpScanLine(const char16_t* text) {
     return line;
 }
 
-// Copies text while passing the characters that the writer must replace through a function. A
-// character needs that when it is a control, or, for names, one of "=", "[", "]".
-template <bool isName, class Replace>
-inline void UtilpCopyReplacing(char16_t* out, const char16_t* text, std::size_t length, Replace replace) {
-    std::size_t at = 0;
+// Copies text while replacing the characters that the text form cannot hold: controls and, in names,
+// "=", "[" and "]". Those are few, so whole blocks are copied first and looked at then.
+template <bool isName>
+class clsReplacingCopy {
+  public:
+    template <class Replace>
+    static void Copy(char16_t* out, const char16_t* text, std::size_t length, Replace replace) {
 #ifdef TVUT_HAS_SSE2
-    const __m128i lastControl = _mm_set1_epi16(0x1F);
-    const __m128i zero = _mm_setzero_si128();
-    for (; at + 8 <= length; at += 8) {
-        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text + at));
-        __m128i special = _mm_cmpeq_epi16(_mm_subs_epu16(block, lastControl), zero);
+        if (length >= 8) {
+            for (std::size_t at = 0; at + 8 <= length; at += 8)
+                CopyBlock<8>(out + at, text + at, replace);
+            if (length % 8 != 0) // the last block overlaps the one before
+                CopyBlock<8>(out + length - 8, text + length - 8, replace);
+            return;
+        }
+        if (length >= 4) {
+            CopyBlock<4>(out, text, replace);
+            CopyBlock<4>(out + length - 4, text + length - 4, replace);
+            return;
+        }
+#endif
+        for (std::size_t at = 0; at < length; ++at)
+            out[at] = replace(text[at]);
+    }
+
+#ifdef TVUT_HAS_SSE2
+  private:
+    template <int units, class Replace>
+    static void CopyBlock(char16_t* out, const char16_t* text, Replace replace) {
+        const auto* const from = reinterpret_cast<const __m128i*>(text);
+        auto* const to = reinterpret_cast<__m128i*>(out);
+        const __m128i block = units == 8 ? _mm_loadu_si128(from) : _mm_loadl_epi64(from);
+        if constexpr (units == 8)
+            _mm_storeu_si128(to, block);
+        else
+            _mm_storel_epi64(to, block);
+        const int mask = _mm_movemask_epi8(Special(block)) & (units == 8 ? 0xFFFF : 0xFF);
+        if (mask != 0) {
+            for (int i = 0; i < units; ++i)
+                out[i] = replace(text[i]);
+        }
+    }
+
+    static __m128i Special(__m128i block) {
+        __m128i special = _mm_cmpeq_epi16(_mm_subs_epu16(block, _mm_set1_epi16(0x1F)), _mm_setzero_si128());
         if constexpr (isName) {
             special = _mm_or_si128(special, _mm_cmpeq_epi16(block, _mm_set1_epi16(u'=')));
             special = _mm_or_si128(special, _mm_cmpeq_epi16(block, _mm_set1_epi16(u'[')));
             special = _mm_or_si128(special, _mm_cmpeq_epi16(block, _mm_set1_epi16(u']')));
         }
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + at), block);
-        if (_mm_movemask_epi8(special) != 0) {
-            for (std::size_t i = at; i < at + 8; ++i)
-                out[i] = replace(text[i]);
-        }
+        return special;
     }
 #endif
-    for (; at < length; ++at)
-        out[at] = replace(text[at]);
-}
+};
 
 } // namespace tvut

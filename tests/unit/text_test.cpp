@@ -1,4 +1,5 @@
 // Text primitives: UTF-8, input encodings, the vector scans against their plain definition.
+#include "prof/formats/line_reader.h"
 #include "text/hash.h"
 #include "text/input_text.h"
 #include "text/scan.h"
@@ -46,7 +47,7 @@ TEST(Utf8, AcceptsWhatIsWellFormedAndReplacesTheRest) {
 
 std::u16string Input(std::string_view bytes, std::size_t piece) {
     clsMemorySource source(bytes, piece);
-    clsInputText input = clsInputText::Read(source);
+    clsInputText input(source);
     input.Decode(1252);
     return std::u16string(input.Text());
 }
@@ -83,6 +84,29 @@ TEST(InputText, TellsTheEncoding) {
     }
 }
 
+// A window at a time, with lines that end anywhere and some that are longer than a window.
+TEST(LineReader, SeesEveryLineWhole) {
+    std::mt19937 random(5);
+    std::u16string text = u"\uFEFF";
+    std::vector<std::u16string> lines;
+    for (int i = 0; i < 3000; ++i) {
+        const std::size_t length = 1 + (i % 500 == 0 ? 100000 + random() % 200000 : random() % 100);
+        lines.emplace_back(length, static_cast<char16_t>(u'A' + i % 26));
+        text.append(random() % 4, u' ').append(lines.back()).append(i % 3 ? u"\r\n" : u"\n \n");
+    }
+    const std::string bytes = Utf16Bytes(text);
+    clsMemorySource source(bytes, 77777);
+    clsInputText input(source);
+    input.Decode(1252);
+    clsLineReader reader(input);
+    for (const std::u16string& line : lines) {
+        ASSERT_TRUE(reader.Next());
+        ASSERT_EQ(reader.Line(), line);
+    }
+    EXPECT_FALSE(reader.Next());
+    EXPECT_FALSE(reader.Next());
+}
+
 TEST(Scan, GivesTheAnswersOfAPlainScan) {
     std::mt19937 random(7);
     constexpr std::u16string_view alphabet = u"ab=[]\x1F\x20\u2337\u2338\u2409\u301B\u301C\uFFFF";
@@ -105,7 +129,7 @@ TEST(Scan, GivesTheAnswersOfAPlainScan) {
         std::u16string expected = line;
         std::transform(line.begin(), line.end(), expected.begin(), replace);
         std::u16string copy(length, u'?');
-        UtilpCopyReplacing<true>(copy.data(), line.data(), length, replace);
+        clsReplacingCopy<true>::Copy(copy.data(), line.data(), length, replace);
         ASSERT_EQ(copy, expected);
     }
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <new>
 #include <zlib.h>
 
@@ -39,24 +40,26 @@ clsInputText ProfpInflate(std::string_view wrapped, std::size_t limit) {
     scInflater inflater;
     inflater.next_in = Input(wrapped.data());
     inflater.avail_in = static_cast<uInt>(wrapped.size());
-    clsInputText unfolded;
-    unfolded.Reserve(std::min(limit, std::max(stepBytes, wrapped.size() * 4)));
-    std::size_t filled = 0;
+    std::size_t capacity = std::min(limit, std::max(stepBytes, wrapped.size() * 4)) + 1;
+    auto unfolded = clsInputText::Allocate(capacity);
     for (;;) {
-        inflater.next_out = reinterpret_cast<Bytef*>(unfolded.Data() + filled);
-        inflater.avail_out = static_cast<uInt>(unfolded.Capacity() - filled);
+        const std::size_t filled = inflater.total_out;
+        inflater.next_out = reinterpret_cast<Bytef*>(unfolded.get()) + filled;
+        inflater.avail_out = static_cast<uInt>(capacity - filled);
         const int result = inflate(&inflater, Z_NO_FLUSH);
-        filled = unfolded.Capacity() - inflater.avail_out;
-        unfolded.SetByteCount(filled);
         if (result == Z_MEM_ERROR)
             throw std::bad_alloc();
-        if (filled > limit)
+        if (inflater.total_out > limit)
             throw clsLoadException(0, u"prof::compressed: unfolds to more than 256 MiB");
         if (result == Z_STREAM_END)
-            return unfolded;
+            return {std::move(unfolded), inflater.total_out};
         if (result != Z_OK || inflater.avail_out != 0)
             throw clsLoadException(0, u"prof::compressed: data damaged or cut off");
-        unfolded.Reserve(std::min(limit + 1, unfolded.Capacity() * 2));
+        const std::size_t larger = std::min(limit + 1, capacity * 2);
+        auto copy = clsInputText::Allocate(larger);
+        std::memcpy(copy.get(), unfolded.get(), capacity);
+        unfolded = std::move(copy);
+        capacity = larger;
     }
 }
 

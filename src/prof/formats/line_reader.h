@@ -1,9 +1,7 @@
 // Lines of a profile's text, without indentation and without blank lines.
-//
-// The text is a clsInputText's: a line end and seven more units stand behind its last character, so
-// the scans need no other bound.
 #pragma once
 
+#include "text/input_text.h"
 #include "text/scan.h"
 
 #include <cstdint>
@@ -13,22 +11,35 @@ namespace tvut {
 
 class clsLineReader {
   public:
-    explicit clsLineReader(std::u16string_view paddedText)
-        : next_(paddedText.data()), end_(paddedText.data() + paddedText.size()) {}
+    explicit clsLineReader(clsInputText& input) : input_(input) { Restart(); }
+    clsLineReader(const clsLineReader&) = delete;
+    clsLineReader& operator=(const clsLineReader&) = delete;
 
-    // Moves to the next line that holds more than blanks. False at the end of the text.
+    // Moves to the next line that holds more than blanks. False at the end of the text. What was
+    // seen of the line before is gone then.
     bool Next() {
         for (;;) {
             while (next_ < end_ && IsSkipped(*next_))
                 ++next_;
-            if (next_ >= end_)
-                return false;
+            if (next_ >= end_) {
+                if (!Refill(end_))
+                    return false;
+                continue;
+            }
             begin_ = next_;
             scan_ = UtilpScanLine(begin_);
+            if (scan_.end >= end_ && Refill(begin_))
+                continue; // the line may go on in what has come
             next_ = scan_.end;
             ++number_;
             return true;
         }
+    }
+
+    // Makes the line that Next moved to the next one again.
+    void Unread() {
+        next_ = begin_;
+        --number_;
     }
 
     std::u16string_view Line() const { return View(begin_, scan_.end); }
@@ -59,6 +70,18 @@ class clsLineReader {
         return {begin, static_cast<std::size_t>(end - begin)};
     }
 
+    void Restart() {
+        next_ = input_.Text().data();
+        end_ = next_ + input_.Text().size();
+    }
+    bool Refill(const char16_t* keepFrom) {
+        if (!input_.Refill(keepFrom))
+            return false;
+        Restart();
+        return true;
+    }
+
+    clsInputText& input_;
     const char16_t* next_;
     const char16_t* end_;
     const char16_t* begin_ = nullptr;

@@ -28,25 +28,30 @@ void Unwrap(clsInputText& input, scLoadResult& result) {
         if (depth == deepestWrapper)
             throw clsLoadException(0, u"prof::compressed: wrapped too often");
         result.compressed = true;
+        input.ReadAll();
         input = ProfpInflate(input.Bytes());
     }
 }
 
-const IclsFormReader& ReaderFor(clsLineReader firstLine, ReadMode mode) {
+const IclsFormReader& ReaderFor(clsLineReader& lines, ReadMode mode) {
     if (mode == ReadMode::plainIni)
         return g_plainIniReader;
-    return firstLine.Next() ? ProfpDetectForm(firstLine.Line()) : g_textReader;
+    if (!lines.Next())
+        return g_textReader;
+    const IclsFormReader& reader = ProfpDetectForm(lines.Line());
+    lines.Unread();
+    return reader;
 }
 
 } // namespace
 
 scLoadResult ProfpLoad(clsByteSource& source, clsItemList& target, const scLoadRequest& request) {
     scLoadResult result;
-    clsInputText input = clsInputText::Read(source);
     try {
+        clsInputText input(source);
         Unwrap(input, result);
         input.Decode(request.codePage);
-        clsLineReader lines(input.Text());
+        clsLineReader lines(input);
         ReaderFor(lines, request.mode).Parse(lines, target);
         result.parsed = true;
     } catch (const clsLoadException& error) {

@@ -20,12 +20,12 @@ class clsTextOutput {
     }
     void Put(std::u16string_view text);
 
-    // Writes text whose characters may have to be replaced; see UtilpCopyReplacing.
+    // Writes text whose characters may have to be replaced; see clsReplacingCopy.
     template <bool isName, class Replace>
     void PutReplacing(std::u16string_view text, Replace replace) {
         while (!text.empty()) {
             const std::size_t part = Part(text.size());
-            UtilpCopyReplacing<isName>(block_.get() + used_, text.data(), part, replace);
+            clsReplacingCopy<isName>::Copy(block_.get() + used_, text.data(), part, replace);
             used_ += part;
             text.remove_prefix(part);
         }
@@ -33,6 +33,16 @@ class clsTextOutput {
 
     // A TAB for every four levels and a blank for each level beyond.
     void PutIndentation(std::uint32_t level);
+
+    // Room for some characters in one piece, which Took then counts; null when the block is too small
+    // for them and they have to be put piece by piece.
+    char16_t* Reserve(std::size_t length) {
+        if (length > blockLength)
+            return nullptr;
+        Room(length);
+        return block_.get() + used_;
+    }
+    void Took(std::size_t length) { used_ += length; }
 
     void Flush();
 

@@ -33,11 +33,20 @@ class clsWriter {
     explicit clsWriter(clsTextOutput& output) : output_(output) {}
 
     void Item(const clsItem& item, std::uint32_t level) {
+        const std::u16string_view name = item.Name();
+        const std::u16string_view value = item.Value();
         output_.PutIndentation(level);
-        output_.PutReplacing<true>(item.Name(), ProfpMarkInName);
-        output_.Put(u'=');
-        output_.PutReplacing<false>(item.Value(), ProfpMarkInValue);
-        output_.Put(lineEnd);
+        if (char16_t* const line = output_.Reserve(name.size() + value.size() + 3)) {
+            clsReplacingCopy<true>::Copy(line, name.data(), name.size(), ProfpMarkInName);
+            line[name.size()] = u'=';
+            char16_t* const text = line + name.size() + 1;
+            clsReplacingCopy<false>::Copy(text, value.data(), value.size(), ProfpMarkInValue);
+            text[value.size()] = u'\r';
+            text[value.size() + 1] = u'\n';
+            output_.Took(name.size() + value.size() + 3);
+        } else {
+            PutLongItem(name, value);
+        }
     }
     void BeginList(const clsItem& entry, std::uint32_t level) {
         output_.PutIndentation(level);
@@ -53,6 +62,13 @@ class clsWriter {
     }
 
   private:
+    void PutLongItem(std::u16string_view name, std::u16string_view value) {
+        output_.PutReplacing<true>(name, ProfpMarkInName);
+        output_.Put(u'=');
+        output_.PutReplacing<false>(value, ProfpMarkInValue);
+        output_.Put(lineEnd);
+    }
+
     clsTextOutput& output_;
 };
 

@@ -1,0 +1,53 @@
+// Comparing and copying short UTF-16 texts in line.
+//
+// Names and values have a dozen characters or two. At that length a call of memcmp or memcpy, which on
+// this platform leads through an import into a routine made for long blocks, costs more than its work,
+// and the standard library compares char16_t unit by unit.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+#if defined(__SSE2__) || (defined(_M_IX86_FP) && _M_IX86_FP >= 2) || defined(_M_X64)
+#define TVUT_HAS_SSE2 1
+#include <emmintrin.h>
+#endif
+
+namespace tvut {
+
+// Two units that stand side by side.
+inline std::uint32_t UtilpLoadPair(const char16_t* text) {
+    std::uint32_t pair;
+    std::memcpy(&pair, text, sizeof pair);
+    return pair;
+}
+
+inline bool UtilpEqual(std::u16string_view a, std::u16string_view b) {
+    const std::size_t length = a.size();
+    if (length != b.size())
+        return false;
+    std::size_t at = 0;
+    for (; at + 2 <= length; at += 2) {
+        if (UtilpLoadPair(a.data() + at) != UtilpLoadPair(b.data() + at))
+            return false;
+    }
+    return at == length || a[at] == b[at];
+}
+
+inline void UtilpCopy(char16_t* to, const char16_t* from, std::size_t length) {
+    std::size_t at = 0;
+#ifdef TVUT_HAS_SSE2
+    for (; at + 8 <= length; at += 8)
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at),
+                         _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + at)));
+#endif
+    for (; at + 2 <= length; at += 2) {
+        const std::uint32_t pair = UtilpLoadPair(from + at);
+        std::memcpy(to + at, &pair, sizeof pair);
+    }
+    if (at != length)
+        to[at] = from[at];
+}
+
+} // namespace tvut
