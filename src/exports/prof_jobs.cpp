@@ -2,7 +2,7 @@
 #include "exports/guard.h"
 #include "exports/prof_handles.h"
 #include "exports/text_argument.h"
-#include "prof/options.h"
+#include "text/default_code_page.h"
 
 #include <array>
 
@@ -110,11 +110,11 @@ INT TVUT22_CALL ProfGetVersion(INT selector) {
 
 void TVUT22_CALL ProfSetOption(UINT option, UINT value) {
     if (option == PROF_OPTION_CODE_PAGE)
-        ProfpSetCodePage(static_cast<std::uint16_t>(value & 0xFFFF));
+        UtilpSetCodePage(static_cast<std::uint16_t>(value & 0xFFFF));
 }
 
 UINT TVUT22_CALL ProfGetOption(UINT option) {
-    return option == PROF_OPTION_CODE_PAGE ? ProfpCodePage() : 0;
+    return option == PROF_OPTION_CODE_PAGE ? UtilpCodePage() : 0;
 }
 
 void TVUT22_CALL ProfSetDebug(BOOL) {}

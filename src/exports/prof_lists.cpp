@@ -115,7 +115,7 @@ class clsWideResult {
 class clsAnsiResult {
   public:
     explicit clsAnsiResult(std::u16string_view text) {
-        const unsigned codePage = ProfpCodePage();
+        const unsigned codePage = UtilpCodePage();
         const std::size_t size = PlatformEncodedSize(codePage, text);
         text_ = std::make_unique_for_overwrite<char[]>(size + 1);
         text_[PlatformEncode(codePage, text, text_.get(), size)] = '\0';

@@ -36,7 +36,7 @@ void Fill(wchar_t* buffer, UINT size, std::wstring_view text) {
 }
 
 void Fill(char* buffer, UINT size, std::string_view text) {
-    const std::size_t length = PlatformWholeCharacters(ProfpCodePage(), text, size - 1);
+    const std::size_t length = PlatformWholeCharacters(UtilpCodePage(), text, size - 1);
     std::copy_n(text.data(), length, buffer);
     buffer[length] = '\0';
 }
@@ -49,7 +49,7 @@ void FillFromStored(wchar_t* buffer, UINT size, std::u16string_view text) {
 // than that many characters are looked at; short results need no allocation.
 void FillFromStored(char* buffer, UINT size, std::u16string_view text) {
     text = text.substr(0, size - 1);
-    const unsigned codePage = ProfpCodePage();
+    const unsigned codePage = UtilpCodePage();
     std::array<char, 1024> shortBytes;
     std::string longBytes;
     char* bytes = shortBytes.data();

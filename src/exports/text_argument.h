@@ -7,7 +7,7 @@
 
 #include "platform/code_page.h"
 #include "platform/wide.h"
-#include "prof/options.h"
+#include "text/default_code_page.h"
 
 #include <array>
 #include <cstring>
@@ -53,7 +53,7 @@ class clsCharsetConversionString {
             long_ = std::make_unique_for_overwrite<char16_t[]>(text.size());
             characters = long_.get();
         }
-        return {characters, PlatformDecode(ProfpCodePage(), text, characters)};
+        return {characters, PlatformDecode(UtilpCodePage(), text, characters)};
     }
 
     bool null_;

@@ -3,10 +3,9 @@
 #include "platform/exception.h"
 #include "platform/settings.h"
 #include "platform/stream.h"
-#include "platform/wide.h"
 #include "prof/file_name.h"
 #include "prof/formats/save.h"
-#include "prof/options.h"
+#include "text/default_code_page.h"
 
 #include <new>
 
@@ -60,12 +59,13 @@ void clsProfJob::Release() noexcept {
 }
 
 void clsProfJob::LoadFile(bool exclusive) {
-    if (!ProfpIsFileName(fileName_)) {
+    if (!ProfpIsFileName(fileName_.View())) {
         error_ = profResult::openFailed;
         return;
     }
     DWORD openError = 0;
-    clsFileHandle file = PlatformOpenFile(fileName_.c_str(), exclusive ? openToHold : openToRead, openError);
+    clsFileHandle file =
+        PlatformOpenFile(fileName_.Characters(), exclusive ? openToHold : openToRead, openError);
     if (!file) {
         if (openError == ERROR_SHARING_VIOLATION)
             error_ = profResult::locked;
@@ -86,7 +86,8 @@ void clsProfJob::LoadFile(bool exclusive) {
 // Gives the job's error. A source that fails and memory that runs out leave what was read so far.
 int clsProfJob::LoadSource(clsByteSource& source, ReadMode mode) {
     try {
-        const scLoadResult result = ProfpLoad(source, tree_.Root(), {fileName_, mode, ProfpCodePage()});
+        const scLoadResult result =
+            ProfpLoad(source, tree_.Root(), {fileName_.View(), mode, UtilpCodePage()});
         compressed_ = result.compressed;
         return result.parsed ? profResult::ok : profResult::loadFailed;
     } catch (const clsException&) {
@@ -97,26 +98,20 @@ int clsProfJob::LoadSource(clsByteSource& source, ReadMode mode) {
 }
 
 bool clsProfJob::Save(std::optional<std::u16string_view> fileName, std::uint32_t flags) {
-    const std::u16string target(fileName.value_or(fileName_));
-    if (WritesHeldFile(target)) {
+    const IString target = fileName ? IString(*fileName) : fileName_;
+    if (heldFile_ && target == fileName_) {
         auto maker = SinkOn<clsFileSink>(heldFile_.Get());
         return ProfpSave(tree_.Root(), flags, compressed_, maker);
     }
-    if (!ProfpIsFileName(target))
+    if (!ProfpIsFileName(target.View()))
         return false;
-    auto maker = SinkOn<clsReplacingSink>(target.c_str());
+    auto maker = SinkOn<clsReplacingSink>(target.Characters());
     return ProfpSave(tree_.Root(), flags, compressed_, maker);
 }
 
 bool clsProfJob::SaveToStream(IStream& stream, std::uint32_t flags) {
     auto maker = SinkOn<clsStreamSink>(&stream);
     return ProfpSave(tree_.Root(), flags, compressed_, maker);
-}
-
-bool clsProfJob::WritesHeldFile(const std::u16string& fileName) const {
-    return heldFile_ && CompareStringOrdinal(ToWide(fileName.data()), static_cast<int>(fileName.size()),
-                                             ToWide(fileName_.data()), static_cast<int>(fileName_.size()),
-                                             TRUE) == CSTR_EQUAL;
 }
 
 } // namespace tvut

@@ -4,12 +4,12 @@
 #include "platform/file.h"
 #include "prof/formats/load.h"
 #include "prof/tree.h"
+#include "text/string.h"
 
 #include <atomic>
 #include <cstdint>
 #include <objidl.h>
 #include <optional>
-#include <string>
 #include <string_view>
 
 namespace tvut {
@@ -54,12 +54,11 @@ class clsProfJob {
 
     void LoadFile(bool exclusive);
     int LoadSource(clsByteSource& source, ReadMode mode);
-    bool WritesHeldFile(const std::u16string& fileName) const;
 
     std::atomic<std::uint32_t> references_{1};
     int error_ = profResult::ok;
     bool compressed_ = false; // what was loaded was in the compressed wrapper
-    std::u16string fileName_;
+    IString fileName_;
     clsFileHandle heldFile_;
     clsTree tree_;
 };

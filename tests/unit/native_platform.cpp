@@ -4,6 +4,7 @@
 #include "unit/native_platform.h"
 
 #include "platform/code_page.h"
+#include "platform/letter_case.h"
 #include "runtime/diagnostics.h"
 
 namespace tvut {
@@ -24,6 +25,27 @@ std::size_t PlatformDecode(unsigned, std::string_view bytes, char16_t* character
     for (const char byte : bytes)
         *characters++ = static_cast<unsigned char>(byte);
     return bytes.size();
+}
+
+unsigned PlatformProcessCodePage() noexcept {
+    return 1252;
+}
+
+std::size_t PlatformEncodedSize(unsigned, std::u16string_view text) {
+    return text.size();
+}
+
+std::size_t PlatformEncode(unsigned, std::u16string_view text, char* bytes, std::size_t) {
+    for (const char16_t c : text)
+        *bytes++ = c < 256 ? static_cast<char>(c) : '?';
+    return text.size();
+}
+
+int PlatformCompareIgnoringCase(std::u16string_view a, std::u16string_view b) noexcept {
+    const auto upper = [](char16_t c) { return c >= u'a' && c <= u'z' ? c - 0x20 : c; };
+    const auto less = [&](char16_t x, char16_t y) { return upper(x) < upper(y); };
+    return std::lexicographical_compare(b.begin(), b.end(), a.begin(), a.end(), less) -
+           std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), less);
 }
 
 } // namespace tvut

@@ -3,6 +3,7 @@
 #include "text/hash.h"
 #include "text/input_text.h"
 #include "text/scan.h"
+#include "text/string.h"
 #include "text/utf8.h"
 #include "unit/native_platform.h"
 
@@ -132,6 +133,65 @@ TEST(Scan, GivesTheAnswersOfAPlainScan) {
         clsReplacingCopy<true>::Copy(copy.data(), line.data(), length, replace);
         ASSERT_EQ(copy, expected);
     }
+}
+
+TEST(String, SharesUntilWrittenTo) {
+    String a(u"abc");
+    String b = a;
+    EXPECT_EQ(a.Characters(), b.Characters());
+    b[1] = u'X';
+    EXPECT_EQ(a.View(), u"abc");
+    EXPECT_EQ(b.View(), u"aXc");
+    b.Append(b.View().substr(1));
+    b.Append(b.View());
+    EXPECT_EQ(b.View(), u"aXcXcaXcXc");
+    a = b;
+    b = String();
+    EXPECT_EQ(a.Length(), 10u);
+    EXPECT_TRUE(b.IsEmpty());
+    EXPECT_EQ(String::FromAnsi("\xE4z", 1252).ToAnsi(), "\xE4z");
+}
+
+TEST(String, RefusesMisuseAndReportsIt) {
+    DiagnosticLines().clear();
+    String text(u"abc");
+    text[3] = u'x';
+    EXPECT_EQ(text.View(), u"abc");
+    EXPECT_EQ(text[3], u'\0');
+    char16_t* const buffer = text.GetBuffer(5);
+    buffer[3] = buffer[4] = u'!';
+    text.ReleaseBuffer(4);
+    text.ReleaseBuffer(1);
+    EXPECT_EQ(text.View(), u"abc!");
+    const std::vector<std::u16string> expected{
+        u"WRN: detected write to String::operator[] with index out of bounds\n",
+        u"WRN: String buffer released twice (usage=0)\n"};
+    EXPECT_EQ(DiagnosticLines(), expected);
+}
+
+TEST(String, ReplacesInOnePass) {
+    struct scCase {
+        std::u16string_view text, from, to, result;
+        std::size_t count;
+    };
+    const scCase cases[] = {
+        {u"aaaa", u"aa", u"a", u"aa", 2},       {u"aaa", u"aa", u"aaa", u"aaaa", 1},
+        {u"abc", u"", u"x", u"abc", 0},         {u"abcabc", u"bc", u"", u"aa", 2},
+        {u"abc", u"d", u"x", u"abc", 0},        {u"", u"a", u"b", u"", 0},
+        {u"a.b.c", u".", u"..", u"a..b..c", 2},
+    };
+    for (const scCase& c : cases) {
+        String text(c.text);
+        EXPECT_EQ(text.Replace(c.from, c.to), c.count);
+        EXPECT_EQ(text.View(), c.result);
+    }
+}
+
+TEST(String, ComparesExactlyAndIStringWithoutCase) {
+    EXPECT_FALSE(String(u"Abc") == String(u"abc"));
+    EXPECT_TRUE(String(u"B") < String(u"a"));
+    EXPECT_TRUE(IString(u"Abc") == IString(u"aBC"));
+    EXPECT_TRUE(IString(u"a") < IString(u"B"));
 }
 
 // A weak hash would make lookups crawl: the buckets of similar names must fill evenly.

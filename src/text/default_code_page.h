@@ -1,0 +1,12 @@
+// The code page of all 8-bit text: of every A form, of files that are neither UTF-16 nor UTF-8, and of
+// every new String. The process's own until it is set. Any thread.
+#pragma once
+
+#include <cstdint>
+
+namespace tvut {
+
+unsigned UtilpCodePage() noexcept;
+void UtilpSetCodePage(std::uint16_t codePage) noexcept;
+
+} // namespace tvut
