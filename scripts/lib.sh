@@ -8,6 +8,7 @@ started=$(date +%s)
 # Wine's own 32-bit world, built by scripts/setup where the packages for this machine do not resolve.
 isolated_root=$cache/root
 host_wine=/usr/lib/wine/wine
+export NINJA_STATUS="[%es %f/%t] "
 
 say() {
     printf '[%4ds] %s\n' "$(($(date +%s) - started))" "$*"
