@@ -3,7 +3,7 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 install(TARGETS tvUT22 prof RUNTIME DESTINATION bin)
-install(FILES ${TVUT22_IMPORT_LIBRARY} DESTINATION lib)
+install(FILES ${PROJECT_BINARY_DIR}/lib/libtvUT22.a DESTINATION lib)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/tvut22 DESTINATION include)
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md DESTINATION share/doc/tvUT22
         OPTIONAL)

@@ -1,0 +1,39 @@
+# What the scripts share; sourced by them, in POSIX sh because two of them must start without bash.
+# Before sourcing, a script sets "here" to its own folder.
+
+repository=$(cd "$here/.." && pwd -P)
+cache=${TVUT22_CACHE:-/var/cache/tvut22}
+started=$(date +%s)
+
+# Wine's own 32-bit world, built by scripts/setup where the packages for this machine do not resolve.
+isolated_root=$cache/root
+host_wine=/usr/lib/wine/wine
+export NINJA_STATUS="[%es %f/%t] "
+
+say() {
+    printf '[%4ds] %s\n' "$(($(date +%s) - started))" "$*"
+}
+
+die() {
+    printf '%s: %s\n' "${0##*/}" "$*" >&2
+    exit 1
+}
+
+# Prints the comment at the head of the script: that is its help page.
+usage() {
+    sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$0"
+}
+
+# Tells which Wine there is: sets wine_root, empty when Wine is installed on the machine itself, and
+# wine_template, the prefix that runs are cloned from. Fails when there is none.
+find_wine() {
+    if [ -e "$host_wine" ]; then
+        wine_root=
+        wine_template=$cache/prefix-host
+    elif [ -e "$isolated_root$host_wine" ]; then
+        wine_root=$isolated_root
+        wine_template=$cache/prefix-root
+    else
+        return 1
+    fi
+}
