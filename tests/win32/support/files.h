@@ -1,0 +1,95 @@
+// Files for tests: a folder that removes itself, whole-file reads and writes, bytes of UTF-16 texts.
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+namespace testing_prof {
+
+/// Bytes are kept as std::string: GoogleTest prints both sides of a difference.
+using Bytes = std::string;
+
+class TempFolder {
+  public:
+    explicit TempFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path())
+        : path_(parent / (L"prof-test-" + std::to_wstring(GetCurrentProcessId()))) {
+        clear();
+        std::filesystem::create_directory(path_);
+    }
+    ~TempFolder() { clear(); }
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+
+    std::wstring operator/(std::wstring_view name) const { return (path_ / name).wstring(); }
+    const std::filesystem::path& path() const { return path_; }
+    std::ptrdiff_t count() const {
+        return std::distance(std::filesystem::directory_iterator(path_),
+                             std::filesystem::directory_iterator());
+    }
+    /// Removes every file but one: what an interrupted save may leave.
+    void keepOnly(std::wstring_view name) const {
+        for (const auto& entry : std::filesystem::directory_iterator(path_))
+            if (entry.path().filename() != name)
+                std::filesystem::remove(entry.path());
+    }
+
+  private:
+    void clear() const noexcept {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+
+    std::filesystem::path path_;
+};
+
+inline Bytes readFile(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline void writeFile(const std::filesystem::path& path, std::string_view bytes) {
+    std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+/// UTF-16 little-endian; begin the text with U+FEFF for a byte-order mark.
+inline Bytes utf16(std::wstring_view text) {
+    return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
+}
+
+inline Bytes utf16Swapped(std::wstring_view text) {
+    Bytes bytes = utf16(text);
+    for (size_t i = 0; i + 1 < bytes.size(); i += 2)
+        std::swap(bytes[i], bytes[i + 1]);
+    return bytes;
+}
+
+class Handle {
+  public:
+    explicit Handle(HANDLE handle) : handle_(handle) {}
+    ~Handle() { close(); }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+
+    explicit operator bool() const { return handle_ && handle_ != INVALID_HANDLE_VALUE; }
+    HANDLE get() const { return handle_; }
+    void close() {
+        if (*this)
+            CloseHandle(handle_);
+        handle_ = nullptr;
+    }
+
+  private:
+    HANDLE handle_;
+};
+
+/// Opens an existing file as another program would.
+inline HANDLE openFile(const std::wstring& path, DWORD access, DWORD share) {
+    return CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr);
+}
+
+} // namespace testing_prof
