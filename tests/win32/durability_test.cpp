@@ -1,0 +1,277 @@
+// Saving never tears a file: the saving process is stopped, or its file calls fail, at every step.
+#include "support/files.h"
+#include "support/import_hook.h"
+#include "support/piece_stream.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+
+namespace testing_prof {
+namespace {
+
+// A step is one call of the DLL that can change the disk. What happens at a chosen step:
+enum class Fault { None, Die, Fail };
+Fault fault = Fault::None;
+int faultAt = 0;
+int steps = 0;
+
+constexpr UINT kDied = 77;
+
+bool faultHere() {
+    return ++steps == faultAt;
+}
+
+template <int Id, class Function>
+struct Step;
+template <int Id, class Result, class... Args>
+struct Step<Id, Result(WINAPI*)(Args...)> {
+    static inline Result(WINAPI* original)(Args...);
+
+    static Result WINAPI call(Args... args) {
+        if (!faultHere())
+            return original(args...);
+        if (fault == Fault::Die)
+            TerminateProcess(GetCurrentProcess(), kDied);
+        SetLastError(ERROR_DISK_FULL);
+        if constexpr (std::is_same_v<Result, HANDLE>)
+            return INVALID_HANDLE_VALUE;
+        else
+            return Result{};
+    }
+};
+
+// A write that is interrupted has written its first half.
+BOOL WINAPI writeHalf(HANDLE file, LPCVOID bytes, DWORD size, LPDWORD done, LPOVERLAPPED overlapped) {
+    if (!faultHere())
+        return WriteFile(file, bytes, size, done, overlapped);
+    WriteFile(file, bytes, size / 2, done, overlapped);
+    if (fault == Fault::Die)
+        TerminateProcess(GetCurrentProcess(), kDied);
+    SetLastError(ERROR_DISK_FULL);
+    return FALSE;
+}
+
+template <int Id, class Function>
+ImportHook step(const char* name, Function function) {
+    Step<Id, Function>::original = function;
+    return ImportHook(name, reinterpret_cast<void*>(&Step<Id, Function>::call));
+}
+
+/// Counts the steps of what runs while it lives, with a fault at one of them.
+class Steps {
+  public:
+    Steps(Fault what, int at) {
+        fault = what;
+        faultAt = at;
+        steps = 0;
+    }
+
+  private:
+    ImportHook hooks_[10] = {
+        ImportHook("WriteFile", reinterpret_cast<void*>(writeHalf)),
+        step<1>("CreateFileW", &CreateFileW),
+        step<2>("SetEndOfFile", &SetEndOfFile),
+        step<3>("SetFilePointerEx", &SetFilePointerEx),
+        step<4>("FlushFileBuffers", &FlushFileBuffers),
+        step<5>("MoveFileExW", &MoveFileExW),
+        step<6>("ReplaceFileW", &ReplaceFileW),
+        step<7>("GetTempFileNameW", &GetTempFileNameW),
+        step<8>("SetFileInformationByHandle", &SetFileInformationByHandle),
+        step<9>("CopyFileW", &CopyFileW),
+    };
+};
+
+constexpr wchar_t kName[] = L"target.prf";
+
+/// The new contents differ from the old in every line and are several buffers long.
+Job newProfile() {
+    Job job;
+    for (int i = 0; i < 4000; ++i)
+        ProfAppendStringW(job, 0, (L"new" + std::to_wstring(i)).c_str(), L"some new value");
+    return job;
+}
+
+Bytes oldContents() {
+    return saved(Job(L"old=contents;L{a=1;}"));
+}
+
+INT save(const std::wstring& path, UINT flags) {
+    return ProfSaveW(newProfile(), path.c_str(), flags);
+}
+
+std::wstring program() {
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return path;
+}
+
+class Process {
+  public:
+    explicit Process(const std::wstring& arguments) {
+        std::wstring line = L"\"" + program() + L"\" " + arguments;
+        STARTUPINFOW startup{};
+        startup.cb = sizeof startup;
+        if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                           &info_))
+            CloseHandle(info_.hThread);
+    }
+    ~Process() { CloseHandle(info_.hProcess); }
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+
+    void kill() const { TerminateProcess(info_.hProcess, kDied); }
+    DWORD exitCode() const {
+        WaitForSingleObject(info_.hProcess, INFINITE);
+        DWORD code = 0;
+        GetExitCodeProcess(info_.hProcess, &code);
+        return code;
+    }
+
+  private:
+    PROCESS_INFORMATION info_{};
+};
+
+class Durability : public ::testing::TestWithParam<UINT> {
+  protected:
+    const TempFolder folder;
+    const std::wstring path = folder / kName;
+};
+
+TEST_P(Durability, AProcessThatDiesAtAnyStepOfASaveLeavesTheOldOrTheNewFile) {
+    const Bytes before = oldContents(), after = saved(newProfile(), GetParam());
+    for (const bool present : {true, false}) {
+        int step = 0;
+        DWORD code = kDied;
+        while (code == kDied) {
+            std::filesystem::remove(path);
+            if (present)
+                writeFile(path, before);
+            const std::wstring arguments = L"--die " + std::to_wstring(++step) + L" " +
+                                           std::to_wstring(GetParam()) + L" \"" + path + L"\"";
+            code = Process(arguments).exitCode();
+            const Bytes now = readFile(path);
+            EXPECT_TRUE(now == after || (present ? now == before : !std::filesystem::exists(path)))
+                << "step " << step << ": " << now.size() << " bytes";
+            EXPECT_LE(folder.count(), 2) << "one temporary file may stay";
+            folder.keepOnly(kName);
+        }
+        EXPECT_EQ(code, 0u);
+        EXPECT_EQ(readFile(path), after);
+        EXPECT_GT(step, 3) << "the process was hardly stopped anywhere";
+    }
+}
+
+TEST_P(Durability, AProcessKilledFromOutsideLeavesTheOldOrTheNewFile) {
+    const Bytes before = saved(opened(oldContents()), GetParam()), after = saved(newProfile(), GetParam());
+    int both[2] = {};
+    for (int round = 0; round < 20; ++round) {
+        writeFile(path, before);
+        const Handle started(CreateSemaphoreW(nullptr, 0, 1000000, L"tvut22-test-saves"));
+        const Process process(L"--loop 0 " + std::to_wstring(GetParam()) + L" \"" + path + L"\"");
+        for (int saves = 0; saves <= round; ++saves)
+            WaitForSingleObject(started.get(), INFINITE);
+        process.kill();
+        EXPECT_EQ(process.exitCode(), kDied);
+        const Bytes now = readFile(path);
+        EXPECT_TRUE(now == before || now == after) << now.size() << " bytes";
+        ++both[now == after];
+        EXPECT_LE(folder.count(), 2);
+        folder.keepOnly(kName);
+    }
+    std::printf("killed: %d times the old file, %d times the new one\n", both[0], both[1]);
+}
+
+TEST_P(Durability, AFailureAtAnyStepLeavesTheOldFileOrIsOvercome) {
+    const Bytes before = oldContents(), after = saved(newProfile(), GetParam());
+    int failures = 0;
+    for (int at = 1;; ++at) {
+        writeFile(path, before);
+        INT result;
+        int taken;
+        {
+            const Steps watched(Fault::Fail, at);
+            result = save(path, GetParam());
+            taken = steps;
+        }
+        EXPECT_EQ(readFile(path), result == PROF_OK ? after : before) << "step " << at;
+        EXPECT_EQ(folder.count(), 1) << "step " << at << ": a temporary file stayed";
+        folder.keepOnly(kName);
+        failures += result == PROF_SAVE_FAILED;
+        if (taken < at)
+            break;
+    }
+    EXPECT_GT(failures, 2) << "the failures were hardly noticed";
+}
+
+INSTANTIATE_TEST_SUITE_P(Forms, Durability, ::testing::Values(PROF_FORM_TEXT, PROF_SAVE_COMPRESSED));
+
+TEST(HeldFile, KeepsItsContentsWhenTheFirstWritesFail) {
+    const TempFolder folder;
+    const std::wstring path = folder / kName;
+    writeFile(path, oldContents());
+    const Job job(ProfJobOpenExclusiveW(path.c_str()));
+    for (int i = 0; i < 4000; ++i)
+        ProfAppendStringW(job, 0, (L"new" + std::to_wstring(i)).c_str(), L"some new value");
+    {
+        const Steps watched(Fault::Fail, 1);
+        EXPECT_EQ(ProfSaveW(job, nullptr, 0), PROF_SAVE_FAILED);
+    }
+    EXPECT_EQ(describe(Job(ProfJobOpenW(path.c_str()))), L"old=contents;L{a=1;}");
+    EXPECT_EQ(ProfSaveW(job, nullptr, 0), PROF_OK);
+    EXPECT_EQ(describe(Job(ProfJobOpenW(path.c_str()))), describe(job));
+}
+
+// TVUT22_SMALL_DISK names a folder on a disk of a few hundred kilobytes, which the test session mounts.
+TEST(FullDisk, FailsTheSaveAndKeepsTheOldFile) {
+    wchar_t disk[MAX_PATH];
+    if (!GetEnvironmentVariableW(L"TVUT22_SMALL_DISK", disk, MAX_PATH))
+        GTEST_FAIL() << "TVUT22_SMALL_DISK is not set: run this test in the session of scripts/test";
+    const TempFolder folder{std::filesystem::path(disk)};
+    const std::wstring path = folder / kName, held = folder / L"held.prf";
+    const Bytes before = oldContents();
+    writeFile(path, before);
+    writeFile(held, before);
+    const Job job(ProfJobOpenW(path.c_str())), holder(ProfJobOpenExclusiveW(held.c_str()));
+    const std::wstring half(512 * 1024, L'x');
+    for (const Job* full : {&job, &holder})
+        for (int i = 0; i < 16; ++i)
+            ProfAppendStringW(*full, 0, L"large", half.c_str());
+    EXPECT_EQ(ProfSaveW(job, nullptr, 0), PROF_SAVE_FAILED);
+    EXPECT_EQ(readFile(path), before);
+    EXPECT_EQ(ProfSaveW(holder, nullptr, 0), PROF_SAVE_FAILED);
+    EXPECT_EQ(describe(Job(ProfJobOpenW(held.c_str()))), L"old=contents;L{a=1;}");
+    EXPECT_EQ(folder.count(), 2) << "no temporary file stays";
+    for (const Job* full : {&job, &holder}) {
+        ProfDeleteItemW(*full, 0, L"large");
+        EXPECT_EQ(ProfSaveW(*full, nullptr, 0), PROF_OK) << "room again: the space was given back";
+    }
+    EXPECT_EQ(readFile(path), before);
+}
+
+/// The other side of the tests above: saves once with a fault, or until killed.
+int saveAsChild(char** arguments) {
+    const std::wstring path = toWide(arguments[4], CP_ACP);
+    const UINT flags = static_cast<UINT>(std::atoi(arguments[3]));
+    if (std::string_view(arguments[1]) == "--die") {
+        const Steps watched(Fault::Die, std::atoi(arguments[2]));
+        return save(path, flags) == PROF_OK ? 0 : 1;
+    }
+    const Handle started(OpenSemaphoreW(SEMAPHORE_MODIFY_STATE, FALSE, L"tvut22-test-saves"));
+    const Job jobs[] = {newProfile(), opened(oldContents())};
+    for (int save = 0;; ++save) {
+        ReleaseSemaphore(started.get(), 1, nullptr);
+        ProfSaveW(jobs[save % 2], path.c_str(), flags);
+    }
+}
+
+} // namespace
+} // namespace testing_prof
+
+int main(int count, char** arguments) {
+    const std::string_view role = count == 5 ? arguments[1] : "";
+    if (role == "--die" || role == "--loop")
+        return testing_prof::saveAsChild(arguments);
+    ::testing::InitGoogleTest(&count, arguments);
+    return RUN_ALL_TESTS();
+}
