@@ -1,0 +1,174 @@
+// Out of memory: every call fails cleanly, whichever allocation it is that fails first.
+#include "support/counted_allocations.h"
+#include "support/text_calls.h"
+
+#include <cstring>
+
+namespace testing_prof {
+namespace {
+
+template <class F>
+class NoMemoryLeft : public ::testing::Test {};
+TYPED_TEST_SUITE(NoMemoryLeft, BothForms, FormNames);
+
+// Fails the n-th allocation and all later ones, for every n, until the work needs no more. Work may do
+// without an allocation, but then its result must be right.
+template <class Work, class Check>
+void failEveryAllocation(Work work, Check check) {
+    int failures = 0;
+    for (int n = 1, needed = n; needed >= n; ++n) {
+        bool succeeded;
+        {
+            const CountedAllocations failing(n);
+            succeeded = work();
+            needed = CountedAllocations::count;
+        }
+        ASSERT_TRUE(succeeded || needed >= n) << "failed without need after " << needed << " allocations";
+        failures += !succeeded;
+        if (succeeded)
+            check();
+    }
+    EXPECT_GT(failures, 0);
+}
+
+TEST(FailingAllocation, IsReportedByEveryLoad) {
+    const Job model(L"a=1;L{b=2;M{c=long enough to need a block of its own;}}d=;");
+    for (const UINT flags : {PROF_FORM_TEXT, PROF_SAVE_COMPRESSED}) {
+        PieceStream stream(saved(model, flags));
+        ProfJob job = 0;
+        failEveryAllocation(
+            [&] {
+                ProfJobClose(job);
+                job = ProfJobOpenStream(&stream);
+                return job && ProfGetError(job) == PROF_OK;
+            },
+            [&] { EXPECT_EQ(describe(job), describe(model)); });
+        ProfJobClose(job);
+    }
+}
+
+TEST(FailingAllocation, IsReportedByEverySave) {
+    const Job job(L"a=1;L{b=2;M{c=3;}}d=;");
+    for (const UINT flags : {PROF_FORM_TEXT, PROF_SAVE_COMPRESSED}) {
+        PieceStream stream;
+        failEveryAllocation([&] { return ProfSaveToStream(job, &stream, flags) == PROF_OK; },
+                            [&] { EXPECT_EQ(describe(opened(stream.data)), describe(job)); });
+    }
+}
+
+TYPED_TEST(NoMemoryLeft, AFailedEditChangesNothing) {
+    using Char = typename TypeParam::Char;
+    const std::wstring tree = L"a=1;L{b=2;M{c=3;}}d=;";
+    const auto name = in<Char>(L"new"), path = in<Char>(L"L/M");
+    const std::basic_string<Char> large(100000, Char{'v'});
+    const auto fails = [&](const char* what, auto edit) {
+        bool failed = true;
+        for (int n = 1; failed; ++n) {
+            const Job job(tree);
+            {
+                const CountedAllocations failing(n);
+                edit(job);
+                failed = CountedAllocations::count >= n;
+            }
+            if (failed) {
+                EXPECT_EQ(describe(job), tree) << what << ", allocation " << n;
+            }
+        }
+    };
+    fails("append", [&](ProfJob job) { TypeParam::appendString(job, 0, name.c_str(), large.c_str()); });
+    fails("set", [&](ProfJob job) { TypeParam::setString(job, 0, name.c_str(), large.c_str()); });
+    fails("create", [&](ProfJob job) { TypeParam::createList(job, 0, large.c_str()); });
+    fails("append a list", [&](ProfJob job) { TypeParam::appendList(job, 0, path.c_str()); });
+}
+
+/// Takes all address space and every free block of the heaps. Nothing may allocate while it lives, this
+/// program's own code included.
+class NoMemory {
+  public:
+    NoMemory() {
+        for (SIZE_T size = SIZE_T{1} << 30; size >= 1 << 16; size /= 2)
+            while (reserve(size))
+                ;
+        for (int i = 0; i < 2; ++i)
+            for (SIZE_T size = 1 << 19; size >= sizeof(void*); size /= 2)
+                while (take(i, size))
+                    ;
+    }
+    ~NoMemory() {
+        while (count_)
+            VirtualFree(reserved_[--count_], 0, MEM_RELEASE);
+        for (int i = 0; i < 2; ++i)
+            while (void* block = chain_[i]) {
+                chain_[i] = *static_cast<void**>(block);
+                HeapFree(heaps_[i], 0, block);
+            }
+    }
+    NoMemory(const NoMemory&) = delete;
+    NoMemory& operator=(const NoMemory&) = delete;
+
+  private:
+    bool reserve(SIZE_T size) {
+        void* block =
+            count_ < std::size(reserved_) ? VirtualAlloc(nullptr, size, MEM_RESERVE, PAGE_NOACCESS) : nullptr;
+        if (block)
+            reserved_[count_++] = block;
+        return block;
+    }
+    bool take(int i, SIZE_T size) {
+        void* block = HeapAlloc(heaps_[i], 0, size);
+        if (block)
+            *static_cast<void**>(block) = std::exchange(chain_[i], block);
+        return block;
+    }
+
+    static inline void* reserved_[40000];
+    size_t count_ = 0;
+    const HANDLE heaps_[2] = {reinterpret_cast<HANDLE>(_get_heap_handle()), GetProcessHeap()};
+    void* chain_[2] = {};
+};
+
+TYPED_TEST(NoMemoryLeft, EveryCallFailsCleanlyAndTheJobWorksOn) {
+    using Char = typename TypeParam::Char;
+    const Job job(L"number=42;text=abc;L{x=1;}");
+    const std::wstring before = describe(job);
+    const auto path = in<Char>(L"New/deep/path/with/a/name"), number = in<Char>(L"number");
+    const std::basic_string<Char> large(100000, Char{'v'});
+    PieceStream source(utf16(L"\xFEFF[/]\na=1\n")), target(Bytes(1 << 16, '#'));
+    INT value = 0, found = 1, stringLength = 0, longValue = 1, savedAs = 0;
+    ProfJob opens[2] = {};
+    ProfList list = 0, empty = 0;
+    {
+        const NoMemory none;
+        found = TypeParam::getInt(job, 0, number.c_str(), &value, 7);
+        stringLength = TypeParam::getStringLength(job, 0, number.c_str());
+        opens[0] = TypeParam::open(path.c_str());
+        opens[1] = ProfJobOpenStream(&source);
+        for (const TextCall<TypeParam>& call : textCalls<TypeParam>())
+            call.run(job, path.c_str());
+        TypeParam::setString(job, 0, number.c_str(), large.c_str());
+        longValue = TypeParam::getStringLength(job, 0, number.c_str());
+        list = TypeParam::appendList(job, 0, large.c_str());
+        empty = TypeParam::createList(job, 0, large.c_str());
+        savedAs = ProfSaveToStream(job, &target, PROF_SAVE_COMPRESSED);
+        ProfDebugList(job, 0);
+    }
+    EXPECT_EQ(found, PROF_OK) << "reading needs no memory";
+    EXPECT_EQ(value, 42);
+    EXPECT_EQ(stringLength, 2);
+    EXPECT_EQ(longValue, 2) << "a value that could not be stored leaves the old one";
+    EXPECT_EQ(savedAs, PROF_SAVE_FAILED) << "deflating needs 256 KiB";
+    EXPECT_FALSE(list || empty);
+    for (const ProfJob& open : opens) {
+        EXPECT_NE(open ? ProfGetError(open) : 1, PROF_OK);
+        ProfJobClose(open);
+    }
+    EXPECT_EQ(describe(job).substr(0, before.size()), before);
+    ProfSetStringW(job, 0, L"number", L"43");
+    TypeParam::appendString(job, 0, path.c_str(), number.c_str());
+    EXPECT_EQ(textOf(job, L"number"), L"43");
+    EXPECT_NE(textOf(job, L"New/deep/path/with/a/name"), L"<none>");
+    EXPECT_EQ(describe(opened(saved(job))), describe(job));
+}
+
+} // namespace
+} // namespace testing_prof

@@ -1,0 +1,43 @@
+// Counts the DLL's allocations while the object lives, and lets them fail from a chosen one on.
+#pragma once
+
+#include "import_hook.h"
+
+#include <cstdlib>
+#include <limits>
+
+namespace testing_prof {
+
+class CountedAllocations {
+  public:
+    explicit CountedAllocations(int failFrom = std::numeric_limits<int>::max()) {
+        count = 0;
+        failFrom_ = failFrom;
+    }
+
+    static inline int count = 0;
+
+  private:
+    static bool refused() { return ++count >= failFrom_; }
+    static void* malloc(size_t size) { return refused() ? nullptr : std::malloc(size); }
+    static void* calloc(size_t items, size_t size) { return refused() ? nullptr : std::calloc(items, size); }
+    static void* realloc(void* block, size_t size) { return refused() ? nullptr : std::realloc(block, size); }
+    static void* WINAPI heapAlloc(HANDLE heap, DWORD flags, SIZE_T size) {
+        return refused() ? nullptr : HeapAlloc(heap, flags, size);
+    }
+    static void* WINAPI virtualAlloc(LPVOID at, SIZE_T size, DWORD type, DWORD protection) {
+        return refused() ? nullptr : VirtualAlloc(at, size, type, protection);
+    }
+
+    static inline int failFrom_ = 0;
+
+    ImportHook hooks_[5] = {
+        ImportHook("malloc", reinterpret_cast<void*>(malloc)),
+        ImportHook("calloc", reinterpret_cast<void*>(calloc)),
+        ImportHook("realloc", reinterpret_cast<void*>(realloc)),
+        ImportHook("HeapAlloc", reinterpret_cast<void*>(heapAlloc)),
+        ImportHook("VirtualAlloc", reinterpret_cast<void*>(virtualAlloc)),
+    };
+};
+
+} // namespace testing_prof
