@@ -2,6 +2,7 @@
 //
 // It runs under the loader lock, so it only reads what is at hand: no DLL is loaded, nothing waited
 // for.
+#include "platform/exception_memory.h"
 #include "platform/host.h"
 #include "text/hash.h"
 
@@ -22,11 +23,21 @@ std::uint32_t ProcessSeed() {
 
 } // namespace
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void*) {
-    if (reason == DLL_PROCESS_ATTACH) {
-        DisableThreadLibraryCalls(module);
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
+    switch (reason) {
+    case DLL_PROCESS_ATTACH:
         tvut::PlatformNoteHost();
         tvut::g_hashSeed = ProcessSeed();
+        break;
+    case DLL_THREAD_DETACH:
+        tvut::PlatformThreadEnds();
+        break;
+    case DLL_PROCESS_DETACH:
+        if (!processEnds)
+            tvut::PlatformExceptionsEnd();
+        break;
+    default:
+        break;
     }
     return TRUE;
 }

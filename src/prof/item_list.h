@@ -1,8 +1,8 @@
 // One list of a profile's tree: a compact sequence of entries, found by name.
 //
 // An entry is three words: a key (hash of the name and kind), the name, and the value or sub-list. A
-// lookup walks the keys in memory order; a long list gets an index at its first lookup (see
-// name_index.h) that answers exactly as the walk would. Changes are made by clsTree.
+// lookup walks the keys in memory order; a long list has an index (see name_index.h) that answers
+// exactly as the walk would. Changes are made by clsTree.
 #pragma once
 
 #include "prof/item_sequence.h"
@@ -65,11 +65,9 @@ class clsItemList {
     clsItemList(clsTree* tree, clsItemList* parent, std::uint32_t position)
         : tree_(tree), parent_(parent), position_(position) {}
 
-    void BuildIndex() noexcept;
-
     clsTree* tree_; // first, so that a freed list's block no longer names its tree
     clsItemList* parent_;
-    clsItemSequence entries_;
+    clsItemSequence entries_{};
     std::uint32_t used_ = 0;
     std::uint32_t gaps_ = 0;
     std::uint32_t position_;

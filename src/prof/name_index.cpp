@@ -12,23 +12,35 @@ clsNameIndex::~clsNameIndex() {
     slab_.Free(slots_, capacity_ * sizeof(std::uint32_t));
 }
 
-bool clsNameIndex::Build(const clsItemList& list) noexcept {
-    if (!Allocate(static_cast<std::uint32_t>(std::bit_width(list.End())) + 1))
+// Between half and a quarter of the slots get used, and positions take one bit more than that: a list
+// with gaps has more positions than entries.
+bool clsNameIndex::Reserve(std::uint32_t count) noexcept {
+    const auto bits = static_cast<std::uint32_t>(std::bit_width(count - 1)) + 1;
+    filled_ = false;
+    slab_.Free(slots_, capacity_ * sizeof(std::uint32_t));
+    slots_ = nullptr;
+    capacity_ = 0;
+    if (bits > 28)
         return false;
-    for (std::uint32_t position = 0; position < list.End(); ++position) {
-        if (!list.At(position).IsGap())
-            Put(list, position);
+    try {
+        slots_ = static_cast<std::uint32_t*>(slab_.Allocate(sizeof(std::uint32_t) << bits));
+    } catch (const std::bad_alloc&) {
+        return false;
     }
+    capacity_ = 1u << bits;
+    shift_ = 32 - bits;
+    positionBits_ = bits + 1;
+    positionMask_ = (1u << positionBits_) - 1;
     return true;
 }
 
-// The old slots are of no use for a larger table: to know where they go takes the entries' keys, and
-// those are read faster in the order of the list.
-bool clsNameIndex::Append(const clsItemList& list) noexcept {
-    if (count_ >= capacity_ - capacity_ / 4 || list.End() >= positionMask_)
-        return Build(list);
-    Put(list, list.End() - 1);
-    return true;
+void clsNameIndex::Fill(const clsItemList& list) noexcept {
+    std::memset(slots_, 0, capacity_ * sizeof(std::uint32_t));
+    filled_ = true;
+    for (std::uint32_t position = 0; position < list.End(); ++position) {
+        if (!list.At(position).IsGap())
+            Append(list, position);
+    }
 }
 
 scMatch clsNameIndex::Find(const clsItemList& list, std::uint32_t key, std::u16string_view name) const {
@@ -38,7 +50,7 @@ scMatch clsNameIndex::Find(const clsItemList& list, std::uint32_t key, std::u16s
     return {PositionIn(slot), (slot & repeats) != 0};
 }
 
-void clsNameIndex::Put(const clsItemList& list, std::uint32_t position) noexcept {
+void clsNameIndex::Append(const clsItemList& list, std::uint32_t position) noexcept {
     const clsItem& entry = list.At(position);
     std::uint32_t& slot = slots_[SlotOf(list, entry.key, entry.Name())];
     if (slot != 0) {
@@ -46,7 +58,6 @@ void clsNameIndex::Put(const clsItemList& list, std::uint32_t position) noexcept
         return;
     }
     slot = Tag(entry.key) | (position + 1);
-    ++count_;
 }
 
 // Linear probing without markers: the slots behind the gap that may move into it do.
@@ -63,7 +74,6 @@ void clsNameIndex::Remove(const clsItemList& list, std::uint32_t position) noexc
         }
     }
     slots_[gap] = 0;
-    --count_;
 }
 
 void clsNameIndex::RemoveAt(const clsItemList& list, std::uint32_t position) noexcept {
@@ -93,26 +103,6 @@ std::uint32_t clsNameIndex::SlotOf(const clsItemList& list, std::uint32_t key,
             break;
     }
     return at;
-}
-
-// An empty table of 2^bits slots in place of the old one.
-bool clsNameIndex::Allocate(std::uint32_t bits) noexcept {
-    slab_.Free(slots_, capacity_ * sizeof(std::uint32_t));
-    slots_ = nullptr;
-    capacity_ = count_ = 0;
-    if (bits > 29)
-        return false;
-    try {
-        slots_ = static_cast<std::uint32_t*>(slab_.Allocate(sizeof(std::uint32_t) << bits));
-    } catch (const std::bad_alloc&) {
-        return false;
-    }
-    capacity_ = 1u << bits;
-    std::memset(slots_, 0, capacity_ * sizeof(std::uint32_t));
-    shift_ = 32 - bits;
-    positionBits_ = bits + 1;
-    positionMask_ = (1u << positionBits_) - 1;
-    return true;
 }
 
 } // namespace tvut

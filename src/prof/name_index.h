@@ -2,8 +2,11 @@
 //
 // Open addressing; a slot is one word. It holds the position of an entry, whether more entries of
 // that name follow, and, in what bits are left, the low bits of the entry's key, so that hardly any
-// entry is looked at in vain. There is no text of its own: keys and names are the list's entries. An
-// index that cannot be had for lack of memory is done without; the walk gives the same answers.
+// entry is looked at in vain. There is no text of its own: keys and names are the list's entries.
+//
+// Its memory is taken when the list grows and its slots are filled at the first lookup: so a lookup
+// never allocates, and a list that is only loaded, walked or appended to pays next to nothing. An index
+// that cannot be had for lack of memory is done without; the walk gives the same answers.
 #pragma once
 
 #include "prof/item_list.h"
@@ -17,13 +20,23 @@ class clsNameIndex {
     clsNameIndex& operator=(const clsNameIndex&) = delete;
     ~clsNameIndex();
 
-    // Takes in all entries of a list. False when memory runs out; the index is of no use then.
-    bool Build(const clsItemList& list) noexcept;
+    // Takes memory for up to so many entries; what was filled is void. False when there is none.
+    bool Reserve(std::uint32_t count) noexcept;
+
+    // Voids what was filled: the list's positions have changed.
+    void Clear() noexcept { filled_ = false; }
+
+    bool IsFilled() const { return filled_; }
+
+    // Takes in all entries of a list, which are no more than there is room for.
+    void Fill(const clsItemList& list) noexcept;
+
+    // The calls below are for a filled index.
 
     scMatch Find(const clsItemList& list, std::uint32_t key, std::u16string_view name) const;
 
-    // Takes in the last entry of a list. False as for Build.
-    bool Append(const clsItemList& list) noexcept;
+    // Takes in the entry at a position behind all that it knows.
+    void Append(const clsItemList& list, std::uint32_t position) noexcept;
 
     // Forgets the name and kind of an entry that is still in its place.
     void Remove(const clsItemList& list, std::uint32_t position) noexcept;
@@ -39,8 +52,6 @@ class clsNameIndex {
     std::uint32_t Tag(std::uint32_t key) const { return key << positionBits_ & ~(positionMask_ | repeats); }
     std::uint32_t Home(std::uint32_t key) const { return (key * 0x9E3779B1u) >> shift_; }
     std::uint32_t SlotOf(const clsItemList& list, std::uint32_t key, std::u16string_view name) const;
-    void Put(const clsItemList& list, std::uint32_t position) noexcept;
-    bool Allocate(std::uint32_t bits) noexcept;
 
     clsSlab& slab_;
     std::uint32_t* slots_ = nullptr;
@@ -48,7 +59,7 @@ class clsNameIndex {
     std::uint32_t shift_ = 32;
     std::uint32_t positionBits_ = 0;
     std::uint32_t positionMask_ = 0;
-    std::uint32_t count_ = 0;
+    bool filled_ = false;
 };
 
 } // namespace tvut

@@ -2,6 +2,7 @@
 
 #include "prof/name_index.h"
 
+#include <bit>
 #include <new>
 
 namespace tvut {
@@ -9,6 +10,9 @@ namespace tvut {
 namespace {
 
 constexpr std::uint32_t toleratedGaps = 16;
+
+// A walk over fewer entries costs no more than a look into an index.
+constexpr std::uint32_t indexedFrom = 128;
 
 } // namespace
 
@@ -82,8 +86,24 @@ clsItem& clsTree::NewEntry(clsItemList& list) {
 }
 
 void clsTree::Added(clsItemList& list) noexcept {
-    ++list.used_;
-    if (list.index_ && !list.index_->Append(list))
+    const std::uint32_t position = list.used_++;
+    if (list.used_ >= indexedFrom && std::has_single_bit(list.used_))
+        ReserveIndex(list, list.used_ * 2);
+    else if (list.index_ && list.index_->IsFilled())
+        list.index_->Append(list, position);
+}
+
+// Gives a list an index for up to so many entries, to be filled when it is first needed; or none, when
+// there is no memory for it.
+void clsTree::ReserveIndex(clsItemList& list, std::uint32_t count) noexcept {
+    if (!list.index_) {
+        try {
+            list.index_ = new (slab_.Allocate(sizeof(clsNameIndex))) clsNameIndex(slab_);
+        } catch (const std::bad_alloc&) {
+            return;
+        }
+    }
+    if (!list.index_->Reserve(count))
         DropIndex(list);
 }
 
@@ -141,7 +161,7 @@ void clsTree::RemoveAll(clsItemList& list, EntryKind kind, const scName& name) n
     const scMatch first = list.Find(kind, name);
     if (first.position == clsItemList::notFound)
         return;
-    if (list.index_)
+    if (list.index_) // filled by Find
         list.index_->Remove(list, first.position);
     MakeGap(list, first.position);
     if (first.mayRepeat) {
@@ -153,7 +173,7 @@ void clsTree::RemoveAll(clsItemList& list, EntryKind kind, const scName& name) n
 }
 
 void clsTree::RemoveAt(clsItemList& list, std::uint32_t position) noexcept {
-    if (list.index_)
+    if (list.index_ && list.index_->IsFilled())
         list.index_->RemoveAt(list, position);
     MakeGap(list, position);
     Close(list);
@@ -184,7 +204,8 @@ void clsTree::MakeGap(clsItemList& list, std::uint32_t position) noexcept {
 void clsTree::Close(clsItemList& list) noexcept {
     if (list.gaps_ <= toleratedGaps || list.gaps_ <= list.used_ / 2 || walks_)
         return;
-    DropIndex(list);
+    if (list.index_)
+        list.index_->Clear();
     std::uint32_t kept = 0;
     for (std::uint32_t i = 0; i < list.used_; ++i) {
         const clsItem entry = list.entries_.At(i);

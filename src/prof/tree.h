@@ -62,6 +62,7 @@ class clsTree {
 
     clsItem& NewEntry(clsItemList& list);
     void Added(clsItemList& list) noexcept;
+    void ReserveIndex(clsItemList& list, std::uint32_t count) noexcept;
     void AddItem(clsItemList& list, std::uint32_t key, clsTextHolder& name, clsTextHolder& value);
     clsItemList* AddList(clsItemList& list, std::uint32_t key, clsTextHolder& name);
     void CopyItem(clsItemList& destination, const clsItem& item, bool sameTree);
@@ -74,8 +75,6 @@ class clsTree {
     void ReleaseEntries(clsItemList& list) noexcept;
     void DestroyList(clsItemList* list) noexcept;
     void FreeList(clsItemList* list) noexcept;
-
-    friend class clsItemList;
 
     clsSlab slab_;
     clsTextStore texts_;

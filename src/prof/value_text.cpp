@@ -126,6 +126,11 @@ template bool clsValueScanner::Integer<16>(std::uint64_t&);
 
 namespace {
 
+// The C runtime takes a "d" for an exponent, too.
+bool IsExponentMark(char16_t c) {
+    return (c | 0x20) == u'e' || (c | 0x20) == u'd';
+}
+
 // The part of a text that is a decimal number with optional fraction and exponent.
 std::u16string_view NumberPart(std::u16string_view text) {
     std::size_t at = 0;
@@ -145,7 +150,7 @@ std::u16string_view NumberPart(std::u16string_view text) {
     if (count == 0)
         return {};
     const std::size_t mantissa = at;
-    if (at < text.size() && (text[at] | 0x20) == u'e') {
+    if (at < text.size() && IsExponentMark(text[at])) {
         ++at;
         if (at < text.size() && (text[at] == u'-' || text[at] == u'+'))
             ++at;
@@ -158,7 +163,7 @@ std::u16string_view NumberPart(std::u16string_view text) {
 // A number whose exponent is out of range: nothing or infinity, as its leading digit's place tells.
 double OutOfRange(std::string_view number) {
     const bool negative = number.front() == '-';
-    const std::size_t exponentAt = number.find_first_of("eE");
+    const std::size_t exponentAt = number.find('e');
     std::int32_t exponent = 0;
     if (exponentAt != std::string_view::npos) {
         const char* begin = number.data() + exponentAt + 1;
@@ -200,7 +205,8 @@ double ProfpScanDouble(std::u16string_view text) {
         longBuffer.resize(number.size());
         digits = longBuffer.data();
     }
-    std::transform(number.begin(), number.end(), digits, [](char16_t c) { return static_cast<char>(c); });
+    std::transform(number.begin(), number.end(), digits,
+                   [](char16_t c) { return IsExponentMark(c) ? 'e' : static_cast<char>(c); });
     return ConvertNumber(digits, digits + number.size());
 }
 

@@ -1,0 +1,10 @@
+// What the memory for exceptions needs to know of threads; see exception_memory.cpp.
+#pragma once
+
+namespace tvut {
+
+// A thread ends, or the library is unloaded: what the calling thread holds is given back.
+void PlatformThreadEnds() noexcept;
+void PlatformExceptionsEnd() noexcept;
+
+} // namespace tvut
