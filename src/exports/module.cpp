@@ -26,6 +26,7 @@ std::uint32_t ProcessSeed() {
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
     switch (reason) {
     case DLL_PROCESS_ATTACH:
+        tvut::PlatformExceptionsBegin();
         tvut::PlatformNoteHost();
         tvut::g_hashSeed = ProcessSeed();
         break;

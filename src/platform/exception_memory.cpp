@@ -9,6 +9,8 @@
 
 #ifdef __MINGW32__
 
+#include "platform/exception.h"
+
 #include <array>
 #include <atomic>
 #include <cstddef>
@@ -125,6 +127,15 @@ scGlobals* __cxa_get_globals_fast() noexcept {
 
 namespace tvut {
 
+// The first throw sorts the tables that unwinding searches and allocates the lock around them. Without
+// memory it would fail in ways that cannot be caught, so it happens now.
+void PlatformExceptionsBegin() noexcept {
+    try {
+        throw clsException("none");
+    } catch (const clsException&) { // all is ready now
+    }
+}
+
 void PlatformThreadEnds() noexcept {
     if (void* const globals = TlsGetValue(globalsSlot)) {
         TlsSetValue(globalsSlot, nullptr);
@@ -141,6 +152,7 @@ void PlatformExceptionsEnd() noexcept {
 
 #else
 
+void tvut::PlatformExceptionsBegin() noexcept {}
 void tvut::PlatformThreadEnds() noexcept {}
 void tvut::PlatformExceptionsEnd() noexcept {}
 

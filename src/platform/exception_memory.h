@@ -3,6 +3,9 @@
 
 namespace tvut {
 
+// The library is loaded: makes what the runtime makes at the first exception of a process.
+void PlatformExceptionsBegin() noexcept;
+
 // A thread ends, or the library is unloaded: what the calling thread holds is given back.
 void PlatformThreadEnds() noexcept;
 void PlatformExceptionsEnd() noexcept;

@@ -10,9 +10,12 @@ namespace tvut {
 
 namespace {
 
-// What the C runtime's swscanf skips before a number.
+// What the C runtime skips before a number: the controls of white space and Unicode's space separators.
 bool IsBlank(char16_t c) {
-    return (c >= 0x09 && c <= 0x0D) || c == 0x20 || c == 0x85 || c == 0xA0;
+    if (c < 0x80)
+        return c == u' ' || (c >= 0x09 && c <= 0x0D);
+    return c == 0xA0 || c == 0x1680 || (c >= 0x2000 && c <= 0x200A) || c == 0x2028 || c == 0x2029 ||
+           c == 0x202F || c == 0x205F || c == 0x3000;
 }
 
 bool IsDigit(char16_t c) {
