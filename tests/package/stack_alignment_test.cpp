@@ -46,6 +46,8 @@ _StackAtCall:
     ret
 )");
 
+extern "C" int __stdcall MisalignmentOfAVector(int number);
+
 namespace {
 
 void AppendWords(std::basic_string<std::uint32_t>& words, double value) {
@@ -93,6 +95,10 @@ std::wstring TemporaryFile() {
 
 TEST_P(StackOff, TheStackIsReallyOff) {
     EXPECT_EQ(Call(StackAtCall) % 16, (16 - GetParam()) % 16);
+}
+
+TEST_P(StackOff, TheLibrarysFlagsAlignIt) {
+    EXPECT_EQ(Call(MisalignmentOfAVector, 41), 0u);
 }
 
 // A profile's whole life: every part of the library that spills to the stack has its turn.
