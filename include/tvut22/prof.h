@@ -219,15 +219,17 @@ TVUT22_API void TVUT22_CALL ProfEmptyList(ProfJob job, ProfList list);
  * Nothing is merged. The two may be of one job, even the same list or one inside the other: what is
  * copied is what was there when the call began.
  *
- * Result  PROF_OK; PROF_INVALID_JOB for an invalid source job; PROF_COPY_FAILED for another failure
- *         (what was copied before stays).
+ * Result  PROF_OK; PROF_INVALID_JOB for an invalid source job; PROF_COPY_FAILED for another failure,
+ *         an invalid destination job among them (what was copied before stays).
  */
 TVUT22_API INT TVUT22_CALL ProfCopyList(ProfJob destinationJob, ProfList destinationList, ProfJob sourceJob,
                                         ProfList sourceList);
 
 /* Called once an entry by ProfEnum. name and value (empty for a list) are valid during the call;
  * subList is 0 for an item. Return 0 to stop. The callback may change the profile: deleted entries
- * are not visited any more, entries appended since the walk began are not visited either. */
+ * are not visited any more, entries appended since the walk began are not visited either, and
+ * emptying or deleting the list itself ends the walk. A job whose last reference the callback closes
+ * lives until the walk ends. */
 typedef BOOL(TVUT22_CALL* ProfEnumCallbackA)(ProfJob job, const char* name, const char* value,
                                              ProfList subList, UINT_PTR user);
 typedef BOOL(TVUT22_CALL* ProfEnumCallbackW)(ProfJob job, const wchar_t* name, const wchar_t* value,

@@ -12,7 +12,7 @@ clsNameIndex::~clsNameIndex() {
     slab_.Free(slots_, capacity_ * sizeof(std::uint32_t));
 }
 
-// Between half and a quarter of the slots get used, and positions take one bit more than that: a list
+// At most half of the slots get used, and positions take one bit more than that: a list
 // with gaps has more positions than entries.
 bool clsNameIndex::Reserve(std::uint32_t count) noexcept {
     const auto bits = static_cast<std::uint32_t>(std::bit_width(count - 1)) + 1;

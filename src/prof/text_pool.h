@@ -79,6 +79,12 @@ class clsTextStore {
             ++text->references;
         return text;
     }
+
+    // A text that is in the tree already, for one more entry: shared, unless equal texts are not.
+    scText* Again(scText* text) {
+        return pooling_ || !text ? Share(text) : Create(ProfpView(text), Pool::none);
+    }
+
     void Release(scText* text) noexcept {
         if (text && --text->references == 0)
             Destroy(text);

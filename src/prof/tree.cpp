@@ -14,6 +14,16 @@ constexpr std::uint32_t toleratedGaps = 16;
 // A walk over fewer entries costs no more than a look into an index.
 constexpr std::uint32_t indexedFrom = 128;
 
+// An index grows by this factor. A larger one is filled anew, and with steps of two that would come to
+// two fillings of each entry of a growing list.
+constexpr std::uint32_t indexGrowth = 4;
+
+// Whether a list of so many entries is where its index gets larger: 128, 512, 2048 and so on.
+bool IsIndexStep(std::uint32_t count) {
+    return count >= indexedFrom && std::has_single_bit(count) &&
+           std::countr_zero(count / indexedFrom) % std::countr_zero(indexGrowth) == 0;
+}
+
 } // namespace
 
 // Returns a text to its store unless the entry that was to hold it came about.
@@ -40,6 +50,12 @@ void clsTree::AppendItem(clsItemList& list, const scName& name, std::u16string_v
     clsTextHolder nameText(texts_, texts_.Name(name.text, name.hash));
     clsTextHolder valueText(texts_, texts_.Value(value));
     AddItem(list, name.Key(EntryKind::item), nameText, valueText);
+}
+
+void clsTree::AppendItem(clsItemList& list, const clsItem& namesake, std::u16string_view value) {
+    clsTextHolder nameText(texts_, texts_.Again(namesake.name));
+    clsTextHolder valueText(texts_, texts_.Value(value));
+    AddItem(list, namesake.key, nameText, valueText);
 }
 
 clsItemList* clsTree::AppendList(clsItemList& list, const scName& name) {
@@ -87,8 +103,8 @@ clsItem& clsTree::NewEntry(clsItemList& list) {
 
 void clsTree::Added(clsItemList& list) noexcept {
     const std::uint32_t position = list.used_++;
-    if (list.used_ >= indexedFrom && std::has_single_bit(list.used_))
-        ReserveIndex(list, list.used_ * 2);
+    if (IsIndexStep(list.used_))
+        ReserveIndex(list, list.used_ * indexGrowth);
     else if (list.index_ && list.index_->IsFilled())
         list.index_->Append(list, position);
 }
@@ -140,13 +156,13 @@ void clsTree::Copy(clsItemList& destination, clsItemList& source) {
 
 scText* clsTree::CopyName(const clsItem& entry, bool sameTree) {
     if (sameTree)
-        return clsTextStore::Share(entry.name);
+        return texts_.Again(entry.name);
     return texts_.Name(entry.Name(), UtilpHashText(entry.Name()));
 }
 
 void clsTree::CopyItem(clsItemList& destination, const clsItem& item, bool sameTree) {
     clsTextHolder name(texts_, CopyName(item, sameTree));
-    clsTextHolder value(texts_, sameTree ? clsTextStore::Share(item.value) : texts_.Value(item.Value()));
+    clsTextHolder value(texts_, sameTree ? texts_.Again(item.value) : texts_.Value(item.Value()));
     AddItem(destination, item.key, name, value);
 }
 

@@ -23,6 +23,9 @@ class clsTree {
     void AppendItem(clsItemList& list, const scName& name, std::u16string_view value);
     clsItemList* AppendList(clsItemList& list, const scName& name);
 
+    // Appends an item with the name of one that this tree has.
+    void AppendItem(clsItemList& list, const clsItem& namesake, std::u16string_view value);
+
     // Gives the first item of that name a new value, or appends one.
     void SetItem(clsItemList& list, const scName& name, std::u16string_view value);
 

@@ -40,6 +40,7 @@ class clsTextParser {
             case u'}':
                 if (list == &target)
                     return;
+                model_ = list;
                 list = list->Parent();
                 break;
             default:
@@ -56,7 +57,19 @@ class clsTextParser {
             name = Unmarked(name, name_, ProfpUnmarkInName);
             value = Unmarked(value, value_, ProfpUnmarkInValue);
         }
-        list.Tree()->AppendItem(list, scName(name), value);
+        if (const clsItem* const alike = ModelOf(list, name))
+            list.Tree()->AppendItem(list, *alike, value);
+        else
+            list.Tree()->AppendItem(list, scName(name), value);
+    }
+
+    // Lists beside each other tend to hold items of the same names in the same order: the item at the
+    // same place of the list before, if its name is the same, saves hashing and looking for it.
+    const clsItem* ModelOf(const clsItemList& list, std::u16string_view name) const {
+        if (!model_ || list.End() >= model_->End())
+            return nullptr;
+        const clsItem& candidate = model_->At(list.End());
+        return candidate.IsItem() && UtilpEqual(candidate.Name(), name) ? &candidate : nullptr;
     }
 
     static std::u16string_view Unmarked(std::u16string_view text, std::u16string& buffer,
@@ -68,6 +81,7 @@ class clsTextParser {
     }
 
     clsLineReader& lines_;
+    const clsItemList* model_ = nullptr; // the list that ended last
     std::u16string name_;
     std::u16string value_;
 };
