@@ -148,6 +148,9 @@ void Convert(const Char* text, Out* out, const Out* defaultValue) {
 
 // ---- The names ------------------------------------------------------------------------------------
 
+// A type cannot stand in parentheses.
+// NOLINTBEGIN(bugprone-macro-parentheses)
+
 // Append and Set of one type, in both character types. Argument is what the caller passes.
 #define TVUT_ADD_EXPORTS(Name, Type, Argument)                                                               \
     void TVUT22_CALL ProfAppend##Name##A(ProfJob job, ProfList list, const char* path, Argument value) {     \
@@ -181,6 +184,8 @@ void Convert(const Char* text, Out* out, const Out* defaultValue) {
     void TVUT22_CALL ProfLPSTRto##Name##W(const wchar_t* text, Out* out, Default defaultValue) {             \
         Convert<Type>(text, out, defaultValue);                                                              \
     }
+
+// NOLINTEND(bugprone-macro-parentheses)
 
 TVUT_ADD_EXPORTS(Bool, clsBoolType, BOOL)
 TVUT_ADD_EXPORTS(Int, clsIntType, INT)

@@ -92,6 +92,8 @@ const DWORD globalsSlot = TlsAlloc();
 
 } // namespace
 
+// The names are the runtime's.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 
 void* __cxa_allocate_exception(std::size_t bytes) noexcept {
@@ -124,6 +126,7 @@ scGlobals* __cxa_get_globals_fast() noexcept {
 }
 
 } // extern "C"
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace tvut {
 

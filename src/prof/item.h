@@ -28,7 +28,7 @@ struct clsItem {
     bool IsList() const { return Kind() == EntryKind::list; }
     bool IsGap() const { return Kind() == EntryKind::gap; }
     std::u16string_view Name() const { return ProfpView(name); }
-    std::u16string_view Value() const { return IsItem() ? ProfpView(value) : std::u16string_view(u"", 0); }
+    std::u16string_view Value() const { return IsItem() ? ProfpView(value) : emptyText; }
 };
 
 } // namespace tvut

@@ -26,8 +26,11 @@ struct scText {
     const char16_t* Characters() const { return reinterpret_cast<const char16_t*>(this + 1); }
 };
 
+// The empty text as callers see it, terminated like any other.
+constexpr std::u16string_view emptyText = u"";
+
 inline std::u16string_view ProfpView(const scText* text) {
-    return text ? std::u16string_view(text->Characters(), text->length) : std::u16string_view(u"", 0);
+    return text ? std::u16string_view(text->Characters(), text->length) : emptyText;
 }
 
 // The texts of one kind that were used last: a table of pairs of places, the newer one first.
