@@ -5,8 +5,6 @@
 #include "prof/debug_list.h"
 #include "prof/path.h"
 
-#include <memory>
-
 using namespace tvut;
 
 namespace {
@@ -112,20 +110,6 @@ class clsWideResult {
     const wchar_t* text_;
 };
 
-class clsAnsiResult {
-  public:
-    explicit clsAnsiResult(std::u16string_view text) {
-        const unsigned codePage = UtilpCodePage();
-        const std::size_t size = PlatformEncodedSize(codePage, text);
-        text_ = std::make_unique_for_overwrite<char[]>(size + 1);
-        text_[PlatformEncode(codePage, text, text_.get(), size)] = '\0';
-    }
-    const char* Get() const { return text_.get(); }
-
-  private:
-    std::unique_ptr<char[]> text_;
-};
-
 template <class Result, class Callback>
 BOOL Walk(clsProfJob& job, clsItemList& list, Callback callback, UINT_PTR user) {
     const clsJobKeeper jobKeeper(job);
@@ -213,7 +197,7 @@ INT TVUT22_CALL ProfCopyList(ProfJob destinationJob, ProfList destinationList, P
 }
 
 BOOL TVUT22_CALL ProfEnumA(ProfJob job, ProfList list, ProfEnumCallbackA callback, UINT_PTR user) {
-    return Enumerate<clsAnsiResult>(job, list, callback, user);
+    return Enumerate<clsAnsiText>(job, list, callback, user);
 }
 BOOL TVUT22_CALL ProfEnumW(ProfJob job, ProfList list, ProfEnumCallbackW callback, UINT_PTR user) {
     return Enumerate<clsWideResult>(job, list, callback, user);

@@ -5,7 +5,6 @@
 #include "prof/path.h"
 
 #include <algorithm>
-#include <string>
 
 using namespace tvut;
 
@@ -45,21 +44,9 @@ void FillFromStored(wchar_t* buffer, UINT size, std::u16string_view text) {
     Fill(buffer, size, std::wstring_view(ToWide(text.data()), text.size()));
 }
 
-// Each character takes at least as many bytes as a size - 1 byte buffer can hold of it, so no more
-// than that many characters are looked at; short results need no allocation.
+// No character takes less than a byte: what lies beyond the buffer need not be converted.
 void FillFromStored(char* buffer, UINT size, std::u16string_view text) {
-    text = text.substr(0, size - 1);
-    const unsigned codePage = UtilpCodePage();
-    std::array<char, 1024> shortBytes;
-    std::string longBytes;
-    char* bytes = shortBytes.data();
-    std::size_t capacity = shortBytes.size();
-    if (text.size() > shortBytes.size() / 4) {
-        capacity = PlatformEncodedSize(codePage, text);
-        longBytes.resize(capacity);
-        bytes = longBytes.data();
-    }
-    Fill(buffer, size, std::string_view(bytes, PlatformEncode(codePage, text, bytes, capacity)));
+    Fill(buffer, size, clsAnsiText(text.substr(0, size - 1)).View());
 }
 
 template <class Char>

@@ -67,4 +67,33 @@ class clsTextArgument<char> : public clsCharsetConversionString {
     using clsCharsetConversionString::clsCharsetConversionString;
 };
 
+// A stored text as an A form gives it to its caller. Ordinary texts do without an allocation.
+class clsAnsiText {
+  public:
+    explicit clsAnsiText(std::u16string_view text) {
+        const unsigned codePage = UtilpCodePage();
+        char* bytes = buffer_.data();
+        std::size_t room = buffer_.size() - 1;
+        if (text.size() > room / mostBytesPerUnit) {
+            room = PlatformEncodedSize(codePage, text);
+            long_ = std::make_unique_for_overwrite<char[]>(room + 1);
+            bytes = long_.get();
+        }
+        view_ = {bytes, PlatformEncode(codePage, text, bytes, room)};
+        bytes[view_.size()] = '\0';
+    }
+    clsAnsiText(const clsAnsiText&) = delete;
+    clsAnsiText& operator=(const clsAnsiText&) = delete;
+
+    std::string_view View() const { return view_; }
+    const char* Get() const { return view_.data(); } // terminated
+
+  private:
+    static constexpr std::size_t mostBytesPerUnit = 4; // of any code page
+
+    std::string_view view_;
+    std::unique_ptr<char[]> long_;
+    std::array<char, 1024> buffer_;
+};
+
 } // namespace tvut

@@ -116,7 +116,6 @@ void clsFileSink::Write(const void* data, std::size_t bytes) {
 
 void clsFileSink::Finish() {
     Require(SetEndOfFile(file_), "file cannot be cut");
-    Require(FlushFileBuffers(file_), "file cannot be flushed");
 }
 
 // ---- Replacing a file -------------------------------------------------------------------------

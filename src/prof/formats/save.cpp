@@ -4,6 +4,8 @@
 #include "prof/formats/form.h"
 #include "runtime/diagnostics.h"
 
+#include <string>
+
 namespace tvut {
 
 namespace {
@@ -13,9 +15,30 @@ bool WantsCompression(std::uint32_t flags, bool wasCompressed) {
            ((flags & saveFlags::compressedAsRead) != 0 && wasCompressed);
 }
 
-void WriteCompressed(const IclsFormWriter& form, const clsItemList& root, clsByteSink& target) {
-    clsCompressingSink sink(target);
-    form.Write(root, sink);
+// Collects what is written in memory.
+class clsMemorySink final : public clsByteSink {
+  public:
+    void Extend(std::uint64_t) override {}
+    void Write(const void* data, std::size_t bytes) override {
+        bytes_.append(static_cast<const char*>(data), bytes);
+    }
+    void Finish() override {}
+    const std::string& Bytes() const { return bytes_; }
+
+  private:
+    std::string bytes_;
+};
+
+// The wrapper's length shows in the end only, and a sink wants it before: it must know that there is
+// room before it overwrites anything. So the wrapper is made in memory.
+void WriteCompressed(const IclsFormWriter& form, const clsItemList& root, IclsSinkMaker& maker) {
+    clsMemorySink wrapped;
+    clsCompressingSink compressing(wrapped);
+    form.Write(root, compressing);
+    compressing.Finish();
+    clsByteSink& sink = maker.MakeSink();
+    sink.Extend(wrapped.Bytes().size());
+    sink.Write(wrapped.Bytes().data(), wrapped.Bytes().size());
     sink.Finish();
 }
 
@@ -40,7 +63,7 @@ bool ProfpSave(const clsItemList& root, std::uint32_t flags, bool wasCompressed,
         return false;
     }
     if (compress)
-        WriteCompressed(*form, root, maker.MakeSink());
+        WriteCompressed(*form, root, maker);
     else
         WritePlain(*form, root, bytes, maker.MakeSink());
     return true;
