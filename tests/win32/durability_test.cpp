@@ -85,11 +85,14 @@ class Steps {
 constexpr wchar_t kName[] = L"target.prf";
 
 /// The new contents differ from the old in every line and are several buffers long.
-Job newProfile() {
-    Job job;
+Job withNewContents(Job job) {
     for (int i = 0; i < 4000; ++i)
         ProfAppendStringW(job, 0, (L"new" + std::to_wstring(i)).c_str(), L"some new value");
     return job;
+}
+
+Job newProfile() {
+    return withNewContents(Job());
 }
 
 Bytes oldContents() {
@@ -100,37 +103,26 @@ INT save(const std::wstring& path, UINT flags) {
     return ProfSaveW(newProfile(), path.c_str(), flags);
 }
 
-std::wstring program() {
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return path;
+/// Starts this program anew, as the saver of the tests below.
+Handle start(const wchar_t* role, int step, UINT flags, const std::wstring& path) {
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    std::wstring line = L"\"" + std::wstring(program) + L"\" " + role + L" " + std::to_wstring(step) + L" " +
+                        std::to_wstring(flags) + L" \"" + path + L"\"";
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION info{};
+    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info))
+        CloseHandle(info.hThread);
+    return Handle(info.hProcess);
 }
 
-class Process {
-  public:
-    explicit Process(const std::wstring& arguments) {
-        std::wstring line = L"\"" + program() + L"\" " + arguments;
-        STARTUPINFOW startup{};
-        startup.cb = sizeof startup;
-        if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                           &info_))
-            CloseHandle(info_.hThread);
-    }
-    ~Process() { CloseHandle(info_.hProcess); }
-    Process(const Process&) = delete;
-    Process& operator=(const Process&) = delete;
-
-    void kill() const { TerminateProcess(info_.hProcess, kDied); }
-    DWORD exitCode() const {
-        WaitForSingleObject(info_.hProcess, INFINITE);
-        DWORD code = 0;
-        GetExitCodeProcess(info_.hProcess, &code);
-        return code;
-    }
-
-  private:
-    PROCESS_INFORMATION info_{};
-};
+DWORD exitCodeOf(const Handle& process) {
+    DWORD code = 0;
+    WaitForSingleObject(process.get(), INFINITE);
+    GetExitCodeProcess(process.get(), &code);
+    return code;
+}
 
 class Durability : public ::testing::TestWithParam<UINT> {
   protected:
@@ -147,9 +139,7 @@ TEST_P(Durability, AProcessThatDiesAtAnyStepOfASaveLeavesTheOldOrTheNewFile) {
             std::filesystem::remove(path);
             if (present)
                 writeFile(path, before);
-            const std::wstring arguments = L"--die " + std::to_wstring(++step) + L" " +
-                                           std::to_wstring(GetParam()) + L" \"" + path + L"\"";
-            code = Process(arguments).exitCode();
+            code = exitCodeOf(start(L"--die", ++step, GetParam(), path));
             const Bytes now = readFile(path);
             EXPECT_TRUE(now == after || (present ? now == before : !std::filesystem::exists(path)))
                 << "step " << step << ": " << now.size() << " bytes";
@@ -168,11 +158,11 @@ TEST_P(Durability, AProcessKilledFromOutsideLeavesTheOldOrTheNewFile) {
     for (int round = 0; round < 20; ++round) {
         writeFile(path, before);
         const Handle started(CreateSemaphoreW(nullptr, 0, 1000000, L"tvut22-test-saves"));
-        const Process process(L"--loop 0 " + std::to_wstring(GetParam()) + L" \"" + path + L"\"");
+        const Handle process = start(L"--loop", 0, GetParam(), path);
         for (int saves = 0; saves <= round; ++saves)
             WaitForSingleObject(started.get(), INFINITE);
-        process.kill();
-        EXPECT_EQ(process.exitCode(), kDied);
+        TerminateProcess(process.get(), kDied);
+        EXPECT_EQ(exitCodeOf(process), kDied);
         const Bytes now = readFile(path);
         EXPECT_TRUE(now == before || now == after) << now.size() << " bytes";
         ++both[now == after];
@@ -210,9 +200,7 @@ TEST(HeldFile, KeepsItsContentsWhenTheFirstWritesFail) {
     const TempFolder folder;
     const std::wstring path = folder / kName;
     writeFile(path, oldContents());
-    const Job job(ProfJobOpenExclusiveW(path.c_str()));
-    for (int i = 0; i < 4000; ++i)
-        ProfAppendStringW(job, 0, (L"new" + std::to_wstring(i)).c_str(), L"some new value");
+    const Job job = withNewContents(Job(ProfJobOpenExclusiveW(path.c_str())));
     {
         const Steps watched(Fault::Fail, 1);
         EXPECT_EQ(ProfSaveW(job, nullptr, 0), PROF_SAVE_FAILED);
