@@ -3,7 +3,6 @@
 #include "support/import_hook.h"
 #include "support/piece_stream.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <optional>
 
@@ -103,11 +102,11 @@ INT save(const std::wstring& path, UINT flags) {
     return ProfSaveW(newProfile(), path.c_str(), flags);
 }
 
-/// Starts this program anew, as the saver of the tests below.
-Handle start(const wchar_t* role, int step, UINT flags, const std::wstring& path) {
+/// Starts this program anew, as the saver of the test below.
+Handle start(int step, UINT flags, const std::wstring& path) {
     wchar_t program[MAX_PATH];
     GetModuleFileNameW(nullptr, program, MAX_PATH);
-    std::wstring line = L"\"" + std::wstring(program) + L"\" " + role + L" " + std::to_wstring(step) + L" " +
+    std::wstring line = L"\"" + std::wstring(program) + L"\" " + std::to_wstring(step) + L" " +
                         std::to_wstring(flags) + L" \"" + path + L"\"";
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
@@ -139,7 +138,7 @@ TEST_P(Durability, AProcessThatDiesAtAnyStepOfASaveLeavesTheOldOrTheNewFile) {
             std::filesystem::remove(path);
             if (present)
                 writeFile(path, before);
-            code = exitCodeOf(start(L"--die", ++step, GetParam(), path));
+            code = exitCodeOf(start(++step, GetParam(), path));
             const Bytes now = readFile(path);
             EXPECT_TRUE(now == after || (present ? now == before : !std::filesystem::exists(path)))
                 << "step " << step << ": " << now.size() << " bytes";
@@ -150,26 +149,6 @@ TEST_P(Durability, AProcessThatDiesAtAnyStepOfASaveLeavesTheOldOrTheNewFile) {
         EXPECT_EQ(readFile(path), after);
         EXPECT_GT(step, 3) << "the process was hardly stopped anywhere";
     }
-}
-
-TEST_P(Durability, AProcessKilledFromOutsideLeavesTheOldOrTheNewFile) {
-    const Bytes before = saved(opened(oldContents()), GetParam()), after = saved(newProfile(), GetParam());
-    int both[2] = {};
-    for (int round = 0; round < 20; ++round) {
-        writeFile(path, before);
-        const Handle started(CreateSemaphoreW(nullptr, 0, 1000000, L"tvut22-test-saves"));
-        const Handle process = start(L"--loop", 0, GetParam(), path);
-        for (int saves = 0; saves <= round; ++saves)
-            WaitForSingleObject(started.get(), INFINITE);
-        TerminateProcess(process.get(), kDied);
-        EXPECT_EQ(exitCodeOf(process), kDied);
-        const Bytes now = readFile(path);
-        EXPECT_TRUE(now == before || now == after) << now.size() << " bytes";
-        ++both[now == after];
-        EXPECT_LE(folder.count(), 2);
-        folder.keepOnly(kName);
-    }
-    std::printf("killed: %d times the old file, %d times the new one\n", both[0], both[1]);
 }
 
 TEST_P(Durability, AFailureAtAnyStepLeavesTheOldFileOrIsOvercome) {
@@ -237,29 +216,17 @@ TEST(FullDisk, FailsTheSaveAndKeepsTheOldFile) {
     EXPECT_EQ(readFile(path), before);
 }
 
-/// The other side of the tests above: saves once with a fault, or until killed.
-int saveAsChild(char** arguments) {
-    const std::wstring path = toWide(arguments[4], CP_ACP);
-    const UINT flags = static_cast<UINT>(std::atoi(arguments[3]));
-    if (std::string_view(arguments[1]) == "--die") {
-        const Steps watched(Fault::Die, std::atoi(arguments[2]));
-        return save(path, flags) == PROF_OK ? 0 : 1;
-    }
-    const Handle started(OpenSemaphoreW(SEMAPHORE_MODIFY_STATE, FALSE, L"tvut22-test-saves"));
-    const Job jobs[] = {newProfile(), opened(oldContents())};
-    for (int save = 0;; ++save) {
-        ReleaseSemaphore(started.get(), 1, nullptr);
-        ProfSaveW(jobs[save % 2], path.c_str(), flags);
-    }
-}
-
 } // namespace
 } // namespace testing_prof
 
+// As its own child process: saves once and dies at a step.
 int main(int count, char** arguments) {
-    const std::string_view role = count == 5 ? arguments[1] : "";
-    if (role == "--die" || role == "--loop")
-        return testing_prof::saveAsChild(arguments);
+    using namespace testing_prof;
+    if (count == 4) {
+        const Steps watched(Fault::Die, std::atoi(arguments[1]));
+        return save(toWide(arguments[3], CP_ACP), static_cast<UINT>(std::atoi(arguments[2]))) == PROF_OK ? 0
+                                                                                                         : 1;
+    }
     ::testing::InitGoogleTest(&count, arguments);
     return RUN_ALL_TESTS();
 }

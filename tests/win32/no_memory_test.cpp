@@ -85,6 +85,31 @@ TEST(FailingAllocation, IsReportedByEveryLoadAndSave) {
     }
 }
 
+TYPED_TEST(Memory, AFailedEditChangesNothing) {
+    using Char = typename TypeParam::Char;
+    const std::wstring tree = L"a=1;L{b=2;M{c=3;}}d=;";
+    const auto name = in<Char>(L"new"), path = in<Char>(L"L/M");
+    const std::basic_string<Char> large(100000, Char{'v'});
+    const auto fails = [&](const char* what, auto edit) {
+        bool failed = true;
+        for (int n = 1; failed; ++n) {
+            const Job job(tree);
+            {
+                const CountedAllocations failing(n);
+                edit(job);
+                failed = CountedAllocations::count >= n;
+            }
+            if (failed) {
+                EXPECT_EQ(describe(job), tree) << what << ", allocation " << n;
+            }
+        }
+    };
+    fails("append", [&](ProfJob job) { TypeParam::appendString(job, 0, name.c_str(), large.c_str()); });
+    fails("set", [&](ProfJob job) { TypeParam::setString(job, 0, name.c_str(), large.c_str()); });
+    fails("create", [&](ProfJob job) { TypeParam::createList(job, 0, large.c_str()); });
+    fails("append a list", [&](ProfJob job) { TypeParam::appendList(job, 0, path.c_str()); });
+}
+
 /// Takes all address space and every free block of the heaps. Nothing may allocate while it lives, this
 /// program's own code included.
 class NoMemory {
