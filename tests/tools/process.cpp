@@ -5,30 +5,18 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <thread>
-#include <utility>
 
 namespace prof_test {
 
 namespace {
 
-class Handle {
-  public:
-    Handle() = default;
-    explicit Handle(HANDLE handle) : handle_(handle) {}
-    Handle(Handle&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
-    Handle& operator=(Handle&&) = delete;
-    ~Handle() { close(); }
-
-    HANDLE get() const { return handle_; }
-    void close() {
-        if (HANDLE handle = std::exchange(handle_, nullptr))
-            CloseHandle(handle);
-    }
-
-  private:
-    HANDLE handle_ = nullptr;
+struct Close {
+    using pointer = HANDLE;
+    void operator()(HANDLE handle) const { CloseHandle(handle); }
 };
+using Handle = std::unique_ptr<void, Close>;
 
 struct Pipe {
     Handle read;
@@ -55,7 +43,7 @@ void drain(const Handle& pipe, std::string& text) {
 void feed(Handle& pipe, std::string_view text) {
     DWORD count = 0;
     WriteFile(pipe.get(), text.data(), static_cast<DWORD>(text.size()), &count, nullptr);
-    pipe.close();
+    pipe.reset();
 }
 
 } // namespace
@@ -80,9 +68,9 @@ Outcome run(const std::filesystem::path& program, std::string_view commandLine,
     }
     const Handle thread{process.hThread};
     const Handle running{process.hProcess};
-    in.read.close();
-    out.write.close();
-    err.write.close();
+    in.read.reset();
+    out.write.reset();
+    err.write.reset();
 
     Outcome outcome;
     {

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <random>
+#include <unordered_map>
 
 using namespace tvut;
 
@@ -209,6 +210,28 @@ TEST(Tree, GivesTheAnswersOfAPlainWalk) {
                 twins.Step();
             twins.CompareAll();
         }
+    }
+}
+
+// Two names of one hash, which an index must tell apart by all their characters.
+TEST(Tree, TellsNamesOfOneHashApart) {
+    std::unordered_map<std::uint32_t, std::u16string> seen;
+    std::u16string first, second;
+    for (unsigned i = 0; first.empty() && i < 2'000'000; ++i) {
+        second = u"one beginning " + Number(i);
+        std::u16string& other = seen[scName(second).Key(EntryKind::item)];
+        first = std::exchange(other, second);
+    }
+    ASSERT_FALSE(first.empty());
+    for (const unsigned others : {0u, 500u}) { // without and with an index
+        clsTree tree(true);
+        for (unsigned i = 0; i < others; ++i)
+            ProfpAppendItem(tree.Root(), Number(i), u"v");
+        ProfpAppendItem(tree.Root(), first, u"1");
+        EXPECT_EQ(ProfpFindItem(tree.Root(), second), nullptr);
+        ProfpAppendItem(tree.Root(), second, u"2");
+        EXPECT_EQ(ProfpFindItem(tree.Root(), first)->Value(), u"1");
+        EXPECT_EQ(ProfpFindItem(tree.Root(), second)->Value(), u"2");
     }
 }
 

@@ -3,7 +3,6 @@
 #include "support/import_hook.h"
 #include "support/piece_stream.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <optional>
 
@@ -85,11 +84,14 @@ class Steps {
 constexpr wchar_t kName[] = L"target.prf";
 
 /// The new contents differ from the old in every line and are several buffers long.
-Job newProfile() {
-    Job job;
+Job withNewContents(Job job) {
     for (int i = 0; i < 4000; ++i)
         ProfAppendStringW(job, 0, (L"new" + std::to_wstring(i)).c_str(), L"some new value");
     return job;
+}
+
+Job newProfile() {
+    return withNewContents(Job());
 }
 
 Bytes oldContents() {
@@ -100,37 +102,26 @@ INT save(const std::wstring& path, UINT flags) {
     return ProfSaveW(newProfile(), path.c_str(), flags);
 }
 
-std::wstring program() {
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return path;
+/// Starts this program anew, as the saver of the test below.
+Handle start(int step, UINT flags, const std::wstring& path) {
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    std::wstring line = L"\"" + std::wstring(program) + L"\" " + std::to_wstring(step) + L" " +
+                        std::to_wstring(flags) + L" \"" + path + L"\"";
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION info{};
+    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info))
+        CloseHandle(info.hThread);
+    return Handle(info.hProcess);
 }
 
-class Process {
-  public:
-    explicit Process(const std::wstring& arguments) {
-        std::wstring line = L"\"" + program() + L"\" " + arguments;
-        STARTUPINFOW startup{};
-        startup.cb = sizeof startup;
-        if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                           &info_))
-            CloseHandle(info_.hThread);
-    }
-    ~Process() { CloseHandle(info_.hProcess); }
-    Process(const Process&) = delete;
-    Process& operator=(const Process&) = delete;
-
-    void kill() const { TerminateProcess(info_.hProcess, kDied); }
-    DWORD exitCode() const {
-        WaitForSingleObject(info_.hProcess, INFINITE);
-        DWORD code = 0;
-        GetExitCodeProcess(info_.hProcess, &code);
-        return code;
-    }
-
-  private:
-    PROCESS_INFORMATION info_{};
-};
+DWORD exitCodeOf(const Handle& process) {
+    DWORD code = 0;
+    WaitForSingleObject(process.get(), INFINITE);
+    GetExitCodeProcess(process.get(), &code);
+    return code;
+}
 
 class Durability : public ::testing::TestWithParam<UINT> {
   protected:
@@ -147,9 +138,7 @@ TEST_P(Durability, AProcessThatDiesAtAnyStepOfASaveLeavesTheOldOrTheNewFile) {
             std::filesystem::remove(path);
             if (present)
                 writeFile(path, before);
-            const std::wstring arguments = L"--die " + std::to_wstring(++step) + L" " +
-                                           std::to_wstring(GetParam()) + L" \"" + path + L"\"";
-            code = Process(arguments).exitCode();
+            code = exitCodeOf(start(++step, GetParam(), path));
             const Bytes now = readFile(path);
             EXPECT_TRUE(now == after || (present ? now == before : !std::filesystem::exists(path)))
                 << "step " << step << ": " << now.size() << " bytes";
@@ -160,26 +149,6 @@ TEST_P(Durability, AProcessThatDiesAtAnyStepOfASaveLeavesTheOldOrTheNewFile) {
         EXPECT_EQ(readFile(path), after);
         EXPECT_GT(step, 3) << "the process was hardly stopped anywhere";
     }
-}
-
-TEST_P(Durability, AProcessKilledFromOutsideLeavesTheOldOrTheNewFile) {
-    const Bytes before = saved(opened(oldContents()), GetParam()), after = saved(newProfile(), GetParam());
-    int both[2] = {};
-    for (int round = 0; round < 20; ++round) {
-        writeFile(path, before);
-        const Handle started(CreateSemaphoreW(nullptr, 0, 1000000, L"tvut22-test-saves"));
-        const Process process(L"--loop 0 " + std::to_wstring(GetParam()) + L" \"" + path + L"\"");
-        for (int saves = 0; saves <= round; ++saves)
-            WaitForSingleObject(started.get(), INFINITE);
-        process.kill();
-        EXPECT_EQ(process.exitCode(), kDied);
-        const Bytes now = readFile(path);
-        EXPECT_TRUE(now == before || now == after) << now.size() << " bytes";
-        ++both[now == after];
-        EXPECT_LE(folder.count(), 2);
-        folder.keepOnly(kName);
-    }
-    std::printf("killed: %d times the old file, %d times the new one\n", both[0], both[1]);
 }
 
 TEST_P(Durability, AFailureAtAnyStepLeavesTheOldFileOrIsOvercome) {
@@ -210,9 +179,7 @@ TEST(HeldFile, KeepsItsContentsWhenTheFirstWritesFail) {
     const TempFolder folder;
     const std::wstring path = folder / kName;
     writeFile(path, oldContents());
-    const Job job(ProfJobOpenExclusiveW(path.c_str()));
-    for (int i = 0; i < 4000; ++i)
-        ProfAppendStringW(job, 0, (L"new" + std::to_wstring(i)).c_str(), L"some new value");
+    const Job job = withNewContents(Job(ProfJobOpenExclusiveW(path.c_str())));
     {
         const Steps watched(Fault::Fail, 1);
         EXPECT_EQ(ProfSaveW(job, nullptr, 0), PROF_SAVE_FAILED);
@@ -249,29 +216,17 @@ TEST(FullDisk, FailsTheSaveAndKeepsTheOldFile) {
     EXPECT_EQ(readFile(path), before);
 }
 
-/// The other side of the tests above: saves once with a fault, or until killed.
-int saveAsChild(char** arguments) {
-    const std::wstring path = toWide(arguments[4], CP_ACP);
-    const UINT flags = static_cast<UINT>(std::atoi(arguments[3]));
-    if (std::string_view(arguments[1]) == "--die") {
-        const Steps watched(Fault::Die, std::atoi(arguments[2]));
-        return save(path, flags) == PROF_OK ? 0 : 1;
-    }
-    const Handle started(OpenSemaphoreW(SEMAPHORE_MODIFY_STATE, FALSE, L"tvut22-test-saves"));
-    const Job jobs[] = {newProfile(), opened(oldContents())};
-    for (int save = 0;; ++save) {
-        ReleaseSemaphore(started.get(), 1, nullptr);
-        ProfSaveW(jobs[save % 2], path.c_str(), flags);
-    }
-}
-
 } // namespace
 } // namespace testing_prof
 
+// As its own child process: saves once and dies at a step.
 int main(int count, char** arguments) {
-    const std::string_view role = count == 5 ? arguments[1] : "";
-    if (role == "--die" || role == "--loop")
-        return testing_prof::saveAsChild(arguments);
+    using namespace testing_prof;
+    if (count == 4) {
+        const Steps watched(Fault::Die, std::atoi(arguments[1]));
+        return save(toWide(arguments[3], CP_ACP), static_cast<UINT>(std::atoi(arguments[2]))) == PROF_OK ? 0
+                                                                                                         : 1;
+    }
     ::testing::InitGoogleTest(&count, arguments);
     return RUN_ALL_TESTS();
 }

@@ -1,10 +1,10 @@
 // Jobs: opening by name, errors, sharing, references, options, and saving to files.
-#include "support/debug_output.h"
 #include "support/files.h"
 #include "support/import_hook.h"
 #include "support/piece_stream.h"
 
 #include <cwctype>
+#include <future>
 #include <thread>
 #include <vector>
 
@@ -22,10 +22,6 @@ class Jobs : public ::testing::Test {
     const TempFolder folder;
 };
 TYPED_TEST_SUITE(Jobs, BothForms, FormNames);
-
-bool exists(const std::wstring& path) {
-    return std::filesystem::exists(path);
-}
 
 Bytes fileOf(std::wstring_view tree) {
     return saved(Job(tree));
@@ -59,34 +55,11 @@ TYPED_TEST(Jobs, InvalidAndEmptyJobs) {
 }
 
 TYPED_TEST(Jobs, NamesThatNoFileMayHaveAreRefusedWithoutTouchingTheDisk) {
-    for (const wchar_t* name : {L"CON",
-                                L"con",
-                                L"Con.txt",
-                                L"PRN",
-                                L"AUX.",
-                                L"nul",
-                                L"NUL.prf",
-                                L"COM1",
-                                L"com9.x",
-                                L"LPT1",
-                                L"lpt9",
-                                L"ends.",
-                                L"ends ",
-                                L" ",
-                                L".",
-                                L"..",
-                                L"a?",
-                                L"a*b",
-                                L"a<b",
-                                L"a>b",
-                                L"a\"b",
-                                L"a|b",
-                                L"sub\\a:b",
-                                L"a\tb",
-                                L"a\x01",
-                                L"a\x1F"
-                                L"b",
-                                L""}) {
+    // clang-format off
+    for (const wchar_t* name : {L"CON", L"con", L"Con.txt", L"PRN", L"AUX.", L"nul", L"NUL.prf", L"COM1", L"com9.x",
+                                L"LPT1", L"lpt9", L"ends.", L"ends ", L" ", L".", L"..", L"a?", L"a*b", L"a<b",
+                                L"a>b", L"a\"b", L"a|b", L"sub\\a:b", L"a\tb", L"a\x01", L"a\x1Fg", L""}) {
+        // clang-format on
         for (const Job& job : {this->open(this->folder / name), this->hold(this->folder / name)})
             EXPECT_EQ(job.error(), PROF_OPEN_FAILED) << name;
         const Job job(L"a=1;");
@@ -103,9 +76,9 @@ TYPED_TEST(Jobs, OtherNamesAreCreatedByAnExclusiveOpenOnly) {
                                 L"brackets [1] {2}", L"equals=#;%,"}) {
         const std::wstring path = this->folder / name;
         EXPECT_EQ(this->open(path).error(), PROF_OPEN_FAILED) << name;
-        EXPECT_FALSE(exists(path));
+        EXPECT_FALSE(std::filesystem::exists(path));
         EXPECT_EQ(this->hold(path).error(), PROF_OK) << name;
-        EXPECT_TRUE(exists(path)) << name;
+        EXPECT_TRUE(std::filesystem::exists(path)) << name;
         EXPECT_EQ(this->open(path).error(), PROF_OK) << "an empty file is an empty profile";
     }
     EXPECT_EQ(this->hold(this->folder / L"no folder\\a.prf").error(), PROF_EXCLUSIVE_FAILED);
@@ -119,7 +92,7 @@ TYPED_TEST(Jobs, ANormalOpenLetsGoOfItsFileAndAnExclusiveOneHoldsIt) {
     writeFile(path, fileOf(L"a=1;"));
     constexpr DWORD all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     const auto canOpen = [&](DWORD access, DWORD share) {
-        return static_cast<bool>(Handle(openFile(path, access, share)));
+        return static_cast<bool>(openFile(path, access, share));
     };
     {
         const Job normal = this->open(path);
@@ -147,7 +120,7 @@ TYPED_TEST(Jobs, AFileThatCannotBeLoadedIsNotHeld) {
     writeFile(path, "ZZmQ no deflate stream");
     const Job job = this->hold(path);
     EXPECT_EQ(job.error(), PROF_LOAD_FAILED);
-    EXPECT_TRUE(Handle(openFile(path, GENERIC_READ | GENERIC_WRITE, 0)));
+    EXPECT_TRUE(openFile(path, GENERIC_READ | GENERIC_WRITE, 0));
     EXPECT_EQ(this->open(path).error(), PROF_LOAD_FAILED);
 }
 
@@ -170,20 +143,15 @@ TYPED_TEST(Jobs, AnOpenWaitsForALockedFileUntilItIsReleased) {
         firstAttempt = event.get();
         const ImportHook hook("CreateFileW", reinterpret_cast<void*>(attempted));
         ASSERT_TRUE(hook);
-        Handle lock(openFile(path, GENERIC_READ, 0));
+        Handle lock = openFile(path, GENERIC_READ, 0);
         ASSERT_TRUE(lock);
-        INT error = 1;
-        std::wstring tree;
-        std::thread opener([&] {
-            const Job job(open(in<typename TypeParam::Char>(path).c_str()));
-            error = job.error();
-            tree = describe(job);
-        });
+        Job job(nullptr);
+        std::thread opener([&] { job = Job(open(in<typename TypeParam::Char>(path).c_str())); });
         WaitForSingleObject(event.get(), INFINITE);
-        lock.close();
+        lock.reset();
         opener.join();
-        EXPECT_EQ(error, PROF_OK);
-        EXPECT_EQ(tree, L"a=1;");
+        EXPECT_EQ(job.error(), PROF_OK);
+        EXPECT_EQ(describe(job), L"a=1;");
     }
 }
 
@@ -191,30 +159,26 @@ TEST(Sharing, AFileLockedForTenSecondsGivesAnError) {
     const TempFolder folder;
     const std::wstring path = folder / L"a.prf";
     writeFile(path, fileOf(L"a=1;"));
-    const Handle lock(openFile(path, GENERIC_READ, 0));
+    const Handle lock = openFile(path, GENERIC_READ, 0);
     ASSERT_TRUE(lock);
-    std::vector<std::thread> openers;
-    INT errors[2] = {};
-    openers.emplace_back([&] { errors[0] = Job(ProfJobOpenW(path.c_str())).error(); });
-    openers.emplace_back([&] { errors[1] = Job(ProfJobOpenExclusiveW(path.c_str())).error(); });
-    for (std::thread& opener : openers)
-        opener.join();
-    EXPECT_EQ(errors[0], PROF_LOCKED);
-    EXPECT_EQ(errors[1], PROF_LOCKED);
+    const auto errorOf = [&](auto open) {
+        return std::async(std::launch::async, [&path, open] { return Job(open(path.c_str())).error(); });
+    };
+    auto normal = errorOf(ProfJobOpenW), exclusive = errorOf(ProfJobOpenExclusiveW);
+    EXPECT_EQ(normal.get(), PROF_LOCKED);
+    EXPECT_EQ(exclusive.get(), PROF_LOCKED);
 }
 
 TEST(References, AreCountedAcrossThreads) {
     const Job job(L"a=1;");
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i)
-        threads.emplace_back([&] {
-            for (int n = 0; n < 50000; ++n) {
-                ProfJobAddRef(job);
-                ProfJobClose(job);
-            }
-        });
-    for (std::thread& thread : threads)
-        thread.join();
+    {
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < 4; ++i)
+            threads.emplace_back([&] {
+                for (int n = 0; n < 50000; ++n)
+                    ProfJobAddRef(job), ProfJobClose(job);
+            });
+    }
     EXPECT_EQ(describe(job), L"a=1;");
 }
 
@@ -240,7 +204,7 @@ TYPED_TEST(Jobs, SavesGoToTheNameGivenOrTheJobsOwn) {
     EXPECT_EQ(describe(this->open(own)), L"a=a longer text than before;") << "through the held file";
     ProfSetStringW(job, 0, L"a", L"3");
     EXPECT_EQ(save(job, this->folder / L"oWN.PRF"), PROF_OK) << "compared without regard to case";
-    EXPECT_EQ(describe(this->open(own)), L"a=3;") << "and cut where it ends";
+    EXPECT_EQ(readFile(own), fileOf(L"a=3;")) << "and cut where it ends";
     ProfSetStringW(job, 0, L"a", L"4");
     EXPECT_EQ(save(job, other), PROF_OK);
     EXPECT_EQ(readFile(other), fileOf(L"a=4;"));
@@ -272,7 +236,7 @@ TYPED_TEST(Jobs, SavesThatFailLeaveTheFile) {
     EXPECT_TRUE(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_READONLY);
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_HIDDEN);
     {
-        const Handle lock(openFile(path, GENERIC_READ, FILE_SHARE_READ));
+        const Handle lock = openFile(path, GENERIC_READ, FILE_SHARE_READ);
         fails("a file that another program holds", name, 0);
     }
     EXPECT_EQ(TypeParam::save(job, name.c_str(), 0), PROF_OK);

@@ -23,48 +23,51 @@ struct Outcome {
 };
 
 constexpr INT kSentinel = 0x5A5A5A5A;
-
-std::wstring limited(const std::wstring& text, size_t limit) {
-    return text.substr(0, limit);
-}
+constexpr INT64 kSentinel64 = 0x5A5A5A5A5A5A5A5A;
 
 template <class T>
 int scan(const std::wstring& text, const wchar_t* format, T* out) {
     return __ms_swscanf(text.c_str(), format, out, out + 1, out + 2, out + 3);
 }
 
-Outcome platformInt(const std::wstring& text) {
-    INT out[4] = {kSentinel};
-    const std::wstring seen = limited(text, 199);
-    const bool parsed = scan(seen, L"x%X", out) == 1 || scan(seen, L"%d", out) == 1;
-    return {parsed ? PROF_OK : PROF_NOT_PARSED, {out[0]}};
-}
+template <class T>
+using Fields = std::array<T, 4>;
 
-Outcome platformInt64(const std::wstring& text) {
-    INT64 out[4] = {kSentinel};
-    const std::wstring seen = limited(text, 63);
-    const bool parsed = scan(seen, L"x%I64X", out) == 1 || scan(seen, L"%I64u", out) == 1;
-    return {parsed ? PROF_OK : PROF_NOT_PARSED, {out[0]}};
-}
-
-Outcome platformRect(const std::wstring& text) {
-    INT out[4] = {kSentinel, kSentinel, kSentinel, kSentinel};
-    const bool parsed = scan(limited(text, 199), L"(%d,%d,%d,%d)", out) == 4;
+template <class T>
+Outcome outcome(bool parsed, const Fields<T>& out) {
     return {parsed ? PROF_OK : PROF_NOT_PARSED, {out[0], out[1], out[2], out[3]}};
 }
 
+constexpr Fields<INT> kUnset = {kSentinel, kSentinel, kSentinel, kSentinel};
+
+Outcome platformInt(const std::wstring& text) {
+    Fields<INT> out = {kSentinel};
+    const std::wstring seen = text.substr(0, 199);
+    return outcome(scan(seen, L"x%X", out.data()) == 1 || scan(seen, L"%d", out.data()) == 1, out);
+}
+
+Outcome platformInt64(const std::wstring& text) {
+    Fields<INT64> out = {kSentinel64};
+    const std::wstring seen = text.substr(0, 63);
+    return outcome(scan(seen, L"x%I64X", out.data()) == 1 || scan(seen, L"%I64u", out.data()) == 1, out);
+}
+
+Outcome platformRect(const std::wstring& text) {
+    Fields<INT> out = kUnset;
+    return outcome(scan(text.substr(0, 199), L"(%d,%d,%d,%d)", out.data()) == 4, out);
+}
+
 Outcome platformPoint(const std::wstring& text) {
-    INT out[4] = {kSentinel, kSentinel};
-    const bool parsed = scan(limited(text, 199), L"(%d,%d)", out) == 2;
-    return {parsed ? PROF_OK : PROF_NOT_PARSED, {out[0], out[1]}};
+    Fields<INT> out = {kSentinel, kSentinel};
+    return outcome(scan(text.substr(0, 199), L"(%d,%d)", out.data()) == 2, out);
 }
 
 Outcome platformColour(const std::wstring& text) {
-    INT out[4] = {kSentinel};
-    const std::wstring seen = limited(text, 199);
-    if (scan(seen, L"x%lx", out) == 1)
+    Fields<INT> out = {kSentinel};
+    const std::wstring seen = text.substr(0, 199);
+    if (scan(seen, L"x%lx", out.data()) == 1)
         return {PROF_OK, {static_cast<UINT>(out[0])}};
-    if (scan(seen, L"(%d,%d,%d)", out) == 3)
+    if (scan(seen, L"(%d,%d,%d)", out.data()) == 3)
         return {PROF_OK, {(out[0] & 0xFF) | (out[1] & 0xFF) << 8 | (out[2] & 0xFF) << 16}};
     return {PROF_NOT_PARSED, {kSentinel}};
 }
@@ -75,37 +78,27 @@ struct Reader {
     Outcome (*library)(ProfJob job);
 };
 
+/// What a Get makes of item "i", and the first fields of what it stored.
+template <class Out, class Default>
+Outcome got(ProfJob job, INT(TVUT22_CALL* get)(ProfJob, ProfList, const wchar_t*, Out*, Default)) {
+    Out out;
+    Fields<INT> fields = kUnset;
+    std::memcpy(&out, fields.data(), sizeof out);
+    const INT result = get(job, 0, L"i", &out, Default{});
+    if constexpr (std::is_integral_v<Out>)
+        return {result, {static_cast<INT64>(out)}};
+    std::memcpy(fields.data(), &out, sizeof out);
+    for (size_t i = sizeof out / sizeof(INT); i < fields.size(); ++i)
+        fields[i] = 0;
+    return {result, {fields[0], fields[1], fields[2], fields[3]}};
+}
+
 const Reader kReaders[] = {
-    {"Int", platformInt,
-     [](ProfJob job) {
-         INT out = kSentinel;
-         const INT result = ProfGetIntW(job, 0, L"i", &out, 1);
-         return Outcome{result, {out}};
-     }},
-    {"Int64", platformInt64,
-     [](ProfJob job) {
-         INT64 out = kSentinel;
-         const INT result = ProfGetInt64W(job, 0, L"i", &out, 1);
-         return Outcome{result, {out}};
-     }},
-    {"Rect", platformRect,
-     [](ProfJob job) {
-         RECT out{kSentinel, kSentinel, kSentinel, kSentinel};
-         const INT result = ProfGetRectW(job, 0, L"i", &out, nullptr);
-         return Outcome{result, {out.left, out.top, out.right, out.bottom}};
-     }},
-    {"Point", platformPoint,
-     [](ProfJob job) {
-         POINT out{kSentinel, kSentinel};
-         const INT result = ProfGetPointW(job, 0, L"i", &out, nullptr);
-         return Outcome{result, {out.x, out.y}};
-     }},
-    {"Colorref", platformColour,
-     [](ProfJob job) {
-         COLORREF out = kSentinel;
-         const INT result = ProfGetColorrefW(job, 0, L"i", &out, 1);
-         return Outcome{result, {out}};
-     }},
+    {"Int", platformInt, [](ProfJob job) { return got(job, ProfGetIntW); }},
+    {"Int64", platformInt64, [](ProfJob job) { return got(job, ProfGetInt64W); }},
+    {"Rect", platformRect, [](ProfJob job) { return got(job, ProfGetRectW); }},
+    {"Point", platformPoint, [](ProfJob job) { return got(job, ProfGetPointW); }},
+    {"Colorref", platformColour, [](ProfJob job) { return got(job, ProfGetColorrefW); }},
 };
 
 std::string shown(const std::wstring& text) {

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -68,28 +69,16 @@ inline Bytes utf16Swapped(std::wstring_view text) {
     return bytes;
 }
 
-class Handle {
-  public:
-    explicit Handle(HANDLE handle) : handle_(handle) {}
-    ~Handle() { close(); }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-
-    explicit operator bool() const { return handle_ && handle_ != INVALID_HANDLE_VALUE; }
-    HANDLE get() const { return handle_; }
-    void close() {
-        if (*this)
-            CloseHandle(handle_);
-        handle_ = nullptr;
-    }
-
-  private:
-    HANDLE handle_;
+struct CloseOpenHandle {
+    using pointer = HANDLE;
+    void operator()(HANDLE handle) const { CloseHandle(handle); }
 };
+using Handle = std::unique_ptr<void, CloseOpenHandle>;
 
 /// Opens an existing file as another program would.
-inline HANDLE openFile(const std::wstring& path, DWORD access, DWORD share) {
-    return CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr);
+inline Handle openFile(const std::wstring& path, DWORD access, DWORD share) {
+    const HANDLE file = CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr);
+    return Handle(file == INVALID_HANDLE_VALUE ? nullptr : file);
 }
 
 } // namespace testing_prof

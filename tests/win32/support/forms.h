@@ -48,64 +48,44 @@ template <class Char>
 struct Form;
 
 // A member a pair of exports; the two specialisations differ in the letter behind each name only.
-#define PROF_FORM_TABLE(CHAR, S)                                                                             \
-    template <>                                                                                              \
-    struct Form<CHAR> {                                                                                      \
-        using Char = CHAR;                                                                                   \
-        static inline const auto open = &ProfJobOpen##S;                                                     \
-        static inline const auto openExclusive = &ProfJobOpenExclusive##S;                                   \
-        static inline const auto openStream = &ProfJobOpenStreamObject##S;                                   \
-        static inline const auto save = &ProfSave##S;                                                        \
-        static inline const auto getList = &ProfGetList##S;                                                  \
-        static inline const auto createList = &ProfCreateList##S;                                            \
-        static inline const auto appendList = &ProfAppendList##S;                                            \
-        static inline const auto deleteList = &ProfDeleteList##S;                                            \
-        static inline const auto deleteItem = &ProfDeleteItem##S;                                            \
-        static inline const auto enumerate = &ProfEnum##S;                                                   \
-        static inline const auto appendString = &ProfAppendString##S;                                        \
-        static inline const auto setString = &ProfSetString##S;                                              \
-        static inline const auto appendBool = &ProfAppendBool##S;                                            \
-        static inline const auto setBool = &ProfSetBool##S;                                                  \
-        static inline const auto appendInt = &ProfAppendInt##S;                                              \
-        static inline const auto setInt = &ProfSetInt##S;                                                    \
-        static inline const auto appendIntHex = &ProfAppendIntHex##S;                                        \
-        static inline const auto setIntHex = &ProfSetIntHex##S;                                              \
-        static inline const auto appendInt64 = &ProfAppendInt64##S;                                          \
-        static inline const auto setInt64 = &ProfSetInt64##S;                                                \
-        static inline const auto appendInt64Hex = &ProfAppendInt64Hex##S;                                    \
-        static inline const auto setInt64Hex = &ProfSetInt64Hex##S;                                          \
-        static inline const auto appendDouble = &ProfAppendDouble##S;                                        \
-        static inline const auto setDouble = &ProfSetDouble##S;                                              \
-        static inline const auto appendPoint = &ProfAppendPoint##S;                                          \
-        static inline const auto setPoint = &ProfSetPoint##S;                                                \
-        static inline const auto appendRect = &ProfAppendRect##S;                                            \
-        static inline const auto setRect = &ProfSetRect##S;                                                  \
-        static inline const auto appendRectLTWH = &ProfAppendRectLTWH##S;                                    \
-        static inline const auto setRectLTWH = &ProfSetRectLTWH##S;                                          \
-        static inline const auto appendColorref = &ProfAppendColorref##S;                                    \
-        static inline const auto setColorref = &ProfSetColorref##S;                                          \
-        static inline const auto getString = &ProfGetString##S;                                              \
-        static inline const auto getStringLength = &ProfGetStringLength##S;                                  \
-        static inline const auto getBool = &ProfGetBool##S;                                                  \
-        static inline const auto getInt = &ProfGetInt##S;                                                    \
-        static inline const auto getInt64 = &ProfGetInt64##S;                                                \
-        static inline const auto getDouble = &ProfGetDouble##S;                                              \
-        static inline const auto getPoint = &ProfGetPoint##S;                                                \
-        static inline const auto getRect = &ProfGetRect##S;                                                  \
-        static inline const auto getRectLTWH = &ProfGetRectLTWH##S;                                          \
-        static inline const auto getColorref = &ProfGetColorref##S;                                          \
-        static inline const auto toBool = &ProfLPSTRtoBOOL##S;                                               \
-        static inline const auto toInt = &ProfLPSTRtoINT##S;                                                 \
-        static inline const auto toInt64 = &ProfLPSTRtoINT64##S;                                             \
-        static inline const auto toRect = &ProfLPSTRtoRECT##S;                                               \
-        static inline const auto toColorref = &ProfLPSTRtoCOLORREF##S;                                       \
-    }
-
+// clang-format off
+#define PROF_CALL(NAME, EXPORT) static inline const auto NAME = &Prof##EXPORT
+#define PROF_FORM_TABLE(CHAR, S) \
+    template <> struct Form<CHAR> { using Char = CHAR; \
+        PROF_CALL(open, JobOpen##S); PROF_CALL(openExclusive, JobOpenExclusive##S); \
+        PROF_CALL(openStream, JobOpenStreamObject##S); PROF_CALL(save, Save##S); \
+        PROF_CALL(getList, GetList##S); PROF_CALL(createList, CreateList##S); \
+        PROF_CALL(appendList, AppendList##S); PROF_CALL(deleteList, DeleteList##S); \
+        PROF_CALL(deleteItem, DeleteItem##S); PROF_CALL(enumerate, Enum##S); \
+        PROF_CALL(appendString, AppendString##S); PROF_CALL(setString, SetString##S); \
+        PROF_CALL(appendBool, AppendBool##S); PROF_CALL(setBool, SetBool##S); \
+        PROF_CALL(appendInt, AppendInt##S); PROF_CALL(setInt, SetInt##S); \
+        PROF_CALL(appendIntHex, AppendIntHex##S); PROF_CALL(setIntHex, SetIntHex##S); \
+        PROF_CALL(appendInt64, AppendInt64##S); PROF_CALL(setInt64, SetInt64##S); \
+        PROF_CALL(appendInt64Hex, AppendInt64Hex##S); PROF_CALL(setInt64Hex, SetInt64Hex##S); \
+        PROF_CALL(appendDouble, AppendDouble##S); PROF_CALL(setDouble, SetDouble##S); \
+        PROF_CALL(appendPoint, AppendPoint##S); PROF_CALL(setPoint, SetPoint##S); \
+        PROF_CALL(appendRect, AppendRect##S); PROF_CALL(setRect, SetRect##S); \
+        PROF_CALL(appendRectLTWH, AppendRectLTWH##S); PROF_CALL(setRectLTWH, SetRectLTWH##S); \
+        PROF_CALL(appendColorref, AppendColorref##S); PROF_CALL(setColorref, SetColorref##S); \
+        PROF_CALL(getString, GetString##S); PROF_CALL(getStringLength, GetStringLength##S); \
+        PROF_CALL(getBool, GetBool##S); PROF_CALL(getInt, GetInt##S); PROF_CALL(getInt64, GetInt64##S); \
+        PROF_CALL(getDouble, GetDouble##S); PROF_CALL(getPoint, GetPoint##S); \
+        PROF_CALL(getRect, GetRect##S); PROF_CALL(getRectLTWH, GetRectLTWH##S); \
+        PROF_CALL(getColorref, GetColorref##S); PROF_CALL(toBool, LPSTRtoBOOL##S); \
+        PROF_CALL(toInt, LPSTRtoINT##S); PROF_CALL(toInt64, LPSTRtoINT64##S); \
+        PROF_CALL(toRect, LPSTRtoRECT##S); PROF_CALL(toColorref, LPSTRtoCOLORREF##S); }
 PROF_FORM_TABLE(char, A);
 PROF_FORM_TABLE(wchar_t, W);
 #undef PROF_FORM_TABLE
+#undef PROF_CALL
+// clang-format on
 
 using BothForms = ::testing::Types<Form<char>, Form<wchar_t>>;
+
+/// The fixture of tests that need no more than the form.
+template <class F>
+class InBothForms : public ::testing::Test {};
 
 struct FormNames {
     template <class F>

@@ -13,10 +13,11 @@ class Job {
     explicit Job(ProfJob job) : job_(job) {}
     explicit Job(std::wstring_view tree) : Job() { build(0, tree); }
     Job(Job&& other) noexcept : job_(std::exchange(other.job_, nullptr)) {}
-    Job& operator=(Job&&) = delete;
+    Job& operator=(Job&& other) noexcept { return std::swap(job_, other.job_), *this; }
     ~Job() { ProfJobClose(job_); }
 
     operator ProfJob() const { return job_; }
+    ProfJob release() { return std::exchange(job_, nullptr); }
     void close() { ProfJobClose(std::exchange(job_, nullptr)); }
     INT error() const { return ProfGetError(job_); }
 

@@ -10,19 +10,12 @@ namespace testing_prof {
 template <class F>
 struct TextCall {
     const char* name;
-    INT (*run)(ProfJob job, const typename F::Char* text); // a Get's, open's or save's result, else 0
+    void (*run)(ProfJob job, const typename F::Char* text);
 };
 
 template <class Char>
 BOOL TVUT22_CALL visitNothing(ProfJob, const Char*, const Char*, ProfList, UINT_PTR) {
     return TRUE;
-}
-
-/// A job's error, or 1 when there was no memory for a job.
-inline INT closedError(ProfJob job) {
-    const INT error = job ? ProfGetError(job) : 1;
-    ProfJobClose(job);
-    return error;
 }
 
 template <class F>
@@ -31,62 +24,39 @@ std::span<const TextCall<F>> textCalls() {
     static constexpr Char kName[] = {'n', 0};
     static constexpr POINT kPoint{1, 2};
     static constexpr RECT kRect{1, 2, 3, 4};
+    // clang-format off
+#define PROF_TEXT_CALL(NAME, ...) {#NAME, [](ProfJob j, const Char* t) { (void)j, (void)t; __VA_ARGS__; }}
+#define PROF_EDIT(NAME, VALUE) PROF_TEXT_CALL(NAME, F::NAME(j, 0, t, VALUE))
+#define PROF_GET(NAME, OUT, DEFAULT) PROF_TEXT_CALL(NAME, OUT out; F::NAME(j, 0, t, &out, DEFAULT))
+#define PROF_CONVERT(NAME, OUT, DEFAULT) PROF_TEXT_CALL(NAME, OUT out; F::NAME(t, &out, DEFAULT))
     static const TextCall<F> calls[] = {
-        {"JobOpen", [](ProfJob, const Char* t) { return closedError(F::open(t)); }},
-        {"JobOpenStreamObject",
-         [](ProfJob, const Char* t) {
-             PieceStream stream("[S]\na=1");
-             return closedError(F::openStream(&stream, t, 0));
-         }},
-        {"GetList", [](ProfJob j, const Char* t) { return F::getList(j, 0, t) ? 0 : 0; }},
-        {"CreateList", [](ProfJob j, const Char* t) { return F::createList(j, 0, t) ? 0 : 0; }},
-        {"AppendList", [](ProfJob j, const Char* t) { return F::appendList(j, 0, t) ? 0 : 0; }},
-        {"AppendString", [](ProfJob j, const Char* t) { return F::appendString(j, 0, t, t), 0; }},
-        {"AppendString value", [](ProfJob j, const Char* t) { return F::appendString(j, 0, kName, t), 0; }},
-        {"SetString", [](ProfJob j, const Char* t) { return F::setString(j, 0, t, t), 0; }},
-        {"AppendBool", [](ProfJob j, const Char* t) { return F::appendBool(j, 0, t, 1), 0; }},
-        {"SetBool", [](ProfJob j, const Char* t) { return F::setBool(j, 0, t, 1), 0; }},
-        {"AppendInt", [](ProfJob j, const Char* t) { return F::appendInt(j, 0, t, 1), 0; }},
-        {"SetInt", [](ProfJob j, const Char* t) { return F::setInt(j, 0, t, 1), 0; }},
-        {"AppendIntHex", [](ProfJob j, const Char* t) { return F::appendIntHex(j, 0, t, 1), 0; }},
-        {"SetIntHex", [](ProfJob j, const Char* t) { return F::setIntHex(j, 0, t, 1), 0; }},
-        {"AppendInt64", [](ProfJob j, const Char* t) { return F::appendInt64(j, 0, t, 1), 0; }},
-        {"SetInt64", [](ProfJob j, const Char* t) { return F::setInt64(j, 0, t, 1), 0; }},
-        {"AppendInt64Hex", [](ProfJob j, const Char* t) { return F::appendInt64Hex(j, 0, t, 1), 0; }},
-        {"SetInt64Hex", [](ProfJob j, const Char* t) { return F::setInt64Hex(j, 0, t, 1), 0; }},
-        {"AppendDouble", [](ProfJob j, const Char* t) { return F::appendDouble(j, 0, t, 1e300), 0; }},
-        {"SetDouble", [](ProfJob j, const Char* t) { return F::setDouble(j, 0, t, 1e300), 0; }},
-        {"AppendPoint", [](ProfJob j, const Char* t) { return F::appendPoint(j, 0, t, &kPoint), 0; }},
-        {"SetPoint", [](ProfJob j, const Char* t) { return F::setPoint(j, 0, t, &kPoint), 0; }},
-        {"AppendRect", [](ProfJob j, const Char* t) { return F::appendRect(j, 0, t, &kRect), 0; }},
-        {"SetRect", [](ProfJob j, const Char* t) { return F::setRect(j, 0, t, &kRect), 0; }},
-        {"AppendRectLTWH", [](ProfJob j, const Char* t) { return F::appendRectLTWH(j, 0, t, &kRect), 0; }},
-        {"SetRectLTWH", [](ProfJob j, const Char* t) { return F::setRectLTWH(j, 0, t, &kRect), 0; }},
-        {"AppendColorref", [](ProfJob j, const Char* t) { return F::appendColorref(j, 0, t, 1), 0; }},
-        {"SetColorref", [](ProfJob j, const Char* t) { return F::setColorref(j, 0, t, 1), 0; }},
-        {"GetString",
-         [](ProfJob j, const Char* t) {
-             Char buffer[10];
-             return F::getString(j, 0, t, buffer, 10, t);
-         }},
-        {"GetStringLength", [](ProfJob j, const Char* t) { return F::getStringLength(j, 0, t); }},
-        {"GetBool", [](ProfJob j, const Char* t) { BOOL out; return F::getBool(j, 0, t, &out, 1); }},
-        {"GetInt", [](ProfJob j, const Char* t) { INT out; return F::getInt(j, 0, t, &out, 1); }},
-        {"GetInt64", [](ProfJob j, const Char* t) { INT64 out; return F::getInt64(j, 0, t, &out, 1); }},
-        {"GetDouble", [](ProfJob j, const Char* t) { double out; return F::getDouble(j, 0, t, &out, 1); }},
-        {"GetPoint", [](ProfJob j, const Char* t) { POINT out; return F::getPoint(j, 0, t, &out, &kPoint); }},
-        {"GetRect", [](ProfJob j, const Char* t) { RECT out; return F::getRect(j, 0, t, &out, &kRect); }},
-        {"GetRectLTWH", [](ProfJob j, const Char* t) { RECT out; return F::getRectLTWH(j, 0, t, &out, &kRect); }},
-        {"GetColorref", [](ProfJob j, const Char* t) { COLORREF out; return F::getColorref(j, 0, t, &out, 1); }},
-        {"LPSTRtoBOOL", [](ProfJob, const Char* t) { BOOL out; return F::toBool(t, &out, 1), 0; }},
-        {"LPSTRtoINT", [](ProfJob, const Char* t) { INT out; return F::toInt(t, &out, 1), 0; }},
-        {"LPSTRtoINT64", [](ProfJob, const Char* t) { INT64 out; return F::toInt64(t, &out, 1), 0; }},
-        {"LPSTRtoRECT", [](ProfJob, const Char* t) { RECT out; return F::toRect(t, &out, &kRect), 0; }},
-        {"LPSTRtoCOLORREF", [](ProfJob, const Char* t) { COLORREF out; return F::toColorref(t, &out, 1), 0; }},
-        {"Enum", [](ProfJob j, const Char*) { return F::enumerate(j, 0, visitNothing<Char>, 0); }},
-        {"DeleteItem", [](ProfJob j, const Char* t) { return F::deleteItem(j, 0, t), 0; }},
-        {"DeleteList", [](ProfJob j, const Char* t) { return F::deleteList(j, 0, t), 0; }},
+        PROF_TEXT_CALL(open, Job(F::open(t))),
+        PROF_TEXT_CALL(openStream, PieceStream stream("[S]\na=1"); Job(F::openStream(&stream, t, 0))),
+        PROF_TEXT_CALL(getList, F::getList(j, 0, t)), PROF_TEXT_CALL(createList, F::createList(j, 0, t)),
+        PROF_TEXT_CALL(appendList, F::appendList(j, 0, t)), PROF_EDIT(appendString, t),
+        PROF_TEXT_CALL(appendString value, F::appendString(j, 0, kName, t)), PROF_EDIT(setString, t),
+        PROF_EDIT(appendBool, 1), PROF_EDIT(setBool, 1), PROF_EDIT(appendInt, 1), PROF_EDIT(setInt, 1),
+        PROF_EDIT(appendIntHex, 1), PROF_EDIT(setIntHex, 1), PROF_EDIT(appendInt64, 1),
+        PROF_EDIT(setInt64, 1), PROF_EDIT(appendInt64Hex, 1), PROF_EDIT(setInt64Hex, 1),
+        PROF_EDIT(appendDouble, 1e300), PROF_EDIT(setDouble, 1e300), PROF_EDIT(appendPoint, &kPoint),
+        PROF_EDIT(setPoint, &kPoint), PROF_EDIT(appendRect, &kRect), PROF_EDIT(setRect, &kRect),
+        PROF_EDIT(appendRectLTWH, &kRect), PROF_EDIT(setRectLTWH, &kRect),
+        PROF_EDIT(appendColorref, 1), PROF_EDIT(setColorref, 1),
+        PROF_TEXT_CALL(getString, Char buffer[10]; F::getString(j, 0, t, buffer, 10, t)),
+        PROF_TEXT_CALL(getStringLength, F::getStringLength(j, 0, t)),
+        PROF_GET(getBool, BOOL, 1), PROF_GET(getInt, INT, 1), PROF_GET(getInt64, INT64, 1),
+        PROF_GET(getDouble, double, 1), PROF_GET(getPoint, POINT, &kPoint), PROF_GET(getRect, RECT, &kRect),
+        PROF_GET(getRectLTWH, RECT, &kRect), PROF_GET(getColorref, COLORREF, 1),
+        PROF_CONVERT(toBool, BOOL, 1), PROF_CONVERT(toInt, INT, 1), PROF_CONVERT(toInt64, INT64, 1),
+        PROF_CONVERT(toRect, RECT, &kRect), PROF_CONVERT(toColorref, COLORREF, 1),
+        PROF_TEXT_CALL(enumerate, F::enumerate(j, 0, visitNothing<Char>, 0)),
+        PROF_TEXT_CALL(deleteItem, F::deleteItem(j, 0, t)), PROF_TEXT_CALL(deleteList, F::deleteList(j, 0, t)),
     };
+#undef PROF_TEXT_CALL
+#undef PROF_EDIT
+#undef PROF_GET
+#undef PROF_CONVERT
+    // clang-format on
     return calls;
 }
 
