@@ -13,6 +13,11 @@ scMatch clsItemList::Find(EntryKind kind, const scName& name) {
     return index_->Find(*this, name.Key(kind), name.text);
 }
 
+void clsItemList::ExpectFind(EntryKind kind, const scName& name) const noexcept {
+    if (index_ && index_->IsFilled())
+        index_->Expect(name.Key(kind));
+}
+
 std::uint32_t clsItemList::FindFrom(std::uint32_t position, std::uint32_t key,
                                     std::u16string_view name) const {
     for (; position < used_; ++position) {

@@ -47,6 +47,8 @@ class clsItemList {
     std::uint32_t Count() const { return used_ - gaps_; }
 
     scMatch Find(EntryKind kind, const scName& name);
+    // Tells that a Find is to come, so that what it will look at is on its way from memory.
+    void ExpectFind(EntryKind kind, const scName& name) const noexcept;
     // The next entry of that key and name at or behind a position, by walking; notFound if none.
     std::uint32_t FindFrom(std::uint32_t position, std::uint32_t key, std::u16string_view name) const;
 

@@ -1,7 +1,5 @@
 #include "prof/name_index.h"
 
-#include "text/units.h"
-
 #include <bit>
 #include <cstring>
 #include <new>

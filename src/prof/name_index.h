@@ -10,6 +10,7 @@
 #pragma once
 
 #include "prof/item_list.h"
+#include "text/units.h"
 
 namespace tvut {
 
@@ -32,6 +33,9 @@ class clsNameIndex {
     void Fill(const clsItemList& list) noexcept;
 
     // The calls below are for a filled index.
+
+    // Fetches the slot where a key is looked for.
+    void Expect(std::uint32_t key) const noexcept { UtilpPrefetch(&slots_[Home(key)]); }
 
     scMatch Find(const clsItemList& list, std::uint32_t key, std::u16string_view name) const;
 

@@ -64,15 +64,17 @@ clsItemList* clsTree::AppendList(clsItemList& list, const scName& name) {
 }
 
 void clsTree::SetItem(clsItemList& list, const scName& name, std::u16string_view value) {
+    list.ExpectFind(EntryKind::item, name); // the index is fetched while the text is made
+    clsTextHolder valueText(texts_, texts_.Value(value));
     const scMatch match = list.Find(EntryKind::item, name);
     if (match.position == clsItemList::notFound) {
-        AppendItem(list, name, value);
+        clsTextHolder nameText(texts_, texts_.Name(name.text, name.hash));
+        AddItem(list, name.Key(EntryKind::item), nameText, valueText);
         return;
     }
-    scText* const newValue = texts_.Value(value);
     clsItem& entry = list.entries_.At(match.position);
     texts_.Release(entry.value);
-    entry.value = newValue;
+    entry.value = valueText.Hand();
 }
 
 void clsTree::AddItem(clsItemList& list, std::uint32_t key, clsTextHolder& name, clsTextHolder& value) {

@@ -23,6 +23,13 @@ inline std::uint32_t UtilpLoadPair(const char16_t* text) {
     return pair;
 }
 
+// Asks for memory that will soon be read.
+inline void UtilpPrefetch([[maybe_unused]] const void* address) {
+#ifdef TVUT_HAS_SSE2
+    _mm_prefetch(static_cast<const char*>(address), _MM_HINT_T0);
+#endif
+}
+
 inline bool UtilpEqual(std::u16string_view a, std::u16string_view b) {
     const std::size_t length = a.size();
     if (length != b.size())
