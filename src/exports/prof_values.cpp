@@ -92,16 +92,17 @@ INT Get(ProfJob handle, ProfList listHandle, const Char* path, Out* out, const O
     Out unwanted{};
     Out& target = out ? *out : unwanted;
     const Out fallback = defaultValue; // may be the target itself
-    return UtilpGuard(PROF_NOT_FOUND, [&]() -> INT {
+    const INT result = UtilpGuard(PROF_NOT_FOUND, [&]() -> INT {
         clsItemList* const list = FromHandle(*job, listHandle);
         const clsItem* const item =
             list && path ? ProfpFindItem(*list, clsTextArgument<Char>(path).View()) : nullptr;
-        if (!item || item->Value().empty()) {
-            target = fallback;
+        if (!item || item->Value().empty())
             return PROF_NOT_FOUND;
-        }
         return ParseInto<Type>(Examined<Type>(item->Value()), target) ? PROF_OK : PROF_NOT_PARSED;
     });
+    if (result == PROF_NOT_FOUND)
+        target = fallback;
+    return result;
 }
 
 template <class Type, class Char, class Out>
