@@ -135,8 +135,8 @@ clsFileHandle MakeTemporary(const std::wstring& folder, std::wstring& name) {
     for (unsigned attempt = 0; !file && attempt < 100; ++attempt) {
         wsprintfW(leaf.data(), L"~PRF%08X.tmp", seed + attempt * 0x9E3779B1u);
         name = folder + leaf.data();
-        file = clsFileHandle(CreateFileW(name.c_str(), GENERIC_WRITE | DELETE | WRITE_DAC, 0, nullptr,
-                                         CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+        file = clsFileHandle(CreateFileW(name.c_str(), GENERIC_WRITE | WRITE_DAC, 0, nullptr, CREATE_NEW,
+                                         FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!file && GetLastError() != ERROR_FILE_EXISTS)
             break;
     }
@@ -151,6 +151,10 @@ bool ReadAccessRights(const std::wstring& file, SecurityBuffer& security) {
                             static_cast<DWORD>(security.size()), &needed);
 }
 
+// The attributes that a file's owner sets; the file system keeps the others itself.
+constexpr DWORD ownAttributes = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
+                                FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+
 // Gives a new file the creation time, attributes and access rights of the one it is to replace, as
 // far as the system allows. Rights that both have from their folder anyway are left alone.
 void TakeOver(const std::wstring& from, const WIN32_FILE_ATTRIBUTE_DATA& data, const std::wstring& to,
@@ -158,7 +162,7 @@ void TakeOver(const std::wstring& from, const WIN32_FILE_ATTRIBUTE_DATA& data, c
     FILE_BASIC_INFO basic{};
     basic.CreationTime.LowPart = data.ftCreationTime.dwLowDateTime;
     basic.CreationTime.HighPart = static_cast<LONG>(data.ftCreationTime.dwHighDateTime);
-    basic.FileAttributes = data.dwFileAttributes;
+    basic.FileAttributes = data.dwFileAttributes & ownAttributes; // 0 leaves them alone
     SetFileInformationByHandle(file, FileBasicInfo, &basic, sizeof basic);
 
     alignas(SECURITY_DESCRIPTOR) SecurityBuffer wanted{};
