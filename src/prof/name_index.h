@@ -24,9 +24,6 @@ class clsNameIndex {
     // Takes memory for up to so many entries; what was filled is void. False when there is none.
     bool Reserve(std::uint32_t count) noexcept;
 
-    // Voids what was filled: the list's positions have changed.
-    void Clear() noexcept { filled_ = false; }
-
     bool IsFilled() const { return filled_; }
 
     // Takes in all entries of a list, which are no more than there is room for.

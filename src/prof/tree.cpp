@@ -220,10 +220,8 @@ void clsTree::MakeGap(clsItemList& list, std::uint32_t position) noexcept {
 
 // Closes the gaps of a list once they are many: each entry moves at most once for each deletion.
 void clsTree::Close(clsItemList& list) noexcept {
-    if (list.gaps_ <= toleratedGaps || list.gaps_ <= list.used_ / 2 || walks_)
+    if (list.gaps_ <= toleratedGaps || list.gaps_ <= list.used_ / 2 || IsWalked(list))
         return;
-    if (list.index_)
-        list.index_->Clear();
     std::uint32_t kept = 0;
     for (std::uint32_t i = 0; i < list.used_; ++i) {
         const clsItem entry = list.entries_.At(i);
@@ -235,6 +233,10 @@ void clsTree::Close(clsItemList& list) noexcept {
     }
     list.used_ = kept;
     list.gaps_ = 0;
+    if (kept < indexedFrom)
+        DropIndex(list);
+    else
+        ReserveIndex(list, kept * indexGrowth);
 }
 
 void clsTree::DropIndex(clsItemList& list) noexcept {
@@ -290,6 +292,16 @@ clsTree::clsWalk::clsWalk(clsItemList& list) : tree_(*list.Tree()), list_(&list)
 
 clsTree::clsWalk::~clsWalk() {
     tree_.walks_ = next_;
+    if (list_)
+        tree_.Close(*list_);
+}
+
+bool clsTree::IsWalked(const clsItemList& list) const noexcept {
+    for (const clsWalk* walk = walks_; walk; walk = walk->next_) {
+        if (walk->list_ == &list)
+            return true;
+    }
+    return false;
 }
 
 void clsTree::EndWalks(const clsItemList& list) noexcept {

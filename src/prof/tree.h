@@ -74,6 +74,7 @@ class clsTree {
     void MakeGap(clsItemList& list, std::uint32_t position) noexcept;
     void Close(clsItemList& list) noexcept;
     void DropIndex(clsItemList& list) noexcept;
+    bool IsWalked(const clsItemList& list) const noexcept;
     void EndWalks(const clsItemList& list) noexcept;
     void ReleaseEntries(clsItemList& list) noexcept;
     void DestroyList(clsItemList* list) noexcept;

@@ -29,7 +29,7 @@ inline void FoldProduct(std::uint32_t& low, std::uint32_t& high) {
 // Cost: one multiplication for four characters and two more to finish.
 inline std::uint32_t UtilpHashText(std::u16string_view text) {
     std::uint32_t low = g_hashSeed ^ static_cast<std::uint32_t>(text.size());
-    std::uint32_t high = g_hashSeed;
+    std::uint32_t high = g_hashSeed * 0x85EBCA6Bu + 1; // not what low starts from: the product commutes
     const char16_t* next = text.data();
     std::size_t left = text.size();
     for (; left > 4; left -= 4, next += 4) {

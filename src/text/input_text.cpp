@@ -15,17 +15,20 @@ namespace {
 constexpr std::size_t windowBytes = 128 * 1024;
 constexpr std::size_t largestReserve = 256 * 1024 * 1024; // a source may say what it likes of its size
 
-// Zero bytes never occur in 8-bit text, and in UTF-16 little-endian every line end, "=" and bracket
-// has one as its second byte. A look at the beginning is enough to find some.
+// In UTF-16 little-endian every line end, "=" and bracket is its byte at an even place and a zero behind
+// it; in 8-bit text hardly one is, whatever zeros stray into it. A look at the beginning is enough.
 bool LooksLikeUtf16(std::string_view bytes) {
-    const std::size_t end = std::min<std::size_t>(bytes.size() & ~std::size_t{1}, 65536);
-    std::size_t low = 0;
-    std::size_t high = 0;
-    for (std::size_t i = 0; i < end; i += 2) {
-        low += bytes[i] == 0;
-        high += bytes[i + 1] == 0;
+    constexpr std::string_view structure = "\r\n=[]";
+    const std::size_t end = std::min<std::size_t>(bytes.size(), 65536);
+    std::size_t found = 0;
+    std::size_t wide = 0;
+    for (std::size_t i = 0; i < end; ++i) {
+        if (structure.find(bytes[i]) == std::string_view::npos)
+            continue;
+        ++found;
+        wide += i % 2 == 0 && i + 1 < bytes.size() && bytes[i + 1] == 0;
     }
-    return high > 4 * low;
+    return 2 * wide > found;
 }
 
 bool BeginsWith(std::string_view bytes, std::string_view mark) {
@@ -113,6 +116,11 @@ bool clsInputText::Refill(const char16_t* keepFrom) {
     Fill();
     Terminate(0, byteCount_ / sizeof(char16_t));
     return true;
+}
+
+void clsInputText::ReplaceZeros(const char16_t* begin, const char16_t* end) {
+    char16_t* const first = storage_.get() + (begin - storage_.get());
+    std::replace(first, first + (end - begin), u'\0', pictureOfZero);
 }
 
 void clsInputText::UseInPlace(std::size_t skippedBytes) {

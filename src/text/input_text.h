@@ -32,7 +32,8 @@ class clsInputText {
     std::string_view Bytes() const { return {reinterpret_cast<const char*>(storage_.get()), byteCount_}; }
 
     // Decodes the bytes. With a byte-order mark: UTF-16 (either order) or UTF-8. Without: UTF-16
-    // little-endian when zero bytes show it, else UTF-8 when all of it is valid, else the code page.
+    // little-endian when its line ends, "=" and brackets are, else UTF-8 when all of it is valid, else the
+    // code page.
     void Decode(unsigned codePage);
 
     // After Decode: the text, or the first window of it, without the byte-order mark.
@@ -41,6 +42,11 @@ class clsInputText {
     // Drops the text before a position of Text() and reads more behind what is kept: Text() is new
     // then, and begins there. False when the whole input has been seen; Text() is as it was.
     bool Refill(const char16_t* keepFrom);
+
+    // Names and values are texts that end with a NUL: what would be one in the middle of a line becomes
+    // the picture of it, which is how it is saved, too.
+    void ReplaceZeros(const char16_t* begin, const char16_t* end);
+    static constexpr char16_t pictureOfZero = u'\u2400';
 
     // Storage for some bytes with room for the padding.
     static std::unique_ptr<char16_t[]> Allocate(std::size_t bytes);

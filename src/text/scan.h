@@ -20,12 +20,13 @@ struct scLine {
     const char16_t* end;    // the first CR or LF
     const char16_t* equals; // the first "=" before it, or end
     bool marked;            // some character lies between firstMark and lastMark
+    bool zero;              // some character is NUL
 };
 
 // Scans from a character to the end of its line. A CR or LF must follow somewhere, with seven more
 // readable units behind it.
 inline scLine UtilpScanLine(const char16_t* text) {
-    scLine line{nullptr, nullptr, false};
+    scLine line{nullptr, nullptr, false, false};
 #ifdef TVUT_HAS_SSE2
     const __m128i carriageReturn = _mm_set1_epi16(u'\r');
     const __m128i lineFeed = _mm_set1_epi16(u'\n');
@@ -42,15 +43,18 @@ inline scLine UtilpScanLine(const char16_t* text) {
         auto endMask = static_cast<unsigned>(_mm_movemask_epi8(ends));
         auto equalsMask = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, equals)));
         auto markMask = static_cast<unsigned>(_mm_movemask_epi8(marks));
+        auto zeroMask = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, zero)));
         if (endMask != 0) {
             const unsigned before = (endMask & (0u - endMask)) - 1;
             equalsMask &= before;
             markMask &= before;
+            zeroMask &= before;
             line.end = text + std::countr_zero(endMask) / 2;
         }
         if (equalsMask != 0 && !line.equals)
             line.equals = text + std::countr_zero(equalsMask) / 2;
         line.marked |= markMask != 0;
+        line.zero |= zeroMask != 0;
         if (line.end)
             break;
     }
@@ -59,6 +63,7 @@ inline scLine UtilpScanLine(const char16_t* text) {
         if (*text == u'=' && !line.equals)
             line.equals = text;
         line.marked |= *text >= firstMark && *text <= lastMark;
+        line.zero |= *text == u'\0';
     }
     line.end = text;
 #endif

@@ -30,21 +30,24 @@ String::String(std::u16string_view text, unsigned codePage) : block_(nullptr), c
     Append(text);
 }
 
-String::String(const String& other) noexcept : block_(Share(other.block_)), codePage_(other.codePage_) {}
+String::String(const String& other) : block_(other.BlockForCopy()), codePage_(other.codePage_) {}
 
 String::String(String&& other) noexcept
-    : block_(std::exchange(other.block_, nullptr)), codePage_(other.codePage_) {}
+    : block_(std::exchange(other.block_, nullptr)), codePage_(other.codePage_),
+      bufferUse_(std::exchange(other.bufferUse_, 0)) {}
 
-String& String::operator=(const String& other) noexcept {
-    Adopt(Share(other.block_));
-    codePage_ = other.codePage_;
+String& String::operator=(const String& other) {
+    if (this != &other)
+        *this = String(other);
     return *this;
 }
 
 String& String::operator=(String&& other) noexcept {
-    if (this != &other)
+    if (this != &other) {
         Adopt(std::exchange(other.block_, nullptr));
-    codePage_ = other.codePage_;
+        codePage_ = other.codePage_;
+        bufferUse_ = std::exchange(other.bufferUse_, 0);
+    }
     return *this;
 }
 
@@ -129,7 +132,7 @@ char16_t* String::GetBuffer(std::size_t length) {
 }
 
 void String::ReleaseBuffer(std::size_t length) {
-    if (bufferUse_ == 0) {
+    if (bufferUse_ == 0 || !block_) {
         clsDiagnosticLine()
             .Put(u"WRN: String buffer released twice (usage=")
             .Put(bufferUse_)
@@ -154,10 +157,16 @@ String::scBlock* String::Allocate(std::size_t length) {
     return block;
 }
 
-String::scBlock* String::Share(scBlock* block) noexcept {
-    if (block)
-        block->references.fetch_add(1, std::memory_order_relaxed);
-    return block;
+// Shared, unless somebody is writing to this text's buffer.
+String::scBlock* String::BlockForCopy() const {
+    if (!block_)
+        return nullptr;
+    if (bufferUse_ != 0) {
+        String own(View(), codePage_);
+        return std::exchange(own.block_, nullptr);
+    }
+    block_->references.fetch_add(1, std::memory_order_relaxed);
+    return block_;
 }
 
 void String::Release() noexcept {

@@ -18,9 +18,9 @@ class String {
     String() noexcept;
     explicit String(std::u16string_view text);
     String(std::u16string_view text, unsigned codePage);
-    String(const String& other) noexcept;
+    String(const String& other);
     String(String&& other) noexcept;
-    String& operator=(const String& other) noexcept;
+    String& operator=(const String& other);
     String& operator=(String&& other) noexcept;
     ~String();
 
@@ -39,6 +39,7 @@ class String {
     class clsCharacter {
       public:
         clsCharacter& operator=(char16_t c);
+        clsCharacter& operator=(const clsCharacter& c) { return *this = static_cast<char16_t>(c); }
         operator char16_t() const noexcept { return static_cast<const String&>(string_)[index_]; }
 
       private:
@@ -70,7 +71,7 @@ class String {
     struct scBlock;
 
     static scBlock* Allocate(std::size_t length);
-    static scBlock* Share(scBlock* block) noexcept;
+    scBlock* BlockForCopy() const;
     void Release() noexcept;
     void Adopt(scBlock* block) noexcept;
     void MakeOwn(std::size_t length); // unshared, with room for a length

@@ -34,6 +34,8 @@ inline bool UtilpEqual(std::u16string_view a, std::u16string_view b) {
     const std::size_t length = a.size();
     if (length != b.size())
         return false;
+    if (a.data() == b.data())
+        return true;
     std::size_t at = 0;
     for (; at + 2 <= length; at += 2) {
         if (UtilpLoadPair(a.data() + at) != UtilpLoadPair(b.data() + at))

@@ -24,15 +24,19 @@ constexpr std::array<scLead, 9> leads{{{0x00, 0x7F, 1, 0, 0},
                                        {0xF1, 0xF3, 4, 0x80, 0xBF},
                                        {0xF4, 0xF4, 4, 0x80, 0x8F}}};
 
-constexpr auto rowOfByte = [] {
+constexpr unsigned char noRow = 0xFF;
+
+constexpr std::array<unsigned char, 256> RowsOfBytes() {
     std::array<unsigned char, 256> rows{};
-    rows.fill(0xFF);
+    rows.fill(noRow);
     for (std::size_t row = 0; row < leads.size(); ++row) {
         for (unsigned byte = leads[row].first; byte <= leads[row].last; ++byte)
             rows[byte] = static_cast<unsigned char>(row);
     }
     return rows;
-}();
+}
+
+constexpr std::array<unsigned char, 256> rowOfByte = RowsOfBytes();
 
 unsigned ByteAt(std::string_view bytes, std::size_t at) {
     return static_cast<unsigned char>(bytes[at]);
@@ -41,7 +45,7 @@ unsigned ByteAt(std::string_view bytes, std::size_t at) {
 // The length of the well-formed sequence that begins at a position, or 0.
 std::size_t SequenceLength(std::string_view bytes, std::size_t at) {
     const unsigned row = rowOfByte[ByteAt(bytes, at)];
-    if (row == 0xFF)
+    if (row == noRow)
         return 0;
     const scLead& lead = leads[row];
     if (lead.length == 1)

@@ -7,6 +7,7 @@
 #include <random>
 
 using namespace tvut;
+using namespace std::literals;
 
 namespace {
 
@@ -121,6 +122,26 @@ TEST(Load, NamesInputMessageAndLine) {
         u"PROF load error line 1: 'prof::xml: this form cannot be read'\n",
         u"input: error 'prof::xml: this form cannot be read' in line 1\n"};
     EXPECT_EQ(DiagnosticLines(), expected);
+}
+
+TEST(TextForm, MakesALostZeroVisible) {
+    for (const std::u16string_view text : {u"\uFEFF[/]\n{\na\0b=x\0y\n}\n"sv, u"[/]\n{\na\0b=x\0y\n}\n"sv}) {
+        clsTree tree(true);
+        ASSERT_TRUE(Load(tree, Utf16Bytes(text)).parsed);
+        ASSERT_NE(ProfpFindItem(tree.Root(), u"a\u2400b"), nullptr);
+        clsTree again(true);
+        Load(again, Saved(tree));
+        EXPECT_EQ(Saved(again), Saved(tree));
+    }
+}
+
+TEST(TextForm, KeepsSectionsBehindTheRootApart) {
+    clsTree tree(true);
+    Load(tree, "[/]\n{\na=1\n}\nskipped\n[T]\n{\nb=2\n}\n}\n[/]\nc=3\n");
+    EXPECT_NE(ProfpFindItem(tree.Root(), u"a"), nullptr);
+    EXPECT_NE(ProfpFindItem(tree.Root(), u"T/b"), nullptr);
+    EXPECT_NE(ProfpFindItem(tree.Root(), u"c"), nullptr);
+    EXPECT_EQ(tree.Root().Count(), 3u);
 }
 
 TEST(PlainIni, KeepsSectionsFlatAndValuesAsTheyAre) {

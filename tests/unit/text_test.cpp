@@ -72,6 +72,8 @@ TEST(InputText, TellsTheEncoding) {
         {"[\xE4]\r\nk=1", u"[ä]\r\nk=1"}, // neither UTF-16 nor UTF-8: the code page
         {"\xFF\xFE" + utf16 + "x", text}, // half a character at the end
         {"\xEF\xBB\xBFk=\xFF", u"k=\uFFFD"},
+        {Utf16Bytes(u"名=山\u3000田\r\n[一]\r\n"), u"名=山\u3000田\r\n[一]\r\n"},
+        {"[a]\r\nk=1\r\n" + std::string(1, '\0'), u"[a]\r\nk=1\r\n" + std::u16string(1, u'\0')},
         {"", u""},
         {"\xFF\xFE", u""},
         {"\xFF", u"\u00FF"},
@@ -150,6 +152,18 @@ TEST(String, SharesUntilWrittenTo) {
     EXPECT_EQ(a.Length(), 10u);
     EXPECT_TRUE(b.IsEmpty());
     EXPECT_EQ(String::FromAnsi("\xE4z", 1252).ToAnsi(), "\xE4z");
+}
+
+TEST(String, KeepsAnOpenBufferToItself) {
+    String a(u"hello");
+    char16_t* const buffer = a.GetBuffer(5);
+    const String b = a;
+    buffer[0] = u'X';
+    a.ReleaseBuffer(2);
+    EXPECT_EQ(a.View(), u"Xe");
+    EXPECT_EQ(b.View(), u"hello");
+    a[0] = a[1];
+    EXPECT_EQ(a.View(), u"ee");
 }
 
 TEST(String, RefusesMisuseAndReportsIt) {

@@ -248,6 +248,20 @@ TEST(Tree, KeepsPositionsDuringAWalk) {
     EXPECT_EQ(walk.List(), nullptr);
 }
 
+TEST(Tree, ClosesGapsWhenAWalkEnds) {
+    clsTree tree(true);
+    for (unsigned i = 0; i < 2000; ++i)
+        ProfpAppendItem(tree.Root(), u"n" + Number(i), u"v");
+    {
+        const clsTree::clsWalk walk(tree.Root());
+        for (unsigned i = 0; i < 1990; ++i)
+            ProfpRemove(tree.Root(), EntryKind::item, u"n" + Number(i));
+        EXPECT_EQ(tree.Root().End(), 2000u);
+    }
+    EXPECT_EQ(tree.Root().End(), 10u);
+    EXPECT_NE(ProfpFindItem(tree.Root(), u"n1995"), nullptr);
+}
+
 TEST(Tree, WalksAMillionListsWithoutStack) {
     constexpr unsigned depth = 1'000'000;
     clsTree tree(true);

@@ -30,6 +30,8 @@ class clsLineReader {
             scan_ = UtilpScanLine(begin_);
             if (scan_.end >= end_ && Refill(begin_))
                 continue; // the line may go on in what has come
+            if (scan_.zero)
+                input_.ReplaceZeros(begin_, scan_.end);
             next_ = scan_.end;
             ++number_;
             return true;
@@ -85,7 +87,7 @@ class clsLineReader {
     const char16_t* next_;
     const char16_t* end_;
     const char16_t* begin_ = nullptr;
-    scLine scan_{nullptr, nullptr, false};
+    scLine scan_{nullptr, nullptr, false, false};
     std::uint32_t number_ = 0;
 };
 

@@ -27,7 +27,7 @@ constexpr char16_t ProfpMarkInName(char16_t c) {
     }
 }
 
-// The picture of NUL stays as it is: no text of a profile holds a NUL that could have become it.
+// The picture of NUL stays as it is: no text of a profile can hold a NUL.
 constexpr char16_t ProfpUnmarkInValue(char16_t c) {
     return c > 0x2400 && c < 0x2420 ? static_cast<char16_t>(c - controlPictures) : c;
 }

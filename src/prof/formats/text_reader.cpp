@@ -11,9 +11,11 @@ namespace tvut {
 
 namespace {
 
-// Skips to the first line of the root's contents. The root's own header, or the first header of a
-// file that has none, creates nothing. False when there is no header at all.
-bool FindRoot(clsLineReader& lines) {
+constexpr std::u16string_view rootHeader = u"[/]";
+
+// Skips to a header. The first one of a file is the root's own, or that of the first section of a file
+// that has no root: it creates nothing.
+bool FindHeader(clsLineReader& lines) {
     while (lines.Next()) {
         if (lines.First() == u'[')
             return true;
@@ -88,10 +90,14 @@ class clsTextParser {
 
 class clsTextReader final : public IclsFormReader {
   public:
-    // What follows the root's closing brace may hold another root: it is read into the same list.
+    // Behind the root's closing brace another root may follow, which is read into the same list; any other
+    // header there is a list of it.
     void Parse(clsLineReader& lines, clsItemList& target) const override {
-        while (FindRoot(lines))
+        for (bool first = true; FindHeader(lines); first = false) {
+            if (!first && lines.Line() != rootHeader)
+                lines.Unread();
             clsTextParser(lines).ParseList(target);
+        }
     }
 };
 
