@@ -17,7 +17,8 @@
  *           value is stated. Any other value must come from an open call and not be closed yet.
  * Lists     Handle 0 is the job's root list. A handle stays valid until its list, a list above it,
  *           or the job is deleted or emptied. A handle that belongs to another job, or to a list of
- *           this job that has been deleted, is refused like a path that leads nowhere.
+ *           this job that has been deleted, is refused like a path that leads nowhere, unless that
+ *           job is closed or a new list has taken the place.
  * Paths     Segments separated by "/". A leading "/" starts at the root list whatever list is
  *           passed. Names compare exactly: by code unit, case-sensitive. There is no escaping, so
  *           a name that holds "/" cannot be reached by a path; an empty segment is the empty name.
@@ -31,9 +32,8 @@
  * Ownership The library copies every text it is given and never keeps a caller's pointer.
  * Threads   A job and its lists are used by one thread at a time; different jobs by any threads at
  *           once. ProfJobAddRef and ProfJobClose may be called from any thread.
- * Memory    When memory runs out a call changes nothing and returns its failure value. Append and
- *           Set, which report nothing, then leave the profile as it was, apart from lists that
- *           the path already created.
+ * Memory    When memory runs out a call returns its failure value (Append and Set report nothing) and
+ *           leaves the profile as it was, apart from lists that its path has created by then.
  */
 #ifndef TVUT22_PROF_H
 #define TVUT22_PROF_H
@@ -53,7 +53,7 @@ typedef struct ProfListObject* ProfList;
 #define PROF_OK 0                  /* success */
 #define PROF_OPEN_FAILED (-1)      /* open: not a valid file name, or the file could not be opened */
 #define PROF_EXCLUSIVE_FAILED (-3) /* open: an exclusive open failed, other than by sharing */
-#define PROF_SAVE_FAILED (-4)      /* save: the profile could not be written; the old file is intact */
+#define PROF_SAVE_FAILED (-4)      /* save: the profile could not be written */
 #define PROF_INVALID_JOB (-5)      /* ProfGetError, ProfDebugList, ProfCopyList: invalid job handle */
 #define PROF_NOT_FOUND (-6)        /* Get: no such item (typed Get: or its text is empty) */
 #define PROF_LOAD_FAILED (-7)      /* open: the contents could not be parsed */
@@ -92,12 +92,13 @@ typedef struct ProfListObject* ProfList;
  *                              file does not exist or cannot be opened
  *           PROF_LOCKED        a sharing violation lasted 10 seconds (it is retried every 100 ms);
  *                              or the contents could not be read or would not fit into memory
- *           PROF_LOAD_FAILED   the contents are malformed; what was read before stays in the tree
+ *           PROF_LOAD_FAILED   the contents are malformed (a compressed profile that is damaged or too
+ *                              large, an XML file); what was read before stays in the tree
  *
  * An empty file is an empty profile. A file that begins with "ZZmQ" is a compressed profile and may
  * unfold to at most 256 MiB. The encoding is: UTF-16 (little- or big-endian) or UTF-8 after a
- * byte-order mark; without one UTF-16 little-endian when zero bytes show it, else UTF-8 when the
- * whole input is valid UTF-8, else the code page of PROF_OPTION_CODE_PAGE.
+ * byte-order mark; without one UTF-16 little-endian when its line ends, "=" and brackets are, else UTF-8 when
+ * the whole input is valid UTF-8, else the code page of PROF_OPTION_CODE_PAGE.
  *
  * In the text form each list is a line "[name]" and a block in braces, each item a line name=value;
  * blank lines and lines that begin with # or ; are skipped. A file whose first header line is not
@@ -127,8 +128,8 @@ TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStream(IStream* stream);
 
 /* As ProfJobOpenStream, with a name and flags.
  *
- * name   names the profile in diagnostic lines; may be null. No file of that name is opened. It is
- *        the file name that ProfSave takes for a null name.
+ * name   names the profile in diagnostic lines; may be null. No file of that name is opened, and the
+ *        job has no file of its own.
  * flags  PROF_READ_...; 0 reads as ProfJobOpenStream does. PROF_READ_PLAIN_INI reads an .ini file as
  *        other programs do: each section is a list of the root list, items before the first section
  *        belong to the root, blanks around name and value are dropped, everything else stays as it
@@ -166,19 +167,24 @@ TVUT22_API INT TVUT22_CALL ProfGetError(ProfJob job);
  * The text form is UTF-16 little-endian with a byte-order mark and CR LF line ends. In names "=",
  * "[" and "]" are written as U+2338, U+301A, U+301B, and in names and values every character below
  * U+0020 as the one 0x2400 above it; reading turns them back. List names are written unchanged.
- * Names that begin with "#", ";", "{", "}", a blank or a TAB do not survive being read again.
+ * What stands for something else does not survive being read again: names that begin with "#", ";",
+ * "{", "}" or a blank; U+2338, U+301A and U+301B in names of items, U+2401 to U+241F in names and values
+ * of items; line ends in names of lists.
  *
  * A target that the job does not hold is never torn: the new contents are written to a temporary
- * file in the same folder, which then replaces the target in one step and takes over its attributes
- * and access rights; a sharing violation on that step is retried for up to two seconds. A held file
- * is first brought to its new length, so that a full disk shows before old contents are overwritten.
+ * file in the same folder, which then replaces the target in one step. It takes over the target's
+ * attributes, creation time and access rights as far as the system allows; a link under the name is
+ * replaced itself. While others have the target open, the step is retried for up to two seconds. A held
+ * file is first brought to its new length, so that what forbids that shows before old contents are
+ * overwritten; a failure after that, and the end of the process, leave it torn.
  */
 TVUT22_API INT TVUT22_CALL ProfSaveA(ProfJob job, const char* fileName, UINT flags);
 TVUT22_API INT TVUT22_CALL ProfSaveW(ProfJob job, const wchar_t* fileName, UINT flags);
 
 /* Saves a profile into a stream, from its start, and cuts the stream where the profile ends. A
- * stream that cannot seek is written from where it stands, one that cannot change its size is not
- * cut. flags and result as ProfSave; after PROF_SAVE_FAILED the stream's contents are undefined. */
+ * stream that cannot seek is written from where it stands; one that cannot change its size keeps what
+ * it held behind the profile. flags and result as ProfSave; after PROF_SAVE_FAILED the stream's contents
+ * are undefined. The stream may close the job while it is written to, but must not change it. */
 TVUT22_API INT TVUT22_CALL ProfSaveToStream(ProfJob job, IStream* stream, UINT flags);
 
 /* ---- Lists --------------------------------------------------------------------------------- */
@@ -326,7 +332,8 @@ TVUT22_API void TVUT22_CALL ProfSetColorrefW(ProfJob job, ProfList list, const w
 
 /* Reads an item's text.
  *
- * buffer        receives at most size - 1 characters (A: bytes, never half a character) and a NUL;
+ * buffer        receives at most size - 1 characters (A: bytes; never half a character of UTF-8 or of a
+ *               code page of one or two bytes a character) and a NUL;
  *               may be null to ask for the length only.
  * size          of the buffer in characters (A: bytes); with 0 nothing is written, but for the NUL of
  *               a null default.

@@ -26,7 +26,8 @@ std::uint32_t ProcessSeed() {
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
     switch (reason) {
     case DLL_PROCESS_ATTACH:
-        tvut::PlatformExceptionsBegin();
+        if (!tvut::PlatformExceptionsBegin())
+            return FALSE;
         tvut::PlatformNoteHost();
         tvut::g_hashSeed = ProcessSeed();
         break;

@@ -27,4 +27,16 @@ inline clsItemList* FromHandle(clsProfJob& job, ProfList handle) {
     return list->Tree() == &job.Tree() ? list : nullptr;
 }
 
+// A job that lives at least as long as a call that calls the caller back, whatever is closed there.
+class clsJobKeeper {
+  public:
+    explicit clsJobKeeper(clsProfJob& job) : job_(job) { job_.AddReference(); }
+    clsJobKeeper(const clsJobKeeper&) = delete;
+    clsJobKeeper& operator=(const clsJobKeeper&) = delete;
+    ~clsJobKeeper() { job_.Release(); }
+
+  private:
+    clsProfJob& job_;
+};
+
 } // namespace tvut

@@ -96,6 +96,7 @@ INT TVUT22_CALL ProfSaveToStream(ProfJob job, IStream* stream, UINT flags) {
         return PROF_OK;
     if (!stream)
         return PROF_SAVE_FAILED;
+    const clsJobKeeper keeper(*FromHandle(job));
     return UtilpGuard(PROF_SAVE_FAILED, [&] {
         return FromHandle(job)->SaveToStream(*stream, flags) ? PROF_OK : PROF_SAVE_FAILED;
     });

@@ -74,18 +74,6 @@ void DeleteList(ProfJob job, ProfList list, const Char* path) {
 
 // ---- Walking ----------------------------------------------------------------------------------
 
-// A job that lives at least as long as a walk over it, whatever the callback closes.
-class clsJobKeeper {
-  public:
-    explicit clsJobKeeper(clsProfJob& job) : job_(job) { job_.AddReference(); }
-    clsJobKeeper(const clsJobKeeper&) = delete;
-    clsJobKeeper& operator=(const clsJobKeeper&) = delete;
-    ~clsJobKeeper() { job_.Release(); }
-
-  private:
-    clsProfJob& job_;
-};
-
 // A text that lives at least as long as a callback sees it, whatever the callback deletes.
 class clsTextKeeper {
   public:

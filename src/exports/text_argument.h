@@ -89,7 +89,7 @@ class clsAnsiText {
     const char* Get() const { return view_.data(); } // terminated
 
   private:
-    static constexpr std::size_t mostBytesPerUnit = 4; // of any code page
+    static constexpr std::size_t mostBytesPerUnit = 8; // of any code page, shifts included
 
     std::string_view view_;
     std::unique_ptr<char[]> long_;

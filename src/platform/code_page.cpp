@@ -34,9 +34,10 @@ std::size_t PlatformDecode(unsigned codePage, std::string_view bytes, char16_t* 
     if (bytes.empty())
         return 0;
     const int length = Length(bytes.size());
+    SetLastError(ERROR_SUCCESS);
     const int converted =
         MultiByteToWideChar(Usable(codePage), 0, bytes.data(), length, ToWide(characters), length);
-    if (converted == 0)
+    if (converted == 0 && GetLastError() != ERROR_SUCCESS) // some bytes alone are no character
         throw clsException("text cannot be converted from its code page");
     return static_cast<std::size_t>(converted);
 }

@@ -69,8 +69,8 @@ void Free(void* block, Reserve& reserve) noexcept {
         std::free(block);
 }
 
-// The runtime keeps a record of its own before each exception; no version had one larger than this. A
-// thread holds an exception for a moment only.
+// The runtime keeps a record of its own before each exception, and one alone for an exception that is
+// thrown again elsewhere; no version had one larger than this. A thread holds them for a moment only.
 constexpr std::size_t recordBytes = 128;
 constinit clsReserve<256, 64> exceptionReserve;
 
@@ -103,10 +103,10 @@ void __cxa_free_exception(void* exception) noexcept {
     FreeException(exception);
 }
 void* __cxa_allocate_dependent_exception() noexcept {
-    return AllocateException(0);
+    return Allocate(recordBytes, exceptionReserve); // nothing but a record
 }
 void __cxa_free_dependent_exception(void* exception) noexcept {
-    FreeException(exception);
+    Free(exception, exceptionReserve);
 }
 
 scGlobals* __cxa_get_globals() noexcept {
@@ -132,11 +132,14 @@ namespace tvut {
 
 // The first throw sorts the tables that unwinding searches and allocates the lock around them. Without
 // memory it would fail in ways that cannot be caught, so it happens now.
-void PlatformExceptionsBegin() noexcept {
+bool PlatformExceptionsBegin() noexcept {
+    if (globalsSlot == TLS_OUT_OF_INDEXES)
+        return false;
     try {
         throw clsException("none");
     } catch (const clsException&) { // all is ready now
     }
+    return true;
 }
 
 void PlatformThreadEnds() noexcept {
@@ -155,7 +158,9 @@ void PlatformExceptionsEnd() noexcept {
 
 #else
 
-void tvut::PlatformExceptionsBegin() noexcept {}
+bool tvut::PlatformExceptionsBegin() noexcept {
+    return true;
+}
 void tvut::PlatformThreadEnds() noexcept {}
 void tvut::PlatformExceptionsEnd() noexcept {}
 

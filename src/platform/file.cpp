@@ -107,6 +107,11 @@ void clsFileSink::Extend(std::uint64_t bytes) {
             throw;
         }
     }
+    // Somebody who maps the file keeps it from being cut; better told before than after.
+    if (bytes < size) {
+        MoveTo(file_, bytes);
+        Require(SetEndOfFile(file_), "file cannot be cut");
+    }
     MoveTo(file_, 0);
 }
 
@@ -135,8 +140,8 @@ clsFileHandle MakeTemporary(const std::wstring& folder, std::wstring& name) {
     for (unsigned attempt = 0; !file && attempt < 100; ++attempt) {
         wsprintfW(leaf.data(), L"~PRF%08X.tmp", seed + attempt * 0x9E3779B1u);
         name = folder + leaf.data();
-        file = clsFileHandle(CreateFileW(name.c_str(), GENERIC_WRITE | WRITE_DAC, 0, nullptr, CREATE_NEW,
-                                         FILE_ATTRIBUTE_NORMAL, nullptr));
+        file = clsFileHandle(
+            CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!file && GetLastError() != ERROR_FILE_EXISTS)
             break;
     }
@@ -152,8 +157,8 @@ bool ReadAccessRights(const std::wstring& file, SecurityBuffer& security) {
 }
 
 // The attributes that a file's owner sets; the file system keeps the others itself.
-constexpr DWORD ownAttributes = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
-                                FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
+constexpr DWORD ownAttributes =
+    FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
 
 // Gives a new file the creation time, attributes and access rights of the one it is to replace, as
 // far as the system allows. Rights that both have from their folder anyway are left alone.
@@ -162,13 +167,13 @@ void TakeOver(const std::wstring& from, const WIN32_FILE_ATTRIBUTE_DATA& data, c
     FILE_BASIC_INFO basic{};
     basic.CreationTime.LowPart = data.ftCreationTime.dwLowDateTime;
     basic.CreationTime.HighPart = static_cast<LONG>(data.ftCreationTime.dwHighDateTime);
-    basic.FileAttributes = data.dwFileAttributes & ownAttributes; // 0 leaves them alone
+    basic.FileAttributes = (data.dwFileAttributes & ownAttributes) | FILE_ATTRIBUTE_ARCHIVE; // it is new
     SetFileInformationByHandle(file, FileBasicInfo, &basic, sizeof basic);
 
     alignas(SECURITY_DESCRIPTOR) SecurityBuffer wanted{};
     alignas(SECURITY_DESCRIPTOR) SecurityBuffer given{};
     if (ReadAccessRights(from, wanted) && ReadAccessRights(to, given) && wanted != given)
-        SetKernelObjectSecurity(file, DACL_SECURITY_INFORMATION, wanted.data());
+        SetFileSecurityW(to.c_str(), DACL_SECURITY_INFORMATION, wanted.data());
 }
 
 // One step of the file system: whoever opens the target meets the old file or the new one. While

@@ -7,6 +7,7 @@
 #include "prof/formats/save.h"
 #include "text/default_code_page.h"
 
+#include <memory>
 #include <new>
 
 namespace tvut {
@@ -14,6 +15,12 @@ namespace tvut {
 namespace {
 
 constexpr std::uint32_t readPlainIni = 2; // flag of ProfJobOpenStreamObject
+
+// A job that nobody has a handle of yet.
+struct scReleaseJob {
+    void operator()(clsProfJob* job) const noexcept { job->Release(); }
+};
+using clsNewJob = std::unique_ptr<clsProfJob, scReleaseJob>;
 
 // Makes a sink of one type on one target when the writer asks for it.
 template <class Sink, class Target>
@@ -38,19 +45,20 @@ clsProfJob::clsProfJob(std::u16string_view fileName)
     : fileName_(fileName), tree_(PlatformProfCacheEnabled()) {}
 
 clsProfJob* clsProfJob::OpenFile(std::optional<std::u16string_view> fileName, bool exclusive) {
-    auto* const job = new clsProfJob(fileName.value_or(std::u16string_view()));
+    clsNewJob job(new clsProfJob(fileName.value_or(std::u16string_view())));
     if (fileName)
         job->LoadFile(exclusive);
-    return job;
+    return job.release();
 }
 
 clsProfJob* clsProfJob::OpenStream(IStream* stream, std::u16string_view name, std::uint32_t flags) {
-    auto* const job = new clsProfJob(name);
+    clsNewJob job(new clsProfJob(std::u16string_view()));
     if (stream) {
         clsStreamSource source(stream);
-        job->error_ = job->LoadSource(source, flags & readPlainIni ? ReadMode::plainIni : ReadMode::detect);
+        job->error_ =
+            job->LoadSource(source, name, flags & readPlainIni ? ReadMode::plainIni : ReadMode::detect);
     }
-    return job;
+    return job.release();
 }
 
 void clsProfJob::Release() noexcept {
@@ -75,7 +83,7 @@ void clsProfJob::LoadFile(bool exclusive) {
     }
     try {
         clsFileSource source(file.Get());
-        error_ = LoadSource(source, ReadMode::detect);
+        error_ = LoadSource(source, fileName_.View(), ReadMode::detect);
     } catch (const clsException&) {
         error_ = profResult::locked;
     }
@@ -84,10 +92,9 @@ void clsProfJob::LoadFile(bool exclusive) {
 }
 
 // Gives the job's error. A source that fails and memory that runs out leave what was read so far.
-int clsProfJob::LoadSource(clsByteSource& source, ReadMode mode) {
+int clsProfJob::LoadSource(clsByteSource& source, std::u16string_view name, ReadMode mode) {
     try {
-        const scLoadResult result =
-            ProfpLoad(source, tree_.Root(), {fileName_.View(), mode, UtilpCodePage()});
+        const scLoadResult result = ProfpLoad(source, tree_.Root(), {name, mode, UtilpCodePage()});
         compressed_ = result.compressed;
         return result.parsed ? profResult::ok : profResult::loadFailed;
     } catch (const clsException&) {

@@ -53,7 +53,7 @@ class clsProfJob {
     ~clsProfJob() = default;
 
     void LoadFile(bool exclusive);
-    int LoadSource(clsByteSource& source, ReadMode mode);
+    int LoadSource(clsByteSource& source, std::u16string_view name, ReadMode mode);
 
     std::atomic<std::uint32_t> references_{1};
     int error_ = profResult::ok;

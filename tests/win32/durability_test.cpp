@@ -189,6 +189,27 @@ TEST(HeldFile, KeepsItsContentsWhenTheFirstWritesFail) {
     EXPECT_EQ(describe(Job(ProfJobOpenW(path.c_str()))), describe(job));
 }
 
+// A file that somebody maps cannot be cut.
+TEST(HeldFile, KeepsItsContentsWhenItCannotBeCut) {
+    const TempFolder folder;
+    const std::wstring path = folder / kName;
+    writeFile(path, oldContents());
+    const Job job(ProfJobOpenExclusiveW(path.c_str()));
+    const HANDLE reader = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      OPEN_EXISTING, 0, nullptr);
+    const HANDLE mapping = CreateFileMappingW(reader, nullptr, PAGE_READONLY, 0, 0, nullptr);
+    const void* const view = MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, 0);
+    ASSERT_TRUE(view);
+    ProfEmptyList(job, nullptr);
+    EXPECT_EQ(ProfSaveW(job, nullptr, 0), PROF_SAVE_FAILED);
+    EXPECT_EQ(readFile(path), oldContents());
+    UnmapViewOfFile(view);
+    CloseHandle(mapping);
+    CloseHandle(reader);
+    EXPECT_EQ(ProfSaveW(job, nullptr, 0), PROF_OK);
+    EXPECT_EQ(describe(Job(ProfJobOpenW(path.c_str()))), L"");
+}
+
 // TVUT22_SMALL_DISK names a folder on a disk of a few hundred kilobytes, which the test session mounts.
 TEST(FullDisk, FailsTheSaveAndKeepsTheOldFile) {
     wchar_t disk[MAX_PATH];

@@ -103,6 +103,15 @@ TEST(Streams, AreWrittenFromTheirStartAndCut) {
     }
 }
 
+TEST(Streams, MayCloseTheJobThatIsWrittenToThem) {
+    const ProfJob job = ProfJobOpenW(nullptr);
+    ProfSetStringW(job, nullptr, L"a", L"1");
+    PieceStream stream({}, 5);
+    stream.closedByWrite = job;
+    EXPECT_EQ(ProfSaveToStream(job, &stream, PROF_FORM_TEXT), PROF_OK);
+    EXPECT_EQ(describe(opened(stream.data)), L"a=1;");
+}
+
 TEST(Compressed, FlagsChooseTheWrapper) {
     const Job plain(L"a=1;L{b=2;}");
     const Bytes text = saved(plain), wrapped = saved(plain, PROF_SAVE_COMPRESSED);

@@ -8,8 +8,6 @@
 #include <cwchar>
 #include <random>
 
-extern "C" int __ms_swscanf(const wchar_t* text, const wchar_t* format, ...);
-
 namespace testing_prof {
 namespace {
 

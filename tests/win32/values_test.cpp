@@ -20,7 +20,7 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 template <class T>
 bool same(const T& a, const T& b) {
-    return std::memcmp(&a, &b, sizeof(T)) == 0;
+    return std::memcmp(&a, &b, sizeof(T)) == 0; // NOLINT(bugprone-suspicious-memory-comparison): bits count
 }
 
 /// Append and Set of a value both store one text.

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 namespace testing_prof {
 
@@ -28,6 +29,7 @@ class PieceStream final : public IStream {
     size_t failAt = SIZE_MAX; // reads and writes that would pass this position fail
     bool refuseSeek = false;
     bool refuseSetSize = false;
+    ProfJob closedByWrite = nullptr;
     LONG references = 1;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** out) override {
@@ -49,6 +51,7 @@ class PieceStream final : public IStream {
     }
 
     HRESULT STDMETHODCALLTYPE Write(const void* in, ULONG size, ULONG* done) override {
+        ProfJobClose(std::exchange(closedByWrite, nullptr));
         const size_t count = std::min<size_t>(size, piece_);
         if (done)
             *done = 0;
