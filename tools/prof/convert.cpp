@@ -1,6 +1,7 @@
 // prof convert: a profile from any form that can be read into any form that can be written.
 #include "commands.h"
 #include "profile.h"
+#include "profile_kind.h"
 
 #include <string_view>
 
@@ -25,6 +26,8 @@ UINT formFlag(std::string_view name) {
 } // namespace
 
 ExitCode runConvert(const Arguments& arguments) {
+    if (arguments.output == arguments.file && arguments.file != standardStream)
+        requireReplaceable(arguments.file, arguments.plainIni);
     const Profile profile = Profile::open(arguments.file, arguments.plainIni);
     profile.save(arguments.output,
                  formFlag(arguments.form) | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u));

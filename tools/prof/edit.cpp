@@ -20,22 +20,6 @@ bool isInPlace(const Arguments& arguments) {
     return arguments.output.empty() && arguments.file != standardStream;
 }
 
-// What is saved is a profile in text form: what the library does not read into the tree is gone.
-void requireProfileInPlace(const Arguments& arguments) {
-    if (!isInPlace(arguments))
-        return;
-    const FileKind kind = kindOf(toWide(arguments.file));
-    const bool ini = arguments.plainIni || (hasIniName(arguments.file) && kind != FileKind::profile);
-    if (ini)
-        throw Failure{ExitCode::usage, arguments.file,
-                      "a plain INI file would become a text profile and lose its comments; "
-                      "name another file with --output"};
-    if (kind == FileKind::other)
-        throw Failure{ExitCode::usage, arguments.file,
-                      "is not a text profile (its first list is not [/]) and would be replaced by one; "
-                      "name another file with --output, or read it with --ini"};
-}
-
 bool isToBeCreated(const Arguments& arguments) {
     return arguments.create && arguments.file != standardStream &&
            kindOf(toWide(arguments.file)) == FileKind::missing;
@@ -44,7 +28,8 @@ bool isToBeCreated(const Arguments& arguments) {
 Profile openForEdit(const Arguments& arguments) {
     Profile profile =
         isToBeCreated(arguments) ? Profile::makeEmpty() : Profile::open(arguments.file, arguments.plainIni);
-    requireProfileInPlace(arguments);
+    if (isInPlace(arguments))
+        requireReplaceable(arguments.file, arguments.plainIni);
     return profile;
 }
 

@@ -62,6 +62,11 @@ bool holdsItem(ProfJob job, ProfList list, std::wstring_view name) {
     throw Failure{ExitCode::usage, path, reason};
 }
 
+// What the text form writes in the place of "=", "[", "]" and control characters.
+bool standsForAnother(wchar_t unit) {
+    return unit == L'\x2338' || unit == L'\x301A' || unit == L'\x301B' || (unit > 0x2400 && unit < 0x2420);
+}
+
 bool isControl(wchar_t unit) {
     return unit < 0x20;
 }
@@ -103,6 +108,8 @@ void requireStorablePath(const std::string& path) {
         refuse(path, "the path ends in \"/\": the item's name is missing");
     if (std::wstring_view{L"#;{} \t"}.find(item.front()) != std::wstring_view::npos)
         refuse(path, "an item whose name begins with # ; { } or a blank would not be read again");
+    if (std::any_of(item.begin(), item.end(), standsForAnother))
+        refuse(path, "an item's name cannot hold the characters that stand for others in a file");
     for (auto list = segments.begin(); list != segments.end() - 1; ++list)
         if (std::any_of(list->begin(), list->end(), isControl))
             refuse(path, "a list's name cannot hold control characters");

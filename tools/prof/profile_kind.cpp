@@ -1,7 +1,9 @@
 // Looks at a file's first header line.
 #include "profile_kind.h"
 
+#include "exit_code.h"
 #include "input_file.h"
+#include "text_io.h"
 
 #include <algorithm>
 
@@ -46,11 +48,28 @@ bool endsWith(std::string_view name, std::string_view ending) {
 FileKind kindOf(const std::wstring& path) {
     const InputFile file{path};
     if (!file.isOpen())
-        return FileKind::missing;
+        return file.error() == ERROR_FILE_NOT_FOUND || file.error() == ERROR_PATH_NOT_FOUND
+                   ? FileKind::missing
+                   : FileKind::unreadable;
     const std::string bytes = file.read(lookAhead);
     const bool profile =
         bytes.empty() || bytes.starts_with(compressedMark) || firstHeader(asNarrow(bytes)) == rootHeader;
     return profile ? FileKind::profile : FileKind::other;
+}
+
+void requireReplaceable(const std::string& file, bool plainIni) {
+    const FileKind kind = kindOf(toWide(file));
+    if (kind == FileKind::unreadable)
+        throw Failure{ExitCode::cannotOpen, file,
+                      "cannot be looked at before it is replaced: in use or not permitted"};
+    if (plainIni || (hasIniName(file) && kind != FileKind::profile))
+        throw Failure{ExitCode::usage, file,
+                      "a plain INI file would become a text profile and lose its comments; "
+                      "name another file with --output"};
+    if (kind == FileKind::other)
+        throw Failure{ExitCode::usage, file,
+                      "is not a text profile (its first list is not [/]) and would be replaced by one; "
+                      "name another file with --output, or read it with --ini"};
 }
 
 bool hasIniName(std::string_view name) {

@@ -11,12 +11,17 @@
 namespace prof_tool {
 
 enum class FileKind {
-    missing, // or not readable
-    profile, // begins with the root list, is compressed, or is empty
-    other,   // anything else: an INI file, some other text
+    missing,    // there is no file of that name
+    unreadable, // there is one, but it cannot be looked at: it may hold anything
+    profile,    // begins with the root list, is compressed, or is empty
+    other,      // anything else: an INI file, some other text
 };
 
 FileKind kindOf(const std::wstring& path);
+
+// What is saved is a profile in text form: whatever else a file holds would be gone. Throws Failure for a
+// file that a save must not replace.
+void requireReplaceable(const std::string& file, bool plainIni);
 
 // Ends in .ini or .conf, in any case.
 bool hasIniName(std::string_view name);
