@@ -3,11 +3,6 @@
 add_library(tvut22_flags INTERFACE)
 target_compile_features(tvut22_flags INTERFACE cxx_std_20)
 
-if(MSVC)
-  target_compile_options(tvut22_flags INTERFACE /W4 /WX /permissive- /utf-8)
-  return()
-endif()
-
 target_compile_options(
   tvut22_flags
   INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor -Werror

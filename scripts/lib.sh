@@ -10,6 +10,9 @@ isolated_root=$cache/root
 host_wine=/usr/lib/wine/wine
 export NINJA_STATUS="[%es %f/%t] "
 
+# A checkout that belongs to somebody else is ours to read all the same.
+export GIT_CONFIG_COUNT=1 GIT_CONFIG_KEY_0=safe.directory GIT_CONFIG_VALUE_0="$repository"
+
 say() {
     printf '[%4ds] %s\n' "$(($(date +%s) - started))" "$*"
 }

@@ -4,8 +4,8 @@
 
 int main() {
     const ProfJob settings = ProfJobOpenW(L"settings.prf"); // a missing file: an empty profile
-    if (ProfGetError(settings) == PROF_LOAD_FAILED)
-        return 1; // damaged: it stays as it is
+    if (ProfGetError(settings) != PROF_OK && GetFileAttributesW(L"settings.prf") != INVALID_FILE_ATTRIBUTES)
+        return 1; // locked or damaged: it stays as it is
     INT starts = 0;
     ProfGetIntW(settings, 0, L"Statistics/Starts", &starts, 0);
     ProfSetIntW(settings, 0, L"Statistics/Starts", starts + 1); // makes the list, too
