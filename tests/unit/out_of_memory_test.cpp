@@ -104,6 +104,28 @@ TEST(OutOfMemory, Saving) {
     }
 }
 
+// A sink may give up old contents once it is told of new ones: no allocation may fail after that.
+TEST(OutOfMemory, SavingFailsBeforeTheSinkIsTold) {
+    for (const std::uint32_t flags : {0x00u, 0x40u}) {
+        clsMemorySink sink;
+        sink.bytes.reserve(1 << 20);
+        std::uint64_t toldAtFailure = 0;
+        const auto save = [&](clsTree& tree) {
+            sink.bytes.clear();
+            sink.extended = 0;
+            try {
+                ProfpSave(tree.Root(), flags, false, sink);
+            } catch (const std::bad_alloc&) {
+                toldAtFailure += sink.extended; // looked at when memory is there again
+                throw;
+            }
+        };
+        FailEveryAllocation(save, ExpectSound);
+        EXPECT_EQ(toldAtFailure, 0u);
+        EXPECT_GT(sink.extended, 0u);
+    }
+}
+
 TEST(OutOfMemory, ChangingAndCopying) {
     const auto change = [](clsTree& tree) {
         for (char16_t c = u'A'; c < u'z'; ++c) {

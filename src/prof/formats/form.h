@@ -24,7 +24,9 @@ class IclsFormWriter {
     virtual ~IclsFormWriter() = default;
     // The exact number of bytes that Write will write.
     virtual std::uint64_t Measure(const clsItemList& root) const = 0;
-    virtual void Write(const clsItemList& root, clsByteSink& sink) const = 0;
+    // bytes is what Measure gave. The sink is told of them when all memory that writing takes is at hand:
+    // from then on old contents may be gone.
+    virtual void Write(const clsItemList& root, std::uint64_t bytes, clsByteSink& sink) const = 0;
 };
 
 extern const IclsFormReader& g_textReader;

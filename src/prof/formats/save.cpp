@@ -31,10 +31,11 @@ class clsMemorySink final : public clsByteSink {
 
 // The wrapper's length shows in the end only, and a sink wants it before: it must know that there is
 // room before it overwrites anything. So the wrapper is made in memory.
-void WriteCompressed(const IclsFormWriter& form, const clsItemList& root, IclsSinkMaker& maker) {
+void WriteCompressed(const IclsFormWriter& form, const clsItemList& root, std::uint64_t bytes,
+                     IclsSinkMaker& maker) {
     clsMemorySink wrapped;
     clsCompressingSink compressing(wrapped);
-    form.Write(root, compressing);
+    form.Write(root, bytes, compressing);
     compressing.Finish();
     clsByteSink& sink = maker.MakeSink();
     sink.Extend(wrapped.Bytes().size());
@@ -43,8 +44,7 @@ void WriteCompressed(const IclsFormWriter& form, const clsItemList& root, IclsSi
 }
 
 void WritePlain(const IclsFormWriter& form, const clsItemList& root, std::uint64_t bytes, clsByteSink& sink) {
-    sink.Extend(bytes);
-    form.Write(root, sink);
+    form.Write(root, bytes, sink);
     sink.Finish();
 }
 
@@ -63,7 +63,7 @@ bool ProfpSave(const clsItemList& root, std::uint32_t flags, bool wasCompressed,
         return false;
     }
     if (compress)
-        WriteCompressed(*form, root, maker);
+        WriteCompressed(*form, root, bytes, maker);
     else
         WritePlain(*form, root, bytes, maker.MakeSink());
     return true;

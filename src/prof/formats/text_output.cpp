@@ -5,8 +5,10 @@
 
 namespace tvut {
 
-clsTextOutput::clsTextOutput(clsByteSink& sink)
-    : sink_(sink), block_(std::make_unique_for_overwrite<char16_t[]>(blockLength)) {}
+clsTextOutput::clsTextOutput(clsByteSink& sink, std::uint64_t bytes)
+    : sink_(sink), block_(std::make_unique_for_overwrite<char16_t[]>(blockLength)) {
+    sink_.Extend(bytes);
+}
 
 void clsTextOutput::Put(std::u16string_view text) {
     while (!text.empty()) {

@@ -12,7 +12,8 @@ namespace tvut {
 
 class clsTextOutput {
   public:
-    explicit clsTextOutput(clsByteSink& sink);
+    // Takes its memory, then tells the sink how many bytes will come.
+    clsTextOutput(clsByteSink& sink, std::uint64_t bytes);
 
     void Put(char16_t c) {
         Room(1);

@@ -80,8 +80,8 @@ class clsTextWriter final : public IclsFormWriter {
         return measure.Units() * sizeof(char16_t);
     }
 
-    void Write(const clsItemList& root, clsByteSink& sink) const override {
-        clsTextOutput output(sink);
+    void Write(const clsItemList& root, std::uint64_t bytes, clsByteSink& sink) const override {
+        clsTextOutput output(sink, bytes);
         output.Put(head);
         ProfpWalk(root, 1, clsWriter(output));
         output.Put(tail);
