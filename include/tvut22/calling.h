@@ -21,5 +21,6 @@
 #endif
 
 #define TVUT22_CALL __stdcall
+#define TVUT22_CALL_VARIADIC __cdecl /* functions with variable arguments */
 
 #endif

@@ -4,6 +4,10 @@
 // for.
 #include "platform/exception_memory.h"
 #include "platform/host.h"
+#include "platform/wide.h"
+#include "runtime/global_lock.h"
+#include "runtime/output/debugger.h"
+#include "runtime/output/writer.h"
 #include "text/hash.h"
 
 #include <windows.h>
@@ -21,6 +25,37 @@ std::uint32_t ProcessSeed() {
     return seed ^ static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(&counter)) * 0xC2B2AE35u;
 }
 
+int attachCount = 0; // guarded by the global lock
+
+// Callers find the host by its name later on; a system that does not is told of at once.
+void CheckHostRoundtrips() noexcept {
+    const wchar_t* const fullName = tvut::ToWide(tvut::PlatformHostFileName());
+    const wchar_t* const separator = wcsrchr(fullName, L'\\');
+    if (!GetModuleHandleW(fullName))
+        tvut::UtilpWriteToDebugger(u"WARNING: the roundtrip 'GetModuleHandle(GetModuleFileName(NULL))' "
+                                   u"returns 0 and thus implies that "
+                                   u"it does not work. DANGER! Crashes might follow!");
+    if (!GetModuleHandleW(separator ? separator + 1 : fullName))
+        tvut::UtilpWriteToDebugger(
+            u"WARNING: the roundtrip 'GetModuleHandle(ExtractFileName(GetModuleFileName(NULL)))' returns 0 "
+            u"and "
+            u"thus implies that it does not work. DANGER! Crashes might follow!");
+}
+
+void ProcessAttaches() noexcept {
+    const tvut::clsGlobalLockGuard lock(tvut::UtilpGlobalLock());
+    ++attachCount;
+    CheckHostRoundtrips();
+}
+
+// While the process ends, the lock may be one that a killed thread has left held.
+void ProcessDetaches() noexcept {
+    if (!tvut::UtilpGlobalLock().try_lock())
+        return;
+    const tvut::clsGlobalLockGuard lock(tvut::UtilpGlobalLock(), std::adopt_lock);
+    --attachCount;
+}
+
 } // namespace
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
@@ -30,11 +65,14 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
             return FALSE;
         tvut::PlatformNoteHost();
         tvut::g_hashSeed = ProcessSeed();
+        ProcessAttaches();
         break;
     case DLL_THREAD_DETACH:
         tvut::PlatformThreadEnds();
         break;
     case DLL_PROCESS_DETACH:
+        ProcessDetaches();
+        tvut::UtilpDiagnosticWriter().End(processEnds != nullptr);
         if (!processEnds)
             tvut::PlatformExceptionsEnd();
         break;

@@ -2,7 +2,7 @@
 #include "exports/guard.h"
 #include "exports/prof_handles.h"
 #include "exports/text_argument.h"
-#include "text/default_code_page.h"
+#include "runtime/default_code_page.h"
 
 #include <array>
 

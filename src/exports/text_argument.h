@@ -7,7 +7,7 @@
 
 #include "platform/code_page.h"
 #include "platform/wide.h"
-#include "text/default_code_page.h"
+#include "runtime/default_code_page.h"
 
 #include <array>
 #include <cstring>

@@ -5,8 +5,12 @@
 
 namespace tvut {
 
-// The host executable's file name without folder and extension, as it is written.
-std::wstring_view PlatformHostTag();
+// The host executable's file name without folder and extension, as it is written. Terminated neither
+// by NUL nor otherwise.
+std::u16string_view PlatformHostTag() noexcept;
+
+// The host executable's full file name, terminated; cut where it is longer than MAX_PATH.
+const char16_t* PlatformHostFileName() noexcept;
 
 // Notes the host's name; called once, when the library is loaded.
 void PlatformNoteHost() noexcept;

@@ -20,7 +20,8 @@ struct scDebugLines {
 } // namespace
 
 void ProfpDebugList(const clsItemList& list) noexcept {
-    ProfpWalk(list, 0, scDebugLines{});
+    if (UtilpDiagnosticsOn()) // a large profile is not walked for nobody
+        ProfpWalk(list, 0, scDebugLines{});
 }
 
 } // namespace tvut

@@ -5,7 +5,7 @@
 #include "platform/stream.h"
 #include "prof/file_name.h"
 #include "prof/formats/save.h"
-#include "text/default_code_page.h"
+#include "runtime/default_code_page.h"
 
 #include <memory>
 #include <new>

@@ -1,9 +1,32 @@
 #include "runtime/diagnostics.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace tvut {
+
+namespace {
+
+// Digits of a number, at least a given count of them, at the end of a buffer.
+class clsDigits {
+  public:
+    clsDigits(std::uint32_t number, std::uint32_t base, std::size_t least, std::u16string_view alphabet) {
+        least = std::min(least, digits_.size());
+        do {
+            digits_[--begin_] = alphabet[number % base];
+            number /= base;
+        } while (number != 0 || digits_.size() - begin_ < least);
+    }
+    std::u16string_view View() const { return {digits_.data() + begin_, digits_.size() - begin_}; }
+
+  private:
+    std::array<char16_t, 16> digits_;
+    std::size_t begin_ = digits_.size();
+};
+
+constexpr std::u16string_view lowerDigits = u"0123456789abcdef";
+constexpr std::u16string_view upperDigits = u"0123456789ABCDEF";
+
+} // namespace
 
 clsDiagnosticLine& clsDiagnosticLine::Put(std::u16string_view text) noexcept {
     text = text.substr(0, longest - length_);
@@ -13,11 +36,10 @@ clsDiagnosticLine& clsDiagnosticLine::Put(std::u16string_view text) noexcept {
 }
 
 clsDiagnosticLine& clsDiagnosticLine::Put(std::int32_t number) noexcept {
-    std::array<char, 16> digits;
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-    std::array<char16_t, 16> wide;
-    const auto wideEnd = std::copy(digits.data(), end, wide.data());
-    return Put({wide.data(), static_cast<std::size_t>(wideEnd - wide.data())});
+    const auto magnitude = static_cast<std::uint32_t>(number);
+    if (number >= 0)
+        return PutDecimal(magnitude, 1);
+    return Put(u"-").PutDecimal(0 - magnitude, 1);
 }
 
 clsDiagnosticLine& clsDiagnosticLine::PutBlanks(std::size_t count) noexcept {
@@ -27,11 +49,22 @@ clsDiagnosticLine& clsDiagnosticLine::PutBlanks(std::size_t count) noexcept {
     return *this;
 }
 
-void clsDiagnosticLine::Write() noexcept {
-    text_[length_] = u'\n';
-    text_[length_ + 1] = u'\0';
-    UtilpWriteDiagnosticLine(text_.data());
-    length_ = 0;
+clsDiagnosticLine& clsDiagnosticLine::PutPadded(std::u16string_view text, std::size_t width) noexcept {
+    return Put(text).PutBlanks(width - std::min(width, text.size()));
+}
+
+clsDiagnosticLine& clsDiagnosticLine::PutDecimal(std::uint32_t number, std::size_t digits) noexcept {
+    return Put(clsDigits(number, 10, digits, lowerDigits).View());
+}
+
+clsDiagnosticLine& clsDiagnosticLine::PutHex(std::uint32_t number, std::size_t digits) noexcept {
+    return Put(clsDigits(number, 16, digits, lowerDigits).View());
+}
+
+// As the C runtime prints "%#p", which callers' own lines show beside ours.
+clsDiagnosticLine& clsDiagnosticLine::PutPointer(const void* pointer) noexcept {
+    const auto address = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(pointer));
+    return Put(pointer ? u"0X" : u"").Put(clsDigits(address, 16, 8, upperDigits).View());
 }
 
 } // namespace tvut

@@ -2,8 +2,8 @@
 
 #include "platform/code_page.h"
 #include "platform/letter_case.h"
+#include "runtime/default_code_page.h"
 #include "runtime/diagnostics.h"
-#include "text/default_code_page.h"
 
 #include <algorithm>
 #include <atomic>

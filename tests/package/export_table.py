@@ -66,7 +66,7 @@ def declared_names(compiler, include):
     text = subprocess.run([compiler, "-std=c11", "-E", "-P", "-I", include, "-"], input=source,
                           capture_output=True, text=True, check=True).stdout
     imported = r"__attribute__\s*\(\(\s*dllimport\s*\)\)[^;(){}]*(?:__attribute__\s*\(\(\s*__(?:stdcall|cdecl)__\s*\)\)\s*)?"
-    return re.findall(imported + r"\b((?:Prof|Util)\w+)\s*\(", text)
+    return re.findall(imported + r"\b((?:Prof|Util|Pas)\w+)\s*\(", text)
 
 
 def listed_names(export_list):

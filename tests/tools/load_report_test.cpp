@@ -1,34 +1,48 @@
-// The line and message of a load error, caught on their way to a debugger.
+// The line and message of a load error, read from the library's log file.
 #include "load_report.h"
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
+#include <filesystem>
+#include <fstream>
+
 namespace prof_test {
 
-TEST(LoadReport, KeepsTheLastLoadErrorWhileItListens) {
-    const prof_tool::LoadReport report;
-    EXPECT_EQ(report.reason(), "");
-    OutputDebugStringW(L"something else in line 7\r\n");
-    EXPECT_EQ(report.reason(), "");
-    OutputDebugStringW(L"PROF load error line 12: 'it's not closed'\r\n");
-    OutputDebugStringA("C:\\a: error 'b'.prf: error 'it's not closed' in line 12\n");
-    EXPECT_EQ(report.reason(), "line 12: it's not closed");
-    OutputDebugStringA("PROF load error line 0: 'no line yet'");
-    EXPECT_EQ(report.reason(), "no line yet");
-    OutputDebugStringA(("PROF load error line 3: '" + std::string(5000, 'x') + "'").c_str());
-    OutputDebugStringA("PROF load error line 4");
-    EXPECT_EQ(report.reason(), "");
+namespace {
+
+const std::filesystem::path logName = std::filesystem::temp_directory_path() / L"load_report_test.log";
+
+// Writes as the library does: a line's stamp, its text, CR LF.
+void logLine(const std::string& text) {
+    std::ofstream(logName, std::ios::binary | std::ios::app)
+        << "15:26:04.147 00000024/01 1  " << text << "\r\n";
 }
 
-TEST(LoadReport, BeginsAnewAndHearsNothingAfterwards) {
-    {
-        const prof_tool::LoadReport listening;
-        OutputDebugStringA("PROF load error line 1: 'old'\n");
-    }
-    OutputDebugStringA("PROF load error line 2: 'unheard'\n");
-    EXPECT_EQ(prof_tool::LoadReport{}.reason(), "");
+} // namespace
+
+TEST(LoadReport, TellsTheFirstErrorOfItsTime) {
+    logLine("PROF load error line 1: 'long ago'");
+    SetEnvironmentVariableW(L"TVUT22_LOG", logName.c_str());
+    const prof_tool::LoadReport report;
+    EXPECT_EQ(report.reason(), "");
+    logLine("something else in line 7");
+    EXPECT_EQ(report.reason(), "");
+    logLine("PROF load error line 12: 'it's not closed'");
+    logLine("C:\\a: error 'b'.prf: error 'it's not closed' in line 12");
+    EXPECT_EQ(report.reason(), "line 12: it's not closed");
+
+    const prof_tool::LoadReport later;
+    EXPECT_EQ(later.reason(), "");
+    logLine("PROF load error line 0: 'no line yet'");
+    EXPECT_EQ(later.reason(), "no line yet");
+
+    const prof_tool::LoadReport broken;
+    logLine("PROF load error line 4");
+    logLine("'");
+    EXPECT_EQ(broken.reason(), "");
+    SetEnvironmentVariableW(L"TVUT22_LOG", nullptr);
 }
 
 } // namespace prof_test

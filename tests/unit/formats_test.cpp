@@ -119,8 +119,8 @@ TEST(Load, NamesInputMessageAndLine) {
     clsTree tree(true);
     EXPECT_FALSE(Load(tree, "\n\n<?xml version=\"1.0\"?>").parsed);
     const std::vector<std::u16string> expected{
-        u"PROF load error line 1: 'prof::xml: this form cannot be read'\n",
-        u"input: error 'prof::xml: this form cannot be read' in line 1\n"};
+        u"PROF load error line 1: 'prof::xml: this form cannot be read'",
+        u"input: error 'prof::xml: this form cannot be read' in line 1"};
     EXPECT_EQ(DiagnosticLines(), expected);
 }
 

@@ -4,8 +4,13 @@
 #include "unit/native_platform.h"
 
 #include "platform/code_page.h"
+#include "platform/host.h"
 #include "platform/letter_case.h"
+#include "platform/process_heap.h"
+#include "runtime/call_stack.h"
 #include "runtime/diagnostics.h"
+
+#include <cstdlib>
 
 namespace tvut {
 
@@ -14,11 +19,32 @@ std::vector<std::u16string>& DiagnosticLines() {
     return lines;
 }
 
-void UtilpWriteDiagnosticLine(const char16_t* text) noexcept {
+bool UtilpDiagnosticsOn() noexcept {
+    return true;
+}
+
+void UtilpWriteDiagnosticLine(std::u16string_view text) noexcept {
     try {
         DiagnosticLines().emplace_back(text);
     } catch (...) {
     }
+}
+
+std::u16string_view PlatformHostTag() noexcept {
+    return u"host";
+}
+
+// Through malloc, so that the address sanitizer watches the records and finds those that are left.
+void* PlatformProcessHeapAlloc(std::size_t bytes) noexcept {
+    return std::calloc(1, bytes);
+}
+
+void PlatformProcessHeapFree(void* block) noexcept {
+    std::free(block);
+}
+
+scCallStack* UtilpCaptureCallStack(std::size_t) noexcept {
+    return static_cast<scCallStack*>(PlatformProcessHeapAlloc(sizeof(scCallStack)));
 }
 
 std::size_t PlatformDecode(unsigned, std::string_view bytes, char16_t* characters) {

@@ -178,8 +178,8 @@ TEST(String, RefusesMisuseAndReportsIt) {
     text.ReleaseBuffer(1);
     EXPECT_EQ(text.View(), u"abc!");
     const std::vector<std::u16string> expected{
-        u"WRN: detected write to String::operator[] with index out of bounds\n",
-        u"WRN: String buffer released twice (usage=0)\n"};
+        u"WRN: detected write to String::operator[] with index out of bounds",
+        u"WRN: String buffer released twice (usage=0)"};
     EXPECT_EQ(DiagnosticLines(), expected);
 }
 

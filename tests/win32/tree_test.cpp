@@ -1,6 +1,6 @@
 // Lists and items: paths, order, creation, deletion, and handles that outlive their list.
-#include "support/debug_output.h"
 #include "support/job.h"
+#include "support/log.h"
 
 namespace testing_prof {
 namespace {
@@ -279,14 +279,15 @@ TYPED_TEST(Tree, HandlesOfDeletedAndForeignListsAreRefused) {
     EXPECT_EQ(describe(other), L"L{x=1;}");
 }
 
-TEST(Lists, ListingsGoToTheDebuggerOutput) {
+TEST(Lists, ListingsGoToTheDiagnosticOutput) {
+    using Lines = std::vector<std::string>;
     const Job job(L"a=1;L{b=2;M{c=;}}d=4;");
-    const DebugOutput output;
+    const Log whole;
     EXPECT_EQ(ProfDebugList(job, 0), PROF_OK);
-    EXPECT_EQ(output.text(), L"a=1\n[L]\n b=2\n [M]\n  c=\nd=4\n");
-    output.text().clear();
+    EXPECT_EQ(whole.lines(), (Lines{"a=1", "[L]", " b=2", " [M]", "  c=", "d=4"}));
+    const Log part;
     EXPECT_EQ(ProfDebugList(job, ProfGetListW(job, 0, L"L")), PROF_OK);
-    EXPECT_EQ(output.text(), L"b=2\n[M]\n c=\n");
+    EXPECT_EQ(part.lines(), (Lines{"b=2", "[M]", " c="}));
     EXPECT_EQ(ProfDebugList(0, 0), PROF_INVALID_JOB);
     ProfSetDebug(TRUE);
 }

@@ -1,47 +1,67 @@
-// Catches the library's load error line on its way to a debugger.
+// Reads the library's load error line from its log file.
 #include "load_report.h"
 
 #include "text_io.h"
 
 #include <windows.h>
 
+#include <algorithm>
+#include <array>
 #include <string_view>
 
 namespace prof_tool {
 
 namespace {
 
-constexpr DWORD printException = 0x40010006;     // length, 8-bit text
-constexpr DWORD printExceptionWide = 0x4001000a; // length, UTF-16 text, length, 8-bit text
+constexpr const wchar_t* logVariable = L"TVUT22_LOG";
 constexpr std::string_view marker = "PROF load error line ";
+constexpr long long mostRead = 64 * 1024; // bytes; a load writes two lines, each with a limit
 
-// The handler runs inside the library's call and must neither allocate nor throw: the line is kept here.
-char lastError[1024];
-std::size_t lastErrorLength;
+using Path = std::array<wchar_t, MAX_PATH + 1>;
 
-std::string_view printedText(const EXCEPTION_RECORD& record) {
-    const DWORD first = record.ExceptionCode == printExceptionWide ? 2 : 0;
-    if (record.NumberParameters < first + 2)
+HANDLE openLog(const wchar_t* name, DWORD disposition, DWORD flags) {
+    return CreateFileW(name, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                       disposition, flags, nullptr);
+}
+
+HANDLE makeOwnLog() {
+    Path folder{};
+    Path name{};
+    if (GetTempPathW(MAX_PATH, folder.data()) == 0 ||
+        GetTempFileNameW(folder.data(), L"prf", 0, name.data()) == 0)
+        return INVALID_HANDLE_VALUE;
+    SetEnvironmentVariableW(logVariable, name.data());
+    return openLog(name.data(), OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE);
+}
+
+HANDLE makeLog() {
+    Path name{};
+    const DWORD length = GetEnvironmentVariableW(logVariable, name.data(), static_cast<DWORD>(name.size()));
+    if (length == 0 || length >= name.size())
+        return makeOwnLog();
+    return openLog(name.data(), OPEN_ALWAYS, 0);
+}
+
+HANDLE log() {
+    static const HANDLE file = makeLog(); // the process's end closes it
+    return file;
+}
+
+long long logSize() {
+    LARGE_INTEGER size{};
+    return GetFileSizeEx(log(), &size) ? size.QuadPart : 0;
+}
+
+std::string readLog(long long start) {
+    std::string text(static_cast<std::size_t>(std::min(logSize() - start, mostRead)), '\0');
+    LARGE_INTEGER from{};
+    from.QuadPart = start;
+    DWORD length = 0;
+    if (text.empty() || !SetFilePointerEx(log(), from, nullptr, FILE_BEGIN) ||
+        !ReadFile(log(), text.data(), static_cast<DWORD>(text.size()), &length, nullptr))
         return {};
-    const auto* text = reinterpret_cast<const char*>(record.ExceptionInformation[first + 1]);
-    const std::string_view whole{text, record.ExceptionInformation[first]};
-    return whole.substr(0, whole.find('\0'));
-}
-
-void keep(std::string_view text) {
-    const std::size_t start = text.find(marker);
-    if (start == std::string_view::npos)
-        return;
-    const std::string_view error = text.substr(start + marker.size());
-    lastErrorLength = error.copy(lastError, std::size(lastError));
-}
-
-LONG CALLBACK listen(EXCEPTION_POINTERS* exception) {
-    const EXCEPTION_RECORD& record = *exception->ExceptionRecord;
-    if (record.ExceptionCode != printException && record.ExceptionCode != printExceptionWide)
-        return EXCEPTION_CONTINUE_SEARCH;
-    keep(printedText(record));
-    return EXCEPTION_CONTINUE_EXECUTION;
+    text.resize(length);
+    return text;
 }
 
 std::string fromCodePage(std::string_view text) {
@@ -53,16 +73,15 @@ std::string fromCodePage(std::string_view text) {
 
 } // namespace
 
-LoadReport::LoadReport() : handler_(AddVectoredExceptionHandler(1, listen)) {
-    lastErrorLength = 0;
-}
-
-LoadReport::~LoadReport() {
-    RemoveVectoredExceptionHandler(handler_);
-}
+LoadReport::LoadReport() : start_(logSize()) {}
 
 std::string LoadReport::reason() const {
-    const std::string_view error{lastError, lastErrorLength};
+    const std::string lines = readLog(start_);
+    const std::size_t found = lines.find(marker);
+    if (found == std::string::npos)
+        return {};
+    const std::size_t begin = found + marker.size();
+    const std::string_view error = std::string_view(lines).substr(begin, lines.find('\r', begin) - begin);
     const std::size_t colon = error.find(": '");
     const std::size_t quote = error.rfind('\'');
     if (colon == std::string_view::npos || quote < colon + 3)

@@ -1,12 +1,12 @@
 // Learns why a profile could not be loaded.
 //
 // ProfGetError says only that the contents are malformed. The line and the message go to the
-// diagnostic output, that is to OutputDebugString, as
+// diagnostic output as
 //
 //     PROF load error line 3: 'closing tag expected'
 //
-// OutputDebugString raises an exception that a debugger would take; with none attached, a vectored
-// handler of this process sees it first. A LoadReport listens while it lives. One at a time.
+// The tool gives the library a log file of its own for that, in the temporary folder, which vanishes with
+// the process; where the user has named one by TVUT22_LOG, that one is read.
 #ifndef PROF_TOOL_LOAD_REPORT_H
 #define PROF_TOOL_LOAD_REPORT_H
 
@@ -14,18 +14,16 @@
 
 namespace prof_tool {
 
+// Lives around a load. The first one must be made before the library writes its first line.
 class LoadReport {
   public:
     LoadReport();
-    ~LoadReport();
-    LoadReport(const LoadReport&) = delete;
-    LoadReport& operator=(const LoadReport&) = delete;
 
-    // "line 3: closing tag expected", or the empty text when no load error was reported.
+    // "line 3: closing tag expected", or the empty text when no load error was reported meanwhile.
     std::string reason() const;
 
   private:
-    void* handler_;
+    long long start_; // where in the log file the load's own lines begin
 };
 
 } // namespace prof_tool

@@ -1,4 +1,4 @@
-#include "text/default_code_page.h"
+#include "runtime/default_code_page.h"
 
 #include "platform/code_page.h"
 

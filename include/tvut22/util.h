@@ -1,0 +1,11 @@
+/* Util: the runtime of a product's modules. One header a subject, all of them here.
+ *
+ * Text is UTF-16 throughout; the calls carry no W behind their names.
+ */
+#ifndef TVUT22_UTIL_H
+#define TVUT22_UTIL_H
+
+#include <tvut22/diagnostics.h>
+#include <tvut22/modules.h>
+
+#endif

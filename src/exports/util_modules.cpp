@@ -1,0 +1,113 @@
+// Exports of modules, their jobs, the library's version and the language.
+#include "platform/host.h"
+#include "platform/wide.h"
+#include "runtime/diagnostic_group.h"
+#include "runtime/global_lock.h"
+#include "runtime/language.h"
+#include "runtime/module_list.h"
+#include "runtime/output/writer.h"
+
+#include <tvut22/modules.h>
+
+#include <array>
+
+using namespace tvut;
+
+namespace {
+
+constexpr UINT majorVersion = 22;
+constexpr UINT minorVersion = 10;
+constexpr UINT version[] = {majorVersion << 16 | minorVersion, majorVersion, minorVersion, 0};
+
+// Until there are heaps none can be left.
+clsModuleList jobs([](clsModuleNode&) {});
+
+clsModuleNode* FromHandle(UtilJob job) noexcept {
+    return reinterpret_cast<clsModuleNode*>(job);
+}
+
+clsDiagnosticLine OpenTrace(const wchar_t* name, UINT flags) noexcept {
+    const std::u16string_view shown = name ? FromWide(std::wstring_view(name)) : u"(NULL)";
+    return clsDiagnosticLine().Put(u"UtilJobOpen('").Put(shown).Put(u"',0x").PutHex(flags, 8).Put(u")");
+}
+
+clsDiagnosticLine CloseTrace(const clsModuleNode* job) noexcept {
+    clsDiagnosticLine line;
+    line.Put(u"UtilJobClose(").PutPointer(job).Put(u")");
+    return jobs.Holds(job) ? line.Put(u" ['").Put(job->Name()).Put(u"']") : line;
+}
+
+// The file of a loaded module; empty when no module of that name is loaded.
+class clsModuleFile {
+  public:
+    explicit clsModuleFile(const wchar_t* module) noexcept {
+        if (const HMODULE loaded = module && *module ? GetModuleHandleW(module) : nullptr)
+            length_ = GetModuleFileNameW(loaded, name_.data(), static_cast<DWORD>(name_.size()));
+    }
+    std::u16string_view View() const noexcept { return {FromWide(name_.data()), length_}; }
+
+  private:
+    std::array<wchar_t, MAX_PATH> name_;
+    std::size_t length_ = 0;
+};
+
+clsDiagnosticLine ModuleLine(std::u16string_view sign, const wchar_t* module) noexcept {
+    const std::u16string_view shown = module ? FromWide(std::wstring_view(module)) : u"(NULL)";
+    return clsDiagnosticLine().Put(sign).Put(shown).Put(u" [").Put(PlatformHostFileName()).Put(u"]");
+}
+
+} // namespace
+
+TVUT22_API UtilJob TVUT22_CALL UtilJobOpen(const wchar_t* name, UINT flags) {
+    const clsGlobalLockGuard lock(UtilpGlobalLock());
+    const auto signedFlags = static_cast<std::int32_t>(flags);
+    const bool traced = (flags & UTIL_JOB_TRACE) != 0 && UtilpDiagnosticsOn();
+    const clsDiagnosticGroup trace(traced, traced ? OpenTrace(name, flags) : clsDiagnosticLine());
+    clsModuleNode* const job =
+        jobs.Open(name ? FromWide(std::wstring_view(name)) : std::u16string_view(), signedFlags);
+    if (traced)
+        trace.Line(clsDiagnosticLine().Put(u"->").PutPointer(job));
+    return reinterpret_cast<UtilJob>(job);
+}
+
+TVUT22_API INT TVUT22_CALL UtilJobClose(UtilJob handle) {
+    if (!handle)
+        return UTIL_OK;
+    const clsGlobalLockGuard lock(UtilpGlobalLock());
+    clsModuleNode* const job = FromHandle(handle);
+    const bool traced = jobs.Holds(job) && job->Traced() && UtilpDiagnosticsOn();
+    const clsDiagnosticGroup trace(traced, traced ? CloseTrace(job) : clsDiagnosticLine());
+    const auto result = static_cast<INT>(jobs.Close(job));
+    if (traced)
+        trace.Line(clsDiagnosticLine().Put(u"->").Put(result));
+    return result;
+}
+
+TVUT22_API void TVUT22_CALL UtilModuleOnAttach(const wchar_t* module) {
+    UtilpDiagnosticWriter().ModuleComes();
+    if (!UtilpDiagnosticsOn())
+        return;
+    clsDiagnosticLine line = ModuleLine(u"++", module);
+    const clsModuleFile file(module);
+    if (!file.View().empty())
+        line.Put(u" [").Put(file.View()).Put(u"]");
+    line.Write();
+}
+
+TVUT22_API void TVUT22_CALL UtilModuleOnDetach(const wchar_t* module) {
+    if (UtilpDiagnosticsOn())
+        ModuleLine(u"--", module).Write();
+    UtilpDiagnosticWriter().ModuleGoes();
+}
+
+TVUT22_API UINT TVUT22_CALL UtilGetVersion(UINT which) {
+    return which < std::size(version) ? version[which] : 0xFFFFFFFF;
+}
+
+TVUT22_API INT TVUT22_CALL UtilLanguageSet(UINT language) {
+    return UtilpSetLanguage(language);
+}
+
+TVUT22_API UINT TVUT22_CALL UtilLanguageGet() {
+    return UtilpLanguage();
+}

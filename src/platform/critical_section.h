@@ -1,0 +1,30 @@
+// A critical section as an object that std::lock_guard and std::unique_lock can hold.
+//
+// Made for static storage: never deleted, so that a thread that still runs while the process ends
+// finds it whole.
+#pragma once
+
+#include <windows.h>
+
+namespace tvut {
+
+class clsCriticalSection {
+  public:
+    clsCriticalSection() noexcept { InitializeCriticalSection(&section_); }
+    clsCriticalSection(const clsCriticalSection&) = delete;
+    clsCriticalSection& operator=(const clsCriticalSection&) = delete;
+
+    void lock() noexcept { EnterCriticalSection(&section_); }
+    bool try_lock() noexcept { return TryEnterCriticalSection(&section_) != FALSE; }
+    void unlock() noexcept { LeaveCriticalSection(&section_); }
+
+    // Leaves the section while the caller sleeps, until the condition is woken or the time is over.
+    void Sleep(CONDITION_VARIABLE& condition, DWORD milliseconds) noexcept {
+        SleepConditionVariableCS(&condition, &section_, milliseconds);
+    }
+
+  private:
+    CRITICAL_SECTION section_;
+};
+
+} // namespace tvut

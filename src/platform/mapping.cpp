@@ -1,0 +1,31 @@
+#include "platform/mapping.h"
+
+namespace tvut {
+
+clsMapping clsMapping::OpenForReading(const wchar_t* name) noexcept {
+    clsMapping mapping;
+    mapping.access_ = FILE_MAP_READ;
+    mapping.object_ = clsHandle(OpenFileMappingW(FILE_MAP_READ, FALSE, name));
+    return mapping;
+}
+
+clsMapping clsMapping::OpenOrCreate(const wchar_t* name, std::size_t bytes, bool& created) noexcept {
+    clsMapping mapping;
+    mapping.access_ = FILE_MAP_READ | FILE_MAP_WRITE;
+    mapping.object_ = clsHandle(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
+                                                   static_cast<DWORD>(bytes), name));
+    created = mapping.HasObject() && GetLastError() != ERROR_ALREADY_EXISTS;
+    if (mapping.HasObject())
+        mapping.Map(bytes);
+    return mapping;
+}
+
+bool clsMapping::Map(std::size_t bytes) noexcept {
+    clsView view(MapViewOfFile(object_.Get(), access_, 0, 0, bytes));
+    if (!view)
+        return false;
+    view_ = std::move(view);
+    return true;
+}
+
+} // namespace tvut

@@ -1,0 +1,48 @@
+// Named shared memory: a file mapping over the paging file, and the view of it.
+#pragma once
+
+#include "platform/owned.h"
+
+#include <cstddef>
+
+namespace tvut {
+
+struct scHandlePolicy {
+    using Value = HANDLE;
+    static Value None() noexcept { return nullptr; }
+    static void Close(Value value) noexcept { CloseHandle(value); }
+};
+using clsHandle = clsOwned<scHandlePolicy>;
+
+struct scViewPolicy {
+    using Value = void*;
+    static Value None() noexcept { return nullptr; }
+    static void Close(Value value) noexcept { UnmapViewOfFile(value); }
+};
+using clsView = clsOwned<scViewPolicy>;
+
+class clsMapping {
+  public:
+    // What another process published, for reading; HasObject() is false when there is no such name.
+    static clsMapping OpenForReading(const wchar_t* name) noexcept;
+
+    // The memory of that name, made when there is none.
+    static clsMapping OpenOrCreate(const wchar_t* name, std::size_t bytes, bool& created) noexcept;
+
+    // Maps the first so many bytes in place of what is mapped now, which stays when that fails.
+    bool Map(std::size_t bytes) noexcept;
+
+    bool HasObject() const noexcept { return static_cast<bool>(object_); }
+    bool HasView() const noexcept { return static_cast<bool>(view_); }
+    template <class Contents>
+    Contents* As() const noexcept {
+        return static_cast<Contents*>(view_.Get());
+    }
+
+  private:
+    clsHandle object_;
+    clsView view_;
+    DWORD access_ = 0;
+};
+
+} // namespace tvut

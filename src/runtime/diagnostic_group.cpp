@@ -1,0 +1,43 @@
+#include "runtime/diagnostic_group.h"
+
+#include "platform/host.h"
+
+namespace tvut {
+
+namespace {
+
+std::size_t depth = 0; // of open groups; guarded by the global lock
+
+} // namespace
+
+clsDiagnosticGroup::clsDiagnosticGroup(bool wanted, const clsDiagnosticLine& head) noexcept
+    : wanted_(wanted) {
+    if (!wanted_)
+        return;
+    UtilpReport(head);
+    ++depth;
+}
+
+clsDiagnosticGroup::~clsDiagnosticGroup() {
+    if (wanted_)
+        --depth;
+}
+
+void clsDiagnosticGroup::Line(const clsDiagnosticLine& line) const noexcept {
+    if (wanted_)
+        UtilpReport(line);
+}
+
+void UtilpReport(const clsDiagnosticLine& line) noexcept {
+    if (!UtilpDiagnosticsOn())
+        return;
+    clsDiagnosticLine()
+        .PutPadded(PlatformHostTag(), 8)
+        .Put(u":")
+        .PutBlanks(depth)
+        .Put(line.View())
+        .Put(u"\n")
+        .Write();
+}
+
+} // namespace tvut

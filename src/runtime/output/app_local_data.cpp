@@ -1,0 +1,55 @@
+#include "runtime/output/app_local_data.h"
+
+#include "runtime/output/debugger.h"
+
+#include <cwchar>
+
+namespace tvut {
+
+namespace {
+
+// The holder opens a socket at most. Waiting for ever could mean waiting for a thread that itself waits
+// for the loader, while this one was called from within it.
+constexpr DWORD longestWait = 1000; // milliseconds
+
+// The process id makes the name the process's own; the host's module handle is the same for all copies.
+struct scName {
+    explicit scName(const wchar_t* format) noexcept {
+        _snwprintf(text, std::size(text) - 1, format, GetModuleHandleW(nullptr), GetCurrentProcessId());
+    }
+    wchar_t text[80] = {};
+};
+
+} // namespace
+
+bool clsAppLocalData::Open() noexcept {
+    if (IsOpen())
+        return true;
+    bool created = false;
+    mapping_ = clsMapping::OpenOrCreate(scName(L"QmzLOGPANAppLocalData_%#p_%d").text, sizeof(scAppLocalData),
+                                        created);
+    if (!mapping_.HasObject())
+        UtilpWriteToDebugger(u"_hLOGPANInfoAppLocal FAIL\n");
+    else if (!mapping_.HasView())
+        UtilpWriteToDebugger(u"_pLOGPANInfoAppLocal FAIL\n");
+    else
+        mutex_ = clsHandle(CreateMutexW(nullptr, FALSE, scName(L"QmzLOGPANAppLocalMutex_%#p_%d").text));
+    return IsOpen();
+}
+
+void clsAppLocalData::Close() noexcept {
+    mutex_.Reset();
+    mapping_ = {};
+}
+
+clsAppLocalData::clsExclusive::clsExclusive(clsAppLocalData& shared) noexcept : shared_(shared) {
+    const DWORD waited = WaitForSingleObject(shared_.mutex_.Get(), longestWait);
+    held_ = waited == WAIT_OBJECT_0 || waited == WAIT_ABANDONED;
+}
+
+clsAppLocalData::clsExclusive::~clsExclusive() {
+    if (held_)
+        ReleaseMutex(shared_.mutex_.Get());
+}
+
+} // namespace tvut

@@ -1,0 +1,112 @@
+#include "runtime/output/mailslot_viewer.h"
+
+#include "platform/system_error.h"
+#include "runtime/output/debugger.h"
+#include "runtime/output/narrow_line.h"
+
+#include <algorithm>
+#include <tvut22/viewer.h>
+
+namespace tvut {
+
+namespace {
+
+constexpr std::size_t longestPiece = 510; // characters
+constexpr DWORD pauseAfterFailure = 100;  // milliseconds; a reader that does not read is not pressed
+
+struct scGlobalData {
+    UINT32 window;
+};
+
+HWND WindowOf(UINT32 handle) noexcept {
+    return reinterpret_cast<HWND>(static_cast<UINT_PTR>(handle));
+}
+
+clsMapping OpenGlobalData() noexcept {
+    bool created = false;
+    clsMapping mapping = clsMapping::OpenOrCreate(LOGPAN_GLOBAL_DATA, sizeof(scGlobalData), created);
+    if (!mapping.HasObject())
+        UtilpWriteToDebugger(clsDiagnosticLine()
+                                 .Put(u"LOGPAN global info struct cannot be created: ")
+                                 .Put(clsSystemErrorText(GetLastError()).View())
+                                 .Put(u"\n"));
+    else if (!mapping.HasView())
+        UtilpWriteToDebugger(u"_pLOGPANInfo FAIL\n");
+    return mapping;
+}
+
+} // namespace
+
+// A viewer that was not there, or was another, when the mapping was made is looked up by its class.
+HWND clsMailslotViewer::Published() noexcept {
+    volatile UINT32& published = global_.As<volatile scGlobalData>()->window;
+    if (const HWND window = WindowOf(published); window && IsWindow(window))
+        return window;
+    const HWND found = FindWindowW(LOGPAN_WINDOW_CLASS, nullptr);
+    published = static_cast<UINT32>(reinterpret_cast<UINT_PTR>(found));
+    return found;
+}
+
+void clsMailslotViewer::Attach() noexcept {
+    if (!global_.HasView())
+        global_ = OpenGlobalData();
+    if (!global_.HasView())
+        return;
+    window_ = Published();
+    // Without a window there may be a reader all the same; its absence is no news then.
+    if (!mailslot_.Open(LOGPAN_MAILSLOT) && (window_ || UtilpIsDeveloper()))
+        UtilpWriteToDebugger(u"DebugPipe FAIL");
+}
+
+void clsMailslotViewer::Detach() noexcept {
+    mailslot_.Close();
+    window_ = nullptr;
+}
+
+void clsMailslotViewer::FollowWindow() noexcept {
+    const HWND published = WindowOf(global_.As<const volatile scGlobalData>()->window);
+    if (published == window_ && (!window_ || IsWindow(window_)))
+        return;
+    window_ = Published();
+    UtilpWriteToDebugger(clsDiagnosticLine()
+                             .Put(u"trying to reattach to LOGPAN")
+                             .Put(static_cast<std::int32_t>(reinterpret_cast<INT_PTR>(window_))));
+    mailslot_.Close();
+    if (window_ && !mailslot_.Open(LOGPAN_MAILSLOT))
+        UtilpWriteToDebugger(u"DebugPipe FAIL");
+}
+
+void clsMailslotViewer::Write(std::u16string_view line) noexcept {
+    FollowWindow();
+    while (!line.empty() && mailslot_.IsOpen()) {
+        const std::u16string_view piece = line.substr(0, std::min(line.find_first_of(u"\r\n"), longestPiece));
+        const bool endsLine = piece.size() < line.size() && piece.size() < longestPiece;
+        line.remove_prefix(piece.size() + (endsLine ? 1 : 0));
+        if (!piece.empty())
+            WritePiece(piece);
+    }
+}
+
+void clsMailslotViewer::WritePiece(std::u16string_view piece) noexcept {
+    if (failing_ && GetTickCount() - failedAt_ < pauseAfterFailure)
+        return;
+    clsNarrowLine narrow;
+    if (!narrow.Set(piece, {})) {
+        UtilpWriteToDebugger(u"ERR converting LOGPAN output");
+        return;
+    }
+    const bool written = mailslot_.Write(narrow.View());
+    if (!written)
+        NoteFailure();
+    failing_ = !written;
+}
+
+// A slot that cannot be opened again is gone; one that can is full.
+void clsMailslotViewer::NoteFailure() noexcept {
+    if (!failing_)
+        UtilpWriteToDebugger(u"LOGPAN: cannot write data!");
+    failedAt_ = GetTickCount();
+    mailslot_.Open(LOGPAN_MAILSLOT);
+}
+
+} // namespace tvut

@@ -1,0 +1,34 @@
+// The older way to a viewer: its window's handle in a small shared mapping, and a mailslot.
+#pragma once
+
+#include "runtime/diagnostics.h"
+#include "runtime/output/mailslot.h"
+
+namespace tvut {
+
+class clsMailslotViewer {
+  public:
+    // Looks for the viewer's window and its mailslot.
+    void Attach() noexcept;
+    void Detach() noexcept;
+
+    bool IsThere() const noexcept { return mailslot_.IsOpen() || window_; }
+    bool IsOpen() const noexcept { return mailslot_.IsOpen(); }
+
+    // Writes a line in pieces that end at line ends or after 510 characters.
+    void Write(std::u16string_view line) noexcept;
+
+  private:
+    HWND Published() noexcept;
+    void FollowWindow() noexcept;
+    void WritePiece(std::u16string_view piece) noexcept;
+    void NoteFailure() noexcept;
+
+    clsMapping global_;
+    clsMailslot mailslot_;
+    HWND window_ = nullptr; // the one last used
+    bool failing_ = false;  // the slot did not take the last piece: said once, not every time
+    DWORD failedAt_ = 0;    // milliseconds
+};
+
+} // namespace tvut

@@ -1,0 +1,31 @@
+// What the viewer publishes: its port, and whether it wants lines.
+//
+// The memory belongs to another process that may write anything at any time: every field is read once
+// and brought into its limits before it is used.
+#pragma once
+
+#include "platform/mapping.h"
+
+#include <cstdint>
+
+namespace tvut {
+
+struct scViewerAddress {
+    std::uint16_t port;          // 0: none
+    std::size_t longestDatagram; // bytes
+};
+
+class clsViewerInfo {
+  public:
+    // Looks for a viewer; what is not found or not readable is none.
+    static clsViewerInfo Find() noexcept;
+
+    explicit operator bool() const noexcept { return mapping_.HasView(); }
+    bool WantsLines() const noexcept;
+    scViewerAddress Address() const noexcept;
+
+  private:
+    clsMapping mapping_;
+};
+
+} // namespace tvut

@@ -1,0 +1,129 @@
+// The socket library's header has to come before the one that all others include.
+#include <winsock2.h>
+
+#include "runtime/output/viewer_socket.h"
+
+#include "platform/system_error.h"
+#include "runtime/output/debugger.h"
+
+#include <ws2tcpip.h>
+
+namespace tvut {
+
+namespace {
+
+void Report(std::u16string_view what, int error, std::u16string_view end) noexcept {
+    UtilpWriteToDebugger(clsDiagnosticLine()
+                             .Put(what)
+                             .Put(clsSystemErrorText(static_cast<unsigned long>(error)).View())
+                             .Put(end));
+}
+
+// Known before it is asked for: another copy of the writer may have opened the socket.
+in_addr g_loopback = {{{127, 0, 0, 1}}};
+
+// The system's set-up may have moved the name.
+void ResolveLoopback() noexcept {
+    ADDRINFOW wanted{};
+    wanted.ai_family = AF_INET;
+    wanted.ai_socktype = SOCK_DGRAM;
+    ADDRINFOW* found = nullptr;
+    if (const int error = GetAddrInfoW(L"localhost", nullptr, &wanted, &found); error != 0) {
+        Report(u"GetAddrInfo() returned ", error, u"\n");
+        return;
+    }
+    if (found && found->ai_addrlen == sizeof(sockaddr_in))
+        g_loopback = reinterpret_cast<const sockaddr_in*>(found->ai_addr)->sin_addr;
+    FreeAddrInfoW(found);
+}
+
+UINT32 MakeSocket() noexcept {
+    WSADATA data;
+    if (const int error = WSAStartup(MAKEWORD(2, 2), &data); error != 0) {
+        Report(u"clsViewerSocket::Open: WSAStartup() returned '", error, u"'\n");
+        return 0;
+    }
+    const SOCKET made = socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
+    if (made == INVALID_SOCKET) {
+        Report(u"clsViewerSocket::Open: socket() returned ", WSAGetLastError(), u"\n");
+        WSACleanup();
+        return 0;
+    }
+    u_long doNotWait = 1;
+    ioctlsocket(made, FIONBIO, &doNotWait);
+    ResolveLoopback();
+    return static_cast<UINT32>(made);
+}
+
+void CloseSocket(UINT32 open) noexcept {
+    closesocket(open);
+    if (WSACleanup() != 0)
+        Report(u"clsViewerSocket::Close: WSACleanup() returned '", WSAGetLastError(), u"'\n");
+}
+
+void ReportSend(int result, DWORD sent, DWORD wanted) noexcept {
+    if (!UtilpIsDeveloper())
+        return;
+    if (result != 0)
+        Report(u"clsViewerSocket::Send: sendto() returned '", WSAGetLastError(), u"'\n");
+    else
+        UtilpWriteToDebugger(clsDiagnosticLine()
+                                 .Put(u"clsViewerSocket::Send: sendto() did only send ")
+                                 .Put(static_cast<std::int32_t>(sent))
+                                 .Put(u" out of ")
+                                 .Put(static_cast<std::int32_t>(wanted))
+                                 .Put(u" bytes\n"));
+}
+
+} // namespace
+
+void clsViewerSocket::Open() noexcept {
+    const clsAppLocalData::clsExclusive data(shared_);
+    if (data->socket == 0)
+        data->socket = MakeSocket();
+}
+
+void clsViewerSocket::Close() noexcept {
+    const clsAppLocalData::clsExclusive data(shared_);
+    if (data->socket != 0)
+        CloseSocket(std::exchange(data->socket, 0));
+}
+
+void clsViewerSocket::Abandon() noexcept {
+    const clsAppLocalData::clsExclusive data(shared_);
+    if (data->socket != 0)
+        closesocket(std::exchange(data->socket, 0));
+}
+
+void clsViewerSocket::Send(std::uint16_t port, const void* header, std::size_t headerBytes, const void* text,
+                           std::size_t textBytes) noexcept {
+    WSABUF pieces[2];
+    pieces[0].buf = static_cast<char*>(const_cast<void*>(header));
+    pieces[0].len = static_cast<ULONG>(headerBytes);
+    pieces[1].buf = static_cast<char*>(const_cast<void*>(text));
+    pieces[1].len = static_cast<ULONG>(textBytes);
+    sockaddr_in to{};
+    to.sin_family = AF_INET;
+    to.sin_port = htons(port);
+    to.sin_addr = g_loopback;
+    DWORD sent = 0;
+    const int result = WSASendTo(shared_.Socket(), pieces, 2, &sent, 0,
+                                 reinterpret_cast<const sockaddr*>(&to), sizeof to, nullptr, nullptr);
+    if (result != 0 || sent != headerBytes + textBytes)
+        ReportSend(result, sent, pieces[0].len + pieces[1].len);
+}
+
+void UtilpCountModule(clsAppLocalData& shared) noexcept {
+    const clsAppLocalData::clsExclusive data(shared);
+    ++data->modules;
+}
+
+void UtilpDiscountModule(clsAppLocalData& shared) noexcept {
+    const clsAppLocalData::clsExclusive data(shared);
+    if (data->modules > 0)
+        --data->modules;
+    if (data->modules == 0 && data->socket != 0)
+        CloseSocket(std::exchange(data->socket, 0));
+}
+
+} // namespace tvut

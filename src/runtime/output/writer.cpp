@@ -1,0 +1,217 @@
+#include "runtime/output/writer.h"
+
+#include "runtime/output/debugger.h"
+#include "runtime/output/narrow_line.h"
+#include "runtime/output/settings.h"
+
+namespace tvut {
+
+namespace {
+
+constexpr DWORD retryInterval = 1000; // milliseconds between looks for a viewer
+
+// Threads that write while the first look is under way wait for it, or their first lines would be
+// lost; but not for ever, because one of them may keep the loader from the thread that looks.
+constexpr DWORD longestFirstLook = 2000; // milliseconds
+
+clsDiagnosticWriter writer;
+
+} // namespace
+
+clsDiagnosticWriter& UtilpDiagnosticWriter() noexcept {
+    return writer;
+}
+
+bool UtilpDiagnosticsOn() noexcept {
+    return writer.IsOn();
+}
+
+void UtilpWriteDiagnosticLine(std::u16string_view text) noexcept {
+    writer.Write({}, {0}, text);
+}
+
+// ---- Is anybody listening? -------------------------------------------------------------------------
+
+bool clsDiagnosticWriter::NobodyListened() const noexcept {
+    return ended_.load(std::memory_order_relaxed) ||
+           (quiet_.load(std::memory_order_acquire) &&
+            GetTickCount() - lastLook_.load(std::memory_order_relaxed) < retryInterval);
+}
+
+bool clsDiagnosticWriter::IsOn() noexcept {
+    if (NobodyListened())
+        return false;
+    Lock lock(section_);
+    return Listening(lock);
+}
+
+bool clsDiagnosticWriter::Listening(Lock& lock) noexcept {
+    Begin();
+    if (!shared_.IsOpen())
+        return false;
+    if (logFile_.IsOpen())
+        return true;
+    if (AttachIsDue())
+        LookForViewer(lock);
+    else if (!everLooked_)
+        AwaitFirstLook();
+    const bool there = viewer_ ? viewer_.WantsLines() : mailslot_.IsThere();
+    // A viewer that is there but wants nothing may change its mind at any moment: no rest for that.
+    quiet_.store(!there && !viewer_, std::memory_order_release);
+    return there;
+}
+
+void clsDiagnosticWriter::Begin() noexcept {
+    if (begun_)
+        return;
+    begun_ = true;
+    if (!shared_.Open())
+        return;
+    try {
+        const scOutputSettings settings = UtilpReadOutputSettings();
+        clock_.Start(settings.counterTime);
+        if (!settings.logFile.empty())
+            logFile_.Open(settings.logFile.c_str(), settings.flushLogFile);
+    } catch (...) { // no memory for the settings: as if there were none
+    }
+}
+
+bool clsDiagnosticWriter::AttachIsDue() const noexcept {
+    return !viewer_ && looker_ == 0 && (!everLooked_ || GetTickCount() - lastLook_ >= retryInterval);
+}
+
+void clsDiagnosticWriter::LookForViewer(Lock& lock) noexcept {
+    looker_ = GetCurrentThreadId();
+    lastLook_ = GetTickCount();
+    const bool mailslotOpen = mailslot_.IsOpen();
+    lock.unlock();
+
+    clsViewerInfo viewer = clsViewerInfo::Find();
+    clsMailslotViewer mailslot;
+    if (viewer)
+        socket_.Open();
+    else if (!mailslotOpen)
+        mailslot.Attach();
+
+    lock.lock();
+    if (viewer)
+        mailslot_.Detach();
+    else if (!mailslotOpen)
+        mailslot_ = std::move(mailslot);
+    viewer_ = std::move(viewer);
+    looker_ = 0;
+    everLooked_ = true;
+    WakeAllConditionVariable(&looked_);
+}
+
+void clsDiagnosticWriter::AwaitFirstLook() noexcept {
+    const DWORD start = GetTickCount();
+    while (looker_ != 0 && looker_ != GetCurrentThreadId() && GetTickCount() - start < longestFirstLook)
+        section_.Sleep(looked_, longestFirstLook);
+}
+
+// ---- Writing a line --------------------------------------------------------------------------------
+
+void clsDiagnosticWriter::Write(std::u16string_view tag, scLevelChange change,
+                                std::u16string_view text) noexcept {
+    if (NobodyListened())
+        return;
+    Lock lock(section_);
+    if (writing_ || !Listening(lock))
+        return;
+    writing_ = true;
+    scLineStamp stamp;
+    const SYSTEMTIME time = clock_.Stamp(stamp);
+    stamp.thread = GetCurrentThreadId();
+    stamp.processor = GetCurrentProcessorNumber();
+    stamp.level = UtilpShownLevel(change.sign < 0 ? shared_.LowerLevel() : shared_.Level());
+    stamp.lineNumber = shared_.CountLine();
+    Deliver(tag, stamp, time, text);
+    if (change.sign > 0)
+        shared_.RaiseLevel();
+    writing_ = false;
+}
+
+void clsDiagnosticWriter::Deliver(std::u16string_view tag, const scLineStamp& stamp, const SYSTEMTIME& time,
+                                  std::u16string_view text) noexcept {
+    if (viewer_.WantsLines()) {
+        sender_.Send(viewer_.Address(), time, tag, stamp, text);
+        return;
+    }
+    clsDiagnosticLine line;
+    UtilpPutStamp(line, tag, stamp);
+    DeliverText(line.Put(text).View());
+}
+
+void clsDiagnosticWriter::DeliverText(std::u16string_view line) noexcept {
+    if (mailslot_.IsOpen())
+        mailslot_.Write(line);
+    if (logFile_.IsOpen())
+        WriteToLogFile(line);
+    if (UtilpDebuggerListens())
+        UtilpWriteToDebugger(line);
+}
+
+void clsDiagnosticWriter::WriteToLogFile(std::u16string_view line) noexcept {
+    clsNarrowLine narrow;
+    if (narrow.Set(line, "\r\n"))
+        logFile_.Write(narrow.View());
+    else
+        UtilpWriteToDebugger(u"ERR converting LOGPAN output");
+}
+
+// ---- Coming and going ------------------------------------------------------------------------------
+
+bool clsDiagnosticWriter::Attach() noexcept {
+    Lock lock(section_);
+    Begin();
+    if (!shared_.IsOpen())
+        return false;
+    if (looker_ != 0)
+        AwaitFirstLook();
+    else
+        LookForViewer(lock);
+    quiet_ = false;
+    return viewer_ || mailslot_.IsThere();
+}
+
+void clsDiagnosticWriter::Detach() noexcept {
+    const Lock lock(section_);
+    viewer_ = {};
+    mailslot_.Detach();
+    if (shared_.IsOpen())
+        socket_.Close();
+    lastLook_ = GetTickCount();
+}
+
+void clsDiagnosticWriter::ModuleComes() noexcept {
+    Lock lock(section_);
+    Begin();
+    if (!shared_.IsOpen())
+        return;
+    UtilpCountModule(shared_);
+    if (viewer_ && !socket_.IsOpen())
+        socket_.Open();
+}
+
+void clsDiagnosticWriter::ModuleGoes() noexcept {
+    const Lock lock(section_);
+    if (shared_.IsOpen())
+        UtilpDiscountModule(shared_);
+}
+
+// Asks for no lock: a thread that holds it may be dead, or its code about to vanish.
+void clsDiagnosticWriter::End(bool processEnds) noexcept {
+    ended_ = true;
+    if (processEnds || !section_.try_lock())
+        return;
+    const Lock lock(section_, std::adopt_lock);
+    viewer_ = {};
+    mailslot_.Detach();
+    logFile_.Close();
+    if (shared_.IsOpen())
+        socket_.Abandon();
+    shared_.Close();
+}
+
+} // namespace tvut

@@ -1,0 +1,75 @@
+// The process's one writer of diagnostic lines: decides whether anybody listens, and delivers.
+//
+// While nobody listens a line costs a look at two words and the tick count: viewers are looked for once
+// a second. While somebody does, one lock covers a line's stamp and its delivery, so that the sequence
+// digits follow the order of the lines. Looking for a viewer loads system libraries and so may need the
+// loader's lock: it is done without holding ours, because a caller may come from within the loader.
+#pragma once
+
+#include "platform/critical_section.h"
+#include "runtime/output/line_clock.h"
+#include "runtime/output/log_file.h"
+#include "runtime/output/mailslot_viewer.h"
+#include "runtime/output/viewer_sender.h"
+
+#include <atomic>
+#include <mutex>
+
+namespace tvut {
+
+// A change of the nesting level that a line brings: only the sign counts.
+struct scLevelChange {
+    std::int32_t sign;
+};
+
+class clsDiagnosticWriter {
+  public:
+    bool IsOn() noexcept;
+    void Write(std::u16string_view tag, scLevelChange change, std::u16string_view text) noexcept;
+
+    // Looks for a viewer now; true when there is one. Leaves the viewer until it is looked for again.
+    bool Attach() noexcept;
+    void Detach() noexcept;
+
+    void ModuleComes() noexcept;
+    void ModuleGoes() noexcept;
+
+    // The library is unloaded, or the process ends. Nothing is written from now on.
+    void End(bool processEnds) noexcept;
+
+  private:
+    using Lock = std::unique_lock<clsCriticalSection>;
+
+    bool NobodyListened() const noexcept;
+    bool Listening(Lock& lock) noexcept;
+    void Begin() noexcept;
+    bool AttachIsDue() const noexcept;
+    void LookForViewer(Lock& lock) noexcept;
+    void AwaitFirstLook() noexcept;
+    void Deliver(std::u16string_view tag, const scLineStamp& stamp, const SYSTEMTIME& time,
+                 std::u16string_view text) noexcept;
+    void DeliverText(std::u16string_view line) noexcept;
+    void WriteToLogFile(std::u16string_view line) noexcept;
+
+    clsCriticalSection section_;
+    CONDITION_VARIABLE looked_ = CONDITION_VARIABLE_INIT;
+    bool begun_ = false;
+    bool writing_ = false; // a sink's own output must not come back to it
+    DWORD looker_ = 0;     // the thread that looks for a viewer right now
+    bool everLooked_ = false;
+    std::atomic<bool> ended_{false};
+    std::atomic<bool> quiet_{false}; // nobody listened when last asked
+    std::atomic<DWORD> lastLook_{0}; // milliseconds
+
+    clsLineClock clock_;
+    clsAppLocalData shared_;
+    clsLogFile logFile_;
+    clsViewerInfo viewer_;
+    clsViewerSocket socket_{shared_};
+    clsViewerSender sender_{socket_};
+    clsMailslotViewer mailslot_;
+};
+
+clsDiagnosticWriter& UtilpDiagnosticWriter() noexcept;
+
+} // namespace tvut

@@ -1,0 +1,221 @@
+// Diagnostic lines in the log file: their form, and that each arrives whole, in order, and counted.
+#include "support/child.h"
+#include "support/import_hook.h"
+
+#include <gtest/gtest.h>
+#include <tvut22/diagnostics.h>
+
+#include <functional>
+#include <map>
+#include <regex>
+#include <thread>
+
+namespace testing_prof {
+namespace {
+
+constexpr const wchar_t* kMachineKey = L"software\\Velmor";
+
+void writeLines() {
+    UtilDebug(L"number %d, wide %s, narrow %hs, %I64u %#p", -5, L"\u20ac", "8-bit", 1ull << 40,
+              (void*)0x12AB);
+    PasDebug(L"100%s");
+    UtilDebug(nullptr);
+    PasDebug(nullptr);
+    UtilDebugExt(L"REPORT", 5, L"in");
+    UtilDebugExt(nullptr, 0, L"deeper");
+    UtilDebugExt(L"", -7, L"out");
+    UtilDebugExt(L"LONGMODULE", -1, L"below");
+    UtilDebugExt(L"A", 1, L"");
+    UtilError(L"place", L"thing");
+    PasDebug(std::wstring(1100, L'x').c_str());
+    UtilDebug(L"%s", std::wstring(1100, L'y').c_str());
+}
+
+void nestDeeply() {
+    for (int i = 0; i < 60; ++i)
+        UtilDebugExt(nullptr, 1, L"%d", i);
+    for (int i = 60; i-- > 0;)
+        UtilDebugExt(nullptr, -1, L"%d", i);
+}
+
+// Each thread's lines tell whose and the how many-eth they are.
+void writeFromThreads() {
+    constexpr int kThreads = 4, kLines = 500;
+    std::vector<std::jthread> threads;
+    for (int t = 0; t < kThreads; ++t)
+        threads.emplace_back([t] {
+            for (int i = 0; i < kLines; ++i)
+                UtilDebugExt(L"SOAK", 0, L"<%u %d %d %s>", GetCurrentProcessId(), t, i,
+                             std::wstring(i % 90, L'.').c_str());
+        });
+}
+
+void askFlags() {
+    TerminateProcess(GetCurrentProcess(), UtilGetFlags() ? 1 : 0);
+}
+
+int flushes = 0;
+BOOL WINAPI countFlush(HANDLE file) {
+    ++flushes;
+    return FlushFileBuffers(file);
+}
+void countFlushes() {
+    const ImportHook hook("FlushFileBuffers", reinterpret_cast<void*>(countFlush));
+    PasDebug(L"1");
+    PasDebug(L"2");
+    TerminateProcess(GetCurrentProcess(), static_cast<UINT>(flushes));
+}
+
+// The line must be in the system's hands, not in a buffer that dies with the process.
+void writeAndDie() {
+    PasDebug(L"last words");
+    TerminateProcess(GetCurrentProcess(), 1);
+}
+
+const std::map<std::string, void (*)()> kScenarios = {
+    {"lines", writeLines}, {"deep", nestDeeply},      {"threads", writeFromThreads},
+    {"flags", askFlags},   {"flushes", countFlushes}, {"die", writeAndDie},
+};
+
+// A machine whose settings name a log file.
+class LogFile : public testing::Test {
+  protected:
+    void SetUp() override {
+        SetEnvironmentVariableW(L"TVUT22_LOG", nullptr);
+        RegCreateKeyExW(HKEY_LOCAL_MACHINE, kMachineKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key_,
+                        nullptr);
+        const std::wstring name = folder_ / L"lines.log";
+        const auto bytes = static_cast<DWORD>((name.size() + 1) * sizeof(wchar_t));
+        RegSetValueExW(key_, L"Debug.LogFilename", 0, REG_SZ, reinterpret_cast<const BYTE*>(name.c_str()),
+                       bytes);
+    }
+    void TearDown() override {
+        for (const wchar_t* name : {L"Debug.LogFilename", L"Debug.LogFile.Flush", L"ForceUsePerfCounters"})
+            RegDeleteValueW(key_, name);
+        RegCloseKey(key_);
+    }
+    void setSwitch(const wchar_t* name) {
+        const DWORD on = 1;
+        RegSetValueExW(key_, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&on), sizeof on);
+    }
+    std::string log() const { return readFile(folder_ / L"lines.log"); }
+    std::vector<std::string> logLines() const {
+        std::vector<std::string> lines;
+        const std::string all = log();
+        for (std::size_t at = 0, end; (end = all.find("\r\n", at)) != std::string::npos; at = end + 2)
+            lines.push_back(all.substr(at, end - at));
+        return lines;
+    }
+    // Every line of the log with its time, thread and processor taken out, which differ from run to run.
+    std::string constantPart() const {
+        static const std::regex varying(R"(\d\d:\d\d:\d\d\.\d\d\d [0-9a-f]{8}/[0-9a-f]{2} )");
+        return std::regex_replace(log(), varying, "@");
+    }
+
+    TempFolder folder_;
+    HKEY key_ = nullptr;
+};
+
+TEST_F(LogFile, HasEveryLineInItsForm) {
+    EXPECT_EQ(Child(L"lines").exitCode(), 0u);
+    EXPECT_EQ(constantPart(), "@1  number -5, wide \x80, narrow 8-bit, 1099511627776 0X000012AB\r\n"
+                              "@2  100%s\r\n"
+                              "REPORT  : @3  in\r\n"
+                              "@4   deeper\r\n"
+                              "@5  out\r\n"
+                              "LONGMODULE: @6  below\r\n"
+                              "A       : @7  \r\n"
+                              "@8  \nKX32UTIL['log_file_test']: error in 'place' (thing): \n\r\n"
+                              "@9  " +
+                                  std::string(1025 - 28, 'x') +
+                                  "\r\n"
+                                  "@0  " +
+                                  std::string(1025 - 28, 'y') + "\r\n");
+}
+
+TEST_F(LogFile, CountsLevelsBeyondWhatItShows) {
+    EXPECT_EQ(Child(L"deep").exitCode(), 0u);
+    std::vector<std::size_t> blanks;
+    for (const std::string& line : logLines())
+        blanks.push_back(line.find_first_not_of(' ', line.find('/') + 5) - (line.find('/') + 7));
+    ASSERT_EQ(blanks.size(), 120u);
+    for (std::size_t i = 0; i < 60; ++i) {
+        EXPECT_EQ(blanks[i], std::min<std::size_t>(i, 50));
+        EXPECT_EQ(blanks[119 - i], std::min<std::size_t>(i, 50));
+    }
+}
+
+TEST_F(LogFile, TakesTimeFromTheCounterWhereAskedTo) {
+    setSwitch(L"ForceUsePerfCounters");
+    EXPECT_EQ(Child(L"lines").exitCode(), 0u);
+    EXPECT_TRUE(
+        std::regex_match(logLines().at(1), std::regex(R"(00:0\d\.\d\d\d [0-9a-f]{8}/[0-9a-f]{2} 2  100%s)")))
+        << logLines().at(1);
+}
+
+TEST_F(LogFile, IsFlushedOnlyWhereAskedTo) {
+    EXPECT_EQ(Child(L"flushes").exitCode(), 0u);
+    setSwitch(L"Debug.LogFile.Flush");
+    EXPECT_EQ(Child(L"flushes").exitCode(), 2u);
+}
+
+TEST_F(LogFile, HoldsWhatAKilledProcessHasWritten) {
+    EXPECT_EQ(Child(L"die").exitCode(), 1u);
+    EXPECT_EQ(constantPart(), "@1  last words\r\n");
+}
+
+// The environment's log file comes before the machine's; output is off where neither can be had.
+TEST_F(LogFile, CanBeNamedForOneProcess) {
+    const std::wstring own = folder_ / L"own.log";
+    SetEnvironmentVariableW(L"TVUT22_LOG", own.c_str());
+    EXPECT_EQ(Child(L"die").exitCode(), 1u);
+    EXPECT_EQ(log(), "");
+    EXPECT_NE(readFile(own).find("last words"), std::string::npos);
+    EXPECT_EQ(Child(L"flags").exitCode(), 1u);
+    SetEnvironmentVariableW(L"TVUT22_LOG", (folder_ / L"no such folder\\x.log").c_str());
+    EXPECT_EQ(Child(L"flags").exitCode(), 0u);
+}
+
+struct Source {
+    int nextDigit = -1;
+    std::map<int, int> nextLine; // a thread
+};
+
+TEST_F(LogFile, KeepsLinesOfThreadsAndProcessesWhole) {
+    {
+        std::vector<Child> children;
+        for (int i = 0; i < 3; ++i)
+            children.emplace_back(L"threads");
+    }
+    static const std::regex form(
+        R"(SOAK    : \d\d:\d\d:\d\d\.\d\d\d [0-9a-f]{8}/[0-9a-f]{2} (\d)  <(\d+) (\d) (\d+) (\.*)>)");
+    std::map<std::string, Source> processes;
+    int lines = 0;
+    for (const std::string& line : logLines()) {
+        std::smatch match;
+        ASSERT_TRUE(std::regex_match(line, match, form)) << line;
+        Source& source = processes[match[2]];
+        const int digit = match[1].str()[0] - '0', number = std::stoi(match[4]);
+        EXPECT_EQ(digit, source.nextDigit < 0 ? digit : source.nextDigit)
+            << "counted in the order of the file";
+        source.nextDigit = (digit + 1) % 10;
+        EXPECT_EQ(source.nextLine[std::stoi(match[3])]++, number) << "no line lost, none twice";
+        EXPECT_EQ(match[5].length(), number % 90);
+        ++lines;
+    }
+    EXPECT_EQ(processes.size(), 3u);
+    EXPECT_EQ(lines, 3 * 4 * 500);
+}
+
+} // namespace
+} // namespace testing_prof
+
+int main(int count, char** arguments) {
+    using namespace testing_prof;
+    if (count == 2 && kScenarios.contains(arguments[1])) {
+        kScenarios.at(arguments[1])();
+        return 0;
+    }
+    ::testing::InitGoogleTest(&count, arguments);
+    return RUN_ALL_TESTS();
+}

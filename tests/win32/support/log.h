@@ -1,0 +1,52 @@
+// The library's log file, for tests that look at diagnostic lines.
+//
+// The library reads where to log once, so a program that includes this logs from its first line on.
+#pragma once
+
+#include "files.h"
+
+#include <vector>
+
+namespace testing_prof {
+
+/// Names the log file of this process and of those that it starts; made before main runs.
+class Log {
+  public:
+    static const std::filesystem::path& path() {
+        static const std::filesystem::path name = choose();
+        return name;
+    }
+
+    Log() : start_(readFile(path()).size()) {}
+
+    /// What was written since the object was made: each line's text behind its stamp.
+    std::vector<std::string> lines() const {
+        std::vector<std::string> texts;
+        const std::string all = readFile(path()).substr(start_);
+        for (std::size_t at = 0, end; (end = all.find("\r\n", at)) != std::string::npos; at = end + 2)
+            texts.push_back(withoutStamp(all.substr(at, end - at)));
+        return texts;
+    }
+
+    /// The text of a line, "12:34:56.789 00000abc/01 7  text" with one blank more a level.
+    static std::string withoutStamp(const std::string& line) {
+        const std::size_t slash = line.find('/');
+        return slash == std::string::npos ? line : line.substr(slash + 7);
+    }
+
+  private:
+    static std::filesystem::path choose() {
+        const auto name = std::filesystem::temp_directory_path() /
+                          (L"log-test-" + std::to_wstring(GetCurrentProcessId()) + L".log");
+        std::error_code ignored;
+        std::filesystem::remove(name, ignored);
+        SetEnvironmentVariableW(L"TVUT22_LOG", name.c_str());
+        return name;
+    }
+
+    std::size_t start_;
+};
+
+inline const std::filesystem::path& g_logChosen = Log::path();
+
+} // namespace testing_prof

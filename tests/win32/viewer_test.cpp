@@ -1,0 +1,350 @@
+// Diagnostic lines on their way to a viewer: packets, the older mailslot, and viewers that misbehave.
+#include "support/fake_viewer.h"
+
+#include "support/child.h"
+#include "support/debug_output.h"
+
+#include <tvut22/diagnostics.h>
+
+#include <map>
+#include <thread>
+
+namespace testing_prof {
+namespace {
+
+LogpanSharedInfo infoOf(const Receiver& receiver, UINT32 largest = 65507) {
+    return {24, receiver.port(), 1, largest, 0};
+}
+
+/// A viewer in this process, which writes to it, too.
+struct Viewer {
+    explicit Viewer(const wchar_t* name = LOGPAN_SHARED_INFO_LOCAL) : info(name, infoOf(receiver)) {
+        EXPECT_TRUE(UtilLOGPAN4Attach());
+    }
+    ~Viewer() { UtilLOGPAN4Detach(); }
+
+    Receiver receiver;
+    PublishedInfo info;
+};
+
+TEST(Viewer, GetsALineAsAPacket) {
+    const Viewer viewer;
+    SYSTEMTIME before, after;
+    GetLocalTime(&before);
+    UtilDebugExt(L"a tag of more than thirty-one characters", 1, L"%s", L"one");
+    GetLocalTime(&after);
+    UtilDebugExt(L"REPORT", 1, L"two\n");
+    UtilDebugExt(nullptr, -1, L"");
+    UtilDebugExt(nullptr, -1, L"four");
+
+    const Packet one = viewer.receiver.next(), two = viewer.receiver.next();
+    EXPECT_EQ(one.text, L"one");
+    EXPECT_EQ(two.text, L" two\n") << "a blank a level, and the text as it is";
+    EXPECT_EQ(viewer.receiver.next().text, L" ");
+    EXPECT_EQ(viewer.receiver.next().text, L"four");
+    EXPECT_STREQ(one.header.tag, L"a tag of more than thirty-one c");
+    EXPECT_STREQ(two.header.tag, L"REPORT");
+    EXPECT_EQ(one.header.thread, GetCurrentThreadId());
+    EXPECT_EQ(two.header.sequence, L'0' + (one.header.sequence - L'0' + 1) % 10);
+    EXPECT_EQ(one.header.reserved, 0u);
+    EXPECT_EQ(one.header.kind, 1u);
+    EXPECT_EQ(one.header.subKind, 0u);
+    FILETIME early, at, late;
+    SystemTimeToFileTime(&before, &early);
+    SystemTimeToFileTime(&one.header.time, &at);
+    SystemTimeToFileTime(&after, &late);
+    EXPECT_LE(CompareFileTime(&early, &at), 0);
+    EXPECT_LE(CompareFileTime(&at, &late), 0);
+}
+
+TEST(Viewer, GetsALongLineInPiecesThatItTakes) {
+    const Viewer viewer;
+    std::wstring text;
+    for (int i = 0; text.size() < 3000; ++i)
+        text += std::to_wstring(i) + L' ';
+    const std::map<UINT32, std::size_t> longestPieces = {{0, 200},    {511, 200},   {512, 200},
+                                                         {1024, 456}, {4096, 1025}, {0xFFFFFFFF, 1025}};
+    for (const auto& [limit, longest] : longestPieces) {
+        viewer.info->largestDatagram = limit;
+        UtilDebug(L"%s", text.c_str());
+        std::wstring joined;
+        UINT32 sequence = 0;
+        while (joined.size() < 1025) {
+            const Packet piece = viewer.receiver.next();
+            EXPECT_EQ(piece.text.size(), std::min<std::size_t>(longest, 1025 - joined.size()));
+            EXPECT_EQ(piece.header.sequence, joined.empty() ? piece.header.sequence : sequence) << "one line";
+            sequence = piece.header.sequence;
+            joined += piece.text;
+        }
+        EXPECT_EQ(joined, text.substr(0, 1025)) << limit;
+    }
+}
+
+TEST(Viewer, IsFoundWhateverItPublishes) {
+    const Receiver receiver;
+    for (const UINT32 size : {0u, 23u, 24u, 64u, 4097u, 0x7FFFFFFFu, 0xFFFFFFFFu})
+        for (const wchar_t* name : {LOGPAN_SHARED_INFO_LOCAL, LOGPAN_SHARED_INFO_GLOBAL}) {
+            const PublishedInfo info(name, infoOf(receiver));
+            info->size = size;
+            EXPECT_TRUE(UtilLOGPAN4Attach());
+            UtilDebug(L"%u", size);
+            EXPECT_EQ(receiver.next().text, std::to_wstring(size));
+            UtilLOGPAN4Detach();
+        }
+}
+
+TEST(Viewer, GetsNothingThatItDoesNotWant) {
+    const Viewer viewer;
+    viewer.info->mask = 0;
+    EXPECT_FALSE(UtilGetFlags());
+    UtilDebugExt(nullptr, 1, L"unwanted");
+    viewer.info->mask = 1ull << 63;
+    EXPECT_TRUE(UtilGetFlags());
+    for (const UINT32 nowhere : {0u, 0x10000u, 0xFFFFFFFFu}) {
+        viewer.info->port = nowhere;
+        UtilDebug(L"to nowhere");
+    }
+    viewer.info->port = viewer.receiver.port();
+    UtilDebug(L"wanted");
+    EXPECT_EQ(viewer.receiver.next().text, L"wanted") << "and not indented by a line that was not written";
+}
+
+TEST(Viewer, IsFollowedToItsNewPort) {
+    const Viewer viewer;
+    UtilDebug(L"here");
+    EXPECT_EQ(viewer.receiver.next().text, L"here");
+    const Receiver moved;
+    const DebugOutput output;
+    viewer.info->port = moved.port();
+    UtilDebug(L"there");
+    EXPECT_EQ(moved.next().text, L"there");
+    EXPECT_EQ(output.text(), L"re-attach to new LOGPAN port!\n");
+}
+
+// What takes the writer's own words may itself write lines: they must neither deadlock nor recurse.
+LONG CALLBACK writeOnOutput(EXCEPTION_POINTERS* pointers) {
+    if (pointers->ExceptionRecord->ExceptionCode != 0x40010006)
+        return EXCEPTION_CONTINUE_SEARCH;
+    UtilDebug(L"from within");
+    return EXCEPTION_CONTINUE_EXECUTION;
+}
+
+TEST(Viewer, IsNotDisturbedByLinesAboutLines) {
+    const Viewer viewer;
+    UtilDebug(L"first");
+    viewer.receiver.next();
+    const Receiver moved;
+    void* const handler = AddVectoredExceptionHandler(1, writeOnOutput);
+    viewer.info->port = moved.port();
+    UtilDebug(L"second");
+    RemoveVectoredExceptionHandler(handler);
+    EXPECT_EQ(moved.next().text, L"second");
+    std::jthread([] { UtilDebug(L"third"); }).join(); // the lock is free
+    EXPECT_EQ(moved.next().text, L"third");
+}
+
+// ---- Second processes ------------------------------------------------------------------------------
+
+constexpr const wchar_t* kReady = L"tvut22-viewer-test-ready";
+
+struct Event {
+    Event() : handle(CreateEventW(nullptr, FALSE, FALSE, kReady)) {}
+    void wait() const { EXPECT_EQ(WaitForSingleObject(handle.get(), 60000), WAIT_OBJECT_0); }
+    Handle handle;
+};
+
+/// Child: a viewer that publishes itself and never reads its socket.
+void beDeafViewer() {
+    const Receiver receiver;
+    const PublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, infoOf(receiver, 600));
+    SetEvent(Event().handle.get());
+    Sleep(INFINITE);
+}
+
+constexpr int kLines = 300;
+
+/// Child: a client module with some threads.
+void beWriter() {
+    std::vector<std::jthread> threads;
+    for (int t = 0; t < 4; ++t)
+        threads.emplace_back([t] {
+            for (int i = 0; i < kLines; ++i)
+                UtilDebugExt(L"M", t % 2 ? 1 : -1, L"<%d %d>", t, i);
+        });
+}
+
+TEST(ViewerProcess, ThatNeverReadsAndDiesDisturbsNobody) {
+    const Event ready;
+    Child deaf(L"deaf");
+    ready.wait();
+    EXPECT_TRUE(UtilLOGPAN4Attach());
+    const std::wstring text(1025, L'x');
+    for (int i = 0; i < 3000; ++i) // far more than its socket holds
+        PasDebug(text.c_str());
+    EXPECT_TRUE(deaf.runs());
+    deaf.kill();
+    deaf.exitCode();
+    for (int i = 0; i < 100; ++i)
+        PasDebug(text.c_str());
+    // Its successor finds what it had published and takes it over; nobody has to look for it.
+    const Receiver receiver;
+    const PublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, infoOf(receiver));
+    UtilDebug(L"to the successor");
+    EXPECT_EQ(receiver.next().text, L"to the successor");
+    UtilLOGPAN4Detach();
+}
+
+struct Writer {
+    int digit = -1;
+    std::map<std::string, int> next; // a thread
+};
+
+TEST(ViewerProcess, GetsTheLinesOfManyWhole) {
+    const Receiver receiver;
+    const PublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, infoOf(receiver));
+    std::vector<Child> children;
+    for (int i = 0; i < 3; ++i)
+        children.emplace_back(L"writer");
+    std::map<UINT16, Writer> writers;
+    for (int i = 0; i < 3 * 4 * kLines; ++i) {
+        const Packet packet = receiver.next();
+        Writer& writer = writers[packet.senderPort];
+        const int digit = static_cast<int>(packet.header.sequence) - L'0';
+        ASSERT_EQ(digit, writer.digit < 0 ? digit : (writer.digit + 1) % 10);
+        writer.digit = digit;
+        int thread = -1, number = -1;
+        ASSERT_EQ(swscanf(packet.text.c_str(), L" <%d %d>", &thread, &number), 2);
+        ASSERT_EQ(writer.next[std::to_string(thread)]++, number);
+        EXPECT_LE(packet.text.find(L'<'), 50u);
+    }
+    EXPECT_EQ(writers.size(), 3u);
+}
+
+// ---- The older transport ---------------------------------------------------------------------------
+
+class Mailslot {
+  public:
+    Mailslot() : slot_(CreateMailslotW(LOGPAN_MAILSLOT, 0, 20000, nullptr)) {
+        EXPECT_NE(slot_.get(), INVALID_HANDLE_VALUE);
+    }
+    std::string next() const {
+        std::string message(4096, '\0');
+        DWORD length = 0;
+        EXPECT_TRUE(ReadFile(slot_.get(), message.data(), 4096, &length, nullptr)) << GetLastError();
+        message.resize(length);
+        return message;
+    }
+
+  private:
+    Handle slot_;
+};
+
+std::string behindStamp(const std::string& line) {
+    return line.substr(line.find('/') + 7);
+}
+
+TEST(Mailslot, GetsLinesInPieces) {
+    const Mailslot slot;
+    EXPECT_TRUE(UtilLOGPAN4Attach());
+    EXPECT_TRUE(UtilGetFlags());
+    UtilDebugExt(L"TAG", 0, L"first\r\n\u20acsecond\n");
+    const std::string first = slot.next();
+    EXPECT_EQ(first.substr(0, 10), "TAG     : ");
+    EXPECT_EQ(behindStamp(first), "first");
+    EXPECT_EQ(slot.next(), "\x80second");
+    PasDebug(std::wstring(990, L'x').c_str());
+    EXPECT_EQ(behindStamp(slot.next()), std::string(510 - 28, 'x'));
+    EXPECT_EQ(slot.next(), std::string(990 - (510 - 28), 'x'));
+    UtilLOGPAN4Detach();
+}
+
+TEST(Mailslot, ThatIsNotReadDoesNotMakeTheWriterWait) {
+    const DebugOutput output;
+    {
+        const Mailslot slot;
+        EXPECT_TRUE(UtilLOGPAN4Attach());
+        for (int i = 0; i < 500; ++i)
+            UtilDebug(L"%d %s", i, std::wstring(400, L'x').c_str());
+    }
+    while (UtilGetFlags()) // until it is noticed that the slot is gone
+        UtilDebug(L"nobody there");
+    EXPECT_EQ(output.text(), L"LOGPAN: cannot write data!") << "said once, not a line";
+    UtilLOGPAN4Detach();
+}
+
+TEST(Mailslot, FollowsTheViewersWindow) {
+    WNDCLASSW windowClass{};
+    windowClass.lpfnWndProc = DefWindowProcW;
+    windowClass.lpszClassName = LOGPAN_WINDOW_CLASS;
+    RegisterClassW(&windowClass);
+    const auto makeWindow = [] {
+        return CreateWindowW(LOGPAN_WINDOW_CLASS, L"", 0, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+    };
+    const DebugOutput output;
+    HWND window = makeWindow();
+    ASSERT_TRUE(window);
+    EXPECT_TRUE(UtilLOGPAN4Attach());
+    EXPECT_EQ(output.text(), L"DebugPipe FAIL") << "a window without a slot";
+    EXPECT_TRUE(UtilGetFlags()) << "the window is known";
+    const Mailslot slot;
+    EXPECT_TRUE(UtilLOGPAN4Attach());
+
+    output.text().clear();
+    DestroyWindow(std::exchange(window, makeWindow()));
+    UtilDebug(L"to the next window");
+    EXPECT_EQ(output.text(),
+              L"trying to reattach to LOGPAN" + std::to_wstring(reinterpret_cast<INT_PTR>(window)));
+    EXPECT_EQ(behindStamp(slot.next()), "to the next window");
+    DestroyWindow(window);
+    UtilDebug(L"to nobody");
+    EXPECT_FALSE(UtilGetFlags());
+    UtilLOGPAN4Detach();
+}
+
+// ---- Assertions ------------------------------------------------------------------------------------
+
+constexpr const wchar_t* kExpression = L"count > 0 && count < limit && !name.empty() && somebody != nullptr";
+
+void beFailedAssertion() {
+    UtilAssert(kExpression, L"c:\\source\\file.cpp", 42);
+}
+
+HWND awaitBox(const Child& child) {
+    HWND box = nullptr;
+    while (!box && child.runs()) {
+        box = FindWindowW(nullptr, L"Assertion Failure");
+        Sleep(1); // gives way to the process that makes the box; the condition is the loop's
+    }
+    return box;
+}
+
+TEST(Assertion, EndsTheProcessWhateverIsPressed) {
+    for (const int button : {IDRETRY, IDCANCEL}) {
+        const Child child(L"assertion");
+        const HWND box = awaitBox(child);
+        ASSERT_TRUE(box) << "no message box; is there a display driver?";
+        wchar_t text[200] = {};
+        SendDlgItemMessageW(box, 0xFFFF, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text));
+        EXPECT_EQ(text,
+                  (L"line 42 in file c:\\source\\file.cpp:\n\"" + std::wstring(kExpression)).substr(0, 80));
+        PostMessageW(box, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED),
+                     reinterpret_cast<LPARAM>(GetDlgItem(box, button)));
+        EXPECT_EQ(child.exitCode(), 0xFFFFFFFFu);
+    }
+}
+
+const std::map<std::string, void (*)()> kRoles = {
+    {"deaf", beDeafViewer}, {"writer", beWriter}, {"assertion", beFailedAssertion}};
+
+} // namespace
+} // namespace testing_prof
+
+int main(int count, char** arguments) {
+    using namespace testing_prof;
+    if (count == 2 && kRoles.contains(arguments[1])) {
+        kRoles.at(arguments[1])();
+        return 0;
+    }
+    ::testing::InitGoogleTest(&count, arguments);
+    return RUN_ALL_TESTS();
+}
