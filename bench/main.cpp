@@ -20,8 +20,9 @@ struct scSection {
 };
 
 constexpr scSection sections[] = {
-    {"open", MeasureOpen}, {"save", MeasureSave},     {"memory", MeasureMemory}, {"get", MeasureGet},
-    {"grow", MeasureGrow}, {"delete", MeasureDelete}, {"walk", MeasureWalk},     {"close", MeasureClose},
+    {"open", MeasureOpen}, {"save", MeasureSave},   {"memory", MeasureMemory},
+    {"get", MeasureGet},   {"grow", MeasureGrow},   {"delete", MeasureDelete},
+    {"walk", MeasureWalk}, {"close", MeasureClose}, {"diagnostics", MeasureDiagnostics},
 };
 
 struct scCommandLine {
