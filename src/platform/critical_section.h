@@ -10,7 +10,8 @@ namespace tvut {
 
 class clsCriticalSection {
   public:
-    clsCriticalSection() noexcept { InitializeCriticalSection(&section_); }
+    // Waits are short: a thread that finds the section taken looks again for a while before it sleeps.
+    clsCriticalSection() noexcept { InitializeCriticalSectionAndSpinCount(&section_, 4000); }
     clsCriticalSection(const clsCriticalSection&) = delete;
     clsCriticalSection& operator=(const clsCriticalSection&) = delete;
 

@@ -1,0 +1,84 @@
+// tvut22_traffic: writes diagnostic lines as a large product does, to see whether they all arrive.
+//
+// Four modules, eight threads, groups of lines that nest. A line tells its thread, its number in the
+// thread and the length of its filling, so that whoever reads it knows whether it is whole:
+//
+//     <3 1234 17 ................. 3>
+//
+// Where the lines go is for the caller to set up: a log file (TVUT22_LOG) or a viewer that runs. The rate
+// is for viewers, whose sockets hold only so much.
+#include <tvut22/util.h>
+
+#include <CLI/CLI.hpp>
+
+#include <chrono>
+#include <cstdio>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr const wchar_t* modules[] = {L"REPORT", L"PRINT", L"DATA", L"VIEW"};
+constexpr int linesOfGroup = 10; // a head, what belongs to it, and an end
+
+struct scPlan {
+    int lines = 1'000'000;
+    int threads = 8;
+    double rate = 0; // lines a second; 0: as fast as they go
+};
+
+int LevelChange(int line) {
+    const int place = line % linesOfGroup;
+    return place == 0 ? 1 : place == linesOfGroup - 1 ? -1 : 0;
+}
+
+void WriteLines(int thread, int lines, double rate) {
+    static constexpr wchar_t filling[] =
+        L"......................................................................";
+    const auto start = Clock::now();
+    for (int line = 0; line < lines; ++line) {
+        const int length = (line * 7 + thread) % 70;
+        UtilDebugExt(modules[thread % std::size(modules)], LevelChange(line), L"<%d %d %d %.*s %d>", thread,
+                     line, length, length, filling, thread);
+        if (rate > 0 && line % linesOfGroup == 0)
+            std::this_thread::sleep_until(start + std::chrono::duration<double>(line / rate));
+    }
+}
+
+void Write(const scPlan& plan) {
+    std::vector<UtilJob> jobs;
+    for (const wchar_t* const module : modules) {
+        UtilModuleOnAttach(module);
+        jobs.push_back(UtilJobOpen(module, 0));
+    }
+    {
+        std::vector<std::jthread> threads;
+        for (int thread = 0; thread < plan.threads; ++thread)
+            threads.emplace_back(WriteLines, thread, plan.lines / plan.threads, plan.rate / plan.threads);
+    }
+    for (const UtilJob job : jobs)
+        UtilJobClose(job);
+    for (const wchar_t* const module : modules)
+        UtilModuleOnDetach(module);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    scPlan plan;
+    CLI::App app("Writes diagnostic lines as a large product does.", "tvut22_traffic");
+    app.add_option("--lines", plan.lines, "Lines in all, without those of modules that come and go");
+    app.add_option("--threads", plan.threads, "Threads that share them")->check(CLI::Range(1, 64));
+    app.add_option("--rate", plan.rate, "At most so many lines a second, of all threads");
+    CLI11_PARSE(app, argc, argv);
+    if (!UtilLOGPAN4Attach() && !UtilGetFlags()) {
+        std::fprintf(stderr, "nobody listens: start a viewer, or name a log file in TVUT22_LOG\n");
+        return 1;
+    }
+    const auto start = Clock::now();
+    Write(plan);
+    const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+    std::printf("%d lines in %.2f s: %.0f a second\n", plan.lines, seconds, plan.lines / seconds);
+}
