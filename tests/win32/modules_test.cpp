@@ -108,7 +108,7 @@ TEST(Library, KnowsItsVersion) {
 TEST(Language, IsKeptForTheHostProgram) {
     constexpr const wchar_t* key = L"Software\\Velmor\\Appearance\\modules_test";
     RegDeleteKeyW(HKEY_CURRENT_USER, key);
-    EXPECT_EQ(UtilLanguageGet(), UINT{PRIMARYLANGID(GetUserDefaultUILanguage())});
+    EXPECT_EQ(UtilLanguageGet(), static_cast<UINT>(PRIMARYLANGID(GetUserDefaultUILanguage())));
     for (const UINT language : {49u, 0u, 0xFFFFFFFFu}) {
         EXPECT_EQ(UtilLanguageSet(language), 0);
         DWORD kept = 1, size = sizeof kept;
