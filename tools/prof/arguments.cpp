@@ -7,16 +7,12 @@
 
 #include <tvut22/prof.h>
 
-#include <shellapi.h>
-
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <memory>
-#include <new>
 #include <sstream>
 
-namespace prof_tool {
+namespace tool::prof {
 
 namespace {
 
@@ -120,20 +116,6 @@ ExitCode explain(const CLI::App& app, const CLI::ParseError& error) {
 
 } // namespace
 
-std::vector<std::string> commandLine() {
-    struct FreeLocal {
-        void operator()(wchar_t** memory) const { LocalFree(memory); }
-    };
-    int count = 0;
-    const std::unique_ptr<wchar_t*, FreeLocal> words{CommandLineToArgvW(GetCommandLineW(), &count)};
-    if (!words)
-        throw std::bad_alloc{};
-    std::vector<std::string> result;
-    for (int at = 1; at < count; ++at)
-        result.push_back(toUtf8(words.get()[at]));
-    return result;
-}
-
 ExitCode dispatch(std::vector<std::string> words) {
     Arguments arguments;
     CLI::App app{"Shows, changes and converts profiles.", "prof"};
@@ -155,4 +137,4 @@ ExitCode dispatch(std::vector<std::string> words) {
         ->run(arguments);
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

@@ -2,6 +2,7 @@
 //
 // Every failure arrives here and leaves as one line on standard error and an exit code.
 #include "arguments.h"
+#include "command_line.h"
 #include "text_io.h"
 
 #include <new>
@@ -9,21 +10,21 @@
 
 namespace {
 
-using prof_tool::ExitCode;
+using tool::ExitCode;
 
 ExitCode run() {
-    const ExitCode code = prof_tool::dispatch(prof_tool::commandLine());
-    prof_tool::Output::standard().flush();
+    const ExitCode code = tool::prof::dispatch(tool::commandLine());
+    tool::Output::standard().flush();
     return code;
 }
 
-ExitCode report(const prof_tool::Failure& failure) {
+ExitCode report(const tool::Failure& failure) {
     try {
-        prof_tool::Output::standard().flush(); // what was found before the failure
-    } catch (const prof_tool::Failure&) {
+        tool::Output::standard().flush(); // what was found before the failure
+    } catch (const tool::Failure&) {
         // The failure that ends the command is the one to report.
     }
-    prof_tool::printError(failure.subject, failure.reason);
+    tool::printError("prof", failure.subject, failure.reason);
     return failure.code;
 }
 
@@ -32,7 +33,7 @@ ExitCode report(const prof_tool::Failure& failure) {
 int main() {
     try {
         return static_cast<int>(run());
-    } catch (const prof_tool::Failure& failure) {
+    } catch (const tool::Failure& failure) {
         return static_cast<int>(report(failure));
     } catch (const std::bad_alloc&) {
         return static_cast<int>(report({ExitCode::outOfMemory, "", "out of memory"}));
