@@ -27,7 +27,8 @@ void appendEscape(std::wstring& line, wchar_t unit) {
         line += L"\\t";
         return;
     default:
-        isControl(unit) ? appendHex(line, L"\\x", unit, 2) : appendHex(line, L"\\u", unit, 4);
+        isControl(unit) ? appendHex(line, L"\\x", static_cast<unsigned>(unit), 2)
+                        : appendHex(line, L"\\u", static_cast<unsigned>(unit), 4);
     }
 }
 
