@@ -2,7 +2,7 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-install(TARGETS tvUT22 prof RUNTIME DESTINATION bin)
+install(TARGETS tvUT22 prof logpan logpan_console RUNTIME DESTINATION bin)
 install(FILES ${PROJECT_BINARY_DIR}/lib/libtvUT22.a DESTINATION lib)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/tvut22 DESTINATION include)
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md DESTINATION share/doc/tvUT22

@@ -25,7 +25,7 @@ void logLine(const std::string& text) {
 TEST(LoadReport, TellsTheFirstErrorOfItsTime) {
     logLine("PROF load error line 1: 'long ago'");
     SetEnvironmentVariableW(L"TVUT22_LOG", logName.c_str());
-    const prof_tool::LoadReport report;
+    const tool::prof::LoadReport report;
     EXPECT_EQ(report.reason(), "");
     logLine("something else in line 7");
     EXPECT_EQ(report.reason(), "");
@@ -33,12 +33,12 @@ TEST(LoadReport, TellsTheFirstErrorOfItsTime) {
     logLine("C:\\a: error 'b'.prf: error 'it's not closed' in line 12");
     EXPECT_EQ(report.reason(), "line 12: it's not closed");
 
-    const prof_tool::LoadReport later;
+    const tool::prof::LoadReport later;
     EXPECT_EQ(later.reason(), "");
     logLine("PROF load error line 0: 'no line yet'");
     EXPECT_EQ(later.reason(), "no line yet");
 
-    const prof_tool::LoadReport broken;
+    const tool::prof::LoadReport broken;
     logLine("PROF load error line 4");
     logLine("'");
     EXPECT_EQ(broken.reason(), "");

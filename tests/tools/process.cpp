@@ -5,22 +5,13 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <thread>
-
 namespace prof_test {
 
 namespace {
 
-struct Close {
-    using pointer = HANDLE;
-    void operator()(HANDLE handle) const { CloseHandle(handle); }
-};
-using Handle = std::unique_ptr<void, Close>;
-
 struct Pipe {
-    Handle read;
-    Handle write;
+    OwnedHandle read;
+    OwnedHandle write;
 };
 
 // Only the child's end may be inherited: a child holding the other one would never see the end.
@@ -30,26 +21,18 @@ Pipe makePipe(bool childReads) {
     HANDLE write = nullptr;
     EXPECT_TRUE(CreatePipe(&read, &write, &inherited, 0));
     SetHandleInformation(childReads ? write : read, HANDLE_FLAG_INHERIT, 0);
-    return {Handle{read}, Handle{write}};
+    return {OwnedHandle{read}, OwnedHandle{write}};
 }
 
-void drain(const Handle& pipe, std::string& text) {
-    static constexpr DWORD pieceSize = 64 * 1024;
-    std::string piece(pieceSize, '\0');
-    for (DWORD count = 0; ReadFile(pipe.get(), piece.data(), pieceSize, &count, nullptr) && count > 0;)
-        text.append(piece, 0, count);
-}
-
-void feed(Handle& pipe, std::string_view text) {
+void feed(OwnedHandle pipe, const std::string& text) {
     DWORD count = 0;
     WriteFile(pipe.get(), text.data(), static_cast<DWORD>(text.size()), &count, nullptr);
-    pipe.reset();
 }
 
 } // namespace
 
-Outcome run(const std::filesystem::path& program, std::string_view commandLine,
-            const std::filesystem::path& folder, std::string_view input) {
+Process::Process(const std::filesystem::path& program, std::string_view commandLine,
+                 const std::filesystem::path& folder, std::string_view input) {
     Pipe in = makePipe(true);
     Pipe out = makePipe(false);
     Pipe err = makePipe(false);
@@ -60,27 +43,62 @@ Outcome run(const std::filesystem::path& program, std::string_view commandLine,
     start.hStdOutput = out.write.get();
     start.hStdError = err.write.get();
     PROCESS_INFORMATION process{};
-    std::wstring words = prof_tool::toWide(commandLine);
+    std::wstring words = tool::toWide(commandLine);
     if (!CreateProcessW(program.c_str(), words.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(),
                         &start, &process)) {
         ADD_FAILURE() << program << " did not start: error " << GetLastError();
-        return {};
+        errorEnded_ = true;
+        return;
     }
-    const Handle thread{process.hThread};
-    const Handle running{process.hProcess};
-    in.read.reset();
-    out.write.reset();
-    err.write.reset();
+    const OwnedHandle thread{process.hThread};
+    process_.reset(process.hProcess);
+    out_ = std::move(out.read);
+    err_ = std::move(err.read);
+    feeder_ = std::jthread{
+        [pipe = std::move(in.write), text = std::string{input}]() mutable { feed(std::move(pipe), text); }};
+    outReader_ = std::jthread{[this] { drain(out_.get(), outcome_.out); }};
+    errReader_ = std::jthread{[this] { drain(err_.get(), outcome_.err); }};
+}
 
-    Outcome outcome;
-    {
-        const std::jthread feeder{[&] { feed(in.write, input); }};
-        const std::jthread outReader{[&] { drain(out.read, outcome.out); }};
-        const std::jthread errReader{[&] { drain(err.read, outcome.err); }};
+Process::~Process() {
+    if (process_)
+        kill();
+}
+
+void Process::drain(HANDLE pipe, std::string& text) {
+    static constexpr DWORD pieceSize = 64 * 1024;
+    std::string piece(pieceSize, '\0');
+    for (DWORD count = 0; ReadFile(pipe, piece.data(), pieceSize, &count, nullptr) && count > 0;) {
+        const std::lock_guard lock{mutex_};
+        text.append(piece, 0, count);
+        changed_.notify_all();
     }
-    WaitForSingleObject(running.get(), INFINITE);
-    GetExitCodeProcess(running.get(), &outcome.code);
-    return outcome;
+    const std::lock_guard lock{mutex_};
+    errorEnded_ = errorEnded_ || &text == &outcome_.err;
+    changed_.notify_all();
+}
+
+std::string Process::waitForError(std::string_view text) {
+    std::unique_lock lock{mutex_};
+    const auto isThere = [&] { return outcome_.err.find(text) != std::string::npos; };
+    changed_.wait(lock, [&] { return isThere() || errorEnded_; });
+    return isThere() ? outcome_.err : std::string{};
+}
+
+Outcome Process::finish() {
+    for (std::jthread* thread : {&feeder_, &outReader_, &errReader_})
+        if (thread->joinable())
+            thread->join();
+    if (!process_)
+        return {};
+    WaitForSingleObject(process_.get(), INFINITE);
+    GetExitCodeProcess(process_.get(), &outcome_.code);
+    return outcome_;
+}
+
+Outcome run(const std::filesystem::path& program, std::string_view commandLine,
+            const std::filesystem::path& folder, std::string_view input) {
+    return Process{program, commandLine, folder, input}.finish();
 }
 
 } // namespace prof_test

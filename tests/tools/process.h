@@ -3,9 +3,13 @@
 
 #include <windows.h>
 
+#include <condition_variable>
 #include <filesystem>
+#include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
+#include <thread>
 
 namespace prof_test {
 
@@ -18,5 +22,41 @@ struct Outcome {
 // commandLine is UTF-8 and begins with the program's name, which only fills its place there.
 Outcome run(const std::filesystem::path& program, std::string_view commandLine,
             const std::filesystem::path& folder, std::string_view input);
+
+struct CloseOnce {
+    using pointer = HANDLE;
+    void operator()(HANDLE handle) const { CloseHandle(handle); }
+};
+using OwnedHandle = std::unique_ptr<void, CloseOnce>;
+
+// A program that runs beside the test. It is killed when the test gives it up.
+class Process {
+  public:
+    Process(const std::filesystem::path& program, std::string_view commandLine,
+            const std::filesystem::path& folder, std::string_view input = {});
+    ~Process();
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+
+    // Waits until its standard error has that text, and returns what it has by then; nothing when it ended
+    // without.
+    std::string waitForError(std::string_view text);
+    void kill() const { TerminateProcess(process_.get(), 1); }
+    Outcome finish(); // waits for its end
+
+  private:
+    void drain(HANDLE pipe, std::string& text);
+
+    OwnedHandle process_;
+    OwnedHandle out_;
+    OwnedHandle err_;
+    Outcome outcome_;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    bool errorEnded_ = false;
+    std::jthread feeder_;
+    std::jthread outReader_;
+    std::jthread errReader_;
+};
 
 } // namespace prof_test

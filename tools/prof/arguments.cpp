@@ -2,21 +2,16 @@
 #include "arguments.h"
 
 #include "commands.h"
-#include "text_io.h"
+#include "parse_arguments.h"
 #include "value_types.h"
 
 #include <tvut22/prof.h>
 
-#include <shellapi.h>
-
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <memory>
-#include <new>
-#include <sstream>
 
-namespace prof_tool {
+namespace tool::prof {
 
 namespace {
 
@@ -108,31 +103,7 @@ std::string version() {
     return "prof " + std::to_string(ProfGetVersion(1)) + "." + std::to_string(ProfGetVersion(2));
 }
 
-ExitCode explain(const CLI::App& app, const CLI::ParseError& error) {
-    if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::Success))
-        throw Failure{ExitCode::usage, "",
-                      std::string{error.what()} + "\nTry 'prof --help' or 'prof COMMAND --help'."};
-    std::ostringstream text;
-    app.exit(error, text, text);
-    Output::standard().write(text.str());
-    return ExitCode::ok;
-}
-
 } // namespace
-
-std::vector<std::string> commandLine() {
-    struct FreeLocal {
-        void operator()(wchar_t** memory) const { LocalFree(memory); }
-    };
-    int count = 0;
-    const std::unique_ptr<wchar_t*, FreeLocal> words{CommandLineToArgvW(GetCommandLineW(), &count)};
-    if (!words)
-        throw std::bad_alloc{};
-    std::vector<std::string> result;
-    for (int at = 1; at < count; ++at)
-        result.push_back(toUtf8(words.get()[at]));
-    return result;
-}
 
 ExitCode dispatch(std::vector<std::string> words) {
     Arguments arguments;
@@ -143,16 +114,12 @@ ExitCode dispatch(std::vector<std::string> words) {
     app.require_subcommand(1);
     for (const Command& command : commands)
         command.declare(*app.add_subcommand(command.name, command.purpose), arguments);
-    try {
-        std::reverse(words.begin(), words.end()); // the parser takes them from the back
-        app.parse(std::move(words));
-    } catch (const CLI::ParseError& error) {
-        return explain(app, error);
-    }
+    if (!parseArguments(app, std::move(words), "Try 'prof --help' or 'prof COMMAND --help'."))
+        return ExitCode::ok;
     const std::string chosen = app.get_subcommands().front()->get_name();
     return std::find_if(std::begin(commands), std::end(commands),
                         [&](const Command& command) { return chosen == command.name; })
         ->run(arguments);
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

@@ -11,7 +11,7 @@ namespace CLI {
 class App;
 }
 
-namespace prof_tool {
+namespace tool::prof {
 
 struct Arguments {
     std::string file;
@@ -34,13 +34,10 @@ struct Command {
     ExitCode (*run)(const Arguments& arguments);
 };
 
-// The process's own command line in UTF-8, without the program's name.
-std::vector<std::string> commandLine();
-
 // Runs the command that the command line names. Prints help and the version itself; throws Failure for
 // a command line that it does not understand.
 ExitCode dispatch(std::vector<std::string> words);
 
-} // namespace prof_tool
+} // namespace tool::prof
 
 #endif

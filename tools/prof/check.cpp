@@ -4,7 +4,7 @@
 #include "text_io.h"
 #include "tree_walk.h"
 
-namespace prof_tool {
+namespace tool::prof {
 
 ExitCode runCheck(const Arguments& arguments) {
     const Profile profile = Profile::open(arguments.file, arguments.plainIni);
@@ -17,4 +17,4 @@ ExitCode runCheck(const Arguments& arguments) {
     return ExitCode::ok;
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

@@ -4,7 +4,7 @@
 
 #include "arguments.h"
 
-namespace prof_tool {
+namespace tool::prof {
 
 ExitCode runShow(const Arguments& arguments);    // show.cpp
 ExitCode runGet(const Arguments& arguments);     // get.cpp
@@ -15,6 +15,6 @@ ExitCode runItems(const Arguments& arguments);   // names.cpp
 ExitCode runConvert(const Arguments& arguments); // convert.cpp
 ExitCode runCheck(const Arguments& arguments);   // check.cpp
 
-} // namespace prof_tool
+} // namespace tool::prof
 
 #endif

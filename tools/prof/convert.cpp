@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-namespace prof_tool {
+namespace tool::prof {
 
 namespace {
 
@@ -34,4 +34,4 @@ ExitCode runConvert(const Arguments& arguments) {
     return ExitCode::ok;
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

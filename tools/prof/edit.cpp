@@ -10,7 +10,7 @@
 
 #include <new>
 
-namespace prof_tool {
+namespace tool::prof {
 
 namespace {
 
@@ -73,4 +73,4 @@ ExitCode runDelete(const Arguments& arguments) {
     return ExitCode::ok;
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

@@ -4,7 +4,7 @@
 #include "text_io.h"
 #include "value_types.h"
 
-namespace prof_tool {
+namespace tool::prof {
 
 namespace {
 
@@ -28,4 +28,4 @@ ExitCode runGet(const Arguments& arguments) {
     return ExitCode::ok;
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace prof_tool {
+namespace tool::prof {
 
 class InputFile {
   public:
@@ -40,6 +40,6 @@ class InputFile {
     DWORD error_;
 };
 
-} // namespace prof_tool
+} // namespace tool::prof
 
 #endif

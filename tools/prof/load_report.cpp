@@ -9,7 +9,7 @@
 #include <array>
 #include <string_view>
 
-namespace prof_tool {
+namespace tool::prof {
 
 namespace {
 
@@ -91,4 +91,4 @@ std::string LoadReport::reason() const {
     return line == "0" ? message : "line " + std::string{line} + ": " + message; // 0: before any line
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

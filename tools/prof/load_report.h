@@ -12,7 +12,7 @@
 
 #include <string>
 
-namespace prof_tool {
+namespace tool::prof {
 
 // Lives around a load. The first one must be made before the library writes its first line.
 class LoadReport {
@@ -26,6 +26,6 @@ class LoadReport {
     long long start_; // where in the log file the load's own lines begin
 };
 
-} // namespace prof_tool
+} // namespace tool::prof
 
 #endif

@@ -4,7 +4,7 @@
 #include "text_io.h"
 #include "tree_walk.h"
 
-namespace prof_tool {
+namespace tool::prof {
 
 namespace {
 
@@ -39,4 +39,4 @@ ExitCode runItems(const Arguments& arguments) {
     });
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <limits>
 
-namespace prof_tool {
+namespace tool::prof {
 
 namespace {
 
@@ -154,4 +154,4 @@ std::optional<COLORREF> parseColor(std::string_view text) {
     return RGB((*numbers)[0], (*numbers)[1], (*numbers)[2]);
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string_view>
 
-namespace prof_tool {
+namespace tool::prof {
 
 std::optional<BOOL> parseBool(std::string_view text);      // true false yes no on off 1 0, any case
 std::optional<INT> parseInt(std::string_view text);        // decimal, or x / 0x and hexadecimal digits
@@ -20,6 +20,6 @@ std::optional<RECT> parseRect(std::string_view text);      // (left,top,right,bo
 std::optional<RECT> parseRectLTWH(std::string_view text);  // (left,top,width,height)
 std::optional<COLORREF> parseColor(std::string_view text); // (red,green,blue), or x and BBGGRR
 
-} // namespace prof_tool
+} // namespace tool::prof
 
 #endif

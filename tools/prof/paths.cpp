@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace prof_tool {
+namespace tool::prof {
 
 namespace {
 
@@ -115,4 +115,4 @@ void requireStorablePath(const std::string& path) {
             refuse(path, "a list's name cannot hold control characters");
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace prof_tool {
+namespace tool::prof {
 
 // The list of a path, null being the root list; "" and "/" are the root. Throws Failure with notFound.
 ProfList findList(const Profile& profile, const std::string& file, const std::string& path);
@@ -21,6 +21,6 @@ void requirePath(const std::string& path);
 // Throws Failure with usage for a path whose names would not survive being saved and read again.
 void requireStorablePath(const std::string& path);
 
-} // namespace prof_tool
+} // namespace tool::prof
 
 #endif

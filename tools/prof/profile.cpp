@@ -2,15 +2,15 @@
 #include "profile.h"
 
 #include "exit_code.h"
+#include "file_access.h"
 #include "load_report.h"
 #include "profile_kind.h"
 #include "stream.h"
-#include "system_error.h"
 #include "text_io.h"
 
 #include <new>
 
-namespace prof_tool {
+namespace tool::prof {
 
 namespace {
 
@@ -94,4 +94,4 @@ void Profile::saveToStandardOutput(UINT flags) const {
     Output::standard().writeDocument(contentsOf(*stream));
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-namespace prof_tool {
+namespace tool::prof {
 
 // The name that stands for standard input or output.
 inline constexpr const char* standardStream = "-";
@@ -43,6 +43,6 @@ class Profile {
     std::unique_ptr<ProfJobObject, CloseJob> job_;
 };
 
-} // namespace prof_tool
+} // namespace tool::prof
 
 #endif

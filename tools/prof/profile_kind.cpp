@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-namespace prof_tool {
+namespace tool::prof {
 
 namespace {
 
@@ -76,4 +76,4 @@ bool hasIniName(std::string_view name) {
     return endsWith(name, ".ini") || endsWith(name, ".conf");
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace prof_tool {
+namespace tool::prof {
 
 enum class FileKind {
     missing,    // there is no file of that name
@@ -26,6 +26,6 @@ void requireReplaceable(const std::string& file, bool plainIni);
 // Ends in .ini or .conf, in any case.
 bool hasIniName(std::string_view name);
 
-} // namespace prof_tool
+} // namespace tool::prof
 
 #endif

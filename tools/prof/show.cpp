@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace prof_tool {
+namespace tool::prof {
 
 namespace {
 
@@ -99,4 +99,4 @@ ExitCode runShow(const Arguments& arguments) {
     return ExitCode::ok;
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

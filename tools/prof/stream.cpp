@@ -2,7 +2,8 @@
 #include "stream.h"
 
 #include "exit_code.h"
-#include "system_error.h"
+#include "file_access.h"
+#include "system_reason.h"
 
 #include <windows.h>
 
@@ -11,7 +12,7 @@
 #include <limits>
 #include <new>
 
-namespace prof_tool {
+namespace tool::prof {
 
 namespace {
 
@@ -64,4 +65,4 @@ std::string contentsOf(IStream& stream) {
     return bytes;
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

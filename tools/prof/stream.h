@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace prof_tool {
+namespace tool::prof {
 
 struct ReleaseObject {
     void operator()(IUnknown* object) const { object->Release(); }
@@ -25,6 +25,6 @@ StreamPtr fileStream(const std::wstring& path, const std::string& subject);
 // Everything that a stream of memoryStream holds.
 std::string contentsOf(IStream& stream);
 
-} // namespace prof_tool
+} // namespace tool::prof
 
 #endif

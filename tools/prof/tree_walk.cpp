@@ -3,7 +3,7 @@
 
 #include <new>
 
-namespace prof_tool {
+namespace tool::prof {
 
 TreeWalk::TreeWalk(ProfJob job, ProfList start, Scope scope) : job_(job), scope_(scope) {
     enter(start);
@@ -57,4 +57,4 @@ BOOL TVUT22_CALL TreeWalk::onEntry(ProfJob, const wchar_t* name, const wchar_t* 
     }
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-namespace prof_tool {
+namespace tool::prof {
 
 // One entry; the texts are valid until the walk moves on.
 struct Entry {
@@ -63,6 +63,6 @@ class TreeWalk {
     std::vector<Level> levels_;
 };
 
-} // namespace prof_tool
+} // namespace tool::prof
 
 #endif

@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <type_traits>
 
-namespace prof_tool {
+namespace tool::prof {
 
 namespace {
 
@@ -157,4 +157,4 @@ std::vector<std::string> fetchableTypes() {
     return names;
 }
 
-} // namespace prof_tool
+} // namespace tool::prof

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace prof_tool {
+namespace tool::prof {
 
 struct ValueType {
     std::string name;
@@ -29,6 +29,6 @@ const ValueType& valueType(std::string_view name);
 std::vector<std::string> storableTypes();
 std::vector<std::string> fetchableTypes();
 
-} // namespace prof_tool
+} // namespace tool::prof
 
 #endif

@@ -2,22 +2,21 @@
 //
 // Pipes and files receive the bytes as they are, without any line end translation; a console receives
 // UTF-16 through its own call, so that its code page does not matter.
-#ifndef PROF_TOOL_TEXT_IO_H
-#define PROF_TOOL_TEXT_IO_H
+#ifndef TOOL_TEXT_IO_H
+#define TOOL_TEXT_IO_H
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 
-namespace prof_tool {
+namespace tool {
 
 std::wstring toWide(std::string_view utf8);
 
 // Lone surrogates become U+FFFD, for there is no UTF-8 for them.
 std::string toUtf8(std::wstring_view text);
 
-// Appends a text for reading by people: control characters as \n, \r, \t or \x1b, lone surrogates as
-// \ud800. Backslashes stay single: values hold file names far more often than control characters.
+// Appends a text in its printable form.
 void appendEscaped(std::string& line, std::wstring_view text);
 
 // Standard output, buffered. Everything that fails throws Failure with cannotSave.
@@ -41,12 +40,12 @@ class Output {
     std::string buffer_;
 };
 
-// Writes "prof: subject: reason" to standard error. Never throws for a standard error that is closed.
-void printError(std::string_view subject, std::string_view reason);
+// Writes "program: subject: reason" to standard error. Never throws for a standard error that is closed.
+void printError(std::string_view program, std::string_view subject, std::string_view reason);
 
 // All of standard input.
 std::string readStandardInput();
 
-} // namespace prof_tool
+} // namespace tool
 
 #endif

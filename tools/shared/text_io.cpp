@@ -2,13 +2,14 @@
 #include "text_io.h"
 
 #include "exit_code.h"
-#include "system_error.h"
+#include "printable.h"
+#include "system_reason.h"
 
 #include <windows.h>
 
 #include <algorithm>
 
-namespace prof_tool {
+namespace tool {
 
 namespace {
 
@@ -19,55 +20,6 @@ constexpr std::wstring_view byteOrderMark = L"\xfeff";
 bool isConsole(HANDLE handle) {
     DWORD mode = 0;
     return GetConsoleMode(handle, &mode) != 0;
-}
-
-bool isHigh(wchar_t unit) {
-    return unit >= 0xd800 && unit <= 0xdbff;
-}
-bool isLow(wchar_t unit) {
-    return unit >= 0xdc00 && unit <= 0xdfff;
-}
-bool isControl(wchar_t unit) {
-    return unit < 0x20 || (unit >= 0x7f && unit <= 0x9f);
-}
-
-bool isPairAt(std::wstring_view text, std::size_t at) {
-    return isHigh(text[at]) && at + 1 < text.size() && isLow(text[at + 1]);
-}
-
-void appendHex(std::string& line, std::string_view prefix, unsigned value, unsigned digits) {
-    line += prefix;
-    while (digits-- > 0)
-        line += "0123456789abcdef"[(value >> (4 * digits)) & 0xf];
-}
-
-void appendEscape(std::string& line, wchar_t unit) {
-    switch (unit) {
-    case L'\n':
-        line += "\\n";
-        return;
-    case L'\r':
-        line += "\\r";
-        return;
-    case L'\t':
-        line += "\\t";
-        return;
-    default:
-        isControl(unit) ? appendHex(line, "\\x", unit, 2) : appendHex(line, "\\u", unit, 4);
-    }
-}
-
-// How many units from a position can be printed as they are.
-std::size_t plainRun(std::wstring_view text, std::size_t start) {
-    std::size_t at = start;
-    while (at < text.size() && !isControl(text[at])) {
-        if (isPairAt(text, at))
-            ++at;
-        else if (isHigh(text[at]) || isLow(text[at]))
-            break;
-        ++at;
-    }
-    return at - start;
 }
 
 bool writeBytes(HANDLE handle, std::string_view bytes) {
@@ -121,14 +73,7 @@ std::string toUtf8(std::wstring_view text) {
 }
 
 void appendEscaped(std::string& line, std::wstring_view text) {
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const std::size_t run = plainRun(text, at);
-        if (run > 0)
-            line += toUtf8(text.substr(at, run));
-        at += run;
-        if (at < text.size())
-            appendEscape(line, text[at]);
-    }
+    line += toUtf8(printable(text));
 }
 
 Output& Output::standard() {
@@ -168,8 +113,9 @@ void Output::flush() {
         throw Failure{ExitCode::cannotSave, "standard output", systemReason(error)};
 }
 
-void printError(std::string_view subject, std::string_view reason) {
-    std::string line = "prof: ";
+void printError(std::string_view program, std::string_view subject, std::string_view reason) {
+    std::string line{program};
+    line += ": ";
     if (!subject.empty())
         line.append(subject).append(": ");
     line.append(reason).append("\n");
@@ -194,4 +140,4 @@ std::string readStandardInput() {
     return contents;
 }
 
-} // namespace prof_tool
+} // namespace tool

@@ -1,12 +1,11 @@
-// Asks the system why a file cannot be read or written: the library reports only that it cannot.
-#include "system_error.h"
+// The common errors' words, and the way to the system's for the others.
+#include "system_reason.h"
 
-#include "input_file.h"
 #include "text_io.h"
 
 #include <windows.h>
 
-namespace prof_tool {
+namespace tool {
 
 namespace {
 
@@ -45,15 +44,6 @@ std::string systemWords(DWORD error) {
     return last == std::wstring_view::npos ? std::string{} : toUtf8(words.substr(0, last + 1));
 }
 
-bool isFolder(DWORD attributes) {
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-
-std::wstring folderOf(const std::wstring& path) {
-    const std::size_t separator = path.find_last_of(L"\\/");
-    return separator == std::wstring::npos || separator == 0 ? std::wstring{} : path.substr(0, separator);
-}
-
 } // namespace
 
 std::string systemReason(unsigned long error) {
@@ -64,23 +54,4 @@ std::string systemReason(unsigned long error) {
     return "system error " + std::to_string(error);
 }
 
-std::string whyNotReadable(const std::wstring& path) {
-    if (isFolder(GetFileAttributesW(path.c_str())))
-        return "is a folder";
-    const InputFile file{path};
-    return file.isOpen() ? std::string{} : systemReason(file.error());
-}
-
-std::string whyNotWritable(const std::wstring& path) {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    if (isFolder(attributes))
-        return "is a folder";
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
-        return "the file is read-only";
-    const std::wstring folder = folderOf(path);
-    if (!folder.empty() && !isFolder(GetFileAttributesW((folder + L"\\").c_str())))
-        return "no such folder";
-    return {};
-}
-
-} // namespace prof_tool
+} // namespace tool

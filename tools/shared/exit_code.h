@@ -1,10 +1,10 @@
-// The exit codes of prof and the one exception that carries them to main.
-#ifndef PROF_TOOL_EXIT_CODE_H
-#define PROF_TOOL_EXIT_CODE_H
+// The exit codes of the tools and the one exception that carries them to main.
+#ifndef TOOL_EXIT_CODE_H
+#define TOOL_EXIT_CODE_H
 
 #include <string>
 
-namespace prof_tool {
+namespace tool {
 
 enum class ExitCode : int {
     ok = 0,
@@ -17,13 +17,13 @@ enum class ExitCode : int {
     outOfMemory = 7,
 };
 
-// Ends a command: printed as "prof: subject: reason", or "prof: reason" without a subject.
+// Ends a command: printed as "program: subject: reason", or "program: reason" without a subject.
 struct Failure {
     ExitCode code;
     std::string subject;
     std::string reason;
 };
 
-} // namespace prof_tool
+} // namespace tool
 
 #endif

@@ -1,0 +1,312 @@
+// The viewer's logic: joining, counting, holding, filtering and printing lines.
+#include "columns.h"
+#include "filter.h"
+#include "shown_lines.h"
+#include "text_message.h"
+
+#include <gtest/gtest.h>
+
+namespace tool::logpan {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A joiner under a clock of its own. Each line's text is its result.
+struct Bench {
+    Joiner joiner;
+    Joiner::Clock::time_point now{};
+
+    void packet(std::uint16_t port, char digit, std::wstring_view text, std::uint32_t thread = 1,
+                bool full = false) {
+        Packet packet;
+        packet.thread = thread;
+        packet.sequence = static_cast<std::uint32_t>(digit);
+        packet.text = text;
+        packet.full = full;
+        joiner.add(port, packet, now);
+    }
+    void message(std::wstring_view text) { joiner.addText(text, {2024, 1, 31, 9, 8, 7, 6}, now); }
+
+    std::wstring taken() {
+        std::wstring texts;
+        while (const std::optional<Line> line = joiner.take(now))
+            texts += line->text + L"|";
+        return texts;
+    }
+    std::wstring takenAfter(std::chrono::milliseconds time) {
+        now += time;
+        return taken();
+    }
+};
+
+LinePtr lineOf(std::wstring text, std::wstring module = L"KX32UTIL") {
+    Line line;
+    line.text = std::move(text);
+    line.module = std::move(module);
+    return std::make_shared<const Line>(std::move(line));
+}
+
+void addTo(Store& store, int number) {
+    const std::wstring text = L"line " + std::to_wstring(number);
+    Packet packet;
+    packet.sequence = static_cast<std::uint32_t>('0' + number % 10);
+    packet.text = text;
+    store.add(7, packet);
+}
+
+} // namespace
+
+TEST(Joiner, JoinsPiecesAndKeepsTheOrderOfBeginnings) {
+    Bench bench;
+    bench.packet(1, '0', L"one ", 1, true);
+    bench.packet(2, '5', L"other");
+    bench.packet(1, '0', L"two ", 1, true);
+    bench.packet(2, '6', L"next");
+    EXPECT_EQ(bench.taken(), L"") << "what began first may still go on";
+    bench.packet(1, '0', L"three");
+    EXPECT_EQ(bench.takenAfter(Joiner::moment), L"one two three|other|next|");
+    bench.packet(1, '0', L"late piece");
+    bench.packet(1, '1', L"new");
+    EXPECT_EQ(bench.takenAfter(Joiner::moment), L"late piece|new|");
+    EXPECT_EQ(bench.joiner.missing(), 0u) << "a piece of a line that was shown is no gap";
+}
+
+TEST(Joiner, WaitsLongerForALineThatFilledItsDatagram) {
+    Bench bench;
+    bench.packet(1, '0', L"full", 1, true);
+    EXPECT_EQ(bench.takenAfter(Joiner::moment), L"");
+    EXPECT_EQ(bench.takenAfter(Joiner::longWhile), L"full|");
+    for (auto waited = 0ms; waited < Joiner::longest; waited += 500ms) {
+        bench.packet(1, '1', L".", 1, true);
+        EXPECT_EQ(bench.takenAfter(500ms) == L"", waited + 500ms < Joiner::longest) << "endless pieces end";
+    }
+}
+
+TEST(Joiner, CountsMissingLinesBySender) {
+    Bench bench;
+    std::uint32_t thread = 1; // another one each time: no line is a piece of the one before
+    for (const char digit : {'8', '9', '0', '4', '5', '5', 'x', '2', '3'})
+        bench.packet(1, digit, L"", thread++);
+    EXPECT_EQ(bench.joiner.missing(), 3u + 9u);
+    bench.packet(2, '7', L"");
+    bench.packet(2, '9', L"");
+    EXPECT_EQ(bench.joiner.missing(), 3u + 9u + 1u);
+}
+
+TEST(Joiner, IsBounded) {
+    Bench bench;
+    const std::wstring piece(30'000, L'x');
+    for (int at = 0; at < 5; ++at)
+        bench.packet(1, '0', piece, 1, true);
+    bench.now += Joiner::longest;
+    const std::optional<Line> cut = bench.joiner.take(bench.now);
+    ASSERT_TRUE(cut);
+    EXPECT_EQ(cut->text.size(), Joiner::longestLine);
+    EXPECT_EQ(cut->text.back(), L'\u2026');
+
+    std::size_t early = 0;
+    for (unsigned at = 0; at < 20'000; ++at) {
+        bench.packet(static_cast<std::uint16_t>(at), '0', at % 4 == 0 ? std::wstring_view{piece} : L"", at,
+                     true);
+        while (bench.joiner.take(bench.now))
+            ++early;
+    }
+    EXPECT_GT(early, 15'000u) << "a flood pushes lines out that are not complete";
+}
+
+TEST(Joiner, SeparatesIndentationAndLineEnd) {
+    struct Case {
+        std::wstring_view sent;
+        std::size_t level;
+        std::wstring_view text;
+    };
+    for (const Case& at : {Case{L"  text \r\n", 2, L"text "}, Case{L"text", 0, L"text"}, Case{L"   ", 3, L""},
+                           Case{L"\r\n", 0, L""}, Case{L" \na\n\n", 1, L"\na"}}) {
+        Bench bench;
+        bench.packet(1, '0', at.sent);
+        bench.now += Joiner::moment;
+        const std::optional<Line> line = bench.joiner.take(bench.now);
+        ASSERT_TRUE(line);
+        EXPECT_EQ(line->level, at.level) << at.sent.size();
+        EXPECT_EQ(line->text, at.text);
+    }
+}
+
+TEST(TextMessage, IsTakenApartWhereItHasColumns) {
+    struct Case {
+        std::wstring_view message;
+        std::wstring_view plain; // empty: it has none
+    };
+    constexpr Case cases[] = {
+        {L"KX32UTIL: 12:34:56.789 0000abcd/0f 7    two", L"12:34:56.789 KX32UTIL 0000abcd/0f 7   two"},
+        {L"App     : 34:56.789 ffffffff/00 0  text", L"00:34:56.789 App      ffffffff/00 0 text"},
+        {L"12:34:56.789 00000001/01 9 worker text", L"12:34:56.789          00000001/01 9 worker text"},
+        {L"12:34:56.789 0000abcd/01 7", L""},
+        {L"12:34:56.78 0000abcd/01 7  x", L""},
+        {L": ", L""},
+        {L"error: nothing", L""},
+        {L"", L""},
+    };
+    for (const Case& at : cases) {
+        const std::optional<Line> line = parseTextMessage(at.message);
+        ASSERT_EQ(line.has_value(), !at.plain.empty()) << std::string(at.message.begin(), at.message.end());
+        if (!line)
+            continue;
+        Bench bench; // which splits off the indentation
+        bench.message(at.message);
+        bench.now += Joiner::moment;
+        EXPECT_EQ(plainLine(*bench.joiner.take(bench.now)), at.plain);
+    }
+}
+
+TEST(TextMessage, GoesOnBehindOneThatIsFull) {
+    Bench bench;
+    const std::wstring full = L"12:34:56.789 00000001/01 9  " + std::wstring(longestTextMessage - 28, L'x');
+    bench.message(full);
+    bench.message(L"tail");
+    bench.message(L"alone");
+    bench.message(L"12:34:56.789 00000001/01 0  next");
+    EXPECT_EQ(bench.takenAfter(Joiner::moment), full.substr(28) + L"tail|alone|next|");
+}
+
+TEST(Columns, PrintHostileLinesHarmlessly) {
+    struct Case {
+        Line line;
+        std::wstring_view plain;
+        std::wstring_view json;
+    };
+    const Case cases[] = {
+        {{{2024, 1, 31, 12, 34, 56, 789}, L"KX32UTIL", 0xabcd, 3, '7', 5000, 2, L"ERR: no \"x\""},
+         L"12:34:56.789 KX32UTIL 0000abcd/03 7   ERR: no \"x\"",
+         LR"({"time":"2024-01-31T12:34:56.789","module":"KX32UTIL","thread":43981,"processor":3,"sequence":7,)"
+         LR"("port":5000,"level":2,"severity":"error","text":"ERR: no \"x\""})"},
+        {{{65535, 0, 0, 65535, 0, 0, 0},
+          L"\x1b[2J",
+          ~0u,
+          ~0u,
+          ~0u,
+          1,
+          60'000,
+          L"\na\x1b]0;b\a\tC:\\d\x7f\x9b"},
+         LR"(--:--:--.--- \x1b[2J  ffffffff/ffffffff -                                                   )"
+         LR"(a\x1b]0;b\x07\tC:\d\x7f\x9b)",
+         LR"({"time":null,"module":"\u001b[2J","thread":4294967295,"processor":4294967295,"sequence":null,)"
+         LR"("port":1,"level":60000,"severity":"","text":"\u000aa\u001b]0;b\u0007\u0009C:\\d\u007f\u009b"})"},
+        {{{}, L"", 0, 0, '0', 0, 0, std::wstring{L"\xd83d\xde00 \xd83d\xde", 5} + L"\xdc00\xd800"},
+         L"00:00:00.000          00000000/00 0 \xd83d\xde00 \\ud83d\u00de\\udc00\\ud800",
+         L"{\"time\":null,\"module\":\"\",\"thread\":0,\"processor\":0,\"sequence\":0,\"port\":0,\"level\":0,"
+         L"\"severity\":\"\",\"text\":\"\xd83d\xde00 \xfffd\u00de\xfffd\xfffd\"}"},
+    };
+    for (const Case& at : cases) {
+        EXPECT_EQ(plainLine(at.line), at.plain);
+        EXPECT_EQ(jsonLine(at.line), at.json);
+    }
+}
+
+TEST(Filter, ShowsByTextOrModule) {
+    constexpr auto substring = PatternKind::substring;
+    constexpr auto regular = PatternKind::regularExpression;
+    struct Case {
+        std::wstring_view include;
+        std::wstring_view exclude;
+        PatternKind kind;
+        bool shown; // of "KX32UTIL", "Heap 7 destroyed (2 objects)"
+    };
+    constexpr Case cases[] = {
+        {L"", L"", substring, true},        {L"heap", L"", substring, true},
+        {L"kx32", L"", substring, true},    {L"HEAP 7 DES", L"", substring, true},
+        {L"heap 8", L"", substring, false}, {L"", L"heap", substring, false},
+        {L"heap", L"(2", substring, false}, {L"", L"other", substring, true},
+        {L"heap.", L"", substring, false},  {L"^heap \\d+", L"", regular, true},
+        {L"^util|obj", L"", regular, true}, {L"^\\d", L"", regular, false},
+        {L"", L"util$", regular, false},    {L"destroyed$", L"", regular, false},
+    };
+    const LinePtr line = lineOf(L"Heap 7 destroyed (2 objects)");
+    for (const Case& at : cases)
+        EXPECT_EQ((Filter{{at.include, at.kind}, {at.exclude, at.kind}}.shows(*line)), at.shown)
+            << &at - cases;
+}
+
+TEST(Filter, RefusesPatternsThatAreNone) {
+    for (const std::wstring& pattern :
+         {std::wstring{L"("}, std::wstring{L"[a"}, std::wstring{L"*"}, std::wstring{L"(a{1000}){1000}"},
+          std::wstring(301, L'a'), std::wstring{L"\\"}})
+        EXPECT_THROW(Pattern(pattern, PatternKind::regularExpression), BadPattern);
+}
+
+// The pattern decides nothing then, so the line is shown.
+TEST(Filter, GivesUpWhereALineWouldHangOrCrashIt) {
+    const LinePtr line = lineOf(std::wstring(100'000, L'a'));
+    for (const std::wstring_view pattern :
+         {L"(a+)+b", L"(a|aa)+$b", L"(.|\\n)*x", L"((a*)*)*c", L"(?:a?){90}a{90}z"}) {
+        const Pattern hard{pattern, PatternKind::regularExpression};
+        EXPECT_TRUE((Filter{hard, {}}.shows(*line) || Filter{{}, hard}.shows(*line)));
+    }
+    EXPECT_FALSE((Filter{{L".*foo", PatternKind::regularExpression}, {}}.shows(*line)));
+    const Pattern exponential{L"(a+)+b", PatternKind::regularExpression};
+    EXPECT_TRUE((Filter{exponential, {}}.shows(*line)));
+    EXPECT_TRUE((Filter{{}, exponential}.shows(*line)));
+}
+
+TEST(Ring, HoldsSoManyLinesAndBytes) {
+    Ring byLines{3, 1 << 20};
+    Ring byBytes{1000, 10'000};
+    for (int at = 0; at < 100; ++at) {
+        byLines.push(lineOf(std::to_wstring(at)));
+        byBytes.push(lineOf(std::wstring(500, L'x')));
+    }
+    EXPECT_EQ(byLines.first(), 97u);
+    EXPECT_EQ(byLines.at(97)->text, L"97");
+    EXPECT_EQ(byLines.end(), 100u);
+    EXPECT_GT(byBytes.size(), 1u);
+    EXPECT_LT(byBytes.size(), 20u);
+    byBytes.push(lineOf(std::wstring(60'000, L'x')));
+    EXPECT_EQ(byBytes.size(), 1u) << "the newest one stays, however long";
+}
+
+TEST(Store, TellsAReaderWhatItMissed) {
+    Store store{10, 1 << 20};
+    for (int at = 0; at < 25; ++at)
+        addTo(store, at);
+    store.refuse();
+    store.stop();
+    std::uint64_t next = 0;
+    std::vector<LinePtr> lines;
+    ASSERT_TRUE(store.wait(next, {}));
+    EXPECT_EQ(store.read(next, 4, lines), 15u);
+    EXPECT_EQ(store.read(next, 100, lines), 0u);
+    ASSERT_EQ(lines.size(), 10u);
+    EXPECT_EQ(lines.front()->text, L"line 15");
+    EXPECT_EQ(lines.back()->text, L"line 24");
+    EXPECT_FALSE(store.wait(next, {}));
+    const Counters counters = store.counters();
+    EXPECT_EQ(counters.received, 25u);
+    EXPECT_EQ(counters.refused, 1u);
+    EXPECT_EQ(counters.held, 10u);
+}
+
+TEST(ShownLines, FollowFilterPauseAndTrim) {
+    Store store{1000, 1 << 20};
+    ShownLines shown{store, 100};
+    for (int at = 0; at < 500; ++at)
+        addTo(store, at);
+    store.stop();
+    const auto advance = [&](std::optional<std::uint64_t> limit = {}) {
+        while (shown.advance(1ms, limit)) {
+        }
+        return shown.size();
+    };
+    EXPECT_EQ(advance(300), 300u) << "paused at line 300";
+    EXPECT_EQ(advance(), 500u);
+    shown.setFilter({{L"line 4", PatternKind::substring}, {}});
+    EXPECT_EQ(advance(), 111u); // 4, 40 to 49, 400 to 499
+    EXPECT_EQ(shown.trim(), 11u);
+    EXPECT_EQ(shown[0]->text, L"line 400");
+    EXPECT_EQ(shown.trim(), 0u);
+    shown.clear();
+    EXPECT_EQ(advance(), 0u);
+    EXPECT_EQ(store.counters().held, 0u);
+}
+
+} // namespace tool::logpan

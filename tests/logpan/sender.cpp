@@ -1,0 +1,82 @@
+#include "sender.h"
+
+#include <cstring>
+#include <cwchar>
+#include <string>
+
+namespace logpan_test {
+
+LogpanSharedInfo publishedInfo() {
+    LogpanSharedInfo info{};
+    const HANDLE mapping = OpenFileMappingW(FILE_MAP_READ, FALSE, LOGPAN_SHARED_INFO_LOCAL);
+    if (mapping == nullptr)
+        return info;
+    if (const void* view = MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, sizeof info)) {
+        std::memcpy(&info, view, sizeof info);
+        UnmapViewOfFile(view);
+    }
+    CloseHandle(mapping);
+    return info;
+}
+
+LogpanPacketHeader headerOf(const wchar_t* tag, char sequence) {
+    LogpanPacketHeader header{};
+    header.headerSize = sizeof header;
+    header.time = {2024, 1, 3, 31, 12, 34, 56, 789};
+    std::wcsncpy(header.tag, tag, LOGPAN_TAG_LENGTH - 1);
+    header.thread = 0x1234;
+    header.processor = 1;
+    header.sequence = static_cast<unsigned char>(sequence);
+    header.kind = 1;
+    return header;
+}
+
+Sender::Sender(UINT32 port) {
+    WSADATA facts;
+    WSAStartup(MAKEWORD(2, 2), &facts);
+    socket_ = socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
+    sockaddr_in own{};
+    own.sin_family = AF_INET;
+    own.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    viewer_ = own;
+    viewer_.sin_port = htons(static_cast<u_short>(port));
+    int size = sizeof own;
+    (void)bind(socket_, reinterpret_cast<sockaddr*>(&own), size);
+    getsockname(socket_, reinterpret_cast<sockaddr*>(&own), &size);
+    port_ = ntohs(own.sin_port);
+}
+
+Sender::~Sender() {
+    closesocket(socket_);
+    WSACleanup();
+}
+
+void Sender::sendBytes(const void* bytes, std::size_t size) const {
+    sendto(socket_, static_cast<const char*>(bytes), static_cast<int>(size), 0,
+           reinterpret_cast<const sockaddr*>(&viewer_), sizeof viewer_);
+}
+
+void Sender::send(LogpanPacketHeader header, std::wstring_view text) const {
+    header.textBytes = static_cast<UINT32>(text.size() * sizeof(wchar_t));
+    sendAsIs(header, text);
+}
+
+void Sender::sendAsIs(const LogpanPacketHeader& header, std::wstring_view text) const {
+    std::string bytes(reinterpret_cast<const char*>(&header), sizeof header);
+    bytes.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t));
+    sendBytes(bytes.data(), bytes.size());
+}
+
+bool sendToMailslot(std::string_view message) {
+    const HANDLE mailslot = CreateFileW(LOGPAN_MAILSLOT, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (mailslot == INVALID_HANDLE_VALUE)
+        return false;
+    DWORD written = 0;
+    const bool sent =
+        WriteFile(mailslot, message.data(), static_cast<DWORD>(message.size()), &written, nullptr) != 0;
+    CloseHandle(mailslot);
+    return sent;
+}
+
+} // namespace logpan_test

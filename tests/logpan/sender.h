@@ -1,0 +1,45 @@
+// Sends to a viewer what a program would, and what none should.
+#pragma once
+
+#include <winsock2.h>
+
+#include <tvut22/viewer.h>
+
+#include <string_view>
+#include <vector>
+
+namespace logpan_test {
+
+// What the viewer has published by now; all zeros when nothing is.
+LogpanSharedInfo publishedInfo();
+
+// A header like the library's own writer makes: Wednesday 2024-01-31 12:34:56.789, thread 0x1234, CPU 1.
+LogpanPacketHeader headerOf(const wchar_t* tag, char sequence);
+
+// A socket, and with it a port that the viewer tells senders by.
+class Sender {
+  public:
+    explicit Sender(UINT32 port);
+    ~Sender();
+    Sender(const Sender&) = delete;
+    Sender& operator=(const Sender&) = delete;
+
+    unsigned short port() const { return port_; }
+
+    void sendBytes(const void* bytes, std::size_t size) const;
+    // The header with the text behind it, and the text's length in the header.
+    void send(LogpanPacketHeader header, std::wstring_view text) const;
+    // The same, with whatever length the header says.
+    void sendAsIs(const LogpanPacketHeader& header, std::wstring_view text) const;
+    // A whole line with that last digit of its number.
+    void line(std::wstring_view text, char sequence) const { send(headerOf(L"KX32UTIL", sequence), text); }
+
+  private:
+    SOCKET socket_;
+    sockaddr_in viewer_{};
+    unsigned short port_ = 0;
+};
+
+bool sendToMailslot(std::string_view message);
+
+} // namespace logpan_test

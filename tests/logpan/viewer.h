@@ -1,0 +1,46 @@
+// A logpan that runs beside the test.
+#pragma once
+
+#include "sender.h"
+
+#include "tools/process.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace logpan_test {
+
+using prof_test::Outcome;
+
+class Viewer : public prof_test::Process {
+  public:
+    // What follows "logpan" on its command line.
+    explicit Viewer(const std::string& arguments, const char* program = LOGPAN_CONSOLE)
+        : Process(withDesktop(program), "logpan " + arguments, std::filesystem::current_path()) {}
+
+    // Waits until it listens; 0 when it does not.
+    UINT32 port() {
+        constexpr std::string_view ready = "listening on port ";
+        const std::string said = waitForError("\n");
+        const std::size_t at = said.find(ready);
+        return at == std::string::npos ? 0 : static_cast<UINT32>(std::stoul(said.substr(at + ready.size())));
+    }
+
+    // Its end, with the lines that it printed. What it said last counts them.
+    Outcome expect(const std::string& counters) {
+        Outcome outcome = finish();
+        EXPECT_EQ(outcome.code, 0u);
+        EXPECT_TRUE(outcome.err.ends_with("logpan: " + counters + "\n")) << outcome.err;
+        return outcome;
+    }
+
+  private:
+    // A session's first window may start a program that lives on, which must not inherit the viewer's pipes.
+    static std::filesystem::path withDesktop(const char* program) {
+        GetDesktopWindow();
+        return std::filesystem::absolute(program);
+    }
+};
+
+} // namespace logpan_test

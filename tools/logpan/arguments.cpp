@@ -1,0 +1,73 @@
+// The options, declared to the argument parser.
+#include "arguments.h"
+
+#include "parse_arguments.h"
+#include "text_io.h"
+
+#include <CLI/CLI.hpp>
+
+namespace tool::logpan {
+
+namespace {
+
+constexpr const char* hint = "Try 'logpan --help'.";
+constexpr const char* footer =
+    "Without --console or --json a window opens; the filter then stands in its boxes.\n"
+    "In the console mode, standard error says \"listening on port N\" once lines can come, and how many\n"
+    "came when it ends. Ctrl+C ends it.\n"
+    "Exit codes: 0 done, 2 wrong usage, 3 cannot listen (another logpan runs), 5 cannot write,\n"
+    "            7 out of memory.\n";
+
+void declare(CLI::App& app, Arguments& arguments) {
+    app.add_flag("--console", arguments.console, "Print lines to standard output; no window");
+    app.add_flag("--json", arguments.json, "The same, each line a JSON object in UTF-8");
+    app.add_option("--filter", arguments.filter,
+                   "Show only lines whose text or module has this; case is ignored");
+    app.add_option("--exclude", arguments.exclude, "Do not show lines that have this");
+    app.add_flag("--regex", arguments.regularExpressions, "Both are regular expressions (ECMAScript)");
+    app.add_option("--max-lines", arguments.maxLines, "End after so many lines are printed")
+        ->check(CLI::PositiveNumber);
+    app.add_option("--exit-after", arguments.exitAfter, "End after so many seconds")
+        ->check(CLI::Range(0.0, 1e9));
+    app.add_option("--capacity", arguments.capacity, "Lines held in memory; older ones are dropped")
+        ->check(CLI::Range(1, 10'000'000))
+        ->capture_default_str();
+    app.add_option("--memory", arguments.megabytes, "Megabytes that they may take")
+        ->check(CLI::Range(1, 1024))
+        ->capture_default_str();
+    app.add_option("--datagram", arguments.datagram, "Bytes of the largest datagram that senders may send")
+        ->check(CLI::Range(512, 65507))
+        ->capture_default_str();
+}
+
+Pattern patternOf(const std::string& text, PatternKind kind, const char* option) {
+    try {
+        return {toWide(text), kind};
+    } catch (const BadPattern& bad) {
+        throw Failure{ExitCode::usage, option, bad.reason};
+    }
+}
+
+} // namespace
+
+std::optional<Arguments> parseCommandLine(std::vector<std::string> words) {
+    Arguments arguments;
+    CLI::App app{"Shows the diagnostic lines of programs as they are written.", "logpan"};
+    app.set_version_flag("--version", "logpan " LOGPAN_VERSION);
+    app.footer(footer);
+    declare(app, arguments);
+    if (!parseArguments(app, std::move(words), hint))
+        return std::nullopt;
+    arguments.console = arguments.console || arguments.json;
+    if (!arguments.console && (arguments.maxLines > 0 || arguments.exitAfter))
+        throw Failure{ExitCode::usage, "",
+                      std::string{"--max-lines and --exit-after need --console or --json\n"} + hint};
+    return arguments;
+}
+
+Filter filterOf(const Arguments& arguments) {
+    return {patternOf(arguments.filter, arguments.patternKind(), "--filter"),
+            patternOf(arguments.exclude, arguments.patternKind(), "--exclude")};
+}
+
+} // namespace tool::logpan

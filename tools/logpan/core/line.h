@@ -1,0 +1,43 @@
+// One diagnostic line as the viewer holds it.
+#ifndef LOGPAN_LINE_H
+#define LOGPAN_LINE_H
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace tool::logpan {
+
+// Comes from outside: nothing says that it is a real time.
+struct Stamp {
+    std::uint16_t year = 0;
+    std::uint16_t month = 0;
+    std::uint16_t day = 0;
+    std::uint16_t hour = 0;
+    std::uint16_t minute = 0;
+    std::uint16_t second = 0;
+    std::uint16_t millisecond = 0;
+
+    bool operator==(const Stamp&) const = default;
+};
+
+struct Line {
+    Stamp time;
+    std::wstring module;
+    std::uint32_t thread = 0;
+    std::uint32_t processor = 0;
+    std::uint32_t sequence = 0; // '0' to '9'; anything else: none
+    std::uint16_t port = 0;     // the sender's; 0: it came by the mailslot
+    std::size_t level = 0;      // the blanks before the text
+    std::wstring text;          // without line ends behind it
+};
+
+using LinePtr = std::shared_ptr<const Line>;
+
+constexpr bool hasSequence(const Line& line) {
+    return line.sequence >= '0' && line.sequence <= '9';
+}
+
+} // namespace tool::logpan
+
+#endif

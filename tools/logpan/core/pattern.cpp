@@ -1,0 +1,43 @@
+// Substrings; regular expressions have a file of their own.
+#include "pattern.h"
+
+#include <algorithm>
+#include <cwctype>
+
+namespace tool::logpan {
+
+namespace {
+
+wchar_t folded(wchar_t unit) {
+    if (unit < 0x80)
+        return unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit + (L'a' - L'A')) : unit;
+    return static_cast<wchar_t>(std::towlower(static_cast<std::wint_t>(unit)));
+}
+
+class Substring : public Pattern::Matcher {
+  public:
+    explicit Substring(std::wstring_view text) : wanted_(text) {
+        std::transform(wanted_.begin(), wanted_.end(), wanted_.begin(), folded);
+    }
+
+    bool finds(std::wstring_view text, bool) const override {
+        return std::search(text.begin(), text.end(), wanted_.begin(), wanted_.end(),
+                           [](wchar_t unit, wchar_t wanted) { return folded(unit) == wanted; }) != text.end();
+    }
+
+  private:
+    std::wstring wanted_;
+};
+
+} // namespace
+
+Pattern::Pattern(std::wstring_view text, PatternKind kind) {
+    if (text.empty())
+        return;
+    if (kind == PatternKind::substring)
+        matcher_ = std::make_shared<Substring>(text);
+    else
+        matcher_ = makeRegularExpression(text);
+}
+
+} // namespace tool::logpan

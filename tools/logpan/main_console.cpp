@@ -1,0 +1,49 @@
+// logpan.com, the program for consoles and pipes: a shell finds it before logpan.exe and waits for it.
+//
+// It needs no console of its own taken away and no window: for that it starts the program beside it.
+#include "console.h"
+#include "owned.h"
+#include "program.h"
+#include "system_reason.h"
+
+#include <string>
+
+namespace {
+
+using tool::ExitCode;
+using tool::Failure;
+
+std::wstring windowProgram() {
+    std::wstring path(32 * 1024, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    const std::size_t dot = path.find_last_of(L".\\");
+    return path.substr(0, path[dot] == L'.' ? dot : std::wstring::npos) + L".exe";
+}
+
+ExitCode startWindow() {
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION process{};
+    std::wstring words = GetCommandLineW();
+    if (!CreateProcessW(windowProgram().c_str(), words.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &start, &process))
+        throw Failure{ExitCode::cannotOpen, "logpan.exe", tool::systemReason(GetLastError())};
+    const tool::logpan::Handle thread{process.hThread};
+    const tool::logpan::Handle running{process.hProcess};
+    AllowSetForegroundWindow(process.dwProcessId);
+    return ExitCode::ok;
+}
+
+ExitCode run(std::vector<std::string> words) {
+    const auto arguments = tool::logpan::parseCommandLine(std::move(words));
+    if (!arguments)
+        return ExitCode::ok;
+    filterOf(*arguments); // says what is wrong with a pattern where it can be read
+    return arguments->console ? runConsole(*arguments) : startWindow();
+}
+
+} // namespace
+
+int main() {
+    return tool::runProgram("logpan", run);
+}
