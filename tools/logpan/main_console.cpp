@@ -16,8 +16,9 @@ using tool::Failure;
 std::wstring windowProgram() {
     std::wstring path(32 * 1024, L'\0');
     path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
-    const std::size_t dot = path.find_last_of(L".\\");
-    return path.substr(0, path[dot] == L'.' ? dot : std::wstring::npos) + L".exe";
+    if (const std::size_t dot = path.find_last_of(L".\\"); dot < path.size() && path[dot] == L'.')
+        path.resize(dot);
+    return path + L".exe";
 }
 
 ExitCode startWindow() {

@@ -26,6 +26,7 @@ void borrowConsole() {
                     OPEN_EXISTING, 0, nullptr);
     SetStdHandle(STD_OUTPUT_HANDLE, console);
     SetStdHandle(STD_ERROR_HANDLE, console);
+    // cppcheck-suppress resourceLeak ; the process's standard handles now, as long as it runs
 }
 
 void report(const char* name, const Failure& failure) {

@@ -2,33 +2,36 @@
 #include "clipboard.h"
 
 #include <cstring>
+#include <memory>
 
 namespace tool::logpan {
 
 namespace {
 
-HGLOBAL blockOf(std::wstring_view text) {
-    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, (text.size() + 1) * sizeof(wchar_t));
-    if (block == nullptr)
-        return nullptr;
-    std::memcpy(GlobalLock(block), text.data(), text.size() * sizeof(wchar_t));
-    GlobalUnlock(block);
+struct FreeBlock {
+    void operator()(HGLOBAL block) const { GlobalFree(block); }
+};
+using Block = std::unique_ptr<void, FreeBlock>;
+
+Block blockOf(std::wstring_view text) {
+    Block block{GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, (text.size() + 1) * sizeof(wchar_t))};
+    if (block) {
+        std::memcpy(GlobalLock(block.get()), text.data(), text.size() * sizeof(wchar_t));
+        GlobalUnlock(block.get());
+    }
     return block;
 }
 
 } // namespace
 
 bool copyToClipboard(HWND owner, std::wstring_view text) {
-    const HGLOBAL block = blockOf(text);
-    if (block == nullptr)
+    Block block = blockOf(text);
+    if (!block || !OpenClipboard(owner))
         return false;
-    bool taken = false;
-    if (OpenClipboard(owner)) {
-        taken = EmptyClipboard() && SetClipboardData(CF_UNICODETEXT, block) != nullptr;
-        CloseClipboard();
-    }
-    if (!taken)
-        GlobalFree(block);
+    const bool taken = EmptyClipboard() && SetClipboardData(CF_UNICODETEXT, block.get()) != nullptr;
+    CloseClipboard();
+    if (taken)
+        (void)block.release(); // the clipboard's now
     return taken;
 }
 

@@ -58,9 +58,9 @@ MainWindow::MainWindow(const Arguments& arguments, Store& store)
     description.lpszMenuName = MAKEINTRESOURCEW(ID_MENU);
     description.lpszClassName = LOGPAN_WINDOW_CLASS;
     RegisterClassExW(&description);
-    CreateWindowExW(0, LOGPAN_WINDOW_CLASS, L"logpan", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT,
-                    CW_USEDEFAULT, look_.scaled(startWidth), look_.scaled(startHeight), nullptr, nullptr,
-                    description.hInstance, this);
+    window_ = CreateWindowExW(0, LOGPAN_WINDOW_CLASS, L"logpan", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
+                              CW_USEDEFAULT, CW_USEDEFAULT, look_.scaled(startWidth),
+                              look_.scaled(startHeight), nullptr, nullptr, description.hInstance, this);
     if (window_ == nullptr)
         throw Failure{ExitCode::cannotOpen, "", "there is no desktop for a window; try --console"};
     makeParts();
