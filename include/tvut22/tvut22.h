@@ -7,5 +7,6 @@
 #define TVUT22_TVUT22_H
 
 #include <tvut22/prof.h>
+#include <tvut22/text.h>
 
 #endif
