@@ -20,8 +20,10 @@ struct scSection {
 };
 
 constexpr scSection sections[] = {
-    {"open", MeasureOpen}, {"save", MeasureSave},     {"memory", MeasureMemory}, {"get", MeasureGet},
-    {"grow", MeasureGrow}, {"delete", MeasureDelete}, {"walk", MeasureWalk},     {"close", MeasureClose},
+    {"open", MeasureOpen},     {"save", MeasureSave},   {"memory", MeasureMemory},
+    {"get", MeasureGet},       {"grow", MeasureGrow},   {"delete", MeasureDelete},
+    {"walk", MeasureWalk},     {"close", MeasureClose}, {"strings", MeasureStrings},
+    {"base64", MeasureBase64},
 };
 
 struct scCommandLine {
