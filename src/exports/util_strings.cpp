@@ -64,7 +64,7 @@ wchar_t* TVUT22_CALL UtilStrncpy(wchar_t* destination, const wchar_t* source, UI
 
 wchar_t* TVUT22_CALL UtilStrcat(wchar_t* destination, const wchar_t* source) {
     const std::size_t length = UtilpLength(FromWide(source));
-    wchar_t* const end = destination + UtilpLength(FromWide(destination));
+    wchar_t* const end = *destination ? destination + UtilpLength(FromWide(destination)) : destination;
     UtilpMove(end, source, length * sizeof(wchar_t));
     end[length] = L'\0';
     return destination;

@@ -22,6 +22,7 @@ namespace tvut {
 namespace {
 
 constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
+constexpr std::size_t mostInLine = 512; // bytes; beyond, a call of the runtime is worth it
 
 // Where count characters end, or memory does.
 const char16_t* EndOf(const char16_t* text, std::size_t count) {
@@ -46,13 +47,6 @@ void Store(void* to, __m128i block) {
     _mm_storeu_si128(static_cast<__m128i*>(to), block);
 }
 
-#endif
-
-#ifdef TVUT_READS_BLOCKS
-
-constexpr std::size_t blockBytes = sizeof(__m128i);
-constexpr std::size_t blockUnits = blockBytes / sizeof(char16_t);
-
 // Two bits a unit that equals one of another block.
 unsigned EqualUnits(__m128i a, __m128i b) {
     return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(a, b)));
@@ -61,6 +55,13 @@ unsigned EqualUnits(__m128i a, __m128i b) {
 std::size_t FirstUnit(unsigned mask) {
     return static_cast<std::size_t>(std::countr_zero(mask)) / 2;
 }
+
+#endif
+
+#ifdef TVUT_READS_BLOCKS
+
+constexpr std::size_t blockBytes = sizeof(__m128i);
+constexpr std::size_t blockUnits = blockBytes / sizeof(char16_t);
 
 // Walks the aligned blocks that a text lies in, from the one with its first unit on.
 class clsBlocks {
@@ -86,15 +87,18 @@ class clsBlocks {
     const char16_t* block_;
 };
 
-// The first unit before an end that a function of its block marks, or the end.
+// The first unit that a function of its block marks; there is one.
 template <class Mark>
-const char16_t* FirstMarked(const char16_t* text, const char16_t* end, Mark mark) {
-    for (clsBlocks blocks(text); blocks.Unit(0) < end; blocks.Next()) {
+const char16_t* FirstMarked(const char16_t* text, Mark mark) {
+    for (clsBlocks blocks(text);; blocks.Next()) {
         const unsigned marked = blocks.OfText(mark(blocks.Block()));
         if (marked != 0)
-            return std::min(end, blocks.Unit(FirstUnit(marked)));
+            return blocks.Unit(FirstUnit(marked));
     }
-    return end;
+}
+
+unsigned Zeros(__m128i block) {
+    return EqualUnits(block, _mm_setzero_si128());
 }
 
 // Whether a block may be read that begins anywhere: not where it would touch the next page.
@@ -114,6 +118,40 @@ unsigned AsciiUnits(__m128i block) {
 }
 
 #endif
+
+// Whether a part stands at a place where its first and last unit do.
+bool HasMiddle(const char16_t* place, const char16_t* part, std::size_t length) {
+    for (std::size_t at = 1; at + 1 < length; ++at) {
+        if (place[at] != part[at])
+            return false;
+    }
+    return true;
+}
+
+// The first of some positions where a part stands; all of them are followed by its length of units.
+const char16_t* FindInWindow(const char16_t* text, std::size_t positions, const char16_t* part,
+                             std::size_t length) {
+    const char16_t first = part[0];
+    const char16_t last = part[length - 1];
+    std::size_t at = 0;
+#ifdef TVUT_HAS_SSE2
+    const __m128i firsts = _mm_set1_epi16(static_cast<short>(first));
+    const __m128i lasts = _mm_set1_epi16(static_cast<short>(last));
+    for (; at + 8 <= positions; at += 8) {
+        unsigned hits = EqualUnits(Load(text + at), firsts) & EqualUnits(Load(text + at + length - 1), lasts);
+        for (; hits != 0; hits &= hits - 1, hits &= hits - 1) { // two bits a unit
+            const char16_t* const place = text + at + FirstUnit(hits);
+            if (HasMiddle(place, part, length))
+                return place;
+        }
+    }
+#endif
+    for (; at < positions; ++at) {
+        if (text[at] == first && text[at + length - 1] == last && HasMiddle(text + at, part, length))
+            return text + at;
+    }
+    return nullptr;
+}
 
 // Writes both ends of a run of one to two words; they overlap, and all is read before.
 template <class Word>
@@ -136,7 +174,14 @@ void FillEnds(char* to, std::uint64_t pattern, std::size_t bytes) {
 } // namespace
 
 std::size_t UtilpLength(const char16_t* text) {
-    return UtilpLength(text, unlimited);
+    const char16_t* end = text;
+#ifdef TVUT_READS_BLOCKS
+    if (clsBlocks::Fit(text))
+        return static_cast<std::size_t>(FirstMarked(text, Zeros) - text);
+#endif
+    while (*end != 0)
+        ++end;
+    return static_cast<std::size_t>(end - text);
 }
 
 std::size_t UtilpLength(const char16_t* text, std::size_t count) {
@@ -144,9 +189,12 @@ std::size_t UtilpLength(const char16_t* text, std::size_t count) {
     const char16_t* at = text;
 #ifdef TVUT_READS_BLOCKS
     if (clsBlocks::Fit(text)) {
-        const __m128i zero = _mm_setzero_si128();
-        at = FirstMarked(text, end, [&](__m128i block) { return EqualUnits(block, zero); });
-        return static_cast<std::size_t>(at - text);
+        for (clsBlocks blocks(text); blocks.Unit(0) < end; blocks.Next()) {
+            const unsigned zeros = blocks.OfText(Zeros(blocks.Block()));
+            if (zeros != 0)
+                return static_cast<std::size_t>(std::min(end, blocks.Unit(FirstUnit(zeros))) - text);
+        }
+        return static_cast<std::size_t>(end - text);
     }
 #endif
     while (at != end && *at != 0)
@@ -154,20 +202,19 @@ std::size_t UtilpLength(const char16_t* text, std::size_t count) {
     return static_cast<std::size_t>(at - text);
 }
 
+// Blocks of one size after another and one that ends where the run does; the last is read first, since
+// what is written may overlap it. Runs where the target begins inside the source are memmove's.
 void UtilpMove(void* to, const void* from, std::size_t bytes) {
     auto* const target = static_cast<char*>(to);
     const auto* const source = static_cast<const char*>(from);
 #ifdef TVUT_HAS_SSE2
-    if (bytes > 16 && bytes <= 64) {
-        const std::size_t second = bytes > 32 ? 16 : 0; // the same block twice does no harm
-        const __m128i a = Load(source);
-        const __m128i b = Load(source + second);
-        const __m128i c = Load(source + bytes - 16 - second);
-        const __m128i d = Load(source + bytes - 16);
-        Store(target, a);
-        Store(target + second, b);
-        Store(target + bytes - 16 - second, c);
-        Store(target + bytes - 16, d);
+    const bool forwards =
+        reinterpret_cast<std::uintptr_t>(to) - reinterpret_cast<std::uintptr_t>(from) >= bytes;
+    if (bytes > 16 && bytes <= mostInLine && forwards) {
+        const __m128i last = Load(source + bytes - 16);
+        for (std::size_t at = 0; at < bytes - 16; at += 16)
+            Store(target + at, Load(source + at));
+        Store(target + bytes - 16, last);
         return;
     }
 #endif
@@ -185,6 +232,15 @@ void UtilpMove(void* to, const void* from, std::size_t bytes) {
 
 void UtilpFill(void* to, std::uint8_t byte, std::size_t bytes) {
     auto* const target = static_cast<char*>(to);
+#ifdef TVUT_HAS_SSE2
+    if (bytes > 16 && bytes <= mostInLine) {
+        const __m128i block = _mm_set1_epi8(static_cast<char>(byte));
+        for (std::size_t at = 0; at < bytes - 16; at += 16)
+            Store(target + at, block);
+        Store(target + bytes - 16, block);
+        return;
+    }
+#endif
     const std::uint64_t pattern = 0x0101010101010101u * byte;
     if (bytes > 16)
         std::memset(to, byte, bytes);
@@ -203,7 +259,7 @@ int UtilpCompare(const char16_t* a, const char16_t* b, std::size_t count) {
 #ifdef TVUT_READS_BLOCKS
         if (count >= blockUnits && InOnePage(a) && InOnePage(b)) {
             const __m128i block = Load(a);
-            const unsigned goOn = EqualUnits(block, Load(b)) & ~EqualUnits(block, _mm_setzero_si128());
+            const unsigned goOn = EqualUnits(block, Load(b)) & ~Zeros(block);
             if (goOn != 0xFFFF) {
                 const std::size_t at = FirstUnit(~goOn);
                 return Order(a[at], b[at]);
@@ -229,8 +285,7 @@ scOrder UtilpCompareAscii(const char16_t*& a, const char16_t*& b, std::size_t& c
         if (count >= blockUnits && InOnePage(a) && InOnePage(b)) {
             const __m128i lowerA = LowerBlock(Load(a));
             const __m128i lowerB = LowerBlock(Load(b));
-            const unsigned goOn =
-                EqualUnits(lowerA, lowerB) & ~EqualUnits(lowerA, _mm_setzero_si128()) & AsciiUnits(lowerA);
+            const unsigned goOn = EqualUnits(lowerA, lowerB) & ~Zeros(lowerA) & AsciiUnits(lowerA);
             const std::size_t same = goOn == 0xFFFF ? blockUnits : FirstUnit(~goOn);
             a += same;
             b += same;
@@ -256,10 +311,7 @@ const char16_t* UtilpFind(const char16_t* text, char16_t character) {
 #ifdef TVUT_READS_BLOCKS
     if (clsBlocks::Fit(text)) {
         const __m128i wanted = _mm_set1_epi16(static_cast<short>(character));
-        const __m128i zero = _mm_setzero_si128();
-        text = FirstMarked(text, EndOf(text, unlimited), [&](__m128i block) {
-            return EqualUnits(block, wanted) | EqualUnits(block, zero);
-        });
+        text = FirstMarked(text, [&](__m128i block) { return EqualUnits(block, wanted) | Zeros(block); });
         return *text == character ? text : nullptr;
     }
 #endif
@@ -277,7 +329,7 @@ const char16_t* UtilpFindLast(const char16_t* text, char16_t character) {
         const __m128i wanted = _mm_set1_epi16(static_cast<short>(character));
         for (clsBlocks blocks(text);; blocks.Next()) {
             const __m128i block = blocks.Block();
-            const unsigned ends = blocks.OfText(EqualUnits(block, _mm_setzero_si128()));
+            const unsigned ends = blocks.OfText(Zeros(block));
             const unsigned before = (ends & (0u - ends)) - 1; // all bits when there is no end
             const unsigned hits = blocks.OfText(EqualUnits(block, wanted)) & before;
             if (hits != 0)
@@ -294,15 +346,23 @@ const char16_t* UtilpFindLast(const char16_t* text, char16_t character) {
     return last;
 }
 
+// The text is measured and searched a window at a time: where all is known to be readable, a position is
+// looked at only if the part's first and last unit are where they belong.
 const char16_t* UtilpFindPart(const char16_t* text, const char16_t* part) {
+    constexpr std::size_t windowPositions = 512;
     const std::size_t length = UtilpLength(part);
     if (length == 0)
         return text;
-    for (; (text = UtilpFind(text, *part)) != nullptr; ++text) {
-        if (UtilpCompare(text, part, length) == 0)
-            return text;
+    for (;; text += windowPositions) {
+        const std::size_t units = UtilpLength(text, windowPositions + length - 1);
+        if (units < length)
+            return nullptr;
+        const std::size_t positions = units - length + 1;
+        if (const char16_t* const found = FindInWindow(text, positions, part, length))
+            return found;
+        if (positions < windowPositions)
+            return nullptr;
     }
-    return nullptr;
 }
 
 void UtilpTrimLeft(char16_t* text) {
