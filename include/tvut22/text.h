@@ -3,8 +3,8 @@
  * Rules that hold for every call below and are not repeated there:
  *
  * Text      UTF-16, terminated by NUL. Lengths, sizes and positions count characters (UTF-16 units),
- *           terminators included in sizes only; sizes of memory are said to be in bytes. Texts may
- *           begin at odd addresses.
+ *           terminators included in sizes only; sizes of memory are said to be in bytes. Texts given
+ *           to string functions may begin at odd addresses.
  * Null      The string functions want valid pointers, as those of the C runtime do, unless they say
  *           otherwise. The conversions check theirs.
  * Buffers   Nothing is read behind a terminator's page or written behind what a result needs: strings

@@ -2,6 +2,7 @@
 #include "platform/wide.h"
 #include "runtime/diagnostics.h"
 #include "text/string_functions.h"
+#include "text/units.h"
 
 #include <tvut22/text.h>
 
@@ -16,9 +17,13 @@ namespace {
 // The string check, switched on by the environment that the library is loaded in.
 const bool g_check = GetEnvironmentVariableW(L"TVUT22_STRING_CHECK", nullptr, 0) > 1;
 
+void End(wchar_t* text) {
+    UtilpStoreUnit(FromWide(text), u'\0');
+}
+
 void ClearIfChecked(wchar_t* destination, const wchar_t* source) {
     if (g_check && destination != source)
-        *destination = L'\0';
+        End(destination);
 }
 
 wchar_t* Found(const char16_t* place) {
@@ -30,7 +35,7 @@ INT Format(wchar_t* destination, UINT size, const wchar_t* format, va_list argum
         return -1;
     const int written = _vsnwprintf(destination, size - 1, format, arguments);
     if (written < 0 || static_cast<UINT>(written) >= size - 1) // not terminated then
-        destination[size - 1] = L'\0';
+        End(destination + size - 1);
     return std::max(written, -1);
 }
 
@@ -58,15 +63,16 @@ wchar_t* TVUT22_CALL UtilStrncpy(wchar_t* destination, const wchar_t* source, UI
         return destination;
     const std::size_t length = UtilpLength(FromWide(source), size - 1);
     UtilpMove(destination, source, length * sizeof(wchar_t));
-    destination[length] = L'\0';
+    End(destination + length);
     return destination;
 }
 
 wchar_t* TVUT22_CALL UtilStrcat(wchar_t* destination, const wchar_t* source) {
     const std::size_t length = UtilpLength(FromWide(source));
-    wchar_t* const end = *destination ? destination + UtilpLength(FromWide(destination)) : destination;
+    const bool isEmpty = UtilpLoadUnit(FromWide(destination)) == 0; // just begun, mostly
+    wchar_t* const end = destination + (isEmpty ? 0 : UtilpLength(FromWide(destination)));
     UtilpMove(end, source, length * sizeof(wchar_t));
-    end[length] = L'\0';
+    End(end + length);
     return destination;
 }
 
@@ -144,13 +150,13 @@ INT TVUT22_CALL UtilSubstr(wchar_t* string, INT start, UINT count) {
     const std::size_t length = UtilpLength(FromWide(string));
     const UINT distance = start < 0 ? 0u - static_cast<UINT>(start) : static_cast<UINT>(start);
     if (distance > length || (start <= 0 && count != 0xFFFFFFFF)) {
-        *string = L'\0';
+        End(string);
         return 0;
     }
     if (count == 0xFFFFFFFF)
         return 0;
     if (g_check)
-        *string = L'\0';
+        End(string);
     UtilpKeep(FromWide(string), distance - 1, count);
     return 0;
 }

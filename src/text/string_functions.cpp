@@ -21,13 +21,14 @@ namespace tvut {
 
 namespace {
 
-constexpr std::size_t unlimited = std::numeric_limits<std::size_t>::max();
 constexpr std::size_t mostInLine = 512; // bytes; beyond, a call of the runtime is worth it
 
 // Where count characters end, or memory does.
 const char16_t* EndOf(const char16_t* text, std::size_t count) {
-    const std::size_t most = (unlimited - reinterpret_cast<std::uintptr_t>(text)) / sizeof(char16_t);
-    return text + std::min(count, most);
+    const std::size_t behind =
+        std::numeric_limits<std::uintptr_t>::max() - reinterpret_cast<std::uintptr_t>(text);
+    const std::size_t most = std::min<std::size_t>(behind, std::numeric_limits<std::ptrdiff_t>::max());
+    return text + std::min(count, most / sizeof(char16_t));
 }
 
 int Order(char16_t a, char16_t b) {
@@ -122,7 +123,7 @@ unsigned AsciiUnits(__m128i block) {
 // Whether a part stands at a place where its first and last unit do.
 bool HasMiddle(const char16_t* place, const char16_t* part, std::size_t length) {
     for (std::size_t at = 1; at + 1 < length; ++at) {
-        if (place[at] != part[at])
+        if (UtilpLoadUnit(place + at) != UtilpLoadUnit(part + at))
             return false;
     }
     return true;
@@ -131,8 +132,8 @@ bool HasMiddle(const char16_t* place, const char16_t* part, std::size_t length) 
 // The first of some positions where a part stands; all of them are followed by its length of units.
 const char16_t* FindInWindow(const char16_t* text, std::size_t positions, const char16_t* part,
                              std::size_t length) {
-    const char16_t first = part[0];
-    const char16_t last = part[length - 1];
+    const char16_t first = UtilpLoadUnit(part);
+    const char16_t last = UtilpLoadUnit(part + length - 1);
     std::size_t at = 0;
 #ifdef TVUT_HAS_SSE2
     const __m128i firsts = _mm_set1_epi16(static_cast<short>(first));
@@ -147,7 +148,8 @@ const char16_t* FindInWindow(const char16_t* text, std::size_t positions, const 
     }
 #endif
     for (; at < positions; ++at) {
-        if (text[at] == first && text[at + length - 1] == last && HasMiddle(text + at, part, length))
+        if (UtilpLoadUnit(text + at) == first && UtilpLoadUnit(text + at + length - 1) == last &&
+            HasMiddle(text + at, part, length))
             return text + at;
     }
     return nullptr;
@@ -179,7 +181,7 @@ std::size_t UtilpLength(const char16_t* text) {
     if (clsBlocks::Fit(text))
         return static_cast<std::size_t>(FirstMarked(text, Zeros) - text);
 #endif
-    while (*end != 0)
+    while (UtilpLoadUnit(end) != 0)
         ++end;
     return static_cast<std::size_t>(end - text);
 }
@@ -197,7 +199,7 @@ std::size_t UtilpLength(const char16_t* text, std::size_t count) {
         return static_cast<std::size_t>(end - text);
     }
 #endif
-    while (at != end && *at != 0)
+    while (at != end && UtilpLoadUnit(at) != 0)
         ++at;
     return static_cast<std::size_t>(at - text);
 }
@@ -262,7 +264,7 @@ int UtilpCompare(const char16_t* a, const char16_t* b, std::size_t count) {
             const unsigned goOn = EqualUnits(block, Load(b)) & ~Zeros(block);
             if (goOn != 0xFFFF) {
                 const std::size_t at = FirstUnit(~goOn);
-                return Order(a[at], b[at]);
+                return Order(UtilpLoadUnit(a + at), UtilpLoadUnit(b + at));
             }
             a += blockUnits;
             b += blockUnits;
@@ -270,8 +272,10 @@ int UtilpCompare(const char16_t* a, const char16_t* b, std::size_t count) {
             continue;
         }
 #endif
-        if (*a != *b || *a == 0)
-            return Order(*a, *b);
+        const char16_t unitA = UtilpLoadUnit(a);
+        const char16_t unitB = UtilpLoadUnit(b);
+        if (unitA != unitB || unitA == 0)
+            return Order(unitA, unitB);
         ++a;
         ++b;
         --count;
@@ -294,8 +298,8 @@ scOrder UtilpCompareAscii(const char16_t*& a, const char16_t*& b, std::size_t& c
                 continue;
         }
 #endif
-        const char16_t lowerA = Lower(*a);
-        const char16_t lowerB = Lower(*b);
+        const char16_t lowerA = Lower(UtilpLoadUnit(a));
+        const char16_t lowerB = Lower(UtilpLoadUnit(b));
         if ((lowerA | lowerB) > 0x7F)
             return {false, 0};
         if (lowerA != lowerB || lowerA == 0)
@@ -315,9 +319,13 @@ const char16_t* UtilpFind(const char16_t* text, char16_t character) {
         return *text == character ? text : nullptr;
     }
 #endif
-    while (*text != character && *text != 0)
-        ++text;
-    return *text == character ? text : nullptr;
+    for (;; ++text) {
+        const char16_t unit = UtilpLoadUnit(text);
+        if (unit == character)
+            return text;
+        if (unit == 0)
+            return nullptr;
+    }
 }
 
 const char16_t* UtilpFindLast(const char16_t* text, char16_t character) {
@@ -339,8 +347,8 @@ const char16_t* UtilpFindLast(const char16_t* text, char16_t character) {
         }
     }
 #endif
-    for (; *text != 0; ++text) {
-        if (*text == character)
+    for (char16_t unit; (unit = UtilpLoadUnit(text)) != 0; ++text) {
+        if (unit == character)
             last = text;
     }
     return last;
@@ -367,7 +375,7 @@ const char16_t* UtilpFindPart(const char16_t* text, const char16_t* part) {
 
 void UtilpTrimLeft(char16_t* text) {
     std::size_t blanks = 0;
-    while (text[blanks] == u' ')
+    while (UtilpLoadUnit(text + blanks) == u' ')
         ++blanks;
     if (blanks != 0)
         UtilpMove(text, text + blanks, (UtilpLength(text + blanks) + 1) * sizeof(char16_t));
@@ -375,9 +383,9 @@ void UtilpTrimLeft(char16_t* text) {
 
 void UtilpTrimRight(char16_t* text) {
     std::size_t length = UtilpLength(text);
-    while (length != 0 && text[length - 1] == u' ')
+    while (length != 0 && UtilpLoadUnit(text + length - 1) == u' ')
         --length;
-    text[length] = 0;
+    UtilpStoreUnit(text + length, 0);
 }
 
 void UtilpStuff(char16_t* text, std::size_t position, std::size_t count, const char16_t* insertion) {
@@ -395,7 +403,7 @@ void UtilpStuff(char16_t* text, std::size_t position, std::size_t count, const c
 void UtilpKeep(char16_t* text, std::size_t position, std::size_t count) {
     const std::size_t kept = UtilpLength(text + position, count);
     UtilpMove(text, text + position, kept * sizeof(char16_t));
-    text[kept] = 0;
+    UtilpStoreUnit(text + kept, 0);
 }
 
 } // namespace tvut
