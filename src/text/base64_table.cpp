@@ -13,26 +13,29 @@ constexpr std::string_view alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmno
 constexpr std::uint32_t invalid = 0x80000000;
 constexpr std::size_t asciiCount = 128;
 
-// The two characters of twelve bits.
-constexpr auto pairs = [] {
-    std::array<std::array<char16_t, 2>, 4096> table{};
+using Pair = std::array<char16_t, 2>;
+using Additions = std::array<std::uint32_t, asciiCount>;
+
+constexpr std::array<Pair, 4096> MakePairs() {
+    std::array<Pair, 4096> table{};
     for (std::size_t bits = 0; bits < table.size(); ++bits)
         table[bits] = {static_cast<char16_t>(alphabet[bits / 64]),
                        static_cast<char16_t>(alphabet[bits % 64])};
     return table;
-}();
+}
 
-// What a character adds to the 24 bits of its group, by its place in it.
-constexpr auto additions = [] {
-    std::array<std::array<std::uint32_t, asciiCount>, 4> table{};
-    for (auto& place : table)
-        place.fill(invalid);
-    for (std::uint32_t value = 0; value < alphabet.size(); ++value) {
-        for (unsigned place = 0; place < 4; ++place)
+constexpr std::array<Additions, 4> MakeAdditions() {
+    std::array<Additions, 4> table{};
+    for (std::size_t place = 0; place < table.size(); ++place) {
+        table[place].fill(invalid);
+        for (std::uint32_t value = 0; value < alphabet.size(); ++value)
             table[place][static_cast<std::size_t>(alphabet[value])] = value << (18 - 6 * place);
     }
     return table;
-}();
+}
+
+constexpr auto pairs = MakePairs();         // the two characters of twelve bits
+constexpr auto additions = MakeAdditions(); // what a character adds to a group, by its place in it
 
 } // namespace
 
