@@ -1,7 +1,10 @@
 #include "text/block_cipher.h"
 
+#include "text/units.h"
+
 #include <algorithm>
 #include <bit>
+#include <cstring>
 
 namespace tvut {
 
@@ -11,17 +14,16 @@ using Byte = std::uint8_t;
 constexpr std::size_t blockBytes = clsBlockCipher::blockBytes;
 constexpr std::size_t blocksAtOnce = 8; // enough to hide what one instruction waits for another
 
-// Blocks are little-endian on every machine; compilers make one move of each of these.
+static_assert(std::endian::native == std::endian::little, "blocks are little-endian");
+
 std::uint64_t LoadBlock(const Byte* bytes) {
-    std::uint64_t block = 0;
-    for (unsigned at = 0; at < blockBytes; ++at)
-        block |= std::uint64_t{bytes[at]} << 8 * at;
+    std::uint64_t block;
+    std::memcpy(&block, bytes, sizeof block);
     return block;
 }
 
 void StoreBlock(Byte* bytes, std::uint64_t block) {
-    for (unsigned at = 0; at < blockBytes; ++at)
-        bytes[at] = static_cast<Byte>(block >> 8 * at);
+    std::memcpy(bytes, &block, sizeof block);
 }
 
 constexpr std::uint32_t Low(std::uint64_t block) {
@@ -38,6 +40,52 @@ constexpr void Round(std::uint32_t& x, std::uint32_t& y, std::uint32_t key) {
     x = (std::rotr(x, 8) + y) ^ key;
     y = std::rotl(y, 3) ^ x;
 }
+
+using Halves = std::array<std::uint32_t, blocksAtOnce>;
+
+#ifdef TVUT_HAS_SSE2
+
+__m128i RotateLeft(__m128i values, int bits) {
+    return _mm_or_si128(_mm_slli_epi32(values, bits), _mm_srli_epi32(values, 32 - bits));
+}
+
+void UndoRound(__m128i& x, __m128i& y, __m128i key) {
+    y = RotateLeft(_mm_xor_si128(y, x), 29);
+    x = RotateLeft(_mm_sub_epi32(_mm_xor_si128(x, key), y), 8);
+}
+
+// Two vectors of halves: what 8 registers hold.
+void UndoRounds(Halves& xs, Halves& ys, std::span<const std::uint32_t> keys) {
+    const auto at = [](Halves& halves, std::size_t index) {
+        return reinterpret_cast<__m128i*>(&halves[index]);
+    };
+    __m128i x0 = _mm_loadu_si128(at(xs, 0));
+    __m128i x1 = _mm_loadu_si128(at(xs, 4));
+    __m128i y0 = _mm_loadu_si128(at(ys, 0));
+    __m128i y1 = _mm_loadu_si128(at(ys, 4));
+    for (std::size_t number = keys.size(); number-- != 0;) {
+        const __m128i key = _mm_set1_epi32(static_cast<int>(keys[number]));
+        UndoRound(x0, y0, key);
+        UndoRound(x1, y1, key);
+    }
+    _mm_storeu_si128(at(xs, 0), x0);
+    _mm_storeu_si128(at(xs, 4), x1);
+    _mm_storeu_si128(at(ys, 0), y0);
+    _mm_storeu_si128(at(ys, 4), y1);
+}
+
+#else
+
+void UndoRounds(Halves& xs, Halves& ys, std::span<const std::uint32_t> keys) {
+    for (std::size_t number = keys.size(); number-- != 0;) {
+        for (std::size_t at = 0; at < blocksAtOnce; ++at) {
+            ys[at] = std::rotr(ys[at] ^ xs[at], 3);
+            xs[at] = std::rotl((xs[at] ^ keys[number]) - ys[at], 8);
+        }
+    }
+}
+
+#endif
 
 // The two halves of a text's key, while it is being absorbed.
 struct scHalves {
@@ -94,19 +142,13 @@ std::uint64_t clsBlockCipher::Encipher(std::uint64_t block) const {
 void clsBlockCipher::Decipher(std::span<std::uint64_t> blocks) const {
     for (; !blocks.empty(); blocks = blocks.subspan(std::min(blocksAtOnce, blocks.size()))) {
         const std::size_t count = std::min(blocksAtOnce, blocks.size());
-        std::array<std::uint32_t, blocksAtOnce> x{};
-        std::array<std::uint32_t, blocksAtOnce> y{};
+        Halves x{};
+        Halves y{};
         for (std::size_t at = 0; at < count; ++at) {
             x[at] = High(blocks[at]);
             y[at] = Low(blocks[at]);
         }
-        for (std::size_t number = roundCount; number-- != 0;) {
-            const std::uint32_t key = rounds_[number];
-            for (std::size_t at = 0; at < blocksAtOnce; ++at) {
-                y[at] = std::rotr(y[at] ^ x[at], 3);
-                x[at] = std::rotl((x[at] ^ key) - y[at], 8);
-            }
-        }
+        UndoRounds(x, y, rounds_);
         for (std::size_t at = 0; at < count; ++at)
             blocks[at] = Join(x[at], y[at]);
     }
