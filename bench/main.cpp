@@ -20,9 +20,17 @@ struct scSection {
 };
 
 constexpr scSection sections[] = {
-    {"open", MeasureOpen}, {"save", MeasureSave},   {"memory", MeasureMemory},
-    {"get", MeasureGet},   {"grow", MeasureGrow},   {"delete", MeasureDelete},
-    {"walk", MeasureWalk}, {"close", MeasureClose}, {"diagnostics", MeasureDiagnostics},
+    {"open", MeasureOpen},
+    {"save", MeasureSave},
+    {"memory", MeasureMemory},
+    {"get", MeasureGet},
+    {"grow", MeasureGrow},
+    {"delete", MeasureDelete},
+    {"walk", MeasureWalk},
+    {"close", MeasureClose},
+    {"strings", MeasureStrings},
+    {"base64", MeasureBase64},
+    {"diagnostics", MeasureDiagnostics},
 };
 
 struct scCommandLine {

@@ -7,5 +7,6 @@
 
 #include <tvut22/diagnostics.h>
 #include <tvut22/modules.h>
+#include <tvut22/text.h>
 
 #endif

@@ -1,8 +1,10 @@
 // Where bytes come from and where they go: files, callers' streams and memory, seen alike.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace tvut {
 
@@ -13,6 +15,26 @@ class clsByteSource {
     virtual std::uint64_t SizeHint() = 0;
     // Reads up to a number of bytes; 0 only at the end. Throws clsException when the source fails.
     virtual std::size_t Read(void* buffer, std::size_t bytes) = 0;
+};
+
+// Bytes in memory as a source.
+class clsSpanSource final : public clsByteSource {
+  public:
+    clsSpanSource(const void* data, std::size_t bytes)
+        : next_(static_cast<const char*>(data)), left_(bytes) {}
+    std::uint64_t SizeHint() override { return left_; }
+    std::size_t Read(void* buffer, std::size_t bytes) override {
+        const std::size_t count = std::min(bytes, left_);
+        if (count != 0)
+            std::memcpy(buffer, next_, count);
+        next_ += count;
+        left_ -= count;
+        return count;
+    }
+
+  private:
+    const char* next_;
+    std::size_t left_;
 };
 
 class clsByteSink {

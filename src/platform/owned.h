@@ -29,6 +29,9 @@ class clsOwned {
     explicit operator bool() const noexcept { return value_ != Policy::None(); }
     Value Get() const noexcept { return value_; }
 
+    // Gives the resource away.
+    Value Take() noexcept { return std::exchange(value_, Policy::None()); }
+
     // For functions that return a resource through a pointer.
     Value* Receive() noexcept {
         Reset();

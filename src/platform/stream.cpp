@@ -40,7 +40,8 @@ std::size_t clsStreamSource::Read(void* buffer, std::size_t bytes) {
     return read;
 }
 
-clsStreamSink::clsStreamSink(IStream* stream) : stream_(stream), fromStart_(SeekToStart(stream)) {}
+clsStreamSink::clsStreamSink(IStream* stream, Contents contents)
+    : stream_(stream), fromStart_(contents == Contents::areReplaced && SeekToStart(stream)) {}
 
 void clsStreamSink::Extend(std::uint64_t bytes) {
     if (fromStart_ && stream_->SetSize(Size(bytes)) == STG_E_MEDIUMFULL)

@@ -5,10 +5,18 @@
 #pragma once
 
 #include "platform/bytes.h"
+#include "platform/owned.h"
 
 #include <objidl.h>
 
 namespace tvut {
+
+struct scStreamPolicy {
+    using Value = IStream*;
+    static Value None() noexcept { return nullptr; }
+    static void Close(Value value) noexcept { value->Release(); }
+};
+using clsStream = clsOwned<scStreamPolicy>;
 
 class clsStreamSource final : public clsByteSource {
   public:
@@ -22,7 +30,10 @@ class clsStreamSource final : public clsByteSource {
 
 class clsStreamSink final : public clsByteSink {
   public:
-    explicit clsStreamSink(IStream* stream);
+    // What is there already is replaced where the stream can seek and change its size; or stays, and
+    // what is written goes where the stream stands.
+    enum class Contents { areReplaced, stay };
+    explicit clsStreamSink(IStream* stream, Contents contents = Contents::areReplaced);
     void Extend(std::uint64_t bytes) override;
     void Write(const void* data, std::size_t bytes) override;
     void Finish() override;

@@ -16,6 +16,16 @@
 
 namespace tvut {
 
+// One unit, at any address: callers' texts stand in packed structures, too.
+inline char16_t UtilpLoadUnit(const char16_t* text) {
+    char16_t unit;
+    std::memcpy(&unit, text, sizeof unit);
+    return unit;
+}
+inline void UtilpStoreUnit(char16_t* text, char16_t unit) {
+    std::memcpy(text, &unit, sizeof unit);
+}
+
 // Two units that stand side by side.
 inline std::uint32_t UtilpLoadPair(const char16_t* text) {
     std::uint32_t pair;

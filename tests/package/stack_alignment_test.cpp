@@ -135,6 +135,21 @@ TEST_P(StackOff, EveryStepOfAProfilesLife) {
     DeleteFileW(file.c_str());
 }
 
+TEST_P(StackOff, VectorCodeOfTexts) {
+    const std::wstring words(100, L'x');
+    wchar_t room[300];
+    Call(UtilStrcpy, room, words.c_str());
+    EXPECT_EQ(Call(UtilStricmp, room, words.c_str()), 0u);
+    EXPECT_EQ(Call(UtilStrstr, room, words.c_str() + 50),
+              static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(room)));
+    for (const BOOL compress : {FALSE, TRUE}) {
+        char bytes[200];
+        EXPECT_EQ(Call(UtilConvertBLOBToString, words.data(), 200u, room, 300u, compress), 0u);
+        EXPECT_EQ(Call(UtilConvertStringToBLOB, room, bytes, 200u), 200u);
+        EXPECT_EQ(std::memcmp(bytes, words.data(), 200), 0);
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Bytes, StackOff, testing::Values(0u, 4u, 8u, 12u));
 
 } // namespace

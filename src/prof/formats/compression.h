@@ -2,9 +2,9 @@
 #pragma once
 
 #include "platform/bytes.h"
+#include "text/deflate.h"
 #include "text/input_text.h"
 
-#include <memory>
 #include <string_view>
 
 namespace tvut {
@@ -18,24 +18,17 @@ bool ProfpIsCompressed(std::string_view bytes);
 // more than the limit, std::bad_alloc.
 clsInputText ProfpInflate(std::string_view wrapped, std::size_t limit = largestUnfoldedProfile);
 
-// A sink that compresses on the way into another.
+// A sink that wraps on the way into another.
 class clsCompressingSink final : public clsByteSink {
   public:
     explicit clsCompressingSink(clsByteSink& target);
-    clsCompressingSink(const clsCompressingSink&) = delete;
-    clsCompressingSink& operator=(const clsCompressingSink&) = delete;
-    ~clsCompressingSink() override;
 
     void Extend(std::uint64_t) override {} // what it comes to shows in the end
-    void Write(const void* data, std::size_t bytes) override;
-    void Finish() override;
+    void Write(const void* data, std::size_t bytes) override { deflating_.Write(data, bytes); }
+    void Finish() override { deflating_.Finish(); }
 
   private:
-    struct scState;
-    void Deflate(int flush);
-
-    clsByteSink& target_;
-    std::unique_ptr<scState> state_;
+    clsDeflatingSink deflating_;
 };
 
 } // namespace tvut

@@ -1,0 +1,100 @@
+#include "text/deflate.h"
+
+#include <array>
+#include <new>
+#include <zlib.h>
+
+namespace tvut {
+
+namespace {
+
+constexpr std::size_t stepBytes = 64 * 1024;
+
+void SetInput(z_stream& stream, const void* data, std::size_t bytes) {
+    stream.next_in = static_cast<Bytef*>(const_cast<void*>(data)); // zlib only reads it
+    stream.avail_in = static_cast<uInt>(bytes);
+}
+
+void SetOutput(z_stream& stream, void* room, std::size_t bytes) {
+    stream.next_out = static_cast<Bytef*>(room);
+    stream.avail_out = static_cast<uInt>(bytes);
+}
+
+} // namespace
+
+struct clsDeflatingSink::scState : z_stream {
+    scState() : z_stream{} {
+        if (deflateInit(this, Z_DEFAULT_COMPRESSION) != Z_OK)
+            throw std::bad_alloc();
+        SetOutput(*this, block.data(), block.size());
+    }
+    scState(const scState&) = delete;
+    scState& operator=(const scState&) = delete;
+    ~scState() { deflateEnd(this); }
+
+    std::array<unsigned char, stepBytes> block;
+};
+
+clsDeflatingSink::clsDeflatingSink(clsByteSink& target)
+    : target_(target), state_(std::make_unique<scState>()) {}
+
+clsDeflatingSink::~clsDeflatingSink() = default;
+
+void clsDeflatingSink::Write(const void* data, std::size_t bytes) {
+    SetInput(*state_, data, bytes);
+    Deflate(Z_NO_FLUSH);
+}
+
+void clsDeflatingSink::Finish() {
+    Deflate(Z_FINISH);
+    target_.Write(state_->block.data(), state_->block.size() - state_->avail_out);
+    target_.Finish();
+}
+
+void clsDeflatingSink::Deflate(int flush) {
+    for (;;) {
+        deflate(state_.get(), flush); // fails for a misused state only
+        if (state_->avail_out != 0)
+            return;
+        target_.Write(state_->block.data(), state_->block.size());
+        SetOutput(*state_, state_->block.data(), state_->block.size());
+    }
+}
+
+struct clsInflater::scState : z_stream {
+    scState() : z_stream{} {
+        if (inflateInit(this) != Z_OK)
+            throw std::bad_alloc();
+    }
+    scState(const scState&) = delete;
+    scState& operator=(const scState&) = delete;
+    ~scState() { inflateEnd(this); }
+};
+
+clsInflater::clsInflater() : state_(std::make_unique<scState>()) {}
+
+clsInflater::~clsInflater() = default;
+
+void clsInflater::Feed(const void* data, std::size_t bytes) {
+    SetInput(*state_, data, bytes);
+}
+
+std::size_t clsInflater::Left() const {
+    return state_->avail_in;
+}
+
+std::size_t clsInflater::Unfold(void* room, std::size_t bytes) {
+    if (now_ != State::running)
+        return 0;
+    SetOutput(*state_, room, bytes);
+    const int result = inflate(state_.get(), Z_NO_FLUSH);
+    if (result == Z_MEM_ERROR)
+        throw std::bad_alloc();
+    if (result == Z_STREAM_END)
+        now_ = State::ended;
+    else if (result != Z_OK && result != Z_BUF_ERROR) // which means that more is wanted, of either
+        now_ = State::damaged;
+    return bytes - state_->avail_out;
+}
+
+} // namespace tvut

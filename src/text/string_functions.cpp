@@ -1,0 +1,409 @@
+#include "text/string_functions.h"
+
+#include "text/units.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <limits>
+
+// A sanitizer sees every byte that is read behind the end of a string, page or not.
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define TVUT_READS_STRICTLY 1
+#endif
+#endif
+#if defined(TVUT_HAS_SSE2) && !defined(TVUT_READS_STRICTLY)
+#define TVUT_READS_BLOCKS 1
+#endif
+
+namespace tvut {
+
+namespace {
+
+constexpr std::size_t mostInLine = 512; // bytes; beyond, a call of the runtime is worth it
+
+// Where count characters end, or memory does.
+const char16_t* EndOf(const char16_t* text, std::size_t count) {
+    const std::size_t behind =
+        std::numeric_limits<std::uintptr_t>::max() - reinterpret_cast<std::uintptr_t>(text);
+    const std::size_t most = std::min<std::size_t>(behind, std::numeric_limits<std::ptrdiff_t>::max());
+    return text + std::min(count, most / sizeof(char16_t));
+}
+
+int Order(char16_t a, char16_t b) {
+    return a < b ? -1 : a > b;
+}
+
+char16_t Lower(char16_t c) {
+    return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 0x20) : c;
+}
+
+#ifdef TVUT_HAS_SSE2
+
+__m128i Load(const void* from) {
+    return _mm_loadu_si128(static_cast<const __m128i*>(from));
+}
+void Store(void* to, __m128i block) {
+    _mm_storeu_si128(static_cast<__m128i*>(to), block);
+}
+
+// Two bits a unit that equals one of another block.
+unsigned EqualUnits(__m128i a, __m128i b) {
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(a, b)));
+}
+
+std::size_t FirstUnit(unsigned mask) {
+    return static_cast<std::size_t>(std::countr_zero(mask)) / 2;
+}
+
+#endif
+
+#ifdef TVUT_READS_BLOCKS
+
+constexpr std::size_t blockBytes = sizeof(__m128i);
+constexpr std::size_t blockUnits = blockBytes / sizeof(char16_t);
+
+// Walks the aligned blocks that a text lies in, from the one with its first unit on.
+class clsBlocks {
+  public:
+    // Strings at odd addresses exist, in packed structures; their units do not lie in one block each.
+    static bool Fit(const char16_t* text) { return reinterpret_cast<std::uintptr_t>(text) % 2 == 0; }
+
+    explicit clsBlocks(const char16_t* text)
+        : skipped_(reinterpret_cast<std::uintptr_t>(text) % blockBytes),
+          block_(text - skipped_ / sizeof(char16_t)) {}
+
+    __m128i Block() const { return _mm_load_si128(reinterpret_cast<const __m128i*>(block_)); }
+    // Bits of the units that belong to the text.
+    unsigned OfText(unsigned mask) const { return mask >> skipped_ << skipped_; }
+    const char16_t* Unit(std::size_t number) const { return block_ + number; }
+    void Next() {
+        block_ += blockUnits;
+        skipped_ = 0;
+    }
+
+  private:
+    std::size_t skipped_; // bytes before the text
+    const char16_t* block_;
+};
+
+// The first unit that a function of its block marks; there is one.
+template <class Mark>
+const char16_t* FirstMarked(const char16_t* text, Mark mark) {
+    for (clsBlocks blocks(text);; blocks.Next()) {
+        const unsigned marked = blocks.OfText(mark(blocks.Block()));
+        if (marked != 0)
+            return blocks.Unit(FirstUnit(marked));
+    }
+}
+
+unsigned Zeros(__m128i block) {
+    return EqualUnits(block, _mm_setzero_si128());
+}
+
+// Whether a block may be read that begins anywhere: not where it would touch the next page.
+bool InOnePage(const void* from) {
+    constexpr std::size_t pageBytes = 4096; // or a multiple
+    return reinterpret_cast<std::uintptr_t>(from) % pageBytes <= pageBytes - blockBytes;
+}
+
+__m128i LowerBlock(__m128i block) {
+    const __m128i fromA = _mm_sub_epi16(block, _mm_set1_epi16(u'A'));
+    const __m128i isUpper = _mm_cmpeq_epi16(_mm_subs_epu16(fromA, _mm_set1_epi16(25)), _mm_setzero_si128());
+    return _mm_or_si128(block, _mm_and_si128(isUpper, _mm_set1_epi16(0x20)));
+}
+
+unsigned AsciiUnits(__m128i block) {
+    return EqualUnits(_mm_srli_epi16(block, 7), _mm_setzero_si128());
+}
+
+#endif
+
+// Whether a part stands at a place where its first and last unit do.
+bool HasMiddle(const char16_t* place, const char16_t* part, std::size_t length) {
+    for (std::size_t at = 1; at + 1 < length; ++at) {
+        if (UtilpLoadUnit(place + at) != UtilpLoadUnit(part + at))
+            return false;
+    }
+    return true;
+}
+
+// The first of some positions where a part stands; all of them are followed by its length of units.
+const char16_t* FindInWindow(const char16_t* text, std::size_t positions, const char16_t* part,
+                             std::size_t length) {
+    const char16_t first = UtilpLoadUnit(part);
+    const char16_t last = UtilpLoadUnit(part + length - 1);
+    std::size_t at = 0;
+#ifdef TVUT_HAS_SSE2
+    const __m128i firsts = _mm_set1_epi16(static_cast<short>(first));
+    const __m128i lasts = _mm_set1_epi16(static_cast<short>(last));
+    for (; at + 8 <= positions; at += 8) {
+        unsigned hits = EqualUnits(Load(text + at), firsts) & EqualUnits(Load(text + at + length - 1), lasts);
+        for (; hits != 0; hits &= hits - 1, hits &= hits - 1) { // two bits a unit
+            const char16_t* const place = text + at + FirstUnit(hits);
+            if (HasMiddle(place, part, length))
+                return place;
+        }
+    }
+#endif
+    for (; at < positions; ++at) {
+        if (UtilpLoadUnit(text + at) == first && UtilpLoadUnit(text + at + length - 1) == last &&
+            HasMiddle(text + at, part, length))
+            return text + at;
+    }
+    return nullptr;
+}
+
+// Writes both ends of a run of one to two words; they overlap, and all is read before.
+template <class Word>
+void MoveEnds(char* to, const char* from, std::size_t bytes) {
+    Word first;
+    Word last;
+    std::memcpy(&first, from, sizeof first);
+    std::memcpy(&last, from + bytes - sizeof last, sizeof last);
+    std::memcpy(to, &first, sizeof first);
+    std::memcpy(to + bytes - sizeof last, &last, sizeof last);
+}
+
+template <class Word>
+void FillEnds(char* to, std::uint64_t pattern, std::size_t bytes) {
+    const auto word = static_cast<Word>(pattern);
+    std::memcpy(to, &word, sizeof word);
+    std::memcpy(to + bytes - sizeof word, &word, sizeof word);
+}
+
+} // namespace
+
+std::size_t UtilpLength(const char16_t* text) {
+    const char16_t* end = text;
+#ifdef TVUT_READS_BLOCKS
+    if (clsBlocks::Fit(text))
+        return static_cast<std::size_t>(FirstMarked(text, Zeros) - text);
+#endif
+    while (UtilpLoadUnit(end) != 0)
+        ++end;
+    return static_cast<std::size_t>(end - text);
+}
+
+std::size_t UtilpLength(const char16_t* text, std::size_t count) {
+    const char16_t* const end = EndOf(text, count);
+    const char16_t* at = text;
+#ifdef TVUT_READS_BLOCKS
+    if (clsBlocks::Fit(text)) {
+        for (clsBlocks blocks(text); blocks.Unit(0) < end; blocks.Next()) {
+            const unsigned zeros = blocks.OfText(Zeros(blocks.Block()));
+            if (zeros != 0)
+                return static_cast<std::size_t>(std::min(end, blocks.Unit(FirstUnit(zeros))) - text);
+        }
+        return static_cast<std::size_t>(end - text);
+    }
+#endif
+    while (at != end && UtilpLoadUnit(at) != 0)
+        ++at;
+    return static_cast<std::size_t>(at - text);
+}
+
+// Blocks of one size after another and one that ends where the run does; the last is read first, since
+// what is written may overlap it. Runs where the target begins inside the source are memmove's.
+void UtilpMove(void* to, const void* from, std::size_t bytes) {
+    auto* const target = static_cast<char*>(to);
+    const auto* const source = static_cast<const char*>(from);
+#ifdef TVUT_HAS_SSE2
+    const bool forwards =
+        reinterpret_cast<std::uintptr_t>(to) - reinterpret_cast<std::uintptr_t>(from) >= bytes;
+    if (bytes > 16 && bytes <= mostInLine && forwards) {
+        const __m128i last = Load(source + bytes - 16);
+        for (std::size_t at = 0; at < bytes - 16; at += 16)
+            Store(target + at, Load(source + at));
+        Store(target + bytes - 16, last);
+        return;
+    }
+#endif
+    if (bytes > 16)
+        std::memmove(to, from, bytes);
+    else if (bytes >= 8)
+        MoveEnds<std::uint64_t>(target, source, bytes);
+    else if (bytes >= 4)
+        MoveEnds<std::uint32_t>(target, source, bytes);
+    else if (bytes >= 2)
+        MoveEnds<std::uint16_t>(target, source, bytes);
+    else if (bytes == 1)
+        *target = *source;
+}
+
+void UtilpFill(void* to, std::uint8_t byte, std::size_t bytes) {
+    auto* const target = static_cast<char*>(to);
+#ifdef TVUT_HAS_SSE2
+    if (bytes > 16 && bytes <= mostInLine) {
+        const __m128i block = _mm_set1_epi8(static_cast<char>(byte));
+        for (std::size_t at = 0; at < bytes - 16; at += 16)
+            Store(target + at, block);
+        Store(target + bytes - 16, block);
+        return;
+    }
+#endif
+    const std::uint64_t pattern = 0x0101010101010101u * byte;
+    if (bytes > 16)
+        std::memset(to, byte, bytes);
+    else if (bytes >= 8)
+        FillEnds<std::uint64_t>(target, pattern, bytes);
+    else if (bytes >= 4)
+        FillEnds<std::uint32_t>(target, pattern, bytes);
+    else if (bytes >= 2)
+        FillEnds<std::uint16_t>(target, pattern, bytes);
+    else if (bytes == 1)
+        *target = static_cast<char>(byte);
+}
+
+int UtilpCompare(const char16_t* a, const char16_t* b, std::size_t count) {
+    while (count != 0) {
+#ifdef TVUT_READS_BLOCKS
+        if (count >= blockUnits && InOnePage(a) && InOnePage(b)) {
+            const __m128i block = Load(a);
+            const unsigned goOn = EqualUnits(block, Load(b)) & ~Zeros(block);
+            if (goOn != 0xFFFF) {
+                const std::size_t at = FirstUnit(~goOn);
+                return Order(UtilpLoadUnit(a + at), UtilpLoadUnit(b + at));
+            }
+            a += blockUnits;
+            b += blockUnits;
+            count -= blockUnits;
+            continue;
+        }
+#endif
+        const char16_t unitA = UtilpLoadUnit(a);
+        const char16_t unitB = UtilpLoadUnit(b);
+        if (unitA != unitB || unitA == 0)
+            return Order(unitA, unitB);
+        ++a;
+        ++b;
+        --count;
+    }
+    return 0;
+}
+
+scOrder UtilpCompareAscii(const char16_t*& a, const char16_t*& b, std::size_t& count) {
+    while (count != 0) {
+#ifdef TVUT_READS_BLOCKS
+        if (count >= blockUnits && InOnePage(a) && InOnePage(b)) {
+            const __m128i lowerA = LowerBlock(Load(a));
+            const __m128i lowerB = LowerBlock(Load(b));
+            const unsigned goOn = EqualUnits(lowerA, lowerB) & ~Zeros(lowerA) & AsciiUnits(lowerA);
+            const std::size_t same = goOn == 0xFFFF ? blockUnits : FirstUnit(~goOn);
+            a += same;
+            b += same;
+            count -= same;
+            if (same == blockUnits)
+                continue;
+        }
+#endif
+        const char16_t lowerA = Lower(UtilpLoadUnit(a));
+        const char16_t lowerB = Lower(UtilpLoadUnit(b));
+        if ((lowerA | lowerB) > 0x7F)
+            return {false, 0};
+        if (lowerA != lowerB || lowerA == 0)
+            return {true, Order(lowerA, lowerB)};
+        ++a;
+        ++b;
+        --count;
+    }
+    return {true, 0};
+}
+
+const char16_t* UtilpFind(const char16_t* text, char16_t character) {
+#ifdef TVUT_READS_BLOCKS
+    if (clsBlocks::Fit(text)) {
+        const __m128i wanted = _mm_set1_epi16(static_cast<short>(character));
+        text = FirstMarked(text, [&](__m128i block) { return EqualUnits(block, wanted) | Zeros(block); });
+        return *text == character ? text : nullptr;
+    }
+#endif
+    for (;; ++text) {
+        const char16_t unit = UtilpLoadUnit(text);
+        if (unit == character)
+            return text;
+        if (unit == 0)
+            return nullptr;
+    }
+}
+
+const char16_t* UtilpFindLast(const char16_t* text, char16_t character) {
+    if (character == 0)
+        return text + UtilpLength(text);
+    const char16_t* last = nullptr;
+#ifdef TVUT_READS_BLOCKS
+    if (clsBlocks::Fit(text)) {
+        const __m128i wanted = _mm_set1_epi16(static_cast<short>(character));
+        for (clsBlocks blocks(text);; blocks.Next()) {
+            const __m128i block = blocks.Block();
+            const unsigned ends = blocks.OfText(Zeros(block));
+            const unsigned before = (ends & (0u - ends)) - 1; // all bits when there is no end
+            const unsigned hits = blocks.OfText(EqualUnits(block, wanted)) & before;
+            if (hits != 0)
+                last = blocks.Unit((31u - static_cast<unsigned>(std::countl_zero(hits))) / 2);
+            if (ends != 0)
+                return last;
+        }
+    }
+#endif
+    for (char16_t unit; (unit = UtilpLoadUnit(text)) != 0; ++text) {
+        if (unit == character)
+            last = text;
+    }
+    return last;
+}
+
+// The text is measured and searched a window at a time: where all is known to be readable, a position is
+// looked at only if the part's first and last unit are where they belong.
+const char16_t* UtilpFindPart(const char16_t* text, const char16_t* part) {
+    constexpr std::size_t windowPositions = 512;
+    const std::size_t length = UtilpLength(part);
+    if (length == 0)
+        return text;
+    for (;; text += windowPositions) {
+        const std::size_t units = UtilpLength(text, windowPositions + length - 1);
+        if (units < length)
+            return nullptr;
+        const std::size_t positions = units - length + 1;
+        if (const char16_t* const found = FindInWindow(text, positions, part, length))
+            return found;
+        if (positions < windowPositions)
+            return nullptr;
+    }
+}
+
+void UtilpTrimLeft(char16_t* text) {
+    std::size_t blanks = 0;
+    while (UtilpLoadUnit(text + blanks) == u' ')
+        ++blanks;
+    if (blanks != 0)
+        UtilpMove(text, text + blanks, (UtilpLength(text + blanks) + 1) * sizeof(char16_t));
+}
+
+void UtilpTrimRight(char16_t* text) {
+    std::size_t length = UtilpLength(text);
+    while (length != 0 && UtilpLoadUnit(text + length - 1) == u' ')
+        --length;
+    UtilpStoreUnit(text + length, 0);
+}
+
+void UtilpStuff(char16_t* text, std::size_t position, std::size_t count, const char16_t* insertion) {
+    const std::size_t length = UtilpLength(text);
+    if (position > length)
+        return;
+    const std::size_t removed = std::min(count, length - position);
+    const std::size_t inserted = insertion ? UtilpLength(insertion) : 0;
+    char16_t* const place = text + position;
+    const std::size_t behind = length - position - removed + 1; // with the terminator
+    UtilpMove(place + inserted, place + removed, behind * sizeof(char16_t));
+    UtilpMove(place, insertion, inserted * sizeof(char16_t));
+}
+
+void UtilpKeep(char16_t* text, std::size_t position, std::size_t count) {
+    const std::size_t kept = UtilpLength(text + position, count);
+    UtilpMove(text, text + position, kept * sizeof(char16_t));
+    UtilpStoreUnit(text + kept, 0);
+}
+
+} // namespace tvut

@@ -1,0 +1,143 @@
+// The conversions between bytes and text: sizes, all six doors, what is refused.
+#include "support/log.h"
+#include "support/page_end.h"
+#include "support/piece_stream.h"
+
+#include <tvut22/text.h>
+
+#include <gtest/gtest.h>
+
+namespace testing_prof {
+namespace {
+
+std::wstring textOf(const Bytes& bytes, BOOL compress = FALSE) {
+    const auto count = static_cast<UINT>(bytes.size());
+    std::wstring text(static_cast<size_t>(UtilConvertBLOBToString(bytes.data(), count, nullptr, 0, compress)),
+                      L'?');
+    EXPECT_EQ(
+        UtilConvertBLOBToString(bytes.data(), count, text.data(), static_cast<UINT>(text.size()), compress),
+        0);
+    EXPECT_EQ(text.back(), L'\0');
+    text.pop_back();
+    return text;
+}
+
+HGLOBAL blockOf(const Bytes& bytes) {
+    HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, bytes.size());
+    if (!bytes.empty()) {
+        std::memcpy(GlobalLock(block), bytes.data(), bytes.size());
+        GlobalUnlock(block);
+    }
+    return block;
+}
+
+Bytes bytesOf(HGLOBAL block) {
+    Bytes bytes(GlobalSize(block), '\0');
+    if (!bytes.empty()) {
+        std::memcpy(bytes.data(), GlobalLock(block), bytes.size());
+        GlobalUnlock(block);
+    }
+    GlobalFree(block);
+    return bytes;
+}
+
+// Text and bytes through each door, at buffers that fit exactly.
+void expectAllDoors(const Bytes& bytes, const std::wstring& text, BOOL compress) {
+    PageEnd page;
+    const auto size = static_cast<UINT>(text.size() + 1);
+    PieceStream source(bytes, 5);
+    source.position = bytes.size() / 2;
+    HGLOBAL block = blockOf(bytes);
+    const auto expectText = [&](auto convert) {
+        EXPECT_EQ(convert(nullptr, 100), static_cast<INT>(size));
+        wchar_t* const to = page.lastUnits(size);
+        EXPECT_EQ(convert(to, 0), static_cast<INT>(size));
+        EXPECT_EQ(convert(to, size - 1), size == 1 ? 1 : UTIL_CONVERT_TOO_SMALL);
+        EXPECT_EQ(*to, L'\xCCCC');
+        EXPECT_EQ(convert(to, size), 0);
+        EXPECT_EQ(to, text);
+    };
+    const auto count = static_cast<UINT>(bytes.size());
+    expectText(
+        [&](wchar_t* to, UINT n) { return UtilConvertBLOBToString(bytes.data(), count, to, n, compress); });
+    expectText([&](wchar_t* to, UINT n) { return UtilConvertStreamToString(&source, to, n, compress); });
+    expectText([&](wchar_t* to, UINT n) { return UtilConvertHGLOBALToString(block, to, n, compress); });
+    GlobalFree(block);
+
+    EXPECT_EQ(UtilConvertStringToBLOB(text.c_str(), nullptr, 0), static_cast<INT>(count));
+    char* const to = page.last(count);
+    EXPECT_EQ(UtilConvertStringToBLOB(text.c_str(), to, count), static_cast<INT>(count));
+    EXPECT_EQ(Bytes(to, count), bytes);
+    if (count != 0) {
+        EXPECT_EQ(UtilConvertStringToBLOB(text.c_str(), page.last(count - 1), count - 1),
+                  UTIL_CONVERT_TOO_LARGE);
+    }
+    PieceStream target("before, behind", 3);
+    target.position = 7;
+    EXPECT_EQ(UtilConvertStringToStream(text.c_str(), &target), 0);
+    EXPECT_EQ(target.data.substr(0, 7 + count), "before," + bytes);
+    EXPECT_EQ(target.position, 7 + count);
+    EXPECT_EQ(UtilConvertStringToHGLOBAL(text.c_str(), &block), 0);
+    EXPECT_EQ(bytesOf(block), bytes);
+}
+
+TEST(Conversions, ThroughAllDoors) {
+    const Bytes all = [] {
+        Bytes bytes(256, '\0');
+        for (size_t at = 0; at < bytes.size(); ++at)
+            bytes[at] = static_cast<char>(at);
+        return bytes;
+    }();
+    for (const Bytes& bytes : {Bytes(), Bytes("a"), Bytes("foobar"), all, Bytes(3000, 'x')})
+        for (const BOOL compress : {FALSE, TRUE}) {
+            const std::wstring text = textOf(bytes, compress);
+            EXPECT_EQ(text.substr(0, 3) == L"@2@", compress && !bytes.empty());
+            expectAllDoors(bytes, text, compress);
+        }
+    EXPECT_EQ(textOf("foobar"), L"Zm9vYmFy");
+    EXPECT_EQ(textOf(Bytes("\xFB\xFF\xFE", 3)), L"+//+");
+}
+
+TEST(Conversions, WhatIsRefusedStandsForNoBytes) {
+    const std::vector<std::string> bad = {"ERR: Base64 string has bad format!"};
+    for (const wchar_t* const text : {L"QUJ", L"QUJDQ", L"QUJ*", L"@3@QUJD", L"@2@QUJDRA=="}) {
+        const Log log;
+        char room[8];
+        PieceStream stream("stays");
+        HGLOBAL block = nullptr;
+        const bool isFine = std::wstring(text) == L"QUJ";
+        EXPECT_EQ(UtilConvertStringToBLOB(text, room, sizeof room), isFine ? 2 : 0) << text;
+        EXPECT_EQ(log.lines().empty(), isFine);
+        if (isFine)
+            continue;
+        if (text[1] != L'2') {
+            EXPECT_EQ(log.lines(), bad);
+        }
+        EXPECT_EQ(UtilConvertStringToStream(text, &stream), 0);
+        EXPECT_EQ(stream.data, "stays");
+        EXPECT_EQ(UtilConvertStringToHGLOBAL(text, &block), 0);
+        EXPECT_EQ(bytesOf(block), "");
+    }
+}
+
+TEST(Conversions, MissingArgumentsAndFailingStreams) {
+    PieceStream stream("abc");
+    HGLOBAL block;
+    EXPECT_EQ(UtilConvertBLOBToString(nullptr, 1, nullptr, 0, FALSE), UTIL_CONVERT_NO_ARGUMENT);
+    EXPECT_EQ(UtilConvertBLOBToString(nullptr, 0, nullptr, 0, TRUE), 1);
+    EXPECT_EQ(UtilConvertStreamToString(nullptr, nullptr, 0, FALSE), UTIL_CONVERT_NO_ARGUMENT);
+    EXPECT_EQ(UtilConvertHGLOBALToString(nullptr, nullptr, 0, FALSE), UTIL_CONVERT_NO_ARGUMENT);
+    EXPECT_EQ(UtilConvertStringToBLOB(nullptr, nullptr, 0), UTIL_CONVERT_NO_ARGUMENT);
+    EXPECT_EQ(UtilConvertStringToStream(nullptr, &stream), UTIL_CONVERT_NO_ARGUMENT);
+    EXPECT_EQ(UtilConvertStringToStream(L"QUJD", nullptr), UTIL_CONVERT_NO_ARGUMENT);
+    EXPECT_EQ(UtilConvertStringToHGLOBAL(L"QUJD", nullptr), UTIL_CONVERT_NO_ARGUMENT);
+    EXPECT_EQ(UtilConvertStringToHGLOBAL(nullptr, &block), UTIL_CONVERT_NO_ARGUMENT);
+    EXPECT_EQ(block, nullptr);
+    stream.failAt = 1;
+    EXPECT_EQ(UtilConvertStreamToString(&stream, nullptr, 0, TRUE), UTIL_CONVERT_FAILED);
+    EXPECT_EQ(UtilConvertStringToStream(L"QUJD", &stream), UTIL_CONVERT_FAILED);
+    EXPECT_EQ(stream.references, 1);
+}
+
+} // namespace
+} // namespace testing_prof

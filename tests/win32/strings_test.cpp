@@ -1,0 +1,285 @@
+// The string family: against the C runtime, on buffers that fit exactly, and with the string check.
+#include "support/log.h"
+#include "support/page_end.h"
+
+#include <tvut22/text.h>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cwchar>
+#include <random>
+#include <string>
+
+namespace testing_prof {
+namespace {
+
+int sign(int order) {
+    return (order > 0) - (order < 0);
+}
+
+std::wstring randomText(std::mt19937& random, size_t length) {
+    static constexpr std::wstring_view kUnits = L"aAbB \x00E4\x00C4\x0101\xFF41@[Zz{";
+    std::wstring text(length, L'a');
+    for (wchar_t& unit : text)
+        if (random() % 8 == 0)
+            unit = kUnits[random() % kUnits.size()];
+    return text;
+}
+
+// Every length beside a page's end, where both texts are alike up to a random place.
+TEST(Strings, AgreeWithTheRuntime) {
+    std::mt19937 random(7);
+    PageEnd pageA, pageB;
+    for (size_t length = 0; length <= 70; ++length)
+        for (int time = 0; time < 12; ++time) {
+            const std::wstring textA = randomText(random, length);
+            std::wstring textB = textA.substr(0, random() % (length + 1));
+            textB += randomText(random, random() % 20);
+            const wchar_t* const a = pageA.text(textA);
+            const wchar_t* const b = pageB.text(textB);
+            const UINT count = random() % 80;
+            const wchar_t unit = textB.empty() ? L'x' : textB[random() % textB.size()];
+            SCOPED_TRACE(testing::PrintToString(textA) + testing::PrintToString(textB));
+            ASSERT_EQ(UtilStrlen(a), length);
+            ASSERT_EQ(UtilSafeStrlen(5, b), textB.size());
+            ASSERT_EQ(UtilStrcmp(a, b), sign(textA.compare(textB)));
+            ASSERT_EQ(sign(UtilStrncmp(a, b, count)), sign(std::wcsncmp(a, b, count)));
+            ASSERT_EQ(sign(UtilStricmp(a, b)), sign(_wcsicmp(a, b)));
+            ASSERT_EQ(sign(UtilStrnicmp(a, b, count)), sign(_wcsnicmp(a, b, count)));
+            ASSERT_EQ(UtilStrchr(a, unit), std::wcschr(a, unit));
+            ASSERT_EQ(UtilStrrchr(a, unit), std::wcsrchr(a, unit));
+            ASSERT_EQ(UtilStrchr(a, L'\0'), a + length);
+            ASSERT_EQ(UtilStrrchr(a, L'\0'), a + length);
+            const std::wstring part = textB.substr(0, 1 + random() % 3) + std::wstring(textB.empty(), L'a');
+            ASSERT_EQ(UtilStrstr(a, part.c_str()), std::wcsstr(a, part.c_str()));
+        }
+}
+
+TEST(Strings, CompareByUnit) {
+    EXPECT_EQ(UtilStrcmp(L"\xD800", L"\xFFFF"), -1);
+    EXPECT_EQ(UtilStrcmp(L"\xFFFF", L"a"), 1);
+    EXPECT_EQ(UtilStrncmp(L"same until here", L"same until there", 11), 0);
+    EXPECT_EQ(UtilStrstr(L"aab", L""), std::wstring_view(L"aab"));
+    EXPECT_EQ(UtilStrstr(L"aaaaab", L"aab"), std::wstring_view(L"aab"));
+}
+
+// Odd addresses, too: texts in packed structures.
+TEST(Strings, CopyIntoBuffersThatFit) {
+    PageEnd page, pageOfSource;
+    std::mt19937 random(8);
+    for (size_t length = 0; length <= 70; ++length) {
+        const std::wstring text = randomText(random, length);
+        const wchar_t* const source = pageOfSource.text(text);
+        wchar_t* const to = page.lastUnits(length + 1);
+        ASSERT_EQ(UtilStrcpy(to, source), to);
+        ASSERT_EQ(to, text);
+        for (const UINT size : {1u, 2u, static_cast<UINT>(length + 1), 100u}) {
+            const size_t kept = std::min<size_t>(size - 1, length);
+            wchar_t* const cut = page.lastUnits(kept + 1);
+            ASSERT_EQ(UtilStrncpy(cut, source, size), cut);
+            ASSERT_EQ(cut, text.substr(0, kept));
+        }
+        wchar_t* const both = page.text(L"head", length + 5);
+        ASSERT_EQ(UtilStrcat(both, source), both);
+        ASSERT_EQ(both, L"head" + text);
+
+        char* const odd = page.last(2 * length + 3); // an odd address
+        auto* const oddText = reinterpret_cast<wchar_t*>(odd);
+        UtilStrcpy(oddText, source);
+        ASSERT_EQ(UtilStrlen(oddText), length);
+        ASSERT_EQ(UtilStrcmp(oddText, source), 0);
+        ASSERT_EQ(UtilStrchr(oddText, L'\0'), oddText + length);
+        ASSERT_EQ(UtilStrrchr(oddText, L'\x1234'), nullptr);
+    }
+    wchar_t untouched[] = L"xy";
+    UtilStrncpy(untouched, L"abc", 0);
+    EXPECT_STREQ(untouched, L"xy");
+}
+
+TEST(Strings, CopyAndFillBytesOfEveryCount) {
+    PageEnd page, pageOfSource;
+    for (UINT count = 0; count <= 140; ++count) {
+        char* const source = pageOfSource.last(count);
+        for (UINT at = 0; at < count; ++at)
+            source[at] = static_cast<char>(at * 7 + 1);
+        char* const to = page.last(count);
+        ASSERT_EQ(UtilMemcpy(to, source, count), to);
+        ASSERT_EQ(std::memcmp(to, source, count), 0) << count;
+        ASSERT_EQ(to[-1], '\xCC');
+        ASSERT_EQ(UtilMemset(to, 0x1A5, count), to);
+        ASSERT_EQ(std::string(to, count), std::string(count, '\xA5'));
+        ASSERT_EQ(to[-1], '\xCC');
+        if (count > 3) { // to the right, overlapping
+            UtilMemcpy(source - 3, std::string(source, count).data(), count);
+            const std::string before(source - 3, count);
+            UtilMemcpy(source, source - 3, count);
+            ASSERT_EQ(std::string(source, count), before) << count;
+        }
+    }
+    EXPECT_EQ(UtilMemcpy(nullptr, nullptr, 0), nullptr);
+    EXPECT_EQ(UtilMemset(nullptr, 1, 0), nullptr);
+}
+
+TEST(Strings, ChangeInPlace) {
+    const struct {
+        const wchar_t* before;
+        const wchar_t *left, *right, *both;
+    } trims[] = {
+        {L"", L"", L"", L""},
+        {L"   ", L"", L"", L""},
+        {L"  a b ", L"a b ", L"  a b", L"a b"},
+        {L"a \t ", L"a \t ", L"a \t", L"a \t"},
+        {L"\t a", L"\t a", L"\t a", L"\t a"},
+        {L" \x3000", L"\x3000", L" \x3000", L"\x3000"},
+    };
+    PageEnd page;
+    const auto changed = [&](const wchar_t* before, auto change, size_t units = 0) {
+        wchar_t* const text = page.text(before, std::max(units, std::wcslen(before) + 1));
+        change(text);
+        return std::wstring(text);
+    };
+    for (const auto& c : trims) {
+        EXPECT_EQ(changed(c.before, UtilLtrim), c.left);
+        EXPECT_EQ(changed(c.before, UtilRtrim), c.right);
+        EXPECT_EQ(changed(c.before, UtilAtrim), c.both);
+    }
+
+    const struct {
+        UINT position, count;
+        const wchar_t *insertion, *after;
+    } stuffs[] = {
+        {3, 2, L"XY", L"abXYef"},
+        {1, 0, L"123", L"123abcdef"},
+        {7, 9, L"!", L"abcdef!"},
+        {8, 0, L"!", L"abcdef"},
+        {0, 1, L"!", L"abcdef"},
+        {1, 0xFFFFFFFF, nullptr, L""},
+        {2, 4, L"", L"af"},
+        {3, 2, L"XYZ", L"abXYZef"},
+        {0xFFFFFFFF, 1, L"!", L"abcdef"},
+        {6, 1, L"0123456789", L"abcde0123456789"},
+    };
+    for (const auto& c : stuffs) {
+        const auto stuff = [&](wchar_t* text) {
+            EXPECT_EQ(UtilStuff(text, c.position, c.count, c.insertion), 0);
+        };
+        EXPECT_EQ(changed(L"abcdef", stuff, std::wcslen(c.after) + 1), c.after);
+    }
+
+    const struct {
+        INT start;
+        UINT count;
+        const wchar_t* after;
+    } parts[] = {
+        {3, 2, L"cd"},
+        {7, 1, L""},
+        {1, 3, L"abc"},
+        {6, 100, L"f"},
+        {0, 3, L""},
+        {-2, 1, L""},
+        {-7, 1, L""},
+        {3, 0, L""},
+        {3, 0xFFFFFFFE, L"cdef"},
+        {3, 0xFFFFFFFF, L"abcdef"},
+        {7, 0xFFFFFFFF, L""},
+        {0, 0xFFFFFFFF, L"abcdef"},
+        {INT_MIN, 1, L""},
+    };
+    for (const auto& c : parts)
+        EXPECT_EQ(
+            changed(L"abcdef", [&](wchar_t* text) { EXPECT_EQ(UtilSubstr(text, c.start, c.count), 0); }),
+            c.after)
+            << c.start << " " << c.count;
+}
+
+TEST(Strings, FormatIsCutAndTerminated) {
+    PageEnd page;
+    Log log;
+    const struct {
+        UINT size;
+        const wchar_t* after;
+        INT result;
+    } cases[] = {{12, L"12 ab cd ef", 11},
+                 {13, L"12 ab cd ef", 11},
+                 {11, L"12 ab cd e", -1},
+                 {2, L"1", -1},
+                 {1, L"", -1}};
+    for (const auto& c : cases) {
+        wchar_t* const text = page.lastUnits(c.size);
+        EXPECT_EQ(UtilSafeSprintf(text, c.size, L"%I64u %s %hs %ws", 12ULL, L"ab", "cd", L"ef"), c.result);
+        EXPECT_STREQ(text, c.after);
+    }
+    wchar_t* const text = page.text(L"x");
+    EXPECT_EQ(UtilSafeSprintf(text, 0, L"abc"), -1);
+    EXPECT_STREQ(text, L"x");
+    EXPECT_EQ(UtilSafeSprintf(text, 2, L""), 0);
+    EXPECT_TRUE(log.lines().empty());
+}
+
+TEST(Strings, PointersAreAlwaysGood) {
+    EXPECT_EQ(UtilIsRPtr(nullptr, 4), 1);
+    EXPECT_EQ(UtilIsWPtr(nullptr, 4), 1);
+    EXPECT_EQ(UtilIsString(nullptr, 4), 1);
+}
+
+// The check is switched on when the library is loaded: a copy of it, under another name.
+class CheckedCopy {
+  public:
+    CheckedCopy() {
+        std::array<wchar_t, MAX_PATH> library, folder;
+        GetModuleFileNameW(GetModuleHandleW(L"tvUT22.dll"), library.data(), MAX_PATH);
+        GetTempPathW(MAX_PATH, folder.data());
+        path_ = std::wstring(folder.data()) + L"tvUT22_checked.dll";
+        CopyFileW(library.data(), path_.c_str(), FALSE);
+        SetEnvironmentVariableW(L"TVUT22_STRING_CHECK", L"1");
+        module_ = LoadLibraryW(path_.c_str());
+        SetEnvironmentVariableW(L"TVUT22_STRING_CHECK", nullptr);
+    }
+    CheckedCopy(const CheckedCopy&) = delete;
+    CheckedCopy& operator=(const CheckedCopy&) = delete;
+    ~CheckedCopy() {
+        FreeLibrary(module_);
+        DeleteFileW(path_.c_str());
+    }
+
+    template <class Function>
+    Function* find(Function*, const char* name) const {
+        return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module_, name)));
+    }
+
+  private:
+    std::wstring path_;
+    HMODULE module_;
+};
+
+TEST(StringCheck, ClearsBeforeItCopiesAndReportsCuts) {
+    const CheckedCopy library;
+    auto* const copy = library.find(UtilStrcpy, "UtilStrcpy");
+    auto* const copyPart = library.find(UtilStrncpy, "UtilStrncpy");
+    auto* const part = library.find(UtilSubstr, "UtilSubstr");
+    auto* const format = library.find(UtilSafeSprintf, "UtilSafeSprintf");
+    ASSERT_TRUE(copy && copyPart && part && format);
+
+    wchar_t text[8] = L"abcdef";
+    EXPECT_STREQ(copy(text, text), L"abcdef");
+    EXPECT_STREQ(copy(text + 2, text), L"ab"); // the terminator that the check wrote
+    EXPECT_STREQ(copyPart(text, L"xy", 0), L"");
+    EXPECT_STREQ(copyPart(text, L"abcdef", 4), L"abc");
+    part(text, 2, 2);
+    EXPECT_STREQ(text, L"bc");
+    part(text, 1, 0xFFFFFFFF);
+    EXPECT_STREQ(text, L"bc");
+    part(text, 1, 1);
+    EXPECT_STREQ(text, L"");
+
+    const Log log;
+    EXPECT_EQ(format(text, 8, L"%d", 1234567), 7);
+    EXPECT_TRUE(log.lines().empty());
+    EXPECT_EQ(format(text, 8, L"%d", 12345678), -1);
+    EXPECT_EQ(format(text, 8, L""), 0);
+    EXPECT_EQ(log.lines(), std::vector<std::string>(2, "UtilSafeSprintf: destination buffer too small\n"));
+}
+
+} // namespace
+} // namespace testing_prof
