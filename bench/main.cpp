@@ -31,6 +31,7 @@ constexpr scSection sections[] = {
     {"strings", MeasureStrings},
     {"base64", MeasureBase64},
     {"diagnostics", MeasureDiagnostics},
+    {"heap", MeasureHeap},
 };
 
 struct scCommandLine {

@@ -14,6 +14,7 @@ void MeasureSave(const scSettings& settings, clsReport& report);
 void MeasureGet(const scSettings& settings, clsReport& report);
 void MeasureGrow(const scSettings& settings, clsReport& report);
 void MeasureDelete(const scSettings& settings, clsReport& report);
+void MeasureHeap(const scSettings& settings, clsReport& report);
 void MeasureDiagnostics(const scSettings& settings, clsReport& report);
 void MeasureWalk(const scSettings& settings, clsReport& report);
 void MeasureClose(const scSettings& settings, clsReport& report);

@@ -6,6 +6,7 @@
 #define TVUT22_UTIL_H
 
 #include <tvut22/diagnostics.h>
+#include <tvut22/heaps.h>
 #include <tvut22/modules.h>
 #include <tvut22/text.h>
 

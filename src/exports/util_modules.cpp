@@ -4,7 +4,8 @@
 #include "runtime/diagnostic_group.h"
 #include "runtime/global_lock.h"
 #include "runtime/language.h"
-#include "runtime/module_list.h"
+#include "runtime/heap/stack_names.h"
+#include "runtime/jobs.h"
 #include "runtime/output/writer.h"
 
 #include <tvut22/modules.h>
@@ -19,9 +20,6 @@ constexpr UINT majorVersion = 22;
 constexpr UINT minorVersion = 10;
 constexpr UINT version[] = {majorVersion << 16 | minorVersion, majorVersion, minorVersion, 0};
 
-// Until there are heaps none can be left.
-clsModuleList jobs([](clsModuleNode&) {});
-
 clsModuleNode* FromHandle(UtilJob job) noexcept {
     return reinterpret_cast<clsModuleNode*>(job);
 }
@@ -34,7 +32,7 @@ clsDiagnosticLine OpenTrace(const wchar_t* name, UINT flags) noexcept {
 clsDiagnosticLine CloseTrace(const clsModuleNode* job) noexcept {
     clsDiagnosticLine line;
     line.Put(u"UtilJobClose(").PutPointer(job).Put(u")");
-    return jobs.Holds(job) ? line.Put(u" ['").Put(job->Name()).Put(u"']") : line;
+    return UtilpJobs().Holds(job) ? line.Put(u" ['").Put(job->Name()).Put(u"']") : line;
 }
 
 // The file of a loaded module; empty when no module of that name is loaded.
@@ -64,7 +62,7 @@ TVUT22_API UtilJob TVUT22_CALL UtilJobOpen(const wchar_t* name, UINT flags) {
     const bool traced = (flags & UTIL_JOB_TRACE) != 0 && UtilpDiagnosticsOn();
     const clsDiagnosticGroup trace(traced, traced ? OpenTrace(name, flags) : clsDiagnosticLine());
     clsModuleNode* const job =
-        jobs.Open(name ? FromWide(std::wstring_view(name)) : std::u16string_view(), signedFlags);
+        UtilpJobs().Open(name ? FromWide(std::wstring_view(name)) : std::u16string_view(), signedFlags);
     if (traced)
         trace.Line(clsDiagnosticLine().Put(u"->").PutPointer(job));
     return reinterpret_cast<UtilJob>(job);
@@ -73,11 +71,12 @@ TVUT22_API UtilJob TVUT22_CALL UtilJobOpen(const wchar_t* name, UINT flags) {
 TVUT22_API INT TVUT22_CALL UtilJobClose(UtilJob handle) {
     if (!handle)
         return UTIL_OK;
+    UtilpPrepareStackNames();
     const clsGlobalLockGuard lock(UtilpGlobalLock());
     clsModuleNode* const job = FromHandle(handle);
-    const bool traced = jobs.Holds(job) && job->Traced() && UtilpDiagnosticsOn();
+    const bool traced = UtilpJobs().Holds(job) && job->Traced() && UtilpDiagnosticsOn();
     const clsDiagnosticGroup trace(traced, traced ? CloseTrace(job) : clsDiagnosticLine());
-    const auto result = static_cast<INT>(jobs.Close(job));
+    const auto result = static_cast<INT>(UtilpJobs().Close(job));
     if (traced)
         trace.Line(clsDiagnosticLine().Put(u"->").Put(result));
     return result;

@@ -1,4 +1,6 @@
 // A call stack, kept to tell later who made something.
+//
+// Records are taken and given back under the global lock; those that are free are kept for the next.
 #pragma once
 
 #include <array>
@@ -12,12 +14,15 @@ struct scCallStack {
     static constexpr std::size_t mostFrames = 40;
 
     std::uint32_t count;
-    std::uint32_t reserved;
+    std::uint32_t mark; // tells a record from what a damaged pointer leads to
     std::array<const void*, 88> addresses; // count of them are set
 };
 
-// The frames of the caller and above, at most 40; `skip` more of them are left out. The record is
-// from the process heap; null when there is no memory for it.
+// The frames of the caller and above, at most 40; `skip` more of them are left out. Null when there is no
+// memory for the record.
 scCallStack* UtilpCaptureCallStack(std::size_t skip) noexcept;
+
+// Null, and anything that is no record, is passed over: the pointer may come from damaged memory.
+void UtilpReleaseCallStack(scCallStack* stack) noexcept;
 
 } // namespace tvut

@@ -74,7 +74,7 @@ JobResult clsModuleList::Delete(clsModuleNode& job) noexcept {
         leftHeaps_(job);
         result = JobResult::heapsLeft;
     }
-    PlatformProcessHeapFree(job.creation);
+    UtilpReleaseCallStack(job.creation);
     PlatformProcessHeapFree(&job);
     return result;
 }

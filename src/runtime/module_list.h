@@ -12,6 +12,8 @@
 
 namespace tvut {
 
+struct clsHeapNode;
+
 enum class JobResult : std::int32_t { success = 0, badHandle = -2, heapsLeft = -5 };
 
 // A job; its handle is the record's address.
@@ -26,8 +28,8 @@ struct clsModuleNode {
     std::int32_t references;
     clsModuleNode* next;
     clsModuleNode* previous;
-    void* firstHeap;
-    void* lastHeap;
+    clsHeapNode* firstHeap;
+    clsHeapNode* lastHeap;
 
     std::u16string_view Name() const noexcept { return name.data(); }
     bool Traced() const noexcept { return (flags & traceFlag) != 0; }

@@ -47,6 +47,10 @@ scCallStack* UtilpCaptureCallStack(std::size_t) noexcept {
     return static_cast<scCallStack*>(PlatformProcessHeapAlloc(sizeof(scCallStack)));
 }
 
+void UtilpReleaseCallStack(scCallStack* stack) noexcept {
+    PlatformProcessHeapFree(stack);
+}
+
 std::size_t PlatformDecode(unsigned, std::string_view bytes, char16_t* characters) {
     for (const char byte : bytes)
         *characters++ = static_cast<unsigned char>(byte);

@@ -118,7 +118,7 @@ TEST_F(ModuleList, StaysLinked) {
 TEST_F(ModuleList, HandsLeftHeapsOver) {
     clsModuleNode* const job = jobs.Open(u"job", 0);
     jobs.Open(u"job", 0);
-    job->firstHeap = job->lastHeap = job;
+    job->firstHeap = job->lastHeap = reinterpret_cast<clsHeapNode*>(job); // any but null
     DiagnosticLines().clear();
     EXPECT_EQ(jobs.Close(job), JobResult::success) << "a reference is left";
     EXPECT_EQ(jobs.Close(job), JobResult::heapsLeft);

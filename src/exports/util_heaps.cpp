@@ -1,0 +1,180 @@
+// Exports of the checked heaps: the global lock, the trace, and the C runtime's allocator for heap 0.
+#include "platform/wide.h"
+#include "runtime/diagnostic_group.h"
+#include "runtime/global_lock.h"
+#include "runtime/heap/heap_objects.h"
+#include "runtime/heap/stack_names.h"
+#include "runtime/jobs.h"
+
+#include <tvut22/heaps.h>
+
+#include <cstdlib>
+#include <cstring>
+
+using namespace tvut;
+
+namespace {
+
+// ---- Heap 0: a size, then the payload --------------------------------------------------------------
+
+std::int32_t* SizeWordOf(void* payload) noexcept {
+    return static_cast<std::int32_t*>(payload) - 1;
+}
+
+void* RuntimeAlloc(std::int32_t size, UINT flags) noexcept {
+    if (size < 0)
+        return nullptr;
+    const auto bytes = static_cast<std::size_t>(size);
+    auto* const word = static_cast<std::int32_t*>(std::malloc(bytes + sizeof(std::int32_t)));
+    if (!word)
+        return nullptr;
+    *word = size;
+    if ((flags & UTIL_HEAP_ZERO) != 0)
+        std::memset(word + 1, 0, bytes);
+    else if ((flags & UTIL_HEAP_FILL) != 0)
+        std::memset(word + 1, freshFill, bytes);
+    return word + 1;
+}
+
+void RuntimeFree(void* payload) noexcept {
+    if (payload)
+        std::free(SizeWordOf(payload));
+}
+
+// ---- Heaps -----------------------------------------------------------------------------------------
+
+clsHeapNode* FromHandle(UtilHeap heap) noexcept {
+    return reinterpret_cast<clsHeapNode*>(heap);
+}
+
+clsDiagnosticLine TraceLine(std::u16string_view call, const clsHeapNode& heap) noexcept {
+    return clsDiagnosticLine()
+        .Put(call)
+        .Put(u"(")
+        .PutPointer(&heap)
+        .Put(u") ['")
+        .Put(heap.module->Name())
+        .Put(u"','")
+        .Put(heap.ShownName())
+        .Put(u"']");
+}
+
+clsDiagnosticLine CreateTraceLine(UtilJob job, const wchar_t* name, UINT flags) noexcept {
+    return clsDiagnosticLine()
+        .Put(u"UtilHeapCreate(")
+        .PutPointer(job)
+        .Put(u",'")
+        .Put(name ? FromWide(std::wstring_view(name)) : u"(NULL)")
+        .Put(u"',0x")
+        .PutHex(flags, 8)
+        .Put(u")");
+}
+
+// A call on a heap as a whole, traced where the heap's job asks for it.
+template <class Call>
+INT OnHeap(UtilHeap handle, std::u16string_view name, Call call) noexcept {
+    if (!handle)
+        return UTIL_OK;
+    const clsGlobalLockGuard lock(UtilpGlobalLock());
+    clsHeapNode* const heap = FromHandle(handle);
+    if (!UtilpIsHeap(heap))
+        return UTIL_HEAP_FAILED;
+    const bool traced = heap->Traced() && UtilpDiagnosticsOn();
+    const clsDiagnosticGroup trace(traced, traced ? TraceLine(name, *heap) : clsDiagnosticLine());
+    const auto result = static_cast<INT>(call(*heap));
+    if (traced)
+        trace.Line(clsDiagnosticLine().Put(u"->").Put(result));
+    return result;
+}
+
+INT DeleteUnknown(const void* handle) noexcept {
+    UtilpReport(clsDiagnosticLine()
+                    .Put(u"Error: clsModuleNode['(NULL)']::DeleteHeap(")
+                    .PutPointer(handle)
+                    .Put(u"): Invalid handle"));
+    return UTIL_HEAP_FAILED;
+}
+
+// The system's exception is the caller's: it leaves with the lock released.
+void* Allocate(UtilHeap handle, const scAllocation& wanted) {
+    if (!handle)
+        return RuntimeAlloc(wanted.size, wanted.flags);
+    void* payload = nullptr;
+    unsigned long exception = 0;
+    {
+        const clsGlobalLockGuard lock(UtilpGlobalLock());
+        payload = UtilpAllocateObject(FromHandle(handle), wanted, exception);
+    }
+    if (exception == STATUS_NO_MEMORY)
+        RaiseException(exception, 0, 0, nullptr);
+    return payload;
+}
+
+} // namespace
+
+TVUT22_API UtilHeap TVUT22_CALL UtilHeapCreate(UtilJob job, const wchar_t* name, UINT flags) {
+    UtilpPrepareStackNames();
+    const clsGlobalLockGuard lock(UtilpGlobalLock());
+    auto* const module = reinterpret_cast<clsModuleNode*>(job);
+    if (!UtilpJobs().Holds(module) || !module)
+        return nullptr;
+    const bool traced = module->Traced() && UtilpDiagnosticsOn();
+    const clsDiagnosticGroup trace(traced, traced ? CreateTraceLine(job, name, flags) : clsDiagnosticLine());
+    clsHeapNode* const heap =
+        UtilpCreateHeap(*module, name ? FromWide(std::wstring_view(name)) : std::u16string_view(), flags);
+    if (traced)
+        trace.Line(clsDiagnosticLine().Put(u"->").PutPointer(heap));
+    return reinterpret_cast<UtilHeap>(heap);
+}
+
+TVUT22_API INT TVUT22_CALL UtilHeapDelete(UtilHeap heap) {
+    if (!heap)
+        return UTIL_OK;
+    UtilpPrepareStackNames();
+    const clsGlobalLockGuard lock(UtilpGlobalLock());
+    if (!UtilpIsHeap(FromHandle(heap)))
+        return DeleteUnknown(heap);
+    return OnHeap(heap, u"UtilHeapDelete", UtilpDeleteHeap);
+}
+
+TVUT22_API INT TVUT22_CALL UtilHeapValidate(UtilHeap heap, void* payload, UINT) {
+    return OnHeap(heap, u"UtilHeapValidate",
+                  [=](clsHeapNode& node) { return UtilpValidateHeap(node, payload); });
+}
+
+TVUT22_API INT TVUT22_CALL UtilHeapShrink(UtilHeap heap, UINT) {
+    return OnHeap(heap, u"UtilHeapShrink", UtilpShrinkHeap);
+}
+
+TVUT22_API INT TVUT22_CALL UtilHeapSize(UtilHeap heap) {
+    return OnHeap(heap, u"UtilHeapSize", [](clsHeapNode& node) { return UtilpHeapSize(node, false); });
+}
+
+TVUT22_API INT TVUT22_CALL UtilHeapSizeObjects(UtilHeap heap) {
+    return OnHeap(heap, u"UtilHeapSizeObjects", [](clsHeapNode& node) { return UtilpHeapSize(node, true); });
+}
+
+TVUT22_API void* TVUT22_CALL UtilHeapObjectAlloc(UtilHeap heap, INT size, UINT flags) {
+    return Allocate(heap, {size, flags, 0});
+}
+
+TVUT22_API void* TVUT22_CALL UtilHeapObjectAllocExt(UtilHeap heap, INT size, UINT flags, UINT tag, UINT) {
+    return Allocate(heap, {size, flags, tag});
+}
+
+TVUT22_API INT TVUT22_CALL UtilHeapObjectFree(UtilHeap heap, void* payload) {
+    if (!heap) {
+        RuntimeFree(payload);
+        return UTIL_OK;
+    }
+    const clsGlobalLockGuard lock(UtilpGlobalLock());
+    return static_cast<INT>(UtilpFreeObject(FromHandle(heap), payload));
+}
+
+TVUT22_API INT TVUT22_CALL UtilHeapObjectSize(UtilHeap heap, void* payload) {
+    if (!heap)
+        return payload ? *SizeWordOf(payload) : 0;
+    const clsGlobalLockGuard lock(UtilpGlobalLock());
+    clsHeapNode* const node = FromHandle(heap);
+    return UtilpIsHeap(node) ? UtilpObjectSize(*node, payload) : UTIL_HEAP_BAD_OBJECT;
+}

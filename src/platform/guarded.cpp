@@ -1,0 +1,101 @@
+#include "platform/guarded.h"
+
+#include <windows.h>
+
+#ifdef _MSC_VER
+
+namespace tvut {
+
+namespace {
+
+int Filter(unsigned long code) noexcept {
+    const bool ours = code == STATUS_ACCESS_VIOLATION || code == STATUS_IN_PAGE_ERROR ||
+                      code == STATUS_NO_MEMORY || code == 0xC0000374;
+    return ours ? EXCEPTION_EXECUTE_HANDLER : EXCEPTION_CONTINUE_SEARCH;
+}
+
+} // namespace
+
+unsigned long PlatformCallGuarded(void (*body)(void*), void* argument) noexcept {
+    __try {
+        body(argument);
+        return 0;
+    } __except (Filter(GetExceptionCode())) {
+        return GetExceptionCode();
+    }
+}
+
+} // namespace tvut
+
+#else
+
+// A registration record on the stack, {previous, handler}, linked into the thread's chain at fs:0. The
+// handler unwinds the chain to the record and goes on behind the call with the exception's code.
+extern "C" unsigned long GuardedCall(void (*body)(void*), void* argument);
+
+__asm__(R"(
+    .text
+    .globl _GuardedCall
+_GuardedCall:
+    pushl %ebp
+    movl %esp, %ebp
+    pushl %ebx
+    pushl %esi
+    pushl %edi
+    pushl $_GuardedHandler
+    pushl %fs:0
+    movl %esp, %fs:0
+    andl $-16, %esp
+    subl $12, %esp
+    pushl 12(%ebp)
+    call *8(%ebp)
+    xorl %eax, %eax
+_GuardedEnd:
+    movl -20(%ebp), %ecx
+    movl %ecx, %fs:0
+    leal -12(%ebp), %esp
+    popl %edi
+    popl %esi
+    popl %ebx
+    popl %ebp
+    ret
+
+_GuardedHandler:
+    pushl %ebp
+    movl %esp, %ebp
+    movl 8(%ebp), %eax
+    testl $6, 4(%eax)
+    jnz 2f
+    movl (%eax), %ecx
+    cmpl $0xC0000005, %ecx
+    je 1f
+    cmpl $0xC0000006, %ecx
+    je 1f
+    cmpl $0xC0000017, %ecx
+    je 1f
+    cmpl $0xC0000374, %ecx
+    jne 2f
+1:  pushl %ecx
+    pushl $0
+    pushl %eax
+    pushl $3f
+    pushl 12(%ebp)
+    call _RtlUnwind@16
+3:  movl -4(%ebp), %eax
+    movl 12(%ebp), %ebp
+    addl $20, %ebp
+    jmp _GuardedEnd
+2:  movl $1, %eax
+    popl %ebp
+    ret
+)");
+
+namespace tvut {
+
+unsigned long PlatformCallGuarded(void (*body)(void*), void* argument) noexcept {
+    return GuardedCall(body, argument);
+}
+
+} // namespace tvut
+
+#endif

@@ -1,0 +1,19 @@
+// Whether DEBUG objects are whole: the magic in front, the fence behind.
+#pragma once
+
+#include "runtime/heap/heap_node.h"
+
+namespace tvut {
+
+// The DEBUG object of this heap that fills a block; null when the block holds none.
+scDebugHeader* UtilpDebugObject(const clsHeapNode& heap, void* block, std::size_t bytes) noexcept;
+
+enum class Damage { none, magic, fence };
+
+// Reads an object that may be damaged in any way, its size included.
+Damage UtilpExamineObject(scDebugHeader* header) noexcept;
+
+// Examines every DEBUG object of the heap, reports and dumps the damaged ones. True when there are none.
+bool UtilpCheckObjects(clsHeapNode& heap) noexcept;
+
+} // namespace tvut

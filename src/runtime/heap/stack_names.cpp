@@ -1,0 +1,107 @@
+#include "runtime/heap/stack_names.h"
+
+#include "platform/critical_section.h"
+#include "platform/wide.h"
+
+#include <windows.h>
+
+#include <dbghelp.h>
+#include <psapi.h>
+
+#include <cwchar>
+#include <mutex>
+
+namespace tvut {
+
+namespace {
+
+using SetOptions = DWORD(WINAPI*)(DWORD);
+using Initialize = BOOL(WINAPI*)(HANDLE, PCWSTR, BOOL);
+using RefreshModules = BOOL(WINAPI*)(HANDLE);
+using FromAddress = BOOL(WINAPI*)(HANDLE, DWORD64, DWORD64*, SYMBOL_INFOW*);
+
+constexpr std::size_t longestFunction = 256; // characters
+
+clsCriticalSection prepareLock;
+bool prepared = false;
+RefreshModules refreshModules = nullptr;
+FromAddress fromAddress = nullptr;
+
+template <class Function>
+Function Find(HMODULE module, const char* name) noexcept {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+}
+
+// Another part of the program may use the service for this process, too: it fails to begin twice, and works.
+void LoadService() noexcept {
+    const HMODULE service = LoadLibraryW(L"dbghelp.dll"); // stays loaded
+    if (!service)
+        return;
+    const auto setOptions = Find<SetOptions>(service, "SymSetOptions");
+    const auto initialize = Find<Initialize>(service, "SymInitializeW");
+    refreshModules = Find<RefreshModules>(service, "SymRefreshModuleList");
+    if (!setOptions || !initialize)
+        return;
+    setOptions(SYMOPT_DEFERRED_LOADS | SYMOPT_UNDNAME | SYMOPT_FAIL_CRITICAL_ERRORS);
+    initialize(GetCurrentProcess(), nullptr, TRUE);
+    fromAddress = Find<FromAddress>(service, "SymFromAddrW");
+}
+
+// The file that is mapped at an address, without the loader's help, which would ask for its lock.
+void PutModule(clsDiagnosticLine& line, const void* address) noexcept {
+    MEMORY_BASIC_INFORMATION memory{};
+    wchar_t name[MAX_PATH];
+    DWORD length = 0;
+    if (VirtualQuery(address, &memory, sizeof memory) != 0 && memory.Type == MEM_IMAGE)
+        length = K32GetMappedFileNameW(GetCurrentProcess(), memory.AllocationBase, name, MAX_PATH);
+    if (length == 0) {
+        line.PutPointer(address);
+        return;
+    }
+    const std::u16string_view path(FromWide(name), length);
+    const auto offset = static_cast<const char*>(address) - static_cast<const char*>(memory.AllocationBase);
+    line.Put(path.substr(path.find_last_of(u"\\/") + 1))
+        .Put(u"+0x")
+        .PutHex(static_cast<std::uint32_t>(offset), 1);
+}
+
+void PutFunction(clsDiagnosticLine& line, const void* address) noexcept {
+    alignas(SYMBOL_INFOW) char room[sizeof(SYMBOL_INFOW) + longestFunction * sizeof(wchar_t)] = {};
+    auto* const symbol = reinterpret_cast<SYMBOL_INFOW*>(room);
+    symbol->SizeOfStruct = sizeof(SYMBOL_INFOW);
+    symbol->MaxNameLen = longestFunction;
+    DWORD64 offset = 0;
+    if (!fromAddress ||
+        !fromAddress(GetCurrentProcess(), reinterpret_cast<UINT_PTR>(address), &offset, symbol))
+        return;
+    line.Put(u" ")
+        .Put(FromWide(std::wstring_view(symbol->Name)))
+        .Put(u"+0x")
+        .PutHex(static_cast<std::uint32_t>(offset), 1);
+}
+
+} // namespace
+
+void UtilpPrepareStackNames() noexcept {
+    if (!UtilpDiagnosticsOn())
+        return;
+    // A thread within the loader must not wait for one that waits for the loader.
+    const std::unique_lock lock(prepareLock, std::try_to_lock);
+    if (!lock)
+        return;
+    if (!prepared)
+        LoadService();
+    else if (refreshModules)
+        refreshModules(GetCurrentProcess()); // modules that came meanwhile
+    prepared = true;
+}
+
+clsDiagnosticLine UtilpFrameLine(const void* address) noexcept {
+    clsDiagnosticLine line;
+    line.Put(u"  ");
+    PutModule(line, address);
+    PutFunction(line, address);
+    return line;
+}
+
+} // namespace tvut

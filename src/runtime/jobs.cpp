@@ -1,0 +1,17 @@
+#include "runtime/jobs.h"
+
+#include "runtime/heap/heap_node.h"
+
+namespace tvut {
+
+namespace {
+
+clsModuleList jobs(UtilpDestroyLeftHeaps);
+
+} // namespace
+
+clsModuleList& UtilpJobs() noexcept {
+    return jobs;
+}
+
+} // namespace tvut
