@@ -4,6 +4,8 @@
 #include "support/child.h"
 #include "support/debug_output.h"
 
+#include "support/import_hook.h"
+
 #include <tvut22/diagnostics.h>
 
 #include <map>
@@ -91,6 +93,31 @@ TEST(Viewer, IsFoundWhateverItPublishes) {
             EXPECT_EQ(receiver.next().text, std::to_wstring(size));
             UtilLOGPAN4Detach();
         }
+}
+
+TEST(Viewer, ThatReservesItsMemoryOnlyIsNone) {
+    const Handle mapping(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE | SEC_RESERVE, 0,
+                                            65536, LOGPAN_SHARED_INFO_LOCAL));
+    const DebugOutput output;
+    EXPECT_FALSE(UtilLOGPAN4Attach());
+    EXPECT_EQ(output.text().find(L"'LOGPAN4_SharedData' cannot be accessed: "), 0u) << output.text();
+}
+
+SIZE_T largestView = 0;
+void* WINAPI noteView(HANDLE mapping, DWORD access, DWORD high, DWORD low, SIZE_T bytes) {
+    largestView = std::max(largestView, bytes);
+    return MapViewOfFile(mapping, access, high, low, bytes);
+}
+
+TEST(Viewer, GetsLittleOfTheAddressSpace) {
+    const Receiver receiver;
+    const PublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, infoOf(receiver));
+    info->size = 0x40000000;
+    const ImportHook hook("MapViewOfFile", reinterpret_cast<void*>(noteView));
+    EXPECT_TRUE(UtilLOGPAN4Attach());
+    EXPECT_GE(largestView, 24u);
+    EXPECT_LE(largestView, 65536u);
+    UtilLOGPAN4Detach();
 }
 
 TEST(Viewer, GetsNothingThatItDoesNotWant) {
