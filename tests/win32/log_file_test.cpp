@@ -1,5 +1,6 @@
 // Diagnostic lines in the log file: their form, and that each arrives whole, in order, and counted.
 #include "support/child.h"
+#include "support/counted_allocations.h"
 #include "support/import_hook.h"
 
 #include <gtest/gtest.h>
@@ -78,6 +79,15 @@ void writeAndDie() {
     TerminateProcess(GetCurrentProcess(), 1);
 }
 
+// Settings that cannot be read for want of memory are read by a later line.
+void writeStarved() {
+    {
+        const CountedAllocations none(1);
+        PasDebug(L"lost");
+    }
+    PasDebug(L"kept");
+}
+
 void fillDisk() {
     const std::wstring line(200, L'x');
     const std::wstring padding = diskFile(L"padding");
@@ -94,9 +104,17 @@ void fillDisk() {
     PasDebug(L"after");
 }
 
+void keepLastError() {
+    SetLastError(1234);
+    UtilDebug(L"first");
+    UtilGetFlags();
+    TerminateProcess(GetCurrentProcess(), GetLastError());
+}
+
 const std::map<std::string, void (*)()> kScenarios = {
-    {"disk", fillDisk},  {"lines", writeLines},     {"deep", nestDeeply}, {"threads", writeFromThreads},
-    {"flags", askFlags}, {"flushes", countFlushes}, {"die", writeAndDie},
+    {"starved", writeStarved}, {"disk", fillDisk},        {"error", keepLastError},
+    {"lines", writeLines},     {"deep", nestDeeply},      {"threads", writeFromThreads},
+    {"flags", askFlags},       {"flushes", countFlushes}, {"die", writeAndDie},
 };
 
 // A machine whose settings name a log file.
@@ -196,6 +214,15 @@ TEST_F(LogFile, CanBeNamedForOneProcess) {
     EXPECT_EQ(Child(L"flags").exitCode(), 1u);
     SetEnvironmentVariableW(L"TVUT22_LOG", (folder_ / L"no such folder\\x.log").c_str());
     EXPECT_EQ(Child(L"flags").exitCode(), 0u);
+}
+
+TEST_F(LogFile, IsFoundWhenMemoryIsBack) {
+    EXPECT_EQ(Child(L"starved").exitCode(), 0u);
+    EXPECT_NE(log().find("kept"), std::string::npos);
+}
+
+TEST_F(LogFile, LeavesTheCallersErrorAlone) {
+    EXPECT_EQ(Child(L"error").exitCode(), 1234u);
 }
 
 TEST_F(LogFile, BeginsALineBehindWhatAFullDiskCutOff) {

@@ -41,13 +41,13 @@ bool clsDiagnosticWriter::NobodyListened() const noexcept {
 bool clsDiagnosticWriter::IsOn() noexcept {
     if (NobodyListened())
         return false;
+    const clsLastErrorKept lastError;
     Lock lock(section_);
     return Listening(lock);
 }
 
 bool clsDiagnosticWriter::Listening(Lock& lock) noexcept {
-    Begin();
-    if (!shared_.IsOpen())
+    if (!Begin())
         return false;
     if (logFile_.IsOpen())
         return true;
@@ -61,19 +61,20 @@ bool clsDiagnosticWriter::Listening(Lock& lock) noexcept {
     return there;
 }
 
-void clsDiagnosticWriter::Begin() noexcept {
+bool clsDiagnosticWriter::Begin() noexcept {
     if (begun_)
-        return;
-    begun_ = true;
-    if (!shared_.Open())
-        return;
+        return shared_.IsOpen();
     try {
         const scOutputSettings settings = UtilpReadOutputSettings();
+        begun_ = true;
+        if (!shared_.Open())
+            return false;
         clock_.Start(settings.counterTime);
         if (!settings.logFile.empty())
             logFile_.Open(settings.logFile.c_str(), settings.flushLogFile);
-    } catch (...) { // no memory for the settings: as if there were none
+    } catch (...) { // no memory for the settings: the next line asks for them again
     }
+    return shared_.IsOpen();
 }
 
 bool clsDiagnosticWriter::AttachIsDue() const noexcept {
@@ -116,6 +117,7 @@ void clsDiagnosticWriter::Write(std::u16string_view tag, scLevelChange change,
                                 std::u16string_view text) noexcept {
     if (NobodyListened())
         return;
+    const clsLastErrorKept lastError;
     Lock lock(section_);
     if (writing_ || !Listening(lock))
         return;
@@ -164,8 +166,7 @@ void clsDiagnosticWriter::WriteToLogFile(std::u16string_view line) noexcept {
 
 bool clsDiagnosticWriter::Attach() noexcept {
     Lock lock(section_);
-    Begin();
-    if (!shared_.IsOpen())
+    if (!Begin())
         return false;
     if (looker_ != 0)
         AwaitFirstLook();
@@ -186,8 +187,7 @@ void clsDiagnosticWriter::Detach() noexcept {
 
 void clsDiagnosticWriter::ModuleComes() noexcept {
     Lock lock(section_);
-    Begin();
-    if (!shared_.IsOpen())
+    if (!Begin())
         return;
     UtilpCountModule(shared_);
     if (viewer_ && !socket_.IsOpen())

@@ -42,7 +42,7 @@ class clsDiagnosticWriter {
 
     bool NobodyListened() const noexcept;
     bool Listening(Lock& lock) noexcept;
-    void Begin() noexcept;
+    bool Begin() noexcept; // false: there will be no output, or not yet
     bool AttachIsDue() const noexcept;
     void LookForViewer(Lock& lock) noexcept;
     void AwaitFirstLook() noexcept;
