@@ -6,7 +6,7 @@
 
 #include "support/import_hook.h"
 
-#include <tvut22/diagnostics.h>
+#include <tvut22/util.h>
 
 #include <map>
 #include <thread>
@@ -168,6 +168,60 @@ TEST(Viewer, IsNotDisturbedByLinesAboutLines) {
     EXPECT_EQ(moved.next().text, L"second");
     std::jthread([] { UtilDebug(L"third"); }).join(); // the lock is free
     EXPECT_EQ(moved.next().text, L"third");
+}
+
+// ---- Callers within the loader ---------------------------------------------------------------------
+
+/// Stands for a thread within the loader while another needs the loader: `needsLoader` is called where the
+/// system would load a library, and does not return until the thread's lines and jobs are through.
+struct Loader {
+    static inline int passed = 0;
+    static void needsLoader() {
+        std::jthread([] {
+            UtilDebug(L"from within the loader");
+            UtilJobClose(UtilJobOpen(L"within the loader", 0));
+            ++passed;
+        }).join();
+    }
+    static int WINAPI startup(WORD version, WSADATA* data) {
+        needsLoader();
+        return WSAStartup(version, data);
+    }
+    static int WINAPI cleanup() {
+        needsLoader();
+        return WSACleanup();
+    }
+    static HWND WINAPI findWindow(const wchar_t* name, const wchar_t* title) {
+        needsLoader();
+        return FindWindowW(name, title);
+    }
+};
+
+/// Child: everything that may need the loader. Each step that holds a lock meanwhile hangs.
+void needLoader() {
+    const ImportHook hooks[] = {{"WSAStartup", reinterpret_cast<void*>(Loader::startup)},
+                                {"WSACleanup", reinterpret_cast<void*>(Loader::cleanup)},
+                                {"FindWindowW", reinterpret_cast<void*>(Loader::findWindow)}};
+    UtilJobOpen(L"traced", UTIL_JOB_TRACE);
+    const Receiver receiver, moved;
+    const PublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, infoOf(receiver));
+    UtilLOGPAN4Attach();
+    info->port = moved.port();
+    UtilDebug(L"moved");
+    UtilModuleOnAttach(L"module");
+    UtilModuleOnDetach(L"module");
+    UtilModuleOnAttach(L"module");
+    UtilLOGPAN4Detach();
+    TerminateProcess(GetCurrentProcess(), Loader::passed >= 5 ? 0 : 2);
+}
+
+TEST(Loader, IsNeverNeededWithALockHeld) {
+    const Child child(L"loader");
+    if (!child.endsWithin(30000)) {
+        child.kill();
+        FAIL() << "a deadlock";
+    }
+    EXPECT_EQ(child.exitCode(), 0u);
 }
 
 // ---- Second processes ------------------------------------------------------------------------------
@@ -361,7 +415,7 @@ TEST(Assertion, EndsTheProcessWhateverIsPressed) {
 }
 
 const std::map<std::string, void (*)()> kRoles = {
-    {"deaf", beDeafViewer}, {"writer", beWriter}, {"assertion", beFailedAssertion}};
+    {"deaf", beDeafViewer}, {"writer", beWriter}, {"assertion", beFailedAssertion}, {"loader", needLoader}};
 
 } // namespace
 } // namespace testing_prof

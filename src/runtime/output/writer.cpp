@@ -1,5 +1,6 @@
 #include "runtime/output/writer.h"
 
+#include "runtime/global_lock.h"
 #include "runtime/output/debugger.h"
 #include "runtime/output/narrow_line.h"
 #include "runtime/output/settings.h"
@@ -46,12 +47,18 @@ bool clsDiagnosticWriter::IsOn() noexcept {
     return Listening(lock);
 }
 
+void clsDiagnosticWriter::LookAhead() noexcept {
+    if (!settled_.load(std::memory_order_relaxed))
+        IsOn();
+}
+
 bool clsDiagnosticWriter::Listening(Lock& lock) noexcept {
     if (!Begin())
         return false;
+    settled_.store(logFile_.IsOpen() || viewer_, std::memory_order_relaxed);
     if (logFile_.IsOpen())
         return true;
-    if (AttachIsDue())
+    if (AttachIsDue() && !UtilpHoldsGlobalLock())
         LookForViewer(lock);
     else if (!everLooked_)
         AwaitFirstLook();
@@ -78,7 +85,8 @@ bool clsDiagnosticWriter::Begin() noexcept {
 }
 
 bool clsDiagnosticWriter::AttachIsDue() const noexcept {
-    return !viewer_ && looker_ == 0 && (!everLooked_ || GetTickCount() - lastLook_ >= retryInterval);
+    return (!viewer_ || !socket_.IsOpen()) && looker_ == 0 &&
+           (!everLooked_ || GetTickCount() - lastLook_ >= retryInterval);
 }
 
 void clsDiagnosticWriter::LookForViewer(Lock& lock) noexcept {
@@ -107,8 +115,12 @@ void clsDiagnosticWriter::LookForViewer(Lock& lock) noexcept {
 
 void clsDiagnosticWriter::AwaitFirstLook() noexcept {
     const DWORD start = GetTickCount();
-    while (looker_ != 0 && looker_ != GetCurrentThreadId() && GetTickCount() - start < longestFirstLook)
-        section_.Sleep(looked_, longestFirstLook);
+    DWORD waited = 0;
+    for (; looker_ != 0 && looker_ != GetCurrentThreadId() && waited < longestFirstLook;
+         waited = GetTickCount() - start)
+        section_.Sleep(looked_, longestFirstLook - waited);
+    if (waited >= longestFirstLook)
+        everLooked_ = true; // once is enough: no line after this one waits
 }
 
 // ---- Writing a line --------------------------------------------------------------------------------
@@ -177,12 +189,14 @@ bool clsDiagnosticWriter::Attach() noexcept {
 }
 
 void clsDiagnosticWriter::Detach() noexcept {
-    const Lock lock(section_);
+    Lock lock(section_);
     viewer_ = {};
     mailslot_.Detach();
-    if (shared_.IsOpen())
-        socket_.Close();
+    settled_ = logFile_.IsOpen();
     lastLook_ = GetTickCount();
+    const LONG unneeded = shared_.IsOpen() ? socket_.Take() : 0;
+    lock.unlock();
+    UtilpCloseSocket(unneeded);
 }
 
 void clsDiagnosticWriter::ModuleComes() noexcept {
@@ -190,14 +204,20 @@ void clsDiagnosticWriter::ModuleComes() noexcept {
     if (!Begin())
         return;
     UtilpCountModule(shared_);
-    if (viewer_ && !socket_.IsOpen())
+    const bool attached = static_cast<bool>(viewer_);
+    lock.unlock();
+    if (attached)
         socket_.Open();
 }
 
 void clsDiagnosticWriter::ModuleGoes() noexcept {
-    const Lock lock(section_);
-    if (shared_.IsOpen())
-        UtilpDiscountModule(shared_);
+    Lock lock(section_);
+    if (!shared_.IsOpen() || !UtilpDiscountModule(shared_))
+        return;
+    lastLook_ = GetTickCount() - retryInterval; // whoever writes all the same opens it again at once
+    const LONG unneeded = socket_.Take();
+    lock.unlock();
+    UtilpCloseSocket(unneeded);
 }
 
 // Asks for no lock: a thread that holds it may be dead, or its code about to vanish.
