@@ -11,7 +11,7 @@
  * %I64u a 64-bit number, %#p a pointer. Text is UTF-16.
  *
  * Any thread may write, at any time but from within the loader's callbacks at process exit. Nothing here
- * fails, waits for a viewer, or keeps what it is given.
+ * fails, waits for a viewer, or keeps what it is given; writing leaves the thread's last error as it is.
  */
 #ifndef TVUT22_DIAGNOSTICS_H
 #define TVUT22_DIAGNOSTICS_H

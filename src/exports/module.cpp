@@ -10,6 +10,7 @@
 #include "runtime/output/writer.h"
 #include "text/hash.h"
 
+#include <mutex>
 #include <windows.h>
 
 namespace {
@@ -43,7 +44,7 @@ void CheckHostRoundtrips() noexcept {
 }
 
 void ProcessAttaches() noexcept {
-    const tvut::clsGlobalLockGuard lock(tvut::UtilpGlobalLock());
+    const std::lock_guard lock(tvut::UtilpGlobalLock()); // and nothing else: no viewer is looked for
     ++attachCount;
     CheckHostRoundtrips();
 }
@@ -52,7 +53,7 @@ void ProcessAttaches() noexcept {
 void ProcessDetaches() noexcept {
     if (!tvut::UtilpGlobalLock().try_lock())
         return;
-    const tvut::clsGlobalLockGuard lock(tvut::UtilpGlobalLock(), std::adopt_lock);
+    const std::lock_guard lock(tvut::UtilpGlobalLock(), std::adopt_lock);
     --attachCount;
 }
 

@@ -71,20 +71,25 @@ clsDiagnosticLine CreateTraceLine(UtilJob job, const wchar_t* name, UINT flags) 
 }
 
 // A call on a heap as a whole, traced where the heap's job asks for it.
-template <class Call>
-INT OnHeap(UtilHeap handle, std::u16string_view name, Call call) noexcept {
+template <class Call, class Refuse>
+INT OnHeap(UtilHeap handle, std::u16string_view name, Call call, Refuse refuse) noexcept {
     if (!handle)
         return UTIL_OK;
-    const clsGlobalLockGuard lock(UtilpGlobalLock());
+    const clsGlobalLockGuard lock;
     clsHeapNode* const heap = FromHandle(handle);
     if (!UtilpIsHeap(heap))
-        return UTIL_HEAP_FAILED;
+        return refuse();
     const bool traced = heap->Traced() && UtilpDiagnosticsOn();
     const clsDiagnosticGroup trace(traced, traced ? TraceLine(name, *heap) : clsDiagnosticLine());
     const auto result = static_cast<INT>(call(*heap));
     if (traced)
         trace.Line(clsDiagnosticLine().Put(u"->").Put(result));
     return result;
+}
+
+template <class Call>
+INT OnHeap(UtilHeap handle, std::u16string_view name, Call call) noexcept {
+    return OnHeap(handle, name, call, [] { return UTIL_HEAP_FAILED; });
 }
 
 INT DeleteUnknown(const void* handle) noexcept {
@@ -102,7 +107,7 @@ void* Allocate(UtilHeap handle, const scAllocation& wanted) {
     void* payload = nullptr;
     unsigned long exception = 0;
     {
-        const clsGlobalLockGuard lock(UtilpGlobalLock());
+        const clsGlobalLockGuard lock;
         payload = UtilpAllocateObject(FromHandle(handle), wanted, exception);
     }
     if (exception == STATUS_NO_MEMORY)
@@ -114,7 +119,7 @@ void* Allocate(UtilHeap handle, const scAllocation& wanted) {
 
 TVUT22_API UtilHeap TVUT22_CALL UtilHeapCreate(UtilJob job, const wchar_t* name, UINT flags) {
     UtilpPrepareStackNames();
-    const clsGlobalLockGuard lock(UtilpGlobalLock());
+    const clsGlobalLockGuard lock;
     auto* const module = reinterpret_cast<clsModuleNode*>(job);
     if (!UtilpJobs().Holds(module) || !module)
         return nullptr;
@@ -128,13 +133,8 @@ TVUT22_API UtilHeap TVUT22_CALL UtilHeapCreate(UtilJob job, const wchar_t* name,
 }
 
 TVUT22_API INT TVUT22_CALL UtilHeapDelete(UtilHeap heap) {
-    if (!heap)
-        return UTIL_OK;
     UtilpPrepareStackNames();
-    const clsGlobalLockGuard lock(UtilpGlobalLock());
-    if (!UtilpIsHeap(FromHandle(heap)))
-        return DeleteUnknown(heap);
-    return OnHeap(heap, u"UtilHeapDelete", UtilpDeleteHeap);
+    return OnHeap(heap, u"UtilHeapDelete", UtilpDeleteHeap, [=] { return DeleteUnknown(heap); });
 }
 
 TVUT22_API INT TVUT22_CALL UtilHeapValidate(UtilHeap heap, void* payload, UINT) {
@@ -167,14 +167,14 @@ TVUT22_API INT TVUT22_CALL UtilHeapObjectFree(UtilHeap heap, void* payload) {
         RuntimeFree(payload);
         return UTIL_OK;
     }
-    const clsGlobalLockGuard lock(UtilpGlobalLock());
+    const clsGlobalLockGuard lock;
     return static_cast<INT>(UtilpFreeObject(FromHandle(heap), payload));
 }
 
 TVUT22_API INT TVUT22_CALL UtilHeapObjectSize(UtilHeap heap, void* payload) {
     if (!heap)
         return payload ? *SizeWordOf(payload) : 0;
-    const clsGlobalLockGuard lock(UtilpGlobalLock());
+    const clsGlobalLockGuard lock;
     clsHeapNode* const node = FromHandle(heap);
     return UtilpIsHeap(node) ? UtilpObjectSize(*node, payload) : UTIL_HEAP_BAD_OBJECT;
 }

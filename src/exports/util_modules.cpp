@@ -3,9 +3,9 @@
 #include "platform/wide.h"
 #include "runtime/diagnostic_group.h"
 #include "runtime/global_lock.h"
-#include "runtime/language.h"
 #include "runtime/heap/stack_names.h"
 #include "runtime/jobs.h"
+#include "runtime/language.h"
 #include "runtime/output/writer.h"
 
 #include <tvut22/modules.h>
@@ -57,7 +57,7 @@ clsDiagnosticLine ModuleLine(std::u16string_view sign, const wchar_t* module) no
 } // namespace
 
 TVUT22_API UtilJob TVUT22_CALL UtilJobOpen(const wchar_t* name, UINT flags) {
-    const clsGlobalLockGuard lock(UtilpGlobalLock());
+    const clsGlobalLockGuard lock;
     const auto signedFlags = static_cast<std::int32_t>(flags);
     const bool traced = (flags & UTIL_JOB_TRACE) != 0 && UtilpDiagnosticsOn();
     const clsDiagnosticGroup trace(traced, traced ? OpenTrace(name, flags) : clsDiagnosticLine());
@@ -72,7 +72,7 @@ TVUT22_API INT TVUT22_CALL UtilJobClose(UtilJob handle) {
     if (!handle)
         return UTIL_OK;
     UtilpPrepareStackNames();
-    const clsGlobalLockGuard lock(UtilpGlobalLock());
+    const clsGlobalLockGuard lock;
     clsModuleNode* const job = FromHandle(handle);
     const bool traced = UtilpJobs().Holds(job) && job->Traced() && UtilpDiagnosticsOn();
     const clsDiagnosticGroup trace(traced, traced ? CloseTrace(job) : clsDiagnosticLine());

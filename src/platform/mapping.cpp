@@ -2,6 +2,16 @@
 
 namespace tvut {
 
+namespace {
+
+// Whoever makes a mapping may leave its pages without memory: touching them would end the process.
+bool HasMemory(const void* view) noexcept {
+    MEMORY_BASIC_INFORMATION pages;
+    return VirtualQuery(view, &pages, sizeof pages) == sizeof pages && pages.State == MEM_COMMIT;
+}
+
+} // namespace
+
 clsMapping clsMapping::OpenForReading(const wchar_t* name) noexcept {
     clsMapping mapping;
     mapping.access_ = FILE_MAP_READ;
@@ -24,6 +34,10 @@ bool clsMapping::Map(std::size_t bytes) noexcept {
     clsView view(MapViewOfFile(object_.Get(), access_, 0, 0, bytes));
     if (!view)
         return false;
+    if (!HasMemory(view.Get())) {
+        SetLastError(ERROR_INVALID_ADDRESS);
+        return false;
+    }
     view_ = std::move(view);
     return true;
 }

@@ -29,7 +29,8 @@ class clsMapping {
     // The memory of that name, made when there is none.
     static clsMapping OpenOrCreate(const wchar_t* name, std::size_t bytes, bool& created) noexcept;
 
-    // Maps the first so many bytes in place of what is mapped now, which stays when that fails.
+    // Maps the first so many bytes in place of what is mapped now, which stays when that fails. Fails
+    // for memory that is only reserved; the first page stands for the rest.
     bool Map(std::size_t bytes) noexcept;
 
     bool HasObject() const noexcept { return static_cast<bool>(object_); }

@@ -9,6 +9,18 @@
 
 namespace tvut {
 
+// Keeps the thread's last-error value as it is now, whatever is called while the object lives.
+class clsLastErrorKept {
+  public:
+    clsLastErrorKept() noexcept : error_(GetLastError()) {}
+    ~clsLastErrorKept() { SetLastError(error_); }
+    clsLastErrorKept(const clsLastErrorKept&) = delete;
+    clsLastErrorKept& operator=(const clsLastErrorKept&) = delete;
+
+  private:
+    DWORD error_;
+};
+
 template <class Policy>
 class clsOwned {
   public:
@@ -41,10 +53,9 @@ class clsOwned {
     void Reset() noexcept {
         if (value_ == Policy::None())
             return;
-        const DWORD lastError = GetLastError();
+        const clsLastErrorKept lastError;
         Policy::Close(value_);
         value_ = Policy::None();
-        SetLastError(lastError);
     }
 
   private:

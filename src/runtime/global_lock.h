@@ -4,12 +4,21 @@
 
 #include "platform/critical_section.h"
 
-#include <mutex>
-
 namespace tvut {
 
 clsCriticalSection& UtilpGlobalLock() noexcept;
 
-using clsGlobalLockGuard = std::lock_guard<clsCriticalSection>;
+// Holds the global lock for exports. A viewer is looked for before, if that is due: it may need the loader,
+// and client modules open their jobs from within the loader.
+class clsGlobalLockGuard {
+  public:
+    clsGlobalLockGuard() noexcept;
+    ~clsGlobalLockGuard();
+    clsGlobalLockGuard(const clsGlobalLockGuard&) = delete;
+    clsGlobalLockGuard& operator=(const clsGlobalLockGuard&) = delete;
+};
+
+// Whether the calling thread is within a clsGlobalLockGuard.
+bool UtilpHoldsGlobalLock() noexcept;
 
 } // namespace tvut

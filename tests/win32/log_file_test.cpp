@@ -1,5 +1,6 @@
 // Diagnostic lines in the log file: their form, and that each arrives whole, in order, and counted.
 #include "support/child.h"
+#include "support/counted_allocations.h"
 #include "support/import_hook.h"
 
 #include <gtest/gtest.h>
@@ -14,6 +15,12 @@ namespace testing_prof {
 namespace {
 
 constexpr const wchar_t* kMachineKey = L"software\\Velmor";
+
+std::wstring diskFile(const wchar_t* name) {
+    wchar_t disk[MAX_PATH] = {};
+    GetEnvironmentVariableW(L"TVUT22_SMALL_DISK", disk, MAX_PATH);
+    return disk + std::wstring(L"\\") + name;
+}
 
 void writeLines() {
     UtilDebug(L"number %d, wide %s, narrow %hs, %I64u %#p", -5, L"\u20ac", "8-bit", 1ull << 40,
@@ -72,9 +79,42 @@ void writeAndDie() {
     TerminateProcess(GetCurrentProcess(), 1);
 }
 
+// Settings that cannot be read for want of memory are read by a later line.
+void writeStarved() {
+    {
+        const CountedAllocations none(1);
+        PasDebug(L"lost");
+    }
+    PasDebug(L"kept");
+}
+
+void fillDisk() {
+    const std::wstring line(200, L'x');
+    const std::wstring padding = diskFile(L"padding");
+    PasDebug(L"begin");
+    {
+        const Handle file(CreateFileW(padding.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+        const char bytes[512] = {};
+        for (DWORD written = 1; written != 0;)
+            WriteFile(file.get(), bytes, sizeof bytes, &written, nullptr);
+        for (int i = 0; i < 50; ++i)
+            PasDebug(line.c_str());
+    }
+    DeleteFileW(padding.c_str());
+    PasDebug(L"after");
+}
+
+void keepLastError() {
+    SetLastError(1234);
+    UtilDebug(L"first");
+    UtilGetFlags();
+    TerminateProcess(GetCurrentProcess(), GetLastError());
+}
+
 const std::map<std::string, void (*)()> kScenarios = {
-    {"lines", writeLines}, {"deep", nestDeeply},      {"threads", writeFromThreads},
-    {"flags", askFlags},   {"flushes", countFlushes}, {"die", writeAndDie},
+    {"starved", writeStarved}, {"disk", fillDisk},        {"error", keepLastError},
+    {"lines", writeLines},     {"deep", nestDeeply},      {"threads", writeFromThreads},
+    {"flags", askFlags},       {"flushes", countFlushes}, {"die", writeAndDie},
 };
 
 // A machine whose settings name a log file.
@@ -174,6 +214,46 @@ TEST_F(LogFile, CanBeNamedForOneProcess) {
     EXPECT_EQ(Child(L"flags").exitCode(), 1u);
     SetEnvironmentVariableW(L"TVUT22_LOG", (folder_ / L"no such folder\\x.log").c_str());
     EXPECT_EQ(Child(L"flags").exitCode(), 0u);
+}
+
+TEST_F(LogFile, IsFoundWhenMemoryIsBack) {
+    EXPECT_EQ(Child(L"starved").exitCode(), 0u);
+    EXPECT_NE(log().find("kept"), std::string::npos);
+}
+
+TEST_F(LogFile, LeavesTheCallersErrorAlone) {
+    EXPECT_EQ(Child(L"error").exitCode(), 1234u);
+}
+
+TEST_F(LogFile, BeginsALineBehindWhatAFullDiskCutOff) {
+    const std::wstring name = diskFile(L"lines.log");
+    SetEnvironmentVariableW(L"TVUT22_LOG", name.c_str());
+    EXPECT_EQ(Child(L"disk").exitCode(), 0u);
+    const std::string lines = readFile(name);
+    DeleteFileW(name.c_str());
+    EXPECT_TRUE(std::regex_search(lines, std::regex("xx\r\n[^x\r]* after\r\n$")))
+        << lines.substr(lines.size() - std::min<std::size_t>(lines.size(), 300));
+}
+
+// The word of shared memory by which processes agree may hold anything.
+TEST_F(LogFile, IsWrittenWhoeverHoldsItsLock) {
+    const Handle file(
+        CreateFileW((folder_ / L"lines.log").c_str(), GENERIC_WRITE, 7, nullptr, CREATE_NEW, 0, nullptr));
+    BY_HANDLE_FILE_INFORMATION identity{};
+    GetFileInformationByHandle(file.get(), &identity);
+    wchar_t name[64] = {};
+    swprintf(name, std::size(name), L"QmzLOGPANLogFile_%08lx_%08lx%08lx", identity.dwVolumeSerialNumber,
+             identity.nFileIndexHigh, identity.nFileIndexLow);
+    const Handle mapping(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, 4, name));
+    auto* const word = static_cast<volatile LONG*>(MapViewOfFile(mapping.get(), FILE_MAP_WRITE, 0, 0, 0));
+    const LONG dead = 0x7FFFFFF0, alive = static_cast<LONG>(GetCurrentProcessId());
+    for (const LONG owner : {dead, alive}) {
+        *word = owner;
+        EXPECT_EQ(Child(L"die").exitCode(), 1u);
+        EXPECT_EQ(*word, owner == alive ? alive : 0) << "a dead process's lock is taken, a live one's is not";
+    }
+    UnmapViewOfFile(const_cast<LONG*>(word));
+    EXPECT_EQ(constantPart(), "@1  last words\r\n@1  last words\r\n");
 }
 
 struct Source {

@@ -4,7 +4,9 @@
 #include "support/child.h"
 #include "support/debug_output.h"
 
-#include <tvut22/diagnostics.h>
+#include "support/import_hook.h"
+
+#include <tvut22/util.h>
 
 #include <map>
 #include <thread>
@@ -93,6 +95,31 @@ TEST(Viewer, IsFoundWhateverItPublishes) {
         }
 }
 
+TEST(Viewer, ThatReservesItsMemoryOnlyIsNone) {
+    const Handle mapping(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE | SEC_RESERVE, 0,
+                                            65536, LOGPAN_SHARED_INFO_LOCAL));
+    const DebugOutput output;
+    EXPECT_FALSE(UtilLOGPAN4Attach());
+    EXPECT_EQ(output.text().find(L"'LOGPAN4_SharedData' cannot be accessed: "), 0u) << output.text();
+}
+
+SIZE_T largestView = 0;
+void* WINAPI noteView(HANDLE mapping, DWORD access, DWORD high, DWORD low, SIZE_T bytes) {
+    largestView = std::max(largestView, bytes);
+    return MapViewOfFile(mapping, access, high, low, bytes);
+}
+
+TEST(Viewer, GetsLittleOfTheAddressSpace) {
+    const Receiver receiver;
+    const PublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, infoOf(receiver));
+    info->size = 0x40000000;
+    const ImportHook hook("MapViewOfFile", reinterpret_cast<void*>(noteView));
+    EXPECT_TRUE(UtilLOGPAN4Attach());
+    EXPECT_GE(largestView, 24u);
+    EXPECT_LE(largestView, 65536u);
+    UtilLOGPAN4Detach();
+}
+
 TEST(Viewer, GetsNothingThatItDoesNotWant) {
     const Viewer viewer;
     viewer.info->mask = 0;
@@ -141,6 +168,60 @@ TEST(Viewer, IsNotDisturbedByLinesAboutLines) {
     EXPECT_EQ(moved.next().text, L"second");
     std::jthread([] { UtilDebug(L"third"); }).join(); // the lock is free
     EXPECT_EQ(moved.next().text, L"third");
+}
+
+// ---- Callers within the loader ---------------------------------------------------------------------
+
+/// Stands for a thread within the loader while another needs the loader: `needsLoader` is called where the
+/// system would load a library, and does not return until the thread's lines and jobs are through.
+struct Loader {
+    static inline int passed = 0;
+    static void needsLoader() {
+        std::jthread([] {
+            UtilDebug(L"from within the loader");
+            UtilJobClose(UtilJobOpen(L"within the loader", 0));
+            ++passed;
+        }).join();
+    }
+    static int WINAPI startup(WORD version, WSADATA* data) {
+        needsLoader();
+        return WSAStartup(version, data);
+    }
+    static int WINAPI cleanup() {
+        needsLoader();
+        return WSACleanup();
+    }
+    static HWND WINAPI findWindow(const wchar_t* name, const wchar_t* title) {
+        needsLoader();
+        return FindWindowW(name, title);
+    }
+};
+
+/// Child: everything that may need the loader. Each step that holds a lock meanwhile hangs.
+void needLoader() {
+    const ImportHook hooks[] = {{"WSAStartup", reinterpret_cast<void*>(Loader::startup)},
+                                {"WSACleanup", reinterpret_cast<void*>(Loader::cleanup)},
+                                {"FindWindowW", reinterpret_cast<void*>(Loader::findWindow)}};
+    UtilJobOpen(L"traced", UTIL_JOB_TRACE);
+    const Receiver receiver, moved;
+    const PublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, infoOf(receiver));
+    UtilLOGPAN4Attach();
+    info->port = moved.port();
+    UtilDebug(L"moved");
+    UtilModuleOnAttach(L"module");
+    UtilModuleOnDetach(L"module");
+    UtilModuleOnAttach(L"module");
+    UtilLOGPAN4Detach();
+    TerminateProcess(GetCurrentProcess(), Loader::passed >= 5 ? 0 : 2);
+}
+
+TEST(Loader, IsNeverNeededWithALockHeld) {
+    const Child child(L"loader");
+    if (!child.endsWithin(30000)) {
+        child.kill();
+        FAIL() << "a deadlock";
+    }
+    EXPECT_EQ(child.exitCode(), 0u);
 }
 
 // ---- Second processes ------------------------------------------------------------------------------
@@ -334,7 +415,7 @@ TEST(Assertion, EndsTheProcessWhateverIsPressed) {
 }
 
 const std::map<std::string, void (*)()> kRoles = {
-    {"deaf", beDeafViewer}, {"writer", beWriter}, {"assertion", beFailedAssertion}};
+    {"deaf", beDeafViewer}, {"writer", beWriter}, {"assertion", beFailedAssertion}, {"loader", needLoader}};
 
 } // namespace
 } // namespace testing_prof

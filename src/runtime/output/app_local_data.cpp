@@ -8,8 +8,7 @@ namespace tvut {
 
 namespace {
 
-// The holder opens a socket at most. Waiting for ever could mean waiting for a thread that itself waits
-// for the loader, while this one was called from within it.
+// The holder changes a number. Whoever does not get the mutex in this time does without.
 constexpr DWORD longestWait = 1000; // milliseconds
 
 // The process id makes the name the process's own; the host's module handle is the same for all copies.

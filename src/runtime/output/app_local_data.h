@@ -2,7 +2,7 @@
 // number of client modules, and the datagram socket.
 //
 // It is a small named mapping. Level and counter are changed atomically; a kernel mutex, which costs
-// microseconds, guards only the number of modules and the opening and closing of the socket.
+// microseconds, guards only the number of modules.
 #pragma once
 
 #include "platform/mapping.h"
@@ -15,7 +15,7 @@ struct scAppLocalData {
     LONG level;
     LONG lines;
     LONG modules;
-    UINT32 socket; // 0: none
+    LONG socket; // 0: none
 };
 
 class clsAppLocalData {
@@ -32,7 +32,12 @@ class clsAppLocalData {
         return static_cast<std::uint32_t>(InterlockedIncrement(&Data()->lines));
     }
 
-    // The number of modules and the socket, while the mutex is held.
+    LONG Socket() const noexcept { return InterlockedCompareExchange(&Data()->socket, 0, 0); }
+    // False when there is one already.
+    bool OfferSocket(LONG made) noexcept { return InterlockedCompareExchange(&Data()->socket, made, 0) == 0; }
+    LONG ExchangeSocket(LONG other) noexcept { return InterlockedExchange(&Data()->socket, other); }
+
+    // The number of modules, while the mutex is held.
     class clsExclusive {
       public:
         explicit clsExclusive(clsAppLocalData& shared) noexcept;
@@ -45,8 +50,6 @@ class clsAppLocalData {
         clsAppLocalData& shared_;
         bool held_;
     };
-
-    UINT32 Socket() const noexcept { return *static_cast<const volatile UINT32*>(&Data()->socket); }
 
   private:
     scAppLocalData* Data() const noexcept { return mapping_.As<scAppLocalData>(); }

@@ -4,6 +4,12 @@
 
 namespace tvut {
 
+namespace {
+
+constexpr std::string_view lineEnd = "\r\n";
+
+} // namespace
+
 void clsLogFile::Open(const wchar_t* name, bool flush) noexcept {
     const DWORD everything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     file_ = clsFileHandle(CreateFileW(name, FILE_APPEND_DATA | SYNCHRONIZE, everything, nullptr, OPEN_ALWAYS,
@@ -14,11 +20,23 @@ void clsLogFile::Open(const wchar_t* name, bool flush) noexcept {
 }
 
 void clsLogFile::Write(std::string_view line) noexcept {
-    const std::lock_guard guard(lock_);
-    DWORD written = 0;
-    WriteFile(file_.Get(), line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
-    if (flush_)
+    {
+        const std::lock_guard guard(lock_);
+        if (torn_)
+            torn_ = Append(lineEnd) < lineEnd.size();
+        if (!torn_) {
+            const std::size_t written = Append(line);
+            torn_ = written > 0 && written < line.size();
+        }
+    }
+    if (flush_) // takes milliseconds, in which others may write
         FlushFileBuffers(file_.Get());
+}
+
+std::size_t clsLogFile::Append(std::string_view bytes) noexcept {
+    DWORD written = 0;
+    WriteFile(file_.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    return written;
 }
 
 } // namespace tvut

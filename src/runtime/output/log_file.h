@@ -15,13 +15,17 @@ class clsLogFile {
     bool IsOpen() const noexcept { return static_cast<bool>(file_); }
 
     // Hands the bytes to the system in one piece, so that they are in the file when the call returns,
-    // whatever becomes of this process, and never inside another process's line.
+    // whatever becomes of this process, and never inside another process's line. Where a full disk took a
+    // part of a line only, the next one that it takes begins a line of its own.
     void Write(std::string_view line) noexcept;
 
   private:
+    std::size_t Append(std::string_view bytes) noexcept; // gives how many bytes the file took
+
     clsFileHandle file_;
     clsLogFileLock lock_;
     bool flush_ = false;
+    bool torn_ = false; // the file ends with a part of a line
 };
 
 } // namespace tvut

@@ -14,6 +14,7 @@ static_assert(sizeof(LogpanSharedInfo) == 24);
 
 constexpr std::size_t leastDatagram = 512;
 constexpr std::size_t mostDatagram = 65507; // as much as UDP carries
+constexpr UINT32 mostMapped = 0x10000;      // a viewer gets no more of a program's address space
 
 const volatile LogpanSharedInfo& Published(const clsMapping& mapping) noexcept {
     return *mapping.As<const volatile LogpanSharedInfo>();
@@ -51,12 +52,12 @@ clsViewerInfo clsViewerInfo::Find() noexcept {
         return info;
     if (!info.mapping_.Map(sizeof(LogpanSharedInfo))) {
         Report(u"cannot be accessed");
-        return info;
+        return {}; // keeps nothing of it, so that another viewer may take the name
     }
     // A viewer that publishes more is mapped whole; one that lies about it keeps the part that is there.
     const UINT32 size = Published(info.mapping_).size;
     if (size > sizeof(LogpanSharedInfo))
-        info.mapping_.Map(size);
+        info.mapping_.Map(std::min(size, mostMapped));
     return info;
 }
 

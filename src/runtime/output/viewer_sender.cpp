@@ -50,11 +50,9 @@ void clsViewerSender::Send(const scViewerAddress& viewer, const SYSTEMTIME& time
 void clsViewerSender::FollowPort(std::uint16_t port) noexcept {
     if (lastPort_ != 0 && port != lastPort_) {
         UtilpWriteToDebugger(u"re-attach to new LOGPAN port!\n");
-        socket_.Close();
+        socket_.Renew();
     }
     lastPort_ = port;
-    if (!socket_.IsOpen())
-        socket_.Open();
 }
 
 } // namespace tvut

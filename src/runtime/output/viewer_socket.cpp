@@ -22,7 +22,11 @@ void Report(std::u16string_view what, int error, std::u16string_view end) noexce
 // Known before it is asked for: another copy of the writer may have opened the socket.
 in_addr g_loopback = {{{127, 0, 0, 1}}};
 
-// The system's set-up may have moved the name.
+// The system's set-up may have moved the name, but lines never leave the machine.
+bool IsLoopback(const in_addr& address) noexcept {
+    return (ntohl(address.s_addr) >> 24) == 127;
+}
+
 void ResolveLoopback() noexcept {
     ADDRINFOW wanted{};
     wanted.ai_family = AF_INET;
@@ -32,31 +36,30 @@ void ResolveLoopback() noexcept {
         Report(u"GetAddrInfo() returned ", error, u"\n");
         return;
     }
-    if (found && found->ai_addrlen == sizeof(sockaddr_in))
-        g_loopback = reinterpret_cast<const sockaddr_in*>(found->ai_addr)->sin_addr;
+    if (found && found->ai_addrlen == sizeof(sockaddr_in)) {
+        const in_addr& address = reinterpret_cast<const sockaddr_in*>(found->ai_addr)->sin_addr;
+        if (IsLoopback(address))
+            g_loopback = address;
+    }
     FreeAddrInfoW(found);
 }
 
-UINT32 MakeSocket() noexcept {
-    WSADATA data;
-    if (const int error = WSAStartup(MAKEWORD(2, 2), &data); error != 0) {
-        Report(u"clsViewerSocket::Open: WSAStartup() returned '", error, u"'\n");
-        return 0;
-    }
+LONG MakeSocket() noexcept {
     const SOCKET made = socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
     if (made == INVALID_SOCKET) {
         Report(u"clsViewerSocket::Open: socket() returned ", WSAGetLastError(), u"\n");
-        WSACleanup();
         return 0;
     }
     u_long doNotWait = 1;
     ioctlsocket(made, FIONBIO, &doNotWait);
-    ResolveLoopback();
-    return static_cast<UINT32>(made);
+    return static_cast<LONG>(made);
 }
 
-void CloseSocket(UINT32 open) noexcept {
-    closesocket(open);
+SOCKET SocketOf(LONG kept) noexcept {
+    return static_cast<SOCKET>(static_cast<ULONG>(kept));
+}
+
+void EndLibrary() noexcept {
     if (WSACleanup() != 0)
         Report(u"clsViewerSocket::Close: WSACleanup() returned '", WSAGetLastError(), u"'\n");
 }
@@ -78,21 +81,34 @@ void ReportSend(int result, DWORD sent, DWORD wanted) noexcept {
 } // namespace
 
 void clsViewerSocket::Open() noexcept {
-    const clsAppLocalData::clsExclusive data(shared_);
-    if (data->socket == 0)
-        data->socket = MakeSocket();
+    if (IsOpen())
+        return;
+    WSADATA data;
+    if (const int error = WSAStartup(MAKEWORD(2, 2), &data); error != 0) {
+        Report(u"clsViewerSocket::Open: WSAStartup() returned '", error, u"'\n");
+        return;
+    }
+    const LONG made = MakeSocket();
+    if (made == 0) {
+        EndLibrary();
+        return;
+    }
+    ResolveLoopback();
+    if (!shared_.OfferSocket(made)) // another thread was faster
+        UtilpCloseSocket(made);
 }
 
-void clsViewerSocket::Close() noexcept {
-    const clsAppLocalData::clsExclusive data(shared_);
-    if (data->socket != 0)
-        CloseSocket(std::exchange(data->socket, 0));
+void clsViewerSocket::Renew() noexcept {
+    const LONG made = IsOpen() ? MakeSocket() : 0;
+    if (made == 0)
+        return;
+    if (const LONG old = shared_.ExchangeSocket(made); old != 0)
+        closesocket(SocketOf(old));
 }
 
 void clsViewerSocket::Abandon() noexcept {
-    const clsAppLocalData::clsExclusive data(shared_);
-    if (data->socket != 0)
-        closesocket(std::exchange(data->socket, 0));
+    if (const LONG taken = Take(); taken != 0)
+        closesocket(SocketOf(taken));
 }
 
 void clsViewerSocket::Send(std::uint16_t port, const void* header, std::size_t headerBytes, const void* text,
@@ -107,10 +123,17 @@ void clsViewerSocket::Send(std::uint16_t port, const void* header, std::size_t h
     to.sin_port = htons(port);
     to.sin_addr = g_loopback;
     DWORD sent = 0;
-    const int result = WSASendTo(shared_.Socket(), pieces, 2, &sent, 0,
+    const int result = WSASendTo(SocketOf(shared_.Socket()), pieces, 2, &sent, 0,
                                  reinterpret_cast<const sockaddr*>(&to), sizeof to, nullptr, nullptr);
     if (result != 0 || sent != headerBytes + textBytes)
         ReportSend(result, sent, pieces[0].len + pieces[1].len);
+}
+
+void UtilpCloseSocket(LONG taken) noexcept {
+    if (taken == 0)
+        return;
+    closesocket(SocketOf(taken));
+    EndLibrary();
 }
 
 void UtilpCountModule(clsAppLocalData& shared) noexcept {
@@ -118,12 +141,11 @@ void UtilpCountModule(clsAppLocalData& shared) noexcept {
     ++data->modules;
 }
 
-void UtilpDiscountModule(clsAppLocalData& shared) noexcept {
+bool UtilpDiscountModule(clsAppLocalData& shared) noexcept {
     const clsAppLocalData::clsExclusive data(shared);
     if (data->modules > 0)
         --data->modules;
-    if (data->modules == 0 && data->socket != 0)
-        CloseSocket(std::exchange(data->socket, 0));
+    return data->modules == 0;
 }
 
 } // namespace tvut

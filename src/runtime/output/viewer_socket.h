@@ -9,9 +9,16 @@ class clsViewerSocket {
   public:
     explicit clsViewerSocket(clsAppLocalData& shared) noexcept : shared_(shared) {}
 
-    // Starts the socket library and makes the socket, unless the process has one already.
+    // Starts the socket library and makes the socket, unless the process has one already. Loads system
+    // libraries: not to be called while a lock is held that is asked for within the loader.
     void Open() noexcept;
-    void Close() noexcept;
+
+    // Makes another socket in place of the open one; the socket library stays as it is.
+    void Renew() noexcept;
+
+    // Takes the socket, 0 for none, so that nobody sends through it any more. The owner closes it by
+    // UtilpCloseSocket, for which the same holds as for opening.
+    LONG Take() noexcept { return shared_.ExchangeSocket(0); }
 
     // Closes the socket alone: the socket library must not be ended from within the loader.
     void Abandon() noexcept;
@@ -26,8 +33,10 @@ class clsViewerSocket {
     clsAppLocalData& shared_;
 };
 
-// A client module comes or goes. The last one that goes closes the socket.
+void UtilpCloseSocket(LONG taken) noexcept;
+
+// A client module comes, or goes: then true when it was the last one, without which no socket is needed.
 void UtilpCountModule(clsAppLocalData& shared) noexcept;
-void UtilpDiscountModule(clsAppLocalData& shared) noexcept;
+bool UtilpDiscountModule(clsAppLocalData& shared) noexcept;
 
 } // namespace tvut

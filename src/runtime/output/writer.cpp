@@ -1,5 +1,6 @@
 #include "runtime/output/writer.h"
 
+#include "runtime/global_lock.h"
 #include "runtime/output/debugger.h"
 #include "runtime/output/narrow_line.h"
 #include "runtime/output/settings.h"
@@ -41,17 +42,23 @@ bool clsDiagnosticWriter::NobodyListened() const noexcept {
 bool clsDiagnosticWriter::IsOn() noexcept {
     if (NobodyListened())
         return false;
+    const clsLastErrorKept lastError;
     Lock lock(section_);
     return Listening(lock);
 }
 
+void clsDiagnosticWriter::LookAhead() noexcept {
+    if (!settled_.load(std::memory_order_relaxed))
+        IsOn();
+}
+
 bool clsDiagnosticWriter::Listening(Lock& lock) noexcept {
-    Begin();
-    if (!shared_.IsOpen())
+    if (!Begin())
         return false;
+    settled_.store(logFile_.IsOpen() || viewer_, std::memory_order_relaxed);
     if (logFile_.IsOpen())
         return true;
-    if (AttachIsDue())
+    if (AttachIsDue() && !UtilpHoldsGlobalLock())
         LookForViewer(lock);
     else if (!everLooked_)
         AwaitFirstLook();
@@ -61,23 +68,25 @@ bool clsDiagnosticWriter::Listening(Lock& lock) noexcept {
     return there;
 }
 
-void clsDiagnosticWriter::Begin() noexcept {
+bool clsDiagnosticWriter::Begin() noexcept {
     if (begun_)
-        return;
-    begun_ = true;
-    if (!shared_.Open())
-        return;
+        return shared_.IsOpen();
     try {
         const scOutputSettings settings = UtilpReadOutputSettings();
+        begun_ = true;
+        if (!shared_.Open())
+            return false;
         clock_.Start(settings.counterTime);
         if (!settings.logFile.empty())
             logFile_.Open(settings.logFile.c_str(), settings.flushLogFile);
-    } catch (...) { // no memory for the settings: as if there were none
+    } catch (...) { // no memory for the settings: the next line asks for them again
     }
+    return shared_.IsOpen();
 }
 
 bool clsDiagnosticWriter::AttachIsDue() const noexcept {
-    return !viewer_ && looker_ == 0 && (!everLooked_ || GetTickCount() - lastLook_ >= retryInterval);
+    return (!viewer_ || !socket_.IsOpen()) && looker_ == 0 &&
+           (!everLooked_ || GetTickCount() - lastLook_ >= retryInterval);
 }
 
 void clsDiagnosticWriter::LookForViewer(Lock& lock) noexcept {
@@ -106,8 +115,12 @@ void clsDiagnosticWriter::LookForViewer(Lock& lock) noexcept {
 
 void clsDiagnosticWriter::AwaitFirstLook() noexcept {
     const DWORD start = GetTickCount();
-    while (looker_ != 0 && looker_ != GetCurrentThreadId() && GetTickCount() - start < longestFirstLook)
-        section_.Sleep(looked_, longestFirstLook);
+    DWORD waited = 0;
+    for (; looker_ != 0 && looker_ != GetCurrentThreadId() && waited < longestFirstLook;
+         waited = GetTickCount() - start)
+        section_.Sleep(looked_, longestFirstLook - waited);
+    if (waited >= longestFirstLook)
+        everLooked_ = true; // once is enough: no line after this one waits
 }
 
 // ---- Writing a line --------------------------------------------------------------------------------
@@ -116,6 +129,7 @@ void clsDiagnosticWriter::Write(std::u16string_view tag, scLevelChange change,
                                 std::u16string_view text) noexcept {
     if (NobodyListened())
         return;
+    const clsLastErrorKept lastError;
     Lock lock(section_);
     if (writing_ || !Listening(lock))
         return;
@@ -164,8 +178,7 @@ void clsDiagnosticWriter::WriteToLogFile(std::u16string_view line) noexcept {
 
 bool clsDiagnosticWriter::Attach() noexcept {
     Lock lock(section_);
-    Begin();
-    if (!shared_.IsOpen())
+    if (!Begin())
         return false;
     if (looker_ != 0)
         AwaitFirstLook();
@@ -176,28 +189,35 @@ bool clsDiagnosticWriter::Attach() noexcept {
 }
 
 void clsDiagnosticWriter::Detach() noexcept {
-    const Lock lock(section_);
+    Lock lock(section_);
     viewer_ = {};
     mailslot_.Detach();
-    if (shared_.IsOpen())
-        socket_.Close();
+    settled_ = logFile_.IsOpen();
     lastLook_ = GetTickCount();
+    const LONG unneeded = shared_.IsOpen() ? socket_.Take() : 0;
+    lock.unlock();
+    UtilpCloseSocket(unneeded);
 }
 
 void clsDiagnosticWriter::ModuleComes() noexcept {
     Lock lock(section_);
-    Begin();
-    if (!shared_.IsOpen())
+    if (!Begin())
         return;
     UtilpCountModule(shared_);
-    if (viewer_ && !socket_.IsOpen())
+    const bool attached = static_cast<bool>(viewer_);
+    lock.unlock();
+    if (attached)
         socket_.Open();
 }
 
 void clsDiagnosticWriter::ModuleGoes() noexcept {
-    const Lock lock(section_);
-    if (shared_.IsOpen())
-        UtilpDiscountModule(shared_);
+    Lock lock(section_);
+    if (!shared_.IsOpen() || !UtilpDiscountModule(shared_))
+        return;
+    lastLook_ = GetTickCount() - retryInterval; // whoever writes all the same opens it again at once
+    const LONG unneeded = socket_.Take();
+    lock.unlock();
+    UtilpCloseSocket(unneeded);
 }
 
 // Asks for no lock: a thread that holds it may be dead, or its code about to vanish.

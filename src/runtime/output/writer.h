@@ -2,8 +2,9 @@
 //
 // While nobody listens a line costs a look at two words and the tick count: viewers are looked for once
 // a second. While somebody does, one lock covers a line's stamp and its delivery, so that the sequence
-// digits follow the order of the lines. Looking for a viewer loads system libraries and so may need the
-// loader's lock: it is done without holding ours, because a caller may come from within the loader.
+// digits follow the order of the lines. Looking for a viewer, and opening and closing the way to it, loads
+// and frees system libraries and so may need the loader's lock: it is done without holding ours, because
+// a caller may come from within the loader.
 #pragma once
 
 #include "platform/critical_section.h"
@@ -25,6 +26,11 @@ struct scLevelChange {
 class clsDiagnosticWriter {
   public:
     bool IsOn() noexcept;
+
+    // Looks for a viewer if that is due: for threads that are about to take the global lock. While they
+    // have it they do not look, because a thread within the loader may wait for that lock.
+    void LookAhead() noexcept;
+
     void Write(std::u16string_view tag, scLevelChange change, std::u16string_view text) noexcept;
 
     // Looks for a viewer now; true when there is one. Leaves the viewer until it is looked for again.
@@ -42,7 +48,7 @@ class clsDiagnosticWriter {
 
     bool NobodyListened() const noexcept;
     bool Listening(Lock& lock) noexcept;
-    void Begin() noexcept;
+    bool Begin() noexcept; // false: there will be no output, or not yet
     bool AttachIsDue() const noexcept;
     void LookForViewer(Lock& lock) noexcept;
     void AwaitFirstLook() noexcept;
@@ -58,8 +64,9 @@ class clsDiagnosticWriter {
     DWORD looker_ = 0;     // the thread that looks for a viewer right now
     bool everLooked_ = false;
     std::atomic<bool> ended_{false};
-    std::atomic<bool> quiet_{false}; // nobody listened when last asked
-    std::atomic<DWORD> lastLook_{0}; // milliseconds
+    std::atomic<bool> settled_{false}; // a log file or a viewer is there: no look is due
+    std::atomic<bool> quiet_{false};   // nobody listened when last asked
+    std::atomic<DWORD> lastLook_{0};   // milliseconds
 
     clsLineClock clock_;
     clsAppLocalData shared_;

@@ -25,6 +25,9 @@ class Child {
     Child(Child&&) = default;
 
     bool runs() const { return WaitForSingleObject(process_.get(), 0) == WAIT_TIMEOUT; }
+    bool endsWithin(DWORD milliseconds) const {
+        return WaitForSingleObject(process_.get(), milliseconds) == WAIT_OBJECT_0;
+    }
     void kill() const { TerminateProcess(process_.get(), 1); }
     DWORD exitCode() const {
         DWORD code = ~0u;
