@@ -168,7 +168,7 @@ TVUT22_API INT TVUT22_CALL UtilHeapObjectFree(UtilHeap heap, void* payload) {
         return UTIL_OK;
     }
     const clsGlobalLockGuard lock;
-    return static_cast<INT>(UtilpFreeObject(FromHandle(heap), payload));
+    return static_cast<INT>(UtilpFreeObject(FromHandle(heap), payload, lock.Silent()));
 }
 
 TVUT22_API INT TVUT22_CALL UtilHeapObjectSize(UtilHeap heap, void* payload) {

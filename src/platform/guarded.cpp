@@ -4,8 +4,6 @@
 
 #ifdef _MSC_VER
 
-namespace tvut {
-
 namespace {
 
 int Filter(unsigned long code) noexcept {
@@ -16,7 +14,7 @@ int Filter(unsigned long code) noexcept {
 
 } // namespace
 
-unsigned long PlatformCallGuarded(void (*body)(void*), void* argument) noexcept {
+unsigned long TvutGuardedCall(void (*body)(void*), void* argument) {
     __try {
         body(argument);
         return 0;
@@ -25,18 +23,14 @@ unsigned long PlatformCallGuarded(void (*body)(void*), void* argument) noexcept 
     }
 }
 
-} // namespace tvut
-
 #else
 
 // A registration record on the stack, {previous, handler}, linked into the thread's chain at fs:0. The
 // handler unwinds the chain to the record and goes on behind the call with the exception's code.
-extern "C" unsigned long GuardedCall(void (*body)(void*), void* argument);
-
 __asm__(R"(
     .text
-    .globl _GuardedCall
-_GuardedCall:
+    .globl _TvutGuardedCall
+_TvutGuardedCall:
     pushl %ebp
     movl %esp, %ebp
     pushl %ebx
@@ -89,13 +83,5 @@ _GuardedHandler:
     popl %ebp
     ret
 )");
-
-namespace tvut {
-
-unsigned long PlatformCallGuarded(void (*body)(void*), void* argument) noexcept {
-    return GuardedCall(body, argument);
-}
-
-} // namespace tvut
 
 #endif

@@ -5,16 +5,16 @@
 // stands: it must own nothing, hold nothing and throw nothing.
 #pragma once
 
+// The frame itself: in assembler, or by the compiler that can.
+extern "C" unsigned long TvutGuardedCall(void (*body)(void*), void* argument);
+
 namespace tvut {
 
-// Calls body(argument). 0, or the code of the exception that ended it: an access violation, a page that
+// Calls the body, a lambda. 0, or the code of the exception that ended it: an access violation, a page that
 // could not be read, damage that the system's heap has found, or memory that has run out.
-unsigned long PlatformCallGuarded(void (*body)(void*), void* argument) noexcept;
-
-// The same for a lambda.
 template <class Body>
 unsigned long PlatformGuarded(Body& body) noexcept {
-    return PlatformCallGuarded([](void* argument) { (*static_cast<Body*>(argument))(); }, &body);
+    return TvutGuardedCall([](void* argument) { (*static_cast<Body*>(argument))(); }, &body);
 }
 
 } // namespace tvut

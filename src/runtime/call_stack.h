@@ -14,7 +14,7 @@ struct scCallStack {
     static constexpr std::size_t mostFrames = 40;
 
     std::uint32_t count;
-    std::uint32_t mark; // tells a record from what a damaged pointer leads to
+    std::uint32_t mark;                    // tells a record from what a damaged pointer leads to
     std::array<const void*, 88> addresses; // count of them are set
 };
 

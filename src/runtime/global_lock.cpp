@@ -18,8 +18,7 @@ clsCriticalSection& UtilpGlobalLock() noexcept {
     return globalLock;
 }
 
-clsGlobalLockGuard::clsGlobalLockGuard() noexcept {
-    UtilpDiagnosticWriter().LookAhead();
+clsGlobalLockGuard::clsGlobalLockGuard() noexcept : silent_(!UtilpDiagnosticWriter().LookAhead()) {
     globalLock.lock();
     ++depth;
     holder.store(GetCurrentThreadId(), std::memory_order_relaxed);

@@ -16,6 +16,12 @@ class clsGlobalLockGuard {
     ~clsGlobalLockGuard();
     clsGlobalLockGuard(const clsGlobalLockGuard&) = delete;
     clsGlobalLockGuard& operator=(const clsGlobalLockGuard&) = delete;
+
+    // Whether nobody listened to diagnostics when the lock was taken: saves asking again.
+    bool Silent() const noexcept { return silent_; }
+
+  private:
+    bool silent_;
 };
 
 // Whether the calling thread is within a clsGlobalLockGuard.

@@ -253,8 +253,7 @@ bool IsWhole(const clsHeapNode& heap, scDebugHeader* header) noexcept {
     return fence == fenceMark;
 }
 
-void QuickFree(clsHeapNode* heap, void* payload, scQuickFree& quick) noexcept {
-    const bool silent = !UtilpDiagnosticsOn();
+void QuickFree(clsHeapNode* heap, void* payload, bool silent, scQuickFree& quick) noexcept {
     auto free = [&] {
         quick.isHeap = heap->self == heap;
         if (!quick.isHeap)
@@ -328,9 +327,9 @@ void* UtilpAllocateObject(clsHeapNode* heap, const scAllocation& wanted, unsigne
     return payload;
 }
 
-HeapResult UtilpFreeObject(clsHeapNode* heap, void* payload) noexcept {
+HeapResult UtilpFreeObject(clsHeapNode* heap, void* payload, bool silent) noexcept {
     scQuickFree quick;
-    QuickFree(heap, payload, quick);
+    QuickFree(heap, payload, silent, quick);
     if (!quick.isHeap)
         return HeapResult::badObject;
     if (quick.freed) {

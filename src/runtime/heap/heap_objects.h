@@ -21,7 +21,8 @@ struct scAllocation {
 // Null when there is no memory. `exception` is the system's, where the heap was made to raise one.
 void* UtilpAllocateObject(clsHeapNode* heap, const scAllocation& wanted, unsigned long& exception) noexcept;
 
-HeapResult UtilpFreeObject(clsHeapNode* heap, void* payload) noexcept;
+// `silent`: nobody listens, so that nothing need be filled or said of a sound object.
+HeapResult UtilpFreeObject(clsHeapNode* heap, void* payload, bool silent) noexcept;
 
 // Bytes of payload, or a negative code.
 std::int32_t UtilpObjectSize(clsHeapNode& heap, void* payload) noexcept;

@@ -47,9 +47,10 @@ bool clsDiagnosticWriter::IsOn() noexcept {
     return Listening(lock);
 }
 
-void clsDiagnosticWriter::LookAhead() noexcept {
-    if (!settled_.load(std::memory_order_relaxed))
-        IsOn();
+bool clsDiagnosticWriter::LookAhead() noexcept {
+    if (NobodyListened())
+        return false;
+    return settled_.load(std::memory_order_relaxed) || IsOn();
 }
 
 bool clsDiagnosticWriter::Listening(Lock& lock) noexcept {

@@ -28,8 +28,9 @@ class clsDiagnosticWriter {
     bool IsOn() noexcept;
 
     // Looks for a viewer if that is due: for threads that are about to take the global lock. While they
-    // have it they do not look, because a thread within the loader may wait for that lock.
-    void LookAhead() noexcept;
+    // have it they do not look, because a thread within the loader may wait for that lock. False when nobody
+    // listens at the moment.
+    bool LookAhead() noexcept;
 
     void Write(std::u16string_view tag, scLevelChange change, std::u16string_view text) noexcept;
 
