@@ -1,0 +1,341 @@
+// Checked heaps: layouts, codes, reports, and damage of every kind.
+#include "support/import_hook.h"
+#include "support/log.h"
+
+#include <gtest/gtest.h>
+#include <tvut22/heaps.h>
+
+#include <cstring>
+#include <random>
+#include <thread>
+
+namespace testing_prof {
+namespace {
+
+UINT32 word(const void* payload, int offset) {
+    UINT32 value;
+    std::memcpy(&value, static_cast<const char*>(payload) + offset, sizeof value);
+    return value;
+}
+void setWord(void* payload, int offset, UINT32 value) {
+    std::memcpy(static_cast<char*>(payload) + offset, &value, sizeof value);
+}
+
+std::string pointer(const void* at) {
+    char text[20];
+    std::snprintf(text, sizeof text, "0X%08X", static_cast<unsigned>(reinterpret_cast<UINT_PTR>(at)));
+    return text;
+}
+
+/// The lines of the log without those that differ from build to build: call stacks.
+std::vector<std::string> reports(const Log& log) {
+    std::vector<std::string> texts;
+    for (const std::string& line : log.lines()) {
+        const std::string text = line.substr(line.find(':') + 1, line.size() - line.find(':') - 2);
+        if (text.find(".dll+0x") == std::string::npos && text.find(".exe+0x") == std::string::npos)
+            texts.push_back(text);
+    }
+    return texts;
+}
+
+class Heaps : public testing::Test {
+  protected:
+    ~Heaps() override { UtilJobClose(job); }
+    UtilJob job = UtilJobOpen(L"M", 0);
+    using Lines = std::vector<std::string>;
+};
+
+TEST_F(Heaps, LayObjectsOutAsTheyAreRead) {
+    const UtilHeap heap = UtilHeapCreate(job, L"H", 0);
+    const DWORD before = GetTickCount();
+    void* const plain = UtilHeapObjectAlloc(heap, 10, 0);
+    void* const debug = UtilHeapObjectAllocExt(heap, 10, UTIL_HEAP_DEBUG, 77, 0);
+    EXPECT_EQ(word(plain, -4), 0xFAAFFAAFu);
+    EXPECT_EQ(word(debug, -4), 0xAFFEAFFEu);
+    EXPECT_EQ(word(debug, -8), 10u);
+    EXPECT_EQ(word(debug, -12), 77u);
+    EXPECT_NE(word(debug, -16), 0u) << "the call stack";
+    EXPECT_LE(word(debug, -20) - before, GetTickCount() - before);
+    EXPECT_TRUE(HeapValidate(reinterpret_cast<HANDLE>(word(debug, -24)), 0, static_cast<char*>(debug) - 28));
+    EXPECT_EQ(word(debug, -28), 0xC0FFEEEEu);
+    EXPECT_EQ(word(debug, 10), 0xE5E55E5Eu);
+    EXPECT_EQ(UtilHeapObjectSize(heap, plain), 10);
+    EXPECT_EQ(UtilHeapObjectSize(heap, debug), 10);
+    EXPECT_EQ(UtilHeapObjectFree(heap, plain), UTIL_OK);
+    EXPECT_EQ(UtilHeapObjectFree(heap, debug), UTIL_OK);
+    EXPECT_EQ(UtilHeapDelete(heap), UTIL_OK);
+}
+
+TEST_F(Heaps, AreDebugByTheRightFlags) {
+    const UtilJob debugJob = UtilJobOpen(L"D", UTIL_JOB_DEBUG_HEAPS);
+    const struct {
+        UtilJob job;
+        UINT heapFlags, flags;
+        bool debug;
+    } cases[] = {
+        {job, 0, 0, false},
+        {job, UTIL_HEAP_DEBUG, 0, true},
+        {job, UTIL_HEAP_DEBUG, UTIL_HEAP_NEVER_DEBUG, false},
+        {job, UTIL_HEAP_DEBUG | UTIL_HEAP_NEVER_DEBUG, 0, false},
+        {job, 0, UTIL_HEAP_DEBUG, true},
+        {job, 0, UTIL_HEAP_DEBUG | UTIL_HEAP_NEVER_DEBUG, false},
+        {debugJob, 0, 0, true},
+        {debugJob, UTIL_HEAP_NEVER_DEBUG, 0, false},
+        {debugJob, UTIL_HEAP_NEVER_DEBUG, UTIL_HEAP_DEBUG, true},
+    };
+    for (const auto& c : cases) {
+        const UtilHeap heap = UtilHeapCreate(c.job, L"H", c.heapFlags);
+        void* const object = UtilHeapObjectAlloc(heap, 8, c.flags | UTIL_HEAP_NO_STACK);
+        EXPECT_EQ(word(object, -4), c.debug ? 0xAFFEAFFEu : 0xFAAFFAAFu) << &c - cases;
+        EXPECT_EQ(UtilHeapObjectFree(heap, object), UTIL_OK);
+        UtilHeapDelete(heap);
+    }
+    EXPECT_EQ(UtilHeapCreate(job, L"H", 0x80), nullptr);
+    EXPECT_EQ(UtilHeapCreate(nullptr, L"H", 0), nullptr);
+    EXPECT_EQ(UtilHeapCreate(reinterpret_cast<UtilJob>(UINT_PTR{0x1000}), L"H", 0), nullptr);
+    UtilJobClose(debugJob);
+}
+
+TEST_F(Heaps, FillAsAsked) {
+    const UtilHeap own = UtilHeapCreate(job, L"H", 0);
+    for (const UtilHeap heap : {own, UtilHeap{nullptr}})
+        for (const UINT debug : {0u, UTIL_HEAP_DEBUG}) {
+            for (int round = 0; round < 3; ++round) { // memory that was used before
+                void* const zeroed = UtilHeapObjectAlloc(heap, 7, debug | UTIL_HEAP_ZERO | UTIL_HEAP_FILL);
+                EXPECT_EQ(std::memcmp(zeroed, "\0\0\0\0\0\0\0", 7), 0);
+                void* const filled = UtilHeapObjectAlloc(heap, 7, debug | UTIL_HEAP_FILL);
+                EXPECT_EQ(std::memcmp(filled, "\xF5\xF5\xF5\xF5\xF5\xF5\xF5", 7), 0);
+                EXPECT_EQ(UtilHeapObjectSize(heap, filled), 7);
+                EXPECT_EQ(UtilHeapObjectFree(heap, zeroed), UTIL_OK);
+                EXPECT_EQ(UtilHeapObjectFree(heap, filled), UTIL_OK);
+            }
+        }
+    EXPECT_EQ(UtilHeapDelete(own), UTIL_OK);
+}
+
+TEST_F(Heaps, RefuseSizesThatWouldWrap) {
+    const UtilHeap heap = UtilHeapCreate(job, L"H", 0);
+    const Log log;
+    for (const INT size : {-1, -4, -5, -32, -33, INT_MIN, INT_MIN + 1, INT_MAX, INT_MAX - 31}) {
+        EXPECT_EQ(UtilHeapObjectAlloc(heap, size, 0), nullptr) << size;
+        EXPECT_EQ(UtilHeapObjectAlloc(heap, size, UTIL_HEAP_DEBUG), nullptr) << size;
+        EXPECT_EQ(UtilHeapObjectAlloc(nullptr, size, 0), nullptr) << size;
+    }
+    const Lines lines = reports(log);
+    EXPECT_EQ(lines.at(0), "Error: clsHeapNode['M'/'H']::AllocObjectND(-1): Out of memory");
+    EXPECT_EQ(lines.at(1), "Error: clsHeapNode['M'/'H']::AllocObjectD(-1)");
+    EXPECT_EQ(lines.at(3), "Error: clsHeapNode['M'/'H']::AllocObjectD(-1): Out of memory");
+    EXPECT_EQ(UtilHeapDelete(heap), UTIL_OK);
+}
+
+// Each kind of damage: what the free says, and whether the object is still there for another one.
+TEST_F(Heaps, ReportDamageAndSurviveIt) {
+    const UtilHeap heap = UtilHeapCreate(job, L"H", UTIL_HEAP_DEBUG), other = UtilHeapCreate(job, nullptr, 0);
+    const auto make = [&] { return static_cast<char*>(UtilHeapObjectAlloc(heap, 12, UTIL_HEAP_FILL)); };
+    const auto freeing = [&](void* object) {
+        const Log log;
+        EXPECT_EQ(UtilHeapObjectFree(heap, object), UTIL_HEAP_BAD_OBJECT);
+        Lines lines = reports(log);
+        lines.resize(std::min<std::size_t>(lines.size(), 2));
+        return lines;
+    };
+    const std::string begin = "Error: clsHeapNode['M'/'H']::FreeObject";
+    const auto damaged = [&](char* object) {
+        return Lines{begin + "D(" + pointer(object) + ")",
+                     " Memory overrun, fence value has been changed (object not freed)"};
+    };
+    char* const overrun = make();
+    overrun[12] = 1;
+    EXPECT_EQ(freeing(overrun), damaged(overrun));
+    EXPECT_EQ(freeing(overrun), damaged(overrun)) << "it is still there";
+
+    for (const UINT32 size : {0x7FFFFFFFu, 0x80000000u, 0xFFFFFFF0u, 0x10000000u, 13u}) {
+        char* const resized = make();
+        setWord(resized, -8, size);
+        EXPECT_EQ(freeing(resized), damaged(resized)) << size;
+    }
+    char* const underrun = make();
+    setWord(underrun, -28, 0x12345678);
+    EXPECT_EQ(freeing(underrun), (Lines{begin + "D(" + pointer(underrun) + ")",
+                                        " Not allocated with UTIL or memory underrun (object not freed)"}));
+    char* const marked = make();
+    setWord(marked, -4, 0x12345678);
+    EXPECT_EQ(freeing(marked), (Lines{begin + "(" + pointer(marked) + ")",
+                                      " bad pointer, or memory underrun (magic=0x12345678)"}));
+    char* const twice = make();
+    EXPECT_EQ(UtilHeapObjectFree(heap, twice), UTIL_OK);
+    EXPECT_EQ(freeing(twice).at(0), begin + "(" + pointer(twice) + ")");
+
+    void* const foreign = UtilHeapObjectAlloc(other, 12, UTIL_HEAP_DEBUG);
+    EXPECT_EQ(freeing(foreign).at(1), " error freeing object");
+    void* const foreignPlain = UtilHeapObjectAlloc(other, 12, 0);
+    EXPECT_EQ(freeing(foreignPlain).at(0), begin + "ND(" + pointer(foreignPlain) + ")");
+    EXPECT_EQ(UtilHeapObjectFree(other, foreign), UTIL_OK) << "untouched by the attempt";
+    EXPECT_EQ(UtilHeapObjectFree(other, foreignPlain), UTIL_OK);
+
+    char* const wild = make(); // a record's pointer that leads nowhere must not be followed or released
+    setWord(wild, -16, 0x1000);
+    EXPECT_EQ(UtilHeapObjectFree(heap, wild), UTIL_OK);
+    for (void* const nowhere : {static_cast<void*>(nullptr), reinterpret_cast<void*>(UINT_PTR{0x1000}),
+                                static_cast<void*>(GetModuleHandleW(nullptr)), static_cast<void*>(&job)}) {
+        freeing(nowhere);
+        EXPECT_EQ(UtilHeapObjectSize(heap, nowhere), UTIL_HEAP_BAD_OBJECT);
+    }
+    EXPECT_EQ(UtilHeapObjectFree(reinterpret_cast<UtilHeap>(UINT_PTR{0x1000}), overrun),
+              UTIL_HEAP_BAD_OBJECT);
+    std::jthread([&] { EXPECT_TRUE(UtilHeapObjectAlloc(heap, 1, 0)) << "no lock is left"; }).join();
+    EXPECT_EQ(UtilHeapDelete(other), UTIL_OK);
+    EXPECT_EQ(UtilHeapDelete(heap), UTIL_OK);
+}
+
+TEST_F(Heaps, ReportWhatIsLeft) {
+    const std::wstring longName(40, L'n');
+    const UtilHeap heap = UtilHeapCreate(job, longName.c_str(), UTIL_HEAP_DEBUG);
+    void* const freed = UtilHeapObjectAlloc(heap, 1, 0);
+    char* const left = static_cast<char*>(UtilHeapObjectAlloc(heap, 70, UTIL_HEAP_ZERO));
+    std::memcpy(left, "text\x7f\x80 \n", 8);
+    UtilHeapObjectAlloc(heap, 5, UTIL_HEAP_NEVER_DEBUG);
+    UtilHeapObjectFree(heap, freed);
+    const Log log;
+    EXPECT_EQ(UtilHeapDelete(heap), UTIL_OK);
+    const std::string name = "Heap['M'/'" + std::string(32, 'n') + "']: ";
+    const std::string zeroes = "   00 00 00 00 00 00 00 00  ........";
+    EXPECT_EQ(reports(log),
+              (Lines{name + "max 3, total 3 allocations",
+                     "Warning: deleting heap, but objects are left:", " " + name + "2 objects",
+                     " Heap allocation", " -Object at " + pointer(left) + ", 70(=0x00000046) Bytes",
+                     "   74 65 78 74 7f 80 20 0a  text.. .", zeroes, zeroes, zeroes, zeroes, zeroes, zeroes,
+                     zeroes, " Memory object allocation"}));
+}
+
+TEST_F(Heaps, AreDestroyedWithTheirJobOrSilently) {
+    const UtilJob owner = UtilJobOpen(L"O", 0);
+    UtilHeapObjectAlloc(UtilHeapCreate(owner, L"1", UTIL_HEAP_SILENT_DELETE), 3, 0);
+    const UtilHeap second = UtilHeapCreate(owner, L"2", 0);
+    const Log log;
+    EXPECT_EQ(UtilJobClose(owner), UTIL_HEAPS_LEFT);
+    EXPECT_EQ(reports(log), (Lines{"Error: deleting module 'O', but the following heaps are left:",
+                                   " Heap['O'/'1']: 1 objects", " Heap['O'/'1']: max 1, total 1 allocations",
+                                   " Heap['O'/'2']: 0 objects"}));
+    const Log gone;
+    EXPECT_EQ(UtilHeapDelete(second), UTIL_HEAP_FAILED);
+    EXPECT_EQ(reports(gone),
+              (Lines{"Error: clsModuleNode['(NULL)']::DeleteHeap(" + pointer(second) + "): Invalid handle"}));
+}
+
+TEST_F(Heaps, AreValidatedAndMeasured) {
+    const UtilHeap heap = UtilHeapCreate(job, L"H", UTIL_HEAP_DEBUG), plain = UtilHeapCreate(job, L"P", 0);
+    char* const object = static_cast<char*>(UtilHeapObjectAlloc(heap, 100, 0));
+    EXPECT_EQ(UtilHeapValidate(heap, nullptr, 0), UTIL_OK);
+    EXPECT_EQ(UtilHeapValidate(heap, object, 0), UTIL_OK);
+    EXPECT_EQ(UtilHeapSize(heap), 132);
+    EXPECT_EQ(UtilHeapSizeObjects(heap), 132);
+    EXPECT_EQ(UtilHeapSize(plain), UTIL_HEAP_NOT_SUPPORTED);
+    EXPECT_EQ(UtilHeapSizeObjects(plain), 0);
+    object[100] = 1;
+    EXPECT_EQ(UtilHeapValidate(heap, nullptr, 0), UTIL_HEAP_BAD_OBJECT) << "a damaged object in a sound heap";
+    EXPECT_EQ(UtilHeapValidate(heap, &job, 0), UTIL_HEAP_BAD_OBJECT);
+    std::memset(object + 100, 1, 64); // now the system's own words, too
+    const Log log;
+    EXPECT_EQ(UtilHeapValidate(heap, nullptr, 0), UTIL_HEAP_CORRUPTED);
+    EXPECT_EQ(reports(log).at(0), " Error: Heap corrupted");
+    UtilHeapObjectAlloc(heap, 100, 0); // whatever the system does now
+    UtilHeapObjectFree(heap, object);
+    EXPECT_EQ(UtilHeapDelete(heap), UTIL_OK);
+    EXPECT_EQ(UtilHeapDelete(plain), UTIL_OK);
+    for (const auto call : {UtilHeapDelete, UtilHeapSize, UtilHeapSizeObjects})
+        EXPECT_EQ(call(nullptr), UTIL_OK);
+}
+
+TEST_F(Heaps, AreTracedWithTheirJob) {
+    const UtilJob traced = UtilJobOpen(L"T", UTIL_JOB_TRACE);
+    const Log log;
+    const UtilHeap heap = UtilHeapCreate(traced, L"H", UTIL_HEAP_DEBUG);
+    UtilHeapObjectFree(heap, UtilHeapObjectAlloc(heap, 1, 0));
+    UtilHeapValidate(heap, nullptr, 0);
+    UtilHeapSizeObjects(heap);
+    UtilHeapDelete(heap);
+    const std::string names = "(" + pointer(heap) + ") ['T','H']";
+    EXPECT_EQ(reports(log),
+              (Lines{"UtilHeapCreate(" + pointer(traced) + ",'H',0x40000000)",
+                     " T: UtilHeapCreate(..,'H',..) called with DEBUG bit", " ->" + pointer(heap),
+                     "UtilHeapValidate" + names, " ->0", "UtilHeapSizeObjects" + names, " ->0",
+                     "UtilHeapDelete" + names, " Heap['T'/'H']: max 1, total 1 allocations", " ->0"}));
+    UtilJobClose(traced);
+}
+
+// A system's heap that fails within a call, and one that raises its exception.
+DWORD raised; // by the next call
+void* WINAPI raise(HANDLE heap, DWORD flags, SIZE_T bytes) {
+    if (const DWORD code = std::exchange(raised, 0))
+        RaiseException(code, 0, 0, nullptr);
+    return HeapAlloc(heap, flags, bytes);
+}
+
+TEST_F(Heaps, LetTheSystemFail) {
+    const UtilHeap heap = UtilHeapCreate(job, L"H", 0);
+    {
+        raised = STATUS_ACCESS_VIOLATION;
+        const ImportHook hook("HeapAlloc", reinterpret_cast<void*>(raise));
+        EXPECT_EQ(UtilHeapObjectAlloc(heap, 1, 0), nullptr);
+    }
+    EXPECT_EQ(UtilHeapObjectAlloc(heap, 1, 0), nullptr) << "it is not entered again";
+    std::jthread([] { EXPECT_EQ(UtilJobClose(UtilJobOpen(L"free", 0)), UTIL_OK); }).join();
+    EXPECT_EQ(UtilHeapDelete(heap), UTIL_OK);
+}
+
+// The first one is raised within the call and the library's to catch; the second one is the caller's.
+int exceptions = 0;
+LONG CALLBACK takeSecond(EXCEPTION_POINTERS* pointers) {
+    if (pointers->ExceptionRecord->ExceptionCode != static_cast<DWORD>(STATUS_NO_MEMORY) || ++exceptions == 1)
+        return EXCEPTION_CONTINUE_SEARCH;
+    std::jthread([] { EXPECT_EQ(UtilJobClose(UtilJobOpen(L"free", 0)), UTIL_OK); }).join();
+    return EXCEPTION_CONTINUE_EXECUTION;
+}
+
+TEST_F(Heaps, PassTheSystemsExceptionOnWithTheLockReleased) {
+    const UtilHeap heap = UtilHeapCreate(job, L"H", UTIL_HEAP_EXCEPTIONS);
+    void* const handler = AddVectoredExceptionHandler(1, takeSecond);
+    {
+        raised = static_cast<DWORD>(STATUS_NO_MEMORY);
+        const ImportHook hook("HeapAlloc", reinterpret_cast<void*>(raise));
+        EXPECT_EQ(UtilHeapObjectAlloc(heap, 1, 0), nullptr);
+    }
+    RemoveVectoredExceptionHandler(handler);
+    EXPECT_EQ(exceptions, 2);
+    EXPECT_NE(UtilHeapObjectAlloc(heap, 1, 0), nullptr) << "the heap is none the worse";
+    EXPECT_EQ(UtilHeapDelete(heap), UTIL_OK);
+}
+
+// Everything at once, in an order that is the same every time; the counts come out even.
+TEST_F(Heaps, SurviveManyThreads) {
+    const UtilHeap shared = UtilHeapCreate(job, L"shared", UTIL_HEAP_DEBUG);
+    const auto work = [&](unsigned seed) {
+        std::mt19937 random(seed);
+        std::vector<void*> objects;
+        for (int i = 0; i < 4000; ++i)
+            if (random() % 2 || objects.empty())
+                objects.push_back(UtilHeapObjectAlloc(shared, static_cast<INT>(random() % 300),
+                                                      random() % 2 ? UTIL_HEAP_NEVER_DEBUG : UTIL_HEAP_ZERO));
+            else {
+                std::swap(objects[random() % objects.size()], objects.back());
+                EXPECT_EQ(UtilHeapObjectFree(shared, objects.back()), UTIL_OK);
+                objects.pop_back();
+            }
+        for (void* const object : objects)
+            EXPECT_EQ(UtilHeapObjectFree(shared, object), UTIL_OK);
+    };
+    {
+        std::vector<std::jthread> threads;
+        for (unsigned t = 0; t < 4; ++t)
+            threads.emplace_back(work, t);
+    }
+    EXPECT_EQ(UtilHeapValidate(shared, nullptr, 0), UTIL_OK);
+    EXPECT_EQ(UtilHeapSizeObjects(shared), 0);
+    const Log log;
+    EXPECT_EQ(UtilHeapDelete(shared), UTIL_OK);
+    EXPECT_EQ(reports(log).size(), 1u) << "nothing is left";
+}
+
+} // namespace
+} // namespace testing_prof
