@@ -40,3 +40,19 @@ find_wine() {
         return 1
     fi
 }
+
+# Puts the library where the examples find it, as any other project would.
+install_for_examples() {
+    mkdir -p build/examples
+    rm -rf build/win32-release/install
+    cmake --install build/win32-release >build/examples/install.log
+}
+
+build_example() {
+    local folder=build/examples/$1 flags="-Wall -Wextra -Wpedantic -Werror -msse2 -mfpmath=sse"
+    CFLAGS=$flags CXXFLAGS=$flags cmake -S "examples/$1" -B "$folder" -G Ninja --toolchain "$repository/cmake/mingw32.cmake" \
+        -DCMAKE_PREFIX_PATH="$repository/build/win32-release/install" \
+        -DCMAKE_FIND_ROOT_PATH="$repository/build/win32-release/install" \
+        >"$folder.log" 2>&1 || { cat "$folder.log" >&2; return 1; }
+    cmake --build "$folder"
+}

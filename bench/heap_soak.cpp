@@ -1,0 +1,208 @@
+// tvut22_heap_soak: millions of heap calls from many threads, some of them wrong, with exact counts at the
+// end.
+//
+// Threads share one heap and have one each. Now and then an object is overrun, freed twice, or freed on the
+// wrong heap; each time the call must say so. At the end every heap's own counts must be those kept here, the
+// log must hold one report for each damage, and a second run must leave no more of the library's memory
+// behind than the first one did.
+#include <tvut22/util.h>
+
+#include <CLI/CLI.hpp>
+
+#include <atomic>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+struct scPlan {
+    int calls = 10'000'000;
+    int threads = 8;
+};
+
+struct scObject {
+    void* payload;
+    INT size;
+    bool shared;
+};
+
+struct scCounts {
+    int calls = 0, damages = 0, wrong = 0, sharedAllocations = 0, ownAllocations = 0;
+};
+
+class clsThread {
+  public:
+    clsThread(UtilJob job, UtilHeap shared, unsigned seed)
+        : shared_(shared), own_(UtilHeapCreate(job, L"own", UTIL_HEAP_DEBUG)), random_(seed) {}
+
+    scCounts Run(int calls) {
+        while (counts_.calls < calls)
+            objects_.size() < 40 || (random_() % 2 && objects_.size() < 200) ? Allocate() : Use();
+        while (!objects_.empty())
+            Free(Take());
+        Expect(UtilHeapDelete(own_), UTIL_OK);
+        return counts_;
+    }
+
+  private:
+    UtilHeap HeapOf(const scObject& object) const { return object.shared ? shared_ : own_; }
+
+    void Expect(INT result, INT expected) {
+        ++counts_.calls;
+        counts_.wrong += result != expected;
+    }
+
+    void Allocate() {
+        const bool shared = random_() % 2 != 0;
+        const auto size = static_cast<INT>(random_() % 500);
+        const UINT flags = random_() % 4 == 0 ? UTIL_HEAP_NO_STACK : 0;
+        void* const payload = UtilHeapObjectAlloc(shared ? shared_ : own_, size, flags);
+        ++counts_.calls;
+        ++(shared ? counts_.sharedAllocations : counts_.ownAllocations);
+        counts_.wrong += payload == nullptr;
+        if (payload)
+            objects_.push_back({payload, size, shared});
+    }
+
+    scObject Take() {
+        std::swap(objects_[random_() % objects_.size()], objects_.back());
+        const scObject object = objects_.back();
+        objects_.pop_back();
+        return object;
+    }
+
+    void Free(const scObject& object) { Expect(UtilHeapObjectFree(HeapOf(object), object.payload), UTIL_OK); }
+
+    void Damage(INT result) {
+        Expect(result, UTIL_HEAP_BAD_OBJECT);
+        ++counts_.damages;
+    }
+
+    void Use() {
+        const scObject object = Take();
+        char* const fence = static_cast<char*>(object.payload) + object.size;
+        switch (random_() % 4000) {
+        case 0: // overrun, and mended so that it can be freed
+            fence[0] = static_cast<char>(fence[0] ^ 1);
+            Damage(UtilHeapObjectFree(HeapOf(object), object.payload));
+            fence[0] = static_cast<char>(fence[0] ^ 1);
+            break;
+        case 1: // on the wrong heap
+            Damage(UtilHeapObjectFree(object.shared ? own_ : shared_, object.payload));
+            break;
+        case 2: // twice; only where nobody can have got the block meanwhile
+            Free(object);
+            if (!object.shared)
+                Damage(UtilHeapObjectFree(own_, object.payload));
+            return;
+        default:
+            if (random_() % 8 == 0)
+                Expect(UtilHeapObjectSize(HeapOf(object), object.payload), object.size);
+        }
+        Free(object);
+    }
+
+    UtilHeap shared_, own_;
+    std::mt19937 random_;
+    std::vector<scObject> objects_;
+    scCounts counts_;
+};
+
+scCounts RunAll(const scPlan& plan) {
+    const UtilJob job = UtilJobOpen(L"SOAK", 0);
+    const UtilHeap shared = UtilHeapCreate(job, L"shared", UTIL_HEAP_DEBUG);
+    std::vector<scCounts> counts(static_cast<std::size_t>(plan.threads));
+    {
+        std::vector<std::jthread> threads;
+        for (int t = 0; t < plan.threads; ++t)
+            threads.emplace_back([&, t] {
+                counts[static_cast<std::size_t>(t)] =
+                    clsThread(job, shared, static_cast<unsigned>(t)).Run(plan.calls / plan.threads);
+            });
+    }
+    scCounts all;
+    for (const scCounts& one : counts) {
+        all.calls += one.calls;
+        all.damages += one.damages;
+        all.wrong += one.wrong;
+        all.sharedAllocations += one.sharedAllocations;
+        all.ownAllocations += one.ownAllocations;
+    }
+    all.wrong += UtilHeapValidate(shared, nullptr, 0) != UTIL_OK;
+    all.wrong += UtilHeapDelete(shared) != UTIL_OK;
+    all.wrong += UtilJobClose(job) != UTIL_OK;
+    return all;
+}
+
+// What the log says of a run.
+struct scLogged {
+    int damages = 0, left = 0, sharedAllocations = 0, ownAllocations = 0;
+};
+
+scLogged ReadLog(const std::filesystem::path& path, std::streamoff from) {
+    std::ifstream file(path, std::ios::binary);
+    file.seekg(from);
+    scLogged logged;
+    for (std::string line; std::getline(file, line);) {
+        logged.damages += line.find("Error: ") != std::string::npos;
+        logged.left += line.find("objects are left") != std::string::npos;
+        const std::size_t total = line.find(", total ");
+        if (total == std::string::npos)
+            continue;
+        const int count = std::atoi(line.c_str() + total + 8);
+        (line.find("'shared'") != std::string::npos ? logged.sharedAllocations : logged.ownAllocations) +=
+            count;
+    }
+    return logged;
+}
+
+int BusyBlocks() {
+    int busy = 0;
+    PROCESS_HEAP_ENTRY entry{};
+    HeapLock(GetProcessHeap());
+    while (HeapWalk(GetProcessHeap(), &entry))
+        busy += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0;
+    HeapUnlock(GetProcessHeap());
+    return busy;
+}
+
+bool Check(const scPlan& plan, const std::filesystem::path& log) {
+    std::error_code none;
+    const auto from = std::filesystem::exists(log, none) ? std::filesystem::file_size(log) : 0;
+    const ULONGLONG start = GetTickCount64();
+    const scCounts run = RunAll(plan);
+    const ULONGLONG milliseconds = GetTickCount64() - start;
+    const scLogged logged = ReadLog(log, static_cast<std::streamoff>(from));
+    std::printf("%d calls in %llu ms: %d wrong results; %d damages, %d reported; %d + %d allocations, %d + "
+                "%d counted; "
+                "%d heaps left objects\n",
+                run.calls, milliseconds, run.wrong, run.damages, logged.damages, run.sharedAllocations,
+                run.ownAllocations, logged.sharedAllocations, logged.ownAllocations, logged.left);
+    return run.wrong == 0 && run.damages == logged.damages && logged.left == 0 &&
+           run.sharedAllocations == logged.sharedAllocations && run.ownAllocations == logged.ownAllocations;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    scPlan plan;
+    CLI::App app("Holds the checked heaps against many threads and damage.", "tvut22_heap_soak");
+    app.add_option("--calls", plan.calls, "Heap calls of a run; there are two");
+    app.add_option("--threads", plan.threads, "Threads that share them")->check(CLI::Range(1, 64));
+    CLI11_PARSE(app, argc, argv);
+    const auto log = std::filesystem::temp_directory_path() / "tvut22_heap_soak.log";
+    std::filesystem::remove(log);
+    SetEnvironmentVariableW(L"TVUT22_LOG", log.c_str());
+    bool good = Check(plan, log);
+    const int after = BusyBlocks();
+    good = Check(plan, log) && good;
+    const int grown = BusyBlocks() - after;
+    std::printf("blocks of the process heap: %+d from the first run to the second\n", grown);
+    return good && grown < 100 ? 0 : 1;
+}

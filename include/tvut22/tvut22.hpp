@@ -1,0 +1,163 @@
+// tvUT22 for C++: owners for its handles, and its heaps behind what C++ allocates with.
+//
+// Everything here is inline, over the C headers; C++17 and later.
+#ifndef TVUT22_TVUT22_HPP
+#define TVUT22_TVUT22_HPP
+
+#include <tvut22/tvut22.h>
+
+#include <cstddef>
+#include <limits>
+#include <memory>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+namespace tvut22 {
+
+// ---- Handles --------------------------------------------------------------------------------------
+
+// Owns one handle, or none; moves, and does not copy.
+template <class Handle, INT(TVUT22_CALL* Close)(Handle)>
+class unique_handle {
+  public:
+    unique_handle() noexcept = default;
+    explicit unique_handle(Handle handle) noexcept : handle_(handle) {}
+    unique_handle(unique_handle&& other) noexcept : handle_(other.release()) {}
+    unique_handle& operator=(unique_handle&& other) noexcept {
+        if (this != &other)
+            reset(other.release());
+        return *this;
+    }
+    ~unique_handle() { reset(); }
+
+    explicit operator bool() const noexcept { return handle_ != nullptr; }
+    Handle get() const noexcept { return handle_; }
+    Handle release() noexcept { return std::exchange(handle_, nullptr); }
+
+    // Closes the handle that is owned. Result: what its closing gave.
+    INT reset(Handle handle = nullptr) noexcept {
+        const Handle old = std::exchange(handle_, handle);
+        return old ? Close(old) : UTIL_OK;
+    }
+
+  private:
+    Handle handle_ = nullptr;
+};
+
+namespace detail {
+inline INT TVUT22_CALL close_profile(ProfJob job) {
+    ProfJobClose(job);
+    return PROF_OK;
+}
+inline INT TVUT22_CALL close_job(UtilJob job) {
+    return UtilJobClose(job);
+}
+inline INT TVUT22_CALL delete_heap(UtilHeap heap) {
+    return UtilHeapDelete(heap);
+}
+} // namespace detail
+
+// A profile that is open. Closing does not save.
+using profile = unique_handle<ProfJob, detail::close_profile>;
+
+// A reference to a job.
+using job = unique_handle<UtilJob, detail::close_job>;
+
+// A heap. It must go before its job does.
+using heap = unique_handle<UtilHeap, detail::delete_heap>;
+
+// ---- Objects on a heap ----------------------------------------------------------------------------
+
+// Heaps align to four bytes. For what needs more, an address is aligned within a larger block whose
+// beginning is kept before it.
+namespace detail {
+constexpr std::size_t heap_alignment = 4;
+
+inline void* allocate(UtilHeap from, std::size_t bytes, std::size_t alignment) {
+    const bool aligned = alignment > heap_alignment;
+    const std::size_t extra = aligned ? alignment + sizeof(void*) : 0;
+    if (bytes > static_cast<std::size_t>((std::numeric_limits<INT>::max)()) - extra)
+        throw std::bad_alloc();
+    void* const block = UtilHeapObjectAlloc(from, static_cast<INT>(bytes + extra), 0);
+    if (!block)
+        throw std::bad_alloc();
+    if (!aligned)
+        return block;
+    void* at = static_cast<char*>(block) + sizeof(void*);
+    std::size_t room = bytes + alignment;
+    std::align(alignment, bytes, at, room);
+    static_cast<void**>(at)[-1] = block;
+    return at;
+}
+
+inline void deallocate(UtilHeap from, void* at, std::size_t alignment) noexcept {
+    UtilHeapObjectFree(from, at && alignment > heap_alignment ? static_cast<void**>(at)[-1] : at);
+}
+} // namespace detail
+
+// An allocator for containers. It does not own the heap, which must outlive what is allocated.
+template <class T>
+class heap_allocator {
+  public:
+    using value_type = T;
+    using propagate_on_container_move_assignment = std::true_type;
+    using propagate_on_container_swap = std::true_type;
+
+    explicit heap_allocator(UtilHeap from) noexcept : heap_(from) {}
+    template <class U>
+    heap_allocator(const heap_allocator<U>& other) noexcept : heap_(other.heap()) {}
+
+    T* allocate(std::size_t count) {
+        if (count > (std::numeric_limits<std::size_t>::max)() / sizeof(T))
+            throw std::bad_alloc();
+        return static_cast<T*>(detail::allocate(heap_, count * sizeof(T), alignof(T)));
+    }
+    void deallocate(T* at, std::size_t) noexcept { detail::deallocate(heap_, at, alignof(T)); }
+    UtilHeap heap() const noexcept { return heap_; }
+
+  private:
+    UtilHeap heap_;
+};
+
+template <class T, class U>
+bool operator==(const heap_allocator<T>& a, const heap_allocator<U>& b) noexcept {
+    return a.heap() == b.heap();
+}
+template <class T, class U>
+bool operator!=(const heap_allocator<T>& a, const heap_allocator<U>& b) noexcept {
+    return !(a == b);
+}
+
+// Destroys and frees an object that make_on made.
+template <class T>
+class heap_delete {
+  public:
+    explicit heap_delete(UtilHeap from = nullptr) noexcept : heap_(from) {}
+    void operator()(T* object) const noexcept {
+        object->~T();
+        detail::deallocate(heap_, object, alignof(T));
+    }
+
+  private:
+    UtilHeap heap_;
+};
+
+template <class T>
+using heap_ptr = std::unique_ptr<T, heap_delete<T>>;
+
+// Makes an object on a heap: what `new` is to the program's own.
+template <class T, class... Arguments>
+heap_ptr<T> make_on(UtilHeap on, Arguments&&... arguments) {
+    void* const at = detail::allocate(on, sizeof(T), alignof(T));
+    try {
+        return heap_ptr<T>(new (at) T(std::forward<Arguments>(arguments)...), heap_delete<T>(on));
+    } catch (...) {
+        detail::deallocate(on, at, alignof(T));
+        throw;
+    }
+}
+
+} // namespace tvut22
+
+#endif
