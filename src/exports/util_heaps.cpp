@@ -100,6 +100,20 @@ INT DeleteUnknown(const void* handle) noexcept {
     return UTIL_HEAP_FAILED;
 }
 
+UtilHeap Create(UtilJob job, const wchar_t* name, UINT flags) noexcept {
+    const clsGlobalLockGuard lock;
+    auto* const module = reinterpret_cast<clsModuleNode*>(job);
+    if (!module || !UtilpJobs().Holds(module))
+        return nullptr;
+    const bool traced = module->Traced() && UtilpDiagnosticsOn();
+    const clsDiagnosticGroup trace(traced, traced ? CreateTraceLine(job, name, flags) : clsDiagnosticLine());
+    clsHeapNode* const heap =
+        UtilpCreateHeap(*module, name ? FromWide(std::wstring_view(name)) : std::u16string_view(), flags);
+    if (traced)
+        trace.Line(clsDiagnosticLine().Put(u"->").PutPointer(heap));
+    return reinterpret_cast<UtilHeap>(heap);
+}
+
 // The system's exception is the caller's: it leaves with the lock released.
 void* Allocate(UtilHeap handle, const scAllocation& wanted) {
     if (!handle)
@@ -118,18 +132,9 @@ void* Allocate(UtilHeap handle, const scAllocation& wanted) {
 } // namespace
 
 TVUT22_API UtilHeap TVUT22_CALL UtilHeapCreate(UtilJob job, const wchar_t* name, UINT flags) {
+    const UtilHeap heap = Create(job, name, flags);
     UtilpPrepareStackNames();
-    const clsGlobalLockGuard lock;
-    auto* const module = reinterpret_cast<clsModuleNode*>(job);
-    if (!UtilpJobs().Holds(module) || !module)
-        return nullptr;
-    const bool traced = module->Traced() && UtilpDiagnosticsOn();
-    const clsDiagnosticGroup trace(traced, traced ? CreateTraceLine(job, name, flags) : clsDiagnosticLine());
-    clsHeapNode* const heap =
-        UtilpCreateHeap(*module, name ? FromWide(std::wstring_view(name)) : std::u16string_view(), flags);
-    if (traced)
-        trace.Line(clsDiagnosticLine().Put(u"->").PutPointer(heap));
-    return reinterpret_cast<UtilHeap>(heap);
+    return heap;
 }
 
 TVUT22_API INT TVUT22_CALL UtilHeapDelete(UtilHeap heap) {

@@ -9,7 +9,7 @@ namespace tvut {
 
 namespace {
 
-std::array<wchar_t, MAX_PATH> hostName;
+std::array<wchar_t, 32768> hostName; // as long as the system's paths get
 std::wstring_view hostTag;
 
 } // namespace

@@ -9,7 +9,7 @@ namespace tvut {
 // by NUL nor otherwise.
 std::u16string_view PlatformHostTag() noexcept;
 
-// The host executable's full file name, terminated; cut where it is longer than MAX_PATH.
+// The host executable's full file name, terminated.
 const char16_t* PlatformHostFileName() noexcept;
 
 // Notes the host's name; called once, when the library is loaded.

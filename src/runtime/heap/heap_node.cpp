@@ -5,6 +5,7 @@
 #include "runtime/diagnostic_group.h"
 #include "runtime/heap/object_check.h"
 #include "runtime/heap/object_report.h"
+#include "runtime/heap/stack_names.h"
 #include "runtime/heap/system_heap.h"
 
 namespace tvut {
@@ -37,8 +38,10 @@ clsHeapNode* MakeNode(clsModuleNode& module, std::u16string_view name, std::uint
         PlatformProcessHeapFree(heap);
         return nullptr;
     }
-    if (heap->IsDebug())
+    if (heap->IsDebug()) {
         heap->creation = UtilpCaptureCallStack(1);
+        UtilpWantStackNames();
+    }
     heap->self = heap;
     return heap;
 }

@@ -8,6 +8,7 @@
 #include <dbghelp.h>
 #include <psapi.h>
 
+#include <atomic>
 #include <cwchar>
 #include <mutex>
 
@@ -22,8 +23,12 @@ using FromAddress = BOOL(WINAPI*)(HANDLE, DWORD64, DWORD64*, SYMBOL_INFOW*);
 
 constexpr std::size_t longestFunction = 256; // characters
 
+constexpr DWORD refreshInterval = 1000; // milliseconds; to look for new modules takes some of them
+
+std::atomic<bool> wanted{false};
 clsCriticalSection prepareLock;
 bool prepared = false;
+DWORD refreshedAt = 0; // milliseconds
 RefreshModules refreshModules = nullptr;
 FromAddress fromAddress = nullptr;
 
@@ -82,18 +87,26 @@ void PutFunction(clsDiagnosticLine& line, const void* address) noexcept {
 
 } // namespace
 
+void UtilpWantStackNames() noexcept {
+    wanted.store(true, std::memory_order_relaxed);
+}
+
 void UtilpPrepareStackNames() noexcept {
-    if (!UtilpDiagnosticsOn())
+    if (!wanted.load(std::memory_order_relaxed) || !UtilpDiagnosticsOn())
         return;
     // A thread within the loader must not wait for one that waits for the loader.
     const std::unique_lock lock(prepareLock, std::try_to_lock);
     if (!lock)
         return;
+    const DWORD now = GetTickCount();
     if (!prepared)
         LoadService();
+    else if (now - refreshedAt < refreshInterval)
+        return;
     else if (refreshModules)
-        refreshModules(GetCurrentProcess()); // modules that came meanwhile
+        refreshModules(GetCurrentProcess());
     prepared = true;
+    refreshedAt = now;
 }
 
 clsDiagnosticLine UtilpFrameLine(const void* address) noexcept {

@@ -15,6 +15,8 @@ void clsLogFile::Open(const wchar_t* name, bool flush) noexcept {
     file_ = clsFileHandle(CreateFileW(name, FILE_APPEND_DATA | SYNCHRONIZE, everything, nullptr, OPEN_ALWAYS,
                                       FILE_ATTRIBUTE_NORMAL, nullptr));
     flush_ = flush;
+    if (IsOpen() && GetFileType(file_.Get()) != FILE_TYPE_DISK)
+        file_.Reset(); // a pipe or a console that nobody drains would hold every writer up
     if (IsOpen())
         lock_.Open(file_.Get());
 }

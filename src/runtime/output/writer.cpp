@@ -195,6 +195,7 @@ void clsDiagnosticWriter::Detach() noexcept {
     mailslot_.Detach();
     settled_ = logFile_.IsOpen();
     lastLook_ = GetTickCount();
+    everLooked_ = true;
     const LONG unneeded = shared_.IsOpen() ? socket_.Take() : 0;
     lock.unlock();
     UtilpCloseSocket(unneeded);
