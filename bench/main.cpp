@@ -30,6 +30,7 @@ constexpr scSection sections[] = {
     {"close", MeasureClose},
     {"strings", MeasureStrings},
     {"base64", MeasureBase64},
+    {"embed", MeasureEmbed},
     {"diagnostics", MeasureDiagnostics},
     {"heap", MeasureHeap},
 };
