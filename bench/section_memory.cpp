@@ -42,8 +42,29 @@ std::wstring OwnPath() {
     return path;
 }
 
+} // namespace
+
+std::size_t ProbeMemory(const std::string& way, const std::wstring& path) {
+    if (way == "profile")
+        return Added([&] { return clsJob(path); });
+    if (way == "simpleini")
+        return Added([&] {
+            auto ini = std::make_unique<clsSimpleIni>();
+            Require(ini->LoadFile(path), "simpleini did not read the work");
+            return ini;
+        });
+    if (way == "embed")
+        return ProbeEmbedding(path);
+    Require(way == "rapidxml", "there is no such way to open the work");
+    return Added([&] {
+        auto document = std::make_unique<clsRapidXml>(ReadWholeText(path));
+        document->ParseWithoutDataNodes();
+        return document;
+    });
+}
+
 // Runs this program with --probe-memory; its exit code is the answer, 0 when it failed.
-std::size_t RunProbe(const wchar_t* way, const std::wstring& path) {
+std::size_t RunMemoryProbe(const wchar_t* way, const std::wstring& path) {
     std::wstring command = L"\"" + OwnPath() + L"\" --probe-memory " + way + L" \"" + path + L"\"";
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
@@ -60,29 +81,10 @@ std::size_t RunProbe(const wchar_t* way, const std::wstring& path) {
     return bytes;
 }
 
-} // namespace
-
-std::size_t ProbeMemory(const std::string& way, const std::wstring& path) {
-    if (way == "profile")
-        return Added([&] { return clsJob(path); });
-    if (way == "simpleini")
-        return Added([&] {
-            auto ini = std::make_unique<clsSimpleIni>();
-            Require(ini->LoadFile(path), "simpleini did not read the work");
-            return ini;
-        });
-    Require(way == "rapidxml", "there is no such way to open the work");
-    return Added([&] {
-        auto document = std::make_unique<clsRapidXml>(ReadWholeText(path));
-        document->ParseWithoutDataNodes();
-        return document;
-    });
-}
-
 void MeasureMemory(const scSettings& settings, clsReport& report) {
     const scWorkFiles files = WriteWork(settings.folder);
     const auto perItem = [](const wchar_t* way, const std::wstring& path) {
-        return static_cast<double>(RunProbe(way, path)) / itemsOfWork;
+        return static_cast<double>(RunMemoryProbe(way, path)) / itemsOfWork;
     };
     const double ours = perItem(L"profile", files.profile);
     report.Section("Memory: what the opened work adds, an item");

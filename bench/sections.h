@@ -17,6 +17,7 @@ void MeasureDelete(const scSettings& settings, clsReport& report);
 void MeasureHeap(const scSettings& settings, clsReport& report);
 void MeasureDiagnostics(const scSettings& settings, clsReport& report);
 void MeasureWalk(const scSettings& settings, clsReport& report);
+void MeasureEmbed(const scSettings& settings, clsReport& report);
 void MeasureClose(const scSettings& settings, clsReport& report);
 void MeasureStrings(const scSettings& settings, clsReport& report);
 void MeasureBase64(const scSettings& settings, clsReport& report);
@@ -24,5 +25,11 @@ void MeasureBase64(const scSettings& settings, clsReport& report);
 // The part of the memory section that runs in a process of its own: opens the file the named way and
 // gives the bytes that this added. Throws clsBenchError.
 std::size_t ProbeMemory(const std::string& way, const std::wstring& path);
+
+// The same for embedding a file: the most bytes that it took at a time.
+std::size_t ProbeEmbedding(const std::wstring& path);
+
+// Runs ProbeMemory in a process of its own.
+std::size_t RunMemoryProbe(const wchar_t* way, const std::wstring& path);
 
 } // namespace bench

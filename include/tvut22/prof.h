@@ -42,6 +42,8 @@
 
 #include <objidl.h>
 
+#include <oaidl.h>
+
 /* One open profile. Reference-counted; 0 is invalid. */
 typedef struct ProfJobObject* ProfJob;
 
@@ -52,12 +54,16 @@ typedef struct ProfListObject* ProfList;
 
 #define PROF_OK 0                  /* success */
 #define PROF_OPEN_FAILED (-1)      /* open: not a valid file name, or the file could not be opened */
+#define PROF_CONVERT_FAILED (-2)   /* ProfAppendFiles: a file could not be read or kept */
 #define PROF_EXCLUSIVE_FAILED (-3) /* open: an exclusive open failed, other than by sharing */
+#define PROF_CLIPBOARD_FAILED (-3) /* ProfSaveToClipboard: no clipboard or no temporary file */
 #define PROF_SAVE_FAILED (-4)      /* save: the profile could not be written */
+#define PROF_DECODE_FAILED (-4)    /* ProfGetStream, ProfGetFile: not decoded or not written */
 #define PROF_INVALID_JOB (-5)      /* ProfGetError, ProfDebugList, ProfCopyList: invalid job handle */
 #define PROF_NOT_FOUND (-6)        /* Get: no such item (typed Get: or its text is empty) */
 #define PROF_LOAD_FAILED (-7)      /* open: the contents could not be parsed */
 #define PROF_COPY_FAILED (-8)      /* ProfCopyList: failed or stopped */
+#define PROF_NO_GLOBAL_MEMORY (-8) /* ProfSaveToClipboard: no memory that the clipboard would take */
 #define PROF_NOT_PARSED (-9)       /* Get: the item's text is not of the type asked for */
 #define PROF_LOCKED (-10)          /* open: locked by others for 10 seconds, or loading failed */
 
@@ -186,6 +192,35 @@ TVUT22_API INT TVUT22_CALL ProfSaveW(ProfJob job, const wchar_t* fileName, UINT 
  * it held behind the profile. flags and result as ProfSave; after PROF_SAVE_FAILED the stream's contents
  * are undefined. The stream may close the job while it is written to, but must not change it. */
 TVUT22_API INT TVUT22_CALL ProfSaveToStream(ProfJob job, IStream* stream, UINT flags);
+
+/* ---- Clipboard ----------------------------------------------------------------------------- */
+
+/* Puts a profile on the clipboard, under a private format.
+ *
+ * owner  the window that opens the clipboard; may be null.
+ * flags  a form (PROF_FORM_TEXT); other bits are ignored, the profile is never compressed.
+ *
+ * Result  PROF_OK; PROF_CLIPBOARD_FAILED when a temporary file cannot be made or the clipboard cannot be
+ *         opened or set (others who have it open are waited for a fifth of a second);
+ *         PROF_SAVE_FAILED when the profile cannot be written in that form; PROF_NO_GLOBAL_MEMORY.
+ *
+ * The clipboard is not emptied: what else is on it stays. A caller that wants to replace it empties it
+ * before. Beside the profile a notice is put under CF_TEXT, for programs that know no profiles: the
+ * characters "PROF data available" and a NUL in UTF-16, although the format is one of 8-bit text.
+ */
+TVUT22_API INT TVUT22_CALL ProfSaveToClipboard(ProfJob job, HWND owner, UINT flags);
+
+/* Opens a profile from the clipboard.
+ *
+ * owner   the window that opens the clipboard; may be null.
+ *
+ * Result  as ProfJobOpen; PROF_OPEN_FAILED, with an empty profile, when the clipboard cannot be opened,
+ *         holds no profile, or a temporary file cannot be made. The job has no file of its own.
+ */
+TVUT22_API ProfJob TVUT22_CALL ProfJobOpenClipboard(HWND owner);
+
+/* Whether the clipboard holds a profile: nonzero, or 0. Any thread. */
+TVUT22_API BOOL TVUT22_CALL ProfIsClipboardDataAvailable(void);
 
 /* ---- Lists --------------------------------------------------------------------------------- */
 
@@ -409,6 +444,124 @@ TVUT22_API INT TVUT22_CALL ProfGetColorrefA(ProfJob job, ProfList list, const ch
                                             COLORREF defaultValue);
 TVUT22_API INT TVUT22_CALL ProfGetColorrefW(ProfJob job, ProfList list, const wchar_t* path, COLORREF* out,
                                             COLORREF defaultValue);
+
+/* ---- Variants ------------------------------------------------------------------------------ */
+
+/* Append or set an item that holds a variant, placed as by ProfAppendString and ProfSetString.
+ *
+ * value  any value that VariantCopyInd takes and that means something outside the process; references
+ *        (VT_BYREF) are resolved. Null adds nothing.
+ *
+ * Types    EMPTY, NULL, I1 to I8, UI1 to UI8, INT, UINT, R4, R8, CY, DATE, BOOL, ERROR, DECIMAL, BSTR (null,
+ *          embedded NULs and odd byte counts included), UNKNOWN and DISPATCH that are null, and arrays of
+ *          these and of VARIANT, with up to 64 dimensions and nested up to 64 deep.
+ * Refused  UNKNOWN and DISPATCH that are not null, RECORD, anything else: nothing is stored, an item that
+ *          was there stays, and a diagnostic line tells of it.
+ *
+ * The stored text is "var://" and the text form of the variant's bytes, compressed when these are 101 or
+ * more; docs/variants.md fixes them.
+ */
+TVUT22_API void TVUT22_CALL ProfAppendVariant(ProfJob job, ProfList list, const wchar_t* path,
+                                              const VARIANT* value);
+TVUT22_API void TVUT22_CALL ProfSetVariant(ProfJob job, ProfList list, const wchar_t* path,
+                                           const VARIANT* value);
+
+/* Reads a variant from an item.
+ *
+ * out     is initialised, not cleared: what it held is not freed. The caller frees what it receives with
+ *         VariantClear. It is VT_EMPTY unless the result is PROF_OK.
+ *
+ * Result  PROF_OK; PROF_NOT_FOUND when there is no such item or its text is empty; PROF_NOT_PARSED when
+ *         its text is no variant, or is damaged, or memory runs out. 0 and out as it was for the
+ *         invalid job.
+ */
+TVUT22_API INT TVUT22_CALL ProfGetVariant(ProfJob job, ProfList list, const wchar_t* path, VARIANT* out);
+
+/* As ProfGetVariant, from a text that the caller holds, such as the value that a callback of ProfEnumW is
+ * given. Result: PROF_OK or PROF_NOT_PARSED, the latter for a null text as well. */
+TVUT22_API INT TVUT22_CALL ProfGetVariantFromContents(const wchar_t* text, VARIANT* out);
+
+/* ---- Bytes, streams and files -------------------------------------------------------------- */
+
+/* Items can hold bytes: compressed, as Base64 behind "@2@" (docs/byte-text.md). No bytes are the empty
+ * text. With a key text the compressed bytes are enciphered when they are 8 or more; a null key is the
+ * empty key, which enciphers nothing. Read with another key they give PROF_DECODE_FAILED, or, hardly ever,
+ * other bytes. More than 256 MiB cannot be stored, nor read. Storing n bytes takes up to 4 n of memory,
+ * and at least as much of 2.7 n as compression does not save in one piece. */
+
+/* Append an item with the bytes of a stream or a file, whatever is there under that name.
+ *
+ * stream    any IStream, read from its start to its end, or from where it stands when it cannot seek. It
+ *           may change the profile while it is read.
+ * fileName  a file, opened as by ProfJobOpen: while it is locked, for up to 10 seconds.
+ *
+ * Nothing is appended when the source fails, is too large or memory runs out.
+ */
+TVUT22_API void TVUT22_CALL ProfAppendStreamA(ProfJob job, ProfList list, const char* path, const char* key,
+                                              IStream* stream);
+TVUT22_API void TVUT22_CALL ProfAppendStreamW(ProfJob job, ProfList list, const wchar_t* path,
+                                              const wchar_t* key, IStream* stream);
+TVUT22_API void TVUT22_CALL ProfAppendFileA(ProfJob job, ProfList list, const char* path, const char* key,
+                                            const char* fileName);
+TVUT22_API void TVUT22_CALL ProfAppendFileW(ProfJob job, ProfList list, const wchar_t* path,
+                                            const wchar_t* key, const wchar_t* fileName);
+
+/* Write the bytes of an item, the first one of that name, to a stream or a file.
+ *
+ * stream    is written from its start and cut where the bytes end; one that cannot seek is written from
+ *           where it stands. After PROF_DECODE_FAILED its contents are undefined.
+ * fileName  is made, or replaced in one step as by ProfSave: when anything fails no file is left behind,
+ *           and one that was there stays as it was.
+ *
+ * Result    PROF_OK; PROF_NOT_FOUND when there is no such item; PROF_DECODE_FAILED when its text does not
+ *           decode (with this key) or the bytes cannot be written. Any plain Base64 text decodes.
+ */
+TVUT22_API INT TVUT22_CALL ProfGetStreamA(ProfJob job, ProfList list, const char* path, const char* key,
+                                          IStream* stream);
+TVUT22_API INT TVUT22_CALL ProfGetStreamW(ProfJob job, ProfList list, const wchar_t* path, const wchar_t* key,
+                                          IStream* stream);
+TVUT22_API INT TVUT22_CALL ProfGetFileA(ProfJob job, ProfList list, const char* path, const char* key,
+                                        const char* fileName);
+TVUT22_API INT TVUT22_CALL ProfGetFileW(ProfJob job, ProfList list, const wchar_t* path, const wchar_t* key,
+                                        const wchar_t* fileName);
+
+/* Appends files to a list: for each a list "File.Entry" with the items "Name", the file's name without its
+ * folder, and "Contents", its bytes.
+ *
+ * list   where the entries go.
+ * files  names and wildcard patterns, separated by semicolons; blanks around each are dropped, empty ones
+ *        skipped. A pattern has * (any characters) or ? (one) in its last component; *.* is every name;
+ *        letters compare without regard to case. Folders are not entered, hidden files are taken.
+ *        A name that holds a semicolon can be reached by a pattern.
+ * key    as above.
+ *
+ * The entries come in the order of the elements, those of a pattern ordered by name without regard to
+ * case. Names are as the file system has them and are not made unique.
+ *
+ * Result  PROF_OK, also when nothing was found (a diagnostic line tells of each element); PROF_NOT_FOUND
+ *         for an invalid list; PROF_CONVERT_FAILED when a file could not be read or kept: the files
+ *         before it have been appended, those behind it have not.
+ */
+TVUT22_API INT TVUT22_CALL ProfAppendFilesA(ProfJob job, ProfList list, const char* files, const char* key);
+TVUT22_API INT TVUT22_CALL ProfAppendFilesW(ProfJob job, ProfList list, const wchar_t* files,
+                                            const wchar_t* key);
+
+/* Writes every "File.Entry" of a list, in order, into a folder.
+ *
+ * folder  is made when it is missing, but not the folder that it is in. Null and empty are refused.
+ * key     as above.
+ *
+ * Files are made or replaced as by ProfGetFile; of entries with one name the last one stays. A name that is
+ * more than a name is refused: one with a separator, drive or stream (\ / :), "." and "..", a character
+ * that no name may hold, a blank or dot at its end, a device.
+ *
+ * Result  PROF_OK when every entry was written; PROF_SAVE_FAILED when the folder could not be made or an
+ *         entry was skipped: each is told of by a diagnostic line and keeps none of the others from
+ *         being written; PROF_NOT_FOUND for an invalid list.
+ */
+TVUT22_API INT TVUT22_CALL ProfExtractFilesA(ProfJob job, ProfList list, const char* folder, const char* key);
+TVUT22_API INT TVUT22_CALL ProfExtractFilesW(ProfJob job, ProfList list, const wchar_t* folder,
+                                             const wchar_t* key);
 
 /* ---- Converters ---------------------------------------------------------------------------- */
 

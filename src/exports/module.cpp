@@ -1,7 +1,8 @@
 // The module start: what the library notes when it is loaded.
 //
 // It runs under the loader lock, so it only reads what is at hand: no DLL is loaded, nothing waited
-// for.
+// for. Registering the clipboard format is an entry in the system's table of names; it loads no driver.
+#include "platform/clipboard.h"
 #include "platform/exception_memory.h"
 #include "platform/host.h"
 #include "platform/wide.h"
@@ -65,6 +66,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
         if (!tvut::PlatformExceptionsBegin())
             return FALSE;
         tvut::PlatformNoteHost();
+        tvut::PlatformRegisterProfileFormat();
         tvut::g_hashSeed = ProcessSeed();
         ProcessAttaches();
         break;

@@ -39,4 +39,18 @@ class clsJobKeeper {
     clsProfJob& job_;
 };
 
+// A text that lives at least as long as a call that calls the caller back, whatever is deleted there.
+class clsTextKeeper {
+  public:
+    clsTextKeeper(clsTree& tree, scText* text) : tree_(tree), text_(clsTextStore::Share(text)) {}
+    clsTextKeeper(const clsTextKeeper&) = delete;
+    clsTextKeeper& operator=(const clsTextKeeper&) = delete;
+    ~clsTextKeeper() { tree_.Texts().Release(text_); }
+    std::u16string_view View() const { return ProfpView(text_); }
+
+  private:
+    clsTree& tree_;
+    scText* text_;
+};
+
 } // namespace tvut

@@ -74,20 +74,6 @@ void DeleteList(ProfJob job, ProfList list, const Char* path) {
 
 // ---- Walking ----------------------------------------------------------------------------------
 
-// A text that lives at least as long as a callback sees it, whatever the callback deletes.
-class clsTextKeeper {
-  public:
-    clsTextKeeper(clsTree& tree, scText* text) : tree_(tree), text_(clsTextStore::Share(text)) {}
-    clsTextKeeper(const clsTextKeeper&) = delete;
-    clsTextKeeper& operator=(const clsTextKeeper&) = delete;
-    ~clsTextKeeper() { tree_.Texts().Release(text_); }
-    std::u16string_view View() const { return ProfpView(text_); }
-
-  private:
-    clsTree& tree_;
-    scText* text_;
-};
-
 // A stored text as a callback receives it; stored texts are terminated.
 class clsWideResult {
   public:

@@ -73,6 +73,13 @@ clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, DWO
     return file;
 }
 
+bool PlatformMakeFolder(const char16_t* name) {
+    if (CreateDirectoryW(ToWide(name), nullptr))
+        return true;
+    const DWORD attributes = GetFileAttributesW(ToWide(name));
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
 // ---- Reading ----------------------------------------------------------------------------------
 
 clsFileSource::clsFileSource(HANDLE file) : file_(file) {

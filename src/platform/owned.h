@@ -50,6 +50,9 @@ class clsOwned {
         return &value_;
     }
 
+    // Leaves the resource to the caller.
+    Value Release() noexcept { return std::exchange(value_, Policy::None()); }
+
     void Reset() noexcept {
         if (value_ == Policy::None())
             return;

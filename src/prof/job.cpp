@@ -1,12 +1,15 @@
 #include "prof/job.h"
 
+#include "platform/clipboard.h"
 #include "platform/exception.h"
 #include "platform/settings.h"
 #include "platform/stream.h"
+#include "platform/temporary_file.h"
 #include "prof/file_name.h"
 #include "prof/formats/save.h"
 #include "runtime/default_code_page.h"
 
+#include <array>
 #include <memory>
 #include <new>
 
@@ -15,6 +18,10 @@ namespace tvut {
 namespace {
 
 constexpr std::uint32_t readPlainIni = 2; // flag of ProfJobOpenStreamObject
+
+constexpr std::uint32_t formMask = 0xF; // the part of save flags that names the form
+
+constexpr const wchar_t* temporaryPrefix = L"Prf";
 
 // A job that nobody has a handle of yet.
 struct scReleaseJob {
@@ -39,6 +46,24 @@ clsSinkMaker<Sink, Target> SinkOn(Target target) {
     return clsSinkMaker<Sink, Target>(target);
 }
 
+// What the open clipboard is given: the profile, and for programs that know no profiles a text. The text
+// is UTF-16 under the format of 8-bit text, as programs in the field have found it all along.
+int GiveToClipboard(HANDLE profile) {
+    constexpr std::array text = std::to_array(L"PROF data available");
+    clsFileSource source(profile);
+    clsGlobalMemory contents(static_cast<std::size_t>(source.SizeHint()) + 1);
+    if (!contents)
+        return profResult::noGlobalMemory;
+    contents.Fill(source);
+    if (!contents.Give(PlatformProfileFormat()))
+        return profResult::clipboardFailed;
+    clsGlobalMemory notice(sizeof text);
+    if (!notice)
+        return profResult::noGlobalMemory;
+    notice.Fill(text.data(), sizeof text);
+    return notice.Give(CF_TEXT) ? profResult::ok : profResult::noGlobalMemory;
+}
+
 } // namespace
 
 clsProfJob::clsProfJob(std::u16string_view fileName)
@@ -58,6 +83,12 @@ clsProfJob* clsProfJob::OpenStream(IStream* stream, std::u16string_view name, st
         job->error_ =
             job->LoadSource(source, name, flags & readPlainIni ? ReadMode::plainIni : ReadMode::detect);
     }
+    return job.release();
+}
+
+clsProfJob* clsProfJob::OpenClipboard(HWND owner) {
+    clsNewJob job(new clsProfJob(std::u16string_view()));
+    job->LoadClipboard(owner);
     return job.release();
 }
 
@@ -91,6 +122,23 @@ void clsProfJob::LoadFile(bool exclusive) {
         heldFile_ = std::move(file);
 }
 
+// The clipboard is closed again before the contents are parsed.
+void clsProfJob::LoadClipboard(HWND owner) {
+    error_ = profResult::openFailed;
+    const clsTemporaryFile file(temporaryPrefix);
+    if (!file)
+        return;
+    try {
+        clsFileSink copy(file.Get());
+        if (const clsClipboard clipboard(owner);
+            !clipboard || !PlatformReadClipboard(PlatformProfileFormat(), copy))
+            return;
+        clsFileSource source(file.Get());
+        error_ = LoadSource(source, u"clipboard", ReadMode::detect);
+    } catch (const clsException&) { // the temporary file has no room
+    }
+}
+
 // Gives the job's error. A source that fails and memory that runs out leave what was read so far.
 int clsProfJob::LoadSource(clsByteSource& source, std::u16string_view name, ReadMode mode) {
     try {
@@ -119,6 +167,17 @@ bool clsProfJob::Save(std::optional<std::u16string_view> fileName, std::uint32_t
 bool clsProfJob::SaveToStream(IStream& stream, std::uint32_t flags) {
     auto maker = SinkOn<clsStreamSink>(&stream);
     return ProfpSave(tree_.Root(), flags, compressed_, maker);
+}
+
+int clsProfJob::SaveToClipboard(HWND owner, std::uint32_t flags) {
+    const clsTemporaryFile file(temporaryPrefix);
+    if (!file)
+        return profResult::clipboardFailed;
+    auto maker = SinkOn<clsFileSink>(file.Get());
+    if (!ProfpSave(tree_.Root(), flags & formMask, false, maker))
+        return profResult::saveFailed;
+    const clsClipboard clipboard(owner);
+    return clipboard ? GiveToClipboard(file.Get()) : profResult::clipboardFailed;
 }
 
 } // namespace tvut

@@ -19,11 +19,13 @@ namespace profResult {
 constexpr int ok = 0;
 constexpr int openFailed = -1;
 constexpr int exclusiveFailed = -3;
+constexpr int clipboardFailed = -3;
 constexpr int saveFailed = -4;
 constexpr int invalidJob = -5;
 constexpr int notFound = -6;
 constexpr int loadFailed = -7;
 constexpr int copyFailed = -8;
+constexpr int noGlobalMemory = -8;
 constexpr int notParsed = -9;
 constexpr int locked = -10;
 } // namespace profResult
@@ -34,6 +36,8 @@ class clsProfJob {
     // no memory for the job itself.
     static clsProfJob* OpenFile(std::optional<std::u16string_view> fileName, bool exclusive);
     static clsProfJob* OpenStream(IStream* stream, std::u16string_view name, std::uint32_t flags);
+
+    static clsProfJob* OpenClipboard(HWND owner);
 
     clsProfJob(const clsProfJob&) = delete;
     clsProfJob& operator=(const clsProfJob&) = delete;
@@ -48,11 +52,15 @@ class clsProfJob {
     bool Save(std::optional<std::u16string_view> fileName, std::uint32_t flags);
     bool SaveToStream(IStream& stream, std::uint32_t flags);
 
+    // Gives a result; throws when the profile cannot be written.
+    int SaveToClipboard(HWND owner, std::uint32_t flags);
+
   private:
     explicit clsProfJob(std::u16string_view fileName);
     ~clsProfJob() = default;
 
     void LoadFile(bool exclusive);
+    void LoadClipboard(HWND owner);
     int LoadSource(clsByteSource& source, std::u16string_view name, ReadMode mode);
 
     std::atomic<std::uint32_t> references_{1};

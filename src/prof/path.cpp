@@ -96,6 +96,12 @@ void ProfpAppendItem(clsItemList& start, std::u16string_view path, std::u16strin
     list.Tree()->AppendItem(list, scName(reader.Last()), value);
 }
 
+void ProfpAppendItem(clsItemList& start, std::u16string_view path, const IclsValueWriter& value) {
+    clsPathReader reader(start, path);
+    clsItemList& list = FollowCreating(reader);
+    list.Tree()->AppendItem(list, scName(reader.Last()), value);
+}
+
 void ProfpSetItem(clsItemList& start, std::u16string_view path, std::u16string_view value) {
     clsPathReader reader(start, path);
     clsItemList& list = FollowCreating(reader);

@@ -25,6 +25,7 @@ clsItemList* ProfpAppendList(clsItemList& start, std::u16string_view path);
 
 // Add an item or set the first one of its name; missing lists on the way are appended.
 void ProfpAppendItem(clsItemList& start, std::u16string_view path, std::u16string_view value);
+void ProfpAppendItem(clsItemList& start, std::u16string_view path, const IclsValueWriter& value);
 void ProfpSetItem(clsItemList& start, std::u16string_view path, std::u16string_view value);
 
 // Remove every entry of a kind that the path reaches through every list of each segment's name.

@@ -107,15 +107,24 @@ scText* clsTextStore::Pooled(Pool pool, std::u16string_view text, std::uint32_t 
     return created;
 }
 
+scText* clsTextStore::Unfilled(std::size_t length) {
+    return length == 0 ? nullptr : Allocate(length, Pool::none);
+}
+
 scText* clsTextStore::Create(std::u16string_view text, Pool pool) {
-    if (text.size() > maximumLength)
-        throw std::bad_alloc();
-    auto* const created = static_cast<scText*>(slab_.Allocate(BlockSize(text.size())));
-    created->references = 1;
-    created->length = static_cast<std::uint32_t>(text.size()) & 0x3FFFFFFFu;
-    created->pool = static_cast<std::uint32_t>(pool) & 3u;
+    scText* const created = Allocate(text.size(), pool);
     UtilpCopy(created->Characters(), text.data(), text.size());
-    created->Characters()[text.size()] = u'\0';
+    return created;
+}
+
+scText* clsTextStore::Allocate(std::size_t length, Pool pool) {
+    if (length > maximumLength)
+        throw std::bad_alloc();
+    auto* const created = static_cast<scText*>(slab_.Allocate(BlockSize(length)));
+    created->references = 1;
+    created->length = static_cast<std::uint32_t>(length) & 0x3FFFFFFFu;
+    created->pool = static_cast<std::uint32_t>(pool) & 3u;
+    created->Characters()[length] = u'\0';
     return created;
 }
 

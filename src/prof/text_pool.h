@@ -77,6 +77,9 @@ class clsTextStore {
     scText* Name(std::u16string_view text, std::uint32_t hash);
     scText* Value(std::u16string_view text);
 
+    // A text of a length, terminated, to be filled before anybody reads it; never shared with equal ones.
+    scText* Unfilled(std::size_t length);
+
     static scText* Share(scText* text) {
         if (text)
             ++text->references;
@@ -97,6 +100,7 @@ class clsTextStore {
     clsTextPool& PoolOf(Pool pool) { return pool == Pool::names ? names_ : values_; }
     scText* Pooled(Pool pool, std::u16string_view text, std::uint32_t hash);
     scText* Create(std::u16string_view text, Pool pool);
+    scText* Allocate(std::size_t length, Pool pool);
     void Destroy(scText* text) noexcept;
 
     clsSlab& slab_;

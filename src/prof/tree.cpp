@@ -58,6 +58,15 @@ void clsTree::AppendItem(clsItemList& list, const clsItem& namesake, std::u16str
     AddItem(list, namesake.key, nameText, valueText);
 }
 
+void clsTree::AppendItem(clsItemList& list, const scName& name, const IclsValueWriter& value) {
+    clsTextHolder nameText(texts_, texts_.Name(name.text, name.hash));
+    scText* const text = texts_.Unfilled(value.Length());
+    clsTextHolder valueText(texts_, text);
+    if (text)
+        value.Write(text->Characters());
+    AddItem(list, name.Key(EntryKind::item), nameText, valueText);
+}
+
 clsItemList* clsTree::AppendList(clsItemList& list, const scName& name) {
     clsTextHolder nameText(texts_, texts_.Name(name.text, name.hash));
     return AddList(list, name.Key(EntryKind::list), nameText);

@@ -11,6 +11,14 @@
 
 namespace tvut {
 
+// A long value that is written straight to where it stays.
+class IclsValueWriter {
+  public:
+    virtual ~IclsValueWriter() = default;
+    virtual std::size_t Length() const = 0;
+    virtual void Write(char16_t* text) const = 0; // exactly so many characters
+};
+
 class clsTree {
   public:
     explicit clsTree(bool pooling) : texts_(slab_, pooling), root_(this, nullptr, 0) {}
@@ -21,6 +29,7 @@ class clsTree {
     clsItemList& Root() { return root_; }
 
     void AppendItem(clsItemList& list, const scName& name, std::u16string_view value);
+    void AppendItem(clsItemList& list, const scName& name, const IclsValueWriter& value);
     clsItemList* AppendList(clsItemList& list, const scName& name);
 
     // Appends an item with the name of one that this tree has.

@@ -52,19 +52,36 @@ TYPED_TEST(Memory, NoGetAllocates) {
 template <class Work, class Check>
 void failEveryAllocation(Work work, Check check) {
     int failures = 0;
-    for (int n = 1, needed = n; needed >= n; ++n) {
+    bool failed = true;
+    for (int n = 1; failed; ++n) {
         bool succeeded;
         {
             const CountedAllocations failing(n);
             succeeded = work();
-            needed = CountedAllocations::count;
+            failed = CountedAllocations::count >= n;
         }
-        ASSERT_TRUE(succeeded || needed >= n) << "failed without need after " << needed << " allocations";
+        ASSERT_TRUE(succeeded || failed) << "failed without need after " << n - 1 << " allocations";
         failures += !succeeded;
         if (succeeded)
             check();
     }
     EXPECT_GT(failures, 0);
+}
+
+/// Edits a tree with the n-th allocation and all later ones failing, for every n, and hands each job to
+/// check.
+template <class Edit, class Check>
+void failEveryEdit(std::wstring_view tree, Edit edit, Check check) {
+    bool failed = true;
+    for (int n = 1; failed; ++n) {
+        const Job job(tree);
+        {
+            const CountedAllocations failing(n);
+            edit(job);
+            failed = CountedAllocations::count >= n;
+        }
+        check(job, failed);
+    }
 }
 
 TEST(FailingAllocation, IsReportedByEveryLoadAndSave) {
@@ -85,24 +102,99 @@ TEST(FailingAllocation, IsReportedByEveryLoadAndSave) {
     }
 }
 
+TYPED_TEST(Memory, FailingForBytesAndFilesLeavesNothingHalf) {
+    using F = TypeParam;
+    using Char = typename F::Char;
+    const TempFolder folder;
+    const Bytes bytes(200000, 'b');
+    writeFile(folder / L"one", bytes);
+    writeFile(folder / L"two", "2");
+    const auto name = in<Char>(L"b"), key = in<Char>(L"key"), one = in<Char>(folder / L"one"),
+               all = in<Char>(folder / L"*"), out = in<Char>(folder / L"out"),
+               made = in<Char>(folder / L"out\\made");
+    // What is there after a failure is the beginning of what would have been there, in whole entries.
+    const auto appends = [&](auto append) {
+        Job whole(L"a=1;");
+        append(whole);
+        const std::wstring expected = describe(whole);
+        failEveryEdit(L"a=1;", append, [&](ProfJob job, bool failed) {
+            EXPECT_TRUE(failed ? expected.starts_with(describe(job)) : expected == describe(job))
+                << describe(job);
+        });
+        return whole;
+    };
+    PieceStream stream(bytes);
+    const Job streams =
+        appends([&](ProfJob job) { F::appendStream(job, 0, name.c_str(), key.c_str(), &stream); });
+    appends([&](ProfJob job) { F::appendFile(job, 0, name.c_str(), key.c_str(), one.c_str()); });
+    const Job files = appends([&](ProfJob job) { F::appendFiles(job, 0, all.c_str(), key.c_str()); });
+    std::filesystem::create_directory(folder / L"out");
+    PieceStream target;
+    failEveryAllocation(
+        [&] { return F::getStream(streams, 0, name.c_str(), key.c_str(), &target) == PROF_OK; },
+        [&] { EXPECT_TRUE(target.data == bytes); });
+    const auto writes = [&](auto write) {
+        failEveryAllocation(
+            [&] {
+                const bool done = write() == PROF_OK;
+                for (const auto& entry : std::filesystem::directory_iterator(folder / L"out"))
+                    EXPECT_TRUE(entry.file_size() == bytes.size() || entry.file_size() == 1) << entry.path();
+                return done;
+            },
+            [] {});
+    };
+    writes([&] { return F::getFile(streams, 0, name.c_str(), key.c_str(), made.c_str()); });
+    writes([&] { return F::extractFiles(files, 0, out.c_str(), key.c_str()); });
+    EXPECT_TRUE(readFile(folder / L"out\\one") == bytes && readFile(folder / L"out\\made") == bytes);
+}
+
+TEST(FailingAllocation, LeavesNoPartOfAVariantOrOfTheClipboard) {
+    VARIANT text, value, out;
+    V_VT(&text) = VT_BSTR;
+    V_BSTR(&text) = SysAllocStringByteLen(Bytes(300, 't').c_str(), 300);
+    SAFEARRAYBOUND bounds{2, 0};
+    V_VT(&value) = VT_ARRAY | VT_VARIANT;
+    V_ARRAY(&value) = SafeArrayCreate(VT_VARIANT, 1, &bounds);
+    for (LONG i = 0; i < 2; ++i)
+        SafeArrayPutElement(V_ARRAY(&value), &i, &text);
+    Job job;
+    failEveryEdit(
+        L"v=old;", [&](ProfJob edited) { ProfSetVariant(edited, 0, L"v", &value); },
+        [&](ProfJob edited, bool failed) { EXPECT_EQ(textOf(edited, L"v") == L"old", failed); });
+    ProfSetVariant(job, 0, L"v", &value);
+    failEveryAllocation(
+        [&] {
+            const INT result = ProfGetVariant(job, 0, L"v", &out);
+            EXPECT_EQ(V_VT(&out), result == PROF_OK ? VT_ARRAY | VT_VARIANT : VT_EMPTY);
+            return result == PROF_OK;
+        },
+        [&] {
+            ProfAppendVariant(job, 0, L"again", &out);
+            EXPECT_EQ(textOf(job, L"again"), textOf(job, L"v"));
+        });
+    for (VARIANT* variant : {&text, &value, &out})
+        VariantClear(variant);
+    failEveryAllocation([&] { return ProfSaveToClipboard(job, nullptr, 0) == PROF_OK; }, [] {});
+    Job pasted;
+    failEveryAllocation(
+        [&] {
+            pasted = Job(ProfJobOpenClipboard(nullptr));
+            return pasted && ProfGetError(pasted) == PROF_OK;
+        },
+        [&] { EXPECT_EQ(describe(pasted), describe(job)); });
+}
+
 TYPED_TEST(Memory, AFailedEditChangesNothing) {
     using Char = typename TypeParam::Char;
     const std::wstring tree = L"a=1;L{b=2;M{c=3;}}d=;";
     const auto name = in<Char>(L"new"), path = in<Char>(L"L/M");
     const std::basic_string<Char> large(100000, Char{'v'});
     const auto fails = [&](const char* what, auto edit) {
-        bool failed = true;
-        for (int n = 1; failed; ++n) {
-            const Job job(tree);
-            {
-                const CountedAllocations failing(n);
-                edit(job);
-                failed = CountedAllocations::count >= n;
-            }
+        failEveryEdit(tree, edit, [&](ProfJob job, bool failed) {
             if (failed) {
-                EXPECT_EQ(describe(job), tree) << what << ", allocation " << n;
+                EXPECT_EQ(describe(job), tree) << what;
             }
-        }
+        });
     };
     fails("append", [&](ProfJob job) { TypeParam::appendString(job, 0, name.c_str(), large.c_str()); });
     fails("set", [&](ProfJob job) { TypeParam::setString(job, 0, name.c_str(), large.c_str()); });

@@ -88,6 +88,32 @@ void declareConvert(CLI::App& app, Arguments& arguments) {
     app.add_flag("--compress", arguments.compress, "Save compressed");
 }
 
+void addKey(CLI::App& app, Arguments& arguments) {
+    app.add_option("--key", arguments.key, "The key that enciphers the files' contents");
+}
+
+void declareAttach(CLI::App& app, Arguments& arguments) {
+    addFile(app, arguments);
+    app.add_option("LIST", arguments.path, "The list to put the files into; made when missing; / is the root")
+        ->required();
+    app.add_option("PATTERN", arguments.patterns, "A file, or files with * and ? in the name")->required();
+    addKey(app, arguments);
+    addOutput(app, arguments);
+    app.add_flag("--create", arguments.create, "Begin with an empty profile when there is no such file");
+}
+
+void declareExtract(CLI::App& app, Arguments& arguments) {
+    addFile(app, arguments);
+    app.add_option("LIST", arguments.path, "The list that holds the files; / is the root")->required();
+    app.add_option("FOLDER", arguments.folder, "Where to put them; made when missing")->required();
+    addKey(app, arguments);
+}
+
+void declarePaste(CLI::App& app, Arguments& arguments) {
+    app.add_option("OUT", arguments.output, "Where to save it")->required();
+    app.add_flag("--compress", arguments.compress, "Save compressed");
+}
+
 constexpr Command commands[] = {
     {"show", "Print a profile as a tree", declareShow, runShow},
     {"get", "Print one item's value", declareGet, runGet},
@@ -97,6 +123,10 @@ constexpr Command commands[] = {
     {"items", "Print the items of a list", declareNames, runItems},
     {"convert", "Save a profile in another form or place", declareConvert, runConvert},
     {"check", "Load a profile and report the first error", addFile, runCheck},
+    {"attach", "Put files into a list", declareAttach, runAttach},
+    {"extract", "Write the files of a list into a folder", declareExtract, runExtract},
+    {"copy", "Put a profile on the clipboard", addFile, runCopy},
+    {"paste", "Save the profile on the clipboard", declarePaste, runPaste},
 };
 
 std::string version() {

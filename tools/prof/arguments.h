@@ -20,6 +20,9 @@ struct Arguments {
     std::string type = "string";
     std::string output;
     std::string form = "text";
+    std::string folder;
+    std::string key;
+    std::vector<std::string> patterns;
     bool flat = false;
     bool list = false;
     bool create = false;

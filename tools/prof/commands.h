@@ -14,6 +14,10 @@ ExitCode runLists(const Arguments& arguments);   // names.cpp
 ExitCode runItems(const Arguments& arguments);   // names.cpp
 ExitCode runConvert(const Arguments& arguments); // convert.cpp
 ExitCode runCheck(const Arguments& arguments);   // check.cpp
+ExitCode runAttach(const Arguments& arguments);  // files.cpp
+ExitCode runExtract(const Arguments& arguments); // files.cpp
+ExitCode runCopy(const Arguments& arguments);    // clipboard.cpp
+ExitCode runPaste(const Arguments& arguments);   // clipboard.cpp
 
 } // namespace tool::prof
 

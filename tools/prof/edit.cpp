@@ -1,10 +1,7 @@
 // prof set and prof delete: change a profile and save it.
-//
-// The file is opened and closed, and the save replaces it in one step: a reader, or a crash, meets the
-// old contents or the new ones and nothing between.
 #include "commands.h"
+#include "edited_profile.h"
 #include "paths.h"
-#include "profile_kind.h"
 #include "text_io.h"
 #include "value_types.h"
 
@@ -13,29 +10,6 @@
 namespace tool::prof {
 
 namespace {
-
-constexpr UINT sameWrapping = PROF_FORM_TEXT | PROF_SAVE_COMPRESSED_AS_READ;
-
-bool isInPlace(const Arguments& arguments) {
-    return arguments.output.empty() && arguments.file != standardStream;
-}
-
-bool isToBeCreated(const Arguments& arguments) {
-    return arguments.create && arguments.file != standardStream &&
-           kindOf(toWide(arguments.file)) == FileKind::missing;
-}
-
-Profile openForEdit(const Arguments& arguments) {
-    Profile profile =
-        isToBeCreated(arguments) ? Profile::makeEmpty() : Profile::open(arguments.file, arguments.plainIni);
-    if (isInPlace(arguments))
-        requireReplaceable(arguments.file, arguments.plainIni);
-    return profile;
-}
-
-void saveEdited(const Profile& profile, const Arguments& arguments) {
-    profile.save(arguments.output.empty() ? arguments.file : arguments.output, sameWrapping);
-}
 
 void requireValue(const ValueType& type, const std::string& value) {
     if (!type.store(nullptr, nullptr, value))

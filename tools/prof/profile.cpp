@@ -80,6 +80,17 @@ Profile Profile::makeEmpty() {
     return Profile{ProfJobOpenW(nullptr)};
 }
 
+Profile Profile::fromClipboard() {
+    const LoadReport report;
+    Profile profile{ProfJobOpenClipboard(nullptr)};
+    const INT error = ProfGetError(profile.job());
+    if (error == PROF_OPEN_FAILED)
+        throw Failure{ExitCode::notFound, "clipboard", "holds no profile, or is in use by another program"};
+    if (error != PROF_OK)
+        throw Failure{ExitCode::malformed, "clipboard", report.reason()};
+    return profile;
+}
+
 void Profile::save(const std::string& name, UINT flags) const {
     if (name == standardStream)
         saveToStandardOutput(flags);

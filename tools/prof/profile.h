@@ -27,6 +27,9 @@ class Profile {
     // A profile with nothing in it.
     static Profile makeEmpty();
 
+    // Throws Failure with notFound when there is none, or malformed.
+    static Profile fromClipboard();
+
     ProfJob job() const { return job_.get(); }
 
     // Saves to a file or standard output; throws Failure with cannotSave.

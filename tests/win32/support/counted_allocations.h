@@ -3,6 +3,8 @@
 
 #include "import_hook.h"
 
+#include <oleauto.h>
+
 #include <cstdlib>
 #include <limits>
 
@@ -29,14 +31,27 @@ class CountedAllocations {
         return refused() ? nullptr : VirtualAlloc(at, size, type, protection);
     }
 
+    static HGLOBAL WINAPI globalAlloc(UINT flags, SIZE_T size) {
+        return refused() ? nullptr : GlobalAlloc(flags, size);
+    }
+    static BSTR WINAPI text(LPCSTR bytes, UINT count) {
+        return refused() ? nullptr : SysAllocStringByteLen(bytes, count);
+    }
+    static SAFEARRAY* WINAPI array(VARTYPE type, UINT dimensions, SAFEARRAYBOUND* bounds) {
+        return refused() ? nullptr : SafeArrayCreate(type, dimensions, bounds);
+    }
+
     static inline int failFrom_ = 0;
 
-    ImportHook hooks_[5] = {
+    ImportHook hooks_[8] = {
         ImportHook("malloc", reinterpret_cast<void*>(malloc)),
         ImportHook("calloc", reinterpret_cast<void*>(calloc)),
         ImportHook("realloc", reinterpret_cast<void*>(realloc)),
         ImportHook("HeapAlloc", reinterpret_cast<void*>(heapAlloc)),
         ImportHook("VirtualAlloc", reinterpret_cast<void*>(virtualAlloc)),
+        ImportHook("GlobalAlloc", reinterpret_cast<void*>(globalAlloc)),
+        ImportHook("SysAllocStringByteLen", reinterpret_cast<void*>(text)),
+        ImportHook("SafeArrayCreate", reinterpret_cast<void*>(array)),
     };
 };
 

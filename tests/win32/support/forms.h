@@ -72,6 +72,9 @@ struct Form;
         PROF_CALL(getBool, GetBool##S); PROF_CALL(getInt, GetInt##S); PROF_CALL(getInt64, GetInt64##S); \
         PROF_CALL(getDouble, GetDouble##S); PROF_CALL(getPoint, GetPoint##S); \
         PROF_CALL(getRect, GetRect##S); PROF_CALL(getRectLTWH, GetRectLTWH##S); \
+        PROF_CALL(appendStream, AppendStream##S); PROF_CALL(getStream, GetStream##S); \
+        PROF_CALL(appendFile, AppendFile##S); PROF_CALL(getFile, GetFile##S); \
+        PROF_CALL(appendFiles, AppendFiles##S); PROF_CALL(extractFiles, ExtractFiles##S); \
         PROF_CALL(getColorref, GetColorref##S); PROF_CALL(toBool, LPSTRtoBOOL##S); \
         PROF_CALL(toInt, LPSTRtoINT##S); PROF_CALL(toInt64, LPSTRtoINT64##S); \
         PROF_CALL(toRect, LPSTRtoRECT##S); PROF_CALL(toColorref, LPSTRtoCOLORREF##S); }

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <utility>
 
 namespace testing_prof {
@@ -30,6 +31,7 @@ class PieceStream final : public IStream {
     bool refuseSeek = false;
     bool refuseSetSize = false;
     ProfJob closedByWrite = nullptr;
+    std::function<void()> onRead;
     LONG references = 1;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** out) override {
@@ -40,6 +42,8 @@ class PieceStream final : public IStream {
     ULONG STDMETHODCALLTYPE Release() override { return static_cast<ULONG>(--references); }
 
     HRESULT STDMETHODCALLTYPE Read(void* out, ULONG size, ULONG* done) override {
+        if (onRead)
+            std::exchange(onRead, nullptr)();
         const size_t left = position < data.size() ? data.size() - position : 0;
         const size_t count = std::min({static_cast<size_t>(size), piece_, left});
         if (done)

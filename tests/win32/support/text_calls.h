@@ -49,6 +49,10 @@ std::span<const TextCall<F>> textCalls() {
         PROF_GET(getRectLTWH, RECT, &kRect), PROF_GET(getColorref, COLORREF, 1),
         PROF_CONVERT(toBool, BOOL, 1), PROF_CONVERT(toInt, INT, 1), PROF_CONVERT(toInt64, INT64, 1),
         PROF_CONVERT(toRect, RECT, &kRect), PROF_CONVERT(toColorref, COLORREF, 1),
+        PROF_TEXT_CALL(appendStream, PieceStream stream("abc"); F::appendStream(j, 0, t, t, &stream)),
+        PROF_TEXT_CALL(getStream, PieceStream stream; F::getStream(j, 0, t, t, &stream)),
+        PROF_TEXT_CALL(appendFile, F::appendFile(j, 0, t, t, t)),
+        PROF_TEXT_CALL(appendFiles, F::appendFiles(j, 0, t, t)),
         PROF_TEXT_CALL(enumerate, F::enumerate(j, 0, visitNothing<Char>, 0)),
         PROF_TEXT_CALL(deleteItem, F::deleteItem(j, 0, t)), PROF_TEXT_CALL(deleteList, F::deleteList(j, 0, t)),
     };

@@ -1,0 +1,156 @@
+// Exports of the profile store: bytes of streams and files in items, and whole files in lists.
+#include "exports/guard.h"
+#include "exports/prof_handles.h"
+#include "exports/text_argument.h"
+#include "platform/exception.h"
+#include "platform/stream.h"
+#include "prof/embedded_files.h"
+#include "prof/path.h"
+#include "text/byte_text.h"
+
+#include <string>
+
+using namespace tvut;
+
+namespace {
+
+// The stream is the caller's code: it may close the job or delete the list while it is read.
+template <class Char>
+void AppendStream(ProfJob handle, ProfList listHandle, const Char* path, const Char* keyText,
+                  IStream* stream) {
+    clsProfJob* const job = FromHandle(handle);
+    if (!job || !FromHandle(*job, listHandle) || !path || !stream)
+        return;
+    const clsJobKeeper keeper(*job);
+    UtilpGuard([&] {
+        const clsTextArgument<Char> name(path);
+        const clsTextArgument<Char> key(keyText);
+        clsStreamSource source(stream);
+        const clsPackedBytes bytes = ProfpPackBytes(source, key.View());
+        if (clsItemList* const list = FromHandle(*job, listHandle))
+            ProfpAppendBytes(*list, name.View(), bytes);
+    });
+}
+
+template <class Char>
+void AppendFile(ProfJob handle, ProfList listHandle, const Char* path, const Char* keyText,
+                const Char* fileName) {
+    clsProfJob* const job = FromHandle(handle);
+    clsItemList* const list = job ? FromHandle(*job, listHandle) : nullptr;
+    if (!list || !path || !fileName)
+        return;
+    UtilpGuard([&] {
+        const std::u16string file(clsTextArgument<Char>(fileName).View());
+        const clsTextArgument<Char> key(keyText);
+        ProfpAppendBytes(*list, clsTextArgument<Char>(path).View(), ProfpPackFile(file, key.View()));
+    });
+}
+
+// Calls write with the text and the key of an item; it gives whether the bytes are where they belong.
+template <class Char, class Write>
+INT GetBytes(ProfJob handle, ProfList listHandle, const Char* path, const Char* keyText, Write write) {
+    clsProfJob* const job = FromHandle(handle);
+    if (!job)
+        return PROF_OK;
+    const clsJobKeeper keeper(*job);
+    return UtilpGuard(PROF_DECODE_FAILED, [&]() -> INT {
+        clsItemList* const list = FromHandle(*job, listHandle);
+        const clsItem* const item =
+            list && path ? ProfpFindItem(*list, clsTextArgument<Char>(path).View()) : nullptr;
+        if (!item)
+            return PROF_NOT_FOUND;
+        const clsTextKeeper text(job->Tree(), item->value);
+        const clsTextArgument<Char> key(keyText);
+        return write(text.View(), key.View()) ? PROF_OK : PROF_DECODE_FAILED;
+    });
+}
+
+bool WriteStream(IStream& stream, std::u16string_view text, std::u16string_view key) {
+    clsStreamSink sink(&stream);
+    if (!UtilpWriteBytesOfText(text, key, sink))
+        return false;
+    sink.Finish();
+    return true;
+}
+
+template <class Char>
+INT GetStream(ProfJob job, ProfList list, const Char* path, const Char* keyText, IStream* stream) {
+    return GetBytes(job, list, path, keyText, [stream](std::u16string_view text, std::u16string_view key) {
+        return stream && WriteStream(*stream, text, key);
+    });
+}
+
+template <class Char>
+INT GetFile(ProfJob job, ProfList list, const Char* path, const Char* keyText, const Char* fileName) {
+    return GetBytes(job, list, path, keyText, [fileName](std::u16string_view text, std::u16string_view key) {
+        return fileName && ProfpWriteFile(std::u16string(clsTextArgument<Char>(fileName).View()), text, key);
+    });
+}
+
+// What AppendFiles and ExtractFiles share: a list, a text about files and a key.
+template <class Char>
+INT WithFiles(bool (*work)(clsItemList&, std::u16string_view, std::u16string_view), ProfJob handle,
+              ProfList listHandle, const Char* files, const Char* keyText, INT failure) {
+    clsProfJob* const job = FromHandle(handle);
+    if (!job)
+        return PROF_OK;
+    clsItemList* const list = FromHandle(*job, listHandle);
+    if (!list)
+        return PROF_NOT_FOUND;
+    return UtilpGuard(failure, [&] {
+        const clsTextArgument<Char> key(keyText);
+        return work(*list, clsTextArgument<Char>(files).View(), key.View()) ? PROF_OK : failure;
+    });
+}
+
+} // namespace
+
+void TVUT22_CALL ProfAppendStreamA(ProfJob job, ProfList list, const char* path, const char* key,
+                                   IStream* stream) {
+    AppendStream(job, list, path, key, stream);
+}
+void TVUT22_CALL ProfAppendStreamW(ProfJob job, ProfList list, const wchar_t* path, const wchar_t* key,
+                                   IStream* stream) {
+    AppendStream(job, list, path, key, stream);
+}
+
+INT TVUT22_CALL ProfGetStreamA(ProfJob job, ProfList list, const char* path, const char* key,
+                               IStream* stream) {
+    return GetStream(job, list, path, key, stream);
+}
+INT TVUT22_CALL ProfGetStreamW(ProfJob job, ProfList list, const wchar_t* path, const wchar_t* key,
+                               IStream* stream) {
+    return GetStream(job, list, path, key, stream);
+}
+
+void TVUT22_CALL ProfAppendFileA(ProfJob job, ProfList list, const char* path, const char* key,
+                                 const char* fileName) {
+    AppendFile(job, list, path, key, fileName);
+}
+void TVUT22_CALL ProfAppendFileW(ProfJob job, ProfList list, const wchar_t* path, const wchar_t* key,
+                                 const wchar_t* fileName) {
+    AppendFile(job, list, path, key, fileName);
+}
+
+INT TVUT22_CALL ProfGetFileA(ProfJob job, ProfList list, const char* path, const char* key,
+                             const char* fileName) {
+    return GetFile(job, list, path, key, fileName);
+}
+INT TVUT22_CALL ProfGetFileW(ProfJob job, ProfList list, const wchar_t* path, const wchar_t* key,
+                             const wchar_t* fileName) {
+    return GetFile(job, list, path, key, fileName);
+}
+
+INT TVUT22_CALL ProfAppendFilesA(ProfJob job, ProfList list, const char* files, const char* key) {
+    return WithFiles(ProfpAppendFiles, job, list, files, key, PROF_CONVERT_FAILED);
+}
+INT TVUT22_CALL ProfAppendFilesW(ProfJob job, ProfList list, const wchar_t* files, const wchar_t* key) {
+    return WithFiles(ProfpAppendFiles, job, list, files, key, PROF_CONVERT_FAILED);
+}
+
+INT TVUT22_CALL ProfExtractFilesA(ProfJob job, ProfList list, const char* folder, const char* key) {
+    return WithFiles(ProfpExtractFiles, job, list, folder, key, PROF_SAVE_FAILED);
+}
+INT TVUT22_CALL ProfExtractFilesW(ProfJob job, ProfList list, const wchar_t* folder, const wchar_t* key) {
+    return WithFiles(ProfpExtractFiles, job, list, folder, key, PROF_SAVE_FAILED);
+}

@@ -1,0 +1,65 @@
+// Exports of the profile store: variants.
+#include "exports/guard.h"
+#include "exports/prof_handles.h"
+#include "exports/text_argument.h"
+#include "prof/path.h"
+#include "prof/variant.h"
+#include "prof/variant_text.h"
+
+using namespace tvut;
+
+namespace {
+
+using AddItem = void (*)(clsItemList& start, std::u16string_view path, std::u16string_view value);
+
+void Add(AddItem add, ProfJob handle, ProfList listHandle, const wchar_t* path, const VARIANT* value) {
+    clsProfJob* const job = FromHandle(handle);
+    clsItemList* const list = job ? FromHandle(*job, listHandle) : nullptr;
+    if (!list || !path || !value)
+        return;
+    UtilpGuard([&] {
+        const std::u16string text = ProfpVariantText(ProfpStoreVariant(*value));
+        add(*list, FromWide(std::wstring_view(path)), text);
+    });
+}
+
+// out, which may be null, is empty unless the text is a variant.
+INT Parse(std::u16string_view text, VARIANT* out) {
+    return UtilpGuard(PROF_NOT_PARSED, [&] {
+        clsVariant value;
+        ProfpLoadVariant(ProfpVariantBytes(text), value);
+        if (out)
+            *out = value.Release();
+        return PROF_OK;
+    });
+}
+
+void Empty(VARIANT* out) {
+    if (out)
+        VariantInit(out);
+}
+
+} // namespace
+
+void TVUT22_CALL ProfAppendVariant(ProfJob job, ProfList list, const wchar_t* path, const VARIANT* value) {
+    Add(ProfpAppendItem, job, list, path, value);
+}
+void TVUT22_CALL ProfSetVariant(ProfJob job, ProfList list, const wchar_t* path, const VARIANT* value) {
+    Add(ProfpSetItem, job, list, path, value);
+}
+
+INT TVUT22_CALL ProfGetVariant(ProfJob handle, ProfList listHandle, const wchar_t* path, VARIANT* out) {
+    clsProfJob* const job = FromHandle(handle);
+    if (!job)
+        return PROF_OK;
+    Empty(out);
+    clsItemList* const list = FromHandle(*job, listHandle);
+    const clsItem* const item =
+        list && path ? ProfpFindItem(*list, FromWide(std::wstring_view(path))) : nullptr;
+    return item && !item->Value().empty() ? Parse(item->Value(), out) : PROF_NOT_FOUND;
+}
+
+INT TVUT22_CALL ProfGetVariantFromContents(const wchar_t* text, VARIANT* out) {
+    Empty(out);
+    return text ? Parse(FromWide(std::wstring_view(text)), out) : PROF_NOT_PARSED;
+}

@@ -1,0 +1,32 @@
+#include "platform/file_finder.h"
+
+#include "platform/owned.h"
+#include "platform/wide.h"
+
+namespace tvut {
+
+namespace {
+
+struct scFindPolicy {
+    using Value = HANDLE;
+    static Value None() noexcept { return INVALID_HANDLE_VALUE; }
+    static void Close(Value value) noexcept { FindClose(value); }
+};
+using clsFindHandle = clsOwned<scFindPolicy>;
+
+} // namespace
+
+std::vector<std::u16string> PlatformFindFiles(const std::u16string& path) {
+    std::vector<std::u16string> names;
+    WIN32_FIND_DATAW data;
+    const clsFindHandle search(FindFirstFileW(ToWide(path.c_str()), &data));
+    if (!search)
+        return names;
+    do {
+        if (!(data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY))
+            names.emplace_back(FromWide(std::wstring_view(data.cFileName)));
+    } while (FindNextFileW(search.Get(), &data));
+    return names;
+}
+
+} // namespace tvut

@@ -1,0 +1,32 @@
+// Files that a profile carries: bytes as an item, and "File.Entry" lists with a name beside the bytes.
+#pragma once
+
+#include "platform/bytes.h"
+#include "prof/item_list.h"
+
+#include <string>
+#include <string_view>
+
+namespace tvut {
+
+class clsPackedBytes;
+
+// A source's bytes, compressed and enciphered, on their way to an item. Throws what the source throws,
+// clsException for more bytes than can be read again, std::bad_alloc.
+clsPackedBytes ProfpPackBytes(clsByteSource& source, std::u16string_view key);
+clsPackedBytes ProfpPackFile(const std::u16string& file, std::u16string_view key);
+void ProfpAppendBytes(clsItemList& start, std::u16string_view path, const clsPackedBytes& bytes);
+
+// Makes or replaces a file with the bytes that a text stands for. Unless all of them are there, nothing
+// is made and the file that was there stays. False, with a diagnostic line, when that fails.
+bool ProfpWriteFile(const std::u16string& file, std::u16string_view text, std::u16string_view key);
+
+// Appends an entry for each file that a specification names. False when one could not be read; those
+// before it are there. Throws std::bad_alloc.
+bool ProfpAppendFiles(clsItemList& list, std::u16string_view specification, std::u16string_view key);
+
+// Writes every entry of a list into a folder, whatever happens to the others. False when one of them
+// could not be written. Throws std::bad_alloc.
+bool ProfpExtractFiles(clsItemList& list, std::u16string_view folder, std::u16string_view key);
+
+} // namespace tvut

@@ -1,0 +1,49 @@
+// prof copy and prof paste: a profile to the clipboard and from it.
+#include "commands.h"
+#include "profile.h"
+
+#include <memory>
+#include <type_traits>
+
+namespace tool::prof {
+
+namespace {
+
+struct DestroyOwner {
+    void operator()(HWND window) const { DestroyWindow(window); }
+};
+using Owner = std::unique_ptr<std::remove_pointer_t<HWND>, DestroyOwner>;
+
+// The clipboard belongs to a window; one that is never shown will do.
+Owner makeOwner() {
+    return Owner{
+        CreateWindowExW(0, L"Message", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr)};
+}
+
+// The library adds to what is there; what was copied before is to be gone.
+bool emptyClipboard(HWND owner) {
+    if (!OpenClipboard(owner))
+        return false;
+    const bool emptied = EmptyClipboard() != FALSE;
+    CloseClipboard();
+    return emptied;
+}
+
+} // namespace
+
+ExitCode runCopy(const Arguments& arguments) {
+    const Profile profile = Profile::open(arguments.file, arguments.plainIni);
+    const Owner owner = makeOwner();
+    if (!emptyClipboard(owner.get()) ||
+        ProfSaveToClipboard(profile.job(), owner.get(), PROF_FORM_TEXT) != PROF_OK)
+        throw Failure{ExitCode::cannotSave, "clipboard", "in use by another program, or no memory for it"};
+    return ExitCode::ok;
+}
+
+ExitCode runPaste(const Arguments& arguments) {
+    Profile::fromClipboard().save(arguments.output,
+                                  PROF_FORM_TEXT | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u));
+    return ExitCode::ok;
+}
+
+} // namespace tool::prof
