@@ -159,8 +159,8 @@ bool ProfpWriteFile(const std::u16string& file, std::u16string_view text, std::u
     return false;
 }
 
-bool ProfpAppendFiles(clsItemList& list, std::u16string_view specification, std::u16string_view key) {
-    for (std::u16string_view element; !(element = ProfpTakeFilePattern(specification)).empty();) {
+bool ProfpAppendFiles(clsItemList& list, std::u16string_view patterns, std::u16string_view key) {
+    for (std::u16string_view element; !(element = ProfpTakeFilePattern(patterns)).empty();) {
         const scFilePattern pattern(element);
         const std::vector<std::u16string> names = FilesOf(pattern);
         if (names.empty())

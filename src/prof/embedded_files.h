@@ -21,9 +21,9 @@ void ProfpAppendBytes(clsItemList& start, std::u16string_view path, const clsPac
 // is made and the file that was there stays. False, with a diagnostic line, when that fails.
 bool ProfpWriteFile(const std::u16string& file, std::u16string_view text, std::u16string_view key);
 
-// Appends an entry for each file that a specification names. False when one could not be read; those
+// Appends an entry for each file that a list of patterns stands for. False when one could not be read; those
 // before it are there. Throws std::bad_alloc.
-bool ProfpAppendFiles(clsItemList& list, std::u16string_view specification, std::u16string_view key);
+bool ProfpAppendFiles(clsItemList& list, std::u16string_view patterns, std::u16string_view key);
 
 // Writes every entry of a list into a folder, whatever happens to the others. False when one of them
 // could not be written. Throws std::bad_alloc.

@@ -20,11 +20,11 @@ bool MatchesOne(std::u16string_view name, std::u16string_view pattern) {
 
 } // namespace
 
-std::u16string_view ProfpTakeFilePattern(std::u16string_view& specification) {
-    while (!specification.empty()) {
-        const std::size_t end = specification.find(u';');
-        const std::u16string_view element = WithoutBlanksAround(specification.substr(0, end));
-        specification.remove_prefix(end == nowhere ? specification.size() : end + 1);
+std::u16string_view ProfpTakeFilePattern(std::u16string_view& patterns) {
+    while (!patterns.empty()) {
+        const std::size_t end = patterns.find(u';');
+        const std::u16string_view element = WithoutBlanksAround(patterns.substr(0, end));
+        patterns.remove_prefix(end == nowhere ? patterns.size() : end + 1);
         if (!element.empty())
             return element;
     }

@@ -1,13 +1,13 @@
-// File specifications: "notes.txt; C:\Data\*.log", names and wildcard patterns between semicolons.
+// Lists of file patterns: "notes.txt; C:\Data\*.log", names and wildcard patterns between semicolons.
 #pragma once
 
 #include <string_view>
 
 namespace tvut {
 
-// Takes the next element off a specification, without the blanks around it; the empty text at its end.
+// Takes the next element off a list, without the blanks around it; the empty text at its end.
 // Empty elements are passed over.
-std::u16string_view ProfpTakeFilePattern(std::u16string_view& specification);
+std::u16string_view ProfpTakeFilePattern(std::u16string_view& patterns);
 
 struct scFilePattern {
     std::u16string_view folder; // with what separates it from the name; may be empty

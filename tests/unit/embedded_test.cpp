@@ -63,9 +63,9 @@ TEST(BareFileNames, NeverLeaveTheirFolder) {
     EXPECT_FALSE(ProfpIsBareFileName(std::u16string_view(u"a.txt\0..\\b", 10)));
 }
 
-TEST(FileSpecifications, AreListsOfPatterns) {
+TEST(FilePatterns, StandInLists) {
     const struct {
-        std::u16string_view specification;
+        std::u16string_view list;
         std::vector<std::u16string> patterns;
     } rows[] = {
         {u"", {}},       {u" ; ;", {}},
@@ -74,10 +74,10 @@ TEST(FileSpecifications, AreListsOfPatterns) {
     };
     for (const auto& row : rows) {
         std::vector<std::u16string> found;
-        std::u16string_view rest = row.specification;
+        std::u16string_view rest = row.list;
         for (auto next = ProfpTakeFilePattern(rest); !next.empty(); next = ProfpTakeFilePattern(rest))
             found.emplace_back(next);
-        EXPECT_EQ(found, row.patterns) << Shown(row.specification);
+        EXPECT_EQ(found, row.patterns) << Shown(row.list);
     }
     EXPECT_EQ(scFilePattern(u"C:a?").folder, u"C:");
     EXPECT_EQ(scFilePattern(u"x/y\\a").folder, u"x/y\\");

@@ -172,9 +172,9 @@ TYPED_TEST(Files, AreFoundByNamesAndPatternsInOrder) {
         {L"@none;@*.none;@none\\*;@folder.log;@;@.;@..;NUL;@NUL;?:\\*", L""},
         {L"@folder.log\\*", L"inner.log "},
     };
-    for (const auto& [specification, expected] : rows) {
+    for (const auto& [patterns, expected] : rows) {
         std::wstring text;
-        for (const wchar_t* at = specification; *at; ++at)
+        for (const wchar_t* at = patterns; *at; ++at)
             text += *at == L'@' ? folder / L"" : std::wstring(1, *at);
         const Job job;
         EXPECT_EQ(TypeParam::appendFiles(job, 0, in<Char>(text).c_str(), nullptr), PROF_OK) << text;
