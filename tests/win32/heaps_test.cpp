@@ -342,6 +342,8 @@ TEST_F(Heaps, PassTheSystemsExceptionOnWithTheLockReleased) {
         EXPECT_EQ(UtilHeapObjectAlloc(heap, 1, 0), nullptr);
     }
     EXPECT_EQ(exceptions, 2);
+    EXPECT_EQ(UtilHeapObjectAlloc(heap, -1, 0), nullptr);
+    EXPECT_EQ(exceptions, 3) << "a size that the system does not see";
     RemoveVectoredExceptionHandler(handler);
     EXPECT_NE(UtilHeapObjectAlloc(heap, 1, 0), nullptr) << "the heap is none the worse";
     EXPECT_EQ(UtilHeapDelete(heap), UTIL_OK);

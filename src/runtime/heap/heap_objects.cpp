@@ -363,6 +363,7 @@ void* UtilpAllocateObject(clsHeapNode* heap, const scAllocation& wanted, unsigne
     heap->mostObjects = std::max(heap->mostObjects, ++heap->objects);
     if (!got.block || exception != 0) {
         ReportFailedAllocation(*heap, got.debug, wanted.size);
+        exception = (heap->options & HEAP_GENERATE_EXCEPTIONS) != 0 ? STATUS_NO_MEMORY : 0;
         return nullptr;
     }
     void* const payload = got.debug ? MakeDebug(*heap, wanted, got.block) : MakePlain(got.block);
