@@ -151,7 +151,7 @@ template <class T, class... Arguments>
 heap_ptr<T> make_on(UtilHeap on, Arguments&&... arguments) {
     void* const at = detail::allocate(on, sizeof(T), alignof(T));
     try {
-        return heap_ptr<T>(new (at) T(std::forward<Arguments>(arguments)...), heap_delete<T>(on));
+        return heap_ptr<T>(::new (at) T(std::forward<Arguments>(arguments)...), heap_delete<T>(on));
     } catch (...) {
         detail::deallocate(on, at, alignof(T));
         throw;

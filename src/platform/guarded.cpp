@@ -8,7 +8,7 @@ namespace {
 
 int Filter(unsigned long code) noexcept {
     const bool ours = code == STATUS_ACCESS_VIOLATION || code == STATUS_IN_PAGE_ERROR ||
-                      code == STATUS_NO_MEMORY || code == 0xC0000374;
+                      code == STATUS_GUARD_PAGE_VIOLATION || code == STATUS_NO_MEMORY || code == 0xC0000374;
     return ours ? EXCEPTION_EXECUTE_HANDLER : EXCEPTION_CONTINUE_SEARCH;
 }
 
@@ -64,6 +64,8 @@ _GuardedHandler:
     cmpl $0xC0000005, %ecx
     je 1f
     cmpl $0xC0000006, %ecx
+    je 1f
+    cmpl $0x80000001, %ecx
     je 1f
     cmpl $0xC0000017, %ecx
     je 1f

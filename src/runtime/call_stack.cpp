@@ -44,7 +44,8 @@ void UtilpReleaseCallStack(scCallStack* stack) noexcept {
     bool used = false;
     auto look = [&] {
         used = stack->mark == usedMark;
-        stack->mark = 0;
+        if (used)
+            stack->mark = 0;
     };
     if (!stack || PlatformGuarded(look) != 0 || !used)
         return;

@@ -264,6 +264,46 @@ TEST_F(Heaps, AreTracedWithTheirJob) {
     UtilJobClose(traced);
 }
 
+constexpr UINT32 kConstantMark[] = {0, 0, 0xFAAFFAAF, 1}; // in a page that cannot be written
+
+/// A page of its own, with unreadable ones around.
+struct Page {
+    ~Page() { VirtualFree(reserved, 0, MEM_RELEASE); }
+    char* reserved = static_cast<char*>(VirtualAlloc(nullptr, 0x30000, MEM_RESERVE, PAGE_READWRITE));
+    char* start = static_cast<char*>(VirtualAlloc(reserved + 0x10000, 0x1000, MEM_COMMIT, PAGE_READWRITE));
+};
+
+// What looks like an object and is none does no harm, nor do sizes and call stacks that lead elsewhere.
+TEST_F(Heaps, PassPretenders) {
+    const UtilHeap heap = UtilHeapCreate(job, L"H", UTIL_HEAP_DEBUG);
+    char* const object = static_cast<char*>(UtilHeapObjectAlloc(heap, 8, 0));
+    DWORD before;
+    const Page copied, marked, guarded;
+    std::memcpy(copied.start + 8, object - 28, 40);
+    VirtualProtect(copied.start, 0x1000, PAGE_READONLY, &before);
+    setWord(marked.start, 0, 0xFAAFFAAF);
+    VirtualProtect(guarded.start, 0x1000, PAGE_READWRITE | PAGE_GUARD, &before);
+    for (const void* pretender :
+         {static_cast<const void*>(kConstantMark + 3), static_cast<const void*>(copied.start + 36),
+          static_cast<const void*>(marked.start + 4), static_cast<const void*>(guarded.start + 64)}) {
+        void* const payload = const_cast<void*>(pretender);
+        EXPECT_EQ(UtilHeapObjectFree(heap, payload), UTIL_HEAP_BAD_OBJECT);
+        EXPECT_LE(UtilHeapObjectSize(heap, payload), 0);
+        EXPECT_NE(UtilHeapValidate(heap, payload, 0), UTIL_OK);
+    }
+    char* const resized = static_cast<char*>(UtilHeapObjectAlloc(heap, 8, 0));
+    const Page fence; // far behind, with nothing between
+    setWord(fence.start, 0, 0xE5E55E5E);
+    setWord(resized, -8, static_cast<UINT32>(fence.start - resized));
+    EXPECT_EQ(UtilHeapObjectFree(heap, resized), UTIL_OK) << "the system knows how large it is";
+    const UINT32 innocent[] = {1, 2};
+    setWord(object, -16, static_cast<UINT32>(reinterpret_cast<UINT_PTR>(innocent)));
+    EXPECT_EQ(UtilHeapObjectFree(heap, object), UTIL_OK);
+    EXPECT_EQ(word(innocent, 4), 2u) << "no call stack, and not to be written to";
+    EXPECT_NE(UtilHeapObjectAlloc(heap, 1, 0), nullptr) << "the heap is none the worse";
+    EXPECT_EQ(UtilHeapDelete(heap), UTIL_OK);
+}
+
 // A system's heap that fails within a call, and one that raises its exception.
 DWORD raised; // by the next call
 void* WINAPI raise(HANDLE heap, DWORD flags, SIZE_T bytes) {
@@ -301,8 +341,10 @@ TEST_F(Heaps, PassTheSystemsExceptionOnWithTheLockReleased) {
         const ImportHook hook("HeapAlloc", reinterpret_cast<void*>(raise));
         EXPECT_EQ(UtilHeapObjectAlloc(heap, 1, 0), nullptr);
     }
-    RemoveVectoredExceptionHandler(handler);
     EXPECT_EQ(exceptions, 2);
+    EXPECT_EQ(UtilHeapObjectAlloc(heap, -1, 0), nullptr);
+    EXPECT_EQ(exceptions, 3) << "a size that the system does not see";
+    RemoveVectoredExceptionHandler(handler);
     EXPECT_NE(UtilHeapObjectAlloc(heap, 1, 0), nullptr) << "the heap is none the worse";
     EXPECT_EQ(UtilHeapDelete(heap), UTIL_OK);
 }

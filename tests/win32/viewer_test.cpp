@@ -195,6 +195,10 @@ struct Loader {
         needsLoader();
         return FindWindowW(name, title);
     }
+    static FARPROC WINAPI function(HMODULE module, const char* name) {
+        needsLoader();
+        return GetProcAddress(module, name);
+    }
 };
 
 /// Child: everything that may need the loader. Each step that holds a lock meanwhile hangs.
@@ -212,7 +216,10 @@ void needLoader() {
     UtilModuleOnDetach(L"module");
     UtilModuleOnAttach(L"module");
     UtilLOGPAN4Detach();
-    TerminateProcess(GetCurrentProcess(), Loader::passed >= 5 ? 0 : 2);
+    const int passed = Loader::passed;
+    const ImportHook hook("GetProcAddress", reinterpret_cast<void*>(Loader::function));
+    UtilHeapValidate(UtilHeapCreate(UtilJobOpen(L"heaps", 0), L"H", 0), nullptr, 0);
+    TerminateProcess(GetCurrentProcess(), passed >= 5 ? 0 : 2);
 }
 
 TEST(Loader, IsNeverNeededWithALockHeld) {

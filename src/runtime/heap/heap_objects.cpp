@@ -7,6 +7,7 @@
 #include "runtime/heap/system_heap.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <utility>
 
@@ -121,35 +122,72 @@ void Fill(void* payload, const scAllocation& wanted, bool debug) noexcept {
     }
 }
 
+// ---- Entering the system's heap --------------------------------------------------------------------
+
+// The system reads its own words before a block. Where a page begins with what looks like an object, the
+// pointer is wrong, and not the heap.
+void LookBefore(const void* block) noexcept {
+    constexpr std::ptrdiff_t systemBytes = 8;
+    static_cast<void>(static_cast<const volatile char*>(block)[-systemBytes]);
+}
+
+// Within a guard: what fails from here on, fails within the system.
+void Enter(bool& entered) noexcept {
+    std::atomic_signal_fence(std::memory_order_seq_cst); // whatever may fail before has been done
+    entered = true;
+}
+
+// Calls the body, which is to call Enter. A heap that fails after that is not entered again.
+template <class Body>
+bool InSystem(clsHeapNode& heap, const bool& entered, Body& body) noexcept {
+    if (heap.broken)
+        return false;
+    const bool failed = PlatformGuarded(body) != 0;
+    heap.broken = failed && entered;
+    return !failed;
+}
+
 // ---- Freeing ---------------------------------------------------------------------------------------
 
 // Gives a block back to the system; its mark is unmade first, so that freeing it twice is noticed, and
 // restored when the system refuses.
 bool SystemFree(clsHeapNode& heap, void* block, std::uint32_t& mark) noexcept {
-    if (heap.broken)
-        return false;
     BOOL freed = FALSE;
-    const std::uint32_t before = std::exchange(mark, freedMark);
+    bool entered = false;
     auto free = [&] {
+        LookBefore(block);
+        const std::uint32_t before = std::exchange(mark, freedMark);
+        Enter(entered);
         freed = HeapFree(heap.heap, heap.options & HEAP_NO_SERIALIZE, block);
         if (!freed)
             mark = before;
     };
-    if (PlatformGuarded(free) != 0)
-        heap.broken = true;
-    return freed != FALSE;
+    return InSystem(heap, entered, free) && freed;
 }
 
+// 0 where there is no telling.
 SIZE_T SystemSize(clsHeapNode& heap, const void* block) noexcept {
     SIZE_T size = 0;
-    auto ask = [&] { size = HeapSize(heap.heap, heap.options & HEAP_NO_SERIALIZE, block); };
-    if (!heap.broken && PlatformGuarded(ask) != 0)
-        heap.broken = true;
-    return heap.broken ? 0 : size;
+    bool entered = false;
+    auto ask = [&] {
+        LookBefore(block);
+        Enter(entered);
+        size = HeapSize(heap.heap, heap.options & HEAP_NO_SERIALIZE, block);
+    };
+    return InSystem(heap, entered, ask) ? size : 0;
 }
 
 void ReleaseRecord(scDebugHeader* header) noexcept {
-    UtilpReleaseCallStack(std::exchange(header->stack, nullptr));
+    scCallStack* stack = nullptr;
+    auto take = [&] { stack = std::exchange(header->stack, nullptr); };
+    if (PlatformGuarded(take) == 0)
+        UtilpReleaseCallStack(stack);
+}
+
+// The size may be damaged, too: what is filled may end before it.
+void FillFreed(void* payload, std::size_t bytes) noexcept {
+    auto fill = [&] { std::memset(payload, freedFill, bytes); };
+    PlatformGuarded(fill);
 }
 
 HeapResult RefuseDebug(const clsHeapNode& heap, scDebugHeader* header, std::u16string_view why,
@@ -174,10 +212,12 @@ HeapResult FreeWholeDebug(clsHeapNode& heap, scDebugHeader* header) noexcept {
     if (header->heap != heap.heap)
         return RefuseDebug(heap, header, u"error freeing object", true);
     const std::int32_t size = header->size;
-    if (size < 0)
+    const bool on = UtilpDiagnosticsOn();
+    if (size < 0 ||
+        (on && !heap.broken && SystemSize(heap, header) != static_cast<std::size_t>(size) + debugOverhead))
         ReportBadSize(heap, header);
-    else if (UtilpDiagnosticsOn())
-        std::memset(PayloadOf(header), freedFill, static_cast<std::size_t>(size));
+    else if (on)
+        FillFreed(PayloadOf(header), static_cast<std::size_t>(size));
     ReleaseRecord(header);
     if (!SystemFree(heap, header, header->mark))
         return RefuseDebug(heap, header, u"error freeing object", true);
@@ -203,10 +243,10 @@ HeapResult FreeDebug(clsHeapNode& heap, scDebugHeader* header) noexcept {
     }
 }
 
-void FillFreed(clsHeapNode& heap, std::uint32_t* block, SIZE_T size) noexcept {
+void FillFreedPlain(const clsHeapNode& heap, std::uint32_t* block, SIZE_T size) noexcept {
     const auto signedSize = static_cast<std::int32_t>(size);
-    if (signedSize > 0) {
-        std::memset(block + 1, freedFill, size - plainOverhead);
+    if (signedSize >= static_cast<std::int32_t>(plainOverhead)) {
+        FillFreed(block + 1, size - plainOverhead);
         return;
     }
     const clsDiagnosticGroup report(UtilpDiagnosticsOn(),
@@ -216,7 +256,7 @@ void FillFreed(clsHeapNode& heap, std::uint32_t* block, SIZE_T size) noexcept {
 
 HeapResult FreePlain(clsHeapNode& heap, std::uint32_t* block) noexcept {
     if (UtilpDiagnosticsOn())
-        FillFreed(heap, block, SystemSize(heap, block));
+        FillFreedPlain(heap, block, SystemSize(heap, block));
     if (SystemFree(heap, block, *block)) {
         --heap.objects;
         return HeapResult::success;
@@ -271,8 +311,9 @@ void QuickFree(clsHeapNode* heap, void* payload, bool silent, scQuickFree& quick
             quick.size = header->size;
             block = header;
         }
+        LookBefore(block);
         mark = freedMark; // so that freeing it twice is noticed
-        quick.entered = true;
+        Enter(quick.entered);
         quick.freed = HeapFree(heap->heap, heap->options & HEAP_NO_SERIALIZE, block);
         if (!quick.freed)
             mark = quick.mark;
@@ -299,12 +340,14 @@ HeapResult NotSupported(std::u16string_view call) noexcept {
 
 bool SystemValidates(clsHeapNode& heap, const void* block) noexcept {
     BOOL valid = FALSE;
+    bool entered = false;
     auto validate = [&] {
+        if (block)
+            LookBefore(block);
+        Enter(entered);
         valid = UtilpHeapServices().validate(heap.heap, heap.options & HEAP_NO_SERIALIZE, block);
     };
-    if (!heap.broken && PlatformGuarded(validate) != 0)
-        heap.broken = true;
-    return valid && !heap.broken;
+    return InSystem(heap, entered, validate) && valid;
 }
 
 } // namespace
@@ -320,6 +363,7 @@ void* UtilpAllocateObject(clsHeapNode* heap, const scAllocation& wanted, unsigne
     heap->mostObjects = std::max(heap->mostObjects, ++heap->objects);
     if (!got.block || exception != 0) {
         ReportFailedAllocation(*heap, got.debug, wanted.size);
+        exception = (heap->options & HEAP_GENERATE_EXCEPTIONS) != 0 ? STATUS_NO_MEMORY : 0;
         return nullptr;
     }
     void* const payload = got.debug ? MakeDebug(*heap, wanted, got.block) : MakePlain(got.block);

@@ -11,8 +11,9 @@ namespace tvut {
 
 scDebugHeader* UtilpDebugObject(const clsHeapNode& heap, void* block, std::size_t bytes) noexcept {
     auto* const header = static_cast<scDebugHeader*>(block);
-    const bool ours = bytes >= debugOverhead && header->magic == debugMagic && header->heap == heap.heap;
-    return ours ? header : nullptr;
+    bool ours = false;
+    auto look = [&] { ours = header->magic == debugMagic && header->heap == heap.heap; };
+    return bytes >= debugOverhead && PlatformGuarded(look) == 0 && ours ? header : nullptr;
 }
 
 Damage UtilpExamineObject(scDebugHeader* header) noexcept {
@@ -43,8 +44,7 @@ bool UtilpCheckObjects(clsHeapNode& heap) noexcept {
         UtilpDumpObject(header);
         return 0;
     };
-    UtilpWalkHeap(heap, check);
-    return whole;
+    return UtilpWalkHeap(heap, check) && whole;
 }
 
 } // namespace tvut

@@ -1,6 +1,7 @@
 #include "runtime/heap/stack_names.h"
 
 #include "platform/critical_section.h"
+#include "platform/guarded.h"
 #include "platform/wide.h"
 
 #include <windows.h>
@@ -26,7 +27,10 @@ constexpr std::size_t longestFunction = 256; // characters
 constexpr DWORD refreshInterval = 1000; // milliseconds; to look for new modules takes some of them
 
 std::atomic<bool> wanted{false};
-clsCriticalSection prepareLock;
+
+// The service serves one thread at a time. Nobody waits for another: the one that makes it ready may wait for
+// the loader, and one within the loader for those who ask it under the global lock.
+clsCriticalSection serviceLock;
 bool prepared = false;
 DWORD refreshedAt = 0; // milliseconds
 RefreshModules refreshModules = nullptr;
@@ -76,8 +80,12 @@ void PutFunction(clsDiagnosticLine& line, const void* address) noexcept {
     symbol->SizeOfStruct = sizeof(SYMBOL_INFOW);
     symbol->MaxNameLen = longestFunction;
     DWORD64 offset = 0;
-    if (!fromAddress ||
-        !fromAddress(GetCurrentProcess(), reinterpret_cast<UINT_PTR>(address), &offset, symbol))
+    BOOL found = FALSE;
+    auto ask = [&] {
+        found = fromAddress(GetCurrentProcess(), reinterpret_cast<UINT_PTR>(address), &offset, symbol);
+    };
+    const std::unique_lock lock(serviceLock, std::try_to_lock);
+    if (!lock || !fromAddress || PlatformGuarded(ask) != 0 || !found)
         return;
     line.Put(u" ")
         .Put(FromWide(std::wstring_view(symbol->Name)))
@@ -94,8 +102,7 @@ void UtilpWantStackNames() noexcept {
 void UtilpPrepareStackNames() noexcept {
     if (!wanted.load(std::memory_order_relaxed) || !UtilpDiagnosticsOn())
         return;
-    // A thread within the loader must not wait for one that waits for the loader.
-    const std::unique_lock lock(prepareLock, std::try_to_lock);
+    const std::unique_lock lock(serviceLock, std::try_to_lock);
     if (!lock)
         return;
     const DWORD now = GetTickCount();

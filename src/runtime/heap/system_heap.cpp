@@ -1,65 +1,91 @@
 #include "runtime/heap/system_heap.h"
 
-#include "platform/critical_section.h"
 #include "platform/guarded.h"
-
-#include <mutex>
 
 namespace tvut {
 
 namespace {
-
-// More than fit into the address space: a damaged heap may lead in a circle.
-constexpr int mostEntries = 1 << 29;
-
-clsCriticalSection lookUpLock;
-bool lookedUp = false;
-scHeapServices services{};
 
 template <class Function>
 void LookUp(HMODULE module, const char* name, Function& function) noexcept {
     function = reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, name)));
 }
 
+scHeapServices LookUpAll() noexcept {
+    scHeapServices services{};
+    const HMODULE kernel = GetModuleHandleW(L"kernel32.dll");
+    LookUp(kernel, "HeapWalk", services.walk);
+    LookUp(kernel, "HeapLock", services.lock);
+    LookUp(kernel, "HeapUnlock", services.unlock);
+    LookUp(kernel, "HeapCompact", services.compact);
+    LookUp(kernel, "HeapValidate", services.validate);
+    return services;
+}
+
+const scHeapServices services = LookUpAll();
+
+// The steps of a walk. Damage may lead in a circle: one that comes by the same entry again has no end.
+class clsHeapWalk {
+  public:
+    explicit clsHeapWalk(HANDLE heap) noexcept : heap_(heap) {}
+
+    // False at the end, and where the system fails.
+    bool Step() noexcept {
+        BOOL there = FALSE;
+        auto step = [&] {
+            there = services.walk(heap_, &entry_);
+            if (!there)
+                end_ = GetLastError();
+        };
+        broken_ = PlatformGuarded(step) != 0;
+        if (!there || broken_)
+            return false;
+        broken_ = entry_.lpData == seen_ && entry_.wFlags == seenFlags_;
+        if (++steps_ == nextSeen_) {
+            seen_ = entry_.lpData;
+            seenFlags_ = entry_.wFlags;
+            nextSeen_ *= 2;
+        }
+        return !broken_;
+    }
+
+    const PROCESS_HEAP_ENTRY& Entry() const noexcept { return entry_; }
+    bool Broken() const noexcept { return broken_; }
+    bool AtEnd() const noexcept { return !broken_ && end_ == ERROR_NO_MORE_ITEMS; }
+
+  private:
+    HANDLE heap_;
+    PROCESS_HEAP_ENTRY entry_{};
+    DWORD end_ = ERROR_INVALID_DATA;
+    bool broken_ = false;
+    std::uint32_t steps_ = 0, nextSeen_ = 1;
+    const void* seen_ = nullptr; // the entry of the last step whose number is a power of two
+    WORD seenFlags_ = 0;
+};
+
 } // namespace
 
 const scHeapServices& UtilpHeapServices() noexcept {
-    const std::lock_guard lock(lookUpLock);
-    if (!lookedUp) {
-        const HMODULE kernel = GetModuleHandleW(L"kernel32.dll");
-        LookUp(kernel, "HeapWalk", services.walk);
-        LookUp(kernel, "HeapLock", services.lock);
-        LookUp(kernel, "HeapUnlock", services.unlock);
-        LookUp(kernel, "HeapCompact", services.compact);
-        LookUp(kernel, "HeapValidate", services.validate);
-        lookedUp = true;
-    }
     return services;
 }
 
 bool UtilpWalkHeap(clsHeapNode& heap, HeapBlockVisitor visitor, void* context) noexcept {
-    const scHeapServices& system = UtilpHeapServices();
-    if (heap.broken || !system.CanWalk())
+    if (heap.broken || !services.CanWalk())
         return false;
     const bool lockable = (heap.flags & HeapFlag::unserialised) == 0;
     if (lockable)
-        system.lock(heap.heap);
-    DWORD end = ERROR_NO_MORE_ITEMS;
-    auto walk = [&] {
-        PROCESS_HEAP_ENTRY entry{};
-        for (int entries = 0; entries < mostEntries && system.walk(heap.heap, &entry); ++entries)
-            if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 &&
-                visitor(context, entry.lpData, entry.cbData) < 0)
-                return;
-        end = GetLastError();
-    };
-    if (PlatformGuarded(walk) != 0) {
-        heap.broken = true;
-        end = ERROR_INVALID_DATA;
+        services.lock(heap.heap);
+    clsHeapWalk walk(heap.heap);
+    bool enough = false;
+    while (!enough && walk.Step()) {
+        const PROCESS_HEAP_ENTRY& entry = walk.Entry();
+        enough =
+            (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 && visitor(context, entry.lpData, entry.cbData) < 0;
     }
+    heap.broken = walk.Broken();
     if (lockable && !heap.broken)
-        system.unlock(heap.heap);
-    return end == ERROR_NO_MORE_ITEMS;
+        services.unlock(heap.heap);
+    return enough || walk.AtEnd();
 }
 
 } // namespace tvut

@@ -5,7 +5,8 @@
 
 namespace tvut {
 
-// What is missing is null.
+// Looked up once, when the library is loaded: later on, the loader's lock may be somebody's who waits for
+// ours. What is missing is null.
 struct scHeapServices {
     BOOL(WINAPI* walk)(HANDLE, PROCESS_HEAP_ENTRY*);
     BOOL(WINAPI* lock)(HANDLE);
@@ -18,11 +19,11 @@ struct scHeapServices {
 
 const scHeapServices& UtilpHeapServices() noexcept;
 
-// Sees one busy block; a negative result ends the walk. It runs under a guard: it must own nothing.
+// Sees one busy block; a negative result ends the walk.
 using HeapBlockVisitor = int (*)(void* context, void* block, std::size_t bytes);
 
 // Visits every busy block while the heap is locked. False when the heap could not be walked to its end
-// because it is damaged; then it is marked as broken.
+// because it is damaged; where the system failed in it or went in a circle, it is marked as broken.
 bool UtilpWalkHeap(clsHeapNode& heap, HeapBlockVisitor visitor, void* context) noexcept;
 
 template <class Visitor>
