@@ -11,14 +11,16 @@
  *     UtilHeapObjectFree(heap, page);
  *     UtilHeapDelete(heap);
  *
- * Objects  cost 4 bytes each, DEBUG objects 32 and a record of 360 bytes for their call stack. Payloads are
- *          aligned to 4 bytes.
- * Null     heap 0 stands for the C runtime's allocator where a call says so; elsewhere it does nothing and
- * gives UTIL_OK. Threads  any thread may call: one lock for the process is held for the whole of a call.
- * Reports  appear while diagnostic output is on (UtilGetFlags); results do not depend on it. Frees fill what
- * they free with 0xCC while it is on. Damage   that has reached the system's own structures can make the
- * system fail within a call: the call is answered like any other on a damaged object, and that heap is not
- * entered again: it gives no memory and takes none back until it is deleted.
+ * Objects  cost 4 bytes each, DEBUG objects 32 and a record of 360 bytes for their call stack. Payloads
+ *          are aligned to 4 bytes.
+ * Null     heap 0 stands for the C runtime's allocator where a call says so; elsewhere it does nothing
+ *          and gives UTIL_OK.
+ * Threads  any thread may call: one lock for the process is held for the whole of a call.
+ * Reports  appear while diagnostic output is on (UtilGetFlags); results do not depend on it. Frees fill
+ *          what they free with 0xCC while it is on.
+ * Damage   that has reached the system's own structures can make the system fail within a call: the call
+ *          is answered like any other on a damaged object, and that heap is not entered again: it gives
+ *          no memory and takes none back until it is deleted.
  */
 #ifndef TVUT22_HEAPS_H
 #define TVUT22_HEAPS_H
@@ -30,10 +32,9 @@ typedef struct UtilHeapObject* UtilHeap;
 
 /* ---- Results ------------------------------------------------------------------------------- */
 
-#define UTIL_HEAP_FAILED (-2)     /* shrinking failed; not a heap's handle */
-#define UTIL_HEAP_CORRUPTED (-3)  /* the system finds the heap damaged */
-#define UTIL_HEAP_BAD_OBJECT (-6) /* not an object of this heap, or a damaged one, or it could not be freed  \
-                                   */
+#define UTIL_HEAP_FAILED (-2)        /* shrinking failed; not a heap's handle */
+#define UTIL_HEAP_CORRUPTED (-3)     /* the system finds the heap damaged */
+#define UTIL_HEAP_BAD_OBJECT (-6)    /* no object of this heap, a damaged one, or not to be freed */
 #define UTIL_HEAP_NOT_SUPPORTED (-7) /* the system lacks the service, or the heap is not DEBUG */
 
 /* ---- Flags --------------------------------------------------------------------------------- */
