@@ -82,7 +82,10 @@ class PublishedInfo {
           view_(static_cast<LogpanSharedInfo*>(MapViewOfFile(mapping_.get(), FILE_MAP_WRITE, 0, 0, 0))) {
         *view_ = info;
     }
-    ~PublishedInfo() { UnmapViewOfFile(view_); }
+    ~PublishedInfo() {
+        view_->mask = 0; // somebody may still have it mapped
+        UnmapViewOfFile(view_);
+    }
     PublishedInfo(const PublishedInfo&) = delete;
     PublishedInfo& operator=(const PublishedInfo&) = delete;
 
