@@ -33,11 +33,18 @@ struct scDebugHeader {
 constexpr std::size_t plainOverhead = sizeof(std::uint32_t);
 constexpr std::size_t debugOverhead = sizeof(scDebugHeader) + sizeof(std::uint32_t);
 
+// Addresses are reckoned as numbers: payloads are callers' words, sizes may be damaged, and neither need
+// lead anywhere.
+template <class T>
+T* At(const void* base, std::uintptr_t offset) noexcept {
+    return reinterpret_cast<T*>(reinterpret_cast<std::uintptr_t>(base) + offset);
+}
+
 inline std::uint32_t& MarkOf(void* payload) noexcept {
-    return static_cast<std::uint32_t*>(payload)[-1];
+    return *At<std::uint32_t>(payload, 0 - sizeof(std::uint32_t));
 }
 inline scDebugHeader* HeaderOf(void* payload) noexcept {
-    return static_cast<scDebugHeader*>(payload) - 1;
+    return At<scDebugHeader>(payload, 0 - sizeof(scDebugHeader));
 }
 inline void* PayloadOf(scDebugHeader* header) noexcept {
     return header + 1;
@@ -45,7 +52,7 @@ inline void* PayloadOf(scDebugHeader* header) noexcept {
 
 // The fence may lie at any address.
 inline unsigned char* FenceOf(scDebugHeader* header) noexcept {
-    return static_cast<unsigned char*>(PayloadOf(header)) + header->size;
+    return At<unsigned char>(PayloadOf(header), static_cast<std::uint32_t>(header->size));
 }
 
 } // namespace tvut
