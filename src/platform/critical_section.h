@@ -19,6 +19,12 @@ class clsCriticalSection {
     bool try_lock() noexcept { return TryEnterCriticalSection(&section_) != FALSE; }
     void unlock() noexcept { LeaveCriticalSection(&section_); }
 
+    // Whether the calling thread has it. Nobody else writes this thread's id there.
+    bool IsMine() const noexcept {
+        const HANDLE owner = *const_cast<const volatile HANDLE*>(&section_.OwningThread);
+        return reinterpret_cast<ULONG_PTR>(owner) == GetCurrentThreadId();
+    }
+
     // Leaves the section while the caller sleeps, until the condition is woken or the time is over.
     void Sleep(CONDITION_VARIABLE& condition, DWORD milliseconds) noexcept {
         SleepConditionVariableCS(&condition, &section_, milliseconds);

@@ -24,7 +24,4 @@ class clsGlobalLockGuard {
     bool silent_;
 };
 
-// Whether the calling thread is within a clsGlobalLockGuard.
-bool UtilpHoldsGlobalLock() noexcept;
-
 } // namespace tvut

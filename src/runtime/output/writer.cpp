@@ -59,7 +59,7 @@ bool clsDiagnosticWriter::Listening(Lock& lock) noexcept {
     settled_.store(logFile_.IsOpen() || viewer_, std::memory_order_relaxed);
     if (logFile_.IsOpen())
         return true;
-    if (AttachIsDue() && !UtilpHoldsGlobalLock())
+    if (AttachIsDue() && !UtilpGlobalLock().IsMine())
         LookForViewer(lock);
     else if (!everLooked_)
         AwaitFirstLook();
