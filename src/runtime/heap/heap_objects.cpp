@@ -106,8 +106,6 @@ void* MakeDebug(clsHeapNode& heap, const scAllocation& wanted, void* block) noex
 void ReportFailedAllocation(const clsHeapNode& heap, bool debug, std::int32_t size) noexcept {
     if (!UtilpDiagnosticsOn())
         return;
-    if (debug && size < 0)
-        ReportNegativeSize(heap, size);
     UtilpReport(AllocationLine(heap, debug, size).Put(u": Out of memory"));
 }
 
@@ -361,6 +359,8 @@ void* UtilpAllocateObject(clsHeapNode* heap, const scAllocation& wanted, unsigne
         heap->broken = true;
     ++heap->allocations;
     heap->mostObjects = std::max(heap->mostObjects, ++heap->objects);
+    if (got.debug && wanted.size < 0)
+        ReportNegativeSize(*heap, wanted.size);
     if (!got.block || exception != 0) {
         ReportFailedAllocation(*heap, got.debug, wanted.size);
         exception = (heap->options & HEAP_GENERATE_EXCEPTIONS) != 0 ? STATUS_NO_MEMORY : 0;
