@@ -68,18 +68,18 @@ TVUT22_API INT TVUT22_CALL UtilHeapDelete(UtilHeap heap);
 /* Has the system check the heap, or the block of one object, and checks every object of a DEBUG heap.
  *   payload   an object; null: the whole heap
  *   reserved  0
- * Result: UTIL_OK, UTIL_HEAP_CORRUPTED, UTIL_HEAP_BAD_OBJECT for a damaged object in a sound heap, or
- * UTIL_HEAP_NOT_SUPPORTED. */
+ * Result: UTIL_OK, UTIL_HEAP_CORRUPTED, UTIL_HEAP_BAD_OBJECT for a damaged object in a sound heap,
+ * UTIL_HEAP_NOT_SUPPORTED, or UTIL_HEAP_FAILED for a handle that is no heap's. */
 TVUT22_API INT TVUT22_CALL UtilHeapValidate(UtilHeap heap, void* payload, UINT reserved);
 
 /* Gives memory that the heap does not need back to the system.
  *   reserved  0
- * Result: UTIL_OK, UTIL_HEAP_FAILED, or UTIL_HEAP_NOT_SUPPORTED. */
+ * Result: UTIL_OK, UTIL_HEAP_NOT_SUPPORTED, or UTIL_HEAP_FAILED, for a handle that is no heap's, too. */
 TVUT22_API INT TVUT22_CALL UtilHeapShrink(UtilHeap heap, UINT reserved);
 
 /* The size in bytes of the last block in use that a walk over the heap meets; the sum of the DEBUG objects'
  * payloads where the system cannot walk. UtilHeapSize answers for DEBUG heaps only, with
- * UTIL_HEAP_NOT_SUPPORTED for others. */
+ * UTIL_HEAP_NOT_SUPPORTED for others; a handle that is no heap's gives UTIL_HEAP_FAILED. */
 TVUT22_API INT TVUT22_CALL UtilHeapSize(UtilHeap heap);
 TVUT22_API INT TVUT22_CALL UtilHeapSizeObjects(UtilHeap heap);
 
@@ -101,7 +101,8 @@ TVUT22_API void* TVUT22_CALL UtilHeapObjectAllocExt(UtilHeap heap, INT size, UIN
 TVUT22_API INT TVUT22_CALL UtilHeapObjectFree(UtilHeap heap, void* payload);
 
 /* Bytes of an object's payload; heap 0: of one from the C runtime.
- * Result: the size, 0 when the system does not know it, or UTIL_HEAP_BAD_OBJECT. */
+ * Result: the size, 0 when the system does not know it and for a null payload of heap 0, or
+ * UTIL_HEAP_BAD_OBJECT: heap 0 answers so only where nothing can be read. */
 TVUT22_API INT TVUT22_CALL UtilHeapObjectSize(UtilHeap heap, void* payload);
 
 #endif

@@ -1,4 +1,5 @@
 // Exports of the checked heaps: the global lock, the trace, and the C runtime's allocator for heap 0.
+#include "platform/guarded.h"
 #include "platform/wide.h"
 #include "runtime/diagnostic_group.h"
 #include "runtime/global_lock.h"
@@ -34,6 +35,15 @@ void* RuntimeAlloc(std::int32_t size, UINT flags) noexcept {
     else if ((flags & UTIL_HEAP_FILL) != 0)
         std::memset(word + 1, freshFill, bytes);
     return word + 1;
+}
+
+INT RuntimeSize(void* payload) noexcept {
+    INT size = UTIL_HEAP_BAD_OBJECT;
+    auto read = [&] { size = *SizeWordOf(payload); };
+    if (!payload)
+        return 0;
+    PlatformGuarded(read);
+    return size;
 }
 
 void RuntimeFree(void* payload) noexcept {
@@ -178,7 +188,7 @@ TVUT22_API INT TVUT22_CALL UtilHeapObjectFree(UtilHeap heap, void* payload) {
 
 TVUT22_API INT TVUT22_CALL UtilHeapObjectSize(UtilHeap heap, void* payload) {
     if (!heap)
-        return payload ? *SizeWordOf(payload) : 0;
+        return RuntimeSize(payload);
     const clsGlobalLockGuard lock;
     clsHeapNode* const node = FromHandle(heap);
     return UtilpIsHeap(node) ? UtilpObjectSize(*node, payload) : UTIL_HEAP_BAD_OBJECT;

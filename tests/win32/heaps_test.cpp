@@ -291,6 +291,7 @@ TEST_F(Heaps, PassPretenders) {
         EXPECT_LE(UtilHeapObjectSize(heap, payload), 0);
         EXPECT_NE(UtilHeapValidate(heap, payload, 0), UTIL_OK);
     }
+    EXPECT_EQ(UtilHeapObjectSize(nullptr, marked.start), UTIL_HEAP_BAD_OBJECT);
     char* const resized = static_cast<char*>(UtilHeapObjectAlloc(heap, 8, 0));
     const Page fence; // far behind, with nothing between
     setWord(fence.start, 0, 0xE5E55E5E);
