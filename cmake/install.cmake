@@ -1,12 +1,17 @@
-# What "cmake --install" gives: bin, lib (import library), include, and the package for find_package.
+# What "cmake --install" gives, and the package to download holds: bin, lib (import library), include, the
+# files for find_package, docs and examples.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 install(TARGETS tvUT22 prof logpan logpan_console RUNTIME DESTINATION bin)
 install(FILES ${PROJECT_BINARY_DIR}/lib/libtvUT22.a DESTINATION lib)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/tvut22 DESTINATION include)
-install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md DESTINATION share/doc/tvUT22
-        OPTIONAL)
+install(FILES ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md
+        DESTINATION share/doc/tvUT22)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs ${PROJECT_SOURCE_DIR}/examples DESTINATION share/doc/tvUT22)
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  install(FILES $<TARGET_FILE:tvUT22>.debug DESTINATION bin)
+endif()
 
 set(package_folder lib/cmake/tvUT22)
 configure_package_config_file(

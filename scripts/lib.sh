@@ -41,18 +41,21 @@ find_wine() {
     fi
 }
 
-# Puts the library where the examples find it, as any other project would.
-install_for_examples() {
+# Packs what was built and unpacks it elsewhere: the examples have nothing but what people download.
+unpack_package() {
+    local log=build/examples/package.log
     mkdir -p build/examples
-    rm -rf build/win32-release/install
-    cmake --install build/win32-release >build/examples/install.log
+    rm -rf build/package build/examples/package
+    cpack --preset zip >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+    mkdir build/examples/package
+    (cd build/examples/package && cmake -E tar xf ../../package/tvUT22-*-win32.zip && mv tvUT22-*/* .)
 }
 
 build_example() {
-    local folder=build/examples/$1 flags="-Wall -Wextra -Wpedantic -Werror -msse2 -mfpmath=sse"
-    CFLAGS=$flags CXXFLAGS=$flags cmake -S "examples/$1" -B "$folder" -G Ninja --toolchain "$repository/cmake/mingw32.cmake" \
-        -DCMAKE_PREFIX_PATH="$repository/build/win32-release/install" \
-        -DCMAKE_FIND_ROOT_PATH="$repository/build/win32-release/install" \
+    local folder=build/examples/$1 package=$repository/build/examples/package
+    local flags="-Wall -Wextra -Wpedantic -Werror -msse2 -mfpmath=sse"
+    CFLAGS=$flags CXXFLAGS=$flags cmake --fresh -S "$package/share/doc/tvUT22/examples/$1" -B "$folder" -G Ninja \
+        --toolchain "$repository/cmake/mingw32.cmake" -DCMAKE_PREFIX_PATH="$package" -DCMAKE_FIND_ROOT_PATH="$package" \
         >"$folder.log" 2>&1 || { cat "$folder.log" >&2; return 1; }
     cmake --build "$folder"
 }
