@@ -37,7 +37,8 @@
  *
  * This function is __cdecl.
  */
-TVUT22_API INT TVUT22_CALL_VARIADIC UtilSafeSprintf(wchar_t* destination, UINT size, const wchar_t* format, ...);
+TVUT22_API INT TVUT22_CALL_VARIADIC UtilSafeSprintf(wchar_t* destination, UINT size, const wchar_t* format,
+                                                    ...);
 
 /* Copies a text with its terminator. The two may overlap. String check: clears the destination's first
  * character before it looks at the source, unless they are the same.
