@@ -10,8 +10,11 @@ namespace tvut {
 
 namespace {
 
+// Asked once, when the library is loaded.
+const unsigned processCodePage = GetACP();
+
 unsigned Usable(unsigned codePage) {
-    return IsValidCodePage(codePage) ? codePage : GetACP();
+    return IsValidCodePage(codePage) ? codePage : processCodePage;
 }
 
 int Length(std::size_t length) {
@@ -27,7 +30,7 @@ bool IsUtf8Trail(char byte) {
 } // namespace
 
 unsigned PlatformProcessCodePage() noexcept {
-    return GetACP();
+    return processCodePage;
 }
 
 std::size_t PlatformDecode(unsigned codePage, std::string_view bytes, char16_t* characters) {

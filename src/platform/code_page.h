@@ -11,7 +11,7 @@ namespace tvut {
 
 constexpr unsigned codePageUtf8 = 65001;
 
-// The code page of the process.
+// The code page of the process, as it was when the library was loaded.
 unsigned PlatformProcessCodePage() noexcept;
 
 // Converts into a buffer with room for as many characters as there are bytes, which is always

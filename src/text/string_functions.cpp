@@ -1,21 +1,11 @@
 #include "text/string_functions.h"
 
+#include "text/blocks.h"
 #include "text/units.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <limits>
-
-// A sanitizer sees every byte that is read behind the end of a string, page or not.
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define TVUT_READS_STRICTLY 1
-#endif
-#endif
-#if defined(TVUT_HAS_SSE2) && !defined(TVUT_READS_STRICTLY)
-#define TVUT_READS_BLOCKS 1
-#endif
 
 namespace tvut {
 
@@ -48,58 +38,12 @@ void Store(void* to, __m128i block) {
     _mm_storeu_si128(static_cast<__m128i*>(to), block);
 }
 
-// Two bits a unit that equals one of another block.
-unsigned EqualUnits(__m128i a, __m128i b) {
-    return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(a, b)));
-}
-
-std::size_t FirstUnit(unsigned mask) {
-    return static_cast<std::size_t>(std::countr_zero(mask)) / 2;
-}
-
 #endif
 
 #ifdef TVUT_READS_BLOCKS
 
-constexpr std::size_t blockBytes = sizeof(__m128i);
-constexpr std::size_t blockUnits = blockBytes / sizeof(char16_t);
-
-// Walks the aligned blocks that a text lies in, from the one with its first unit on.
-class clsBlocks {
-  public:
-    // Strings at odd addresses exist, in packed structures; their units do not lie in one block each.
-    static bool Fit(const char16_t* text) { return reinterpret_cast<std::uintptr_t>(text) % 2 == 0; }
-
-    explicit clsBlocks(const char16_t* text)
-        : skipped_(reinterpret_cast<std::uintptr_t>(text) % blockBytes),
-          block_(text - skipped_ / sizeof(char16_t)) {}
-
-    __m128i Block() const { return _mm_load_si128(reinterpret_cast<const __m128i*>(block_)); }
-    // Bits of the units that belong to the text.
-    unsigned OfText(unsigned mask) const { return mask >> skipped_ << skipped_; }
-    const char16_t* Unit(std::size_t number) const { return block_ + number; }
-    void Next() {
-        block_ += blockUnits;
-        skipped_ = 0;
-    }
-
-  private:
-    std::size_t skipped_; // bytes before the text
-    const char16_t* block_;
-};
-
-// The first unit that a function of its block marks; there is one.
-template <class Mark>
-const char16_t* FirstMarked(const char16_t* text, Mark mark) {
-    for (clsBlocks blocks(text);; blocks.Next()) {
-        const unsigned marked = blocks.OfText(mark(blocks.Block()));
-        if (marked != 0)
-            return blocks.Unit(FirstUnit(marked));
-    }
-}
-
 unsigned Zeros(__m128i block) {
-    return EqualUnits(block, _mm_setzero_si128());
+    return UtilpEqualUnits(block, _mm_setzero_si128());
 }
 
 // Whether a block may be read that begins anywhere: not where it would touch the next page.
@@ -115,7 +59,7 @@ __m128i LowerBlock(__m128i block) {
 }
 
 unsigned AsciiUnits(__m128i block) {
-    return EqualUnits(_mm_srli_epi16(block, 7), _mm_setzero_si128());
+    return UtilpEqualUnits(_mm_srli_epi16(block, 7), _mm_setzero_si128());
 }
 
 #endif
@@ -139,9 +83,10 @@ const char16_t* FindInWindow(const char16_t* text, std::size_t positions, const 
     const __m128i firsts = _mm_set1_epi16(static_cast<short>(first));
     const __m128i lasts = _mm_set1_epi16(static_cast<short>(last));
     for (; at + 8 <= positions; at += 8) {
-        unsigned hits = EqualUnits(Load(text + at), firsts) & EqualUnits(Load(text + at + length - 1), lasts);
+        unsigned hits =
+            UtilpEqualUnits(Load(text + at), firsts) & UtilpEqualUnits(Load(text + at + length - 1), lasts);
         for (; hits != 0; hits &= hits - 1, hits &= hits - 1) { // two bits a unit
-            const char16_t* const place = text + at + FirstUnit(hits);
+            const char16_t* const place = text + at + UtilpFirstUnit(hits);
             if (HasMiddle(place, part, length))
                 return place;
         }
@@ -179,7 +124,7 @@ std::size_t UtilpLength(const char16_t* text) {
     const char16_t* end = text;
 #ifdef TVUT_READS_BLOCKS
     if (clsBlocks::Fit(text))
-        return static_cast<std::size_t>(FirstMarked(text, Zeros) - text);
+        return static_cast<std::size_t>(UtilpFirstMarked(text, Zeros) - text);
 #endif
     while (UtilpLoadUnit(end) != 0)
         ++end;
@@ -194,7 +139,7 @@ std::size_t UtilpLength(const char16_t* text, std::size_t count) {
         for (clsBlocks blocks(text); blocks.Unit(0) < end; blocks.Next()) {
             const unsigned zeros = blocks.OfText(Zeros(blocks.Block()));
             if (zeros != 0)
-                return static_cast<std::size_t>(std::min(end, blocks.Unit(FirstUnit(zeros))) - text);
+                return static_cast<std::size_t>(std::min(end, blocks.Unit(UtilpFirstUnit(zeros))) - text);
         }
         return static_cast<std::size_t>(end - text);
     }
@@ -261,9 +206,9 @@ int UtilpCompare(const char16_t* a, const char16_t* b, std::size_t count) {
 #ifdef TVUT_READS_BLOCKS
         if (count >= blockUnits && InOnePage(a) && InOnePage(b)) {
             const __m128i block = Load(a);
-            const unsigned goOn = EqualUnits(block, Load(b)) & ~Zeros(block);
+            const unsigned goOn = UtilpEqualUnits(block, Load(b)) & ~Zeros(block);
             if (goOn != 0xFFFF) {
-                const std::size_t at = FirstUnit(~goOn);
+                const std::size_t at = UtilpFirstUnit(~goOn);
                 return Order(UtilpLoadUnit(a + at), UtilpLoadUnit(b + at));
             }
             a += blockUnits;
@@ -289,8 +234,8 @@ scOrder UtilpCompareAscii(const char16_t*& a, const char16_t*& b, std::size_t& c
         if (count >= blockUnits && InOnePage(a) && InOnePage(b)) {
             const __m128i lowerA = LowerBlock(Load(a));
             const __m128i lowerB = LowerBlock(Load(b));
-            const unsigned goOn = EqualUnits(lowerA, lowerB) & ~Zeros(lowerA) & AsciiUnits(lowerA);
-            const std::size_t same = goOn == 0xFFFF ? blockUnits : FirstUnit(~goOn);
+            const unsigned goOn = UtilpEqualUnits(lowerA, lowerB) & ~Zeros(lowerA) & AsciiUnits(lowerA);
+            const std::size_t same = goOn == 0xFFFF ? blockUnits : UtilpFirstUnit(~goOn);
             a += same;
             b += same;
             count -= same;
@@ -315,7 +260,8 @@ const char16_t* UtilpFind(const char16_t* text, char16_t character) {
 #ifdef TVUT_READS_BLOCKS
     if (clsBlocks::Fit(text)) {
         const __m128i wanted = _mm_set1_epi16(static_cast<short>(character));
-        text = FirstMarked(text, [&](__m128i block) { return EqualUnits(block, wanted) | Zeros(block); });
+        text = UtilpFirstMarked(text,
+                                [&](__m128i block) { return UtilpEqualUnits(block, wanted) | Zeros(block); });
         return *text == character ? text : nullptr;
     }
 #endif
@@ -339,7 +285,7 @@ const char16_t* UtilpFindLast(const char16_t* text, char16_t character) {
             const __m128i block = blocks.Block();
             const unsigned ends = blocks.OfText(Zeros(block));
             const unsigned before = (ends & (0u - ends)) - 1; // all bits when there is no end
-            const unsigned hits = blocks.OfText(EqualUnits(block, wanted)) & before;
+            const unsigned hits = blocks.OfText(UtilpEqualUnits(block, wanted)) & before;
             if (hits != 0)
                 last = blocks.Unit((31u - static_cast<unsigned>(std::countl_zero(hits))) / 2);
             if (ends != 0)

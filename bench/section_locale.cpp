@@ -1,0 +1,126 @@
+// Character sets of long texts against reading them, daylight time against the system's calls that it needs.
+#include "sections.h"
+
+#include <tvut22/locale.h>
+
+#include <windows.h>
+
+#include <cstring>
+#include <cwchar>
+#include <emmintrin.h>
+#include <optional>
+
+namespace bench {
+
+namespace {
+
+// Lines of words, in which marks and Latin letters are mixed as they are in such texts.
+std::wstring Text(const wchar_t* line, std::size_t units) {
+    std::wstring text;
+    while (text.size() < units)
+        text += line;
+    text.resize(units);
+    return text;
+}
+
+// All of a text's bytes, 16 at a time, and nothing done with them: the cost of its memory.
+double ReadAll(const std::wstring& text) {
+    return Timed([&] {
+        __m128i sum = _mm_setzero_si128();
+        for (std::size_t at = 0; at + 8 <= text.size(); at += 8)
+            sum = _mm_xor_si128(sum, _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at)));
+        Consume(static_cast<std::size_t>(_mm_cvtsi128_si32(sum)));
+    });
+}
+
+double Classify(const std::wstring& text, INT expected) {
+    INT charset = -1;
+    const double ns = Timed([&] { charset = UtilGetLikelyCharsetFromString(text.c_str()); });
+    Require(charset == expected, "a wrong character set");
+    return ns;
+}
+
+void MeasureCharset(const scSettings& settings, clsReport& report) {
+    const struct {
+        const char* name;
+        const wchar_t* line;
+        INT charset;
+        std::optional<scGoal> goal = AtMost(1.25);
+    } rows[] = {
+        {"Latin", L"The quick brown fox \x2014 na\x00EFve, of course \x2014 jumps over the lazy dog.\r\n", 0},
+        {"Russian",
+         L"\x0421\x044A\x0435\x0448\x044C \x0436\x0435 \x0435\x0449\x0451 \x2014 \x044D\x0442\x0438\x0445 "
+         L"tvUT22\r\n",
+         204},
+        {"kana",
+         L"\x3044\x308D\x306F\x306B\x307B\x3078\x3068\x3001\x3061\x308A\x306C\x308B\x30F2\x30AB\x3002\r\n",
+         128},
+        {"Korean", L"\xD0A4\xC2A4\xC758 \xACE0\xC720 \xC870\xAC74\xC740 \xC785\xC220\xB07C\xB9AC\r\n", 129},
+        {"ancient Greek",
+         L"\x1F00\x03C1\x03C7\x1F74 \x1F25\x03BC\x03B9\x03C3\x03C5 \x03C0\x03B1\x03BD\x03C4\x03CC\x03C2\r\n",
+         161},
+        {"of many sorts of marks", L"\x2014\x0700\x1200\xFF01\x0E80\xA000", 0, std::nullopt},
+    };
+    for (const auto& row : rows) {
+        const std::wstring text = Text(row.line, 512 * 1024);
+        const Round rounds[] = {[&] { return Classify(text, row.charset); }, [&] { return ReadAll(text); },
+                                [&] { return Timed([&] { Consume(std::wcslen(text.c_str())); }); }};
+        const auto ns = Race(rounds, settings.rounds);
+        const std::string work = std::string("UtilGetLikelyCharsetFromString, 1 MB ") + row.name;
+        report.Against(work, ns[0], "reading it", ns[1]);
+        report.Against(work, ns[0], "wcslen", ns[2], row.goal);
+    }
+}
+
+template <class Call>
+double PerCall(std::size_t calls, Call call) {
+    return Timed([&] {
+               for (std::size_t done = 0; done < calls; ++done)
+                   call(done);
+           }) /
+           static_cast<double>(calls);
+}
+
+void MeasureTime(const scSettings& settings, clsReport& report) {
+    const std::size_t calls = settings.quick ? 1000 : 20000;
+    SYSTEMTIME start, end, ours, theirs;
+    TIME_ZONE_INFORMATION zone;
+    const SYSTEMTIME noon{2018, 7, 0, 1, 12, 0, 0, 0};
+    const Round rounds[] = {
+        [&] {
+            return PerCall(calls, [&](std::size_t number) {
+                UtilLocGetDSTStartAndEndInUTC(1990 + number % 48, &start, &end);
+            });
+        },
+        [&] { return PerCall(calls, [&](std::size_t) { GetTimeZoneInformation(&zone); }); },
+        [&] {
+            return PerCall(calls, [&](std::size_t) {
+                ours = noon;
+                UtilLocConvertLocalTimeToUTCTime(&ours);
+            });
+        },
+        [&] {
+            return PerCall(calls,
+                           [&](std::size_t) { TzSpecificLocalTimeToSystemTime(nullptr, &noon, &theirs); });
+        },
+    };
+    const auto ns = Race(rounds, settings.rounds);
+    Require(std::memcmp(&ours, &theirs, sizeof ours) == 0, "a wrong time");
+    report.Against("UtilLocGetDSTStartAndEndInUTC", ns[0], "GetTimeZoneInformation", ns[1]);
+    report.Against("UtilLocConvertLocalTimeToUTCTime", ns[2], "the system's conversion", ns[3], AtMost(1.1));
+}
+
+} // namespace
+
+void MeasureLocale(const scSettings& settings, clsReport& report) {
+    report.Section("Locale: character sets, daylight time");
+    MeasureCharset(settings, report);
+    MeasureTime(settings, report);
+    report.Remark(
+        "Reading: every 16 bytes of the text loaded once, nothing done with them; the text is in the "
+        "cache. wcslen is the system runtime's. Marks of many sorts: the worst that a text can do. "
+        "Ideographs are not in the list: the first one ends the search. Daylight time: beside the "
+        "system's call there are two dates to reckon and four conversions of file times.");
+}
+
+} // namespace bench

@@ -1,0 +1,81 @@
+// Texts read in aligned blocks of 16 bytes.
+//
+// A block lies in one page with a unit of the text that has to be read, so that strings may end where
+// readable memory does.
+#pragma once
+
+#include "text/units.h"
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+// A sanitizer sees every byte that is read behind the end of a string, page or not.
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define TVUT_READS_STRICTLY 1
+#endif
+#endif
+#if defined(TVUT_HAS_SSE2) && !defined(TVUT_READS_STRICTLY)
+#define TVUT_READS_BLOCKS 1
+#endif
+
+namespace tvut {
+
+#ifdef TVUT_HAS_SSE2
+
+// Two bits a unit that equals one of another block.
+inline unsigned UtilpEqualUnits(__m128i a, __m128i b) {
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(a, b)));
+}
+
+inline std::size_t UtilpFirstUnit(unsigned mask) {
+    return static_cast<std::size_t>(std::countr_zero(mask)) / 2;
+}
+
+#endif
+
+#ifdef TVUT_READS_BLOCKS
+
+constexpr std::size_t blockBytes = sizeof(__m128i);
+constexpr std::size_t blockUnits = blockBytes / sizeof(char16_t);
+
+// Walks the aligned blocks that a text lies in, from the one with its first unit on.
+class clsBlocks {
+  public:
+    // Strings at odd addresses exist, in packed structures; their units do not lie in one block each.
+    static bool Fit(const char16_t* text) { return reinterpret_cast<std::uintptr_t>(text) % 2 == 0; }
+
+    explicit clsBlocks(const char16_t* text)
+        : skipped_(reinterpret_cast<std::uintptr_t>(text) % blockBytes),
+          block_(text - skipped_ / sizeof(char16_t)) {}
+
+    __m128i Block() const { return _mm_load_si128(reinterpret_cast<const __m128i*>(block_)); }
+    // Bits of the units that belong to the text.
+    unsigned OfText(unsigned mask) const { return mask >> skipped_ << skipped_; }
+    const char16_t* Unit(std::size_t number) const { return block_ + number; }
+    void Next() {
+        block_ += blockUnits;
+        skipped_ = 0;
+    }
+
+  private:
+    std::size_t skipped_; // bytes before the text
+    const char16_t* block_;
+};
+
+// The first unit that a function of its block marks; there is one.
+template <class Mark>
+const char16_t* UtilpFirstMarked(const char16_t* text, Mark mark) {
+    clsBlocks blocks(text);
+    unsigned marked = blocks.OfText(mark(blocks.Block()));
+    while (marked == 0) {
+        blocks.Next();
+        marked = mark(blocks.Block()); // all of it belongs to the text
+    }
+    return blocks.Unit(UtilpFirstUnit(marked));
+}
+
+#endif
+
+} // namespace tvut
