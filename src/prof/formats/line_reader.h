@@ -38,6 +38,19 @@ class clsLineReader {
         }
     }
 
+    // Makes the line longer, over line ends and blanks as they stand, until a mark is in it at or behind a
+    // place; the lines taken in are counted. Gives where the mark is, npos at the end of the text.
+    std::size_t ExtendTo(std::u16string_view mark, std::size_t from) {
+        std::size_t found = Line().find(mark, from);
+        while (found == std::u16string_view::npos) {
+            const std::size_t seen = Line().size(); // no mark holds a line end
+            if (!TakeInNextLine())
+                return found;
+            found = Line().find(mark, seen);
+        }
+        return found;
+    }
+
     // Makes the line that Next moved to the next one again.
     void Unread() {
         next_ = begin_;
@@ -70,6 +83,32 @@ class clsLineReader {
     static bool IsSkipped(char16_t c) { return c == u'\r' || c == u'\n' || c == u' ' || c == u'\t'; }
     static std::u16string_view View(const char16_t* begin, const char16_t* end) {
         return {begin, static_cast<std::size_t>(end - begin)};
+    }
+
+    bool TakeInNextLine() {
+        const char16_t* line = scan_.end;
+        for (;;) {
+            while (line < end_ && IsSkipped(*line))
+                ++line;
+            scLine scan{line, line, false, false};
+            if (line < end_)
+                scan = UtilpScanLine(line);
+            if (scan.end >= end_) {
+                const std::ptrdiff_t seen = line - begin_;
+                if (Refill(begin_)) {
+                    begin_ = next_;
+                    line = begin_ + seen;
+                    continue;
+                }
+                if (line >= end_)
+                    return false;
+            }
+            if (scan.zero)
+                input_.ReplaceZeros(line, scan.end);
+            scan_.end = next_ = scan.end;
+            ++number_;
+            return true;
+        }
     }
 
     void Restart() {
