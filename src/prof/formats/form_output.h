@@ -108,8 +108,10 @@ class clsReservedOutput {
         next_ += text.size();
     }
     void PutIndentation(std::uint32_t level) {
-        next_ = std::fill_n(next_, level / 4, Unit{'\t'});
-        next_ = std::fill_n(next_, level % 4, Unit{' '});
+        for (std::uint32_t tabs = level / 4; tabs != 0; --tabs)
+            *next_++ = Unit{'\t'};
+        for (std::uint32_t blanks = level % 4; blanks != 0; --blanks)
+            *next_++ = Unit{' '};
     }
     Unit* Next() { return next_; }
     void Took(std::size_t length) { next_ += length; }

@@ -3,6 +3,7 @@
 // Files that other programs wrote as plain sections are read too: there no brace closes a list, so
 // each header opens one inside the list before it.
 #include "prof/formats/form.h"
+#include "prof/formats/load_error.h"
 #include "prof/formats/text_marks.h"
 #include "prof/formats/tree_builder.h"
 
@@ -90,8 +91,26 @@ class clsTextReader final : public IclsFormReader {
 
 const clsTextReader textReader;
 
+// Lines before the root are skipped, markup among them. But markup with no root behind it is some other
+// XML: taken as an empty profile, it would be destroyed by saving that.
+class clsTextBehindMarkupReader final : public IclsFormReader {
+  public:
+    void Parse(clsLineReader& lines, clsItemList& target) const override {
+        while (lines.Next()) {
+            if (lines.Line() == rootHeader) {
+                lines.Unread();
+                return textReader.Parse(lines, target);
+            }
+        }
+        throw clsLoadException(1, u"prof::xml: bad format");
+    }
+};
+
+const clsTextBehindMarkupReader textBehindMarkupReader;
+
 } // namespace
 
 const IclsFormReader& g_textReader = textReader;
+const IclsFormReader& g_textBehindMarkupReader = textBehindMarkupReader;
 
 } // namespace tvut
