@@ -20,11 +20,21 @@ struct scSection {
 };
 
 constexpr scSection sections[] = {
-    {"open", MeasureOpen},     {"save", MeasureSave},     {"memory", MeasureMemory},
-    {"get", MeasureGet},       {"grow", MeasureGrow},     {"delete", MeasureDelete},
-    {"walk", MeasureWalk},     {"close", MeasureClose},   {"strings", MeasureStrings},
-    {"base64", MeasureBase64}, {"embed", MeasureEmbed},   {"diagnostics", MeasureDiagnostics},
-    {"heap", MeasureHeap},     {"locale", MeasureLocale},
+    {"open", MeasureOpen},
+    {"save", MeasureSave},
+    {"memory", MeasureMemory},
+    {"get", MeasureGet},
+    {"grow", MeasureGrow},
+    {"delete", MeasureDelete},
+    {"xml", MeasureXml},
+    {"walk", MeasureWalk},
+    {"close", MeasureClose},
+    {"strings", MeasureStrings},
+    {"base64", MeasureBase64},
+    {"embed", MeasureEmbed},
+    {"diagnostics", MeasureDiagnostics},
+    {"heap", MeasureHeap},
+    {"locale", MeasureLocale},
 };
 
 struct scCommandLine {

@@ -18,6 +18,7 @@ void MeasureHeap(const scSettings& settings, clsReport& report);
 void MeasureDiagnostics(const scSettings& settings, clsReport& report);
 void MeasureWalk(const scSettings& settings, clsReport& report);
 void MeasureEmbed(const scSettings& settings, clsReport& report);
+void MeasureXml(const scSettings& settings, clsReport& report);
 void MeasureClose(const scSettings& settings, clsReport& report);
 void MeasureStrings(const scSettings& settings, clsReport& report);
 void MeasureBase64(const scSettings& settings, clsReport& report);

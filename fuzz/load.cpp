@@ -1,4 +1,4 @@
-// Loads any bytes in both reading modes; what loads must save and load again to the same text.
+// Loads any bytes in every reading mode; what loads must save and load again to the same text.
 #include "unit/native_platform.h"
 
 #include <cstdio>
@@ -21,7 +21,7 @@ std::string SavedAgain(const std::string& bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    for (const ReadMode mode : {ReadMode::detect, ReadMode::plainIni}) {
+    for (const ReadMode mode : {ReadMode::detect, ReadMode::foreignXfdf, ReadMode::plainIni}) {
         DiagnosticLines().clear();
         clsTree tree(size % 2 == 0);
         if (!Load(tree, bytes, mode).parsed)

@@ -99,7 +99,9 @@ typedef struct ProfListObject* ProfList;
  *           PROF_LOCKED        a sharing violation lasted 10 seconds (it is retried every 100 ms);
  *                              or the contents could not be read or would not fit into memory
  *           PROF_LOAD_FAILED   the contents are malformed (a compressed profile that is damaged or too
- *                              large, an XML file); what was read before stays in the tree
+ *                              large, XML that is no profile); what was read before stays in the tree.
+ *                              A diagnostic line tells the reason and the number of the line, counted
+ *                              without blank lines.
  *
  * An empty file is an empty profile. A file that begins with "ZZmQ" is a compressed profile and may
  * unfold to at most 256 MiB. The encoding is: UTF-16 (little- or big-endian) or UTF-8 after a
@@ -110,6 +112,13 @@ typedef struct ProfListObject* ProfList;
  * blank lines and lines that begin with # or ; are skipped. A file whose first header line is not
  * "[/]" is taken as a plain sequence of sections: the first header is skipped, each later one opens
  * a list inside the one before (no brace closes it). PROF_READ_PLAIN_INI reads such files flat.
+ *
+ * A file that begins with the first line of the XML form or of the XFDF form is read in that form; any
+ * other file that begins with "<" is refused unless a line "[/]" follows. Both are read line by line, as
+ * ProfSave lays them out: an element that shares its line with another, or goes over several, is refused or
+ * skipped, and a file of which nothing would be read is refused. Values of an XFDF file get their names from
+ * lines <field> name="..." only, as ProfSave does not write them, and are items of the root list; without
+ * such a line their name is empty. PROF_READ_FOREIGN_XFDF reads what ProfSave and other programs write.
  */
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenA(const char* fileName);
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenW(const wchar_t* fileName);
@@ -140,7 +149,12 @@ TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStream(IStream* stream);
  *        other programs do: each section is a list of the root list, items before the first section
  *        belong to the root, blanks around name and value are dropped, everything else stays as it
  *        is (quotes and inline comments are part of the value, braces mean nothing).
- *        PROF_READ_FOREIGN_XFDF is reserved until XFDF can be read.
+ *        PROF_READ_FOREIGN_XFDF reads XFDF as other programs write it, whatever its first line and however
+ *        its tags are spread over lines: a field that holds fields is a list, each value of a field is an
+ *        item under the field's name, a field with neither an item without text. Values beside fields in
+ *        one field have the empty name. Annotations, rich text and all that is no field are skipped. The
+ *        lists of XFDF that ProfSave wrote are lists. Profiles in the other forms are read as without it.
+ *        With both flags PROF_READ_PLAIN_INI counts.
  */
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStreamObjectA(IStream* stream, const char* name, UINT flags);
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStreamObjectW(IStream* stream, const wchar_t* name, UINT flags);
@@ -163,12 +177,11 @@ TVUT22_API INT TVUT22_CALL ProfGetError(ProfJob job);
  * fileName  the target; null means the job's own file. When the job holds its file (exclusive open),
  *           a null name and a name equal to the job's, compared without regard to case, write
  *           through the held file.
- * flags     a form (PROF_FORM_TEXT) and PROF_SAVE_... bits.
+ * flags     a form (PROF_FORM_...) and PROF_SAVE_... bits.
  *
  * Result    PROF_OK, or PROF_SAVE_FAILED: no or an invalid name, a read-only or locked target, a
- *           full disk, a form that this version does not write, or a result beyond 2 GiB (a tree
- *           nested a million deep would be hundreds of gigabytes of indentation). 0 for an
- *           invalid job.
+ *           full disk, or a result beyond 2 GiB (a tree nested a million deep would be hundreds of
+ *           gigabytes of indentation). 0 for an invalid job.
  *
  * The text form is UTF-16 little-endian with a byte-order mark and CR LF line ends. In names "=",
  * "[" and "]" are written as U+2338, U+301A, U+301B, and in names and values every character below
@@ -176,6 +189,14 @@ TVUT22_API INT TVUT22_CALL ProfGetError(ProfJob job);
  * What stands for something else does not survive being read again: names that begin with "#", ";",
  * "{", "}" or a blank; U+2338, U+301A and U+301B in names of items, U+2401 to U+241F in names and values
  * of items; line ends in names of lists.
+ *
+ * The XML form is UTF-16, too, and keeps every text but one thing: CR LF, a lone CR and a lone LF are all
+ * written as &cr; and read as CR LF. Other XML programs can read it unless a text holds a character below
+ * U+0020 other than TAB, CR and LF, or half a surrogate pair, or a name TAB, CR or LF.
+ *
+ * The XFDF form is UTF-8 without a byte-order mark. Its texts are not escaped, though reading turns
+ * references back, so what holds "&", "<", ">", a quote in a name or a line end in a name may come back as
+ * something else or not at all; half a surrogate pair is written as U+FFFD.
  *
  * A target that the job does not hold is never torn: the new contents are written to a temporary
  * file in the same folder, which then replaces the target in one step. It takes over the target's

@@ -17,8 +17,6 @@ namespace tvut {
 
 namespace {
 
-constexpr std::uint32_t readPlainIni = 2; // flag of ProfJobOpenStreamObject
-
 constexpr std::uint32_t formMask = 0xF; // the part of save flags that names the form
 
 constexpr const wchar_t* temporaryPrefix = L"Prf";
@@ -80,8 +78,7 @@ clsProfJob* clsProfJob::OpenStream(IStream* stream, std::u16string_view name, st
     clsNewJob job(new clsProfJob(std::u16string_view()));
     if (stream) {
         clsStreamSource source(stream);
-        job->error_ =
-            job->LoadSource(source, name, flags & readPlainIni ? ReadMode::plainIni : ReadMode::detect);
+        job->error_ = job->LoadSource(source, name, ProfpReadMode(flags));
     }
     return job.release();
 }

@@ -80,6 +80,38 @@ char16_t* Put(char16_t* out, std::uint32_t code) {
     return out;
 }
 
+constexpr std::uint32_t replacement = 0xFFFD;
+
+// Takes the first character off a text that is not empty.
+std::uint32_t TakeCodePoint(std::u16string_view& text) {
+    const char16_t first = text.front();
+    text.remove_prefix(1);
+    if (first < 0xD800 || first > 0xDFFF)
+        return first;
+    if (!UtilpIsHighSurrogate(first) || text.empty() || text.front() < 0xDC00 || text.front() > 0xDFFF)
+        return replacement;
+    const std::uint32_t code = 0x10000u + ((first - 0xD800u) << 10) + (text.front() - 0xDC00u);
+    text.remove_prefix(1);
+    return code;
+}
+
+std::size_t LengthOf(std::uint32_t code) {
+    if (code < 0x80)
+        return 1;
+    if (code < 0x800)
+        return 2;
+    return code < 0x10000 ? 3 : 4;
+}
+
+char* PutEncoded(char* out, std::uint32_t code) {
+    constexpr std::array<unsigned, 5> leadBits{0, 0, 0xC0, 0xE0, 0xF0};
+    const std::size_t length = LengthOf(code);
+    for (std::size_t i = length; i-- > 1; code >>= 6)
+        out[i] = static_cast<char>(0x80 | (code & 0x3F));
+    out[0] = static_cast<char>(leadBits[length] | code);
+    return out + length;
+}
+
 } // namespace
 
 bool UtilpIsUtf8(std::string_view bytes) noexcept {
@@ -100,6 +132,20 @@ std::size_t UtilpDecodeUtf8(std::string_view bytes, char16_t* characters) noexce
         at += length == 0 ? 1 : length;
     }
     return static_cast<std::size_t>(out - characters);
+}
+
+std::size_t detail::LengthInUtf8(std::u16string_view text) noexcept {
+    std::size_t length = 0;
+    while (!text.empty())
+        length += LengthOf(TakeCodePoint(text));
+    return length;
+}
+
+std::size_t detail::EncodeUtf8(std::u16string_view text, char* bytes) noexcept {
+    char* out = bytes;
+    while (!text.empty())
+        out = PutEncoded(out, TakeCodePoint(text));
+    return static_cast<std::size_t>(out - bytes);
 }
 
 } // namespace tvut

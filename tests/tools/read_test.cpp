@@ -74,6 +74,9 @@ constexpr Refused refused[] = {
     {"show .", 3, "prof: .: is a folder"},
     {"show damaged.prf", 4, "prof: damaged.prf: "},
     {"check damaged.prf", 4, "prof: damaged.prf: "},
+    {"check split.xml", 4, "prof: split.xml: line 15: prof::xml::item no '</item>' tag found"},
+    {"show other.xml", 4, "prof: other.xml: line 1: prof::xml: bad format"},
+    {"check broken.xfdf", 4, "prof: broken.xfdf: line 3: prof::xml::field: name unfinished"},
     {"show office.prf Print/Colours", 1, "prof: office.prf: there is no list Print/Colours"},
     {"lists office.prf Title", 1, "there is no list Title"},
     {"get office.prf Print/Colour", 1, "prof: office.prf: there is no item Print/Colour"},
@@ -127,6 +130,23 @@ TEST_F(ProfTool, KnowsAPlainIniFileByItsNameAndItsContents) {
     EXPECT_EQ(mustPrint("show store.ini"), mustPrint("show office.prf"));
     write("server.txt", read("server.conf"));
     EXPECT_EQ(mustPrint("show --ini server.txt"), mustPrint("show server.conf"));
+}
+
+TEST_F(ProfTool, ConvertsBetweenAllForms) {
+    std::string shown = mustPrint("show office.prf");
+    const std::string lineFeed = "K\xC3\xB6ln\\n";
+    ASSERT_NE(shown.find(lineFeed), std::string::npos);
+    shown.replace(shown.find(lineFeed), lineFeed.size(), "K\xC3\xB6ln\\r\\n"); // as XML brings line ends back
+    mustPrint("convert office.prf office.xml --form xml");
+    mustPrint("convert office.xml office.XFDF --form xfdf");
+    mustPrint("convert office.XFDF again.xml --form xml --compress");
+    mustPrint("convert again.xml again.prf");
+    for (const std::string file : {"office.xml", "office.XFDF", "again.xml", "again.prf"})
+        EXPECT_EQ(mustPrint("show " + file), shown) << file;
+    EXPECT_EQ(mustPrint("convert again.prf - --form xml"), read("office.xml"));
+    EXPECT_EQ(mustPrint("show form.xfdf"), "[outer]\n  inner=1\nlast=2\n");
+    mustFail("set office.xml Title x", 2, "is not a text profile");
+    mustFail("show missing.xfdf", 3, "prof: missing.xfdf: no such file");
 }
 
 TEST_F(ProfTool, EscapesInShowAndNotInGet) {

@@ -2,40 +2,20 @@
 #include "prof/formats/compression.h"
 #include "prof/path.h"
 #include "unit/native_platform.h"
+#include "unit/random_tree.h"
 
 #include <gtest/gtest.h>
-#include <random>
 
 using namespace tvut;
 using namespace std::literals;
 
 namespace {
 
-// A tree of random shape whose texts hold every character that the text form must stand in for.
-void Grow(clsTree& tree, unsigned seed) {
-    std::mt19937 random(seed);
-    constexpr std::u16string_view alphabet = u"ab =[]{}#;/\r\n\t\x01\x1F\u2400é\u4E00\xD83D\xDE00\uFFFF";
-    const auto text = [&](std::size_t longest, bool anyStart) {
-        std::u16string result = anyStart ? u"" : u"n";
-        for (std::size_t length = random() % longest; length != 0; --length)
-            result += alphabet[random() % alphabet.size()];
-        return result;
-    };
-    std::vector<clsItemList*> lists{&tree.Root()};
-    for (int i = 0; i < 400; ++i) {
-        clsItemList& list = *lists[random() % lists.size()];
-        if (random() % 5 == 0)
-            lists.push_back(tree.AppendList(list, scName(u"list" + std::u16string(random() % 3, u'x'))));
-        else
-            tree.AppendItem(list, scName(text(20, false)), text(random() % 50 == 0 ? 200000 : 40, true));
-    }
-}
-
 TEST(TextForm, RoundTripsEveryText) {
     for (unsigned seed = 1; seed <= 20; ++seed) {
         SCOPED_TRACE(seed);
         clsTree tree(true);
-        Grow(tree, seed);
+        GrowTree(tree, seed, everyKindOfCharacter);
         for (const std::uint32_t flags : {0x00u, 0x40u}) {
             clsTree again(true);
             EXPECT_TRUE(Load(again, Saved(tree, flags)).parsed);
@@ -44,24 +24,28 @@ TEST(TextForm, RoundTripsEveryText) {
     }
 }
 
-TEST(TextForm, MeasuresExactlyWhatItWrites) {
+TEST(Save, MeasuresExactlyWhatItWrites) {
     clsTree tree(true);
-    Grow(tree, 99);
-    clsMemorySink sink;
-    ASSERT_TRUE(ProfpSave(tree.Root(), 0, false, sink));
-    EXPECT_EQ(sink.extended, sink.bytes.size());
-    EXPECT_TRUE(sink.finished);
+    GrowTree(tree, 99, everyKindOfCharacter);
+    for (const std::uint32_t form : {0u, 1u, 2u}) {
+        clsMemorySink sink;
+        ASSERT_TRUE(ProfpSave(tree.Root(), form, false, sink));
+        EXPECT_EQ(sink.extended, sink.bytes.size()) << form;
+        EXPECT_TRUE(sink.finished);
+    }
 }
 
 // A sink that fails after any number of bytes makes the save fail, never finish.
-TEST(TextForm, ReportsAFullSink) {
+TEST(Save, ReportsAFullSink) {
     clsTree tree(true);
-    Grow(tree, 3);
-    const std::size_t size = Saved(tree).size();
-    for (const std::size_t room : {std::size_t{0}, std::size_t{1}, size / 2, size - 1}) {
-        clsMemorySink sink(room);
-        EXPECT_THROW(ProfpSave(tree.Root(), 0, false, sink), clsException);
-        EXPECT_FALSE(sink.finished);
+    GrowTree(tree, 3, everyKindOfCharacter);
+    for (const std::uint32_t form : {0u, 1u, 2u}) {
+        const std::size_t size = Saved(tree, form).size();
+        for (const std::size_t room : {std::size_t{0}, std::size_t{1}, size / 2, size - 1}) {
+            clsMemorySink sink(room);
+            EXPECT_THROW(ProfpSave(tree.Root(), form, false, sink), clsException);
+            EXPECT_FALSE(sink.finished);
+        }
     }
 }
 
@@ -70,16 +54,18 @@ TEST(Load, SurvivesDamage) {
     clsTree tree(true);
     ProfpAppendItem(tree.Root(), u"A/B/name", u"value\r\n");
     ProfpAppendItem(tree.Root(), u"A/other=", u"(1,2,3,4)");
-    for (const std::uint32_t flags : {0x00u, 0x40u}) {
+    for (const std::uint32_t flags : {0x00u, 0x40u, 0x01u, 0x02u}) {
         const std::string whole = Saved(tree, flags);
         for (std::size_t cut = 0; cut < whole.size(); ++cut) {
             clsTree target(true);
-            Load(target, std::string_view(whole).substr(0, cut));
-            for (const char change : {'\0', '\xFF', '\n', '{'}) {
+            Load(target, std::string_view(whole).substr(0, cut), ReadMode::foreignXfdf);
+            for (const char change : {'\0', '\xFF', '\n', '{', '<', '"'}) {
                 std::string damaged = whole;
                 damaged[cut] = change;
-                clsTree other(false);
-                Load(other, damaged);
+                for (const ReadMode mode : {ReadMode::detect, ReadMode::foreignXfdf}) {
+                    clsTree other(false);
+                    Load(other, damaged, mode);
+                }
             }
         }
     }
@@ -118,9 +104,8 @@ TEST(Load, NamesInputMessageAndLine) {
     DiagnosticLines().clear();
     clsTree tree(true);
     EXPECT_FALSE(Load(tree, "\n\n<?xml version=\"1.0\"?>").parsed);
-    const std::vector<std::u16string> expected{
-        u"PROF load error line 1: 'prof::xml: this form cannot be read'",
-        u"input: error 'prof::xml: this form cannot be read' in line 1"};
+    const std::vector<std::u16string> expected{u"PROF load error line 1: 'prof::xml: bad format'",
+                                               u"input: error 'prof::xml: bad format' in line 1"};
     EXPECT_EQ(DiagnosticLines(), expected);
 }
 

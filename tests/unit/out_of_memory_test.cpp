@@ -78,23 +78,27 @@ void ExpectSound(clsTree& tree) {
     tree.Empty(tree.Root());
 }
 
-std::string LargeProfile() {
+std::string LargeProfile(std::uint32_t form) {
     clsTree tree(true);
     for (char16_t c = u'a'; c <= u'z'; ++c) {
         const std::u16string list(1, c);
         for (char16_t d = u'a'; d <= u'z'; ++d)
-            ProfpAppendItem(tree.Root(), list + u"/" + d, std::u16string(100 * (d - u'a'), d));
+            ProfpAppendItem(tree.Root(), list + u"/&\n" + d, std::u16string(100 * (d - u'a'), d) + u"\t");
     }
-    return Saved(tree);
+    return Saved(tree, form);
 }
 
 TEST(OutOfMemory, Loading) {
-    const std::string bytes = LargeProfile();
-    FailEveryAllocation([&](clsTree& tree) { Load(tree, bytes); }, ExpectSound);
+    for (const std::uint32_t form : {0u, 1u, 2u}) {
+        for (const ReadMode mode : {ReadMode::detect, ReadMode::foreignXfdf}) {
+            const std::string bytes = LargeProfile(form);
+            FailEveryAllocation([&](clsTree& tree) { Load(tree, bytes, mode); }, ExpectSound);
+        }
+    }
 }
 
 TEST(OutOfMemory, Saving) {
-    for (const std::uint32_t flags : {0x00u, 0x40u}) {
+    for (const std::uint32_t flags : {0x00u, 0x40u, 0x01u, 0x02u}) {
         const auto save = [flags](clsTree& tree) {
             clsMemorySink sink;
             sink.bytes.reserve(4096);
@@ -106,7 +110,7 @@ TEST(OutOfMemory, Saving) {
 
 // A sink may give up old contents once it is told of new ones: no allocation may fail after that.
 TEST(OutOfMemory, SavingFailsBeforeTheSinkIsTold) {
-    for (const std::uint32_t flags : {0x00u, 0x40u}) {
+    for (const std::uint32_t flags : {0x00u, 0x40u, 0x01u, 0x02u}) {
         clsMemorySink sink;
         sink.bytes.reserve(1 << 20);
         std::uint64_t toldAtFailure = 0;

@@ -11,6 +11,7 @@
 #include <random>
 
 using namespace tvut;
+using namespace std::literals;
 
 namespace {
 
@@ -134,6 +135,56 @@ TEST(Scan, GivesTheAnswersOfAPlainScan) {
         std::u16string copy(length, u'?');
         clsReplacingCopy<true>::Copy(copy.data(), line.data(), length, replace);
         ASSERT_EQ(copy, expected);
+    }
+}
+
+template <class Special>
+void ExpectPlainAnswers(std::u16string_view text) {
+    const auto special = std::find_if(text.begin(), text.end(), Special::Is) - text.begin();
+    ASSERT_EQ(UtilpLengthBefore<Special>(text), static_cast<std::size_t>(special));
+    std::u16string copy(text.size(), u'?');
+    ASSERT_EQ(UtilpCopyFinding<Special>(copy.data(), text), special != std::ssize(text));
+    ASSERT_EQ(copy, text);
+}
+
+// Every character at every place of a text, in memory of just its length: sanitizers see a look beyond.
+TEST(Scan, TellsWhatIsSpecialAtEveryPlace) {
+    for (std::size_t length = 0; length <= 40; ++length) {
+        const std::string ascii(length, 'a');
+        std::string narrowed(length, '?');
+        const std::vector<char16_t> wide(length, u'a');
+        ASSERT_TRUE(UtilpNarrowAscii(narrowed.data(), {wide.data(), length}));
+        ASSERT_EQ(narrowed, ascii);
+        for (std::size_t place = 0; place < length; ++place) {
+            for (const char16_t c :
+                 u"\0\x1F !\"#%&'(;<=>?\x7F\x80\xFF\u0100\u043C\u7FFF\u8000\u803C\uFFFF"sv) {
+                std::vector<char16_t> text(length, u'a');
+                text[place] = c;
+                ExpectPlainAnswers<scXmlSpecial>({text.data(), length});
+                ExpectPlainAnswers<scNotAscii>({text.data(), length});
+                ASSERT_EQ(UtilpNarrowAscii(narrowed.data(), {text.data(), length}), c < 0x80);
+            }
+        }
+    }
+}
+
+TEST(Scan, FindsItsWayInMarkup) {
+    std::mt19937 random(7);
+    constexpr std::u16string_view alphabet = u"aaaa<\"&>\0\u013C\u8022\uFFFF"sv;
+    for (int round = 0; round < 20000; ++round) {
+        std::u16string line(random() % 40, u'a');
+        for (char16_t& c : line)
+            c = alphabet[random() % alphabet.size()];
+        const std::u16string padded = line + (round % 2 ? u'\r' : u'\n') + std::u16string(15, u'<');
+        scMarkupLine scan{};
+        UtilpScanMarkupLine<12>(padded.data(), scan);
+        const auto place = [&](const char16_t* found) {
+            return static_cast<std::size_t>(found - padded.data());
+        };
+        ASSERT_EQ(place(scan.end), line.size());
+        ASSERT_EQ(place(scan.quote), std::min(line.find(u'"', 12), line.size()));
+        ASSERT_EQ(place(scan.less), std::min(line.find(u'<', 1), line.size()));
+        ASSERT_EQ(scan.marked, line.find_first_of(u"&\0"sv) != line.npos);
     }
 }
 

@@ -121,14 +121,27 @@ TEST(TextForm, PlainIniFilesAreReadFlat) {
         << "reserved bits are ignored";
 }
 
-TEST(TextForm, FormsThatAreNotThereYetFailAndWriteNothing) {
-    const Job job(L"a=1;");
-    for (const UINT flags : {PROF_FORM_XML, PROF_FORM_XFDF, 3u, 0xFu, 0x12u, 0x41u, 0x82u}) {
-        PieceStream stream("before");
-        EXPECT_EQ(ProfSaveToStream(job, &stream, flags), PROF_SAVE_FAILED) << flags;
-        EXPECT_EQ(stream.data, "before");
-    }
+TEST(Forms, AreChosenByTheLowFourBits) {
+    const Job job(L"a=1;l{b=<\">;}");
+    const Bytes xml = saved(job, PROF_FORM_XML);
+    const Bytes xfdf = saved(job, PROF_FORM_XFDF);
+    EXPECT_TRUE(xml.starts_with(utf16(L"\xFEFF<?xml version=\"1.0\" encoding=\"UTF-16\"")));
+    EXPECT_TRUE(xfdf.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<xfdf xmlns="));
+    for (const UINT flags : {3u, 0xFu, 0x11u, 0x81u, 0xFFFFFF0Fu})
+        EXPECT_EQ(saved(job, flags), flags & PROF_SAVE_COMPRESSED ? saved(job, 0x41) : xml) << flags;
+    for (const UINT flags : {0x12u, 0x82u})
+        EXPECT_EQ(saved(job, flags), xfdf) << flags;
     EXPECT_EQ(saved(job, 0x10), saved(job)) << "bits above the form do not choose it";
+    for (const UINT flags : {0x00u, 0x01u, 0x41u})
+        EXPECT_EQ(describe(opened(saved(job, flags))), describe(job)) << flags;
+    EXPECT_EQ(describe(opened(xfdf)), L"=1;=<\">;");
+    EXPECT_EQ(describe(opened(xfdf, PROF_READ_FOREIGN_XFDF)), describe(job));
+}
+
+TEST(Forms, RefusesOtherXmlAndKeepsTheFile) {
+    const Bytes other = "<?xml version=\"1.0\"?><profile><item name=\"a\">1</item></profile>";
+    EXPECT_EQ(ProfGetError(opened(other)), PROF_LOAD_FAILED);
+    EXPECT_EQ(ProfGetError(opened(other, PROF_READ_FOREIGN_XFDF)), PROF_LOAD_FAILED);
 }
 
 } // namespace

@@ -17,7 +17,8 @@ namespace {
 
 constexpr const char* footer =
     "FILE, IN and OUT may be - for standard input and output. A file whose name ends in .ini or .conf is\n"
-    "read as a plain INI file, each section a list of the root list, unless it holds a profile.\n"
+    "read as a plain INI file, each section a list of the root list, unless it holds a profile. One whose\n"
+    "name ends in .xfdf is read as any program's XFDF: a field that holds fields is a list.\n"
     "A value or path that begins with a dash is written behind --.\n"
     "Exit codes: 0 done, 1 not found, 2 wrong usage, 3 cannot open, 4 malformed contents,\n"
     "            5 cannot save or write, 6 value not of the type, 7 out of memory.\n";

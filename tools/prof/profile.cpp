@@ -14,18 +14,23 @@ namespace tool::prof {
 
 namespace {
 
-constexpr UINT formMask = 0xf;
+ProfJob openStream(IStream& stream, const std::string& name, UINT flags) {
+    return ProfJobOpenStreamObjectW(&stream, toWide(name).c_str(), flags);
+}
 
-ProfJob openStream(IStream& stream, const std::string& name, bool plainIni) {
-    return ProfJobOpenStreamObjectW(&stream, toWide(name).c_str(), plainIni ? PROF_READ_PLAIN_INI : 0);
+UINT readFlags(const std::string& name, bool plainIni) {
+    if (plainIni)
+        return PROF_READ_PLAIN_INI;
+    return hasXfdfName(name) ? PROF_READ_FOREIGN_XFDF : 0;
 }
 
 ProfJob openJob(const std::string& name, bool plainIni) {
+    const UINT flags = readFlags(name, plainIni);
     if (name == standardStream)
-        return openStream(*memoryStream(readStandardInput()), displayName(name), plainIni);
+        return openStream(*memoryStream(readStandardInput()), displayName(name), flags);
     const std::wstring path = toWide(name);
-    if (plainIni)
-        return openStream(*fileStream(path, name), name, true);
+    if (flags != 0)
+        return openStream(*fileStream(path, name), name, flags);
     return ProfJobOpenW(path.c_str());
 }
 
@@ -44,10 +49,8 @@ Failure whyNotLoaded(const std::string& name, INT error, const std::string& repo
     return {ExitCode::malformed, subject, "the contents cannot be read or are too large"};
 }
 
-Failure whyNotSaved(const std::string& name, UINT flags) {
+Failure whyNotSaved(const std::string& name) {
     std::string reason = name == standardStream ? std::string{} : whyNotWritable(toWide(name));
-    if (reason.empty() && (flags & formMask) != PROF_FORM_TEXT)
-        reason = "this version of the library does not write that form";
     if (reason.empty())
         reason = "cannot be written: not permitted, in use, no space left, or nested too deep";
     return {ExitCode::cannotSave, name == standardStream ? "standard output" : name, reason};
@@ -95,13 +98,13 @@ void Profile::save(const std::string& name, UINT flags) const {
     if (name == standardStream)
         saveToStandardOutput(flags);
     else if (ProfSaveW(job(), toWide(name).c_str(), flags) != PROF_OK)
-        throw whyNotSaved(name, flags);
+        throw whyNotSaved(name);
 }
 
 void Profile::saveToStandardOutput(UINT flags) const {
     const StreamPtr stream = memoryStream({});
     if (ProfSaveToStream(job(), stream.get(), flags) != PROF_OK)
-        throw whyNotSaved(standardStream, flags);
+        throw whyNotSaved(standardStream);
     Output::standard().writeDocument(contentsOf(*stream));
 }
 

@@ -76,4 +76,8 @@ bool hasIniName(std::string_view name) {
     return endsWith(name, ".ini") || endsWith(name, ".conf");
 }
 
+bool hasXfdfName(std::string_view name) {
+    return endsWith(name, ".xfdf");
+}
+
 } // namespace tool::prof

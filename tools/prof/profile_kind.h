@@ -26,6 +26,9 @@ void requireReplaceable(const std::string& file, bool plainIni);
 // Ends in .ini or .conf, in any case.
 bool hasIniName(std::string_view name);
 
+// Ends in .xfdf, in any case: XFDF of any program, whose nested fields are lists.
+bool hasXfdfName(std::string_view name);
+
 } // namespace tool::prof
 
 #endif

@@ -31,13 +31,18 @@ class IclsFormWriter {
 
 extern const IclsFormReader& g_textReader;
 extern const IclsFormWriter& g_textWriter;
+extern const IclsFormReader& g_textBehindMarkupReader;
 extern const IclsFormReader& g_plainIniReader;
+extern const IclsFormReader& g_xmlReader;
+extern const IclsFormWriter& g_xmlWriter;
+extern const IclsFormReader& g_xfdfReader;
+extern const IclsFormWriter& g_xfdfWriter;
+extern const IclsFormReader& g_foreignXfdfReader;
 
-// The form that an input's first line that is not blank tells of. Throws clsLoadException for one
-// that cannot be read.
-const IclsFormReader& ProfpDetectForm(std::u16string_view firstLine);
+// The form that an input's first line that is not blank tells of.
+const IclsFormReader& ProfpDetectForm(std::u16string_view firstLine, bool foreignXfdf);
 
-// The form that the low four bits of save flags ask for; null when it cannot be written.
-const IclsFormWriter* ProfpFormToWrite(std::uint32_t flags);
+// The form that the low four bits of save flags ask for.
+const IclsFormWriter& ProfpFormToWrite(std::uint32_t flags);
 
 } // namespace tvut

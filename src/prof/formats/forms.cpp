@@ -1,17 +1,41 @@
 #include "prof/formats/form.h"
-#include "prof/formats/load_error.h"
+#include "prof/formats/xml_form.h"
+
+#include <algorithm>
 
 namespace tvut {
 
-const IclsFormReader& ProfpDetectForm(std::u16string_view firstLine) {
-    // An XML file read as text would be an empty profile, and saving that would destroy the file.
-    if (firstLine.starts_with(u"<?xml"))
-        throw clsLoadException(1, u"prof::xml: this form cannot be read");
-    return g_textReader;
+namespace {
+
+// Whether our header begins with a line: its first line, or a piece of that.
+template <class Header>
+bool IsBeginOf(Header header, std::u16string_view line) {
+    return line.size() <= header.size() && std::equal(line.begin(), line.end(), header.begin());
 }
 
-const IclsFormWriter* ProfpFormToWrite(std::uint32_t flags) {
-    return (flags & 0xFu) == 0 ? &g_textWriter : nullptr;
+} // namespace
+
+const IclsFormReader& ProfpDetectForm(std::u16string_view firstLine, bool foreignXfdf) {
+    if (!firstLine.starts_with(u'<'))
+        return g_textReader;
+    if (foreignXfdf && firstLine != xmlHeader.substr(0, xmlHeader.find(u'\r')))
+        return g_foreignXfdfReader;
+    if (IsBeginOf(xmlHeader, firstLine))
+        return g_xmlReader;
+    if (IsBeginOf(xfdfHeader, firstLine))
+        return g_xfdfReader;
+    return g_textBehindMarkupReader;
+}
+
+const IclsFormWriter& ProfpFormToWrite(std::uint32_t flags) {
+    switch (flags & 0xFu) {
+    case 0:
+        return g_textWriter;
+    case 2:
+        return g_xfdfWriter;
+    default:
+        return g_xmlWriter;
+    }
 }
 
 } // namespace tvut

@@ -18,24 +18,28 @@ class clsLineReader {
     // Moves to the next line that holds more than blanks. False at the end of the text. What was
     // seen of the line before is gone then.
     bool Next() {
-        for (;;) {
-            while (next_ < end_ && IsSkipped(*next_))
-                ++next_;
-            if (next_ >= end_) {
-                if (!Refill(end_))
-                    return false;
-                continue;
-            }
-            begin_ = next_;
-            scan_ = UtilpScanLine(begin_);
-            if (scan_.end >= end_ && Refill(begin_))
-                continue; // the line may go on in what has come
-            if (scan_.zero)
-                input_.ReplaceZeros(begin_, scan_.end);
-            next_ = scan_.end;
-            ++number_;
-            return true;
+        return NextBy(text_, [](const char16_t* begin, scLine& line) { line = UtilpScanLine(begin); });
+    }
+
+    // The same for a form of markup. Markup tells of the line, but not of what ExtendTo adds to it; quotes
+    // among so many first characters do not count there.
+    template <unsigned firstCharacters = 0>
+    bool NextElement() {
+        return NextBy(markup_, UtilpScanMarkupLine<firstCharacters>);
+    }
+    const scMarkupLine& Markup() const { return markup_; }
+
+    // Makes the line longer, over line ends and blanks as they stand, until a mark is in it at or behind a
+    // place; the lines taken in are counted. Gives where the mark is, npos at the end of the text.
+    std::size_t ExtendTo(std::u16string_view mark, std::size_t from) {
+        std::size_t found = Line().find(mark, from);
+        while (found == std::u16string_view::npos) {
+            const std::size_t seen = Line().size(); // no mark holds a line end
+            if (!TakeInNextLine())
+                return found;
+            found = Line().find(mark, seen);
         }
+        return found;
     }
 
     // Makes the line that Next moved to the next one again.
@@ -44,23 +48,23 @@ class clsLineReader {
         --number_;
     }
 
-    std::u16string_view Line() const { return View(begin_, scan_.end); }
+    std::u16string_view Line() const { return View(begin_, lineEnd_); }
     char16_t First() const { return *begin_; }
 
     // In a line that begins with "[": what follows up to its last "]".
     std::u16string_view HeaderName() const {
-        const std::u16string_view name = View(begin_ + 1, scan_.end);
+        const std::u16string_view name = View(begin_ + 1, lineEnd_);
         return name.substr(0, name.rfind(u']'));
     }
 
     // The line up to its first "=", and what stands behind that.
-    std::u16string_view Name() const { return View(begin_, scan_.equals); }
+    std::u16string_view Name() const { return View(begin_, text_.equals); }
     std::u16string_view Value() const {
-        return scan_.equals == scan_.end ? std::u16string_view() : View(scan_.equals + 1, scan_.end);
+        return text_.equals == lineEnd_ ? std::u16string_view() : View(text_.equals + 1, lineEnd_);
     }
 
     // Whether the line may hold characters that stand for others.
-    bool Marked() const { return scan_.marked; }
+    bool Marked() const { return text_.marked; }
 
     // The number of the line, counted without blank ones, from 1; 0 before the first.
     std::uint32_t Number() const { return number_; }
@@ -70,6 +74,54 @@ class clsLineReader {
     static bool IsSkipped(char16_t c) { return c == u'\r' || c == u'\n' || c == u' ' || c == u'\t'; }
     static std::u16string_view View(const char16_t* begin, const char16_t* end) {
         return {begin, static_cast<std::size_t>(end - begin)};
+    }
+
+    static bool MayHoldZero(const scLine& line) { return line.zero; }
+    static bool MayHoldZero(const scMarkupLine& line) { return line.marked; }
+
+    template <class Line, class Scan>
+    bool NextBy(Line& line, Scan scan) {
+        for (;;) {
+            while (next_ < end_ && IsSkipped(*next_))
+                ++next_;
+            if (next_ >= end_) {
+                if (!Refill(end_))
+                    return false;
+                continue;
+            }
+            begin_ = next_;
+            scan(begin_, line);
+            if (line.end >= end_ && Refill(begin_))
+                continue; // the line may go on in what has come
+            if (MayHoldZero(line))
+                input_.ReplaceZeros(begin_, line.end);
+            lineEnd_ = next_ = line.end;
+            ++number_;
+            return true;
+        }
+    }
+
+    bool TakeInNextLine() {
+        const char16_t* line = lineEnd_;
+        for (;;) {
+            while (line < end_ && IsSkipped(*line))
+                ++line;
+            const char16_t* const end = line < end_ ? UtilpScanLine(line).end : line;
+            if (end >= end_) {
+                const std::ptrdiff_t seen = line - begin_;
+                if (Refill(begin_)) {
+                    begin_ = next_;
+                    line = begin_ + seen;
+                    continue;
+                }
+                if (line >= end_)
+                    return false;
+            }
+            input_.ReplaceZeros(line, end);
+            lineEnd_ = next_ = end;
+            ++number_;
+            return true;
+        }
     }
 
     void Restart() {
@@ -87,7 +139,9 @@ class clsLineReader {
     const char16_t* next_;
     const char16_t* end_;
     const char16_t* begin_ = nullptr;
-    scLine scan_{nullptr, nullptr, false, false};
+    const char16_t* lineEnd_ = nullptr;
+    scLine text_{};
+    scMarkupLine markup_{};
     std::uint32_t number_ = 0;
 };
 

@@ -20,6 +20,11 @@ clsLoadException::clsLoadException(std::uint32_t line, std::u16string_view messa
 
 namespace {
 
+namespace readFlags {
+constexpr std::uint32_t foreignXfdf = 1;
+constexpr std::uint32_t plainIni = 2;
+} // namespace readFlags
+
 // A wrapper in a wrapper is read like any other input; more than a few are no profile.
 constexpr int deepestWrapper = 4;
 
@@ -37,13 +42,19 @@ const IclsFormReader& ReaderFor(clsLineReader& lines, ReadMode mode) {
     if (mode == ReadMode::plainIni)
         return g_plainIniReader;
     if (!lines.Next())
-        return g_textReader;
-    const IclsFormReader& reader = ProfpDetectForm(lines.Line());
+        return g_xmlReader; // nothing at all is an empty profile in any form
+    const IclsFormReader& reader = ProfpDetectForm(lines.Line(), mode == ReadMode::foreignXfdf);
     lines.Unread();
     return reader;
 }
 
 } // namespace
+
+ReadMode ProfpReadMode(std::uint32_t flags) {
+    if ((flags & readFlags::plainIni) != 0)
+        return ReadMode::plainIni;
+    return (flags & readFlags::foreignXfdf) != 0 ? ReadMode::foreignXfdf : ReadMode::detect;
+}
 
 scLoadResult ProfpLoad(clsByteSource& source, clsItemList& target, const scLoadRequest& request) {
     scLoadResult result;

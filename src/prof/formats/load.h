@@ -4,11 +4,15 @@
 #include "platform/bytes.h"
 #include "prof/tree.h"
 
+#include <cstdint>
 #include <string_view>
 
 namespace tvut {
 
-enum class ReadMode { detect, plainIni };
+enum class ReadMode { detect, foreignXfdf, plainIni };
+
+// The mode that flags of ProfJobOpenStreamObject ask for.
+ReadMode ProfpReadMode(std::uint32_t flags);
 
 struct scLoadRequest {
     std::u16string_view inputName; // for diagnostic lines

@@ -51,21 +51,17 @@ void WritePlain(const IclsFormWriter& form, const clsItemList& root, std::uint64
 } // namespace
 
 bool ProfpSave(const clsItemList& root, std::uint32_t flags, bool wasCompressed, IclsSinkMaker& maker) {
-    const IclsFormWriter* const form = ProfpFormToWrite(flags);
-    if (!form) {
-        clsDiagnosticLine().Put(u"WRN: ProfSave: this form cannot be written").Write();
-        return false;
-    }
-    const std::uint64_t bytes = form->Measure(root);
+    const IclsFormWriter& form = ProfpFormToWrite(flags);
+    const std::uint64_t bytes = form.Measure(root);
     const bool compress = WantsCompression(flags, wasCompressed);
     if (bytes > (compress ? largestUnfoldedProfile : largestSavedProfile)) {
         clsDiagnosticLine().Put(u"WRN: ProfSave: the profile would be too large to be read again").Write();
         return false;
     }
     if (compress)
-        WriteCompressed(*form, root, bytes, maker);
+        WriteCompressed(form, root, bytes, maker);
     else
-        WritePlain(*form, root, bytes, maker.MakeSink());
+        WritePlain(form, root, bytes, maker.MakeSink());
     return true;
 }
 

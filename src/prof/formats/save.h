@@ -23,8 +23,8 @@ class IclsSinkMaker {
     virtual clsByteSink& MakeSink() = 0;
 };
 
-// Writes a tree and finishes the sink. False, with no sink made, when the form cannot be written or
-// the result would be too large. Throws std::bad_alloc and what the sink throws.
+// Writes a tree and finishes the sink. False, with no sink made, when the result would be
+// too large. Throws std::bad_alloc and what the sink throws.
 bool ProfpSave(const clsItemList& root, std::uint32_t flags, bool wasCompressed, IclsSinkMaker& maker);
 
 } // namespace tvut

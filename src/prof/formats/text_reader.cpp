@@ -3,7 +3,9 @@
 // Files that other programs wrote as plain sections are read too: there no brace closes a list, so
 // each header opens one inside the list before it.
 #include "prof/formats/form.h"
+#include "prof/formats/load_error.h"
 #include "prof/formats/text_marks.h"
+#include "prof/formats/tree_builder.h"
 
 #include <string>
 
@@ -25,11 +27,10 @@ bool FindHeader(clsLineReader& lines) {
 
 class clsTextParser {
   public:
-    explicit clsTextParser(clsLineReader& lines) : lines_(lines) {}
+    clsTextParser(clsLineReader& lines, clsItemList& target) : lines_(lines), tree_(target) {}
 
     // Reads to the line that ends the list, or to the end of the text.
-    void ParseList(clsItemList& target) {
-        clsItemList* list = &target;
+    void ParseList() {
         while (lines_.Next()) {
             switch (lines_.First()) {
             case u'#':
@@ -37,41 +38,28 @@ class clsTextParser {
             case u'{':
                 break;
             case u'[':
-                list = list->Tree()->AppendList(*list, scName(lines_.HeaderName()));
+                tree_.BeginList(lines_.HeaderName());
                 break;
             case u'}':
-                if (list == &target)
+                if (tree_.AtTop())
                     return;
-                model_ = list;
-                list = list->Parent();
+                tree_.EndList();
                 break;
             default:
-                AppendItem(*list);
+                AppendItem();
             }
         }
     }
 
   private:
-    void AppendItem(clsItemList& list) {
+    void AppendItem() {
         std::u16string_view name = lines_.Name();
         std::u16string_view value = lines_.Value();
         if (lines_.Marked()) {
             name = Unmarked(name, name_, ProfpUnmarkInName);
             value = Unmarked(value, value_, ProfpUnmarkInValue);
         }
-        if (const clsItem* const alike = ModelOf(list, name))
-            list.Tree()->AppendItem(list, *alike, value);
-        else
-            list.Tree()->AppendItem(list, scName(name), value);
-    }
-
-    // Lists beside each other tend to hold items of the same names in the same order: the item at the
-    // same place of the list before, if its name is the same, saves hashing and looking for it.
-    const clsItem* ModelOf(const clsItemList& list, std::u16string_view name) const {
-        if (!model_ || list.End() >= model_->End())
-            return nullptr;
-        const clsItem& candidate = model_->At(list.End());
-        return candidate.IsItem() && UtilpEqual(candidate.Name(), name) ? &candidate : nullptr;
+        tree_.AppendItem(name, value);
     }
 
     static std::u16string_view Unmarked(std::u16string_view text, std::u16string& buffer,
@@ -83,7 +71,7 @@ class clsTextParser {
     }
 
     clsLineReader& lines_;
-    const clsItemList* model_ = nullptr; // the list that ended last
+    clsTreeBuilder tree_;
     std::u16string name_;
     std::u16string value_;
 };
@@ -96,15 +84,33 @@ class clsTextReader final : public IclsFormReader {
         for (bool first = true; FindHeader(lines); first = false) {
             if (!first && lines.Line() != rootHeader)
                 lines.Unread();
-            clsTextParser(lines).ParseList(target);
+            clsTextParser(lines, target).ParseList();
         }
     }
 };
 
 const clsTextReader textReader;
 
+// Lines before the root are skipped, markup among them. But markup with no root behind it is some other
+// XML: taken as an empty profile, it would be destroyed by saving that.
+class clsTextBehindMarkupReader final : public IclsFormReader {
+  public:
+    void Parse(clsLineReader& lines, clsItemList& target) const override {
+        while (lines.Next()) {
+            if (lines.Line() == rootHeader) {
+                lines.Unread();
+                return textReader.Parse(lines, target);
+            }
+        }
+        throw clsLoadException(1, u"prof::xml: bad format");
+    }
+};
+
+const clsTextBehindMarkupReader textBehindMarkupReader;
+
 } // namespace
 
 const IclsFormReader& g_textReader = textReader;
+const IclsFormReader& g_textBehindMarkupReader = textBehindMarkupReader;
 
 } // namespace tvut

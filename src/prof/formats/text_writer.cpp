@@ -1,7 +1,7 @@
 // Writes the text form: UTF-16 little-endian with a byte-order mark, CR LF after every line.
 #include "prof/formats/form.h"
+#include "prof/formats/form_output.h"
 #include "prof/formats/text_marks.h"
-#include "prof/formats/text_output.h"
 #include "prof/tree_walk.h"
 
 namespace tvut {
@@ -16,12 +16,12 @@ constexpr std::u16string_view lineEnd = u"\r\n";
 class clsMeasure {
   public:
     void Item(const clsItem& item, std::uint32_t level) {
-        units_ += clsTextOutput::IndentationLength(level) + item.Name().size() + item.Value().size() + 3;
+        units_ += ProfpIndentationLength(level) + item.Name().size() + item.Value().size() + 3;
     }
     void BeginList(const clsItem& entry, std::uint32_t level) {
-        units_ += 2 * clsTextOutput::IndentationLength(level) + entry.Name().size() + 7;
+        units_ += 2 * ProfpIndentationLength(level) + entry.Name().size() + 7;
     }
-    void EndList(std::uint32_t level) { units_ += clsTextOutput::IndentationLength(level) + 3; }
+    void EndList(std::uint32_t level) { units_ += ProfpIndentationLength(level) + 3; }
     std::uint64_t Units() const { return units_; }
 
   private:

@@ -1,0 +1,131 @@
+// Fields open by lines that begin with <field> and name themselves behind it; a value is an item under the
+// name of the innermost open field, which changes neither level nor list. Field tags with attributes, those
+// that the writer and other programs write, are skipped like any other line: g_foreignXfdfReader reads them.
+#include "prof/formats/xfdf_reader.h"
+
+#include "prof/formats/form.h"
+#include "prof/formats/xml_text.h"
+#include "prof/tree.h"
+#include "runtime/diagnostics.h"
+
+namespace tvut {
+
+struct clsXfdfParser::scTag {
+    std::u16string_view text;
+    void (clsXfdfParser::*read)();
+};
+
+const clsXfdfParser::scTag clsXfdfParser::tags[] = {
+    {u"<value>", &clsXfdfParser::AppendValue}, {u"<field>", &clsXfdfParser::BeginField},
+    {u"</field>", &clsXfdfParser::EndField},   {u"<xfdf ", &clsXfdfParser::BeginDocument},
+    {u"</xfdf>", &clsXfdfParser::EndDocument},
+};
+
+void clsXfdfParser::ParseDocument() {
+    while (lines_.NextElement())
+        ParseLine();
+}
+
+void clsXfdfParser::Finish(bool nothingRead) const {
+    unread_.RefuseIf(nothingRead);
+    if (namelessValues_ != 0)
+        clsDiagnosticLine()
+            .Put(u"WRN: XFDF: values without a name: ")
+            .Put(static_cast<std::int32_t>(namelessValues_))
+            .Put(u"; the flag PROF_READ_FOREIGN_XFDF reads names")
+            .Write();
+}
+
+void clsXfdfParser::ParseContents() {
+    inContents_ = true;
+    while (inContents_ && lines_.NextElement())
+        ParseLine();
+    inContents_ = false;
+}
+
+void clsXfdfParser::ParseLine() {
+    if (lines_.First() != u'<')
+        Fail(u"prof::xml::xfdf: bad format ('<' expected)");
+    for (const scTag& tag : tags) {
+        if (ProfpBeginsWithTag(lines_.Line(), tag.text))
+            return (this->*tag.read)();
+    }
+    Skip();
+}
+
+// Outside of the contents only declarations are to be expected, inside nothing that holds a value.
+void clsXfdfParser::Skip() {
+    const std::u16string_view line = lines_.Line();
+    if (inContents_ ? line.find(u"<value") != line.npos : ProfpHoldsElement(line))
+        unread_.Note(lines_.Number());
+}
+
+void clsXfdfParser::BeginDocument() {
+    if (inContents_)
+        Fail(u"prof::xml::xfdf: bad nesting level (should be -1)");
+    inContents_ = true;
+    Skip(); // what else the line holds
+}
+
+void clsXfdfParser::EndDocument() {
+    if (!inContents_)
+        Fail(u"prof::xml::xfdf: bad nesting level (should be 0)");
+    inContents_ = false;
+}
+
+void clsXfdfParser::AppendValue() {
+    constexpr std::size_t begin = std::u16string_view(u"<value>").size();
+    RequireContents(u"prof::xml::value: bad format (negative level)");
+    const std::size_t end = lines_.ExtendTo(u"</value>", begin);
+    if (end == std::u16string_view::npos) // the line that would have to follow
+        throw clsLoadException(lines_.Number() + 1, u"prof::xml::value: bad format (missing next line)");
+    const std::u16string_view value = ProfpUnescape(lines_.Line().substr(begin, end - begin), buffer_);
+    const std::u16string_view name = fields_.empty() ? std::u16string_view() : fields_.back();
+    namelessValues_ += fields_.empty();
+    target_.Tree()->AppendItem(target_, scName(name), value);
+}
+
+void clsXfdfParser::BeginField() {
+    RequireContents(u"prof::xml::field: bad format (negative level)");
+    const scTagName tag = ProfpFindTagName(lines_.Line());
+    if (tag.state == scTagName::State::absent)
+        Fail(u"prof::xml::field: no name found");
+    if (tag.state == scTagName::State::unfinished)
+        Fail(u"prof::xml::field: name unfinished");
+    fields_.emplace_back(ProfpUnescape(tag.name, buffer_));
+}
+
+void clsXfdfParser::EndField() {
+    RequireContents(u"prof::xml::field: bad format (negative level)");
+    if (!fields_.empty())
+        fields_.pop_back();
+}
+
+void clsXfdfParser::RequireContents(std::u16string_view message) const {
+    if (!inContents_)
+        Fail(message);
+}
+
+void clsXfdfParser::Fail(std::u16string_view message) const {
+    throw clsLoadException(lines_.Number(), message);
+}
+
+namespace {
+
+class clsXfdfReader final : public IclsFormReader {
+  public:
+    void Parse(clsLineReader& lines, clsItemList& target) const override {
+        const std::uint32_t endBefore = target.End();
+        clsXfdfParser parser(lines, target);
+        parser.ParseDocument();
+        parser.Finish(target.End() == endBefore);
+    }
+};
+
+const clsXfdfReader xfdfReader;
+
+} // namespace
+
+const IclsFormReader& g_xfdfReader = xfdfReader;
+
+} // namespace tvut

@@ -1,0 +1,98 @@
+// Writes the XML form: UTF-16 little-endian with a byte-order mark, an element a line.
+#include "prof/formats/form.h"
+#include "prof/formats/form_output.h"
+#include "prof/formats/xml_form.h"
+#include "prof/formats/xml_text.h"
+#include "prof/tree_walk.h"
+
+namespace tvut {
+
+namespace {
+
+constexpr std::u16string_view byteOrderMark = u"\uFEFF";
+constexpr std::u16string_view head = u"<profile>\r\n";
+constexpr std::u16string_view tail = u"</profile>\r\n";
+constexpr std::u16string_view itemBegin = u"<item name=\"";
+constexpr std::u16string_view itemMiddle = u"\">";
+constexpr std::u16string_view itemEnd = u"</item>\r\n";
+constexpr std::u16string_view listBegin = u"<list name=\"";
+constexpr std::u16string_view listMiddle = u"\">\r\n";
+constexpr std::u16string_view listEnd = u"</list>\r\n";
+
+class clsMeasure {
+  public:
+    void Item(const clsItem& item, std::uint32_t level) {
+        units_ += ProfpIndentationLength(level) + itemBegin.size() + itemMiddle.size() + itemEnd.size() +
+                  ProfpEscapedLength(item.Name()) + ProfpEscapedLength(item.Value());
+    }
+    void BeginList(const clsItem& entry, std::uint32_t level) {
+        units_ += ProfpIndentationLength(level) + listBegin.size() + listMiddle.size() +
+                  ProfpEscapedLength(entry.Name());
+    }
+    void EndList(std::uint32_t level) { units_ += ProfpIndentationLength(level) + listEnd.size(); }
+    std::uint64_t Units() const { return units_; }
+
+  private:
+    std::uint64_t units_ = byteOrderMark.size() + xmlHeader.size() + head.size() + tail.size();
+};
+
+class clsWriter {
+  public:
+    explicit clsWriter(clsTextOutput& output) : output_(output) {}
+
+    void Item(const clsItem& item, std::uint32_t level) {
+        const std::u16string_view name = item.Name();
+        const std::u16string_view value = item.Value();
+        const std::uint64_t most = ProfpIndentationLength(level) + itemBegin.size() + itemMiddle.size() +
+                                   itemEnd.size() +
+                                   clsXmlReference::longest * (std::uint64_t{name.size()} + value.size());
+        ProfpPutInOnePiece(output_, most, [&](auto& line) {
+            line.PutIndentation(level);
+            line.Put(itemBegin);
+            ProfpPutEscaped(line, name);
+            line.Put(itemMiddle);
+            ProfpPutEscaped(line, value);
+            line.Put(itemEnd);
+        });
+    }
+    void BeginList(const clsItem& entry, std::uint32_t level) {
+        output_.PutIndentation(level);
+        output_.Put(listBegin);
+        ProfpPutEscaped(output_, entry.Name());
+        output_.Put(listMiddle);
+    }
+    void EndList(std::uint32_t level) {
+        output_.PutIndentation(level);
+        output_.Put(listEnd);
+    }
+
+  private:
+    clsTextOutput& output_;
+};
+
+class clsXmlWriter final : public IclsFormWriter {
+  public:
+    std::uint64_t Measure(const clsItemList& root) const override {
+        clsMeasure measure;
+        ProfpWalk(root, 1, measure);
+        return measure.Units() * sizeof(char16_t);
+    }
+
+    void Write(const clsItemList& root, std::uint64_t bytes, clsByteSink& sink) const override {
+        clsTextOutput output(sink, bytes);
+        output.Put(byteOrderMark);
+        output.Put(xmlHeader);
+        output.Put(head);
+        ProfpWalk(root, 1, clsWriter(output));
+        output.Put(tail);
+        output.Flush();
+    }
+};
+
+const clsXmlWriter xmlWriter;
+
+} // namespace
+
+const IclsFormWriter& g_xmlWriter = xmlWriter;
+
+} // namespace tvut
