@@ -35,6 +35,8 @@ constexpr scSection sections[] = {
     {"diagnostics", MeasureDiagnostics},
     {"heap", MeasureHeap},
     {"locale", MeasureLocale},
+    {"html", MeasureHtml},
+    {"regex", MeasureRegEx},
 };
 
 struct scCommandLine {

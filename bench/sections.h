@@ -16,6 +16,8 @@ void MeasureGrow(const scSettings& settings, clsReport& report);
 void MeasureDelete(const scSettings& settings, clsReport& report);
 void MeasureHeap(const scSettings& settings, clsReport& report);
 void MeasureDiagnostics(const scSettings& settings, clsReport& report);
+void MeasureHtml(const scSettings& settings, clsReport& report);
+void MeasureRegEx(const scSettings& settings, clsReport& report);
 void MeasureWalk(const scSettings& settings, clsReport& report);
 void MeasureEmbed(const scSettings& settings, clsReport& report);
 void MeasureXml(const scSettings& settings, clsReport& report);

@@ -7,6 +7,7 @@
 
 #include <tvut22/diagnostics.h>
 #include <tvut22/heaps.h>
+#include <tvut22/html.h>
 #include <tvut22/locale.h>
 #include <tvut22/modules.h>
 #include <tvut22/text.h>

@@ -150,6 +150,14 @@ TEST_P(StackOff, VectorCodeOfTexts) {
     }
 }
 
+TEST_P(StackOff, VectorCodeOfHtml) {
+    BSTR result = nullptr;
+    Call(UtilMaskAllHTMLCharacters, L"a long text with <b>tags</b> in it, and some more of it", &result);
+    Call(UtilConvertHtml2PlainText, std::wstring(result, SysStringLen(result)).c_str(), &result, FALSE);
+    EXPECT_STREQ(result, L"a long text with <b>tags</b> in it, and some more of it");
+    SysFreeString(result);
+}
+
 INSTANTIATE_TEST_SUITE_P(Bytes, StackOff, testing::Values(0u, 4u, 8u, 12u));
 
 } // namespace

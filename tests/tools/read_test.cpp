@@ -123,6 +123,14 @@ TEST_F(ProfTool, ReadsStandardInput) {
     EXPECT_EQ(mustPrint("show -"), "");
 }
 
+TEST_F(ProfTool, ConvertsHtml) {
+    EXPECT_EQ(mustPrint("html2text", "<p>a &amp; b</p>\r\n<!-- x --><p>\xC3\xA9</p>"), "a & b\n \xC3\xA9\n");
+    EXPECT_EQ(mustPrint("html2text --markers", "[_[p]_]<a>[_[/p]_]"), "<a>\n");
+    EXPECT_EQ(mustPrint("text2html", "a<b\r\n\n\xE2\x82\xAC\n"), "<p>a&lt;b</p><p><br></p><p>&#x20ac;</p>\n");
+    EXPECT_EQ(mustPrint("text2html --markers", ""), "[_[p]_][_[/p]_]\n");
+    EXPECT_EQ(mustPrint("html2text", ""), "");
+}
+
 TEST_F(ProfTool, KnowsAPlainIniFileByItsNameAndItsContents) {
     write("PLAIN.INI", "[One]\r\na=1\r\n[Two]\r\nb=2\r\n");
     EXPECT_EQ(mustPrint("show --flat PLAIN.INI"), "/One/a=1\n/Two/b=2\n");

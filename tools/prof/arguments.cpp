@@ -115,6 +115,10 @@ void declarePaste(CLI::App& app, Arguments& arguments) {
     app.add_flag("--compress", arguments.compress, "Save compressed");
 }
 
+void declareHtml(CLI::App& app, Arguments& arguments) {
+    app.add_flag("--markers", arguments.markers, "Tags are written [_[p]_] instead of <p>");
+}
+
 constexpr Command commands[] = {
     {"show", "Print a profile as a tree", declareShow, runShow},
     {"get", "Print one item's value", declareGet, runGet},
@@ -128,6 +132,8 @@ constexpr Command commands[] = {
     {"extract", "Write the files of a list into a folder", declareExtract, runExtract},
     {"copy", "Put a profile on the clipboard", addFile, runCopy},
     {"paste", "Save the profile on the clipboard", declarePaste, runPaste},
+    {"html2text", "Turn HTML from standard input into plain text", declareHtml, runHtmlToText},
+    {"text2html", "Turn plain text from standard input into HTML", declareHtml, runTextToHtml},
 };
 
 std::string version() {
@@ -138,7 +144,7 @@ std::string version() {
 
 ExitCode dispatch(std::vector<std::string> words) {
     Arguments arguments;
-    CLI::App app{"Shows, changes and converts profiles.", "prof"};
+    CLI::App app{"Shows, changes and converts profiles; converts HTML.", "prof"};
     app.allow_windows_style_options(false); // /Print/Copies is a path
     app.set_version_flag("--version", version());
     app.footer(footer);

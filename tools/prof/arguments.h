@@ -28,6 +28,7 @@ struct Arguments {
     bool create = false;
     bool compress = false;
     bool plainIni = false;
+    bool markers = false;
 };
 
 struct Command {

@@ -40,10 +40,16 @@ class CountedAllocations {
     static SAFEARRAY* WINAPI array(VARTYPE type, UINT dimensions, SAFEARRAYBOUND* bounds) {
         return refused() ? nullptr : SafeArrayCreate(type, dimensions, bounds);
     }
+    static BSTR WINAPI sysAlloc(const OLECHAR* text, UINT length) {
+        return refused() ? nullptr : SysAllocStringLen(text, length);
+    }
+    static INT WINAPI sysReAlloc(BSTR* string, const OLECHAR* text, UINT length) {
+        return refused() ? FALSE : SysReAllocStringLen(string, text, length);
+    }
 
     static inline int failFrom_ = 0;
 
-    ImportHook hooks_[8] = {
+    ImportHook hooks_[10] = {
         ImportHook("malloc", reinterpret_cast<void*>(malloc)),
         ImportHook("calloc", reinterpret_cast<void*>(calloc)),
         ImportHook("realloc", reinterpret_cast<void*>(realloc)),
@@ -52,6 +58,8 @@ class CountedAllocations {
         ImportHook("GlobalAlloc", reinterpret_cast<void*>(globalAlloc)),
         ImportHook("SysAllocStringByteLen", reinterpret_cast<void*>(text)),
         ImportHook("SafeArrayCreate", reinterpret_cast<void*>(array)),
+        ImportHook("SysAllocStringLen", reinterpret_cast<void*>(sysAlloc)),
+        ImportHook("SysReAllocStringLen", reinterpret_cast<void*>(sysReAlloc)),
     };
 };
 

@@ -1,0 +1,79 @@
+// Any text both ways: results fit what was measured, masking can be undone, and links are those that the
+// pattern finds.
+#include "text/html.h"
+#include "text/html/links.h"
+#include "text/regex.h"
+
+#include <cstdlib>
+#include <string>
+
+using namespace tvut;
+
+namespace {
+
+void Require(bool condition) {
+    if (!condition)
+        std::abort();
+}
+
+void CheckMasking(const std::u16string& text) {
+    std::u16string masked(UtilpMaskedLength(text), u'#'), back(masked.size(), u'#');
+    UtilpMask(text, masked);
+    back.resize(UtilpDemask(masked, back.data()));
+    Require(back == text);
+    std::u16string inPlace = text;
+    const std::size_t length = UtilpDemask(inPlace, inPlace.data());
+    std::u16string apart(text.size(), u'#');
+    apart.resize(UtilpDemask(text, apart.data()));
+    Require(apart == inPlace.substr(0, length));
+}
+
+void CheckParagraphs(const std::u16string& text, HtmlForm form) {
+    std::u16string html(UtilpHtmlLength(text, form), u'#');
+    UtilpTextToHtml(text, form, html);
+    Require(html.ends_with(form == HtmlForm::tags ? u"</p>" : u"[_[/p]_]"));
+    for (const std::u16string& page : {html, text}) {
+        std::u16string plain(page.size(), u'#');
+        Require(UtilpHtmlToPlainText(page, form, plain.data()) <= page.size());
+    }
+}
+
+void CheckLinks(std::u16string text) {
+    static const clsRegEx pattern(u"(?s)^(.*)<a\\s+(.*)href=\"(.*)\"(.*)>(.*)</a>(.*)$");
+    scLink link;
+    std::u16string resolved = text;
+    if (UtilpFindLastLink(text, link)) {
+        clsBackwardText result(text.size());
+        UtilpResolveLinks(text, link, result);
+        resolved = result.View();
+    }
+    clsRegExMatchList match;
+    while (pattern.Match(text, match)) {
+        std::u16string next(match.Text(1));
+        next.append(match.Text(5)).append(u" [").append(match.Text(3)).append(u"]").append(match.Text(6));
+        text = next;
+    }
+    Require(text == resolved);
+}
+
+} // namespace
+
+// Some bytes stand for what pages are made of, so that links are found soon.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    constexpr std::u16string_view parts[] = {u"<a ",  u"href=\"",  u"</a>",      u"\">",    u"<!--",
+                                             u"-->",  u"<script>", u"</script>", u"&nbsp;", u"&#x",
+                                             u"</p>", u"[_[",      u"]_]"};
+    std::u16string text;
+    for (std::size_t at = 0; at < size; ++at) {
+        if (data[at] >= 0x80 && data[at] - 0x80u < std::size(parts))
+            text += parts[data[at] - 0x80];
+        else if (data[at] != 0)
+            text += data[at];
+    }
+    CheckMasking(text);
+    CheckParagraphs(text, HtmlForm::tags);
+    CheckParagraphs(text, HtmlForm::markers);
+    if (text.size() < 2000) // the pattern's cost grows with the square
+        CheckLinks(text);
+    return 0;
+}

@@ -1,0 +1,100 @@
+#include "text/find.h"
+
+namespace tvut {
+
+namespace {
+
+// Whether a part stands at a place where its first and last unit do.
+bool HasMiddle(const char16_t* place, std::u16string_view part) {
+    for (std::size_t at = 1; at + 1 < part.size(); ++at) {
+        if (place[at] != part[at])
+            return false;
+    }
+    return true;
+}
+
+bool Stands(const char16_t* place, std::u16string_view part) {
+    return place[0] == part.front() && place[part.size() - 1] == part.back() && HasMiddle(place, part);
+}
+
+#ifdef TVUT_HAS_SSE2
+
+unsigned EqualUnits(const char16_t* text, char16_t unit) {
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(
+        _mm_loadu_si128(reinterpret_cast<const __m128i*>(text)), _mm_set1_epi16(static_cast<short>(unit)))));
+}
+
+// Which of eight places a part may stand at, by its first and last unit.
+unsigned Candidates(const char16_t* text, std::u16string_view part) {
+    return EqualUnits(text, part.front()) & EqualUnits(text + part.size() - 1, part.back());
+}
+
+const char16_t* FirstUnit(const char16_t* text, unsigned mask) {
+    return text + std::countr_zero(mask) / 2;
+}
+const char16_t* LastUnit(const char16_t* text, unsigned mask) {
+    return text + (31 - std::countl_zero(mask)) / 2;
+}
+
+#endif
+
+// How many places there are for a part.
+std::ptrdiff_t Places(const char16_t* text, const char16_t* end, std::u16string_view part) {
+    return end - text - static_cast<std::ptrdiff_t>(part.size()) + 1;
+}
+
+} // namespace
+
+const char16_t* UtilpFindLast(const char16_t* text, const char16_t* end, char16_t unit) {
+#ifdef TVUT_HAS_SSE2
+    for (; end - text >= 8; end -= 8) {
+        if (const unsigned marks = EqualUnits(end - 8, unit); marks != 0)
+            return LastUnit(end - 8, marks);
+    }
+#endif
+    while (end != text) {
+        if (*--end == unit)
+            return end;
+    }
+    return nullptr;
+}
+
+const char16_t* UtilpFindFirst(const char16_t* text, const char16_t* end, std::u16string_view part) {
+    std::ptrdiff_t places = Places(text, end, part);
+#ifdef TVUT_HAS_SSE2
+    for (; places >= 8; places -= 8, text += 8) {
+        for (unsigned hits = Candidates(text, part); hits != 0; hits &= hits - 1, hits &= hits - 1) {
+            const char16_t* const place = FirstUnit(text, hits); // two bits a unit
+            if (HasMiddle(place, part))
+                return place;
+        }
+    }
+#endif
+    for (; places > 0; --places, ++text) {
+        if (Stands(text, part))
+            return text;
+    }
+    return nullptr;
+}
+
+const char16_t* UtilpFindLast(const char16_t* text, const char16_t* end, std::u16string_view part) {
+    std::ptrdiff_t places = Places(text, end, part);
+#ifdef TVUT_HAS_SSE2
+    for (; places >= 8; places -= 8) {
+        const char16_t* const block = text + places - 8;
+        for (unsigned hits = Candidates(block, part); hits != 0;) {
+            const char16_t* const place = LastUnit(block, hits);
+            if (HasMiddle(place, part))
+                return place;
+            hits &= ~(3u << 2 * (place - block));
+        }
+    }
+#endif
+    while (places > 0) {
+        if (Stands(text + --places, part))
+            return text + places;
+    }
+    return nullptr;
+}
+
+} // namespace tvut

@@ -1,0 +1,104 @@
+// Links whose addresses hold the ends of other links, resolved at a cost that grows with the text only.
+//
+// The rounds are those of links.h. A round takes label and address out of the text and puts them back in
+// the other order, so that the next one may begin within them; looking through them again each time would
+// cost the square of the text. Instead the text is a chain of pieces, cut where blocks and addresses
+// begin:
+//
+// - A block begins at a > that can be the one before a label, and reaches to the next. The label is
+//   always a whole block, the one before the last </a>. Blocks keep their order for ever; a label that
+//   moves to the left is appended to the block that precedes the link.
+// - Each block knows the pieces in it that begin with href=", in order. The last one before a place is found
+//   through the nearest block that has any; blocks that have none any more point on to the left, and
+//   these pointers are shortened when they are followed.
+//
+// Everything else is found by walking left over what the round then drops or makes final, so that each
+// character is walked over once.
+//
+// A > matters only if <a, href=" or </a> comes before the next >: without these nothing can ever remove
+// the next > and leave a </a> behind it. That keeps the number of blocks to a fraction of the text's
+// length even where it is all brackets.
+#pragma once
+
+#include "text/html/links.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace tvut {
+
+class clsCrossedLinks {
+  public:
+    explicit clsCrossedLinks(std::u16string_view text);
+
+    // Runs all rounds and writes the whole text.
+    void Resolve(clsBackwardText& result);
+
+  private:
+    using Index = std::uint32_t;
+    static constexpr Index none = 0xFFFFFFFF;
+
+    struct scPiece {
+        const char16_t* start;
+        const char16_t* end;
+        Index before; // neighbours in the block
+        Index behind;
+        Index addressBefore; // of a piece that begins with href=": the one before in the block
+    };
+    struct scAddresses { // pieces
+        Index first = none;
+        Index last = none;
+    };
+    struct scBlock {
+        Index below;     // the block before
+        Index addressed; // itself if it has addresses, or some block below on the way to one that has
+        Index firstPiece;
+        Index lastPiece;
+        scAddresses addresses;
+        bool endsLink; // the > that it begins with is that of </a>
+    };
+    // A place in the chain, and the last address of its block that lies before it.
+    struct scPlace {
+        Index block;
+        Index piece;
+        const char16_t* at;
+        Index addressBefore;
+    };
+    struct scRound {
+        Index label; // a block
+        scPlace quote;
+        scPlace address; // the piece that begins with href="
+        scPlace start;   // at <a
+    };
+
+    void BeginBlock(const char16_t* start, bool endsLink);
+    void BeginAddress(const char16_t* start);
+    Index AddPiece(const char16_t* start, const char16_t* end);
+
+    void PutBlock(Index block, clsBackwardText& result) const;
+    bool FindRound(scRound& round);
+    bool FindQuote(Index block, scPlace& quote) const;
+    bool FindAddress(const scPlace& quote, scPlace& address);
+    bool FindStart(const scPlace& address, scPlace& start) const;
+    bool IsStart(Index piece, const char16_t* at) const;
+    char16_t UnitBehind(Index& piece, const char16_t*& at) const;
+    Index NearestAddressed(Index block);
+    bool IsOwnQuote(const scPlace& quote) const;
+
+    void Carry(const scRound& round, clsBackwardText& result);
+    void CutAddressEnd(const scRound& round);
+    void TrimLabel(Index label);
+    void MergeIntoAddress(const scRound& round);
+    void Link(Index before, Index behind);
+    scAddresses Join(scAddresses before, scAddresses behind);
+    scAddresses AddressAcross(Index before, Index behind);
+    std::size_t UnitsAcross(Index before, Index behind) const;
+    void TrimEnd(Index piece, std::size_t units);
+    void TrimStart(Index piece, std::size_t units);
+
+    std::vector<scPiece> pieces_;
+    std::vector<scBlock> blocks_;
+    Index top_ = none; // the last block
+};
+
+} // namespace tvut

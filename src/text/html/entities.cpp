@@ -1,0 +1,123 @@
+#include "text/html/entities.h"
+
+#include <iterator>
+#include <string_view>
+
+namespace tvut {
+
+namespace {
+
+struct scEntity {
+    std::string_view name;
+    char16_t unit;
+};
+
+// U+00A0 to U+00FF in order, then the others. The euro sign stands where code page 1252 has it, which
+// is what texts of this library use; U+20AC is written as a number.
+constexpr std::string_view latinNames[] = {
+    "nbsp",   "iexcl",  "cent",   "pound",  "curren", "yen",    "brvbar", "sect",   "uml",    "copy",
+    "ordf",   "laquo",  "not",    "shy",    "reg",    "macr",   "deg",    "plusmn", "sup2",   "sup3",
+    "acute",  "micro",  "para",   "middot", "cedil",  "sup1",   "ordm",   "raquo",  "frac14", "frac12",
+    "frac34", "iquest", "Agrave", "Aacute", "Acirc",  "Atilde", "Auml",   "Aring",  "AElig",  "Ccedil",
+    "Egrave", "Eacute", "Ecirc",  "Euml",   "Igrave", "Iacute", "Icirc",  "Iuml",   "ETH",    "Ntilde",
+    "Ograve", "Oacute", "Ocirc",  "Otilde", "Ouml",   "times",  "Oslash", "Ugrave", "Uacute", "Ucirc",
+    "Uuml",   "Yacute", "THORN",  "szlig",  "agrave", "aacute", "acirc",  "atilde", "auml",   "aring",
+    "aelig",  "ccedil", "egrave", "eacute", "ecirc",  "euml",   "igrave", "iacute", "icirc",  "iuml",
+    "eth",    "ntilde", "ograve", "oacute", "ocirc",  "otilde", "ouml",   "divide", "oslash", "ugrave",
+    "uacute", "ucirc",  "uuml",   "yacute", "thorn",  "yuml"};
+static_assert(std::size(latinNames) == 0x60);
+constexpr unsigned firstLatin = 0xA0;
+
+constexpr scEntity otherEntities[] = {{"amp", u'&'}, {"quot", u'"'}, {"lt", u'<'},
+                                      {"gt", u'>'},  {"euro", 0x80}, {"apos", u'\''}};
+
+constexpr scMasked Reference(std::string_view name) {
+    scMasked masked{};
+    std::size_t at = 0;
+    masked.text[at++] = u'&';
+    for (const char c : name)
+        masked.text[at++] = static_cast<char16_t>(c);
+    masked.text[at++] = u';';
+    masked.length = static_cast<std::uint8_t>(at);
+    return masked;
+}
+
+constexpr scMasked Number(unsigned unit) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    const char name[] = {'#', 'x', '0', '0', digits[unit >> 4], digits[unit & 15]};
+    return Reference(std::string_view(name, sizeof name));
+}
+
+constexpr scMasked Itself(unsigned unit) {
+    scMasked masked{};
+    masked.text[0] = static_cast<char16_t>(unit);
+    masked.length = 1;
+    return masked;
+}
+
+// The apostrophe is read as a reference but never written as one.
+constexpr std::array<scMasked, 0x100> MakeMaskedUnits() {
+    std::array<scMasked, 0x100> units{};
+    for (unsigned unit = 0; unit < units.size(); ++unit)
+        units[unit] = unit < 0x80         ? Itself(unit)
+                      : unit < firstLatin ? Number(unit)
+                                          : Reference(latinNames[unit - firstLatin]);
+    for (const scEntity& entity : otherEntities) {
+        if (entity.unit != u'\'')
+            units[entity.unit] = Reference(entity.name);
+    }
+    units[u'\t'] = Reference("#09");
+    return units;
+}
+template <class Name>
+constexpr scEntityKey KeyOf(Name name) {
+    scEntityKey key{.length = static_cast<std::uint32_t>(name.size())};
+    for (std::size_t at = 0; at < name.size(); ++at) {
+        const std::uint32_t unit = static_cast<std::uint8_t>(name[at]);
+        (at < 4 ? key.low : key.high) |= unit << at % 4 * 8;
+    }
+    return key;
+}
+
+// A table with a place for every name, found from its key; neighbours hold what meets there.
+struct scSlot {
+    scEntityKey key;
+    char16_t unit = 0;
+};
+constexpr std::size_t slotCount = 512;
+using Slots = std::array<scSlot, slotCount>;
+
+constexpr std::size_t SlotOf(const scEntityKey& key) {
+    return (key.low ^ key.high * 0x85EBCA6Bu) * 0x9E3779B1u >> 23;
+}
+
+constexpr void Insert(Slots& slots, scEntity entity) {
+    const scEntityKey key = KeyOf(entity.name);
+    std::size_t at = SlotOf(key);
+    while (slots[at].unit != 0)
+        at = (at + 1) % slotCount;
+    slots[at] = {key, entity.unit};
+}
+
+constexpr Slots MakeSlots() {
+    Slots slots{};
+    for (unsigned at = 0; at < std::size(latinNames); ++at)
+        Insert(slots, {latinNames[at], static_cast<char16_t>(firstLatin + at)});
+    for (const scEntity& entity : otherEntities)
+        Insert(slots, entity);
+    return slots;
+}
+constexpr Slots slots = MakeSlots();
+
+} // namespace
+
+constexpr std::array<scMasked, 0x100> maskedUnits = MakeMaskedUnits();
+
+char16_t UtilpNamedUnit(const scEntityKey& name) {
+    std::size_t at = SlotOf(name);
+    while (slots[at].unit != 0 && slots[at].key != name)
+        at = (at + 1) % slotCount;
+    return slots[at].unit;
+}
+
+} // namespace tvut

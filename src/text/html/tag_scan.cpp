@@ -1,0 +1,148 @@
+#include "text/html/tag_scan.h"
+
+#include "text/find.h"
+#include "text/html/tags.h"
+
+#include <algorithm>
+
+namespace tvut {
+
+namespace {
+
+constexpr char16_t noBreakSpace = 0xA0;
+
+bool BecomesSpace(char16_t unit) {
+    return unit == u'\r' || unit == u'\n' || unit == u'\t';
+}
+bool IsBlank(char16_t unit) {
+    return unit == u' ' || unit == noBreakSpace || BecomesSpace(unit);
+}
+
+struct scBrackets {
+    char16_t open, close;
+    std::u16string_view behindOpen, behindClose; // part of the bracket where it follows
+};
+constexpr scBrackets tagBrackets{u'<', u'>', u"", u""};
+constexpr scBrackets markerBrackets{u'[', u']', u"_[", u"_]"};
+
+// Compiled for either form: the units it looks for are constants then.
+template <const scBrackets& brackets>
+class clsTagScan {
+  public:
+    clsTagScan(std::u16string_view html, char16_t* result)
+        : next_(html.data()), end_(html.data() + html.size()), out_(result) {}
+
+    char16_t* Run() {
+        while (next_ != end_) {
+            if (skipDepth_ != 0)
+                next_ = UtilpFindAny(next_, end_, {brackets.open});
+            else
+                PutText();
+            if (next_ != end_)
+                TakeTag();
+        }
+        return out_;
+    }
+
+  private:
+    // Text up to the next tag.
+    void PutText() {
+        for (;;) {
+            PutPlainBlocks();
+            for (int units = 0; units < 8; ++units) {
+                if (next_ == end_ || *next_ == brackets.open)
+                    return;
+                PutUnit(*next_++);
+            }
+        }
+    }
+
+    void PutUnit(char16_t unit) {
+        const bool blank = IsBlank(unit);
+        if (!blank || !afterBlank_)
+            *out_++ = BecomesSpace(unit) ? u' ' : unit;
+        afterBlank_ = blank;
+    }
+
+    // Blocks of eight units without a tag, without two blanks in a row and without one to be converted.
+    void PutPlainBlocks() {
+#ifdef TVUT_HAS_SSE2
+        for (; end_ - next_ >= 8; next_ += 8, out_ += 8) {
+            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(next_));
+            const unsigned blanks = clsFewUnits{u' ', noBreakSpace}.Marks(block);
+            const unsigned others = clsFewUnits{brackets.open, u'\r', u'\n', u'\t'}.Marks(block);
+            const unsigned behindBlanks = blanks << 2 | (afterBlank_ ? 3u : 0u);
+            if ((others | (blanks & behindBlanks)) != 0)
+                return;
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out_), block);
+            afterBlank_ = blanks >> 15 != 0;
+        }
+#endif
+    }
+
+    void TakeTag() {
+        ++next_;
+        Skip(brackets.behindOpen);
+        const char16_t* const name = next_;
+        next_ = NameEnd();
+        const std::u16string_view tag(name, static_cast<std::size_t>(next_ - name));
+        next_ = UtilpFindAny(next_, end_, {brackets.close});
+        if (next_ == end_)
+            return; // never closed: it takes all that is left
+        ++next_;
+        Skip(brackets.behindClose);
+        if (const scTag* const known = UtilpFindTag(tag, end_))
+            PutTag(*known);
+    }
+
+    // The end of the name that begins here. One that is too long means nothing, whatever its rest is.
+    const char16_t* NameEnd() const {
+        const char16_t* at = next_;
+#ifdef TVUT_HAS_SSE2
+        if (end_ - next_ >= 8) {
+            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(next_));
+            const unsigned ends = clsFewUnits{brackets.close, u' ', noBreakSpace, u'\r'}.Marks(block) |
+                                  clsFewUnits{u'\n', u'\t'}.Marks(block);
+            if (ends != 0)
+                return next_ + std::countr_zero(ends) / 2;
+            at += 8;
+        }
+#endif
+        const char16_t* const limit = next_ + std::min<std::ptrdiff_t>(end_ - next_, longestTagName + 1);
+        while (at != limit && *at != brackets.close && !IsBlank(*at))
+            ++at;
+        return at;
+    }
+
+    void Skip(std::u16string_view text) {
+        if (std::u16string_view(next_, static_cast<std::size_t>(end_ - next_)).starts_with(text))
+            next_ += text.size();
+    }
+
+    void PutTag(const scTag& tag) {
+        if (tag.skips > 0)
+            ++skipDepth_;
+        else if (tag.skips < 0 && skipDepth_ != 0)
+            --skipDepth_;
+        else if (skipDepth_ == 0) {
+            for (const char c : tag.replacement)
+                *out_++ = static_cast<char16_t>(c);
+        }
+    }
+
+    const char16_t* next_;
+    const char16_t* end_;
+    char16_t* out_;
+    std::size_t skipDepth_ = 0;
+    bool afterBlank_ = false;
+};
+
+} // namespace
+
+std::size_t UtilpRenderTags(std::u16string_view html, HtmlForm form, char16_t* result) {
+    const char16_t* const end = form == HtmlForm::markers ? clsTagScan<markerBrackets>(html, result).Run()
+                                                          : clsTagScan<tagBrackets>(html, result).Run();
+    return static_cast<std::size_t>(end - result);
+}
+
+} // namespace tvut

@@ -1,0 +1,66 @@
+// A page as plain text, pass after pass: no pass makes the text longer.
+#include "text/find.h"
+#include "text/html.h"
+#include "text/html/finish.h"
+#include "text/html/links.h"
+#include "text/html/tag_scan.h"
+
+#include <algorithm>
+
+namespace tvut {
+
+namespace {
+
+constexpr std::u16string_view commentStart = u"<!--";
+constexpr std::u16string_view commentEnd = u"-->";
+
+// The first whole comment of a text; null when there is none.
+const char16_t* FindComment(const char16_t* text, const char16_t* end, const char16_t*& behind) {
+    const char16_t* const start = UtilpFindFirst(text, end, commentStart);
+    if (!start)
+        return nullptr;
+    const char16_t* const close = UtilpFindFirst(start + commentStart.size(), end, commentEnd);
+    if (!close)
+        return nullptr;
+    behind = close + commentEnd.size();
+    return start;
+}
+
+// The page without its comments: itself, or put into the buffer. A CR LF needs no attention, before or
+// after: each white space that a tag or the text meets means the same as any other, and so does a row of
+// them.
+std::u16string_view WithoutComments(std::u16string_view html, char16_t* buffer) {
+    const char16_t* next = html.data();
+    const char16_t* const end = next + html.size();
+    const char16_t* behind = nullptr;
+    const char16_t* comment = FindComment(next, end, behind);
+    if (!comment)
+        return html;
+    char16_t* out = buffer;
+    for (; comment; comment = FindComment(next, end, behind)) {
+        out = std::copy(next, comment, out);
+        next = behind;
+    }
+    out = std::copy(next, end, out);
+    return {buffer, static_cast<std::size_t>(out - buffer)};
+}
+
+std::size_t Render(std::u16string_view html, HtmlForm form, char16_t* result) {
+    std::size_t length = UtilpRenderTags(html, form, result);
+    length = UtilpDemask({result, length}, result);
+    return UtilpFinishPlainText({result, length}, result);
+}
+
+} // namespace
+
+std::size_t UtilpHtmlToPlainText(std::u16string_view html, HtmlForm form, char16_t* result) {
+    const std::u16string_view text = WithoutComments(html, result);
+    scLink link;
+    if (!UtilpFindLastLink(text, link))
+        return Render(text, form, result);
+    clsBackwardText resolved(text.size());
+    UtilpResolveLinks(text, link, resolved);
+    return Render(resolved.View(), form, result);
+}
+
+} // namespace tvut

@@ -1,0 +1,211 @@
+// clsRegEx: what the syntax means, what a bad pattern is told, and that no pattern hangs.
+#include "prof/file_name.h"
+#include "text/regex.h"
+#include "unit/native_platform.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace tvut {
+namespace {
+
+using Text = std::u16string;
+
+// Shows each match in angle brackets with its groups; ~ is a group that took no part.
+struct scShow final : IclsRegExGSubCB {
+    void Replace(const clsRegExMatchList& match, Text& result) override {
+        result += u'<';
+        for (std::size_t group = 0; group < match.Count(); ++group) {
+            result += group != 0 ? u"," : u"";
+            result += match.Has(group) ? match.Text(group) : u"~";
+        }
+        result += u'>';
+    }
+};
+
+Text Shown(std::u16string_view pattern, std::u16string_view text) {
+    scShow show;
+    Text result;
+    clsRegEx(pattern).GSub(text, show, result);
+    return result;
+}
+
+struct scCase {
+    const char16_t* pattern;
+    const char16_t* text;
+    const char16_t* shown;
+};
+
+TEST(RegEx, MatchesAsPerlDoes) {
+    const scCase cases[] = {
+        // characters, classes, escapes
+        {u"a.c", u"abc a\nc", u"<abc> a\nc"},
+        {u"(?s)a.c", u"a\nc", u"<a\nc>"},
+        {u"[]a-c^-]+", u"x]b^-d", u"x<]b^->d"},
+        {u"[^\\d\\s]+", u"1ab 2", u"1<ab> 2"},
+        {u"\\w+\\W\\D\\S", u"ab_9 xy", u"<ab_9 xy>"},
+        {u"[\\b\\x00-\\x1F]", u"a\x08z\x1F", u"a<\x08>z<\x1F>"},
+        {u"a{,2}{b}x{1,2", u"a{,2}{b}x{1,2", u"<a{,2}{b}x{1,2>"},
+        {u"\\.\\*\\\\", u".*\\", u"<.*\\>"},
+        {u"[a-\\d]+[[:]", u"b-1a[", u"b<-1a[>"},
+        // quantifiers
+        {u"a*", u"baac", u"<>b<aa><>c<>"},
+        {u"<.+?>", u"<a><b>", u"<<a>><<b>>"},
+        {u"a{2}", u"aaaaa", u"<aa><aa>a"},
+        {u"a{2,3}?", u"aaaaa", u"<aa><aa>a"},
+        {u"(ab){2,}", u"ababab", u"<ababab,ab>"},
+        {u"(?:a|ab)(?:c|bcd)(d*)", u"abcd", u"<abcd,>"},
+        {u"a++ab|x?+x", u"aaab", u"aaab"},
+        {u"(a|b)*?c", u"abc", u"<abc,b>"},
+        {u"(a*)*b", u"aab", u"<aab,>"},
+        {u"(?:a?){3}b", u"aab", u"<aab>"},
+        {u"x{0}y", u"xy", u"x<y>"},
+        // groups, alternatives, back-references
+        {u"(a)|(b)", u"ab", u"<a,a,~><b,~,b>"},
+        {u"(.)(.)\\2\\1", u"xabba", u"x<abba,a,b>"},
+        {u"(?i)(a)\\1", u"aA", u"<aA,a>"},
+        {u"(?>a*)a|b", u"aab", u"aa<b>"},
+        {u"|a", u"a", u"<><a><>"},
+        {u"((a)|b)+", u"ab", u"<ab,b,a>"},
+        // places
+        {u"^a|b$", u"aab\n", u"<a>a<b>\n"},
+        {u"(?m)^.", u"ab\ncd\n", u"<a>b\n<c>d\n"},
+        {u"(?m).$", u"ab\ncd", u"a<b>\nc<d>"},
+        {u"\\Aa|b\\z|b\\Z", u"ab\n", u"<a><b>\n"},
+        {u"\\bis\\B", u"is isle this", u"is <is>le this"},
+        // assertions
+        {u"a(?=b)", u"abac", u"<a>bac"},
+        {u"a(?!b)", u"abac", u"ab<a>c"},
+        {u"(?<=a|bb)c", u"acbcbbc", u"a<c>bcbb<c>"},
+        {u"(?<!a)c", u"acbc", u"acb<c>"},
+        {u"(?=(a+))a*b\\1", u"baaabac", u"baa<aba,a>c"},
+        // modes
+        {u"(?i)straSSe\u00C4\u0416", u"STRAsse\u00E4\u0436", u"<STRAsse\u00E4\u0436>"},
+        {u"a(?i)b|c", u"aBC", u"<aB><C>"},
+        {u"a(?i:b)c", u"aBcaBC", u"<aBc>aBC"},
+        {u"(?i)[^a-c]+", u"ABCDx", u"ABC<Dx>"},
+        {u"(?x) a b # comment\n [ ] \\ c", u"ab  c", u"<ab  c>"},
+        {u"(?i-i)a(?#comment)b", u"AB ab", u"AB <ab>"},
+    };
+    for (const scCase& c : cases)
+        EXPECT_EQ(Shown(c.pattern, c.text), Text(c.shown)) << ::testing::PrintToString(Text(c.pattern));
+    EXPECT_TRUE(clsRegEx(u"^\\x41\\x{20AC}\\t\\cA\\e\\012$").Matches(u"A\u20AC\t\x01\x1B\n"));
+}
+
+// The literal and run searches take other ways in long texts than in short ones.
+TEST(RegEx, FindsInLongTexts) {
+    for (std::size_t before = 0; before < 300; before += 7) {
+        const Text text = Text(before, u'.') + u"<!--" + Text(before, u'-') + u">-->" + Text(40, u'>');
+        clsRegExMatchList match;
+        ASSERT_TRUE(clsRegEx(u"<!--(.*?)-->").Match(text, match));
+        EXPECT_EQ(match[0].start, before);
+        EXPECT_EQ(match[1].length, before >= 2 ? before - 2 : 1);
+        ASSERT_TRUE(clsRegEx(u"^(.*)-([^-]*)>").Match(text, match));
+        EXPECT_EQ(match[1].length, text.size() - 42);
+        ASSERT_TRUE(clsRegEx(u"[^-]*?-(?=>)").Match(text, match, before + 4));
+        EXPECT_EQ(clsRegEx(u"\\d").Match(text, match), false);
+    }
+}
+
+TEST(RegEx, ReportsABadPattern) {
+    const struct {
+        const char16_t* pattern;
+        std::size_t offset;
+    } cases[] = {{u"a(b", 1},
+                 {u"ab)", 2},
+                 {u"[a", 0},
+                 {u"*a", 0},
+                 {u"a**", 2},
+                 {u"a{2,1}", 1},
+                 {u"a{70000}", 1},
+                 {u"\\", 1},
+                 {u"(?<n>a)", 0},
+                 {u"(?k)", 0},
+                 {u"\\q", 0},
+                 {u"(a)\\2", 3},
+                 {u"a{99999999999}", 1},
+                 {u"a\\4294967297", 1},
+                 {u"[z-a]", 1},
+                 {u"[[:alpha:]]", 1},
+                 {u"\\x{}", 3},
+                 {u"(?<=a*)b", 4},
+                 {u"(?#a", 0},
+                 {u"[\\q]", 2}};
+    for (const auto& c : cases) {
+        DiagnosticLines().clear();
+        try {
+            clsRegEx{c.pattern};
+            ADD_FAILURE() << ::testing::PrintToString(Text(c.pattern));
+        } catch (const clsRegExError& error) {
+            EXPECT_EQ(error.Offset(), c.offset) << ::testing::PrintToString(Text(c.pattern)) << error.what();
+        }
+    }
+    EXPECT_EQ(DiagnosticLines(), std::vector<Text>{u"Error in RegEx offset 2: '[\\q]'"});
+    const Text deep = Text(100000, u'(');
+    EXPECT_THROW(clsRegEx{deep}, clsRegExError);
+}
+
+// The same rules in words of code.
+bool IsDevice(Text base) {
+    for (char16_t& c : base)
+        c = c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 32) : c;
+    if (base == u"CON" || base == u"PRN" || base == u"AUX" || base == u"NUL")
+        return true;
+    return base.size() == 4 && base[3] >= u'1' && base[3] <= u'9' &&
+           (base.starts_with(u"COM") || base.starts_with(u"LPT"));
+}
+
+bool IsFileName(const Text& path) {
+    Text name = path.substr(path.find_last_of(u"\\/") + 1);
+    if (name.size() == path.size() && name.size() >= 2 && name[1] == u':')
+        name.erase(0, 2);
+    if (name.empty() || name.back() == u' ' || name.back() == u'.')
+        return false;
+    for (const char16_t c : name) {
+        if (c < 0x20 || Text(u"<>:\"/\\|?*").find(c) != Text::npos)
+            return false;
+    }
+    const std::size_t dot = name.find(u'.');
+    return dot != name.rfind(u'.') || !IsDevice(name.substr(0, dot));
+}
+
+TEST(RegEx, TellsFileNames) {
+    const std::u16string_view parts[] = {u"con", u"CoN", u"PRN",  u"aux", u"nul", u"COM",    u"lpt",
+                                         u"1",   u"0",   u".",    u" ",   u":",   u"\\",     u"/",
+                                         u"a",   u"\n",  u"\x1F", u"?",   u"|",   u"\u20AC", u"C:"};
+    std::mt19937 random(1);
+    int names = 0;
+    for (int i = 0; i < 40000; ++i) {
+        Text path;
+        for (unsigned count = random() % 6; count != 0; --count)
+            path += parts[random() % std::size(parts)];
+        names += IsFileName(path);
+        ASSERT_EQ(ProfpIsFileName(path), IsFileName(path)) << ::testing::PrintToString(path);
+    }
+    EXPECT_GT(names, 5000);
+}
+
+// None of these may hang, overflow the stack or take memory without end.
+TEST(RegEx, GivesUpOnWhatTakesForEver) {
+    const Text as(3000, u'a');
+    for (const char16_t* pattern :
+         {u"(a*)*b", u"(?:a+)+b", u"^(\\w+\\s?)*\\z!", u"(x+x+)+y|(a?){3000}a{3000}b"})
+        EXPECT_THROW(clsRegEx(pattern).Matches(as), clsRegExTooComplex)
+            << ::testing::PrintToString(Text(pattern));
+    const Text million(1000000, u'a');
+    EXPECT_TRUE(clsRegEx(u"^(?:a|b)*$").Matches(million));
+    EXPECT_TRUE(clsRegEx(u"^(?:a|b)*?$").Matches(million));
+    EXPECT_TRUE(clsRegEx(u"^.*.*a$").Matches(million));
+    EXPECT_THROW(clsRegEx(u"^(a|b)*$").Matches(Text(4000000, u'a')), clsRegExTooComplex);
+    EXPECT_THROW(clsRegEx(u"((a{0,1000}){0,1000}){0,1000}b").Matches(as), clsRegExTooComplex);
+    const Text longLiteral = Text(40000, u'a') + u"b" + Text(40000, u'a');
+    EXPECT_THROW(clsRegEx(longLiteral).Matches(million), clsRegExTooComplex);
+    Text groups = u"[a]b";
+    for (int i = 0; i < 30000; ++i)
+        groups += u"()";
+    EXPECT_FALSE(clsRegEx(groups).Matches(million));
+}
+
+} // namespace
+} // namespace tvut

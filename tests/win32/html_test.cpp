@@ -1,0 +1,108 @@
+// The HTML conversions through the exports: how results are delivered, and what happens without memory.
+#include "support/counted_allocations.h"
+#include "support/page_end.h"
+
+#include <gtest/gtest.h>
+#include <tvut22/util.h>
+
+#include <string>
+
+namespace testing_prof {
+namespace {
+
+class Result {
+  public:
+    Result() = default;
+    explicit Result(const wchar_t* text) : string_(SysAllocString(text)) {}
+    ~Result() { SysFreeString(string_); }
+    Result(const Result&) = delete;
+    Result& operator=(const Result&) = delete;
+    BSTR* out() { return &string_; }
+    BSTR get() const { return string_; }
+    std::wstring text() const { return {string_, SysStringLen(string_)}; }
+
+  private:
+    BSTR string_ = nullptr;
+};
+
+using Convert = void (*)(const wchar_t*, BSTR*);
+struct Conversion {
+    const char* name;
+    Convert convert;
+    const wchar_t* input;
+    const wchar_t* expected;
+    const wchar_t* empty; // what the empty text becomes
+};
+const Conversion conversions[] = {
+    {"mask", [](auto text, auto out) { UtilMaskAllHTMLCharacters(text, out); }, L"a<b>\x20AC",
+     L"a&lt;b&gt;&#x20ac;", L""},
+    {"demask", [](auto text, auto out) { UtilDemaskAllHTMLCharacters(text, out); },
+     L"a&lt;b&#+65;&# 65;&#X41;", L"a<bAA#X41;", L""},
+    {"text to HTML", [](auto text, auto out) { UtilConvertText2HTML(text, out, FALSE); }, L"a\r\nb",
+     L"<p>a</p><p>b</p>", L"<p><br></p>"},
+    {"text to markers", [](auto text, auto out) { UtilConvertText2HTML(text, out, TRUE); }, L"a\r\n",
+     L"[_[p]_]a[_[/p]_][_[p]_][_[/p]_]", L"[_[p]_][_[/p]_]"},
+    {"HTML to text", [](auto text, auto out) { UtilConvertHtml2PlainText(text, out, FALSE); },
+     L"<p>a [b]<!-- --> <a href=\"c\">d</a></p>", L"a [b] d [c]\r", L""},
+    {"markers to text", [](auto text, auto out) { UtilConvertHtml2PlainText(text, out, TRUE); },
+     L"[_[p]_]a<b>[_[/p]_]", L"a<b>\r", L""},
+};
+
+TEST(Html, ResultsAreDeliveredAsStrings) {
+    for (const Conversion& c : conversions) {
+        SCOPED_TRACE(c.name);
+        Result fresh, longer(std::wstring(500, L'#').c_str()), shorter(L"#"), itself(c.input), tail(c.input);
+        c.convert(c.input, fresh.out());
+        c.convert(c.input, longer.out());
+        c.convert(c.input, shorter.out());
+        c.convert(itself.get(), itself.out());
+        for (const Result* result : {&fresh, &longer, &shorter, &itself}) {
+            EXPECT_EQ(result->text(), c.expected);
+            EXPECT_EQ(result->get()[SysStringLen(result->get())], L'\0');
+        }
+        c.convert(tail.get() + SysStringLen(tail.get()), tail.out());
+        EXPECT_EQ(tail.text(), c.empty);
+        c.convert(nullptr, fresh.out());
+        EXPECT_EQ(fresh.text(), c.empty);
+        c.convert(c.input, nullptr);
+    }
+}
+
+TEST(Html, NothingIsReadBehindTheText) {
+    PageEnd page;
+    const std::wstring pieces = L"<a href=\"x\">&lt;&#65;</a> \xAB&</p><!--";
+    for (size_t length = 0; length <= pieces.size(); ++length) {
+        for (const Conversion& c : conversions) {
+            const std::wstring text = pieces.substr(0, length);
+            Result expected, result;
+            c.convert(text.c_str(), expected.out());
+            c.convert(page.text(text), result.out());
+            ASSERT_EQ(result.text(), expected.text()) << c.name << " of " << length;
+        }
+    }
+}
+
+TEST(Html, NoMemoryLeavesTheOldString) {
+    for (const Conversion& c : conversions) {
+        std::wstring large;
+        for (int i = 0; i < 20000; ++i)
+            large += c.input;
+        Result complete;
+        c.convert(large.c_str(), complete.out());
+        for (int n = 1, needed = n; needed >= n; ++n) {
+            Result result;
+            {
+                const CountedAllocations failing(n);
+                c.convert(large.c_str(), result.out());
+                needed = CountedAllocations::count;
+            }
+            EXPECT_EQ(result.get() == nullptr, needed >= n) << c.name << ", allocation " << n;
+            if (result.get()) {
+                EXPECT_EQ(result.text(), complete.text());
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace testing_prof
