@@ -43,8 +43,8 @@ bool clsDiagnosticWriter::IsOn() noexcept {
     if (NobodyListened())
         return false;
     const clsLastErrorKept lastError;
-    Lock lock(section_);
-    return Listening(lock);
+    const Lock lock(section_);
+    return Listening();
 }
 
 bool clsDiagnosticWriter::LookAhead() noexcept {
@@ -53,14 +53,14 @@ bool clsDiagnosticWriter::LookAhead() noexcept {
     return settled_.load(std::memory_order_relaxed) || IsOn();
 }
 
-bool clsDiagnosticWriter::Listening(Lock& lock) noexcept {
+bool clsDiagnosticWriter::Listening() noexcept {
     if (!Begin())
         return false;
     settled_.store(logFile_.IsOpen() || viewer_, std::memory_order_relaxed);
     if (logFile_.IsOpen())
         return true;
     if (AttachIsDue() && !UtilpGlobalLock().IsMine())
-        LookForViewer(lock);
+        LookForViewer();
     else if (!everLooked_)
         AwaitFirstLook();
     const bool there = viewer_ ? viewer_.WantsLines() : mailslot_.IsThere();
@@ -90,11 +90,11 @@ bool clsDiagnosticWriter::AttachIsDue() const noexcept {
            (!everLooked_ || GetTickCount() - lastLook_ >= retryInterval);
 }
 
-void clsDiagnosticWriter::LookForViewer(Lock& lock) noexcept {
+void clsDiagnosticWriter::LookForViewer() noexcept {
     looker_ = GetCurrentThreadId();
     lastLook_ = GetTickCount();
     const bool mailslotOpen = mailslot_.IsOpen();
-    lock.unlock();
+    section_.unlock();
 
     clsViewerInfo viewer = clsViewerInfo::Find();
     clsMailslotViewer mailslot;
@@ -103,7 +103,7 @@ void clsDiagnosticWriter::LookForViewer(Lock& lock) noexcept {
     else if (!mailslotOpen)
         mailslot.Attach();
 
-    lock.lock();
+    section_.lock();
     if (viewer)
         mailslot_.Detach();
     else if (!mailslotOpen)
@@ -131,8 +131,8 @@ void clsDiagnosticWriter::Write(std::u16string_view tag, scLevelChange change,
     if (NobodyListened())
         return;
     const clsLastErrorKept lastError;
-    Lock lock(section_);
-    if (writing_ || !Listening(lock))
+    const Lock lock(section_);
+    if (writing_ || !Listening())
         return;
     writing_ = true;
     scLineStamp stamp;
@@ -178,47 +178,47 @@ void clsDiagnosticWriter::WriteToLogFile(std::u16string_view line) noexcept {
 // ---- Coming and going ------------------------------------------------------------------------------
 
 bool clsDiagnosticWriter::Attach() noexcept {
-    Lock lock(section_);
+    const Lock lock(section_);
     if (!Begin())
         return false;
     if (looker_ != 0)
         AwaitFirstLook();
     else
-        LookForViewer(lock);
+        LookForViewer();
     quiet_ = false;
     return viewer_ || mailslot_.IsThere();
 }
 
 void clsDiagnosticWriter::Detach() noexcept {
-    Lock lock(section_);
+    const Lock lock(section_);
     viewer_ = {};
     mailslot_.Detach();
     settled_ = logFile_.IsOpen();
     lastLook_ = GetTickCount();
     everLooked_ = true;
     const LONG unneeded = shared_.IsOpen() ? socket_.Take() : 0;
-    lock.unlock();
+    section_.unlock();
     UtilpCloseSocket(unneeded);
 }
 
 void clsDiagnosticWriter::ModuleComes() noexcept {
-    Lock lock(section_);
+    const Lock lock(section_);
     if (!Begin())
         return;
     UtilpCountModule(shared_);
     const bool attached = static_cast<bool>(viewer_);
-    lock.unlock();
+    section_.unlock();
     if (attached)
         socket_.Open();
 }
 
 void clsDiagnosticWriter::ModuleGoes() noexcept {
-    Lock lock(section_);
+    const Lock lock(section_);
     if (!shared_.IsOpen() || !UtilpDiscountModule(shared_))
         return;
     lastLook_ = GetTickCount() - retryInterval; // whoever writes all the same opens it again at once
     const LONG unneeded = socket_.Take();
-    lock.unlock();
+    section_.unlock();
     UtilpCloseSocket(unneeded);
 }
 

@@ -45,13 +45,13 @@ class clsDiagnosticWriter {
     void End(bool processEnds) noexcept;
 
   private:
-    using Lock = std::unique_lock<clsCriticalSection>;
+    using Lock = std::lock_guard<clsCriticalSection>;
 
     bool NobodyListened() const noexcept;
-    bool Listening(Lock& lock) noexcept;
-    bool Begin() noexcept; // false: there will be no output, or not yet
+    bool Listening() noexcept; // the section is taken by the caller; it may be left for a while
+    bool Begin() noexcept;     // false: there will be no output, or not yet
     bool AttachIsDue() const noexcept;
-    void LookForViewer(Lock& lock) noexcept;
+    void LookForViewer() noexcept; // leaves the section, and takes it again
     void AwaitFirstLook() noexcept;
     void Deliver(std::u16string_view tag, const scLineStamp& stamp, const SYSTEMTIME& time,
                  std::u16string_view text) noexcept;
