@@ -2,9 +2,44 @@
 
 #include "text/regex.h"
 
+#include <atomic>
+
 namespace tvut {
 
 namespace {
+
+// A pattern that is compiled when it is first asked for. Not a local static: the compiler's guard around one
+// takes a lock whose memory may not be had, and fails in ways that cannot be caught.
+class clsPattern {
+  public:
+    explicit constexpr clsPattern(std::u16string_view pattern) noexcept : pattern_(pattern) {}
+    ~clsPattern() { delete compiled_.load(std::memory_order_relaxed); }
+    clsPattern(const clsPattern&) = delete;
+    clsPattern& operator=(const clsPattern&) = delete;
+
+    bool Matches(std::u16string_view text) const { return Compiled().Matches(text); }
+
+  private:
+    const clsRegEx& Compiled() const {
+        const clsRegEx* compiled = compiled_.load(std::memory_order_acquire);
+        if (compiled)
+            return *compiled;
+        auto ours = std::make_unique<const clsRegEx>(pattern_);
+        const bool first = compiled_.compare_exchange_strong(compiled, ours.get(), std::memory_order_acq_rel);
+        return first ? *ours.release() : *compiled;
+    }
+
+    std::u16string_view pattern_;
+    mutable std::atomic<const clsRegEx*> compiled_{nullptr};
+};
+
+constinit const clsPattern fileName(uR"((?xi) ^
+    (?!  (?: CON | PRN | AUX | NUL | COM[1-9] | LPT[1-9] )  (?: \. [^.]* )?  \z )
+    [^<>:"/\\|?*\x00-\x1F]*  [^<>:"/\\|?*\x00-\x1F\ .]  \z)");
+
+constinit const clsPattern bareName(uR"((?xi) ^
+    (?!  (?: CON | PRN | AUX | NUL | CONIN\$ | CONOUT\$ | (?:COM|LPT)[1-9\xB9\xB2\xB3] ) \ * (?: \. | \z ) )
+    [^<>:"/\\|?*\x00-\x1F]*  [^<>:"/\\|?*\x00-\x1F\ .]  \z)");
 
 // What stands behind the last separator. A drive with a relative path behind it is no part of it.
 std::u16string_view LastComponent(std::u16string_view path) {
@@ -16,9 +51,6 @@ std::u16string_view LastComponent(std::u16string_view path) {
 } // namespace
 
 bool ProfpIsFileName(std::u16string_view path) {
-    static const clsRegEx fileName(uR"((?xi) ^
-        (?!  (?: CON | PRN | AUX | NUL | COM[1-9] | LPT[1-9] )  (?: \. [^.]* )?  \z )
-        [^<>:"/\\|?*\x00-\x1F]*  [^<>:"/\\|?*\x00-\x1F\ .]  \z)");
     return fileName.Matches(LastComponent(path));
 }
 
@@ -26,9 +58,6 @@ bool ProfpIsFileName(std::u16string_view path) {
 // two names, blanks or several extensions behind a name. The system drops blanks and dots at the end of a
 // name, so such a one would name another file.
 bool ProfpIsBareFileName(std::u16string_view name) {
-    static const clsRegEx bareName(uR"((?xi) ^
-        (?!  (?: CON | PRN | AUX | NUL | CONIN\$ | CONOUT\$ | (?:COM|LPT)[1-9\xB9\xB2\xB3] ) \ * (?: \. | \z ) )
-        [^<>:"/\\|?*\x00-\x1F]*  [^<>:"/\\|?*\x00-\x1F\ .]  \z)");
     return bareName.Matches(name);
 }
 
