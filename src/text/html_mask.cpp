@@ -12,11 +12,19 @@ namespace tvut {
 
 namespace {
 
+// The values of digits up to F; others have more than any base.
+constexpr std::array<std::uint8_t, 0x80> digitValues = [] {
+    std::array<std::uint8_t, 0x80> values{};
+    values.fill(0xFF);
+    for (std::uint8_t value = 0; value < 16; ++value) {
+        values[static_cast<std::size_t>("0123456789abcdef"[value])] = value;
+        values[static_cast<std::size_t>("0123456789ABCDEF"[value])] = value;
+    }
+    return values;
+}();
+
 unsigned DigitOf(char16_t unit) {
-    if (unit >= u'0' && unit <= u'9')
-        return unit - u'0';
-    const auto lower = static_cast<char16_t>(unit | 0x20);
-    return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10u : 0xFFu;
+    return unit < digitValues.size() ? digitValues[unit] : 0xFFu;
 }
 
 // What the C runtime makes of other things than plain digits: blanks, signs, a second 0x, digits of other
@@ -56,36 +64,56 @@ void Store(char16_t* text, __m128i units) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(text), units);
 }
 
-// A bit for each of sixteen bytes that is a certain one.
-unsigned Marks(__m128i bytes, char byte) {
-    return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(byte))));
+constexpr unsigned windowUnits = 32;
+
+// A bit for each unit of a window that is a certain one.
+std::uint32_t Marks(__m128i first, __m128i second, char character) {
+    const __m128i wanted = _mm_set1_epi8(character);
+    const auto low = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(first, wanted)));
+    const auto high = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(second, wanted)));
+    return low | high << 16;
 }
 
-std::uint32_t FirstBytes(std::size_t count) {
-    return count < 4 ? (1u << 8 * count) - 1 : 0xFFFFFFFF;
+// The ampersands and semicolons of a window.
+class clsWindow {
+  public:
+    explicit clsWindow(const char16_t* window) {
+        const __m128i first = _mm_packus_epi16(Load(window), Load(window + 8));
+        const __m128i second = _mm_packus_epi16(Load(window + 16), Load(window + 24));
+        ampersands_ = Marks(first, second, '&');
+        semicolons_ = Marks(first, second, ';');
+    }
+
+    // windowUnits when there is none.
+    unsigned NextAmpersand() const {
+        return ampersands_ != 0 ? static_cast<unsigned>(std::countr_zero(ampersands_)) : windowUnits;
+    }
+    // Both counted; more than the window has when there is none.
+    unsigned LengthToSemicolon(unsigned ampersand) const {
+        const std::uint32_t behind = semicolons_ >> ampersand;
+        return (behind != 0 ? static_cast<unsigned>(std::countr_zero(behind)) : windowUnits) + 1;
+    }
+    // A reference has no ampersand but its first unit, so the place behind it need not be known: what is to
+    // be found next does not wait for its length.
+    void PassAmpersand() { ampersands_ &= ampersands_ - 1; }
+
+  private:
+    std::uint32_t ampersands_, semicolons_;
+};
+
+// Writes two blocks, or four.
+void CopyInWindow(const char16_t* from, char16_t* to, unsigned count) {
+    const auto copy = [&](unsigned at) {
+        const __m128i first = Load(from + at), second = Load(from + at + 8);
+        Store(to + at, first);
+        Store(to + at + 8, second);
+    };
+    copy(0);
+    if (count > 16)
+        copy(16);
 }
 
 #endif
-
-// The name between & and ; as its key. What follows it in the text may be read, too, up to the end.
-scEntityKey KeyOf(std::u16string_view name, [[maybe_unused]] const char16_t* end) {
-    scEntityKey key{.length = static_cast<std::uint32_t>(name.size())};
-#ifdef TVUT_HAS_SSE2
-    if (end - name.data() >= 8) { // units of no name give bytes of none: 0, or 0x80 and more
-        const __m128i units = Load(name.data());
-        const __m128i bytes = _mm_packus_epi16(units, units);
-        key.low = static_cast<std::uint32_t>(_mm_cvtsi128_si32(bytes)) & FirstBytes(name.size());
-        key.high = static_cast<std::uint32_t>(_mm_cvtsi128_si32(_mm_srli_si128(bytes, 4))) &
-                   FirstBytes(name.size() > 4 ? name.size() - 4 : 0);
-        return key;
-    }
-#endif
-    for (std::size_t at = 0; at < name.size(); ++at) {
-        const std::uint32_t byte = name[at] < 0x80 ? name[at] : 0xFFu;
-        (at < 4 ? key.low : key.high) |= byte << at % 4 * 8;
-    }
-    return key;
-}
 
 bool IsNumber(std::u16string_view reference) {
     return reference[1] == u'#';
@@ -94,7 +122,7 @@ bool IsNumber(std::u16string_view reference) {
 // What a reference from & to ; stands for; 0 when it is none.
 char16_t UnitOf(std::u16string_view reference, const char16_t* end) {
     return IsNumber(reference) ? NumberedUnit(reference.substr(2, reference.size() - 3))
-                               : UtilpNamedUnit(KeyOf(reference.substr(1, reference.size() - 2), end));
+                               : UtilpNamedUnit(reference.substr(1, reference.size() - 2), end);
 }
 
 // Writes a text into another place or further to the front of the same.
@@ -117,32 +145,36 @@ class clsDemasker {
     }
 
   private:
-    // Copies blocks and finds ampersand and semicolon with one look at each, up to a reference that is none.
-    // A block is written whole, so it must not leave the result or hit text that is still to be read: out is
-    // never in front of next. These two are kept out of memory, or the way through it would be most of the
-    // cost.
+    // Copies windows and finds ampersands and semicolons with one look at each, up to a reference that is
+    // none. What is written is rounded up to blocks, so it must not leave the result or hit text that is
+    // still to be read: out is never in front of next. These two are kept out of memory, or the way through
+    // it would be most of the cost.
     void TakeNearOnes() {
 #ifdef TVUT_HAS_SSE2
         const char16_t* next = next_;
         char16_t* out = out_;
-        while (end_ - next >= 16 && (apart_ || next - out >= 16)) {
-            const __m128i first = Load(next), second = Load(next + 8);
-            const __m128i bytes = _mm_packus_epi16(first, second);
-            Store(out, first);
-            Store(out + 8, second);
-            const unsigned ampersands = Marks(bytes, '&');
-            const int count = ampersands != 0 ? std::countr_zero(ampersands) : 16;
-            next += count;
-            out += count;
-            if (count > 8)
-                continue; // from there on, so that a reference is in one block
-            const unsigned semicolons = Marks(bytes, ';') >> count & 0xFF;
-            const auto length = static_cast<std::size_t>(std::countr_zero(semicolons)) + 1;
-            const char16_t unit = semicolons != 0 ? UnitOf({next, length}, end_) : u'\0';
-            if (unit == 0)
-                break;
-            *out++ = unit;
-            next += length;
+        bool near = true;
+        while (near && static_cast<std::size_t>(end_ - next) >= 2 * windowUnits &&
+               (apart_ || static_cast<std::size_t>(next - out) >= windowUnits)) {
+            clsWindow window(next);
+            unsigned at = 0; // in the window
+            for (;;) {
+                const unsigned ampersand = window.NextAmpersand();
+                CopyInWindow(next + at, out, ampersand - at);
+                out += ampersand - at;
+                at = ampersand;
+                if (ampersand > windowUnits - longestReference)
+                    break; // from there on, so that a reference is in one window
+                const unsigned length = window.LengthToSemicolon(ampersand);
+                const char16_t unit = length <= longestReference ? UnitOf({next + at, length}, end_) : u'\0';
+                near = unit != 0;
+                if (!near)
+                    break;
+                *out++ = unit;
+                at += length;
+                window.PassAmpersand();
+            }
+            next += at;
         }
         next_ = next;
         out_ = out;

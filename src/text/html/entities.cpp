@@ -1,5 +1,7 @@
 #include "text/html/entities.h"
 
+#include "text/units.h"
+
 #include <iterator>
 #include <string_view>
 
@@ -69,15 +71,42 @@ constexpr std::array<scMasked, 0x100> MakeMaskedUnits() {
     units[u'\t'] = Reference("#09");
     return units;
 }
+
+// A name of up to eight ASCII characters as a number, its first character lowest.
+struct scEntityKey {
+    std::uint32_t low = 0;
+    std::uint32_t high = 0;
+    std::uint32_t length = 0;
+
+    constexpr bool operator==(const scEntityKey& other) const {
+        return ((low ^ other.low) | (high ^ other.high) | (length ^ other.length)) == 0;
+    }
+};
+
 template <class Name>
 constexpr scEntityKey KeyOf(Name name) {
     scEntityKey key{.length = static_cast<std::uint32_t>(name.size())};
     for (std::size_t at = 0; at < name.size(); ++at) {
-        const std::uint32_t unit = static_cast<std::uint8_t>(name[at]);
-        (at < 4 ? key.low : key.high) |= unit << at % 4 * 8;
+        const auto unit = static_cast<char16_t>(name[at]);
+        (at < 4 ? key.low : key.high) |= (unit < 0x80 ? unit : 0xFFu) << at % 4 * 8;
     }
     return key;
 }
+
+#ifdef TVUT_HAS_SSE2
+// The bytes of a number that the first so many characters of a name have.
+constexpr std::uint32_t bytesOfLow[] = {0, 0xFF, 0xFFFF, 0xFFFFFF, ~0u, ~0u, ~0u, ~0u, ~0u};
+constexpr std::uint32_t bytesOfHigh[] = {0, 0, 0, 0, 0, 0xFF, 0xFFFF, 0xFFFFFF, ~0u};
+
+// Units of no name give bytes of none: 0, or 0x80 and more.
+scEntityKey KeyOfEightUnits(const char16_t* name, std::size_t length) {
+    const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(name));
+    const __m128i bytes = _mm_packus_epi16(units, units);
+    return {static_cast<std::uint32_t>(_mm_cvtsi128_si32(bytes)) & bytesOfLow[length],
+            static_cast<std::uint32_t>(_mm_cvtsi128_si32(_mm_srli_si128(bytes, 4))) & bytesOfHigh[length],
+            static_cast<std::uint32_t>(length)};
+}
+#endif
 
 // A table with a place for every name, found from its key; neighbours hold what meets there.
 struct scSlot {
@@ -88,7 +117,7 @@ constexpr std::size_t slotCount = 512;
 using Slots = std::array<scSlot, slotCount>;
 
 constexpr std::size_t SlotOf(const scEntityKey& key) {
-    return (key.low ^ key.high * 0x85EBCA6Bu) * 0x9E3779B1u >> 23;
+    return (key.low + key.high * 8) * 0x9E3779B1u >> 23;
 }
 
 constexpr void Insert(Slots& slots, scEntity entity) {
@@ -101,10 +130,10 @@ constexpr void Insert(Slots& slots, scEntity entity) {
 
 constexpr Slots MakeSlots() {
     Slots slots{};
+    for (const scEntity& entity : otherEntities) // first, since they are by far the most frequent ones
+        Insert(slots, entity);
     for (unsigned at = 0; at < std::size(latinNames); ++at)
         Insert(slots, {latinNames[at], static_cast<char16_t>(firstLatin + at)});
-    for (const scEntity& entity : otherEntities)
-        Insert(slots, entity);
     return slots;
 }
 constexpr Slots slots = MakeSlots();
@@ -113,9 +142,14 @@ constexpr Slots slots = MakeSlots();
 
 constexpr std::array<scMasked, 0x100> maskedUnits = MakeMaskedUnits();
 
-char16_t UtilpNamedUnit(const scEntityKey& name) {
-    std::size_t at = SlotOf(name);
-    while (slots[at].unit != 0 && slots[at].key != name)
+char16_t UtilpNamedUnit(std::u16string_view name, [[maybe_unused]] const char16_t* end) {
+#ifdef TVUT_HAS_SSE2
+    const scEntityKey key = end - name.data() >= 8 ? KeyOfEightUnits(name.data(), name.size()) : KeyOf(name);
+#else
+    const scEntityKey key = KeyOf(name);
+#endif
+    std::size_t at = SlotOf(key);
+    while (slots[at].key != key && slots[at].unit != 0)
         at = (at + 1) % slotCount;
     return slots[at].unit;
 }

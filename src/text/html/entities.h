@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace tvut {
 
@@ -18,16 +19,8 @@ struct scMasked {
 // By unit, below 0x100; the others are written as numbers, &#x20ac;.
 extern const std::array<scMasked, 0x100> maskedUnits;
 
-// A name of up to six ASCII characters as a number, its first character lowest.
-struct scEntityKey {
-    std::uint32_t low = 0;
-    std::uint32_t high = 0;
-    std::uint32_t length = 0;
-
-    constexpr bool operator==(const scEntityKey&) const = default;
-};
-
-// The unit that a name stands for; 0 when it is unknown.
-char16_t UtilpNamedUnit(const scEntityKey& name);
+// The unit that a name between & and ; stands for; 0 when it is unknown. What follows it in the text may be
+// read, too, up to the end.
+char16_t UtilpNamedUnit(std::u16string_view name, const char16_t* end);
 
 } // namespace tvut
