@@ -42,9 +42,9 @@ void CheckLinks(std::u16string text) {
     static const clsRegEx pattern(u"(?s)^(.*)<a\\s+(.*)href=\"(.*)\"(.*)>(.*)</a>(.*)$");
     scLink link;
     std::u16string resolved = text;
-    if (UtilpFindLastLink(text, link)) {
-        clsBackwardText result(text.size());
-        UtilpResolveLinks(text, link, result);
+    if (UtilpFindLastLink(resolved, link)) {
+        clsBackwardText result(resolved.data() + resolved.size());
+        UtilpResolveLinks(resolved, link, result);
         resolved = result.View();
     }
     clsRegExMatchList match;

@@ -58,7 +58,7 @@ std::size_t UtilpHtmlToPlainText(std::u16string_view html, HtmlForm form, char16
     scLink link;
     if (!UtilpFindLastLink(text, link))
         return Render(text, form, result);
-    clsBackwardText resolved(text.size());
+    clsBackwardText resolved(result + html.size());
     UtilpResolveLinks(text, link, resolved);
     return Render(resolved.View(), form, result);
 }

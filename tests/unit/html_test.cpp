@@ -185,11 +185,12 @@ class clsTexts {
     std::mt19937 random_{1};
 };
 
-Text FastLinks(const Text& text) {
+// In one memory, with no room between what is read and what is written.
+Text FastLinks(Text text) {
     scLink link;
     if (!UtilpFindLastLink(text, link))
         return text;
-    clsBackwardText result(text.size());
+    clsBackwardText result(text.data() + text.size());
     UtilpResolveLinks(text, link, result);
     return Text(result.View());
 }

@@ -3,19 +3,19 @@
 #include "text/find.h"
 #include "text/html/crossed_links.h"
 
-#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <string>
 
 namespace tvut {
 
-clsBackwardText::clsBackwardText(std::size_t room)
-    : buffer_(std::make_unique_for_overwrite<char16_t[]>(room)), end_(buffer_.get() + room), start_(end_) {}
-
 void clsBackwardText::Put(std::u16string_view text) {
     start_ -= text.size();
-    if (text.size() < 64)
+    const bool apart = start_ < text.data() || static_cast<std::size_t>(start_ - text.data()) >= text.size();
+    if (text.size() < 64 && apart)
         UtilpCopy(start_, text.data(), text.size());
     else
-        std::copy(text.begin(), text.end(), start_);
+        std::memmove(start_, text.data(), text.size() * sizeof(char16_t));
 }
 
 namespace {
@@ -36,6 +36,28 @@ const char16_t* FindLastStart(const char16_t* text, const char16_t* end) {
         stop = found + 1;
     }
     return nullptr;
+}
+
+// A link's label and address change places. In one memory, what is put first may hit the label.
+void PutLink(const scLink& link, clsBackwardText& result) {
+    constexpr std::u16string_view beforeAddress = u" [", behindAddress = u"]";
+    std::u16string kept;
+    std::u16string_view label = link.Label();
+    const std::size_t first = beforeAddress.size() + link.Address().size() + behindAddress.size();
+    if (link.labelEnd > result.Start() - first && link.label < result.Start())
+        label = kept = label;
+    result.Put(behindAddress);
+    result.Put(link.Address());
+    result.Put(beforeAddress);
+    result.Put(label);
+}
+
+// Its rounds read the text again after they have written, so that needs a place of its own.
+void ResolveCrossed(std::u16string_view text, clsBackwardText& result) {
+    const auto buffer = std::make_unique_for_overwrite<char16_t[]>(text.size());
+    clsBackwardText resolved(buffer.get() + text.size());
+    clsCrossedLinks(text).Resolve(resolved);
+    result.Put(resolved.View());
 }
 
 } // namespace
@@ -62,15 +84,10 @@ bool UtilpFindLastLink(std::u16string_view text, scLink& link) {
 
 void UtilpResolveLinks(std::u16string_view text, scLink link, clsBackwardText& result) {
     do {
-        if (link.Address().find(linkEnd) != std::u16string_view::npos) {
-            clsCrossedLinks(text).Resolve(result);
-            return;
-        }
+        if (link.Address().find(linkEnd) != std::u16string_view::npos)
+            return ResolveCrossed(text, result);
         result.Put(Between(link.labelEnd + linkEnd.size(), text.data() + text.size()));
-        result.Put(u"]");
-        result.Put(link.Address());
-        result.Put(u" [");
-        result.Put(link.Label());
+        PutLink(link, result);
         text = Between(text.data(), link.start);
     } while (UtilpFindLastLink(text, link));
     result.Put(text);

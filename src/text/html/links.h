@@ -15,20 +15,19 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <string_view>
 
 namespace tvut {
 
-// Writes a text from its end to its start.
+// Writes a text from its end to its start. What is put may lie in the same memory, below what it overwrites.
 class clsBackwardText {
   public:
-    explicit clsBackwardText(std::size_t room);
+    explicit clsBackwardText(char16_t* end) : end_(end), start_(end) {}
     void Put(std::u16string_view text);
+    const char16_t* Start() const { return start_; }
     std::u16string_view View() const { return {start_, static_cast<std::size_t>(end_ - start_)}; }
 
   private:
-    std::unique_ptr<char16_t[]> buffer_;
     char16_t* end_;
     char16_t* start_;
 };
@@ -57,7 +56,8 @@ inline bool UtilpIsPatternBlank(char16_t unit) {
 // Whether there is a link; fills in its parts.
 bool UtilpFindLastLink(std::u16string_view text, scLink& link);
 
-// Writes the whole text with its links resolved, given the last of them.
+// Writes the whole text with its links resolved, given the last of them. The text may end where the result
+// does, or before it in the same memory. Throws std::bad_alloc.
 void UtilpResolveLinks(std::u16string_view text, scLink link, clsBackwardText& result);
 
 } // namespace tvut
