@@ -35,7 +35,7 @@ class clsTagScan {
     char16_t* Run() {
         while (next_ != end_) {
             if (skipDepth_ != 0)
-                next_ = UtilpFindAny(next_, end_, {brackets.open});
+                GoTo(brackets.open);
             else
                 PutText();
             if (next_ != end_)
@@ -86,13 +86,19 @@ class clsTagScan {
         const char16_t* const name = next_;
         next_ = NameEnd();
         const std::u16string_view tag(name, static_cast<std::size_t>(next_ - name));
-        next_ = UtilpFindAny(next_, end_, {brackets.close});
+        GoTo(brackets.close);
         if (next_ == end_)
             return; // never closed: it takes all that is left
         ++next_;
         Skip(brackets.behindClose);
         if (const scTag* const known = UtilpFindTag(tag, end_))
             PutTag(*known);
+    }
+
+    // Most tags have no attributes and follow each other: the bracket is the next unit then.
+    void GoTo(char16_t bracket) {
+        if (next_ == end_ || *next_ != bracket)
+            next_ = UtilpFindAny(next_, end_, {bracket});
     }
 
     // The end of the name that begins here. One that is too long means nothing, whatever its rest is.
