@@ -127,8 +127,8 @@ scGlobals* __cxa_get_globals_fast() noexcept {
 
 } // extern "C"
 
-// The runtime's own prints the type of the exception, whose name it takes a twentieth of the library's size to
-// spell out, where no program with windows would see it.
+// The runtime's own prints the type of the exception, whose name it takes a twentieth of the library's size
+// to spell out, where no program with windows would see it.
 void __gnu_cxx::__verbose_terminate_handler() {
     std::abort();
 }
