@@ -145,10 +145,10 @@ TEST_F(ProfTool, ConvertsBetweenAllForms) {
     const std::string lineFeed = "K\xC3\xB6ln\\n";
     ASSERT_NE(shown.find(lineFeed), std::string::npos);
     shown.replace(shown.find(lineFeed), lineFeed.size(), "K\xC3\xB6ln\\r\\n"); // as XML brings line ends back
-    mustPrint("convert office.prf office.xml --form xml");
-    mustPrint("convert office.xml office.XFDF --form xfdf");
-    mustPrint("convert office.XFDF again.xml --form xml --compress");
-    mustPrint("convert again.xml again.prf");
+    mustPrint("convert office.prf office.xml");
+    mustPrint("convert office.xml office.XFDF");
+    mustPrint("convert office.XFDF again.xml --compress");
+    mustPrint("convert again.xml again.prf --form text");
     for (const std::string file : {"office.xml", "office.XFDF", "again.xml", "again.prf"})
         EXPECT_EQ(mustPrint("show " + file), shown) << file;
     EXPECT_EQ(mustPrint("convert again.prf - --form xml"), read("office.xml"));

@@ -83,9 +83,8 @@ void declareConvert(CLI::App& app, Arguments& arguments) {
     app.add_option("IN", arguments.file, "The profile to read")->required();
     app.add_option("OUT", arguments.output, "Where to save it")->required();
     app.add_flag("--ini", arguments.plainIni, "Read IN as a plain INI file, whatever its name");
-    app.add_option("--form", arguments.form, "The form to save in")
-        ->check(CLI::IsMember({"text", "xml", "xfdf"}))
-        ->capture_default_str();
+    app.add_option("--form", arguments.form, "The form to save in; without it by the name of OUT")
+        ->check(CLI::IsMember({"text", "xml", "xfdf"}));
     app.add_flag("--compress", arguments.compress, "Save compressed");
 }
 

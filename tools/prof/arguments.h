@@ -19,7 +19,7 @@ struct Arguments {
     std::string value;
     std::string type = "string";
     std::string output;
-    std::string form = "text";
+    std::string form; // of convert; empty: by the name of the output
     std::string folder;
     std::string key;
     std::vector<std::string> patterns;

@@ -16,11 +16,14 @@ struct Form {
 
 constexpr Form forms[] = {{"text", PROF_FORM_TEXT}, {"xml", PROF_FORM_XML}, {"xfdf", PROF_FORM_XFDF}};
 
-UINT formFlag(std::string_view name) {
+// The form that is asked for, or the one that the name of the file promises.
+UINT formFlag(const Arguments& arguments) {
     for (const Form& form : forms)
-        if (form.name == name)
+        if (form.name == arguments.form)
             return form.flag;
-    return PROF_FORM_TEXT;
+    if (hasXfdfName(arguments.output))
+        return PROF_FORM_XFDF;
+    return hasXmlName(arguments.output) ? PROF_FORM_XML : PROF_FORM_TEXT;
 }
 
 } // namespace
@@ -29,8 +32,7 @@ ExitCode runConvert(const Arguments& arguments) {
     if (arguments.output == arguments.file && arguments.file != standardStream)
         requireReplaceable(arguments.file, arguments.plainIni);
     const Profile profile = Profile::open(arguments.file, arguments.plainIni);
-    profile.save(arguments.output,
-                 formFlag(arguments.form) | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u));
+    profile.save(arguments.output, formFlag(arguments) | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u));
     return ExitCode::ok;
 }
 

@@ -80,4 +80,8 @@ bool hasXfdfName(std::string_view name) {
     return endsWith(name, ".xfdf");
 }
 
+bool hasXmlName(std::string_view name) {
+    return endsWith(name, ".xml");
+}
+
 } // namespace tool::prof

@@ -29,6 +29,9 @@ bool hasIniName(std::string_view name);
 // Ends in .xfdf, in any case: XFDF of any program, whose nested fields are lists.
 bool hasXfdfName(std::string_view name);
 
+// Ends in .xml, in any case.
+bool hasXmlName(std::string_view name);
+
 } // namespace tool::prof
 
 #endif
