@@ -300,6 +300,14 @@ TEST(XfdfForm, WritesAHalfOfACharacterAsReplacement) {
     clsTree tree(true);
     tree.AppendItem(tree.Root(), scName(u"a"), u"\xD83D-\xDE00\xD83D"sv);
     EXPECT_NE(Saved(tree, xfdfForm).find("<value>\uFFFD-\uFFFD\uFFFD</value>"), std::string::npos);
+    std::u16string text; // a long one is converted in pieces, whose ends lie anywhere among these
+    std::string written;
+    for (int i = 0; i < 10000; ++i) {
+        text += u"\xD83D\xD83D\xDE00";
+        written += "\uFFFD\U0001F600";
+    }
+    tree.AppendItem(tree.Root(), scName(u"b"), text);
+    EXPECT_NE(Saved(tree, xfdfForm).find("<value>" + written + "</value>"), std::string::npos);
 }
 
 TEST(XmlForms, NestAMillionDeep) {
