@@ -149,15 +149,16 @@ constexpr const char* foreignXfdf = R"(<?xml version='1.0'?><!DOCTYPE x [<!ELEME
 
  3</value></field><field name="outer">
   <field
-     name="inner"><value><![CDATA[<x>&lt;</value>]]>&lt;&#x1F600;</value></field
-  ><field name="rich"><value-richtext><p>x</p></value-richtext><value/></field>
+     name="inner"><value><![CDATA[<x>&lt;</value>]]>&lt;</values>&#x1F600;</value
+ ></field
+  ><field name="rich"><value-richtext><p>x</p></value-richtext ><value/></field>
   <field name="deep"><field name="deeper"/></field></field>
 <field name="empty"></field><field name="both"><value>v</value><field name="c"><value>w</value></field>
 <value>x</value></field></fields>text<ids original="a"/></xfdf>)";
 
 TEST(ForeignXfdf, TurnsNestedFieldsIntoLists) {
     const std::u16string tree =
-        u"a&b=1;a&b=2\n\n 3;outer{inner=<x>&lt;</value><\xD83D\xDE00;rich=;deep{deeper=;}}"
+        u"a&b=1;a&b=2\n\n 3;outer{inner=<x>&lt;</value><</values>\xD83D\xDE00;rich=;deep{deeper=;}}"
         u"empty=;both=v;both{c=w;=x;}";
     EXPECT_EQ(Read(foreignXfdf, ReadMode::foreignXfdf), tree);
     EXPECT_EQ(Read(foreignXfdf), Refusal(u"prof::xml: bad format", 1));
@@ -249,7 +250,8 @@ TEST(ForeignXfdf, RefusesWithMessageAndLine) {
         {"<xfdf>\n<field name>", u"prof::xml::field: no name found", 2},
         {"<xfdf>\n<field name=a>", u"prof::xml::field: no name found", 2},
         {"<xfdf>\n<field name=\"a>\n", u"prof::xml::field: name unfinished", 2},
-        {"<xfdf>\n<field\n\nname=\"a\"\n", u"prof::xml::field: name unfinished", 3},
+        {"<xfdf>\n<field\n\nname=\"a\"\n", u"prof::xml::value: bad format (missing next line)", 4},
+        {"<xfdf>\n<value>1</value\n\n2\n", u"prof::xml::value: bad format (missing next line)", 4},
         {"<xfdf>\n</field>", u"prof::xml::field: bad format (negative level)", 2},
         {"<xfdf>\n<value>\n1\n", u"prof::xml::value: bad format (missing next line)", 4},
         {"<xfdf>\n<!--\n1\n", u"prof::xml::value: bad format (missing next line)", 4},
