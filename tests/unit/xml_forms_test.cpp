@@ -200,6 +200,7 @@ TEST(XmlForm, RefusesWithMessageAndLine) {
         {"</xfdf>", u"prof::xml::xfdf: bad nesting level (should be 0)", 2},
         {"<xfdf x>\n<value>1", u"prof::xml::value: bad format (missing next line)", 4},
         {"<xfdf x>\n\ny", u"prof::xml::xfdf: bad format ('<' expected)", 3},
+        {"<xfdf x><fields><field name=\"a\"><value>1</value>", u"prof::xml: bad format", 2},
         // XML of other writers
         {"<profile><item name=\"a\">1</item></profile>", u"prof::xml: bad format", 2},
         {"\n<!-- x -->\n<config>\n<a>1</a>\n</config>", u"prof::xml: bad format", 3},
@@ -234,6 +235,7 @@ TEST(XfdfForm, RefusesWithMessageAndLine) {
         {"<config>\n<a>1</a>\n</config>", u"prof::xml: bad format", 2},
         {"<profile>\n<item name=\"a\">1</item>", u"prof::xml: bad format", 2},
         {"<xfdf x>\n<fields>\n<field name=\"a\"><value>1</value></field>", u"prof::xml: bad format", 4},
+        {"<xfdf x>\n<fields>\n<field name=\"a\"/>\n</fields>", u"prof::xml: bad format", 4},
     };
     for (const scMalformed& input : inputs)
         EXPECT_EQ(Read(xfdfLine + std::string(input.input)), Refusal(input.message, input.line))
