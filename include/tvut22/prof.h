@@ -149,11 +149,12 @@ TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStream(IStream* stream);
  *        other programs do: each section is a list of the root list, items before the first section
  *        belong to the root, blanks around name and value are dropped, everything else stays as it
  *        is (quotes and inline comments are part of the value, braces mean nothing).
- *        PROF_READ_FOREIGN_XFDF reads XFDF as other programs write it, whatever its first line and however
- *        its tags are spread over lines: a field that holds fields is a list, each value of a field is an
- *        item under the field's name, a field with neither an item without text. Values beside fields in
- *        one field have the empty name. Annotations, rich text and all that is no field are skipped. The
- *        lists of XFDF that ProfSave wrote are lists. Profiles in the other forms are read as without it.
+ *        PROF_READ_FOREIGN_XFDF reads XFDF as other programs write it, whatever its first line (but that
+ *        of the XML form) and however its tags are spread over lines: a field that holds fields is a list,
+ *        each value of a field is an item under the field's name, a field with neither an item without
+ *        text. Values beside fields in one field have the empty name. Annotations, rich text and all that
+ *        is no field are skipped. The lists of XFDF that ProfSave wrote are lists. Profiles in the other
+ *        forms are read as without it.
  *        With both flags PROF_READ_PLAIN_INI counts.
  */
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStreamObjectA(IStream* stream, const char* name, UINT flags);

@@ -143,6 +143,13 @@ TEST(XfdfForm, TellsOfValuesWithoutAName) {
               u"WRN: XFDF: values without a name: 2; the flag PROF_READ_FOREIGN_XFDF reads names");
 }
 
+TEST(XmlForm, TellsOfACommentWithoutEnd) {
+    EXPECT_EQ(Read(xmlLine + "<profile>\n<item name=\"a\">1</item>\n<!--x-->\n<item name=\"b\">2</item>"),
+              u"a=1;");
+    EXPECT_EQ(DiagnosticLines().back().substr(0, 55),
+              u"WRN: XML: nothing is read behind the comment in line 4:");
+}
+
 constexpr const char* foreignXfdf = R"(<?xml version='1.0'?><!DOCTYPE x [<!ELEMENT a (b)> ]>
 <xfdf xmlns="x"><f href="a>b.pdf"/><!-- <field> --><fields>
 <field name = 'a&amp;b'><value>1</value><value>2
