@@ -193,7 +193,7 @@ TVUT22_API INT TVUT22_CALL ProfGetError(ProfJob job);
  *
  * The XML form is UTF-16, too, and keeps every text but one thing: CR LF, a lone CR and a lone LF are all
  * written as &cr; and read as CR LF. Other XML programs can read it unless a text holds a character below
- * U+0020 other than TAB, CR and LF, or half a surrogate pair, or a name TAB, CR or LF.
+ * U+0020 other than TAB, CR and LF, half a surrogate pair, U+FFFE or U+FFFF, or a name TAB, CR or LF.
  *
  * The XFDF form is UTF-8 without a byte-order mark. Its texts are not escaped, though reading turns
  * references back, so what holds "&", "<", ">", a quote in a name or a line end in a name may come back as
