@@ -149,11 +149,12 @@ TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStream(IStream* stream);
  *        other programs do: each section is a list of the root list, items before the first section
  *        belong to the root, blanks around name and value are dropped, everything else stays as it
  *        is (quotes and inline comments are part of the value, braces mean nothing).
- *        PROF_READ_FOREIGN_XFDF reads XFDF as other programs write it, whatever its first line and however
- *        its tags are spread over lines: a field that holds fields is a list, each value of a field is an
- *        item under the field's name, a field with neither an item without text. Values beside fields in
- *        one field have the empty name. Annotations, rich text and all that is no field are skipped. The
- *        lists of XFDF that ProfSave wrote are lists. Profiles in the other forms are read as without it.
+ *        PROF_READ_FOREIGN_XFDF reads XFDF as other programs write it, whatever its first line (but that
+ *        of the XML form) and however its tags are spread over lines: a field that holds fields is a list,
+ *        each value of a field is an item under the field's name, a field with neither an item without
+ *        text. Values beside fields in one field have the empty name. Annotations, rich text and all that
+ *        is no field are skipped. The lists of XFDF that ProfSave wrote are lists. Profiles in the other
+ *        forms are read as without it.
  *        With both flags PROF_READ_PLAIN_INI counts.
  */
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStreamObjectA(IStream* stream, const char* name, UINT flags);
@@ -192,7 +193,7 @@ TVUT22_API INT TVUT22_CALL ProfGetError(ProfJob job);
  *
  * The XML form is UTF-16, too, and keeps every text but one thing: CR LF, a lone CR and a lone LF are all
  * written as &cr; and read as CR LF. Other XML programs can read it unless a text holds a character below
- * U+0020 other than TAB, CR and LF, or half a surrogate pair, or a name TAB, CR or LF.
+ * U+0020 other than TAB, CR and LF, half a surrogate pair, U+FFFE or U+FFFF, or a name TAB, CR or LF.
  *
  * The XFDF form is UTF-8 without a byte-order mark. Its texts are not escaped, though reading turns
  * references back, so what holds "&", "<", ">", a quote in a name or a line end in a name may come back as

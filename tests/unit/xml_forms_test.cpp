@@ -143,21 +143,29 @@ TEST(XfdfForm, TellsOfValuesWithoutAName) {
               u"WRN: XFDF: values without a name: 2; the flag PROF_READ_FOREIGN_XFDF reads names");
 }
 
+TEST(XmlForm, TellsOfACommentWithoutEnd) {
+    EXPECT_EQ(Read(xmlLine + "<profile>\n<item name=\"a\">1</item>\n<!--x-->\n<item name=\"b\">2</item>"),
+              u"a=1;");
+    EXPECT_EQ(DiagnosticLines().back().substr(0, 55),
+              u"WRN: XML: nothing is read behind the comment in line 4:");
+}
+
 constexpr const char* foreignXfdf = R"(<?xml version='1.0'?><!DOCTYPE x [<!ELEMENT a (b)> ]>
 <xfdf xmlns="x"><f href="a>b.pdf"/><!-- <field> --><fields>
 <field name = 'a&amp;b'><value>1</value><value>2
 
  3</value></field><field name="outer">
   <field
-     name="inner"><value><![CDATA[<x>&lt;</value>]]>&lt;&#x1F600;</value></field
-  ><field name="rich"><value-richtext><p>x</p></value-richtext><value/></field>
+     name="inner"><value><![CDATA[<x>&lt;</value>]]>&lt;</values>&#x1F600;</value
+ ></field
+  ><field name="rich"><value-richtext><p>x</p></value-richtext ><value/></field>
   <field name="deep"><field name="deeper"/></field></field>
 <field name="empty"></field><field name="both"><value>v</value><field name="c"><value>w</value></field>
 <value>x</value></field></fields>text<ids original="a"/></xfdf>)";
 
 TEST(ForeignXfdf, TurnsNestedFieldsIntoLists) {
     const std::u16string tree =
-        u"a&b=1;a&b=2\n\n 3;outer{inner=<x>&lt;</value><\xD83D\xDE00;rich=;deep{deeper=;}}"
+        u"a&b=1;a&b=2\n\n 3;outer{inner=<x>&lt;</value><</values>\xD83D\xDE00;rich=;deep{deeper=;}}"
         u"empty=;both=v;both{c=w;=x;}";
     EXPECT_EQ(Read(foreignXfdf, ReadMode::foreignXfdf), tree);
     EXPECT_EQ(Read(foreignXfdf), Refusal(u"prof::xml: bad format", 1));
@@ -199,6 +207,7 @@ TEST(XmlForm, RefusesWithMessageAndLine) {
         {"</xfdf>", u"prof::xml::xfdf: bad nesting level (should be 0)", 2},
         {"<xfdf x>\n<value>1", u"prof::xml::value: bad format (missing next line)", 4},
         {"<xfdf x>\n\ny", u"prof::xml::xfdf: bad format ('<' expected)", 3},
+        {"<xfdf x><fields><field name=\"a\"><value>1</value>", u"prof::xml: bad format", 2},
         // XML of other writers
         {"<profile><item name=\"a\">1</item></profile>", u"prof::xml: bad format", 2},
         {"\n<!-- x -->\n<config>\n<a>1</a>\n</config>", u"prof::xml: bad format", 3},
@@ -233,6 +242,7 @@ TEST(XfdfForm, RefusesWithMessageAndLine) {
         {"<config>\n<a>1</a>\n</config>", u"prof::xml: bad format", 2},
         {"<profile>\n<item name=\"a\">1</item>", u"prof::xml: bad format", 2},
         {"<xfdf x>\n<fields>\n<field name=\"a\"><value>1</value></field>", u"prof::xml: bad format", 4},
+        {"<xfdf x>\n<fields>\n<field name=\"a\"/>\n</fields>", u"prof::xml: bad format", 4},
     };
     for (const scMalformed& input : inputs)
         EXPECT_EQ(Read(xfdfLine + std::string(input.input)), Refusal(input.message, input.line))
@@ -249,7 +259,8 @@ TEST(ForeignXfdf, RefusesWithMessageAndLine) {
         {"<xfdf>\n<field name>", u"prof::xml::field: no name found", 2},
         {"<xfdf>\n<field name=a>", u"prof::xml::field: no name found", 2},
         {"<xfdf>\n<field name=\"a>\n", u"prof::xml::field: name unfinished", 2},
-        {"<xfdf>\n<field\n\nname=\"a\"\n", u"prof::xml::field: name unfinished", 3},
+        {"<xfdf>\n<field\n\nname=\"a\"\n", u"prof::xml::value: bad format (missing next line)", 4},
+        {"<xfdf>\n<value>1</value\n\n2\n", u"prof::xml::value: bad format (missing next line)", 4},
         {"<xfdf>\n</field>", u"prof::xml::field: bad format (negative level)", 2},
         {"<xfdf>\n<value>\n1\n", u"prof::xml::value: bad format (missing next line)", 4},
         {"<xfdf>\n<!--\n1\n", u"prof::xml::value: bad format (missing next line)", 4},
@@ -300,6 +311,14 @@ TEST(XfdfForm, WritesAHalfOfACharacterAsReplacement) {
     clsTree tree(true);
     tree.AppendItem(tree.Root(), scName(u"a"), u"\xD83D-\xDE00\xD83D"sv);
     EXPECT_NE(Saved(tree, xfdfForm).find("<value>\uFFFD-\uFFFD\uFFFD</value>"), std::string::npos);
+    std::u16string text; // a long one is converted in pieces, whose ends lie anywhere among these
+    std::string written;
+    for (int i = 0; i < 10000; ++i) {
+        text += u"\xD83D\xD83D\xDE00";
+        written += "\uFFFD\U0001F600";
+    }
+    tree.AppendItem(tree.Root(), scName(u"b"), text);
+    EXPECT_NE(Saved(tree, xfdfForm).find("<value>" + written + "</value>"), std::string::npos);
 }
 
 TEST(XmlForms, NestAMillionDeep) {

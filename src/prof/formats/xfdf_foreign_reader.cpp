@@ -90,8 +90,10 @@ class clsForeignXfdfParser {
     void SkipInstruction() { SkipBehind(u"?>"); }
     void SkipRichText() {
         SkipTag();
-        if (!IsEmptyTag())
-            SkipBehind(u"</value-richtext>");
+        if (IsEmptyTag())
+            return;
+        SkipBehind(u"</value-richtext");
+        SkipTag();
     }
     // Behind a tag.
     bool IsEmptyTag() const { return lines_.Line()[at_ - 2] == u'/'; }
@@ -101,6 +103,16 @@ class clsForeignXfdfParser {
         if (lines_.Line().substr(at_, end - at_).find(u'[') != std::u16string_view::npos)
             SkipBehind(u"]");
         SkipTag();
+    }
+
+    // Where the next character of a tag is that is no blank; the tag may go on in other lines.
+    std::size_t FindInTag(std::size_t from) {
+        const std::size_t found = lines_.Line().find_first_not_of(blanks, from);
+        if (found != std::u16string_view::npos)
+            return found;
+        const std::size_t seen = lines_.Line().size();
+        Find(u">", seen);
+        return lines_.Line().find_first_not_of(blanks, seen);
     }
 
     // ---- Fields --------------------------------------------------------------------------------
@@ -146,15 +158,8 @@ class clsForeignXfdfParser {
         isFieldOpen_ = false;
     }
 
-    // The next character of a tag that is no blank; the tag may go on in other lines.
     char16_t NextInTag() {
-        at_ = lines_.Line().find_first_not_of(blanks, at_);
-        if (at_ == std::u16string_view::npos) {
-            at_ = lines_.Line().size();
-            if (lines_.ExtendTo(u">", at_) == std::u16string_view::npos)
-                Fail(u"prof::xml::field: name unfinished");
-            return NextInTag();
-        }
+        at_ = FindInTag(at_);
         return Text().front();
     }
 
@@ -194,10 +199,9 @@ class clsForeignXfdfParser {
     }
 
     void ReadValue() {
-        constexpr std::u16string_view mark = u"</value>";
         constexpr std::u16string_view literal = u"<![CDATA[";
         constexpr std::u16string_view literalEnd = u"]]>";
-        std::size_t end = Find(mark, at_);
+        std::size_t end = FindValueEnd(at_);
         std::size_t begin = 0;
         while ((begin = lines_.Line().substr(0, end).find(literal, at_)) != std::u16string_view::npos) {
             AppendEscaped(begin);
@@ -206,10 +210,20 @@ class clsForeignXfdfParser {
             SkipBehind(literalEnd);
             value_ += lines_.Line().substr(begin, at_ - literalEnd.size() - begin);
             if (end < at_)
-                end = Find(mark, at_);
+                end = FindValueEnd(at_);
         }
         AppendEscaped(end);
-        at_ = end + mark.size();
+        at_ = end;
+        SkipTag();
+    }
+
+    // Where the next </value> begins, which may hold blanks before its ">".
+    std::size_t FindValueEnd(std::size_t from) {
+        constexpr std::u16string_view mark = u"</value";
+        std::size_t end = Find(mark, from);
+        while (lines_.Line()[FindInTag(end + mark.size())] != u'>')
+            end = Find(mark, end + mark.size());
+        return end;
     }
 
     void AppendEscaped(std::size_t end) {

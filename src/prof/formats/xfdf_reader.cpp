@@ -37,7 +37,7 @@ void clsXfdfParser::Finish(bool nothingRead) const {
 }
 
 void clsXfdfParser::ParseContents() {
-    inContents_ = true;
+    BeginDocument();
     while (inContents_ && lines_.NextElement())
         ParseLine();
     inContents_ = false;
@@ -53,10 +53,12 @@ void clsXfdfParser::ParseLine() {
     Skip();
 }
 
-// Outside of the contents only declarations are to be expected, inside nothing that holds a value.
+// Outside of the contents only declarations are to be expected, inside nothing that holds a value or a field
+// with a name.
 void clsXfdfParser::Skip() {
     const std::u16string_view line = lines_.Line();
-    if (inContents_ ? line.find(u"<value") != line.npos : ProfpHoldsElement(line))
+    const auto holds = [line](std::u16string_view tag) { return line.find(tag) != line.npos; };
+    if (inContents_ ? holds(u"<value") || holds(u"<field ") : ProfpHoldsElement(line))
         unread_.Note(lines_.Number());
 }
 

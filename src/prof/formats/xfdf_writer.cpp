@@ -85,9 +85,8 @@ class clsWriter {
         while (!text.empty()) {
             std::size_t length = std::min(text.size(), pieceLength);
             if (length < text.size() && UtilpIsHighSurrogate(text[length - 1]))
-                ++length; // a pair stays together
-            output.Took(
-                UtilpEncodeUtf8(text.substr(0, length), output.Reserve(longestUtf8 * (pieceLength + 1))));
+                --length; // a pair stays together, in the next piece
+            output.Took(UtilpEncodeUtf8(text.substr(0, length), output.Reserve(longestUtf8 * pieceLength)));
             text.remove_prefix(length);
         }
     }

@@ -4,6 +4,7 @@
 #include "prof/formats/xfdf_reader.h"
 #include "prof/formats/xml_tags.h"
 #include "prof/formats/xml_text.h"
+#include "runtime/diagnostics.h"
 #include "text/scan.h"
 
 #include <algorithm>
@@ -44,7 +45,7 @@ class clsXmlParser {
         while (lines_.NextElement<itemBegin.size()>())
             ParseLine(lines_.Line());
         if (inComment_)
-            unread_.Note(commentBegin_);
+            NoteOpenComment();
         unread_.RefuseIf(target_.End() == endBefore);
         xfdf_.Finish(target_.End() == endBefore);
     }
@@ -86,6 +87,16 @@ class clsXmlParser {
             commentBegin_ = lines_.Number();
         else
             NoteElementIn(line.substr(at + end.size()));
+    }
+
+    // XML ends a comment without a blank before its end, too: such a one hides all that follows.
+    void NoteOpenComment() {
+        unread_.Note(commentBegin_);
+        clsDiagnosticLine()
+            .Put(u"WRN: XML: nothing is read behind the comment in line ")
+            .Put(static_cast<std::int32_t>(commentBegin_))
+            .Put(u": no blank and --> in that line, no later one that begins with -->")
+            .Write();
     }
 
     void ParseItem(std::u16string_view line) {
