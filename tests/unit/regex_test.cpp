@@ -201,6 +201,9 @@ TEST(RegEx, GivesUpOnWhatTakesForEver) {
     EXPECT_THROW(clsRegEx(u"((a{0,1000}){0,1000}){0,1000}b").Matches(as), clsRegExTooComplex);
     const Text longLiteral = Text(40000, u'a') + u"b" + Text(40000, u'a');
     EXPECT_THROW(clsRegEx(longLiteral).Matches(million), clsRegExTooComplex);
+    const Text nearlyLongRun = Text(59999, u'a') + u"b" + Text(59999, u'a');
+    EXPECT_THROW(clsRegEx(u"a{60000}?c").Matches(nearlyLongRun), clsRegExTooComplex);
+    EXPECT_TRUE(clsRegEx(u"^(a+)\\1b").Matches(Text(20000, u'a') + u"b")); // not too much for anyone
     Text groups = u"[a]b";
     for (int i = 0; i < 30000; ++i)
         groups += u"()";
