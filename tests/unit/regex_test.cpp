@@ -146,6 +146,15 @@ TEST(RegEx, ReportsABadPattern) {
     EXPECT_THROW(clsRegEx{deep}, clsRegExError);
 }
 
+TEST(RegEx, TellsTheUnitsOfALargeClass) {
+    Text pattern = u"[";
+    for (char16_t unit = 0x3001; unit < 0x3081; unit += 2)
+        pattern += unit;
+    const clsRegEx odd(pattern + u"]");
+    for (char16_t unit = 0x2FF0; unit < 0x3090; ++unit)
+        EXPECT_EQ(odd.Matches(Text(1, unit)), unit > 0x3000 && unit < 0x3081 && unit % 2 != 0) << int{unit};
+}
+
 // The same rules in words of code.
 bool IsDevice(Text base) {
     for (char16_t& c : base)
