@@ -135,6 +135,7 @@ void MeasureHtml(const scSettings& settings, clsReport& report) {
         {"HTML to text, only <!--", L"<!--", 20},
         {"HTML to text, only </a>", L"</a>", 40},
         {"HTML to text, quotation marks missing", L"<a href=\"x>y</a> z\">", 100},
+        {"HTML to text, addresses that end links", L"<a href=\"</a>\">", 100},
         {"HTML to text, only <script>", L"<script>", 20},
     };
     for (const auto& [name, part, goal] : hostile)

@@ -25,10 +25,9 @@
 /* ---- Character references --------------------------------------------------------------------- */
 
 /* Masks what HTML cannot hold as character references. The units " & < > and TAB become &quot; &amp; &lt;
- * &gt; and
- * &#09;, U+00A0 to U+00FF their Latin-1 names (&nbsp; to &yuml;), U+0080 becomes &euro;, all others beyond
- * ASCII become numbers of four digits (&#x20ac;), surrogates one by one. The rest, the apostrophe included,
- * stays. */
+ * &gt; and &#09;, U+00A0 to U+00FF their Latin-1 names (&nbsp; to &yuml;), U+0080 becomes &euro;, all others
+ * beyond ASCII become numbers of four digits (&#x20ac;), surrogates one by one. The rest, the apostrophe
+ * included, stays. */
 TVUT22_API void TVUT22_CALL UtilMaskAllHTMLCharacters(const wchar_t* text, BSTR* result);
 
 /* Resolves character references. They have at most 8 characters from & to ;. Known are the names that

@@ -212,6 +212,21 @@ TEST(HtmlLinks, AreThoseOfThePattern) {
     EXPECT_GT(changed, 5000);
 }
 
+Text Repeated(std::u16string_view part, std::size_t count) {
+    Text text;
+    while (count-- != 0)
+        text += part;
+    return text;
+}
+
+// Each round moves one label in front of all that the others have moved before: many minutes if it walked
+// over what they left.
+TEST(HtmlLinks, ThatCrossInALongPage) {
+    const std::size_t links = 200000;
+    EXPECT_TRUE(FastLinks(Repeated(u"<a href=\"</a>\">", links)) ==
+                u"<a href=\"" + Repeated(u" [", links - 1) + u"</a>" + Repeated(u"]", links - 1) + u"\">");
+}
+
 TEST(HtmlToPlainText, GivesWhatItsStepsGive) {
     clsTexts texts({u"<",
                     u">",

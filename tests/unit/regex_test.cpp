@@ -44,6 +44,7 @@ TEST(RegEx, MatchesAsPerlDoes) {
         {u"(?s)a.c", u"a\nc", u"<a\nc>"},
         {u"[]a-c^-]+", u"x]b^-d", u"x<]b^->d"},
         {u"[^\\d\\s]+", u"1ab 2", u"1<ab> 2"},
+        {u"\\h+", u"a\t\u00A0\u2000\u200A\u3000\nb", u"a<\t\u00A0\u2000\u200A\u3000>\nb"},
         {u"\\w+\\W\\D\\S", u"ab_9 xy", u"<ab_9 xy>"},
         {u"[\\b\\x00-\\x1F]", u"a\x08z\x1F", u"a<\x08>z<\x1F>"},
         {u"a{,2}{b}x{1,2", u"a{,2}{b}x{1,2", u"<a{,2}{b}x{1,2>"},
@@ -84,6 +85,8 @@ TEST(RegEx, MatchesAsPerlDoes) {
         {u"(?i)straSSe\u00C4\u0416", u"STRAsse\u00E4\u0436", u"<STRAsse\u00E4\u0436>"},
         {u"a(?i)b|c", u"aBC", u"<aB><C>"},
         {u"a(?i:b)c", u"aBcaBC", u"<aBc>aBC"},
+        {u"(?i)\u0178\u021A\u01A0[\u00FF-\u0100]", u"\u00FF\u021B\u01A1\u0178",
+         u"<\u00FF\u021B\u01A1\u0178>"},
         {u"(?i)[^a-c]+", u"ABCDx", u"ABC<Dx>"},
         {u"(?x) a b # comment\n [ ] \\ c", u"ab  c", u"<ab  c>"},
         {u"(?i-i)a(?#comment)b", u"AB ab", u"AB <ab>"},
@@ -146,6 +149,15 @@ TEST(RegEx, ReportsABadPattern) {
     EXPECT_THROW(clsRegEx{deep}, clsRegExError);
 }
 
+TEST(RegEx, TellsTheUnitsOfALargeClass) {
+    Text pattern = u"[";
+    for (char16_t unit = 0x3001; unit < 0x3081; unit += 2)
+        pattern += unit;
+    const clsRegEx odd(pattern + u"]");
+    for (char16_t unit = 0x2FF0; unit < 0x3090; ++unit)
+        EXPECT_EQ(odd.Matches(Text(1, unit)), unit > 0x3000 && unit < 0x3081 && unit % 2 != 0) << int{unit};
+}
+
 // The same rules in words of code.
 bool IsDevice(Text base) {
     for (char16_t& c : base)
@@ -201,6 +213,9 @@ TEST(RegEx, GivesUpOnWhatTakesForEver) {
     EXPECT_THROW(clsRegEx(u"((a{0,1000}){0,1000}){0,1000}b").Matches(as), clsRegExTooComplex);
     const Text longLiteral = Text(40000, u'a') + u"b" + Text(40000, u'a');
     EXPECT_THROW(clsRegEx(longLiteral).Matches(million), clsRegExTooComplex);
+    const Text nearlyLongRun = Text(59999, u'a') + u"b" + Text(59999, u'a');
+    EXPECT_THROW(clsRegEx(u"a{60000}?c").Matches(nearlyLongRun), clsRegExTooComplex);
+    EXPECT_TRUE(clsRegEx(u"^(a+)\\1b").Matches(Text(20000, u'a') + u"b")); // not too much for anyone
     Text groups = u"[a]b";
     for (int i = 0; i < 30000; ++i)
         groups += u"()";

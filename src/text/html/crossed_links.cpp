@@ -254,18 +254,21 @@ void clsCrossedLinks::TrimLabel(Index label) {
 // the place of the address's.
 void clsCrossedLinks::MergeIntoAddress(const scRound& round) {
     const scBlock before = blocks_[round.start.block];
-    const scBlock label = blocks_[round.label];
+    scBlock label = blocks_[round.label];
     scAddresses addresses;
     if (round.start.addressBefore != none)
         addresses = {before.addresses.first, round.start.addressBefore};
 
     pieces_[round.address.piece].start += linkAddress.size();
     pieces_[round.start.piece].end = round.start.at;
+    const Index beforeLast = LastFilled(round.start.piece, before.firstPiece);
+    label.firstPiece = FirstFilled(label.firstPiece, label.lastPiece);
+    label.lastPiece = LastFilled(label.lastPiece, label.firstPiece);
     const Index between = AddPiece(beforeAddress.data(), beforeAddress.data() + beforeAddress.size());
     Link(label.lastPiece, between);
     Link(between, round.address.piece);
-    Link(round.start.piece, label.firstPiece);
-    addresses = Join(addresses, AddressAcross(round.start.piece, label.firstPiece));
+    Link(beforeLast, label.firstPiece);
+    addresses = Join(addresses, AddressAcross(beforeLast, label.firstPiece));
     addresses = Join(addresses, label.addresses);
 
     scBlock& merged = blocks_[round.address.block];
@@ -274,6 +277,20 @@ void clsCrossedLinks::MergeIntoAddress(const scRound& round) {
     merged.firstPiece = before.firstPiece;
     merged.addresses = addresses;
     merged.addressed = addresses.last != none ? round.address.block : merged.below;
+}
+
+// Pieces that have become empty are left out where others are put behind or before them: in a row that
+// grows with each round they would all be walked over by the next.
+clsCrossedLinks::Index clsCrossedLinks::FirstFilled(Index piece, Index last) const {
+    while (piece != last && pieces_[piece].start == pieces_[piece].end)
+        piece = pieces_[piece].behind;
+    return piece;
+}
+
+clsCrossedLinks::Index clsCrossedLinks::LastFilled(Index piece, Index first) const {
+    while (piece != first && pieces_[piece].start == pieces_[piece].end)
+        piece = pieces_[piece].before;
+    return piece;
 }
 
 // A label that comes to stand behind other text may complete a href=" there; it gets a piece of its own.

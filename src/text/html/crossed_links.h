@@ -89,6 +89,8 @@ class clsCrossedLinks {
     void CutAddressEnd(const scRound& round);
     void TrimLabel(Index label);
     void MergeIntoAddress(const scRound& round);
+    Index FirstFilled(Index piece, Index last) const;
+    Index LastFilled(Index piece, Index first) const;
     void Link(Index before, Index behind);
     scAddresses Join(scAddresses before, scAddresses behind);
     scAddresses AddressAcross(Index before, Index behind);

@@ -15,6 +15,7 @@ void clsCharSet::Add(const clsCharSet& other) {
 }
 
 void clsCharSet::AddOtherCases() {
+    Merge(); // or a range that is named a thousand times would bring its letters a thousand times
     const std::size_t count = ranges_.size();
     for (std::size_t at = 0; at < count; ++at) {
         for (const scLetterPairs& pairs : UtilpLetterPairs()) {
@@ -63,7 +64,9 @@ void clsCharSet::Finish() {
         for (unsigned unit = range.first; unit <= range.last && unit < lowUnits; ++unit)
             low_[unit / 32] |= 1u << unit % 32;
     }
-    const std::size_t outside = 0x10000 - inside;
+    if (ranges_.size() > mostSearchedRanges)
+        FillBits();
+    const std::size_t outside = allUnits - inside;
     all_ = outside == 0;
     if (outside == 0 || outside > clsFewUnits::most)
         return;
@@ -79,7 +82,15 @@ void clsCharSet::Finish() {
     missing_ = clsFewUnits{units[0], units[1], units[2], units[3]};
 }
 
+void clsCharSet::FillBits() {
+    bits_.assign(allUnits, false);
+    for (const scRange range : ranges_)
+        std::fill(bits_.begin() + range.first, bits_.begin() + range.last + 1, true);
+}
+
 bool clsCharSet::HasHigh(char16_t unit) const {
+    if (!bits_.empty())
+        return bits_[unit];
     const auto behind = std::upper_bound(ranges_.begin(), ranges_.end(), unit,
                                          [](char16_t u, scRange range) { return u < range.first; });
     return behind != ranges_.begin() && unit <= std::prev(behind)->last;

@@ -34,12 +34,16 @@ class clsCharSet {
         char16_t last;
     };
     static constexpr unsigned lowUnits = 256;
+    static constexpr std::size_t allUnits = 0x10000;
+    static constexpr std::size_t mostSearchedRanges = 32;
 
+    void FillBits();
     bool HasHigh(char16_t unit) const;
     void Merge();
 
     std::vector<scRange> ranges_; // sorted and apart once merged
     std::array<std::uint32_t, lowUnits / 32> low_{};
+    std::vector<bool> bits_;             // by unit, when there are too many ranges to search them
     std::optional<clsFewUnits> missing_; // when the set lacks only a few units
     bool all_ = false;
 };

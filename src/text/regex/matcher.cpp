@@ -231,15 +231,17 @@ bool clsRegExMatcher::TakeSameAgain(const scRegExInstruction& instruction) {
     if (start == none || end == none)
         return false;
     const std::u16string_view group(text_ + start, end - start);
-    SpendOnUnits(group.size());
     if (static_cast<std::size_t>(end_ - here_) < group.size())
         return false;
     const bool ignoreCase = instruction.op == Op::sameAgainIgnoringCase;
-    if (!std::equal(group.begin(), group.end(), here_, [ignoreCase](char16_t a, char16_t b) {
+    const auto [differs, reached] =
+        std::mismatch(group.begin(), group.end(), here_, [ignoreCase](char16_t a, char16_t b) {
             return a == b || (ignoreCase && UtilpOtherCase(a) == b);
-        }))
+        });
+    SpendOnUnits(static_cast<std::size_t>(reached - here_));
+    if (differs != group.end())
         return false;
-    here_ += group.size();
+    here_ = reached;
     return true;
 }
 
@@ -251,9 +253,10 @@ bool clsRegExMatcher::TakeRun(const scRegExInstruction& instruction) {
     const Place shortest = here_ + instruction.least;
     const clsCharSet& set = program_.sets[instruction.operand];
     if (instruction.greed == RegExGreed::lazy) {
-        if (set.RunEnd(here_, shortest) != shortest)
+        const Place reached = set.RunEnd(here_, shortest);
+        SpendOnUnits(static_cast<std::size_t>(reached - here_));
+        if (reached != shortest)
             return false;
-        SpendOnUnits(instruction.least);
         here_ = shortest;
         return TakeShortest(instruction, limit);
     }

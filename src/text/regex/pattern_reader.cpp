@@ -26,8 +26,9 @@ bool IsLetterOrDigit(char16_t unit) {
 clsCharSet HorizontalBlanks() {
     clsCharSet set;
     set.Add(u'\t');
-    set.Add(u' ');
-    set.Add(0xA0);
+    for (const char16_t blank : {u' ', u'\u00A0', u'\u1680', u'\u202F', u'\u205F', u'\u3000'})
+        set.Add(blank);
+    set.Add(0x2000, 0x200A);
     return set;
 }
 
