@@ -27,7 +27,7 @@ bool PlatformResize(BSTR& string, std::size_t length) noexcept {
 }
 
 void PlatformShorten(BSTR& string, std::size_t length) noexcept {
-    if (SysStringLen(string) != length && !Set(string, string, length))
+    if (SysStringLen(string) != length && !Set(string, nullptr, length)) // null keeps the characters
         PlatformDiscard(string);
 }
 
