@@ -17,8 +17,8 @@ constexpr std::array<std::uint8_t, 0x80> digitValues = [] {
     std::array<std::uint8_t, 0x80> values{};
     values.fill(0xFF);
     for (std::uint8_t value = 0; value < 16; ++value) {
-        values[static_cast<std::size_t>("0123456789abcdef"[value])] = value;
-        values[static_cast<std::size_t>("0123456789ABCDEF"[value])] = value;
+        values[u"0123456789abcdef"[value]] = value;
+        values[u"0123456789ABCDEF"[value]] = value;
     }
     return values;
 }();

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <tvut22/heaps.h>
 
+#include <algorithm>
 #include <cstring>
 #include <random>
 #include <thread>
@@ -193,7 +194,7 @@ TEST_F(Heaps, ReportWhatIsLeft) {
     const UtilHeap heap = UtilHeapCreate(job, longName.c_str(), UTIL_HEAP_DEBUG);
     void* const freed = UtilHeapObjectAlloc(heap, 1, 0);
     char* const left = static_cast<char*>(UtilHeapObjectAlloc(heap, 70, UTIL_HEAP_ZERO));
-    std::memcpy(left, "text\x7f\x80 \n", 8);
+    std::copy_n("text\x7f\x80 \n", 8, left);
     UtilHeapObjectAlloc(heap, 5, UTIL_HEAP_NEVER_DEBUG);
     UtilHeapObjectFree(heap, freed);
     const Log log;
