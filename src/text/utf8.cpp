@@ -84,7 +84,7 @@ constexpr std::uint32_t replacement = 0xFFFD;
 
 // Takes the first character off a text that is not empty.
 std::uint32_t TakeCodePoint(std::u16string_view& text) {
-    const char16_t first = text.front();
+    const char16_t first = text.front(); // cppcheck-suppress containerOutOfBounds
     text.remove_prefix(1);
     if (first < 0xD800 || first > 0xDFFF)
         return first;

@@ -1,4 +1,4 @@
-// What embedded files and variants rest on: names that may come out of a profile, file specifications, the
+// What embedded files and variants rest on: names that may come out of a profile, file patterns, the
 // bytes of variants.
 #include "prof/file_name.h"
 #include "prof/file_pattern.h"

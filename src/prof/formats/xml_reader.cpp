@@ -41,8 +41,9 @@ class clsXmlParser {
         : lines_(lines), target_(target), tree_(target), xfdf_(lines, target) {}
 
     void Parse() {
+        constexpr unsigned withoutQuotes = itemBegin.size();
         const std::uint32_t endBefore = target_.End();
-        while (lines_.NextElement<itemBegin.size()>())
+        while (lines_.NextElement<withoutQuotes>())
             ParseLine(lines_.Line());
         if (inComment_)
             NoteOpenComment();
