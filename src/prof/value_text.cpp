@@ -1,5 +1,7 @@
 #include "prof/value_text.h"
 
+#include "text/digits.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -20,18 +22,6 @@ bool IsBlank(char16_t c) {
 
 bool IsDigit(char16_t c) {
     return c >= u'0' && c <= u'9';
-}
-
-template <unsigned base>
-unsigned DigitValue(char16_t c) {
-    if (IsDigit(c))
-        return c - u'0';
-    if constexpr (base == 16) {
-        const char16_t lower = c | 0x20;
-        if (lower >= u'a' && lower <= u'f')
-            return lower - u'a' + 10u;
-    }
-    return base;
 }
 
 // The C runtime rounds a tie away from zero where std::to_chars rounds it to even. With six decimals
@@ -111,8 +101,8 @@ bool clsValueScanner::Integer(Unsigned& number) {
     const char16_t* const first = next_;
     Unsigned value = 0;
     for (; next_ != end_; ++next_) {
-        const unsigned digit = DigitValue<base>(*next_);
-        if (digit == base)
+        const unsigned digit = UtilpDigitOf(*next_);
+        if (digit >= base)
             break;
         value = value * base + digit;
     }

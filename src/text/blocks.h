@@ -6,7 +6,6 @@
 
 #include "text/units.h"
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -21,19 +20,6 @@
 #endif
 
 namespace tvut {
-
-#ifdef TVUT_HAS_SSE2
-
-// Two bits a unit that equals one of another block.
-inline unsigned UtilpEqualUnits(__m128i a, __m128i b) {
-    return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(a, b)));
-}
-
-inline std::size_t UtilpFirstUnit(unsigned mask) {
-    return static_cast<std::size_t>(std::countr_zero(mask)) / 2;
-}
-
-#endif
 
 #ifdef TVUT_READS_BLOCKS
 

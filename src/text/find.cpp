@@ -20,8 +20,7 @@ bool Stands(const char16_t* place, std::u16string_view part) {
 #ifdef TVUT_HAS_SSE2
 
 unsigned EqualUnits(const char16_t* text, char16_t unit) {
-    return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(
-        _mm_loadu_si128(reinterpret_cast<const __m128i*>(text)), _mm_set1_epi16(static_cast<short>(unit)))));
+    return UtilpEqualUnits(UtilpLoadEight(text), _mm_set1_epi16(static_cast<short>(unit)));
 }
 
 // Which of eight places a part may stand at, by its first and last unit.
@@ -29,9 +28,6 @@ unsigned Candidates(const char16_t* text, std::u16string_view part) {
     return EqualUnits(text, part.front()) & EqualUnits(text + part.size() - 1, part.back());
 }
 
-const char16_t* FirstUnit(const char16_t* text, unsigned mask) {
-    return text + std::countr_zero(mask) / 2;
-}
 const char16_t* LastUnit(const char16_t* text, unsigned mask) {
     return text + (31 - std::countl_zero(mask)) / 2;
 }
@@ -64,7 +60,7 @@ const char16_t* UtilpFindFirst(const char16_t* text, const char16_t* end, std::u
 #ifdef TVUT_HAS_SSE2
     for (; places >= 8; places -= 8, text += 8) {
         for (unsigned hits = Candidates(text, part); hits != 0; hits &= hits - 1, hits &= hits - 1) {
-            const char16_t* const place = FirstUnit(text, hits); // two bits a unit
+            const char16_t* const place = text + UtilpFirstUnit(hits); // two bits a unit
             if (HasMiddle(place, part))
                 return place;
         }

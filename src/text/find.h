@@ -45,7 +45,7 @@ class clsFewUnits {
 inline const char16_t* UtilpFindAny(const char16_t* text, const char16_t* end, const clsFewUnits& units) {
 #ifdef TVUT_HAS_SSE2
     for (; end - text >= 8; text += 8) {
-        const unsigned marks = units.Marks(_mm_loadu_si128(reinterpret_cast<const __m128i*>(text)));
+        const unsigned marks = units.Marks(UtilpLoadEight(text));
         if (marks != 0)
             return text + std::countr_zero(marks) / 2;
     }

@@ -1,4 +1,5 @@
 // Masking and demasking: characters to references and back.
+#include "text/digits.h"
 #include "text/find.h"
 #include "text/html.h"
 #include "text/html/entities.h"
@@ -11,21 +12,6 @@
 namespace tvut {
 
 namespace {
-
-// The values of digits up to F; others have more than any base.
-constexpr std::array<std::uint8_t, 0x80> digitValues = [] {
-    std::array<std::uint8_t, 0x80> values{};
-    values.fill(0xFF);
-    for (std::uint8_t value = 0; value < 16; ++value) {
-        values[u"0123456789abcdef"[value]] = value;
-        values[u"0123456789ABCDEF"[value]] = value;
-    }
-    return values;
-}();
-
-unsigned DigitOf(char16_t unit) {
-    return unit < digitValues.size() ? digitValues[unit] : 0xFFu;
-}
 
 // What the C runtime makes of other things than plain digits: blanks, signs, a second 0x, digits of other
 // scripts. Nothing when the number does not end where the text does.
@@ -47,8 +33,8 @@ char16_t NumberedUnit(std::u16string_view digits) {
     unsigned number = 0;
     bool plain = true;
     for (const char16_t digit : digits) {
-        plain = plain && DigitOf(digit) < base;
-        number = number * base + DigitOf(digit);
+        plain = plain && UtilpDigitOf(digit) < base;
+        number = number * base + UtilpDigitOf(digit);
     }
     if (!plain)
         number = static_cast<unsigned>(RuntimeNumber(digits, static_cast<int>(base)).value_or(0));
@@ -57,9 +43,6 @@ char16_t NumberedUnit(std::u16string_view digits) {
 
 #ifdef TVUT_HAS_SSE2
 
-__m128i Load(const char16_t* text) {
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
-}
 void Store(char16_t* text, __m128i units) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(text), units);
 }
@@ -78,8 +61,8 @@ std::uint32_t Marks(__m128i first, __m128i second, char character) {
 class clsWindow {
   public:
     explicit clsWindow(const char16_t* window) {
-        const __m128i first = _mm_packus_epi16(Load(window), Load(window + 8));
-        const __m128i second = _mm_packus_epi16(Load(window + 16), Load(window + 24));
+        const __m128i first = _mm_packus_epi16(UtilpLoadEight(window), UtilpLoadEight(window + 8));
+        const __m128i second = _mm_packus_epi16(UtilpLoadEight(window + 16), UtilpLoadEight(window + 24));
         ampersands_ = Marks(first, second, '&');
         semicolons_ = Marks(first, second, ';');
     }
@@ -104,7 +87,7 @@ class clsWindow {
 // Writes two blocks, or four.
 void CopyInWindow(const char16_t* from, char16_t* to, unsigned count) {
     const auto copy = [&](unsigned at) {
-        const __m128i first = Load(from + at), second = Load(from + at + 8);
+        const __m128i first = UtilpLoadEight(from + at), second = UtilpLoadEight(from + at + 8);
         Store(to + at, first);
         Store(to + at + 8, second);
     };
@@ -200,7 +183,7 @@ class clsDemasker {
         std::ptrdiff_t at = 0;
 #ifdef TVUT_HAS_SSE2
         for (; at < count - 7; at += 8)
-            Store(out_ + at, Load(next_ + at));
+            Store(out_ + at, UtilpLoadEight(next_ + at));
 #endif
         for (; at < count; ++at)
             out_[at] = next_[at];

@@ -74,10 +74,7 @@ inline scLine UtilpScanLine(const char16_t* text) {
 }
 
 #ifdef TVUT_HAS_SSE2
-// Eight characters, or the four that are all there are, in the lower half.
-inline __m128i UtilpLoadEight(const char16_t* text) {
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
-}
+// Four characters, in the lower half.
 inline __m128i UtilpLoadFour(const char16_t* text) {
     return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(text));
 }

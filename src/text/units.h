@@ -5,6 +5,8 @@
 // and the standard library compares char16_t unit by unit.
 #pragma once
 
+#include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
@@ -33,6 +35,24 @@ inline std::uint32_t UtilpLoadPair(const char16_t* text) {
     return pair;
 }
 
+#ifdef TVUT_HAS_SSE2
+
+// Eight units that stand side by side.
+inline __m128i UtilpLoadEight(const char16_t* text) {
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
+}
+
+// Two bits a unit that equals one of another block.
+inline unsigned UtilpEqualUnits(__m128i a, __m128i b) {
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(a, b)));
+}
+
+inline std::size_t UtilpFirstUnit(unsigned mask) {
+    return static_cast<std::size_t>(std::countr_zero(mask)) / 2;
+}
+
+#endif
+
 // Asks for memory that will soon be read.
 inline void UtilpPrefetch([[maybe_unused]] const void* address) {
 #ifdef TVUT_HAS_SSE2
@@ -58,8 +78,7 @@ inline void UtilpCopy(char16_t* to, const char16_t* from, std::size_t length) {
     std::size_t at = 0;
 #ifdef TVUT_HAS_SSE2
     for (; at + 8 <= length; at += 8)
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at),
-                         _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + at)));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at), UtilpLoadEight(from + at));
 #endif
     for (; at + 2 <= length; at += 2) {
         const std::uint32_t pair = UtilpLoadPair(from + at);

@@ -1,9 +1,9 @@
 #include "prof/formats/xml_text.h"
 
+#include "text/digits.h"
 #include "text/input_text.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace tvut {
 
@@ -14,32 +14,18 @@ struct scNamedReference {
     std::u16string_view text;
 };
 
-// A line end comes back as CR LF, whichever kind it was.
+// A line end is written as one reference and comes back as CR LF, whichever kind it was.
 constexpr scNamedReference namedReferences[] = {
     {u"&cr;", u"\r\n"}, {u"&tab;", u"\t"}, {u"&lt;", u"<"},    {u"&gt;", u">"},
     {u"&amp;", u"&"},   {u"&apos;", u"'"}, {u"&quot;", u"\""},
 };
 
 std::u16string_view NamedReferenceFor(char16_t c) {
-    switch (c) {
-    case u'\r':
-    case u'\n':
-        return u"&cr;";
-    case u'\t':
-        return u"&tab;";
-    case u'<':
-        return u"&lt;";
-    case u'>':
-        return u"&gt;";
-    case u'&':
-        return u"&amp;";
-    case u'\'':
-        return u"&apos;";
-    case u'"':
-        return u"&quot;";
-    default:
-        return {};
+    for (const scNamedReference& named : namedReferences) {
+        if (named.text.find(c) != named.text.npos)
+            return named.reference;
     }
+    return {};
 }
 
 constexpr std::uint32_t lastCharacter = 0x10FFFF;
@@ -58,17 +44,6 @@ void AppendCharacter(std::u16string& text, std::uint32_t code) {
     }
 }
 
-std::optional<std::uint32_t> DigitOf(char16_t c, std::uint32_t base) {
-    std::uint32_t digit = base;
-    if (c >= u'0' && c <= u'9')
-        digit = c - u'0';
-    else if (c >= u'a' && c <= u'f')
-        digit = c - u'a' + 10u;
-    else if (c >= u'A' && c <= u'F')
-        digit = c - u'A' + 10u;
-    return digit < base ? std::optional(digit) : std::nullopt;
-}
-
 // Gives the length of the reference at the beginning of a text and appends what it stands for; 0 when
 // there is none. One of digits takes all of a text that holds no semicolon, and stands for nothing.
 std::size_t TakeNumericReference(std::u16string_view text, bool holdsSemicolon, std::u16string& buffer) {
@@ -80,10 +55,10 @@ std::size_t TakeNumericReference(std::u16string_view text, bool holdsSemicolon, 
     std::uint32_t code = 0;
     std::size_t at = first;
     for (; at < text.size(); ++at) {
-        const auto digit = DigitOf(text[at], base);
-        if (!digit)
+        const unsigned digit = UtilpDigitOf(text[at]);
+        if (digit >= base)
             break;
-        code = std::min(code * base + *digit, lastCharacter + 1);
+        code = std::min(code * base + digit, lastCharacter + 1);
     }
     if (at == first)
         return 0;

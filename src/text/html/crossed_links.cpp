@@ -10,9 +10,6 @@ namespace tvut {
 
 namespace {
 
-constexpr std::u16string_view beforeAddress = u" [";
-constexpr std::u16string_view behindAddress = u"]";
-
 bool EndsWith(const char16_t* text, const char16_t* end, std::u16string_view part) {
     return static_cast<std::size_t>(end - text) >= part.size() &&
            std::equal(part.begin(), part.end(), end - part.size());

@@ -100,7 +100,7 @@ constexpr std::uint32_t bytesOfHigh[] = {0, 0, 0, 0, 0, 0xFF, 0xFFFF, 0xFFFFFF, 
 
 // Units of no name give bytes of none: 0, or 0x80 and more.
 scEntityKey KeyOfEightUnits(const char16_t* name, std::size_t length) {
-    const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(name));
+    const __m128i units = UtilpLoadEight(name);
     const __m128i bytes = _mm_packus_epi16(units, units);
     return {static_cast<std::uint32_t>(_mm_cvtsi128_si32(bytes)) & bytesOfLow[length],
             static_cast<std::uint32_t>(_mm_cvtsi128_si32(_mm_srli_si128(bytes, 4))) & bytesOfHigh[length],

@@ -91,7 +91,7 @@ class clsFinish {
     void PutPlainBlocks() {
 #ifdef TVUT_HAS_SSE2
         for (; end_ - next_ >= 8; next_ += 8, out_ += 8) {
-            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(next_));
+            const __m128i block = UtilpLoadEight(next_);
             const unsigned blanks = clsFewUnits{u' ', noBreakSpace}.Marks(block);
             const unsigned others = clsFewUnits{u'\r', u'\n', openQuote, closeQuote}.Marks(block);
             const unsigned behindBlanks = blanks << 2 | (afterBlank_ ? 3u : 0u);

@@ -40,7 +40,6 @@ const char16_t* FindLastStart(const char16_t* text, const char16_t* end) {
 
 // A link's label and address change places. In one memory, what is put first may hit the label.
 void PutLink(const scLink& link, clsBackwardText& result) {
-    constexpr std::u16string_view beforeAddress = u" [", behindAddress = u"]";
     std::u16string kept;
     std::u16string_view label = link.Label();
     const std::size_t first = beforeAddress.size() + link.Address().size() + behindAddress.size();

@@ -43,10 +43,6 @@ char16_t* PutExact(char16_t unit, char16_t* result) {
 
 #ifdef TVUT_HAS_SSE2
 
-__m128i Load(const char16_t* text) {
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
-}
-
 bool IsAscii(__m128i units) {
     return _mm_movemask_epi8(_mm_cmpeq_epi16(_mm_srli_epi16(units, 7), _mm_setzero_si128())) == 0xFFFF;
 }
@@ -83,7 +79,7 @@ std::size_t UtilpMaskedRunLength(const char16_t* text, const char16_t* end) {
     auto length = static_cast<std::size_t>(end - text);
 #ifdef TVUT_HAS_SSE2
     for (; end - text >= 16; text += 16) {
-        const __m128i first = Load(text), second = Load(text + 8);
+        const __m128i first = UtilpLoadEight(text), second = UtilpLoadEight(text + 8);
         if (IsAscii(_mm_or_si128(first, second))) {
             length += GrowthOf(first, second);
             continue;
@@ -101,7 +97,7 @@ char16_t* UtilpMaskRun(const char16_t* text, const char16_t* end, char16_t* resu
 #ifdef TVUT_HAS_SSE2
     constexpr std::ptrdiff_t mostOfBlock = 8 * longestReference;
     for (; end - text >= 8 && resultEnd - result >= mostOfBlock; text += 8) {
-        const __m128i block = Load(text);
+        const __m128i block = UtilpLoadEight(text);
         if (IsPlain(block)) {
             _mm_storeu_si128(reinterpret_cast<__m128i*>(result), block);
             result += 8;

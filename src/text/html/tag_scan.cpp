@@ -68,7 +68,7 @@ class clsTagScan {
     void PutPlainBlocks() {
 #ifdef TVUT_HAS_SSE2
         for (; end_ - next_ >= 8; next_ += 8, out_ += 8) {
-            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(next_));
+            const __m128i block = UtilpLoadEight(next_);
             const unsigned blanks = clsFewUnits{u' ', noBreakSpace}.Marks(block);
             const unsigned others = clsFewUnits{brackets.open, u'\r', u'\n', u'\t'}.Marks(block);
             const unsigned behindBlanks = blanks << 2 | (afterBlank_ ? 3u : 0u);
@@ -106,7 +106,7 @@ class clsTagScan {
         const char16_t* at = next_;
 #ifdef TVUT_HAS_SSE2
         if (end_ - next_ >= 8) {
-            const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(next_));
+            const __m128i block = UtilpLoadEight(next_);
             const unsigned ends = clsFewUnits{brackets.close, u' ', noBreakSpace, u'\r'}.Marks(block) |
                                   clsFewUnits{u'\n', u'\t'}.Marks(block);
             if (ends != 0)

@@ -80,14 +80,10 @@ constexpr Key KeyOf(Name name) {
 
 #ifdef TVUT_HAS_SSE2
 
-__m128i Load(const char16_t* text) {
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
-}
-
 // The same with as many units behind the name as fill it.
 Key LongKeyOf(std::u16string_view name) {
     const __m128i places = _mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
-    const __m128i bytes = _mm_packus_epi16(Load(name.data()), Load(name.data() + 8));
+    const __m128i bytes = _mm_packus_epi16(UtilpLoadEight(name.data()), UtilpLoadEight(name.data() + 8));
     const __m128i upper = _mm_and_si128(_mm_cmpgt_epi8(bytes, _mm_set1_epi8('A' - 1)),
                                         _mm_cmplt_epi8(bytes, _mm_set1_epi8('Z' + 1)));
     const __m128i lower = _mm_or_si128(bytes, _mm_and_si128(upper, _mm_set1_epi8(0x20)));

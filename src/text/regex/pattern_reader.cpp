@@ -1,5 +1,6 @@
 #include "text/regex/pattern_reader.h"
 
+#include "text/digits.h"
 #include "text/regex.h"
 
 #include <algorithm>
@@ -8,15 +9,7 @@ namespace tvut {
 
 namespace {
 
-constexpr unsigned notADigit = 99;
 constexpr unsigned largestNumber = 1'000'000; // and what larger ones are read as
-
-unsigned DigitOf(char16_t unit) {
-    if (unit >= u'0' && unit <= u'9')
-        return unit - u'0';
-    const auto lower = static_cast<char16_t>(unit | 0x20);
-    return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10u : notADigit;
-}
 
 bool IsLetterOrDigit(char16_t unit) {
     const auto lower = static_cast<char16_t>(unit | 0x20);
@@ -110,8 +103,8 @@ bool clsPatternReader::Take(std::u16string_view text) {
 std::optional<unsigned> clsPatternReader::TakeNumber(unsigned base, std::size_t mostDigits) {
     unsigned number = 0;
     std::size_t digits = 0;
-    for (; digits < mostDigits && !AtEnd() && DigitOf(Peek()) < base; ++digits)
-        number = std::min(number * base + DigitOf(Next()), largestNumber);
+    for (; digits < mostDigits && !AtEnd() && UtilpDigitOf(Peek()) < base; ++digits)
+        number = std::min(number * base + UtilpDigitOf(Next()), largestNumber);
     return digits != 0 ? std::optional(number) : std::nullopt;
 }
 
