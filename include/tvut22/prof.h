@@ -32,6 +32,9 @@
  * Ownership The library copies every text it is given and never keeps a caller's pointer.
  * Threads   A job and its lists are used by one thread at a time; different jobs by any threads at
  *           once. ProfJobAddRef and ProfJobClose may be called from any thread.
+ * Callbacks A callback, and a stream that a call is given, returns from each of its calls. One that leaves
+ *           by longjmp or an exception leaves the library's call unfinished: the job stays usable, but is
+ *           never freed.
  * Memory    When memory runs out a call returns its failure value (Append and Set report nothing) and
  *           leaves the profile as it was, apart from lists that its path has created by then.
  */
@@ -300,7 +303,7 @@ typedef BOOL(TVUT22_CALL* ProfEnumCallbackW)(ProfJob job, const wchar_t* name, c
 
 /* Walks the entries of one list in order, without entering the lists it holds.
  * Result: 1 when every entry was visited, also for an empty list; 0 when the callback stopped the
- * walk, or for an invalid job, list or callback. */
+ * walk, for an invalid job, list or callback, or when memory runs out. */
 TVUT22_API BOOL TVUT22_CALL ProfEnumA(ProfJob job, ProfList list, ProfEnumCallbackA callback, UINT_PTR user);
 TVUT22_API BOOL TVUT22_CALL ProfEnumW(ProfJob job, ProfList list, ProfEnumCallbackW callback, UINT_PTR user);
 

@@ -295,28 +295,39 @@ void clsTree::FreeList(clsItemList* list) noexcept {
 
 // ---- Walks ------------------------------------------------------------------------------------
 
-clsTree::clsWalk::clsWalk(clsItemList& list) : tree_(*list.Tree()), list_(&list), next_(tree_.walks_) {
-    tree_.walks_ = this;
+clsTree::clsWalk::clsWalk(clsItemList& list)
+    : tree_(*list.Tree()), state_(new (tree_.slab_.Allocate(sizeof(scWalkState)))
+                                      scWalkState{&list, tree_.walks_}) {
+    tree_.walks_ = state_;
 }
 
+// Walks end in any order: one whose caller never came back stays behind.
 clsTree::clsWalk::~clsWalk() {
-    tree_.walks_ = next_;
-    if (list_)
-        tree_.Close(*list_);
+    scWalkState** link = &tree_.walks_;
+    while (*link != state_)
+        link = &(*link)->next;
+    *link = state_->next;
+    if (state_->list)
+        tree_.Close(*state_->list);
+    tree_.slab_.Free(state_, sizeof(scWalkState));
+}
+
+clsItemList* clsTree::clsWalk::List() const {
+    return state_->list;
 }
 
 bool clsTree::IsWalked(const clsItemList& list) const noexcept {
-    for (const clsWalk* walk = walks_; walk; walk = walk->next_) {
-        if (walk->list_ == &list)
+    for (const scWalkState* walk = walks_; walk; walk = walk->next) {
+        if (walk->list == &list)
             return true;
     }
     return false;
 }
 
 void clsTree::EndWalks(const clsItemList& list) noexcept {
-    for (clsWalk* walk = walks_; walk; walk = walk->next_) {
-        if (walk->list_ == &list)
-            walk->list_ = nullptr;
+    for (scWalkState* walk = walks_; walk; walk = walk->next) {
+        if (walk->list == &list)
+            walk->list = nullptr;
     }
 }
 

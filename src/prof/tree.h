@@ -20,6 +20,8 @@ class IclsValueWriter {
 };
 
 class clsTree {
+    struct scWalkState;
+
   public:
     explicit clsTree(bool pooling) : texts_(slab_, pooling), root_(this, nullptr, 0) {}
     clsTree(const clsTree&) = delete;
@@ -51,26 +53,29 @@ class clsTree {
     void Copy(clsItemList& destination, clsItemList& source);
 
     // A walk over one list during which a caller's code runs: while it lasts, positions hold, and
-    // List() turns null when the list is emptied or deleted.
+    // List() turns null when the list is emptied or deleted. What the tree knows of it stands in the
+    // tree's memory: a caller's code that never returns takes the frame of the walk with it.
     class clsWalk {
       public:
-        explicit clsWalk(clsItemList& list);
+        explicit clsWalk(clsItemList& list); // throws std::bad_alloc
         clsWalk(const clsWalk&) = delete;
         clsWalk& operator=(const clsWalk&) = delete;
         ~clsWalk();
-        clsItemList* List() const { return list_; }
+        clsItemList* List() const;
 
       private:
-        friend class clsTree;
         clsTree& tree_;
-        clsItemList* list_;
-        clsWalk* next_;
+        scWalkState* state_;
     };
 
     clsTextStore& Texts() { return texts_; }
 
   private:
     class clsTextHolder;
+    struct scWalkState {
+        clsItemList* list;
+        scWalkState* next;
+    };
 
     clsItem& NewEntry(clsItemList& list);
     void Added(clsItemList& list) noexcept;
@@ -92,7 +97,7 @@ class clsTree {
     clsSlab slab_;
     clsTextStore texts_;
     clsItemList root_;
-    clsWalk* walks_ = nullptr;
+    scWalkState* walks_ = nullptr;
 };
 
 } // namespace tvut

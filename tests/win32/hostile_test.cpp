@@ -2,6 +2,8 @@
 #include "support/files.h"
 #include "support/text_calls.h"
 
+#include <csetjmp>
+
 namespace testing_prof {
 namespace {
 
@@ -114,6 +116,35 @@ TEST(Long, ThreeMillionItemsInOneList) {
     EXPECT_EQ(entriesOf(copy), kItems);
     ProfEmptyList(copy, 0);
     EXPECT_EQ(entriesOf(copy), 0);
+}
+
+std::jmp_buf afterTheWalk;
+
+BOOL TVUT22_CALL leave(ProfJob, const wchar_t*, const wchar_t*, ProfList, UINT_PTR) {
+    std::longjmp(afterTheWalk, 1);
+}
+
+[[gnu::noinline]] void beginAWalk(ProfJob job, ProfList list) {
+    if (!setjmp(afterTheWalk))
+        ProfEnumW(job, list, leave, 0);
+}
+
+// Puts what a walk would hold where the frames of the abandoned one stood.
+[[gnu::noinline]] bool deleteOverDeadFrames(ProfJob job, ProfList list) {
+    volatile ProfList frames[4096];
+    for (auto& word : frames)
+        word = list;
+    ProfDeleteListW(job, list, nullptr);
+    return std::all_of(std::begin(frames), std::end(frames), [=](ProfList word) { return word == list; });
+}
+
+TEST(Callbacks, ThatNeverReturnLeaveNothingBehindInTheirFrames) {
+    const Job job(L"L{a=1;}k=1;");
+    const ProfList list = ProfGetListW(job, 0, L"L");
+    beginAWalk(job, list);
+    beginAWalk(job, 0);
+    EXPECT_TRUE(deleteOverDeadFrames(job, list));
+    EXPECT_EQ(describe(job), L"k=1;");
 }
 
 TYPED_TEST(Hostile, EveryTextArgumentTakesEveryText) {
