@@ -21,26 +21,24 @@ constexpr std::u16string_view entryName = u"File.Entry";
 constexpr std::u16string_view nameItem = u"Name";
 constexpr std::u16string_view contentsItem = u"Contents";
 
-// Ends where there are more bytes than can be read again.
+void RequireFit(std::uint64_t bytes) {
+    if (bytes > largestUnfoldedBytes)
+        throw clsException("more bytes than a text of a profile can hold");
+}
+
+// Fails where there are more bytes than can be read again, whatever size the source tells.
 class clsLimitedSource final : public clsByteSource {
   public:
-    explicit clsLimitedSource(clsByteSource& source) : source_(source) {
-        Require(source_.SizeHint() <= largestUnfoldedBytes);
-    }
+    explicit clsLimitedSource(clsByteSource& source) : source_(source) {}
     std::uint64_t SizeHint() override { return source_.SizeHint(); }
     std::size_t Read(void* buffer, std::size_t bytes) override {
         const std::size_t read = source_.Read(buffer, bytes);
         all_ += read;
-        Require(all_ <= largestUnfoldedBytes);
+        RequireFit(all_);
         return read;
     }
 
   private:
-    static void Require(bool fits) {
-        if (!fits)
-            throw clsException("more bytes than a text of a profile can hold");
-    }
-
     clsByteSource& source_;
     std::uint64_t all_ = 0;
 };
@@ -137,6 +135,7 @@ clsPackedBytes ProfpPackFile(const std::u16string& file, std::u16string_view key
     if (!handle)
         throw clsException("file cannot be opened");
     clsFileSource source(handle.Get());
+    RequireFit(source.SizeHint());
     return ProfpPackBytes(source, key);
 }
 

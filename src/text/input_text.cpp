@@ -78,7 +78,10 @@ void clsInputText::Fill() {
 void clsInputText::ReadAll() {
     if (!source_)
         return;
-    Reserve(static_cast<std::size_t>(std::min<std::uint64_t>(source_->SizeHint(), largestReserve)) + 1);
+    try {
+        Reserve(static_cast<std::size_t>(std::min<std::uint64_t>(source_->SizeHint(), largestReserve)) + 1);
+    } catch (const std::bad_alloc&) { // the source may be far smaller than it says
+    }
     for (Fill(); source_; Fill())
         Reserve(capacity_ * 2);
 }

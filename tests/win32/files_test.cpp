@@ -83,6 +83,18 @@ TYPED_TEST(Files, ResultsComeInOrder) {
     EXPECT_EQ(textOf(job, L"none"), L"<none>");
 }
 
+TEST(Streams, MayClaimAnySize) {
+    const std::wstring value(300000, L'v');
+    for (const uint64_t claimed : {uint64_t{0}, uint64_t{1}, uint64_t{1} << 31, ~uint64_t{0}}) {
+        PieceStream stream(random(1000), 100), text("[/]\na=" + Bytes(300000, 'v'), 50000);
+        stream.claimedSize = text.claimedSize = claimed;
+        const Job job;
+        ProfAppendStreamW(job, 0, L"b", nullptr, &stream);
+        EXPECT_EQ(bytesOf<Form<wchar_t>>(job, L"b", L""), stream.data) << claimed;
+        EXPECT_EQ(textOf(Job(ProfJobOpenStream(&text)), L"a"), value) << claimed;
+    }
+}
+
 TEST(Streams, MayChangeTheProfileWhileTheyAreUsed) {
     const Job job(L"L{}b=YWJj;");
     const ProfList list = ProfGetListW(job, 0, L"L");
