@@ -51,7 +51,7 @@ void DeleteByHandle(ProfJob handle, ProfList listHandle) {
     if (!job)
         return;
     if (!listHandle)
-        ProfpRemoveFirstItem(job->Tree());
+        job->Tree().RemoveFirstItem();
     else if (clsItemList* const list = FromHandle(*job, listHandle))
         ProfpRemoveList(*list);
 }

@@ -46,6 +46,9 @@ class clsTree {
     // Removes the entry at a position, with what is in it.
     void RemoveAt(clsItemList& list, std::uint32_t position) noexcept;
 
+    // Removes the first item of a walk over the whole tree, lists entered where they stand.
+    void RemoveFirstItem() noexcept;
+
     void Empty(clsItemList& list) noexcept;
 
     // Appends copies of the entries that source holds when the call begins. The source may be of
@@ -90,6 +93,7 @@ class clsTree {
     void DropIndex(clsItemList& list) noexcept;
     bool IsWalked(const clsItemList& list) const noexcept;
     void EndWalks(const clsItemList& list) noexcept;
+    bool FindFirstItem() noexcept;
     void ReleaseEntries(clsItemList& list) noexcept;
     void DestroyList(clsItemList* list) noexcept;
     void FreeList(clsItemList* list) noexcept;
@@ -98,6 +102,13 @@ class clsTree {
     clsTextStore texts_;
     clsItemList root_;
     scWalkState* walks_ = nullptr;
+
+    // A place that the walk over the whole tree reaches before any item: where the last one was removed.
+    struct scPlace {
+        clsItemList* list;
+        std::uint32_t position;
+    };
+    scPlace beforeItems_{&root_, 0};
 };
 
 } // namespace tvut
