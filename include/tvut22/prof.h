@@ -395,7 +395,7 @@ TVUT22_API void TVUT22_CALL ProfSetColorrefW(ProfJob job, ProfList list, const w
  *
  * buffer        receives at most size - 1 characters (A: bytes; never half a character of UTF-8 or of a
  *               code page of one or two bytes a character) and a NUL;
- *               may be null to ask for the length only.
+ *               may be null to ask for the length only, and may be what path points to.
  * size          of the buffer in characters (A: bytes); with 0 nothing is written, but for the NUL of
  *               a null default.
  * defaultValue  what the buffer receives when there is no such item; null is the empty text. May be

@@ -26,6 +26,12 @@ const clsItem* Find(clsProfJob& job, ProfList listHandle, const Char* path) {
     return list && path ? ProfpFindItem(*list, clsTextArgument<Char>(path).View()) : nullptr;
 }
 
+// A path that cannot be converted names nothing.
+template <class Char>
+const clsItem* FindGuarded(clsProfJob& job, ProfList listHandle, const Char* path) {
+    return UtilpGuard(static_cast<const clsItem*>(nullptr), [&] { return Find(job, listHandle, path); });
+}
+
 // ---- Into a caller's buffer -----------------------------------------------------------------------
 
 void Fill(wchar_t* buffer, UINT size, std::wstring_view text) {
@@ -59,17 +65,16 @@ void FillWithDefault(Char* buffer, UINT size, const Char* defaultValue) {
         Fill(buffer, size, std::basic_string_view<Char>(defaultValue));
 }
 
+// The item is found before anything is written: its path may stand in the buffer.
 template <class Char>
 INT GetString(ProfJob handle, ProfList listHandle, const Char* path, Char* buffer, UINT size,
               const Char* defaultValue) {
-    FillWithDefault(buffer, size, defaultValue);
     clsProfJob* const job = FromHandle(handle);
-    if (!job)
-        return PROF_OK;
     return UtilpGuard(PROF_NOT_FOUND, [&]() -> INT {
-        const clsItem* const item = Find(*job, listHandle, path);
+        const clsItem* const item = job ? FindGuarded(*job, listHandle, path) : nullptr;
+        FillWithDefault(buffer, size, defaultValue);
         if (!item)
-            return PROF_NOT_FOUND;
+            return job ? PROF_NOT_FOUND : PROF_OK;
         if (buffer && size != 0)
             FillFromStored(buffer, size, item->Value());
         return static_cast<INT>(item->Value().size());

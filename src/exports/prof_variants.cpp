@@ -23,7 +23,7 @@ void Add(AddItem add, ProfJob handle, ProfList listHandle, const wchar_t* path, 
     });
 }
 
-// out, which may be null, is empty unless the text is a variant.
+// out, which may be null, is empty unless the text is a variant. The text may stand where out is.
 INT Parse(std::u16string_view text, VARIANT* out) {
     return UtilpGuard(PROF_NOT_PARSED, [&] {
         clsVariant value;
@@ -34,9 +34,10 @@ INT Parse(std::u16string_view text, VARIANT* out) {
     });
 }
 
-void Empty(VARIANT* out) {
-    if (out)
+INT EmptyUnlessRead(INT result, VARIANT* out) {
+    if (out && result != PROF_OK)
         VariantInit(out);
+    return result;
 }
 
 } // namespace
@@ -52,14 +53,12 @@ INT TVUT22_CALL ProfGetVariant(ProfJob handle, ProfList listHandle, const wchar_
     clsProfJob* const job = FromHandle(handle);
     if (!job)
         return PROF_OK;
-    Empty(out);
     clsItemList* const list = FromHandle(*job, listHandle);
     const clsItem* const item =
         list && path ? ProfpFindItem(*list, FromWide(std::wstring_view(path))) : nullptr;
-    return item && !item->Value().empty() ? Parse(item->Value(), out) : PROF_NOT_FOUND;
+    return EmptyUnlessRead(item && !item->Value().empty() ? Parse(item->Value(), out) : PROF_NOT_FOUND, out);
 }
 
 INT TVUT22_CALL ProfGetVariantFromContents(const wchar_t* text, VARIANT* out) {
-    Empty(out);
-    return text ? Parse(FromWide(std::wstring_view(text)), out) : PROF_NOT_PARSED;
+    return EmptyUnlessRead(text ? Parse(FromWide(std::wstring_view(text)), out) : PROF_NOT_PARSED, out);
 }
