@@ -35,6 +35,12 @@
  * Callbacks A callback, and a stream that a call is given, returns from each of its calls. One that leaves
  *           by longjmp or an exception leaves the library's call unfinished: the job stays usable, but is
  *           never freed.
+ * Reasons   When a call that opens, saves, or works with a file, a stream or the clipboard fails, the
+ *           thread's last error (GetLastError) is the system's reason. What the library finds itself is
+ *           ERROR_INVALID_NAME (no file can have this name), ERROR_INVALID_DATA (contents that cannot be
+ *           parsed or decoded), ERROR_FILE_TOO_LARGE, ERROR_NOT_ENOUGH_MEMORY, ERROR_INVALID_PARAMETER (a
+ *           null argument, no list), ERROR_NOT_FOUND (no profile on the clipboard). A stream's HRESULT is
+ *           translated, or ERROR_READ_FAULT or ERROR_WRITE_FAULT.
  * Memory    When memory runs out a call returns its failure value (Append and Set report nothing) and
  *           leaves the profile as it was, apart from lists that its path has created by then.
  */
@@ -521,7 +527,8 @@ TVUT22_API INT TVUT22_CALL ProfGetVariantFromContents(const wchar_t* text, VARIA
  *           may change the profile while it is read.
  * fileName  a file, opened as by ProfJobOpen: while it is locked, for up to 10 seconds.
  *
- * Nothing is appended when the source fails, is too large or memory runs out.
+ * Nothing is appended when the source fails, is too large or memory runs out: GetLastError tells why. It is
+ * ERROR_SUCCESS when the item was appended.
  */
 TVUT22_API void TVUT22_CALL ProfAppendStreamA(ProfJob job, ProfList list, const char* path, const char* key,
                                               IStream* stream);
@@ -581,9 +588,10 @@ TVUT22_API INT TVUT22_CALL ProfAppendFilesW(ProfJob job, ProfList list, const wc
  * more than a name is refused: one with a separator, drive or stream (\ / :), "." and "..", a character
  * that no name may hold, a blank or dot at its end, a device.
  *
- * Result  PROF_OK when every entry was written; PROF_SAVE_FAILED when the folder could not be made or an
- *         entry was skipped: each is told of by a diagnostic line and keeps none of the others from
- *         being written; PROF_NOT_FOUND for an invalid list.
+ * Result  PROF_OK when every entry was written; PROF_SAVE_FAILED when the folder could not be made, which
+ *         ends the call, or an entry was skipped: each is told of by a diagnostic line and keeps none of the
+ *         others from being written, and GetLastError tells of the last one; PROF_NOT_FOUND for an invalid
+ *         list.
  */
 TVUT22_API INT TVUT22_CALL ProfExtractFilesA(ProfJob job, ProfList list, const char* folder, const char* key);
 TVUT22_API INT TVUT22_CALL ProfExtractFilesW(ProfJob job, ProfList list, const wchar_t* folder,

@@ -1,6 +1,7 @@
 // From the handles of the public interface to what stands behind them, and back.
 #pragma once
 
+#include "exports/reason_guard.h"
 #include "prof/job.h"
 
 #include <tvut22/prof.h>
@@ -25,6 +26,16 @@ inline clsItemList* FromHandle(clsProfJob& job, ProfList handle) {
         return &job.Tree().Root();
     auto* const list = reinterpret_cast<clsItemList*>(handle);
     return list->Tree() == &job.Tree() ? list : nullptr;
+}
+
+// Calls the body of an export that opens a job. The thread's last error tells why one has no memory for the
+// job, or why the job was not filled.
+template <class Body>
+ProfJob OpenWithReason(Body&& body) {
+    clsProfJob* const job = UtilpGuardWithReason(static_cast<clsProfJob*>(nullptr), std::forward<Body>(body));
+    if (job && job->Error() != profResult::ok)
+        SetLastError(job->Reason());
+    return ToHandle(job);
 }
 
 // A job that lives at least as long as a call that calls the caller back, whatever is closed there.

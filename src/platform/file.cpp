@@ -28,9 +28,14 @@ DWORD RetryWhileShared(ULONGLONG patience, Attempt attempt) {
     }
 }
 
+[[noreturn]] void Fail(const char* what) {
+    const DWORD error = GetLastError(); // before anything else asks the system
+    throw clsException(what, error);
+}
+
 void Require(BOOL succeeded, const char* what) {
     if (!succeeded)
-        throw clsException(what);
+        Fail(what);
 }
 
 void MoveTo(HANDLE file, std::uint64_t position) {
@@ -49,8 +54,10 @@ void WriteAll(HANDLE file, const void* data, std::size_t bytes) {
     const char* next = static_cast<const char*>(data);
     while (bytes != 0) {
         DWORD written = 0;
-        Require(WriteFile(file, next, static_cast<DWORD>(bytes), &written, nullptr) && written != 0,
+        Require(WriteFile(file, next, static_cast<DWORD>(bytes), &written, nullptr),
                 "file cannot be written");
+        if (written == 0)
+            throw clsException("file takes no bytes", reason::writeFault);
         next += written;
         bytes -= written;
     }
@@ -75,12 +82,15 @@ clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, DWO
     return file;
 }
 
-bool PlatformMakeFolder(const char16_t* name) {
+DWORD PlatformMakeFolder(const char16_t* name) {
     const std::wstring path = PlatformLongPath(ToWide(name));
     if (CreateDirectoryW(path.c_str(), nullptr))
-        return true;
+        return ERROR_SUCCESS;
+    const DWORD error = GetLastError();
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    const bool isThere =
+        attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return isThere ? ERROR_SUCCESS : error;
 }
 
 // ---- Reading ----------------------------------------------------------------------------------
@@ -199,9 +209,9 @@ DWORD PutInPlace(const std::wstring& target, const std::wstring& temporary) {
 
 clsReplacingSink::clsReplacingSink(const char16_t* target) : target_(PlatformLongPath(ToWide(target))) {
     targetExists_ = GetFileAttributesExW(target_.c_str(), GetFileExInfoStandard, &targetData_);
-    Require(!targetExists_ ||
-                !(targetData_.dwFileAttributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)),
-            "file is read-only or a folder");
+    if (targetExists_ &&
+        (targetData_.dwFileAttributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)))
+        throw clsException("file is read-only or a folder", reason::accessDenied);
     file_ = MakeTemporary(FolderOf(target_), temporary_);
     Require(static_cast<bool>(file_), "temporary file cannot be made");
 }
@@ -224,7 +234,8 @@ void clsReplacingSink::Finish() {
     written_ = true;
     file_.Reset();
     const DWORD error = RetryWhileShared(replacePatience, [&] { return PutInPlace(target_, temporary_); });
-    Require(error == ERROR_SUCCESS, "file cannot be replaced");
+    if (error != ERROR_SUCCESS)
+        throw clsException("file cannot be replaced", error);
     written_ = false;
 }
 

@@ -24,8 +24,8 @@ constexpr scOpenMode openToHold{GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, O
 // failure the result is none and error tells why.
 clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, DWORD& error);
 
-// Makes a folder; one that is there already will do.
-bool PlatformMakeFolder(const char16_t* name);
+// Makes a folder; one that is there already will do. Gives the system's error, 0 for success.
+DWORD PlatformMakeFolder(const char16_t* name);
 
 // The contents of an open file from its beginning.
 class clsFileSource final : public clsByteSource {

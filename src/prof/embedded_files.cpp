@@ -23,7 +23,7 @@ constexpr std::u16string_view contentsItem = u"Contents";
 
 void RequireFit(std::uint64_t bytes) {
     if (bytes > largestUnfoldedBytes)
-        throw clsException("more bytes than a text of a profile can hold");
+        throw clsException("more bytes than a text of a profile can hold", reason::tooLarge);
 }
 
 // Fails where there are more bytes than can be read again, whatever size the source tells.
@@ -71,15 +71,14 @@ void AppendEntry(clsItemList& list, std::u16string_view name, const clsPackedByt
     }
 }
 
-bool AppendFile(clsItemList& list, const std::u16string& folder, const std::u16string& name,
+void AppendFile(clsItemList& list, const std::u16string& folder, const std::u16string& name,
                 std::u16string_view key) {
     const std::u16string file = folder + name;
     try {
         AppendEntry(list, name, ProfpPackFile(file, key));
-        return true;
     } catch (const clsException&) {
         Tell(u"ProfAppendFiles: ", file, u" could not be read");
-        return false;
+        throw;
     }
 }
 
@@ -107,18 +106,20 @@ std::vector<std::u16string> FilesOf(const scFilePattern& pattern) {
 
 // ---- Out of the profile -------------------------------------------------------------------------
 
-bool ExtractEntry(clsItemList& entry, const std::u16string& folder, std::u16string_view key) {
+void ExtractEntry(clsItemList& entry, const std::u16string& folder, std::u16string_view key) {
     const clsItem* const name = entry.FindItem(scName(nameItem));
     if (!name || name->Value().empty()) {
         clsDiagnosticLine().Put(u"ProfExtractFiles:\"Filename=\" not found").Write();
-        return false;
+        throw clsException("file entry without a name");
     }
     const std::u16string file = folder + std::u16string(name->Value());
     const clsItem* const contents = entry.FindItem(scName(contentsItem));
-    if (contents && ProfpIsBareFileName(name->Value()))
+    const bool isBareName = ProfpIsBareFileName(name->Value());
+    if (contents && isBareName)
         return ProfpWriteFile(file, contents->Value(), key);
     Tell({}, file, u" could not be created");
-    return false;
+    throw clsException("file entry with another name than a file's, or without contents",
+                       isBareName ? reason::invalidData : reason::invalidName);
 }
 
 } // namespace
@@ -129,11 +130,11 @@ clsPackedBytes ProfpPackBytes(clsByteSource& source, std::u16string_view key) {
 }
 
 clsPackedBytes ProfpPackFile(const std::u16string& file, std::u16string_view key) {
-    DWORD error = 0;
+    DWORD error = reason::invalidName;
     const clsFileHandle handle =
         ProfpIsFileName(file) ? PlatformOpenFile(file.c_str(), openToRead, error) : clsFileHandle();
     if (!handle)
-        throw clsException("file cannot be opened");
+        throw clsException("file cannot be opened", error);
     clsFileSource source(handle.Get());
     RequireFit(source.SizeHint());
     return ProfpPackBytes(source, key);
@@ -143,50 +144,56 @@ void ProfpAppendBytes(clsItemList& start, std::u16string_view path, const clsPac
     ProfpAppendItem(start, path, clsPackedValue(bytes));
 }
 
-bool ProfpWriteFile(const std::u16string& file, std::u16string_view text, std::u16string_view key) {
-    try {
-        if (ProfpIsFileName(file)) {
-            clsReplacingSink sink(file.c_str());
-            if (UtilpWriteBytesOfText(text, key, sink)) {
-                sink.Finish();
-                return true;
-            }
-        }
-    } catch (const clsException&) { // it could not be made, written or put in its place
-    }
-    Tell({}, file, u" could not be created");
-    return false;
+void ProfpWriteBytes(std::u16string_view text, std::u16string_view key, clsByteSink& sink) {
+    if (!UtilpWriteBytesOfText(text, key, sink))
+        throw clsException("text does not decode");
+    sink.Finish();
 }
 
-bool ProfpAppendFiles(clsItemList& list, std::u16string_view patterns, std::u16string_view key) {
+void ProfpWriteFile(const std::u16string& file, std::u16string_view text, std::u16string_view key) {
+    try {
+        if (!ProfpIsFileName(file))
+            throw clsException("no file can have this name", reason::invalidName);
+        clsReplacingSink sink(file.c_str());
+        ProfpWriteBytes(text, key, sink);
+    } catch (const clsException&) {
+        Tell({}, file, u" could not be created");
+        throw;
+    }
+}
+
+void ProfpAppendFiles(clsItemList& list, std::u16string_view patterns, std::u16string_view key) {
     for (std::u16string_view element; !(element = ProfpTakeFilePattern(patterns)).empty();) {
         const scFilePattern pattern(element);
         const std::vector<std::u16string> names = FilesOf(pattern);
         if (names.empty())
             Tell(u"ProfAppendFiles: ", element, u" not found");
-        for (const std::u16string& name : names) {
-            if (!AppendFile(list, std::u16string(pattern.folder), name, key))
-                return false;
-        }
+        for (const std::u16string& name : names)
+            AppendFile(list, std::u16string(pattern.folder), name, key);
     }
-    return true;
 }
 
-bool ProfpExtractFiles(clsItemList& list, std::u16string_view folder, std::u16string_view key) {
+void ProfpExtractFiles(clsItemList& list, std::u16string_view folder, std::u16string_view key) {
     std::u16string path(folder);
-    bool complete = !path.empty() && PlatformMakeFolder(path.c_str());
-    if (!complete)
+    unsigned long why = path.empty() ? reason::invalidName : PlatformMakeFolder(path.c_str());
+    if (why != 0) {
         Tell(u"problem creating directory ", path, {});
-    if (path.empty())
-        return false;
+        throw clsException("folder cannot be made", why);
+    }
     if (path.back() != u'\\')
         path += u'\\';
     for (std::uint32_t position = 0; position < list.End(); ++position) {
         const clsItem& entry = list.At(position);
-        if (entry.IsList() && entry.Name() == entryName)
-            complete = ExtractEntry(*entry.subList, path, key) && complete;
+        if (!entry.IsList() || entry.Name() != entryName)
+            continue;
+        try {
+            ExtractEntry(*entry.subList, path, key);
+        } catch (const clsException& exception) {
+            why = exception.Reason();
+        }
     }
-    return complete;
+    if (why != 0)
+        throw clsException("not every entry was extracted", why);
 }
 
 } // namespace tvut
