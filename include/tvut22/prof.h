@@ -109,7 +109,7 @@ typedef struct ProfListObject* ProfList;
  *           PROF_LOCKED        a sharing violation lasted 10 seconds (it is retried every 100 ms);
  *                              or the contents could not be read or would not fit into memory
  *           PROF_LOAD_FAILED   the contents are malformed (a compressed profile that is damaged or too
- *                              large, XML that is no profile); what was read before stays in the tree.
+ *                              large, XML in another layout); what was read before stays in the tree.
  *                              A diagnostic line tells the reason and the number of the line, counted
  *                              without blank lines.
  *
@@ -123,12 +123,13 @@ typedef struct ProfListObject* ProfList;
  * "[/]" is taken as a plain sequence of sections: the first header is skipped, each later one opens
  * a list inside the one before (no brace closes it). PROF_READ_PLAIN_INI reads such files flat.
  *
- * A file that begins with the first line of the XML form or of the XFDF form is read in that form; any
- * other file that begins with "<" is refused unless a line "[/]" follows. Both are read line by line, as
- * ProfSave lays them out: an element that shares its line with another, or goes over several, is refused or
- * skipped, and a file of which nothing would be read is refused. Values of an XFDF file get their names from
- * lines <field> name="..." only, as ProfSave does not write them, and are items of the root list; without
- * such a line their name is empty. PROF_READ_FOREIGN_XFDF reads what ProfSave and other programs write.
+ * A file that begins with the first line of the XML form or of the XFDF form is read in that form. Both are
+ * read line by line, as ProfSave lays them out: an element that shares its line with another, or goes over
+ * several, is refused or skipped. Any other file that begins with "<" is read as text: an empty profile,
+ * unless a line "[/]" follows. A diagnostic line that begins "WRN: '<file>': " names what was passed over;
+ * who would save such a profile over its file asks first. Values of an XFDF file get their names from lines
+ * <field> name="..." only, as ProfSave does not write them, and are items of the root list; without such a
+ * line their name is empty. PROF_READ_FOREIGN_XFDF reads what ProfSave and other programs write.
  */
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenA(const char* fileName);
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenW(const wchar_t* fileName);

@@ -63,7 +63,7 @@ scLoadResult ProfpLoad(clsByteSource& source, clsItemList& target, const scLoadR
         Unwrap(input, result);
         input.Decode(request.codePage);
         clsLineReader lines(input);
-        ReaderFor(lines, request.mode).Parse(lines, target);
+        ReaderFor(lines, request.mode).Parse(lines, target, clsLoadWarnings(request.inputName));
         result.parsed = true;
     } catch (const clsLoadException& error) {
         clsDiagnosticLine()
