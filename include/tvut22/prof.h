@@ -249,6 +249,8 @@ TVUT22_API INT TVUT22_CALL ProfSaveToClipboard(ProfJob job, HWND owner, UINT fla
  *
  * Result  as ProfJobOpen; PROF_OPEN_FAILED, with an empty profile, when the clipboard cannot be opened,
  *         holds no profile, or a temporary file cannot be made. The job has no file of its own.
+ *
+ * The profile ends before the zeros at the end of its block, which may be longer than what was put there.
  */
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenClipboard(HWND owner);
 

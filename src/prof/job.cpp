@@ -83,7 +83,7 @@ clsProfJob* clsProfJob::OpenStream(IStream* stream, std::u16string_view name, st
     clsNewJob job(new clsProfJob(std::u16string_view()));
     if (stream) {
         clsStreamSource source(stream);
-        job->LoadSource(source, name, ProfpReadMode(flags));
+        job->LoadSource(source, {name, ProfpReadMode(flags), UtilpCodePage()});
     }
     return job.release();
 }
@@ -116,7 +116,7 @@ void clsProfJob::LoadFile(bool exclusive) {
     }
     try {
         clsFileSource source(file.Get());
-        LoadSource(source, fileName_.View(), ReadMode::detect);
+        LoadSource(source, {fileName_.View(), ReadMode::detect, UtilpCodePage()});
     } catch (const clsException& exception) {
         Fail(profResult::locked, exception.Reason());
     }
@@ -135,16 +135,16 @@ void clsProfJob::LoadClipboard(HWND owner) {
             !clipboard || !PlatformReadClipboard(PlatformProfileFormat(), copy))
             return Fail(profResult::openFailed, GetLastError());
         clsFileSource source(file.Get());
-        LoadSource(source, u"clipboard", ReadMode::detect);
+        LoadSource(source, {u"clipboard", ReadMode::detect, UtilpCodePage(), true});
     } catch (const clsException& exception) { // the temporary file has no room
         Fail(profResult::openFailed, exception.Reason());
     }
 }
 
 // A source that fails and memory that runs out leave what was read so far.
-void clsProfJob::LoadSource(clsByteSource& source, std::u16string_view name, ReadMode mode) {
+void clsProfJob::LoadSource(clsByteSource& source, const scLoadRequest& request) {
     try {
-        const scLoadResult result = ProfpLoad(source, tree_.Root(), {name, mode, UtilpCodePage()});
+        const scLoadResult result = ProfpLoad(source, tree_.Root(), request);
         compressed_ = result.compressed;
         if (!result.parsed)
             Fail(profResult::loadFailed, reason::invalidData);

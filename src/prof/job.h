@@ -63,7 +63,7 @@ class clsProfJob {
 
     void LoadFile(bool exclusive);
     void LoadClipboard(HWND owner);
-    void LoadSource(clsByteSource& source, std::u16string_view name, ReadMode mode);
+    void LoadSource(clsByteSource& source, const scLoadRequest& request);
     void Fail(int error, unsigned long why);
 
     std::atomic<std::uint32_t> references_{1};

@@ -108,6 +108,11 @@ void clsInputText::Decode(unsigned codePage) {
     Terminate(0, length);
 }
 
+void clsInputText::DropZerosAtEnd() {
+    const auto last = text_.find_last_not_of(u'\0');
+    Terminate(static_cast<std::size_t>(text_.data() - storage_.get()), last + 1); // none: npos + 1 is 0
+}
+
 bool clsInputText::Refill(const char16_t* keepFrom) {
     if (!source_)
         return false;
