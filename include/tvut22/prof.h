@@ -16,11 +16,11 @@
  * Jobs      Handle 0 is the invalid job: a call given it does nothing and returns 0, unless another
  *           value is stated. Any other value must come from an open call and not be closed yet.
  * Lists     Handle 0 is the job's root list. A handle stays valid until its list, a list above it,
- *           or the job is deleted or emptied. A handle that belongs to another job, or to a list of
- *           this job that has been deleted, is refused like a path that leads nowhere, unless that
- *           job is closed or a new list has taken the place.
- * Paths     Segments separated by "/". A leading "/" starts at the root list whatever list is
- *           passed. Names compare exactly: by code unit, case-sensitive. There is no escaping, so
+ *           or the job is deleted or emptied. Any other value, such as a list of another job or one that
+ *           has been deleted, is refused like a path that leads nowhere, unless a new list has taken the
+ *           place. What it points to is not looked at.
+ * Paths     Segments separated by "/". A leading "/" starts at the root list whatever is passed for
+ *           the list. Names compare exactly: by code unit, case-sensitive. There is no escaping, so
  *           a name that holds "/" cannot be reached by a path; an empty segment is the empty name.
  *           A segment followed by another counts with its first 255 characters only.
  * Order     A list keeps its entries in the order they came in. Names need not be unique: a call

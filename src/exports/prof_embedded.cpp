@@ -32,12 +32,13 @@ void AppendStream(ProfJob handle, ProfList listHandle, const Char* path, const C
         return;
     const clsJobKeeper keeper(*job);
     AppendWithReason([&] {
-        RequireArguments(FromHandle(*job, listHandle), path, stream);
+        RequireArguments(path, stream);
         const clsTextArgument<Char> name(path);
         const clsTextArgument<Char> key(keyText);
+        RequireArguments(StartOf(*job, listHandle, name.View()));
         clsStreamSource source(stream);
         const clsPackedBytes bytes = ProfpPackBytes(source, key.View());
-        clsItemList* const list = FromHandle(*job, listHandle);
+        clsItemList* const list = StartOf(*job, listHandle, name.View());
         RequireArguments(list);
         ProfpAppendBytes(*list, name.View(), bytes);
     });
@@ -50,11 +51,13 @@ void AppendFile(ProfJob handle, ProfList listHandle, const Char* path, const Cha
     if (!job)
         return;
     AppendWithReason([&] {
-        clsItemList* const list = FromHandle(*job, listHandle);
-        RequireArguments(list, path, fileName);
+        RequireArguments(path, fileName);
+        const clsTextArgument<Char> name(path);
+        clsItemList* const list = StartOf(*job, listHandle, name.View());
+        RequireArguments(list);
         const std::u16string file(clsTextArgument<Char>(fileName).View());
         const clsTextArgument<Char> key(keyText);
-        ProfpAppendBytes(*list, clsTextArgument<Char>(path).View(), ProfpPackFile(file, key.View()));
+        ProfpAppendBytes(*list, name.View(), ProfpPackFile(file, key.View()));
     });
 }
 
@@ -66,9 +69,7 @@ INT GetBytes(ProfJob handle, ProfList listHandle, const Char* path, const Char* 
         return PROF_OK;
     const clsJobKeeper keeper(*job);
     return UtilpGuardWithReason(PROF_DECODE_FAILED, [&]() -> INT {
-        clsItemList* const list = FromHandle(*job, listHandle);
-        const clsItem* const item =
-            list && path ? ProfpFindItem(*list, clsTextArgument<Char>(path).View()) : nullptr;
+        const clsItem* const item = FindItem(*job, listHandle, path);
         if (!item)
             return PROF_NOT_FOUND;
         const clsTextKeeper text(job->Tree(), item->value);

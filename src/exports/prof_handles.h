@@ -2,7 +2,9 @@
 #pragma once
 
 #include "exports/reason_guard.h"
+#include "exports/text_argument.h"
 #include "prof/job.h"
+#include "prof/path.h"
 
 #include <tvut22/prof.h>
 
@@ -18,14 +20,24 @@ inline ProfList ToHandle(clsItemList* list) {
     return reinterpret_cast<ProfList>(list);
 }
 
-// The list that a handle means: the root list for 0, null for one that is not of this job. A freed
-// list's memory stays with its job and no longer names the tree, so a stale handle is told, too,
-// unless a new list stands there.
+// The list that a handle means: the root list for 0, null for whatever is no list of this job.
 inline clsItemList* FromHandle(clsProfJob& job, ProfList handle) {
-    if (!handle)
-        return &job.Tree().Root();
-    auto* const list = reinterpret_cast<clsItemList*>(handle);
-    return list->Tree() == &job.Tree() ? list : nullptr;
+    return handle ? job.Tree().ListAt(handle) : &job.Tree().Root();
+}
+
+// The list that a path starts from. One that begins with "/" starts from the root, and the handle is not
+// looked at.
+inline clsItemList* StartOf(clsProfJob& job, ProfList handle, std::u16string_view path) {
+    return handle && !path.starts_with(u'/') ? job.Tree().ListAt(handle) : &job.Tree().Root();
+}
+
+template <class Char>
+inline const clsItem* FindItem(clsProfJob& job, ProfList handle, const Char* path) {
+    if (!path)
+        return nullptr;
+    const clsTextArgument<Char> name(path);
+    clsItemList* const start = StartOf(job, handle, name.View());
+    return start ? ProfpFindItem(*start, name.View()) : nullptr;
 }
 
 // Calls the body of an export that opens a job. The thread's last error tells why one has no memory for the

@@ -14,22 +14,19 @@ template <class Char>
 void Add(void (*add)(clsItemList&, std::u16string_view, std::u16string_view), ProfJob handle,
          ProfList listHandle, const Char* path, const Char* value) {
     clsProfJob* const job = FromHandle(handle);
-    clsItemList* const list = job ? FromHandle(*job, listHandle) : nullptr;
-    if (!list || !path)
+    if (!job || !path)
         return;
-    UtilpGuard([&] { add(*list, clsTextArgument<Char>(path).View(), clsTextArgument<Char>(value).View()); });
-}
-
-template <class Char>
-const clsItem* Find(clsProfJob& job, ProfList listHandle, const Char* path) {
-    clsItemList* const list = FromHandle(job, listHandle);
-    return list && path ? ProfpFindItem(*list, clsTextArgument<Char>(path).View()) : nullptr;
+    UtilpGuard([&] {
+        const clsTextArgument<Char> name(path);
+        if (clsItemList* const list = StartOf(*job, listHandle, name.View()))
+            add(*list, name.View(), clsTextArgument<Char>(value).View());
+    });
 }
 
 // A path that cannot be converted names nothing.
 template <class Char>
 const clsItem* FindGuarded(clsProfJob& job, ProfList listHandle, const Char* path) {
-    return UtilpGuard(static_cast<const clsItem*>(nullptr), [&] { return Find(job, listHandle, path); });
+    return UtilpGuard(static_cast<const clsItem*>(nullptr), [&] { return FindItem(job, listHandle, path); });
 }
 
 // ---- Into a caller's buffer -----------------------------------------------------------------------
@@ -87,7 +84,7 @@ INT GetStringLength(ProfJob handle, ProfList listHandle, const Char* path) {
     if (!job)
         return 0;
     return UtilpGuard(PROF_NOT_FOUND, [&]() -> INT {
-        const clsItem* const item = Find(*job, listHandle, path);
+        const clsItem* const item = FindItem(*job, listHandle, path);
         return item ? static_cast<INT>(item->Value().size()) : PROF_NOT_FOUND;
     });
 }

@@ -14,13 +14,12 @@ using AddItem = void (*)(clsItemList& start, std::u16string_view path, std::u16s
 
 void Add(AddItem add, ProfJob handle, ProfList listHandle, const wchar_t* path, const VARIANT* value) {
     clsProfJob* const job = FromHandle(handle);
-    clsItemList* const list = job ? FromHandle(*job, listHandle) : nullptr;
-    if (!list || !path || !value)
+    if (!job || !path || !value)
         return;
-    UtilpGuard([&] {
-        const std::u16string text = ProfpVariantText(ProfpStoreVariant(*value));
-        add(*list, FromWide(std::wstring_view(path)), text);
-    });
+    const std::u16string_view name = FromWide(std::wstring_view(path));
+    clsItemList* const list = StartOf(*job, listHandle, name);
+    if (list)
+        UtilpGuard([&] { add(*list, name, ProfpVariantText(ProfpStoreVariant(*value))); });
 }
 
 // out, which may be null, is empty unless the text is a variant. The text may stand where out is.
@@ -53,9 +52,7 @@ INT TVUT22_CALL ProfGetVariant(ProfJob handle, ProfList listHandle, const wchar_
     clsProfJob* const job = FromHandle(handle);
     if (!job)
         return PROF_OK;
-    clsItemList* const list = FromHandle(*job, listHandle);
-    const clsItem* const item =
-        list && path ? ProfpFindItem(*list, FromWide(std::wstring_view(path))) : nullptr;
+    const clsItem* const item = FindItem(*job, listHandle, path);
     return EmptyUnlessRead(item && !item->Value().empty() ? Parse(item->Value(), out) : PROF_NOT_FOUND, out);
 }
 

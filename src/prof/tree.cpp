@@ -98,7 +98,7 @@ void clsTree::AddItem(clsItemList& list, std::uint32_t key, clsTextHolder& name,
 
 clsItemList* clsTree::AddList(clsItemList& list, std::uint32_t key, clsTextHolder& name) {
     clsItem& entry = NewEntry(list);
-    auto* const subList = new (slab_.Allocate(sizeof(clsItemList))) clsItemList(this, &list, list.used_);
+    auto* const subList = new (lists_.Allocate()) clsItemList(this, &list, list.used_);
     entry.key = key;
     entry.name = name.Hand();
     entry.subList = subList;
@@ -332,8 +332,7 @@ void clsTree::FreeList(clsItemList* list) noexcept {
         beforeItems_ = {list->parent_, list->position_};
     DropIndex(*list);
     list->entries_.Free(slab_);
-    list->tree_ = nullptr;
-    slab_.Free(list, sizeof(clsItemList));
+    lists_.Free(list);
 }
 
 // ---- Walks ------------------------------------------------------------------------------------

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "prof/item_list.h"
+#include "prof/list_memory.h"
 
 #include <cstdint>
 #include <string_view>
@@ -29,6 +30,15 @@ class clsTree {
     ~clsTree() = default; // the slab gives everything back at once
 
     clsItemList& Root() { return root_; }
+
+    // The list of this tree that stands at an address, whatever a caller gives for one; null if there is
+    // none. That a deleted list stood there cannot be told once a new one does.
+    clsItemList* ListAt(const void* address) {
+        if (address == &root_)
+            return &root_;
+        return lists_.Holds(address) ? const_cast<clsItemList*>(static_cast<const clsItemList*>(address))
+                                     : nullptr;
+    }
 
     void AppendItem(clsItemList& list, const scName& name, std::u16string_view value);
     void AppendItem(clsItemList& list, const scName& name, const IclsValueWriter& value);
@@ -100,6 +110,7 @@ class clsTree {
 
     clsSlab slab_;
     clsTextStore texts_;
+    clsListMemory lists_{slab_, sizeof(clsItemList)};
     clsItemList root_;
     scWalkState* walks_ = nullptr;
 
