@@ -115,7 +115,7 @@ void TVUT22_CALL ProfSetOption(UINT option, UINT value) {
 }
 
 UINT TVUT22_CALL ProfGetOption(UINT option) {
-    return option == PROF_OPTION_CODE_PAGE ? UtilpCodePage() : 0;
+    return option == PROF_OPTION_CODE_PAGE ? UtilpCodePageAsSet() : 0;
 }
 
 void TVUT22_CALL ProfSetDebug(BOOL) {}
