@@ -357,10 +357,10 @@ TEST(Lists, ListingsGoToTheDiagnosticOutput) {
     const Job job(L"a=1;L{b=2;M{c=;}}d=4;");
     const Log whole;
     EXPECT_EQ(ProfDebugList(job, 0), PROF_OK);
-    EXPECT_EQ(whole.lines(), (Lines{"a=1", "[L]", " b=2", " [M]", "  c=", "d=4"}));
+    EXPECT_EQ(whole.lines(), (Lines{"a=1\n", "[L]\n", " b=2\n", " [M]\n", "  c=\n", "d=4\n"}));
     const Log part;
     EXPECT_EQ(ProfDebugList(job, ProfGetListW(job, 0, L"L")), PROF_OK);
-    EXPECT_EQ(part.lines(), (Lines{"b=2", "[M]", " c="}));
+    EXPECT_EQ(part.lines(), (Lines{"b=2\n", "[M]\n", " c=\n"}));
     EXPECT_EQ(ProfDebugList(0, 0), PROF_INVALID_JOB);
     ProfSetDebug(TRUE);
 }
