@@ -28,7 +28,9 @@
  * Null      A null path reaches nothing: nothing is done and 0 (Get: PROF_NOT_FOUND, with the
  *           default stored) is returned, unless stated otherwise. Null output pointers are allowed
  *           and receive nothing.
- * Text      Terminated by NUL; an A form's text is in the code page of PROF_OPTION_CODE_PAGE.
+ * Text      Terminated by NUL; an A form's text is in the code page of PROF_OPTION_CODE_PAGE. What that
+ *           code page lacks comes out of the A forms as its default character, mostly "?", or as a
+ *           similar one; the profile keeps the text as it is.
  * Ownership The library copies every text it is given and never keeps a caller's pointer.
  * Threads   A job and its lists are used by one thread at a time; different jobs by any threads at
  *           once. ProfJobAddRef and ProfJobClose may be called from any thread.
@@ -154,7 +156,7 @@ TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStream(IStream* stream);
 
 /* As ProfJobOpenStream, with a name and flags.
  *
- * name   names the profile in diagnostic lines; may be null. No file of that name is opened, and the
+ * name   names the profile in diagnostic lines; "(Stream)" does when it is null or empty. No file of that name is opened, and the
  *        job has no file of its own.
  * flags  PROF_READ_...; 0 reads as ProfJobOpenStream does. PROF_READ_PLAIN_INI reads an .ini file as
  *        other programs do: each section is a list of the root list, items before the first section
@@ -282,8 +284,10 @@ TVUT22_API ProfList TVUT22_CALL ProfAppendListW(ProfJob job, ProfList list, cons
 /* Deletes lists, with all that is in them.
  *
  * path  every list that it reaches, through every list of each segment's name, is deleted. Null
- *       deletes the list handle itself, wherever it is in the tree; with list 0, which names no
- *       entry, it deletes the first item met on a walk of the whole tree. The root list stays.
+ *       deletes the list handle itself, wherever it is in the tree. The root list stays.
+ *
+ * ProfDeleteList(job, 0, NULL) deletes an item, not a list: the first one that is met when the whole tree
+ * is walked in order, each list entered where it stands.
  */
 TVUT22_API void TVUT22_CALL ProfDeleteListA(ProfJob job, ProfList list, const char* path);
 TVUT22_API void TVUT22_CALL ProfDeleteListW(ProfJob job, ProfList list, const wchar_t* path);
@@ -318,7 +322,7 @@ TVUT22_API BOOL TVUT22_CALL ProfEnumA(ProfJob job, ProfList list, ProfEnumCallba
 TVUT22_API BOOL TVUT22_CALL ProfEnumW(ProfJob job, ProfList list, ProfEnumCallbackW callback, UINT_PTR user);
 
 /* Writes a list and all that is in it to the diagnostic output, a line an entry, indented by one
- * blank a level. Result: PROF_OK, or PROF_INVALID_JOB. */
+ * blank a level and ended by "\n". Result: PROF_OK, or PROF_INVALID_JOB. */
 TVUT22_API INT TVUT22_CALL ProfDebugList(ProfJob job, ProfList list);
 
 /* ---- Items --------------------------------------------------------------------------------- */
@@ -571,12 +575,12 @@ TVUT22_API INT TVUT22_CALL ProfGetFileW(ProfJob job, ProfList list, const wchar_
  *        A name that holds a semicolon can be reached by a pattern.
  * key    as above.
  *
- * The entries come in the order of the elements, those of a pattern ordered by name without regard to
- * case. Names are as the file system has them and are not made unique.
+ * Files that others have locked are waited for, 10 seconds in all. The entries come in the order of the
+ * elements, those of a pattern ordered by name without regard to case. Names are as the file system has them and are not made unique.
  *
  * Result  PROF_OK, also when nothing was found (a diagnostic line tells of each element); PROF_NOT_FOUND
- *         for an invalid list; PROF_CONVERT_FAILED when a file could not be read or kept: the files
- *         before it have been appended, those behind it have not.
+ *         for an invalid list; PROF_CONVERT_FAILED when a file could not be read or kept, which a line tells,
+ *         too: the files before it have been appended, those behind it have not.
  */
 TVUT22_API INT TVUT22_CALL ProfAppendFilesA(ProfJob job, ProfList list, const char* files, const char* key);
 TVUT22_API INT TVUT22_CALL ProfAppendFilesW(ProfJob job, ProfList list, const wchar_t* files,
@@ -629,7 +633,8 @@ TVUT22_API void TVUT22_CALL ProfLPSTRtoCOLORREFW(const wchar_t* text, COLORREF* 
 TVUT22_API INT TVUT22_CALL ProfGetVersion(INT selector);
 
 /* Sets an option of the process (low 16 bits of the value); unknown options are ignored. Any thread;
- * a change is seen by calls that begin after it. */
+ * a change is seen by calls that begin after it. PROF_OPTION_CODE_PAGE keeps whatever it is set to; 0, and a
+ * code page that the system does not know, converts as the process's own, which GetACP gives. */
 TVUT22_API void TVUT22_CALL ProfSetOption(UINT option, UINT value);
 
 /* Reads an option of the process; 0 for an unknown option. Any thread. */

@@ -11,22 +11,7 @@ namespace tvut {
 
 namespace {
 
-constexpr DWORD retryInterval = 100;      // milliseconds
-constexpr ULONGLONG openPatience = 10000; // milliseconds
-constexpr ULONGLONG replacePatience = 2000;
-
-// Calls attempt until it succeeds, fails for another reason than sharing, or patience ends. Gives
-// the last error, 0 for success.
-template <class Attempt>
-DWORD RetryWhileShared(ULONGLONG patience, Attempt attempt) {
-    const ULONGLONG start = GetTickCount64();
-    for (;;) {
-        const DWORD error = attempt();
-        if (error != ERROR_SHARING_VIOLATION || GetTickCount64() - start >= patience)
-            return error;
-        Sleep(retryInterval);
-    }
-}
+constexpr ULONGLONG replacePatience = 2000; // milliseconds
 
 [[noreturn]] void Fail(const char* what) {
     const DWORD error = GetLastError(); // before anything else asks the system
@@ -71,10 +56,11 @@ void WriteZeros(HANDLE file, std::uint64_t count) {
 
 } // namespace
 
-clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, DWORD& error) {
+clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, clsPatience& patience,
+                               DWORD& error) {
     const std::wstring path = PlatformLongPath(ToWide(name));
     clsFileHandle file;
-    error = RetryWhileShared(openPatience, [&]() -> DWORD {
+    error = patience.Try([&]() -> DWORD {
         file = clsFileHandle(CreateFileW(path.c_str(), mode.access, mode.share, nullptr, mode.disposition,
                                          FILE_ATTRIBUTE_NORMAL, nullptr));
         return file ? ERROR_SUCCESS : GetLastError();
@@ -233,7 +219,7 @@ void clsReplacingSink::Finish() {
         TakeOver(target_, targetData_, temporary_, file_.Get());
     written_ = true;
     file_.Reset();
-    const DWORD error = RetryWhileShared(replacePatience, [&] { return PutInPlace(target_, temporary_); });
+    const DWORD error = clsPatience(replacePatience).Try([&] { return PutInPlace(target_, temporary_); });
     if (error != ERROR_SUCCESS)
         throw clsException("file cannot be replaced", error);
     written_ = false;

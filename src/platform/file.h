@@ -4,6 +4,7 @@
 #include "platform/bytes.h"
 #include "platform/owned.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 
@@ -20,9 +21,38 @@ constexpr scOpenMode openToRead{GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE
 // For holding a file that others may only read; created when missing.
 constexpr scOpenMode openToHold{GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS};
 
-// Opens a file; while others keep it from being shared, tries again every 100 ms for 10 seconds. On
-// failure the result is none and error tells why.
-clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, DWORD& error);
+// Milliseconds that a file is waited for while others keep it from being shared.
+constexpr ULONGLONG openPatience = 10000;
+
+// What is left of them; for several files if they are to last for all.
+class clsPatience {
+  public:
+    explicit clsPatience(ULONGLONG milliseconds) : left_(milliseconds) {}
+
+    // Calls attempt, every 100 ms, until it succeeds, fails for another reason than sharing, or the time is
+    // over. Gives its last error, 0 for success.
+    template <class Attempt>
+    DWORD Try(Attempt attempt) {
+        const ULONGLONG start = GetTickCount64();
+        ULONGLONG waited = 0;
+        DWORD error = attempt();
+        for (; error == ERROR_SHARING_VIOLATION && waited < left_; error = attempt()) {
+            Sleep(interval);
+            waited = GetTickCount64() - start;
+        }
+        left_ -= std::min(left_, waited);
+        return error;
+    }
+
+  private:
+    static constexpr DWORD interval = 100;
+
+    ULONGLONG left_;
+};
+
+// Opens a file, with patience. On failure the result is none and error tells why.
+clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, clsPatience& patience,
+                               DWORD& error);
 
 // Makes a folder; one that is there already will do. Gives the system's error, 0 for success.
 DWORD PlatformMakeFolder(const char16_t* name);

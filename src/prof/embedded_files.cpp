@@ -53,6 +53,12 @@ class clsPackedValue final : public IclsValueWriter {
     const clsPackedBytes& bytes_;
 };
 
+// A text that does not decode: what it was to be written to is not at fault.
+class clsUndecoded : public clsException {
+  public:
+    clsUndecoded() : clsException("text does not decode") {}
+};
+
 void Tell(std::u16string_view before, std::u16string_view name, std::u16string_view behind) {
     clsDiagnosticLine().Put(before).Put(u"'").Put(name).Put(u"'").Put(behind).Write();
 }
@@ -72,12 +78,12 @@ void AppendEntry(clsItemList& list, std::u16string_view name, const clsPackedByt
 }
 
 void AppendFile(clsItemList& list, const std::u16string& folder, const std::u16string& name,
-                std::u16string_view key) {
+                std::u16string_view key, clsPatience& patience) {
     const std::u16string file = folder + name;
     try {
-        AppendEntry(list, name, ProfpPackFile(file, key));
+        AppendEntry(list, name, ProfpPackFile(file, key, patience));
     } catch (const clsException&) {
-        Tell(u"ProfAppendFiles: ", file, u" could not be read");
+        Tell(u"WRN: ProfAppendFiles: ", file, u" could not be read");
         throw;
     }
 }
@@ -115,8 +121,13 @@ void ExtractEntry(clsItemList& entry, const std::u16string& folder, std::u16stri
     const std::u16string file = folder + std::u16string(name->Value());
     const clsItem* const contents = entry.FindItem(scName(contentsItem));
     const bool isBareName = ProfpIsBareFileName(name->Value());
-    if (contents && isBareName)
-        return ProfpWriteFile(file, contents->Value(), key);
+    try {
+        if (contents && isBareName)
+            return ProfpWriteFile(file, contents->Value(), key);
+    } catch (const clsUndecoded&) {
+        Tell({}, file, u" could not be created");
+        throw;
+    }
     Tell({}, file, u" could not be created");
     throw clsException("file entry with another name than a file's, or without contents",
                        isBareName ? reason::invalidData : reason::invalidName);
@@ -130,9 +141,14 @@ clsPackedBytes ProfpPackBytes(clsByteSource& source, std::u16string_view key) {
 }
 
 clsPackedBytes ProfpPackFile(const std::u16string& file, std::u16string_view key) {
+    clsPatience patience(openPatience);
+    return ProfpPackFile(file, key, patience);
+}
+
+clsPackedBytes ProfpPackFile(const std::u16string& file, std::u16string_view key, clsPatience& patience) {
     DWORD error = reason::invalidName;
     const clsFileHandle handle =
-        ProfpIsFileName(file) ? PlatformOpenFile(file.c_str(), openToRead, error) : clsFileHandle();
+        ProfpIsFileName(file) ? PlatformOpenFile(file.c_str(), openToRead, patience, error) : clsFileHandle();
     if (!handle)
         throw clsException("file cannot be opened", error);
     clsFileSource source(handle.Get());
@@ -146,7 +162,7 @@ void ProfpAppendBytes(clsItemList& start, std::u16string_view path, const clsPac
 
 void ProfpWriteBytes(std::u16string_view text, std::u16string_view key, clsByteSink& sink) {
     if (!UtilpWriteBytesOfText(text, key, sink))
-        throw clsException("text does not decode");
+        throw clsUndecoded();
     sink.Finish();
 }
 
@@ -156,6 +172,8 @@ void ProfpWriteFile(const std::u16string& file, std::u16string_view text, std::u
             throw clsException("no file can have this name", reason::invalidName);
         clsReplacingSink sink(file.c_str());
         ProfpWriteBytes(text, key, sink);
+    } catch (const clsUndecoded&) {
+        throw; // it has a line of its own
     } catch (const clsException&) {
         Tell({}, file, u" could not be created");
         throw;
@@ -163,13 +181,14 @@ void ProfpWriteFile(const std::u16string& file, std::u16string_view text, std::u
 }
 
 void ProfpAppendFiles(clsItemList& list, std::u16string_view patterns, std::u16string_view key) {
+    clsPatience patience(openPatience);
     for (std::u16string_view element; !(element = ProfpTakeFilePattern(patterns)).empty();) {
         const scFilePattern pattern(element);
         const std::vector<std::u16string> names = FilesOf(pattern);
         if (names.empty())
-            Tell(u"ProfAppendFiles: ", element, u" not found");
+            Tell(u"WRN: ProfAppendFiles: ", element, u" not found");
         for (const std::u16string& name : names)
-            AppendFile(list, std::u16string(pattern.folder), name, key);
+            AppendFile(list, std::u16string(pattern.folder), name, key, patience);
     }
 }
 

@@ -10,11 +10,13 @@
 namespace tvut {
 
 class clsPackedBytes;
+class clsPatience;
 
 // A source's bytes, compressed and enciphered, on their way to an item. Throws what the source throws,
 // clsException for more bytes than can be read again, std::bad_alloc.
 clsPackedBytes ProfpPackBytes(clsByteSource& source, std::u16string_view key);
 clsPackedBytes ProfpPackFile(const std::u16string& file, std::u16string_view key);
+clsPackedBytes ProfpPackFile(const std::u16string& file, std::u16string_view key, clsPatience& patience);
 void ProfpAppendBytes(clsItemList& start, std::u16string_view path, const clsPackedBytes& bytes);
 
 // Writes the bytes that a text stands for to a sink, and finishes it. Throws clsException for a text that

@@ -83,7 +83,7 @@ clsProfJob* clsProfJob::OpenStream(IStream* stream, std::u16string_view name, st
     clsNewJob job(new clsProfJob(std::u16string_view()));
     if (stream) {
         clsStreamSource source(stream);
-        job->LoadSource(source, {name, ProfpReadMode(flags), UtilpCodePage()});
+        job->LoadSource(source, {name.empty() ? u"(Stream)" : name, ProfpReadMode(flags), UtilpCodePage()});
     }
     return job.release();
 }
@@ -108,8 +108,9 @@ void clsProfJob::LoadFile(bool exclusive) {
     if (!ProfpIsFileName(fileName_.View()))
         return Fail(profResult::openFailed, reason::invalidName);
     DWORD openError = 0;
+    clsPatience patience(openPatience);
     clsFileHandle file =
-        PlatformOpenFile(fileName_.Characters(), exclusive ? openToHold : openToRead, openError);
+        PlatformOpenFile(fileName_.Characters(), exclusive ? openToHold : openToRead, patience, openError);
     if (!file) {
         const int error = exclusive ? profResult::exclusiveFailed : profResult::openFailed;
         return Fail(openError == ERROR_SHARING_VIOLATION ? profResult::locked : error, openError);

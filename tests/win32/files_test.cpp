@@ -22,6 +22,10 @@ Bytes random(size_t size) {
     return bytes;
 }
 
+std::string narrow(const std::wstring& line) {
+    return toBytes(line, CP_ACP);
+}
+
 /// The bytes of an item, or "<result>".
 template <class F>
 Bytes bytesOf(ProfJob job, const wchar_t* path, std::wstring_view key, Bytes before = {}) {
@@ -122,7 +126,13 @@ TYPED_TEST(Files, AreReplacedWholeOrNotAtAll) {
     const Job job;
     TypeParam::appendFile(job, 0, name.c_str(), key.c_str(), source.c_str());
     std::wstring text = textOf(job, L"b");
+    const Log log;
+    const auto noFolder = in<Char>(folder / L"no\\file");
     EXPECT_EQ(TypeParam::getFile(job, 0, name.c_str(), nullptr, target.c_str()), PROF_DECODE_FAILED);
+    EXPECT_EQ(TypeParam::getFile(job, 0, name.c_str(), key.c_str(), noFolder.c_str()), PROF_DECODE_FAILED);
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{
+                               "ERR: compressed bytes of a text are damaged, cut off or of another key",
+                               "'" + narrow(folder / L"no\\file") + "' could not be created"}));
     for (const size_t damagedAt : {size_t{3}, text.size() / 2, text.size() - 8}) {
         std::wstring damaged = text;
         damaged[damagedAt] = damaged[damagedAt] == L'A' ? L'B' : L'A';
@@ -194,9 +204,46 @@ TYPED_TEST(Files, AreFoundByNamesAndPatternsInOrder) {
     }
     const Job job;
     const ImportHook hook("CreateFileW", reinterpret_cast<void*>(denyB));
-    EXPECT_EQ(TypeParam::appendFiles(job, 0, in<Char>(folder / L"*.log").c_str(), nullptr),
-              PROF_CONVERT_FAILED);
+    const Log log;
+    const std::wstring patterns = (folder / L"none;") + (folder / L"*.log");
+    EXPECT_EQ(TypeParam::appendFiles(job, 0, in<Char>(patterns).c_str(), nullptr), PROF_CONVERT_FAILED);
     EXPECT_EQ(names(job), L"A.log ") << "those before the one that cannot be read";
+    EXPECT_EQ(log.lines(),
+              (std::vector{"WRN: ProfAppendFiles: '" + narrow(folder / L"none") + "' not found",
+                           "WRN: ProfAppendFiles: '" + narrow(folder / L"b.log") + "' could not be read"}));
+}
+
+// A clock that only waiting moves, and files that are locked until some time of it.
+ULONGLONG now;
+ULONGLONG WINAPI tellTime() {
+    return now;
+}
+void WINAPI wait(DWORD milliseconds) {
+    now += milliseconds;
+}
+HANDLE WINAPI locked(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD how,
+                     DWORD flags, HANDLE model) {
+    const std::wstring_view path(name);
+    if (now >= (path.ends_with(L"\\a") ? 6000 : path.ends_with(L"\\b") ? 12000 : 0))
+        return CreateFileW(name, access, share, security, how, flags, model);
+    SetLastError(ERROR_SHARING_VIOLATION);
+    return INVALID_HANDLE_VALUE;
+}
+
+TYPED_TEST(Files, ThatAreLockedAreWaitedForTenSecondsInAll) {
+    const TempFolder folder;
+    for (const wchar_t* name : {L"a", L"b"})
+        writeFile(folder / name, "x");
+    const ImportHook hooks[] = {{"CreateFileW", reinterpret_cast<void*>(locked)},
+                                {"GetTickCount64", reinterpret_cast<void*>(tellTime)},
+                                {"Sleep", reinterpret_cast<void*>(wait)}};
+    now = 0;
+    const Job job;
+    EXPECT_EQ(TypeParam::appendFiles(job, 0, in<typename TypeParam::Char>(folder / L"*").c_str(), nullptr),
+              PROF_CONVERT_FAILED);
+    EXPECT_EQ(GetLastError(), ERROR_SHARING_VIOLATION);
+    EXPECT_EQ(names(job), L"a ");
+    EXPECT_EQ(now, 10000u);
 }
 
 void addEntry(ProfJob job, const wchar_t* name, const wchar_t* contents) {
@@ -272,7 +319,6 @@ TYPED_TEST(Files, NeverLeaveTheirFolder) {
     EXPECT_EQ(folder.count(), 2);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(out), std::filesystem::directory_iterator()),
               2);
-    const auto narrow = [](const std::wstring& line) { return toBytes(line, CP_ACP); };
     std::vector<std::string> expected;
     for (const std::wstring& name : refused)
         expected.push_back(narrow(L"'" + out + L"\\" + name + L"' could not be created"));
