@@ -212,10 +212,13 @@ TVUT22_API INT TVUT22_CALL ProfGetError(ProfJob job);
  * references back, so what holds "&", "<", ">", a quote in a name or a line end in a name may come back as
  * something else or not at all; half a surrogate pair is written as U+FFFD.
  *
- * A target that the job does not hold is never torn: the new contents are written to a temporary
+ * A target that the job does not hold is not torn: the new contents are written to a temporary
  * file in the same folder, which then replaces the target in one step. It takes over the target's
  * attributes, creation time and access rights as far as the system allows; a link under the name is
- * replaced itself. While others have the target open, the step is retried for up to two seconds. A held
+ * replaced itself. While others have the target open, the step is retried for up to two seconds. If they
+ * still do and let it be written, though not replaced (as fopen opens a file), the temporary file is copied
+ * over the target and goes when that is complete; only then does a failure, or the end of the process, leave
+ * the target torn, and the whole contents in the file "~PRF........tmp" beside it. A held
  * file is first brought to its new length, so that what forbids that shows before old contents are
  * overwritten; a failure after that, and the end of the process, leave it torn.
  */

@@ -204,7 +204,7 @@ clsReplacingSink::clsReplacingSink(const char16_t* target) : target_(PlatformLon
 
 // Without its file there is nothing to remove: it was never made, or it is the target by now.
 clsReplacingSink::~clsReplacingSink() {
-    if (!file_ && !written_)
+    if ((!file_ && !written_) || torn_)
         return;
     file_.Reset();
     DeleteFileW(temporary_.c_str());
@@ -220,9 +220,52 @@ void clsReplacingSink::Finish() {
     written_ = true;
     file_.Reset();
     const DWORD error = clsPatience(replacePatience).Try([&] { return PutInPlace(target_, temporary_); });
+    if (error == ERROR_SHARING_VIOLATION)
+        return CopyOverTarget();
     if (error != ERROR_SUCCESS)
         throw clsException("file cannot be replaced", error);
     written_ = false;
+}
+
+namespace {
+
+clsFileHandle OpenExisting(const std::wstring& name, DWORD access) {
+    const DWORD everything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    clsFileHandle file(CreateFileW(name.c_str(), access, everything, nullptr, OPEN_EXISTING,
+                                   FILE_ATTRIBUTE_NORMAL, nullptr));
+    Require(static_cast<bool>(file), "file can be neither replaced nor overwritten");
+    return file;
+}
+
+void Copy(clsByteSource& source, clsByteSink& sink) {
+    std::array<char, 16 * 1024> block;
+    while (const std::size_t read = source.Read(block.data(), block.size()))
+        sink.Write(block.data(), read);
+    sink.Finish();
+}
+
+} // namespace
+
+// What can be known before is asked before: whether there is room, and whether the file may be cut.
+void clsReplacingSink::CopyOverTarget() {
+    const clsFileHandle contents = OpenExisting(temporary_, GENERIC_READ);
+    const clsFileHandle target = OpenExisting(target_, GENERIC_WRITE);
+    clsFileSource source(contents.Get());
+    clsFileSink sink(target.Get());
+    const std::uint64_t sizeBefore = SizeOf(target.Get());
+    bool isOverwriting = false;
+    torn_ = true; // until the opposite is known
+    try {
+        sink.Extend(source.SizeHint());
+        isOverwriting = true;
+        Copy(source, sink);
+        torn_ = false;
+    } catch (const clsException& exception) {
+        torn_ = isOverwriting || SizeOf(target.Get()) != sizeBefore;
+        if (!torn_)
+            throw;
+        throw clsTornFile(exception, temporary_);
+    }
 }
 
 } // namespace tvut

@@ -2,11 +2,13 @@
 #pragma once
 
 #include "platform/bytes.h"
+#include "platform/exception.h"
 #include "platform/owned.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 namespace tvut {
 
@@ -81,9 +83,25 @@ class clsFileSink final : public clsByteSink {
     HANDLE file_;
 };
 
+// A target that was to be overwritten and is neither what it was nor what it should be.
+class clsTornFile : public clsException {
+  public:
+    clsTornFile(const clsException& why, std::wstring contents)
+        : clsException("file is torn", why.Reason()), contents_(std::move(contents)) {}
+
+    // The file that holds what it should be.
+    const std::wstring& Contents() const noexcept { return contents_; }
+
+  private:
+    std::wstring contents_;
+};
+
 // Writes a new file beside a target and puts it in the target's place when it is complete. Until
 // then, and when anything fails, the target stays as it was and nothing is left behind; a process
 // that is killed leaves the target and at most one file "~PRF........tmp" beside it.
+//
+// Others may have the target open so that it can be written, but not replaced. After some patience the new
+// file is copied over it. When that fails halfway, Finish throws clsTornFile, and the new file stays.
 class clsReplacingSink final : public clsByteSink {
   public:
     explicit clsReplacingSink(const char16_t* target);
@@ -96,12 +114,15 @@ class clsReplacingSink final : public clsByteSink {
     void Finish() override;
 
   private:
+    void CopyOverTarget();
+
     std::wstring target_;
     std::wstring temporary_;
     clsFileHandle file_;
     WIN32_FILE_ATTRIBUTE_DATA targetData_{};
     bool targetExists_ = false;
     bool written_ = false; // complete and closed, not yet in the target's place
+    bool torn_ = false;    // the target is
 };
 
 } // namespace tvut

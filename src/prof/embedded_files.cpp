@@ -7,6 +7,7 @@
 #include "prof/file_name.h"
 #include "prof/file_pattern.h"
 #include "prof/path.h"
+#include "prof/torn_file.h"
 #include "runtime/diagnostics.h"
 #include "text/byte_text.h"
 
@@ -168,10 +169,12 @@ void ProfpWriteBytes(std::u16string_view text, std::u16string_view key, clsByteS
 
 void ProfpWriteFile(const std::u16string& file, std::u16string_view text, std::u16string_view key) {
     try {
-        if (!ProfpIsFileName(file))
-            throw clsException("no file can have this name", reason::invalidName);
+        ProfpRequireFileName(file);
         clsReplacingSink sink(file.c_str());
         ProfpWriteBytes(text, key, sink);
+    } catch (const clsTornFile& torn) {
+        ProfpTellOfTornFile(file, torn);
+        throw;
     } catch (const clsUndecoded&) {
         throw; // it has a line of its own
     } catch (const clsException&) {

@@ -1,5 +1,6 @@
 #include "prof/file_name.h"
 
+#include "platform/exception.h"
 #include "text/regex.h"
 
 #include <atomic>
@@ -52,6 +53,11 @@ std::u16string_view LastComponent(std::u16string_view path) {
 
 bool ProfpIsFileName(std::u16string_view path) {
     return fileName.Matches(LastComponent(path));
+}
+
+void ProfpRequireFileName(std::u16string_view path) {
+    if (!ProfpIsFileName(path))
+        throw clsException("no file can have this name", reason::invalidName);
 }
 
 // Refuses what the system takes for a device though nobody reserves it: superscript figures, the console's

@@ -10,6 +10,9 @@ namespace tvut {
 // control character, and does not end in a blank or a dot.
 bool ProfpIsFileName(std::u16string_view path);
 
+// Throws clsException for one that cannot.
+void ProfpRequireFileName(std::u16string_view path);
+
 // Whether a name taken from a profile names a file in whatever folder it is put behind, and nothing else
 // there is: no separator, drive, stream, "." or "..", and stricter about devices than a path: also with
 // several extensions, with blanks before the first one, COM and LPT with a raised figure, CONIN$, CONOUT$.

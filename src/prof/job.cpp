@@ -7,6 +7,7 @@
 #include "platform/temporary_file.h"
 #include "prof/file_name.h"
 #include "prof/formats/save.h"
+#include "prof/torn_file.h"
 #include "runtime/default_code_page.h"
 
 #include <array>
@@ -162,10 +163,14 @@ void clsProfJob::Save(std::optional<std::u16string_view> fileName, std::uint32_t
         auto maker = SinkOn<clsFileSink>(heldFile_.Get());
         return RequireSaved(ProfpSave(tree_.Root(), flags, compressed_, maker));
     }
-    if (!ProfpIsFileName(target.View()))
-        throw clsException("no file can have this name", reason::invalidName);
+    ProfpRequireFileName(target.View());
     auto maker = SinkOn<clsReplacingSink>(target.Characters());
-    RequireSaved(ProfpSave(tree_.Root(), flags, compressed_, maker));
+    try {
+        RequireSaved(ProfpSave(tree_.Root(), flags, compressed_, maker));
+    } catch (const clsTornFile& torn) {
+        ProfpTellOfTornFile(target.View(), torn);
+        throw;
+    }
 }
 
 void clsProfJob::SaveToStream(IStream& stream, std::uint32_t flags) {

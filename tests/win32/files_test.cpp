@@ -1,6 +1,6 @@
 // Bytes of streams and files in a profile, and files out of it: identical, in order, and only where they
 // belong.
-#include "support/import_hook.h"
+#include "support/fake_clock.h"
 #include "support/log.h"
 #include "support/piece_stream.h"
 
@@ -213,18 +213,11 @@ TYPED_TEST(Files, AreFoundByNamesAndPatternsInOrder) {
                            "WRN: ProfAppendFiles: '" + narrow(folder / L"b.log") + "' could not be read"}));
 }
 
-// A clock that only waiting moves, and files that are locked until some time of it.
-ULONGLONG now;
-ULONGLONG WINAPI tellTime() {
-    return now;
-}
-void WINAPI wait(DWORD milliseconds) {
-    now += milliseconds;
-}
+// Files that are locked until some time of the clock.
 HANDLE WINAPI locked(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD how,
                      DWORD flags, HANDLE model) {
     const std::wstring_view path(name);
-    if (now >= (path.ends_with(L"\\a") ? 6000 : path.ends_with(L"\\b") ? 12000 : 0))
+    if (FakeClock::now >= (path.ends_with(L"\\a") ? 6000 : path.ends_with(L"\\b") ? 12000 : 0))
         return CreateFileW(name, access, share, security, how, flags, model);
     SetLastError(ERROR_SHARING_VIOLATION);
     return INVALID_HANDLE_VALUE;
@@ -234,16 +227,14 @@ TYPED_TEST(Files, ThatAreLockedAreWaitedForTenSecondsInAll) {
     const TempFolder folder;
     for (const wchar_t* name : {L"a", L"b"})
         writeFile(folder / name, "x");
-    const ImportHook hooks[] = {{"CreateFileW", reinterpret_cast<void*>(locked)},
-                                {"GetTickCount64", reinterpret_cast<void*>(tellTime)},
-                                {"Sleep", reinterpret_cast<void*>(wait)}};
-    now = 0;
+    const ImportHook hook("CreateFileW", reinterpret_cast<void*>(locked));
+    const FakeClock clock;
     const Job job;
     EXPECT_EQ(TypeParam::appendFiles(job, 0, in<typename TypeParam::Char>(folder / L"*").c_str(), nullptr),
               PROF_CONVERT_FAILED);
     EXPECT_EQ(GetLastError(), ERROR_SHARING_VIOLATION);
     EXPECT_EQ(names(job), L"a ");
-    EXPECT_EQ(now, 10000u);
+    EXPECT_EQ(FakeClock::now, 10000u);
 }
 
 void addEntry(ProfJob job, const wchar_t* name, const wchar_t* contents) {
