@@ -584,7 +584,7 @@ TVUT22_API INT TVUT22_CALL ProfGetFileW(ProfJob job, ProfList list, const wchar_
  *
  * Result  PROF_OK, also when nothing was found (a diagnostic line tells of each element); PROF_NOT_FOUND
  *         for an invalid list; PROF_CONVERT_FAILED when a file could not be read or kept, which a line tells,
- *         too: the files before it have been appended, those behind it have not.
+ *         too: the files before it have been appended, those after it have not.
  */
 TVUT22_API INT TVUT22_CALL ProfAppendFilesA(ProfJob job, ProfList list, const char* files, const char* key);
 TVUT22_API INT TVUT22_CALL ProfAppendFilesW(ProfJob job, ProfList list, const wchar_t* files,

@@ -12,7 +12,7 @@ bool IsFull(std::wstring_view path) {
     return path.starts_with(L"\\\\") || (path.size() > 2 && path[1] == L':' && path[2] == L'\\');
 }
 
-// Without "." and "..", and with backslashes: nothing behind the prefix is looked at any more.
+// Without "." and "..", and with backslashes: nothing after the prefix is looked at any more.
 std::wstring FullPath(const std::wstring& path) {
     std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
     const DWORD length =
