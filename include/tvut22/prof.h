@@ -157,8 +157,8 @@ TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStream(IStream* stream);
 
 /* As ProfJobOpenStream, with a name and flags.
  *
- * name   names the profile in diagnostic lines; "(Stream)" does when it is null or empty. No file of that name is opened, and the
- *        job has no file of its own.
+ * name   names the profile in diagnostic lines; "(Stream)" does when it is null or empty. No file of
+ *        that name is opened, and the job has no file of its own.
  * flags  PROF_READ_...; 0 reads as ProfJobOpenStream does. PROF_READ_PLAIN_INI reads an .ini file as
  *        other programs do: each section is a list of the root list, items before the first section
  *        belong to the root, blanks around name and value are dropped, everything else stays as it
@@ -580,7 +580,8 @@ TVUT22_API INT TVUT22_CALL ProfGetFileW(ProfJob job, ProfList list, const wchar_
  * key    as above.
  *
  * Files that others have locked are waited for, 10 seconds in all. The entries come in the order of the
- * elements, those of a pattern ordered by name without regard to case. Names are as the file system has them and are not made unique.
+ * elements, those of a pattern ordered by name without regard to case. Names are as the file system has them
+ * and are not made unique.
  *
  * Result  PROF_OK, also when nothing was found (a diagnostic line tells of each element); PROF_NOT_FOUND
  *         for an invalid list; PROF_CONVERT_FAILED when a file could not be read or kept, which a line tells,

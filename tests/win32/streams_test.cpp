@@ -70,7 +70,7 @@ TEST(Streams, WithoutANameAreCalledStream) {
     for (const wchar_t* name : {static_cast<const wchar_t*>(nullptr), L"", L"its name"}) {
         const Log log;
         PieceStream stream("<html>");
-        Job(ProfJobOpenStreamObjectW(&stream, name, 0));
+        EXPECT_EQ(Job(ProfJobOpenStreamObjectW(&stream, name, 0)).error(), PROF_OK);
         const std::string shown = name && *name ? "its name" : "(Stream)";
         EXPECT_EQ(log.lines(), std::vector{"WRN: '" + shown + "': markup that is no profile of ours"});
     }
