@@ -54,7 +54,7 @@ unpack_package() {
 build_example() {
     local folder=build/examples/$1 package=$repository/build/examples/package
     local flags="-Wall -Wextra -Wpedantic -Werror -msse2 -mfpmath=sse"
-    CFLAGS=$flags CXXFLAGS=$flags cmake --fresh -S "$package/share/doc/tvUT22/examples/$1" -B "$folder" -G Ninja \
+    CFLAGS=$flags CXXFLAGS=$flags cmake --fresh -S "$package/examples/$1" -B "$folder" -G Ninja \
         --toolchain "$repository/cmake/mingw32.cmake" -DCMAKE_PREFIX_PATH="$package" -DCMAKE_FIND_ROOT_PATH="$package" \
         >"$folder.log" 2>&1 || { cat "$folder.log" >&2; return 1; }
     cmake --build "$folder"
