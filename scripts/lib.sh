@@ -46,7 +46,7 @@ unpack_package() {
     local log=build/examples/package.log
     mkdir -p build/examples
     rm -rf build/package build/examples/package
-    cpack --preset zip >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+    cmake --build --preset package >"$log" 2>&1 || { cat "$log" >&2; return 1; }
     mkdir build/examples/package
     (cd build/examples/package && cmake -E tar xf ../../package/tvUT22-*-win32.zip && mv tvUT22-*/* .)
 }
