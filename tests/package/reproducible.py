@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
 """Makes again what is shipped, later and elsewhere, from the same objects: it must come out byte for byte.
 
-What an object holds of its own folder would differ between checkouts: no file may name the folder.
+What an object holds of its own folder would differ between checkouts: no file may name the folder. And what comes
+from others and is linked in must stand in THIRD-PARTY.md.
 """
 import os
+import re
 import subprocess
 import sys
 from pathlib import Path
@@ -14,7 +16,8 @@ MADE = {"bin/tvUT22.dll": ["bin/tvUT22.dll.debug"], "bin/prof.exe": [], "bin/log
 
 
 def make_again(build, target):
-    """Runs the build's own last command for a target, with another folder in the place of its own."""
+    """Runs the build's own last command for a target, with another folder in the place of its own. The libraries of
+    others that the linker opened are returned."""
     commands = subprocess.run(["ninja", "-C", build, "-t", "commands", target], capture_output=True, text=True,
                               check=True).stdout
     command = commands.strip().split("\n")[-1].replace(target, f"again/{target}")
@@ -22,12 +25,17 @@ def make_again(build, target):
     (build / "again" / folder).mkdir(parents=True, exist_ok=True)
     command = command.replace(f"make_directory {build}/{folder}", f"make_directory {build}/again/{folder}")
     command = command.replace(f"cd {build}/{folder} ", f"cd {build}/again/{folder} ")
-    subprocess.run(command, shell=True, cwd=build, check=True)
+    command = command.replace(" -o ", " -Wl,--trace -o ")
+    trace = subprocess.run(command, shell=True, cwd=build, check=True, capture_output=True, text=True).stdout
+    return {Path(name).name for name in re.findall(r"^\(?(/usr/[^)\s]+\.[ao])\b", trace, re.MULTILINE)}
 
 
 def faults(source, build, staged):
+    notices = (source / "THIRD-PARTY.md").read_text(encoding="utf-8")
     for target, others in MADE.items():
-        make_again(build, target)
+        for library in sorted(make_again(build, target)):
+            if f"`{library}`" not in notices:
+                yield f"{library} is linked into {target} and not named in THIRD-PARTY.md"
         for name in [target, *others]:
             first = (build / name).read_bytes()
             if first != (build / "again" / name).read_bytes():
