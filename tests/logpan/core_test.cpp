@@ -179,7 +179,7 @@ TEST(Columns, PrintHostileLinesHarmlessly) {
     const Case cases[] = {
         {{{2024, 1, 31, 12, 34, 56, 789}, L"KX32UTIL", 0xabcd, 3, '7', 5000, 2, L"ERR: no \"x\""},
          L"12:34:56.789 KX32UTIL 0000abcd/03 7   ERR: no \"x\"",
-         LR"({"time":"2024-01-31T12:34:56.789","module":"KX32UTIL","thread":43981,"processor":3,"sequence":7,)"
+         LR"({"time":"2024-01-31T12:34:56.789","module":"KX32UTIL","thread":"0000abcd","processor":"03","sequence":7,)"
          LR"("port":5000,"level":2,"severity":"error","text":"ERR: no \"x\""})"},
         {{{65535, 0, 0, 65535, 0, 0, 0},
           L"\x1b[2J",
@@ -191,11 +191,12 @@ TEST(Columns, PrintHostileLinesHarmlessly) {
           L"\na\x1b]0;b\a\tC:\\d\x7f\x9b"},
          LR"(--:--:--.--- \x1b[2J  ffffffff/ffffffff -                                                   )"
          LR"(a\x1b]0;b\x07\tC:\d\x7f\x9b)",
-         LR"({"time":null,"module":"\u001b[2J","thread":4294967295,"processor":4294967295,"sequence":null,)"
+         LR"({"time":null,"module":"\u001b[2J","thread":"ffffffff","processor":"ffffffff","sequence":null,)"
          LR"("port":1,"level":60000,"severity":"","text":"\u000aa\u001b]0;b\u0007\u0009C:\\d\u007f\u009b"})"},
         {{{}, L"", 0, 0, '0', 0, 0, std::wstring{L"\xd83d\xde00 \xd83d\xde", 5} + L"\xdc00\xd800"},
          L"00:00:00.000          00000000/00 0 \xd83d\xde00 \\ud83d\u00de\\udc00\\ud800",
-         L"{\"time\":null,\"module\":\"\",\"thread\":0,\"processor\":0,\"sequence\":0,\"port\":0,\"level\":0,"
+         L"{\"time\":null,\"module\":\"\",\"thread\":\"00000000\",\"processor\":\"00\",\"sequence\":0,"
+         L"\"port\":0,\"level\":0,"
          L"\"severity\":\"\",\"text\":\"\xd83d\xde00 \xfffd\u00de\xfffd\xfffd\"}"},
     };
     for (const Case& at : cases) {
