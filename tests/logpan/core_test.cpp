@@ -1,6 +1,7 @@
 // The viewer's logic: joining, counting, holding, filtering and printing lines.
 #include "columns.h"
 #include "filter.h"
+#include "severity.h"
 #include "shown_lines.h"
 #include "text_message.h"
 
@@ -130,6 +131,49 @@ TEST(Joiner, SeparatesIndentationAndLineEnd) {
         ASSERT_TRUE(line);
         EXPECT_EQ(line->level, at.level) << at.sent.size();
         EXPECT_EQ(line->text, at.text);
+    }
+}
+
+// The library's own reports bear the host program's name in their text. One that is longer than its columns
+// counts once it is known: a colon behind a word is no rarity.
+TEST(Joiner, TakesTheHostsNameFromReports) {
+    struct Case {
+        std::wstring_view sent;
+        std::wstring_view module;
+        std::size_t level;
+        std::wstring_view text;
+        Severity severity = Severity::none;
+    };
+    constexpr Case cases[] = {
+        {L"heaps   :Error: clsHeap[]\n", L"heaps", 0, L"Error: clsHeap[]", Severity::error},
+        {L"  heaps   :  Warning: left\n", L"heaps", 4, L"Warning: left", Severity::warning},
+        {L"a b     :->3", L"a b", 0, L"->3"},
+        {L"settings: more", L"", 0, L"settings: more"},
+        {L"settings:8080", L"", 0, L"settings:8080"},
+        {L"settings:WRN: left", L"settings", 0, L"WRN: left", Severity::warning},
+        {L"settings: more", L"settings", 1, L"more"},
+        {L"report viewer: more", L"", 0, L"report viewer: more"},
+        {L"++report viewer.exe [C:\\r.exe] [r]", L"", 0, L"++report viewer.exe [C:\\r.exe] [r]"},
+        {L"report viewer: more", L"report viewer", 1, L"more"},
+        {L"customers:UtilJobOpen('A',0)", L"customers", 0, L"UtilJobOpen('A',0)"},
+        {L"heaps   Error: no colon", L"", 0, L"heaps   Error: no colon"},
+        {L"heaps  :Error: too short", L"", 0, L"heaps  :Error: too short"},
+        {L"C:/a/b/c:Error: a path", L"", 0, L"C:/a/b/c:Error: a path"},
+        {L"        :Error: no name", L"", 8, L":Error: no name"},
+        {L"\nKX32UTIL['a']: error in 'b' (c): d\n", L"", 0, L"\nKX32UTIL['a']: error in 'b' (c): d",
+         Severity::error},
+        {L"PROF load error line 3: 'x'", L"", 0, L"PROF load error line 3: 'x'", Severity::error},
+    };
+    Bench bench;
+    for (const Case& at : cases) {
+        bench.packet(1, static_cast<char>('0' + (&at - cases) % 10), at.sent);
+        bench.now += Joiner::moment;
+        const std::optional<Line> line = bench.joiner.take(bench.now);
+        ASSERT_TRUE(line);
+        EXPECT_EQ(line->module, at.module) << &at - cases;
+        EXPECT_EQ(line->level, at.level) << &at - cases;
+        EXPECT_EQ(line->text, at.text);
+        EXPECT_EQ(severityOf(line->text), at.severity) << &at - cases;
     }
 }
 
