@@ -48,8 +48,9 @@ LinePtr lineOf(std::wstring text, std::wstring module = L"KX32UTIL") {
     return std::make_shared<const Line>(std::move(line));
 }
 
-void addTo(Store& store, int number) {
-    const std::wstring text = L"line " + std::to_wstring(number);
+void addTo(Store& store, int number, std::wstring text = {}) {
+    if (text.empty())
+        text = L"line " + std::to_wstring(number);
     Packet packet;
     packet.sequence = static_cast<std::uint32_t>('0' + number % 10);
     packet.text = text;
@@ -333,7 +334,7 @@ TEST(Store, TellsAReaderWhatItMissed) {
 
 TEST(ShownLines, FollowFilterPauseAndTrim) {
     Store store{1000, 1 << 20};
-    ShownLines shown{store, 100};
+    ShownLines shown{store, 100, 1 << 20};
     for (int at = 0; at < 500; ++at)
         addTo(store, at);
     store.stop();
@@ -349,9 +350,34 @@ TEST(ShownLines, FollowFilterPauseAndTrim) {
     EXPECT_EQ(shown.trim(), 11u);
     EXPECT_EQ(shown[0]->text, L"line 400");
     EXPECT_EQ(shown.trim(), 0u);
+    EXPECT_EQ(shown.held(store.counters()), 500u);
     shown.clear();
     EXPECT_EQ(advance(), 0u);
     EXPECT_EQ(store.counters().held, 0u);
+}
+
+// Rows outlive their lines in the store, which are held all the same then, and are bounded as the store is.
+TEST(ShownLines, CountAndBoundWhatOnlyTheyHold) {
+    struct Case {
+        std::size_t mostLines;
+        std::size_t mostBytes;
+        std::size_t rows; // that are left of 108
+    };
+    constexpr std::size_t length = 1000;
+    constexpr std::size_t tenLines = 10 * (sizeof(Line) + (length + 100) * sizeof(wchar_t));
+    for (const Case& at : {Case{100, 1 << 20, 108}, Case{90, 1 << 20, 90}, Case{100, tenLines, 10}}) {
+        Store store{at.mostLines, at.mostBytes};
+        ShownLines shown{store, at.mostLines, at.mostBytes};
+        for (int line = 0; line <= 108; ++line) {
+            line < 108 ? addTo(store, line, std::wstring(length, L'x')) : store.stop();
+            while (shown.advance(1ms)) {
+            }
+        }
+        EXPECT_EQ(shown.held(store.counters()), 108u);
+        EXPECT_EQ(shown.trim(), 108 - at.rows);
+        EXPECT_EQ(shown.size(), at.rows);
+        EXPECT_GE(shown.held(store.counters()), shown.size());
+    }
 }
 
 } // namespace tool::logpan
