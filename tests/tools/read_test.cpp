@@ -66,6 +66,7 @@ constexpr Printed printed[] = {
     {"get office.prf Print/Accent --type colorref", "(0,102,204)\n"},
     {"get \"editor.ini\" \"Recent Files/1\"", "C:\\Texte\\Brief [alt].txt\n"},
     {"--version", "prof 22.10\n"},
+    {"version", "prof 22.10\n"},
 };
 
 constexpr Refused refused[] = {
@@ -88,7 +89,12 @@ constexpr Refused refused[] = {
     {"get office.prf Print/Copies --type inthex", 2, "--type"},
     {"get office.prf", 2, "PATH is required"},
     {"get office.prf Title more", 2, "prof --help"},
-    {"explain office.prf", 2, "prof --help"},
+    {"explain office.prf", 2, "prof: unknown command 'explain'\nTry 'prof --help'"},
+    {"shwo office.prf", 2, "prof: unknown command 'shwo', did you mean 'show'?"},
+    {"Show office.prf", 2, "did you mean 'show'?"},
+    {"del office.prf Title", 2, "did you mean 'delete'?"},
+    {"help chekc", 2, "unknown command 'chekc', did you mean 'check'?"},
+    {"office.prf", 2, "unknown command 'office.prf', did you mean 'prof show office.prf'?"},
     {"", 2, "prof --help"},
 };
 
@@ -110,6 +116,10 @@ TEST_F(ProfTool, SaysWhyItPrintsNothing) {
 
 TEST_F(ProfTool, HelpsWithEveryCommand) {
     EXPECT_NE(mustPrint("--help").find("Exit codes: 0 done, 1 not found"), std::string::npos);
+    for (const std::string words : {"help", "/?", "-?", "-h"})
+        EXPECT_EQ(mustPrint(words), mustPrint("--help"));
+    for (const std::string words : {"help set", "set /?", "set -h"})
+        EXPECT_EQ(mustPrint(words), mustPrint("set --help"));
     for (const std::string command : {"show", "get", "set", "delete", "lists", "items", "convert", "check"}) {
         const std::string help = mustPrint(command + " --help");
         EXPECT_NE(help.find("prof " + command), std::string::npos) << help;

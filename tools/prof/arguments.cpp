@@ -1,6 +1,7 @@
 // The command table, declared to the argument parser.
 #include "arguments.h"
 
+#include "command_words.h"
 #include "commands.h"
 #include "parse_arguments.h"
 #include "value_types.h"
@@ -148,8 +149,12 @@ ExitCode dispatch(std::vector<std::string> words) {
     app.set_version_flag("--version", version());
     app.footer(footer);
     app.require_subcommand(1);
-    for (const Command& command : commands)
+    std::vector<std::string_view> names;
+    for (const Command& command : commands) {
         command.declare(*app.add_subcommand(command.name, command.purpose), arguments);
+        names.emplace_back(command.name);
+    }
+    words = withOptionsForWords(std::move(words), names);
     if (!parseArguments(app, std::move(words), "Try 'prof --help' or 'prof COMMAND --help'."))
         return ExitCode::ok;
     const std::string chosen = app.get_subcommands().front()->get_name();
