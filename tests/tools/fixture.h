@@ -46,8 +46,9 @@ class ProfTool : public ::testing::Test {
     }
 
     // Runs it and expects a failure that is explained and prints nothing else.
-    void mustFail(const std::string& arguments, DWORD code, const std::string& reason) const {
-        const Outcome outcome = prof(arguments);
+    void mustFail(const std::string& arguments, DWORD code, const std::string& reason,
+                  std::string_view input = {}) const {
+        const Outcome outcome = prof(arguments, input);
         EXPECT_EQ(outcome.code, code) << arguments;
         EXPECT_EQ(outcome.out, "") << arguments;
         EXPECT_TRUE(outcome.err.starts_with("prof: ")) << arguments << "\n" << outcome.err;

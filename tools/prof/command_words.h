@@ -8,8 +8,8 @@
 
 namespace tool::prof {
 
-// "help" and "version" become the options of that name, "help COMMAND" that command's. Throws Failure with usage
-// for a command that there is not, and says which one may have been meant.
+// "help" and "version" become the options of that name, "help COMMAND" that command's. Throws Failure with
+// usage for a command that there is not, and says which one may have been meant.
 std::vector<std::string> withOptionsForWords(std::vector<std::string> words,
                                              const std::vector<std::string_view>& commands);
 

@@ -1,35 +1,28 @@
 #include "edited_profile.h"
 
-#include "profile_kind.h"
+#include "reading.h"
 #include "text_io.h"
 
 namespace tool::prof {
 
-namespace {
+EditedProfile::EditedProfile(const Arguments& arguments, Replaceable replaceable)
+    : target_(arguments.output.empty() ? arguments.file : arguments.output),
+      inPlace_(target_ == arguments.file && target_ != standardStream),
+      profile_(open(arguments, replaceable)) {}
 
-constexpr UINT sameWrapping = PROF_FORM_TEXT | PROF_SAVE_COMPRESSED_AS_READ;
-
-bool isInPlace(const Arguments& arguments) {
-    return arguments.output.empty() && arguments.file != standardStream;
+Profile EditedProfile::open(const Arguments& arguments, Replaceable replaceable) {
+    if (inPlace_)
+        requireReplaceable(arguments.file, arguments.plainIni, replaceable);
+    if (arguments.create && arguments.file != standardStream &&
+        contentsOfFile(toWide(arguments.file)).kind == FileKind::missing)
+        return Profile::makeEmpty();
+    return Profile::open(arguments.file, arguments.plainIni);
 }
 
-bool isToBeCreated(const Arguments& arguments) {
-    return arguments.create && arguments.file != standardStream &&
-           kindOf(toWide(arguments.file)) == FileKind::missing;
-}
-
-} // namespace
-
-Profile openForEdit(const Arguments& arguments) {
-    Profile profile =
-        isToBeCreated(arguments) ? Profile::makeEmpty() : Profile::open(arguments.file, arguments.plainIni);
-    if (isInPlace(arguments))
-        requireReplaceable(arguments.file, arguments.plainIni);
-    return profile;
-}
-
-void saveEdited(const Profile& profile, const Arguments& arguments) {
-    profile.save(arguments.output.empty() ? arguments.file : arguments.output, sameWrapping);
+void EditedProfile::save(UINT flags) {
+    if (!inPlace_ && target_ != standardStream)
+        requireOverwritable(target_);
+    profile_.save(target_, flags);
 }
 
 } // namespace tool::prof
