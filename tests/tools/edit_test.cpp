@@ -1,6 +1,8 @@
 // What prof changes and saves, and what it refuses to touch.
 #include "fixture.h"
 
+#include <algorithm>
+
 namespace prof_test {
 
 namespace {
@@ -117,6 +119,20 @@ TEST_F(ProfTool, SetChangesOneItemInItsPlace) {
     mustPrint("set office.prf Print/Copies 3");
     std::ifstream original{std::filesystem::path{PROF_TEST_DATA} / "office.prf", std::ios::binary};
     EXPECT_EQ(read("office.prf"), (std::string{std::istreambuf_iterator<char>{original}, {}}));
+}
+
+TEST_F(ProfTool, KeepsTheChangesOfAllWhoChangeAFileAtOnce) {
+    for (const std::string target : {"office.prf", "new.prf --create"}) {
+        std::vector<std::unique_ptr<Process>> others;
+        for (int at = 0; at < 6; ++at)
+            others.push_back(start("set " + target + " New/Item" + std::to_string(at) + " 1"));
+        for (const auto& other : others) {
+            const Outcome outcome = other->finish();
+            EXPECT_EQ(outcome.code, 0u) << outcome.err;
+        }
+        const std::string items = mustPrint("items " + target.substr(0, target.find(' ')) + " New");
+        EXPECT_EQ(std::count(items.begin(), items.end(), '\n'), 6) << items;
+    }
 }
 
 TEST_F(ProfTool, TakesValuesThatLookLikeOptionsBehindADoubleDash) {

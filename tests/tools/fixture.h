@@ -27,6 +27,11 @@ class ProfTool : public ::testing::Test {
         return run(std::filesystem::absolute(PROF_EXECUTABLE), "prof " + arguments, folder_, input);
     }
 
+    std::unique_ptr<Process> start(const std::string& arguments) const {
+        return std::make_unique<Process>(std::filesystem::absolute(PROF_EXECUTABLE), "prof " + arguments,
+                                         folder_);
+    }
+
     std::string read(const std::string& name) const {
         std::ifstream file{folder_ / name, std::ios::binary};
         return {std::istreambuf_iterator<char>{file}, {}};

@@ -1,15 +1,18 @@
 // A profile that a command changes: opened, and saved where the command line says.
-// The save replaces a file in one step: a reader, or a crash, meets the old contents or the new ones and
-// nothing between.
+//
+// A file that the save will replace is the command's alone meanwhile: other prof wait for their turn, and
+// other programs that hold it exclusively are waited for, as they wait for this one. The save replaces it in
+// one step: a reader, or a crash, meets the old contents or the new ones and nothing between.
 #ifndef PROF_TOOL_EDITED_PROFILE_H
 #define PROF_TOOL_EDITED_PROFILE_H
 
 #include "arguments.h"
+#include "file_turn.h"
 #include "profile.h"
 #include "profile_kind.h"
 #include "replacing.h"
 
-#include <string>
+#include <optional>
 
 namespace tool::prof {
 
@@ -30,9 +33,11 @@ class EditedProfile {
 
   private:
     Profile open(const Arguments& arguments, Replaceable replaceable);
+    Profile openHeld(const Arguments& arguments, Replaceable replaceable);
 
     std::string target_;
-    bool inPlace_;
+    std::optional<FileTurn> turn_; // there when FILE is replaced
+    FileKind kind_;
     Profile profile_;
 };
 

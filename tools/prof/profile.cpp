@@ -77,6 +77,31 @@ Profile Profile::open(const std::string& name, bool plainIni) {
     return profile;
 }
 
+Profile Profile::openHeld(const std::string& name) {
+    const LoadReport report;
+    Profile profile{ProfJobOpenExclusiveW(toWide(name).c_str())};
+    const INT error = ProfGetError(profile.job());
+    if (error == PROF_EXCLUSIVE_FAILED)
+        throw whyNotSaved(name);
+    if (error == PROF_LOCKED && report.reason().empty())
+        if (const std::string reason = whyNotChangeable(toWide(name)); !reason.empty())
+            throw Failure{ExitCode::cannotOpen, name, reason};
+    if (error != PROF_OK)
+        throw whyNotLoaded(name, error, report.reason());
+    if (const std::string warning = report.warning(); !warning.empty())
+        throw Failure{ExitCode::malformed, name,
+                      warning +
+                          "; what was not read would be lost: save it under another name with --output"};
+    return profile;
+}
+
+Profile Profile::copy() const {
+    Profile result = makeEmpty();
+    if (ProfCopyList(result.job(), nullptr, job(), nullptr) != PROF_OK)
+        throw std::bad_alloc{};
+    return result;
+}
+
 Profile Profile::makeEmpty() {
     return Profile{ProfJobOpenW(nullptr)};
 }

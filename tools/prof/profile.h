@@ -22,6 +22,10 @@ class Profile {
     // read.
     static Profile open(const std::string& name, bool plainIni);
 
+    // Opens a file that is there, and keeps others from changing it while the profile lives; waits for those
+    // who do so. Throws Failure, also for contents that are not read to the end.
+    static Profile openHeld(const std::string& name);
+
     // A profile with nothing in it.
     static Profile makeEmpty();
 
@@ -29,6 +33,9 @@ class Profile {
     static Profile fromClipboard();
 
     ProfJob job() const { return job_.get(); }
+
+    // Everything that is in it, without a file.
+    Profile copy() const;
 
     // Saves to a file or standard output; throws Failure with cannotSave.
     void save(const std::string& name, UINT flags) const;
