@@ -23,7 +23,6 @@ def make_again(build, target):
     command = commands.strip().split("\n")[-1].replace(target, f"again/{target}")
     folder = Path(target).parent
     (build / "again" / folder).mkdir(parents=True, exist_ok=True)
-    command = command.replace(f"make_directory {build}/{folder}", f"make_directory {build}/again/{folder}")
     command = command.replace(f"cd {build}/{folder} ", f"cd {build}/again/{folder} ")
     command = command.replace(" -o ", " -Wl,--trace -o ")
     trace = subprocess.run(command, shell=True, cwd=build, check=True, capture_output=True, text=True).stdout
