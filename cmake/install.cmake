@@ -1,14 +1,15 @@
-# What "cmake --install" gives, and the package to download holds: bin, lib (import library), include, the
-# files for find_package, docs and examples.
-include(GNUInstallDirs)
+# What "cmake --install" gives, and the package to download holds: bin, lib (import libraries of MinGW and MSVC,
+# and the list to make others from), include, the files for find_package, docs and examples. Pages lie as they do in the repository, so their links hold.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS tvUT22 prof logpan logpan_console RUNTIME DESTINATION bin)
-install(FILES ${PROJECT_BINARY_DIR}/lib/libtvUT22.a DESTINATION lib)
+install(FILES ${PROJECT_BINARY_DIR}/lib/libtvUT22.a ${PROJECT_BINARY_DIR}/lib/tvUT22.lib DESTINATION lib)
+install(FILES ${PROJECT_SOURCE_DIR}/src/exports/tvut22.def DESTINATION lib RENAME tvUT22.def)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/tvut22 DESTINATION include)
-install(FILES ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md
-        DESTINATION share/doc/tvUT22)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs ${PROJECT_SOURCE_DIR}/examples DESTINATION share/doc/tvUT22)
+foreach(page CHANGELOG.md CONTRIBUTING.md LICENSE README.md THIRD-PARTY.md)
+  install(FILES ${PROJECT_SOURCE_DIR}/${page} DESTINATION .)
+endforeach()
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs ${PROJECT_SOURCE_DIR}/examples DESTINATION .)
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
   install(FILES $<TARGET_FILE:tvUT22>.debug DESTINATION bin)
 endif()

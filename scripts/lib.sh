@@ -46,7 +46,7 @@ unpack_package() {
     local log=build/examples/package.log
     mkdir -p build/examples
     rm -rf build/package build/examples/package
-    cpack --preset zip >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+    cmake --build --preset package >"$log" 2>&1 || { cat "$log" >&2; return 1; }
     mkdir build/examples/package
     (cd build/examples/package && cmake -E tar xf ../../package/tvUT22-*-win32.zip && mv tvUT22-*/* .)
 }
@@ -54,7 +54,7 @@ unpack_package() {
 build_example() {
     local folder=build/examples/$1 package=$repository/build/examples/package
     local flags="-Wall -Wextra -Wpedantic -Werror -msse2 -mfpmath=sse"
-    CFLAGS=$flags CXXFLAGS=$flags cmake --fresh -S "$package/share/doc/tvUT22/examples/$1" -B "$folder" -G Ninja \
+    CFLAGS=$flags CXXFLAGS=$flags cmake --fresh -S "$package/examples/$1" -B "$folder" -G Ninja \
         --toolchain "$repository/cmake/mingw32.cmake" -DCMAKE_PREFIX_PATH="$package" -DCMAKE_FIND_ROOT_PATH="$package" \
         >"$folder.log" 2>&1 || { cat "$folder.log" >&2; return 1; }
     cmake --build "$folder"

@@ -8,7 +8,7 @@ namespace {
 std::string json(const Sender& sender, const std::string& module, const std::string& sequence,
                  const std::string& level, const std::string& severity, const std::string& text) {
     return R"({"time":"2024-01-31T12:34:56.789","module":")" + module +
-           R"(","thread":4660,"processor":1,"sequence":)" + sequence +
+           R"(","thread":"00001234","processor":"01","sequence":)" + sequence +
            ",\"port\":" + std::to_string(sender.port()) + ",\"level\":" + level + R"(,"severity":")" +
            severity + R"(","text":")" + text + "\"}\n";
 }

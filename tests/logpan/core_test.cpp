@@ -1,6 +1,7 @@
 // The viewer's logic: joining, counting, holding, filtering and printing lines.
 #include "columns.h"
 #include "filter.h"
+#include "severity.h"
 #include "shown_lines.h"
 #include "text_message.h"
 
@@ -47,8 +48,9 @@ LinePtr lineOf(std::wstring text, std::wstring module = L"KX32UTIL") {
     return std::make_shared<const Line>(std::move(line));
 }
 
-void addTo(Store& store, int number) {
-    const std::wstring text = L"line " + std::to_wstring(number);
+void addTo(Store& store, int number, std::wstring text = {}) {
+    if (text.empty())
+        text = L"line " + std::to_wstring(number);
     Packet packet;
     packet.sequence = static_cast<std::uint32_t>('0' + number % 10);
     packet.text = text;
@@ -133,6 +135,49 @@ TEST(Joiner, SeparatesIndentationAndLineEnd) {
     }
 }
 
+// The library's own reports bear the host program's name in their text. One that is longer than its columns
+// counts once it is known: a colon behind a word is no rarity.
+TEST(Joiner, TakesTheHostsNameFromReports) {
+    struct Case {
+        std::wstring_view sent;
+        std::wstring_view module;
+        std::size_t level;
+        std::wstring_view text;
+        Severity severity = Severity::none;
+    };
+    constexpr Case cases[] = {
+        {L"heaps   :Error: clsHeap[]\n", L"heaps", 0, L"Error: clsHeap[]", Severity::error},
+        {L"  heaps   :  Warning: left\n", L"heaps", 4, L"Warning: left", Severity::warning},
+        {L"a b     :->3", L"a b", 0, L"->3"},
+        {L"settings: more", L"", 0, L"settings: more"},
+        {L"settings:8080", L"", 0, L"settings:8080"},
+        {L"settings:WRN: left", L"settings", 0, L"WRN: left", Severity::warning},
+        {L"settings: more", L"settings", 1, L"more"},
+        {L"report viewer: more", L"", 0, L"report viewer: more"},
+        {L"++report viewer.exe [C:\\r.exe] [r]", L"", 0, L"++report viewer.exe [C:\\r.exe] [r]"},
+        {L"report viewer: more", L"report viewer", 1, L"more"},
+        {L"customers:UtilJobOpen('A',0)", L"customers", 0, L"UtilJobOpen('A',0)"},
+        {L"heaps   Error: no colon", L"", 0, L"heaps   Error: no colon"},
+        {L"heaps  :Error: too short", L"", 0, L"heaps  :Error: too short"},
+        {L"C:/a/b/c:Error: a path", L"", 0, L"C:/a/b/c:Error: a path"},
+        {L"        :Error: no name", L"", 8, L":Error: no name"},
+        {L"\nKX32UTIL['a']: error in 'b' (c): d\n", L"", 0, L"\nKX32UTIL['a']: error in 'b' (c): d",
+         Severity::error},
+        {L"PROF load error line 3: 'x'", L"", 0, L"PROF load error line 3: 'x'", Severity::error},
+    };
+    Bench bench;
+    for (const Case& at : cases) {
+        bench.packet(1, static_cast<char>('0' + (&at - cases) % 10), at.sent);
+        bench.now += Joiner::moment;
+        const std::optional<Line> line = bench.joiner.take(bench.now);
+        ASSERT_TRUE(line);
+        EXPECT_EQ(line->module, at.module) << &at - cases;
+        EXPECT_EQ(line->level, at.level) << &at - cases;
+        EXPECT_EQ(line->text, at.text);
+        EXPECT_EQ(severityOf(line->text), at.severity) << &at - cases;
+    }
+}
+
 TEST(TextMessage, IsTakenApartWhereItHasColumns) {
     struct Case {
         std::wstring_view message;
@@ -179,7 +224,7 @@ TEST(Columns, PrintHostileLinesHarmlessly) {
     const Case cases[] = {
         {{{2024, 1, 31, 12, 34, 56, 789}, L"KX32UTIL", 0xabcd, 3, '7', 5000, 2, L"ERR: no \"x\""},
          L"12:34:56.789 KX32UTIL 0000abcd/03 7   ERR: no \"x\"",
-         LR"({"time":"2024-01-31T12:34:56.789","module":"KX32UTIL","thread":43981,"processor":3,"sequence":7,)"
+         LR"({"time":"2024-01-31T12:34:56.789","module":"KX32UTIL","thread":"0000abcd","processor":"03","sequence":7,)"
          LR"("port":5000,"level":2,"severity":"error","text":"ERR: no \"x\""})"},
         {{{65535, 0, 0, 65535, 0, 0, 0},
           L"\x1b[2J",
@@ -191,11 +236,12 @@ TEST(Columns, PrintHostileLinesHarmlessly) {
           L"\na\x1b]0;b\a\tC:\\d\x7f\x9b"},
          LR"(--:--:--.--- \x1b[2J  ffffffff/ffffffff -                                                   )"
          LR"(a\x1b]0;b\x07\tC:\d\x7f\x9b)",
-         LR"({"time":null,"module":"\u001b[2J","thread":4294967295,"processor":4294967295,"sequence":null,)"
+         LR"({"time":null,"module":"\u001b[2J","thread":"ffffffff","processor":"ffffffff","sequence":null,)"
          LR"("port":1,"level":60000,"severity":"","text":"\u000aa\u001b]0;b\u0007\u0009C:\\d\u007f\u009b"})"},
         {{{}, L"", 0, 0, '0', 0, 0, std::wstring{L"\xd83d\xde00 \xd83d\xde", 5} + L"\xdc00\xd800"},
          L"00:00:00.000          00000000/00 0 \xd83d\xde00 \\ud83d\u00de\\udc00\\ud800",
-         L"{\"time\":null,\"module\":\"\",\"thread\":0,\"processor\":0,\"sequence\":0,\"port\":0,\"level\":0,"
+         L"{\"time\":null,\"module\":\"\",\"thread\":\"00000000\",\"processor\":\"00\",\"sequence\":0,"
+         L"\"port\":0,\"level\":0,"
          L"\"severity\":\"\",\"text\":\"\xd83d\xde00 \xfffd\u00de\xfffd\xfffd\"}"},
     };
     for (const Case& at : cases) {
@@ -288,7 +334,7 @@ TEST(Store, TellsAReaderWhatItMissed) {
 
 TEST(ShownLines, FollowFilterPauseAndTrim) {
     Store store{1000, 1 << 20};
-    ShownLines shown{store, 100};
+    ShownLines shown{store, 100, 1 << 20};
     for (int at = 0; at < 500; ++at)
         addTo(store, at);
     store.stop();
@@ -304,9 +350,34 @@ TEST(ShownLines, FollowFilterPauseAndTrim) {
     EXPECT_EQ(shown.trim(), 11u);
     EXPECT_EQ(shown[0]->text, L"line 400");
     EXPECT_EQ(shown.trim(), 0u);
+    EXPECT_EQ(shown.held(store.counters()), 500u);
     shown.clear();
     EXPECT_EQ(advance(), 0u);
     EXPECT_EQ(store.counters().held, 0u);
+}
+
+// Rows outlive their lines in the store, which are held all the same then, and are bounded as the store is.
+TEST(ShownLines, CountAndBoundWhatOnlyTheyHold) {
+    struct Case {
+        std::size_t mostLines;
+        std::size_t mostBytes;
+        std::size_t rows; // that are left of 108
+    };
+    constexpr std::size_t length = 1000;
+    constexpr std::size_t tenLines = 10 * (sizeof(Line) + (length + 100) * sizeof(wchar_t));
+    for (const Case& at : {Case{100, 1 << 20, 108}, Case{90, 1 << 20, 90}, Case{100, tenLines, 10}}) {
+        Store store{at.mostLines, at.mostBytes};
+        ShownLines shown{store, at.mostLines, at.mostBytes};
+        for (int line = 0; line <= 108; ++line) {
+            line < 108 ? addTo(store, line, std::wstring(length, L'x')) : store.stop();
+            while (shown.advance(1ms)) {
+            }
+        }
+        EXPECT_EQ(shown.held(store.counters()), 108u);
+        EXPECT_EQ(shown.trim(), 108 - at.rows);
+        EXPECT_EQ(shown.size(), at.rows);
+        EXPECT_GE(shown.held(store.counters()), shown.size());
+    }
 }
 
 } // namespace tool::logpan

@@ -46,9 +46,9 @@ constexpr Sample samples[] = {
     {1, L"Archive", 0x910, L"worker started"},
     {1, L"Archive", 0x7e4, L" retry 1: connected"},
     {1, L"Archive", 0x7e4, L"query 77: 1,204 documents"},
-    {0, L"KX32UTIL", 0x1b0, L"Warning: heap 'Forms' holds 2 objects, 96 bytes"},
-    {0, L"KX32UTIL", 0x1b0, L" object 1: 64 bytes, allocated in KXFORM.DLL at form.cpp:318"},
-    {0, L"KX32UTIL", 0x1b0, L" object 2: 32 bytes, allocated in KXFORM.DLL at form.cpp:342"},
+    {0, L"", 0x1b0, L"Kontor  :Error: clsHeapNode['KXFORM'/'Forms']::FreeObjectD(0X00A31F5C)"},
+    {0, L"", 0x1b0, L"Kontor  : Memory overrun, fence value has been changed (object not freed)"},
+    {0, L"", 0x1b0, L"Kontor  : -Object at 0X00A31F5C, 64(=0x00000040) Bytes"},
     {0, L"KX32UTIL", 0x1b0, L"job 00a31f00 closed"},
 };
 

@@ -1,6 +1,8 @@
 // What prof changes and saves, and what it refuses to touch.
 #include "fixture.h"
 
+#include <algorithm>
+
 namespace prof_test {
 
 namespace {
@@ -54,7 +56,15 @@ constexpr Refused refused[] = {
     {"set new.ini A/B 1 --create", 2, "--output"},
     {"set office.prf Title x --ini", 2, "--output"},
     {"delete editor.ini Window/Left", 2, "--output"},
-    {"set notes.txt A/B 1", 2, "is not a text profile"},
+    {"set notes.txt A/B 1", 4, "prof: notes.txt: is no profile"},
+    {"set form.xfdf last 3", 2, "is not a text profile"},
+    {"convert split.xml split.xml", 4, "line 15"},
+    {"convert office.prf editor.ini", 2, "prof: editor.ini: holds no profile, and would be lost"},
+    {"convert editor.ini ./editor.ini", 2, "would be lost"},
+    {"convert editor.ini EDITOR.INI", 2, "would be lost"},
+    {"convert office.prf form.xfdf", 2, "would be lost"},
+    {"set office.prf Title x --output notes.txt", 2, "prof: notes.txt: holds no profile"},
+    {"attach office.prf Files notes.txt --output other.xml", 2, "would be lost"},
     {"set damaged.prf A/B 1", 4, "prof: damaged.prf: "},
     {"set office.prf \"\" 1", 2, "the path is empty"},
     {"set office.prf Print/ 1", 2, "name is missing"},
@@ -109,6 +119,20 @@ TEST_F(ProfTool, SetChangesOneItemInItsPlace) {
     mustPrint("set office.prf Print/Copies 3");
     std::ifstream original{std::filesystem::path{PROF_TEST_DATA} / "office.prf", std::ios::binary};
     EXPECT_EQ(read("office.prf"), (std::string{std::istreambuf_iterator<char>{original}, {}}));
+}
+
+TEST_F(ProfTool, KeepsTheChangesOfAllWhoChangeAFileAtOnce) {
+    for (const std::string target : {"office.prf", "new.prf --create"}) {
+        std::vector<std::unique_ptr<Process>> others;
+        for (int at = 0; at < 6; ++at)
+            others.push_back(start("set " + target + " New/Item" + std::to_string(at) + " 1"));
+        for (const auto& other : others) {
+            const Outcome outcome = other->finish();
+            EXPECT_EQ(outcome.code, 0u) << outcome.err;
+        }
+        const std::string items = mustPrint("items " + target.substr(0, target.find(' ')) + " New");
+        EXPECT_EQ(std::count(items.begin(), items.end(), '\n'), 6) << items;
+    }
 }
 
 TEST_F(ProfTool, TakesValuesThatLookLikeOptionsBehindADoubleDash) {

@@ -27,6 +27,11 @@ class ProfTool : public ::testing::Test {
         return run(std::filesystem::absolute(PROF_EXECUTABLE), "prof " + arguments, folder_, input);
     }
 
+    std::unique_ptr<Process> start(const std::string& arguments) const {
+        return std::make_unique<Process>(std::filesystem::absolute(PROF_EXECUTABLE), "prof " + arguments,
+                                         folder_);
+    }
+
     std::string read(const std::string& name) const {
         std::ifstream file{folder_ / name, std::ios::binary};
         return {std::istreambuf_iterator<char>{file}, {}};
@@ -46,8 +51,9 @@ class ProfTool : public ::testing::Test {
     }
 
     // Runs it and expects a failure that is explained and prints nothing else.
-    void mustFail(const std::string& arguments, DWORD code, const std::string& reason) const {
-        const Outcome outcome = prof(arguments);
+    void mustFail(const std::string& arguments, DWORD code, const std::string& reason,
+                  std::string_view input = {}) const {
+        const Outcome outcome = prof(arguments, input);
         EXPECT_EQ(outcome.code, code) << arguments;
         EXPECT_EQ(outcome.out, "") << arguments;
         EXPECT_TRUE(outcome.err.starts_with("prof: ")) << arguments << "\n" << outcome.err;

@@ -42,6 +42,17 @@ TEST(LoadReport, TellsTheFirstErrorOfItsTime) {
     logLine("PROF load error line 4");
     logLine("'");
     EXPECT_EQ(broken.reason(), "");
+
+    const tool::prof::LoadReport warned;
+    EXPECT_EQ(warned.warning(), "");
+    logLine("WRN: 'C:\\it's.xml': nothing of it was read");
+    logLine("WRN: later");
+    EXPECT_EQ(warned.warning(), "nothing of it was read");
+    logLine("'");
+    EXPECT_EQ(tool::prof::LoadReport{}.warning(), "");
+    const tool::prof::LoadReport odd;
+    logLine("  WRN: '");
+    EXPECT_EQ(odd.warning(), "'");
     SetEnvironmentVariableW(L"TVUT22_LOG", nullptr);
 }
 

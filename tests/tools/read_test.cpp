@@ -1,7 +1,11 @@
 // What prof prints: whole outputs to the byte, and what it says when it has nothing to print.
 #include "fixture.h"
 
+#include <algorithm>
+
 namespace prof_test {
+
+using namespace std::string_literals;
 
 namespace {
 
@@ -66,6 +70,7 @@ constexpr Printed printed[] = {
     {"get office.prf Print/Accent --type colorref", "(0,102,204)\n"},
     {"get \"editor.ini\" \"Recent Files/1\"", "C:\\Texte\\Brief [alt].txt\n"},
     {"--version", "prof 22.10\n"},
+    {"version", "prof 22.10\n"},
 };
 
 constexpr Refused refused[] = {
@@ -75,6 +80,7 @@ constexpr Refused refused[] = {
     {"show damaged.prf", 4, "prof: damaged.prf: "},
     {"check damaged.prf", 4, "prof: damaged.prf: "},
     {"check split.xml", 4, "prof: split.xml: line 15: prof::xml::item no '</item>' tag found"},
+    {"show other.xml", 4, "prof: other.xml: is XML, but no profile: its root element is <settings>"},
     {"check broken.xfdf", 4, "prof: broken.xfdf: line 3: prof::xml::field: name unfinished"},
     {"show office.prf Print/Colours", 1, "prof: office.prf: there is no list Print/Colours"},
     {"lists office.prf Title", 1, "there is no list Title"},
@@ -87,7 +93,12 @@ constexpr Refused refused[] = {
     {"get office.prf Print/Copies --type inthex", 2, "--type"},
     {"get office.prf", 2, "PATH is required"},
     {"get office.prf Title more", 2, "prof --help"},
-    {"explain office.prf", 2, "prof --help"},
+    {"explain office.prf", 2, "prof: unknown command 'explain'\nTry 'prof --help'"},
+    {"shwo office.prf", 2, "prof: unknown command 'shwo', did you mean 'show'?"},
+    {"Show office.prf", 2, "did you mean 'show'?"},
+    {"del office.prf Title", 2, "did you mean 'delete'?"},
+    {"help chekc", 2, "unknown command 'chekc', did you mean 'check'?"},
+    {"office.prf", 2, "unknown command 'office.prf', did you mean 'prof show office.prf'?"},
     {"", 2, "prof --help"},
 };
 
@@ -109,6 +120,10 @@ TEST_F(ProfTool, SaysWhyItPrintsNothing) {
 
 TEST_F(ProfTool, HelpsWithEveryCommand) {
     EXPECT_NE(mustPrint("--help").find("Exit codes: 0 done, 1 not found"), std::string::npos);
+    for (const std::string words : {"help", "/?", "-?", "-h"})
+        EXPECT_EQ(mustPrint(words), mustPrint("--help"));
+    for (const std::string words : {"help set", "set /?", "set -h"})
+        EXPECT_EQ(mustPrint(words), mustPrint("set --help"));
     for (const std::string command : {"show", "get", "set", "delete", "lists", "items", "convert", "check"}) {
         const std::string help = mustPrint(command + " --help");
         EXPECT_NE(help.find("prof " + command), std::string::npos) << help;
@@ -137,6 +152,92 @@ TEST_F(ProfTool, KnowsAPlainIniFileByItsNameAndItsContents) {
     EXPECT_EQ(mustPrint("show store.ini"), mustPrint("show office.prf"));
     write("server.txt", read("server.conf"));
     EXPECT_EQ(mustPrint("show --ini server.txt"), mustPrint("show server.conf"));
+}
+
+// From a pipe, or under a name that tells nothing.
+TEST_F(ProfTool, KnowsAPlainIniFileByItsContentsAlone) {
+    struct Case {
+        std::string contents;
+        const char* shown;
+    };
+    const Case cases[] = {
+        {"; ours\na = 1\n\n[S] ; first\r\nb=2\n[T]\n[U]\nc", "/a=1\n/S/b=2\n/U/c=\n"},
+        {"\xef\xbb\xbfname=caf\xc3\xa9\n", "/name=caf\xc3\xa9\n"},
+        {"name=caf\xe9\n", "/name=caf\xc3\xa9\n"},
+        {utf16(u"\xfeff[S]\r\na=1\r\n"), "/S/a=1\n"},
+        {utf16(u"[S]\r\na=1\r\n"), "/S/a=1\n"},
+    };
+    const std::string note = "is no profile; read as a plain INI file, as with --ini";
+    for (const Case& at : cases) {
+        write("store.prf", at.contents);
+        const Outcome named = prof("show --flat store.prf");
+        EXPECT_EQ(named.out, at.shown);
+        EXPECT_EQ(named.err, "prof: store.prf: " + note + "\n");
+        const Outcome piped = prof("show --flat -", at.contents);
+        EXPECT_EQ(piped.out, at.shown);
+        EXPECT_EQ(piped.err, "prof: standard input: " + note + "\n");
+        EXPECT_EQ(mustPrint("show --flat --ini store.prf"), at.shown);
+        mustFail("set store.prf a 2", 2, "prof: store.prf: a plain INI file would become");
+        EXPECT_EQ(read("store.prf"), at.contents);
+    }
+}
+
+TEST_F(ProfTool, TellsWhatItReadWithDoubt) {
+    write("named.ini", "key\n[S]\na=1\n");
+    std::string cut = mustPrint("convert office.prf - --form xml");
+    cut += utf16(u"<!-- never closed\r\n");
+    write("cut.xml", cut);
+    const Outcome named = prof("show --flat named.ini");
+    EXPECT_EQ(named.out, "/key=\n/S/a=1\n");
+    EXPECT_EQ(named.err,
+              "prof: named.ini: has lines that INI files do not have; read as one because of its name\n");
+    const Outcome comment = prof("show cut.xml");
+    EXPECT_EQ(comment.out.substr(0, 6), "Title=");
+    EXPECT_TRUE(comment.err.starts_with("prof: cut.xml: ") &&
+                comment.err.find("comment") != std::string::npos)
+        << comment.err;
+}
+
+TEST_F(ProfTool, CallsNothingAProfileThatIsNone) {
+    struct Case {
+        std::string contents;
+        const char* reason;
+    };
+    std::string noise(10'000, '\0');
+    std::generate(noise.begin(), noise.end(), [state = 1u]() mutable {
+        return static_cast<char>((state = state * 1664525 + 1013904223) >> 24);
+    });
+    const Case cases[] = {
+        {noise, "its contents are binary"},
+        {"[S]\na=\0\1\2\3\n"s, "its contents are binary"},
+        {"Dear all,\n[x] this is a=b\n", "neither a list [/] nor the sections of an INI file"},
+        {"[link](page.md)\n[S]\na=1\n", "neither a list [/]"},
+        {"{\n \"a\": [1]\n}\n", "neither a list [/]"},
+        {"[A]\n{\nx=1\n}\n", "neither a list [/]"},
+        {"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n<!-- a > b -->\n<!DOCTYPE x [ <!ENTITY y \"z\"> "
+         "]>\n<x:y/>\n",
+         "is XML, but no profile: its root element is <x:y>"},
+        {"\xef\xbb\xbf<profile>\n<item name=\"a\">1</item>\n</profile>\n",
+         "is XML, but no profile as it is saved here"},
+        {utf16(u"\xfeff<?xml version=\"1.0\" encoding=\"UTF-16\" standalone=\"yes\"?>\r\n<profile><item "
+               u"name=\"a\">1</item></profile>\r\n"),
+         "is XML, but no profile as it is saved here"},
+        {"<!doctype HTML>\n<HTML lang=\"en\"><body>a=1\n", "is HTML, but no profile"},
+        {"<\n", "is XML, but no profile"},
+    };
+    for (const Case& at : cases)
+        for (const std::string name : {"-", "some.prf", "named.conf"}) {
+            if (name == "named.conf" && std::string_view{at.reason}.starts_with("neither"))
+                continue; // its name says how to read it
+            if (name != "-")
+                write(name, at.contents);
+            mustFail("check " + name, 4, at.reason, at.contents);
+            mustFail("convert " + name + " out.prf", 4, at.reason, at.contents);
+            mustFail("set " + name + " a 1", 4, at.reason, at.contents);
+        }
+    EXPECT_EQ(read("out.prf"), "");
+    for (const char* contents : {"", "\r\n \n", "# nothing yet\n"})
+        EXPECT_EQ(mustPrint("show -", contents), "");
 }
 
 TEST_F(ProfTool, ConvertsBetweenAllForms) {

@@ -1,6 +1,7 @@
 // The command table, declared to the argument parser.
 #include "arguments.h"
 
+#include "command_words.h"
 #include "commands.h"
 #include "parse_arguments.h"
 #include "value_types.h"
@@ -16,16 +17,16 @@ namespace tool::prof {
 namespace {
 
 constexpr const char* footer =
-    "FILE, IN and OUT may be - for standard input and output. A file whose name ends in .ini or .conf is\n"
-    "read as a plain INI file, each section a list of the root list, unless it holds a profile. One whose\n"
-    "name ends in .xfdf is read as any program's XFDF: a field that holds fields is a list.\n"
-    "A value or path that begins with a dash is written behind --.\n"
-    "Exit codes: 0 done, 1 not found, 2 wrong usage, 3 cannot open, 4 malformed contents,\n"
-    "            5 cannot save or write, 6 value not of the type, 7 out of memory.\n";
+    "FILE, IN and OUT may be - for standard input and output. What has sections, but no root list [/], is\n"
+    "a plain INI file: each section becomes a list of the root list. XFDF is read as any program's: a\n"
+    "field that holds fields is a list. A value or path that begins with a dash is written behind --.\n"
+    "Exit codes: 0 done, 1 not found, 2 wrong usage or a change that was refused, 3 cannot open,\n"
+    "            4 malformed contents or no profile, 5 cannot save or write, 6 value not of the type,\n"
+    "            7 out of memory.\n";
 
 void addFile(CLI::App& app, Arguments& arguments) {
     app.add_option("FILE", arguments.file, "The profile")->required();
-    app.add_flag("--ini", arguments.plainIni, "Read it as a plain INI file, whatever its name");
+    app.add_flag("--ini", arguments.plainIni, "Read it as a plain INI file, whatever its name and contents");
 }
 
 void addItemPath(CLI::App& app, Arguments& arguments, const char* help) {
@@ -82,7 +83,7 @@ void declareNames(CLI::App& app, Arguments& arguments) {
 void declareConvert(CLI::App& app, Arguments& arguments) {
     app.add_option("IN", arguments.file, "The profile to read")->required();
     app.add_option("OUT", arguments.output, "Where to save it")->required();
-    app.add_flag("--ini", arguments.plainIni, "Read IN as a plain INI file, whatever its name");
+    app.add_flag("--ini", arguments.plainIni, "Read IN as a plain INI file, whatever its name and contents");
     app.add_option("--form", arguments.form, "The form to save in; without it by the name of OUT")
         ->check(CLI::IsMember({"text", "xml", "xfdf"}));
     app.add_flag("--compress", arguments.compress, "Save compressed");
@@ -148,8 +149,12 @@ ExitCode dispatch(std::vector<std::string> words) {
     app.set_version_flag("--version", version());
     app.footer(footer);
     app.require_subcommand(1);
-    for (const Command& command : commands)
+    std::vector<std::string_view> names;
+    for (const Command& command : commands) {
         command.declare(*app.add_subcommand(command.name, command.purpose), arguments);
+        names.emplace_back(command.name);
+    }
+    words = withOptionsForWords(std::move(words), names);
     if (!parseArguments(app, std::move(words), "Try 'prof --help' or 'prof COMMAND --help'."))
         return ExitCode::ok;
     const std::string chosen = app.get_subcommands().front()->get_name();

@@ -1,6 +1,7 @@
 // prof copy and prof paste: a profile to the clipboard and from it.
 #include "commands.h"
 #include "profile.h"
+#include "replacing.h"
 
 #include <memory>
 #include <type_traits>
@@ -41,8 +42,10 @@ ExitCode runCopy(const Arguments& arguments) {
 }
 
 ExitCode runPaste(const Arguments& arguments) {
-    Profile::fromClipboard().save(arguments.output,
-                                  PROF_FORM_TEXT | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u));
+    const Profile profile = Profile::fromClipboard();
+    if (arguments.output != standardStream)
+        requireOverwritable(arguments.output);
+    profile.save(arguments.output, PROF_FORM_TEXT | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u));
     return ExitCode::ok;
 }
 

@@ -1,6 +1,6 @@
 // prof convert: a profile from any form that can be read into any form that can be written.
 #include "commands.h"
-#include "profile.h"
+#include "edited_profile.h"
 #include "profile_kind.h"
 
 #include <string_view>
@@ -29,10 +29,8 @@ UINT formFlag(const Arguments& arguments) {
 } // namespace
 
 ExitCode runConvert(const Arguments& arguments) {
-    if (arguments.output == arguments.file && arguments.file != standardStream)
-        requireReplaceable(arguments.file, arguments.plainIni);
-    const Profile profile = Profile::open(arguments.file, arguments.plainIni);
-    profile.save(arguments.output, formFlag(arguments) | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u));
+    EditedProfile profile{arguments, Replaceable::allProfiles};
+    profile.save(formFlag(arguments) | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u));
     return ExitCode::ok;
 }
 

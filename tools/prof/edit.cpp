@@ -22,13 +22,13 @@ ExitCode runSet(const Arguments& arguments) {
     const ValueType& type = valueType(arguments.type);
     requireStorablePath(arguments.path);
     requireValue(type, arguments.value);
-    const Profile profile = openForEdit(arguments);
+    EditedProfile profile{arguments, Replaceable::textProfiles};
     const std::wstring path = toWide(arguments.path);
     type.store(profile.job(), path.c_str(), arguments.value);
     // Setting reports nothing; an item that is not there after it did not fit into memory.
     if (ProfGetStringLengthW(profile.job(), nullptr, path.c_str()) < 0)
         throw std::bad_alloc{};
-    saveEdited(profile, arguments);
+    profile.saveAsText();
     return ExitCode::ok;
 }
 
@@ -36,14 +36,14 @@ ExitCode runDelete(const Arguments& arguments) {
     requirePath(arguments.path);
     if (arguments.list && arguments.path == "/")
         throw Failure{ExitCode::usage, "", "the root list cannot be deleted"};
-    const Profile profile = openForEdit(arguments);
+    EditedProfile profile{arguments, Replaceable::textProfiles};
     const auto reaches = arguments.list ? reachesList : reachesItem;
     if (!reaches(profile.job(), arguments.path))
         throw Failure{ExitCode::notFound, displayName(arguments.file),
                       (arguments.list ? "there is no list " : "there is no item ") + arguments.path};
     const auto remove = arguments.list ? ProfDeleteListW : ProfDeleteItemW;
     remove(profile.job(), nullptr, toWide(arguments.path).c_str());
-    saveEdited(profile, arguments);
+    profile.saveAsText();
     return ExitCode::ok;
 }
 

@@ -28,6 +28,15 @@ std::string whyNotReadable(const std::wstring& path) {
     return file.isOpen() ? std::string{} : systemReason(file.error());
 }
 
+std::string whyNotChangeable(const std::wstring& path) {
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return systemReason(GetLastError());
+    CloseHandle(file);
+    return {};
+}
+
 std::string whyNotWritable(const std::wstring& path) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     if (isFolder(attributes))

@@ -89,11 +89,11 @@ std::string whyNotExtracted(ProfJob job, ProfList list, const Arguments& argumen
 } // namespace
 
 ExitCode runAttach(const Arguments& arguments) {
-    const Profile profile = openForEdit(arguments);
-    const ProfList list = findOrMakeList(profile, arguments.path);
+    EditedProfile edited{arguments, Replaceable::textProfiles};
+    const ProfList list = findOrMakeList(edited.profile(), arguments.path);
     for (const std::string& pattern : arguments.patterns)
-        attach(profile, list, pattern, toWide(arguments.key));
-    saveEdited(profile, arguments);
+        attach(edited.profile(), list, pattern, toWide(arguments.key));
+    edited.saveAsText();
     return ExitCode::ok;
 }
 

@@ -1,4 +1,4 @@
-// Reads the library's load error line from its log file.
+// Reads the library's lines from its log file.
 #include "load_report.h"
 
 #include "text_io.h"
@@ -15,6 +15,7 @@ namespace {
 
 constexpr const wchar_t* logVariable = L"TVUT22_LOG";
 constexpr std::string_view marker = "PROF load error line ";
+constexpr std::string_view warningMarker = " WRN: ";
 constexpr long long mostRead = 64 * 1024; // bytes; a load writes two lines, each with a limit
 
 using Path = std::array<wchar_t, MAX_PATH + 1>;
@@ -71,17 +72,22 @@ std::string fromCodePage(std::string_view text) {
     return toUtf8({wide.data(), static_cast<std::size_t>(length)});
 }
 
+// The rest of the first line that has a mark; nothing when none has.
+std::string_view behindMark(std::string_view lines, std::string_view mark) {
+    const std::size_t found = lines.find(mark);
+    if (found == std::string_view::npos)
+        return {};
+    const std::string_view rest = lines.substr(found + mark.size());
+    return rest.substr(0, rest.find('\r'));
+}
+
 } // namespace
 
 LoadReport::LoadReport() : start_(logSize()) {}
 
 std::string LoadReport::reason() const {
     const std::string lines = readLog(start_);
-    const std::size_t found = lines.find(marker);
-    if (found == std::string::npos)
-        return {};
-    const std::size_t begin = found + marker.size();
-    const std::string_view error = std::string_view(lines).substr(begin, lines.find('\r', begin) - begin);
+    const std::string_view error = behindMark(lines, marker);
     const std::size_t colon = error.find(": '");
     const std::size_t quote = error.rfind('\'');
     if (colon == std::string_view::npos || quote < colon + 3)
@@ -89,6 +95,16 @@ std::string LoadReport::reason() const {
     const std::string message = fromCodePage(error.substr(colon + 3, quote - (colon + 3)));
     const std::string_view line = error.substr(0, colon);
     return line == "0" ? message : "line " + std::string{line} + ": " + message; // 0: before any line
+}
+
+std::string LoadReport::warning() const {
+    const std::string lines = readLog(start_);
+    std::string_view warning = behindMark(lines, warningMarker);
+    const std::size_t end = warning.find("': ");
+    if (warning.starts_with('\'') &&
+        end != std::string_view::npos) // the input's name, which the caller tells
+        warning.remove_prefix(end + 3);
+    return fromCodePage(warning);
 }
 
 } // namespace tool::prof

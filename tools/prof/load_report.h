@@ -1,12 +1,13 @@
-// Learns why a profile could not be loaded.
+// Learns why a profile could not be loaded, or not whole.
 //
 // ProfGetError says only that the contents are malformed. The line and the message go to the
 // diagnostic output as
 //
 //     PROF load error line 3: 'closing tag expected'
 //
-// The tool gives the library a log file of its own for that, in the temporary folder, which vanishes with
-// the process; where the user has named one by TVUT22_LOG, that one is read.
+// and what was passed over though loading went well as "WRN: ...". The tool gives the library a log file of
+// its own for that, in the temporary folder, which vanishes with the process; where the user has named one by
+// TVUT22_LOG, that one is read.
 #ifndef PROF_TOOL_LOAD_REPORT_H
 #define PROF_TOOL_LOAD_REPORT_H
 
@@ -21,6 +22,10 @@ class LoadReport {
 
     // "line 3: closing tag expected", or the empty text when no load error was reported meanwhile.
     std::string reason() const;
+
+    // The first warning that the library wrote meanwhile: "XML: nothing is read behind the comment in line
+    // 7". Empty without one.
+    std::string warning() const;
 
   private:
     long long start_; // where in the log file the load's own lines begin

@@ -5,6 +5,7 @@
 #include "file_access.h"
 #include "load_report.h"
 #include "profile_kind.h"
+#include "reading.h"
 #include "stream.h"
 #include "text_io.h"
 
@@ -18,19 +19,18 @@ ProfJob openStream(IStream& stream, const std::string& name, UINT flags) {
     return ProfJobOpenStreamObjectW(&stream, toWide(name).c_str(), flags);
 }
 
-UINT readFlags(const std::string& name, bool plainIni) {
-    if (plainIni)
-        return PROF_READ_PLAIN_INI;
-    return hasXfdfName(name) ? PROF_READ_FOREIGN_XFDF : 0;
-}
-
 ProfJob openJob(const std::string& name, bool plainIni) {
-    const UINT flags = readFlags(name, plainIni);
-    if (name == standardStream)
-        return openStream(*memoryStream(readStandardInput()), displayName(name), flags);
+    const bool standard = name == standardStream;
+    const std::string input = standard ? readStandardInput() : std::string{};
+    const Reading reading =
+        howToRead(name, standard ? contentsOfBytes(input) : contentsOfFile(toWide(name)), plainIni);
+    if (reading.note != nullptr)
+        printError("prof", displayName(name), reading.note);
+    if (standard)
+        return openStream(*memoryStream(input), displayName(name), reading.flags);
     const std::wstring path = toWide(name);
-    if (flags != 0)
-        return openStream(*fileStream(path, name), name, flags);
+    if (reading.flags != 0)
+        return openStream(*fileStream(path, name), name, reading.flags);
     return ProfJobOpenW(path.c_str());
 }
 
@@ -62,10 +62,6 @@ std::string displayName(const std::string& name) {
     return name == standardStream ? "standard input" : name;
 }
 
-bool isPlainIni(const std::string& name) {
-    return hasIniName(name) && kindOf(toWide(name)) != FileKind::profile;
-}
-
 Profile::Profile(ProfJob job) : job_(job) {
     if (!job_)
         throw std::bad_alloc{};
@@ -73,10 +69,37 @@ Profile::Profile(ProfJob job) : job_(job) {
 
 Profile Profile::open(const std::string& name, bool plainIni) {
     const LoadReport report;
-    Profile profile{openJob(name, plainIni || isPlainIni(name))};
+    Profile profile{openJob(name, plainIni)};
     if (const INT error = ProfGetError(profile.job()); error != PROF_OK)
         throw whyNotLoaded(name, error, report.reason());
+    if (const std::string warning = report.warning(); !warning.empty())
+        printError("prof", displayName(name), warning);
     return profile;
+}
+
+Profile Profile::openHeld(const std::string& name) {
+    const LoadReport report;
+    Profile profile{ProfJobOpenExclusiveW(toWide(name).c_str())};
+    const INT error = ProfGetError(profile.job());
+    if (error == PROF_EXCLUSIVE_FAILED)
+        throw whyNotSaved(name);
+    if (error == PROF_LOCKED && report.reason().empty())
+        if (const std::string reason = whyNotChangeable(toWide(name)); !reason.empty())
+            throw Failure{ExitCode::cannotOpen, name, reason};
+    if (error != PROF_OK)
+        throw whyNotLoaded(name, error, report.reason());
+    if (const std::string warning = report.warning(); !warning.empty())
+        throw Failure{ExitCode::malformed, name,
+                      warning +
+                          "; what was not read would be lost: save it under another name with --output"};
+    return profile;
+}
+
+Profile Profile::copy() const {
+    Profile result = makeEmpty();
+    if (ProfCopyList(result.job(), nullptr, job(), nullptr) != PROF_OK)
+        throw std::bad_alloc{};
+    return result;
 }
 
 Profile Profile::makeEmpty() {

@@ -1,4 +1,4 @@
-// One open profile: from a file, a plain INI file or standard input, and saved again.
+// One open profile: from a file in whatever form, or standard input, and saved again.
 #ifndef PROF_TOOL_PROFILE_H
 #define PROF_TOOL_PROFILE_H
 
@@ -15,14 +15,16 @@ inline constexpr const char* standardStream = "-";
 // How a file is called in messages.
 std::string displayName(const std::string& name);
 
-// Whether a file is read as a plain INI file: by its name, unless its contents are a profile.
-bool isPlainIni(const std::string& name);
-
 class Profile {
   public:
-    // Opens and loads; throws Failure with cannotOpen or malformed. A plain INI file is known by its name
-    // or by the caller's word.
+    // Opens and loads; throws Failure with cannotOpen or malformed. A plain INI file is known by its name,
+    // its contents or the caller's word; standard error tells when only the contents say so, and what was not
+    // read.
     static Profile open(const std::string& name, bool plainIni);
+
+    // Opens a file that is there, and keeps others from changing it while the profile lives; waits for those
+    // who do so. Throws Failure, also for contents that are not read to the end.
+    static Profile openHeld(const std::string& name);
 
     // A profile with nothing in it.
     static Profile makeEmpty();
@@ -31,6 +33,9 @@ class Profile {
     static Profile fromClipboard();
 
     ProfJob job() const { return job_.get(); }
+
+    // Everything that is in it, without a file.
+    Profile copy() const;
 
     // Saves to a file or standard output; throws Failure with cannotSave.
     void save(const std::string& name, UINT flags) const;

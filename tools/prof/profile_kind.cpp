@@ -1,9 +1,9 @@
-// Looks at a file's first header line.
+// Reads lines until one decides: the first header, or the first line that is nothing that an INI file holds.
 #include "profile_kind.h"
 
-#include "exit_code.h"
+#include "head_text.h"
 #include "input_file.h"
-#include "text_io.h"
+#include "markup_root.h"
 
 #include <algorithm>
 
@@ -14,62 +14,149 @@ namespace {
 constexpr DWORD lookAhead = 64 * 1024;
 constexpr std::string_view compressedMark = "ZZmQ";
 constexpr std::string_view rootHeader = "[/]";
+constexpr std::string_view xmlDeclaration = R"(<?xml version="1.0" encoding="UTF-16" standalone="yes"?>)";
+constexpr std::string_view xmlRoot = "<profile>";
+constexpr std::string_view xfdfBeginning[] = {
+    R"(<?xml version="1.0" encoding="UTF-8"?>)",
+    R"(<xfdf xmlns="http://ns.adobe.com/xfdf/" xml:space="preserve">)",
+    "<fields>",
+};
 constexpr std::string_view blanks = " \t";
 constexpr std::string_view lineEnds = "\r\n";
 
-// The bytes that matter here are ASCII: without zero bytes all encodings look alike.
-std::string asNarrow(std::string bytes) {
-    std::erase(bytes, '\0');
-    return bytes;
+bool isSame(std::string_view a, std::string_view b) {
+    const auto lower = [](char unit) { return unit >= 'A' && unit <= 'Z' ? unit + ('a' - 'A') : unit; };
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [&](char one, char other) { return lower(one) == lower(other); });
 }
 
-// The first line that begins with "[", without its indentation; a byte-order mark may stand before it.
-std::string_view firstHeader(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of("\xef\xbb\xbf\xff\xfe"), text.size()));
+bool endsWith(std::string_view name, std::string_view ending) {
+    return name.size() >= ending.size() && isSame(name.substr(name.size() - ending.size()), ending);
+}
+
+// Takes the next line that is not blank, without its indentation; nothing at the end.
+std::string_view takeLine(std::string_view& text) {
     while (!text.empty()) {
-        const std::string_view line = text.substr(0, text.find_first_of(lineEnds));
-        const std::size_t start = line.find_first_not_of(blanks);
-        if (start != std::string_view::npos && line[start] == '[')
-            return line.substr(start);
+        std::string_view line = text.substr(0, text.find_first_of(lineEnds));
         text.remove_prefix(std::min(line.size() + 1, text.size()));
+        line.remove_prefix(std::min(line.find_first_not_of(blanks), line.size()));
+        if (!line.empty())
+            return line;
     }
     return {};
 }
 
-bool endsWith(std::string_view name, std::string_view ending) {
-    const auto same = [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + 32 : a) == b; };
-    return name.size() >= ending.size() &&
-           std::equal(ending.rbegin(), ending.rend(), name.rbegin(),
-                      [&](char expected, char actual) { return same(actual, expected); });
+bool isComment(std::string_view line) {
+    return line.starts_with('#') || line.starts_with(';');
+}
+
+bool isItem(std::string_view line) {
+    const std::size_t equals = line.find('=');
+    return equals != std::string_view::npos && equals > 0;
+}
+
+// A name in brackets, and a comment at most behind it.
+bool isSection(std::string_view line) {
+    const std::size_t end = line.find(']');
+    if (!line.starts_with('[') || end == std::string_view::npos)
+        return false;
+    std::string_view behind = line.substr(end + 1);
+    behind.remove_prefix(std::min(behind.find_first_not_of(blanks), behind.size()));
+    return behind.empty() || isComment(behind);
+}
+
+// Texts know TAB, line ends, form feed, and the end of the file and the escape of terminals.
+bool isControl(char unit) {
+    return (unit >= 0 && unit < ' ' &&
+            std::string_view{"\t\n\v\f\r\x1a\x1b"}.find(unit) == std::string_view::npos) ||
+           unit == '\x7f';
+}
+
+bool isBinary(std::string_view text) {
+    const auto controls = static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isControl));
+    return text.find('\0') != std::string_view::npos || controls > text.size() / 20;
+}
+
+FileKind kindOfLines(std::string_view text) {
+    bool items = false;
+    for (std::string_view line = takeLine(text); !line.empty(); line = takeLine(text)) {
+        if (line == rootHeader)
+            return FileKind::text;
+        if (isSection(line)) // a block would make it a list of a profile whose root list is missing
+            return takeLine(text) == "{" ? FileKind::other : FileKind::plainIni;
+        if (!isComment(line) && !isItem(line))
+            return FileKind::other;
+        items = items || !isComment(line);
+    }
+    return items ? FileKind::plainIni : FileKind::comments;
+}
+
+// A profile that something precedes is one for the library, too.
+bool hasRootHeader(std::string_view text) {
+    for (std::string_view line = takeLine(text); !line.empty(); line = takeLine(text))
+        if (line.starts_with('['))
+            return line == rootHeader;
+    return false;
+}
+
+// The last line of a beginning may be half a line.
+std::string wholeLines(std::string text, bool cut) {
+    const std::size_t end = text.find_last_of(lineEnds);
+    if (cut && end != std::string::npos)
+        text.resize(end);
+    return text;
+}
+
+// What other tools wrote anew has other declarations, or several elements in a line, which are not read.
+bool isOwnXml(std::string_view text) {
+    if (takeLine(text) != xmlDeclaration)
+        return false;
+    std::string_view line = takeLine(text);
+    while (!line.empty() &&
+           !isSame(line.substr(0, xmlRoot.size() - 1), xmlRoot.substr(0, xmlRoot.size() - 1)))
+        line = takeLine(text);
+    return isSame(line, xmlRoot);
+}
+
+bool isOwnXfdf(std::string_view text) {
+    return std::all_of(std::begin(xfdfBeginning), std::end(xfdfBeginning),
+                       [&](std::string_view line) { return takeLine(text) == line; });
+}
+
+Contents contentsOfMarkup(std::string_view text) {
+    const std::string_view root = markupRoot(text);
+    if (isSame(root, "xfdf"))
+        return {isOwnXfdf(text) ? FileKind::xfdf : FileKind::otherXfdf, std::string{root}};
+    if (isSame(root, "profile") && isOwnXml(text))
+        return {FileKind::xml, std::string{root}};
+    return {FileKind::markup, std::string{root}};
 }
 
 } // namespace
 
-FileKind kindOf(const std::wstring& path) {
-    const InputFile file{path};
-    if (!file.isOpen())
-        return file.error() == ERROR_FILE_NOT_FOUND || file.error() == ERROR_PATH_NOT_FOUND
-                   ? FileKind::missing
-                   : FileKind::unreadable;
-    const std::string bytes = file.read(lookAhead);
-    const bool profile =
-        bytes.empty() || bytes.starts_with(compressedMark) || firstHeader(asNarrow(bytes)) == rootHeader;
-    return profile ? FileKind::profile : FileKind::other;
+Contents contentsOfBytes(std::string_view bytes) {
+    if (bytes.starts_with(compressedMark))
+        return {FileKind::compressed, {}};
+    const std::string text = wholeLines(headText(bytes.substr(0, lookAhead)), bytes.size() >= lookAhead);
+    std::string_view rest = text;
+    const std::string_view first = takeLine(rest);
+    if (first.empty())
+        return {FileKind::empty, {}};
+    if (hasRootHeader(text))
+        return {FileKind::text, {}};
+    if (isBinary(text))
+        return {FileKind::binary, {}};
+    return first.starts_with('<') ? contentsOfMarkup(text) : Contents{kindOfLines(text), {}};
 }
 
-void requireReplaceable(const std::string& file, bool plainIni) {
-    const FileKind kind = kindOf(toWide(file));
-    if (kind == FileKind::unreadable)
-        throw Failure{ExitCode::cannotOpen, file,
-                      "cannot be looked at before it is replaced: in use or not permitted"};
-    if (plainIni || (hasIniName(file) && kind != FileKind::profile))
-        throw Failure{ExitCode::usage, file,
-                      "a plain INI file would become a text profile and lose its comments; "
-                      "name another file with --output"};
-    if (kind == FileKind::other)
-        throw Failure{ExitCode::usage, file,
-                      "is not a text profile (its first list is not [/]) and would be replaced by one; "
-                      "name another file with --output, or read it with --ini"};
+Contents contentsOfFile(const std::wstring& path) {
+    const InputFile file{path};
+    if (file.isOpen())
+        return contentsOfBytes(file.read(lookAhead));
+    return {file.error() == ERROR_FILE_NOT_FOUND || file.error() == ERROR_PATH_NOT_FOUND
+                ? FileKind::missing
+                : FileKind::unreadable,
+            {}};
 }
 
 bool hasIniName(std::string_view name) {

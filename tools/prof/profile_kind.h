@@ -1,7 +1,8 @@
 // Tells profiles from plain INI files, and both from files that are neither.
 //
-// The library opens any text as a profile: what it does not understand is skipped and would be gone
-// after a save. So a command that saves in place looks first at what it is about to replace.
+// The library opens any text as a profile: what it does not understand is skipped, and would be gone after a
+// save. So the tool looks at the beginning of a file itself, before it calls it a profile and before it
+// replaces it.
 #ifndef PROF_TOOL_PROFILE_KIND_H
 #define PROF_TOOL_PROFILE_KIND_H
 
@@ -13,15 +14,33 @@ namespace tool::prof {
 enum class FileKind {
     missing,    // there is no file of that name
     unreadable, // there is one, but it cannot be looked at: it may hold anything
-    profile,    // begins with the root list, is compressed, or is empty
-    other,      // anything else: an INI file, some other text
+    empty,      // nothing, or blanks
+    text,       // the first header is the root list
+    compressed, // a profile in the compressed wrapper
+    xml,        // an XML profile
+    xfdf,       // XFDF as it is saved here
+    otherXfdf,  // of any program
+    comments,   // lines that begin with # or ; and no others
+    plainIni,   // items and sections
+    markup,     // other XML, HTML
+    binary,
+    other, // some other text
 };
 
-FileKind kindOf(const std::wstring& path);
+// What a file is, and for markup the name of its root element.
+struct Contents {
+    FileKind kind;
+    std::string root;
+};
 
-// What is saved is a profile in text form: whatever else a file holds would be gone. Throws Failure for a
-// file that a save must not replace.
-void requireReplaceable(const std::string& file, bool plainIni);
+// Whether a text profile that takes its place would hold all that it holds: it is one, or empty.
+constexpr bool isTextProfile(FileKind kind) {
+    return kind == FileKind::empty || kind == FileKind::text || kind == FileKind::compressed;
+}
+
+// The bytes may be the beginning of a file; more than 64 KB of them are not looked at.
+Contents contentsOfBytes(std::string_view bytes);
+Contents contentsOfFile(const std::wstring& path);
 
 // Ends in .ini or .conf, in any case.
 bool hasIniName(std::string_view name);

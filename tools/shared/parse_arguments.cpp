@@ -11,7 +11,18 @@
 
 namespace tool {
 
+namespace {
+
+// As Windows' own programs are asked; alone, or behind a command. Elsewhere it could be a path.
+bool asksAsWindowsDoes(const std::vector<std::string>& words) {
+    return !words.empty() && words.size() <= 2 && (words.back() == "/?" || words.back() == "-?");
+}
+
+} // namespace
+
 bool parseArguments(CLI::App& app, std::vector<std::string> words, const std::string& hint) {
+    if (asksAsWindowsDoes(words))
+        words.back() = "--help";
     try {
         std::reverse(words.begin(), words.end()); // the parser takes them from the back
         app.parse(std::move(words));

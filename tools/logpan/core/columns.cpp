@@ -96,6 +96,10 @@ std::wstring threadText(const Line& line) {
     return number(line.thread, 8, 16);
 }
 
+std::wstring processorText(const Line& line) {
+    return number(line.processor, 2, 16);
+}
+
 std::wstring sequenceText(const Line& line) {
     return hasSequence(line) ? std::wstring(1, static_cast<wchar_t>(line.sequence)) : std::wstring{};
 }
@@ -110,8 +114,8 @@ std::wstring plainLine(const Line& line) {
     std::wstring module = printable(line.module);
     module.resize(std::max(module.size(), moduleWidth), L' ');
     const std::wstring sequence = hasSequence(line) ? sequenceText(line) : L"-";
-    return timeText(line) + L" " + module + L" " + threadText(line) + L"/" + number(line.processor, 2, 16) +
-           L" " + sequence + L" " + indentedText(line);
+    return timeText(line) + L" " + module + L" " + threadText(line) + L"/" + processorText(line) + L" " +
+           sequence + L" " + indentedText(line);
 }
 
 std::wstring jsonLine(const Line& line) {
@@ -121,8 +125,8 @@ std::wstring jsonLine(const Line& line) {
     else
         json.add(L"time", L"null");
     json.addText(L"module", line.module);
-    json.addNumber(L"thread", line.thread);
-    json.addNumber(L"processor", line.processor);
+    json.addText(L"thread", threadText(line));
+    json.addText(L"processor", processorText(line));
     json.add(L"sequence", hasSequence(line) ? sequenceText(line) : L"null");
     json.addNumber(L"port", line.port);
     json.addNumber(L"level", line.level);

@@ -6,9 +6,10 @@
 
 namespace tool::logpan {
 
-std::wstring timeText(const Line& line);     // 12:34:56.789
-std::wstring threadText(const Line& line);   // 0000abcd
-std::wstring sequenceText(const Line& line); // 7, or nothing
+std::wstring timeText(const Line& line);      // 12:34:56.789
+std::wstring threadText(const Line& line);    // 0000abcd, as in log files
+std::wstring processorText(const Line& line); // 0f
+std::wstring sequenceText(const Line& line);  // 7, or nothing
 
 // The text behind its indentation, so many blanks a level; control characters are escaped, line ends before
 // it left out.

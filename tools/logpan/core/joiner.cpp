@@ -39,7 +39,6 @@ void finish(Line& line) {
     text.resize(text.find_last_not_of(L"\r\n") + 1);
     line.level = std::min(text.find_first_not_of(L' '), text.size());
     text.erase(0, line.level);
-    text.shrink_to_fit();
 }
 
 } // namespace
@@ -94,6 +93,8 @@ std::optional<Line> Joiner::take(Clock::time_point now) {
     queue_.pop_front();
     ++firstNumber_;
     finish(line);
+    hosts_.takeFrom(line);
+    line.text.shrink_to_fit();
     return line;
 }
 

@@ -6,6 +6,7 @@
 #ifndef LOGPAN_JOINER_H
 #define LOGPAN_JOINER_H
 
+#include "host_tags.h"
 #include "packet.h"
 #include "sequence_check.h"
 
@@ -74,6 +75,7 @@ class Joiner {
     LineNumber firstNumber_ = 1;
     std::size_t units_ = 0;
     std::unordered_map<std::uint16_t, Sender> senders_;
+    HostTags hosts_;
     LineNumber textLine_ = 0;
     bool textGoesOn_ = false;
     std::uint64_t missing_ = 0;

@@ -38,6 +38,11 @@ constexpr bool hasSequence(const Line& line) {
     return line.sequence >= '0' && line.sequence <= '9';
 }
 
+// What a line takes in memory.
+inline std::size_t bytesOf(const Line& line) {
+    return sizeof line + (line.text.capacity() + line.module.capacity()) * sizeof(wchar_t);
+}
+
 } // namespace tool::logpan
 
 #endif

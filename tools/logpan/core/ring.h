@@ -34,10 +34,6 @@ class Ring {
     }
 
   private:
-    static std::size_t bytesOf(const Line& line) {
-        return sizeof line + (line.text.capacity() + line.module.capacity()) * sizeof(wchar_t);
-    }
-
     void dropFirst() {
         bytes_ -= bytesOf(*lines_.front());
         lines_.pop_front();

@@ -8,6 +8,12 @@ namespace tool::logpan {
 
 enum class Severity { none, warning, error };
 
+// Errors of the library that have none of the beginnings below.
+constexpr bool isLibraryError(std::wstring_view text) {
+    return text.starts_with(L"PROF load error ") ||
+           (text.starts_with(L"KX32UTIL['") && text.find(L"']: error in '") != std::wstring_view::npos);
+}
+
 constexpr Severity severityOf(std::wstring_view text) {
     struct Beginning {
         std::wstring_view text;
@@ -19,10 +25,12 @@ constexpr Severity severityOf(std::wstring_view text) {
         {L"ERR:", Severity::error},
         {L"Error:", Severity::error},
     };
+    while (text.starts_with(L'\r') || text.starts_with(L'\n'))
+        text.remove_prefix(1);
     for (const Beginning& beginning : beginnings)
         if (text.starts_with(beginning.text))
             return beginning.severity;
-    return Severity::none;
+    return isLibraryError(text) ? Severity::error : Severity::none;
 }
 
 } // namespace tool::logpan

@@ -22,9 +22,6 @@ struct Column {
 std::wstring moduleText(const Line& line) {
     return printable(line.module);
 }
-std::wstring processorText(const Line& line) {
-    return std::to_wstring(line.processor);
-}
 std::wstring deepText(const Line& line) {
     return indentedText(line, 2); // easier to see
 }

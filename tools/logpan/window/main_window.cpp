@@ -47,7 +47,7 @@ LRESULT CALLBACK watchScrolling(HWND list, UINT message, WPARAM first, LPARAM se
 } // namespace
 
 MainWindow::MainWindow(const Arguments& arguments, Store& store)
-    : arguments_(arguments), store_(store), lines_(store, arguments.capacity) {
+    : arguments_(arguments), store_(store), lines_(store, arguments.capacity, arguments.bytes()) {
     WNDCLASSEXW description{};
     description.cbSize = sizeof description;
     description.lpfnWndProc = receive;
@@ -182,7 +182,9 @@ void MainWindow::update() {
     lines_.advance(filterBudget, pausedAt_);
     list_->dropFirst(lines_.trim());
     list_->grow(bar_->isChecked(ID_FOLLOW));
-    status_->showCounts(store_.counters(), lines_.size(), pausedAt_.has_value());
+    Counters counters = store_.counters();
+    counters.held = lines_.held(counters);
+    status_->showCounts(counters, lines_.size(), pausedAt_.has_value());
 }
 
 void MainWindow::applyFilter() {

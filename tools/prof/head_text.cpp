@@ -1,0 +1,49 @@
+#include "head_text.h"
+
+namespace tool::prof {
+
+namespace {
+
+constexpr char notAscii = '\x80';
+
+char narrowed(unsigned unit) {
+    return unit < 0x80 ? static_cast<char>(unit) : notAscii;
+}
+
+std::string fromUtf16(std::string_view bytes, std::size_t low) {
+    std::string text;
+    text.reserve(bytes.size() / 2);
+    for (std::size_t at = 0; at + 1 < bytes.size(); at += 2)
+        text +=
+            bytes[at + 1 - low] == '\0' ? narrowed(static_cast<unsigned char>(bytes[at + low])) : notAscii;
+    return text;
+}
+
+bool looksLikeUtf16(std::string_view bytes) {
+    std::size_t found = 0;
+    std::size_t wide = 0;
+    for (std::size_t at = 0; at < bytes.size(); ++at)
+        if (std::string_view{"\r\n=[]"}.find(bytes[at]) != std::string_view::npos) {
+            ++found;
+            wide += at % 2 == 0 && at + 1 < bytes.size() && bytes[at + 1] == '\0';
+        }
+    return 2 * wide > found;
+}
+
+} // namespace
+
+std::string headText(std::string_view bytes) {
+    if (bytes.starts_with("\xff\xfe"))
+        return fromUtf16(bytes.substr(2), 0);
+    if (bytes.starts_with("\xfe\xff"))
+        return fromUtf16(bytes.substr(2), 1);
+    const bool markedUtf8 = bytes.starts_with("\xef\xbb\xbf");
+    if (!markedUtf8 && looksLikeUtf16(bytes))
+        return fromUtf16(bytes, 0);
+    std::string text{bytes.substr(markedUtf8 ? 3 : 0)};
+    for (char& unit : text)
+        unit = narrowed(static_cast<unsigned char>(unit));
+    return text;
+}
+
+} // namespace tool::prof

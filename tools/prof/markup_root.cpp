@@ -1,0 +1,48 @@
+#include "markup_root.h"
+
+#include <algorithm>
+
+namespace tool::prof {
+
+namespace {
+
+constexpr std::string_view blanks = " \t\r\n";
+
+void skip(std::string_view& text, std::size_t count) {
+    text.remove_prefix(std::min(count, text.size()));
+}
+
+void skipBehind(std::string_view& text, std::string_view end) {
+    const std::size_t at = text.find(end);
+    skip(text, at == std::string_view::npos ? text.size() : at + end.size());
+}
+
+// A document type may hold declarations of its own, in brackets.
+void skipDeclaration(std::string_view& text) {
+    const std::size_t inner = text.substr(0, text.find('>')).find('[');
+    if (inner != std::string_view::npos)
+        skipBehind(text, "]");
+    skipBehind(text, ">");
+}
+
+} // namespace
+
+std::string_view markupRoot(std::string_view text) {
+    for (;;) {
+        skip(text, std::min(text.find_first_not_of(blanks), text.size()));
+        if (text.starts_with("<?"))
+            skipBehind(text, "?>");
+        else if (text.starts_with("<!--"))
+            skipBehind(text, "-->");
+        else if (text.starts_with("<!"))
+            skipDeclaration(text);
+        else
+            break;
+    }
+    if (!text.starts_with('<'))
+        return {};
+    text.remove_prefix(1);
+    return text.substr(0, std::min(text.find_first_of(" \t\r\n/>"), text.size()));
+}
+
+} // namespace tool::prof

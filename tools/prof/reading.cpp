@@ -1,0 +1,45 @@
+#include "reading.h"
+
+#include "exit_code.h"
+#include "profile.h"
+
+namespace tool::prof {
+
+namespace {
+
+std::string whyNoProfile(const Contents& contents) {
+    if (contents.kind == FileKind::binary)
+        return "is no profile: its contents are binary";
+    if (contents.kind == FileKind::other)
+        return "is no profile: it has neither a list [/] nor the sections of an INI file; --ini reads it as "
+               "one";
+    if (contents.root == "html" || contents.root == "HTML")
+        return "is HTML, but no profile";
+    if (contents.root == "profile")
+        return "is XML, but no profile as it is saved here; another program has laid it out anew";
+    return "is XML, but no profile" +
+           (contents.root.empty() ? "" : ": its root element is <" + contents.root + ">");
+}
+
+bool isNoProfile(FileKind kind) {
+    return kind == FileKind::binary || kind == FileKind::markup || kind == FileKind::other;
+}
+
+} // namespace
+
+Reading howToRead(const std::string& name, const Contents& contents, bool plainIni) {
+    const bool named = hasIniName(name);
+    if (plainIni && contents.kind != FileKind::binary)
+        return {PROF_READ_PLAIN_INI, nullptr};
+    if (contents.kind == FileKind::plainIni)
+        return {PROF_READ_PLAIN_INI,
+                named ? nullptr : "is no profile; read as a plain INI file, as with --ini"};
+    if (named && contents.kind == FileKind::other)
+        return {PROF_READ_PLAIN_INI, "has lines that INI files do not have; read as one because of its name"};
+    if (isNoProfile(contents.kind))
+        throw Failure{ExitCode::malformed, displayName(name), whyNoProfile(contents)};
+    const bool xfdf = contents.kind == FileKind::xfdf || contents.kind == FileKind::otherXfdf;
+    return {xfdf || hasXfdfName(name) ? PROF_READ_FOREIGN_XFDF : 0u, nullptr};
+}
+
+} // namespace tool::prof
