@@ -4,6 +4,7 @@
 // finds it whole.
 #pragma once
 
+#include <cassert>
 #include <windows.h>
 
 namespace tvut {
@@ -17,7 +18,10 @@ class clsCriticalSection {
 
     void lock() noexcept { EnterCriticalSection(&section_); }
     bool try_lock() noexcept { return TryEnterCriticalSection(&section_) != FALSE; }
-    void unlock() noexcept { LeaveCriticalSection(&section_); }
+    void unlock() noexcept {
+        assert(IsMine() && "left by a thread that does not have it");
+        LeaveCriticalSection(&section_);
+    }
 
     // Whether the calling thread has it. Nobody else writes this thread's id there.
     bool IsMine() const noexcept {

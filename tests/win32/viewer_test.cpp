@@ -195,6 +195,13 @@ struct Loader {
         needsLoader();
         return FindWindowW(name, title);
     }
+    /// Another process has the mutex that guards the number of modules, and keeps it.
+    static DWORD WINAPI wait(HANDLE, DWORD milliseconds) {
+        needsLoader();
+        waits += milliseconds > 0;
+        return WAIT_TIMEOUT;
+    }
+    static inline int waits = 0;
     static FARPROC WINAPI function(HMODULE module, const char* name) {
         needsLoader();
         return GetProcAddress(module, name);
@@ -203,7 +210,8 @@ struct Loader {
 
 /// Child: everything that may need the loader. Each step that holds a lock meanwhile hangs.
 void needLoader() {
-    const ImportHook hooks[] = {{"WSAStartup", reinterpret_cast<void*>(Loader::startup)},
+    const ImportHook hooks[] = {{"WaitForSingleObject", reinterpret_cast<void*>(Loader::wait)},
+                                {"WSAStartup", reinterpret_cast<void*>(Loader::startup)},
                                 {"WSACleanup", reinterpret_cast<void*>(Loader::cleanup)},
                                 {"FindWindowW", reinterpret_cast<void*>(Loader::findWindow)}};
     UtilJobOpen(L"traced", UTIL_JOB_TRACE);
@@ -219,7 +227,7 @@ void needLoader() {
     const int passed = Loader::passed;
     const ImportHook hook("GetProcAddress", reinterpret_cast<void*>(Loader::function));
     UtilHeapValidate(UtilHeapCreate(UtilJobOpen(L"heaps", 0), L"H", 0), nullptr, 0);
-    TerminateProcess(GetCurrentProcess(), passed >= 5 ? 0 : 2);
+    TerminateProcess(GetCurrentProcess(), passed < 8 ? 2 : Loader::waits != 1 ? 3 : 0);
 }
 
 TEST(Loader, IsNeverNeededWithALockHeld) {

@@ -61,15 +61,14 @@ clsViewerInfo clsViewerInfo::Find() noexcept {
     return info;
 }
 
-bool clsViewerInfo::WantsLines() const noexcept {
-    return *this && Published(mapping_).mask != 0;
-}
-
-scViewerAddress clsViewerInfo::Address() const noexcept {
-    const UINT32 port = Published(mapping_).port;
-    const UINT32 datagram = Published(mapping_).largestDatagram;
-    return {static_cast<std::uint16_t>(port <= 0xFFFF ? port : 0),
-            std::clamp<std::size_t>(datagram, leastDatagram, mostDatagram)};
+scViewerWish clsViewerInfo::Wish() const noexcept {
+    if (!mapping_.HasView())
+        return {};
+    const volatile LogpanSharedInfo& published = Published(mapping_);
+    const UINT32 port = published.port, datagram = published.largestDatagram;
+    return {published.mask != 0,
+            {static_cast<std::uint16_t>(port <= 0xFFFF ? port : 0),
+             std::clamp<std::size_t>(datagram, leastDatagram, mostDatagram)}};
 }
 
 } // namespace tvut

@@ -11,8 +11,14 @@
 namespace tvut {
 
 struct scViewerAddress {
-    std::uint16_t port;          // 0: none
-    std::size_t longestDatagram; // bytes
+    std::uint16_t port = 0;          // 0: none
+    std::size_t longestDatagram = 0; // bytes
+};
+
+// What it publishes at the moment.
+struct scViewerWish {
+    bool lines = false; // whether it wants any
+    scViewerAddress address;
 };
 
 class clsViewerInfo {
@@ -21,8 +27,7 @@ class clsViewerInfo {
     static clsViewerInfo Find() noexcept;
 
     explicit operator bool() const noexcept { return mapping_.HasView(); }
-    bool WantsLines() const noexcept;
-    scViewerAddress Address() const noexcept;
+    scViewerWish Wish() const noexcept; // nothing when there is no viewer
 
   private:
     clsMapping mapping_;

@@ -80,6 +80,11 @@ void ReportSend(int result, DWORD sent, DWORD wanted) noexcept {
 
 } // namespace
 
+void scTakenSocketPolicy::Close(Value value) noexcept {
+    closesocket(SocketOf(value));
+    EndLibrary();
+}
+
 void clsViewerSocket::Open() noexcept {
     if (IsOpen())
         return;
@@ -94,8 +99,9 @@ void clsViewerSocket::Open() noexcept {
         return;
     }
     ResolveLoopback();
-    if (!shared_.OfferSocket(made)) // another thread was faster
-        UtilpCloseSocket(made);
+    clsTakenSocket unneeded(made);
+    if (shared_.OfferSocket(made)) // otherwise another thread was faster
+        unneeded.Release();
 }
 
 void clsViewerSocket::Renew() noexcept {
@@ -107,7 +113,7 @@ void clsViewerSocket::Renew() noexcept {
 }
 
 void clsViewerSocket::Abandon() noexcept {
-    if (const LONG taken = Take(); taken != 0)
+    if (const LONG taken = Take().Release(); taken != 0)
         closesocket(SocketOf(taken));
 }
 
@@ -127,25 +133,6 @@ void clsViewerSocket::Send(std::uint16_t port, const void* header, std::size_t h
                                  reinterpret_cast<const sockaddr*>(&to), sizeof to, nullptr, nullptr);
     if (result != 0 || sent != headerBytes + textBytes)
         ReportSend(result, sent, pieces[0].len + pieces[1].len);
-}
-
-void UtilpCloseSocket(LONG taken) noexcept {
-    if (taken == 0)
-        return;
-    closesocket(SocketOf(taken));
-    EndLibrary();
-}
-
-void UtilpCountModule(clsAppLocalData& shared) noexcept {
-    const clsAppLocalData::clsExclusive data(shared);
-    ++data->modules;
-}
-
-bool UtilpDiscountModule(clsAppLocalData& shared) noexcept {
-    const clsAppLocalData::clsExclusive data(shared);
-    if (data->modules > 0)
-        --data->modules;
-    return data->modules == 0;
 }
 
 } // namespace tvut
