@@ -11,6 +11,7 @@
 #include "platform/host.h"
 #include "platform/runtime_entry.h"
 #include "platform/wide.h"
+#include "runtime/call_stack.h"
 #include "runtime/global_lock.h"
 #include "runtime/output/debugger.h"
 #include "runtime/output/writer.h"
@@ -81,8 +82,10 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
     case DLL_PROCESS_DETACH:
         ProcessDetaches();
         tvut::UtilpDiagnosticWriter().End(processEnds != nullptr);
-        if (!processEnds)
+        if (!processEnds) {
+            tvut::UtilpForgetCallStacks();
             tvut::PlatformExceptionsEnd();
+        }
         break;
     default:
         break;

@@ -1,7 +1,4 @@
 // A critical section as an object that std::lock_guard and std::unique_lock can hold.
-//
-// Made for static storage: never deleted, so that a thread that still runs while the process ends
-// finds it whole.
 #pragma once
 
 #include <cassert>
@@ -13,6 +10,7 @@ class clsCriticalSection {
   public:
     // Waits are short: a thread that finds the section taken looks again for a while before it sleeps.
     clsCriticalSection() noexcept { InitializeCriticalSectionAndSpinCount(&section_, 4000); }
+    ~clsCriticalSection() { DeleteCriticalSection(&section_); }
     clsCriticalSection(const clsCriticalSection&) = delete;
     clsCriticalSection& operator=(const clsCriticalSection&) = delete;
 

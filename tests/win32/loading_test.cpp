@@ -1,5 +1,6 @@
-// The library when the process around it ends.
+// The library when it is loaded and unloaded, and when the process around it ends.
 #include "support/child.h"
+#include "support/copy.h"
 #include "support/import_hook.h"
 
 #include <gtest/gtest.h>
@@ -15,9 +16,9 @@ namespace testing_prof {
 namespace {
 
 /// Throws and catches within the library.
-INT failingCall() {
+INT failingCall(decltype(ProfGetVariantFromContents) call = ProfGetVariantFromContents) {
     VARIANT variant;
-    return ProfGetVariantFromContents(L"no variant", &variant);
+    return call(L"no variant", &variant);
 }
 
 // ---- The end of the process ------------------------------------------------------------------------
@@ -78,6 +79,76 @@ TEST(ProcessEnd, LeavesEverythingToTheSystem) {
     SetEnvironmentVariableW(L"TVUT22_LOG", (folder / L"lines.log").c_str());
     EXPECT_EQ(Child(L"open").exitCode(), 17u);
     SetEnvironmentVariableW(L"TVUT22_LOG", nullptr);
+}
+
+// ---- Loading and unloading -------------------------------------------------------------------------
+
+std::size_t freeTlsIndexes() {
+    std::vector<DWORD> taken;
+    for (DWORD index = TlsAlloc(); index != TLS_OUT_OF_INDEXES; index = TlsAlloc())
+        taken.push_back(index);
+    for (const DWORD index : taken)
+        TlsFree(index);
+    return taken.size();
+}
+
+std::size_t busyBlocks() {
+    std::size_t busy = 0;
+    PROCESS_HEAP_ENTRY entry{};
+    HeapLock(GetProcessHeap());
+    while (HeapWalk(GetProcessHeap(), &entry))
+        busy += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0;
+    HeapUnlock(GetProcessHeap());
+    return busy;
+}
+
+// Something of each kind that the library keeps for later.
+void use(const Copy& copy) {
+    std::thread([&] {
+        EXPECT_EQ(failingCall(copy.find(ProfGetVariantFromContents, "ProfGetVariantFromContents")),
+                  PROF_NOT_PARSED);
+    }).join();
+    const UtilJob job = copy.find(UtilJobOpen, "UtilJobOpen")(L"job", 0);
+    const UtilHeap heap = copy.find(UtilHeapCreate, "UtilHeapCreate")(job, L"H", UTIL_HEAP_DEBUG);
+    void* const object = copy.find(UtilHeapObjectAlloc, "UtilHeapObjectAlloc")(heap, 1, 0);
+    EXPECT_EQ(copy.find(UtilHeapObjectFree, "UtilHeapObjectFree")(heap, object), UTIL_OK);
+    EXPECT_EQ(copy.find(UtilJobClose, "UtilJobClose")(job), UTIL_HEAPS_LEFT);
+}
+
+#ifdef NDEBUG
+constexpr int kCycles = 1200; // a process has 1,088 indexes
+#else
+constexpr int kCycles = 60; // a library with debug information takes its time to load
+#endif
+
+TEST(Loading, LeavesNothingBehind) {
+    const TempFolder folder;
+    const std::wstring path = folder / L"copy.dll";
+    Copy::makeFile(path);
+    std::size_t indexes = 0, blocks = 0;
+    for (int cycle = 0; cycle < kCycles; ++cycle) {
+        Copy copy(path);
+        ASSERT_TRUE(copy) << "cycle " << cycle;
+        use(copy);
+        copy.unload();
+        if (cycle == 1)
+            indexes = freeTlsIndexes(), blocks = busyBlocks();
+    }
+    EXPECT_EQ(freeTlsIndexes(), indexes);
+    EXPECT_LT(busyBlocks(), blocks + kCycles / 2) << "what threads and the loader keep";
+}
+
+// Programs of the same compiler may have its runtime as a DLL; the library's own must not mix with it.
+TEST(Loading, WorksBesideTheCompilersRuntime) {
+    const auto file = std::filesystem::path(TVUT22_COMPILER_RUNTIME).make_preferred();
+    const HMODULE runtime = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    ASSERT_TRUE(runtime) << GetLastError();
+    const TempFolder folder;
+    Copy::makeFile(folder / L"copy.dll");
+    const Copy copy(folder / L"copy.dll");
+    EXPECT_EQ(failingCall(copy.find(ProfGetVariantFromContents, "ProfGetVariantFromContents")),
+              PROF_NOT_PARSED);
+    FreeLibrary(runtime);
 }
 
 const std::map<std::string, void (*)()> kRoles = {{"throwing", endWhileThrowing}, {"open", endWithAllOpen}};
