@@ -104,9 +104,40 @@ TEST(Viewer, ThatReservesItsMemoryOnlyIsNone) {
 }
 
 SIZE_T largestView = 0;
+void* lastView = nullptr;
 void* WINAPI noteView(HANDLE mapping, DWORD access, DWORD high, DWORD low, SIZE_T bytes) {
     largestView = std::max(largestView, bytes);
-    return MapViewOfFile(mapping, access, high, low, bytes);
+    return lastView = MapViewOfFile(mapping, access, high, low, bytes);
+}
+
+/// What a file on another machine does when it is cut short there.
+void* withoutPages(void* view) {
+    DWORD before = 0;
+    EXPECT_TRUE(VirtualProtect(view, 1, PAGE_NOACCESS, &before));
+    return view;
+}
+void* WINAPI viewWithoutPages(HANDLE mapping, DWORD access, DWORD high, DWORD low, SIZE_T bytes) {
+    return withoutPages(MapViewOfFile(mapping, access, high, low, bytes));
+}
+
+TEST(Viewer, WhoseMemoryGoesAwayIsNone) {
+    const Receiver receiver;
+    const PublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, infoOf(receiver));
+    for (int round = 0; round < 2; ++round) {
+        {
+            const ImportHook hook("MapViewOfFile", reinterpret_cast<void*>(noteView));
+            EXPECT_TRUE(UtilLOGPAN4Attach());
+        }
+        withoutPages(lastView);
+        UtilDebug(L"lost");
+        EXPECT_FALSE(UtilGetFlags());
+        const ImportHook hook("MapViewOfFile", reinterpret_cast<void*>(viewWithoutPages));
+        EXPECT_FALSE(UtilLOGPAN4Attach()) << "nor the older way's memory";
+    }
+    EXPECT_TRUE(UtilLOGPAN4Attach());
+    UtilDebug(L"there again");
+    EXPECT_EQ(receiver.next().text, L"there again");
+    UtilLOGPAN4Detach();
 }
 
 TEST(Viewer, GetsLittleOfTheAddressSpace) {

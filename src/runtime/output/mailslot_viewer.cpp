@@ -39,12 +39,16 @@ clsMapping OpenGlobalData() noexcept {
 
 // A viewer that was not there, or was another, when the mapping was made is looked up by its class.
 HWND clsMailslotViewer::Published() noexcept {
-    volatile UINT32& published = global_.As<volatile scGlobalData>()->window;
-    if (const HWND window = WindowOf(published); window && IsWindow(window))
+    if (const HWND window = PublishedAsItIs(); window && IsWindow(window))
         return window;
     const HWND found = FindWindowW(LOGPAN_WINDOW_CLASS, nullptr);
-    published = static_cast<UINT32>(reinterpret_cast<UINT_PTR>(found));
+    global_.Write(scGlobalData{static_cast<UINT32>(reinterpret_cast<UINT_PTR>(found))});
     return found;
+}
+
+HWND clsMailslotViewer::PublishedAsItIs() const noexcept {
+    scGlobalData published{};
+    return global_.Read(published) ? WindowOf(published.window) : nullptr;
 }
 
 void clsMailslotViewer::Attach() noexcept {
@@ -64,7 +68,7 @@ void clsMailslotViewer::Detach() noexcept {
 }
 
 void clsMailslotViewer::FollowWindow() noexcept {
-    const HWND published = WindowOf(global_.As<const volatile scGlobalData>()->window);
+    const HWND published = PublishedAsItIs();
     if (published == window_ && (!window_ || IsWindow(window_)))
         return;
     window_ = Published();

@@ -20,6 +20,7 @@ class clsMailslotViewer {
 
   private:
     HWND Published() noexcept;
+    HWND PublishedAsItIs() const noexcept;
     void FollowWindow() noexcept;
     void WritePiece(std::u16string_view piece) noexcept;
     void NoteFailure() noexcept;

@@ -1,7 +1,7 @@
 // What the viewer publishes: its port, and whether it wants lines.
 //
-// The memory belongs to another process that may write anything at any time: every field is read once
-// and brought into its limits before it is used.
+// The memory belongs to another process that may write anything at any time, or take it away: it is copied
+// under a guard, and every field of the copy is brought into its limits.
 #pragma once
 
 #include "platform/mapping.h"
@@ -27,7 +27,9 @@ class clsViewerInfo {
     static clsViewerInfo Find() noexcept;
 
     explicit operator bool() const noexcept { return mapping_.HasView(); }
-    scViewerWish Wish() const noexcept; // nothing when there is no viewer
+
+    // Nothing when there is no viewer. One whose memory has gone away is none from now on.
+    scViewerWish Wish() noexcept;
 
   private:
     clsMapping mapping_;
