@@ -293,6 +293,10 @@ TEST_F(Heaps, PassPretenders) {
         EXPECT_NE(UtilHeapValidate(heap, payload, 0), UTIL_OK);
     }
     EXPECT_EQ(UtilHeapObjectSize(nullptr, marked.start), UTIL_HEAP_BAD_OBJECT);
+    MEMORY_BASIC_INFORMATION page;
+    VirtualQuery(guarded.start, &page, sizeof page);
+    EXPECT_EQ(page.Protect, DWORD{PAGE_READWRITE | PAGE_GUARD})
+        << "it may be what lets a thread's stack grow";
     char* const resized = static_cast<char*>(UtilHeapObjectAlloc(heap, 8, 0));
     const Page fence; // far behind, with nothing between
     setWord(fence.start, 0, 0xE5E55E5E);
