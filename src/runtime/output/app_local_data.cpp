@@ -16,14 +16,21 @@ struct scName {
     wchar_t text[80] = {};
 };
 
+scName MappingName() noexcept {
+    return scName(L"QmzLOGPANAppLocalData_%#p_%d");
+}
+
 } // namespace
+
+bool clsAppLocalData::Exists() noexcept {
+    return clsMapping::OpenForReading(MappingName().text).HasObject();
+}
 
 bool clsAppLocalData::Open() noexcept {
     if (IsOpen())
         return true;
     bool created = false;
-    mapping_ = clsMapping::OpenOrCreate(scName(L"QmzLOGPANAppLocalData_%#p_%d").text, sizeof(scAppLocalData),
-                                        created);
+    mapping_ = clsMapping::OpenOrCreate(MappingName().text, sizeof(scAppLocalData), created);
     if (!mapping_.HasObject())
         UtilpWriteToDebugger(u"_hLOGPANInfoAppLocal FAIL\n");
     else if (!mapping_.HasView())

@@ -26,6 +26,9 @@ class clsAppLocalData {
     void Close() noexcept;
     bool IsOpen() const noexcept { return mapping_.HasView(); }
 
+    // Whether any copy has the memory open.
+    static bool Exists() noexcept;
+
     LONG Level() const noexcept { return InterlockedCompareExchange(&Data()->level, 0, 0); }
     LONG LowerLevel() noexcept { return InterlockedDecrement(&Data()->level); }
     void RaiseLevel() noexcept { InterlockedIncrement(&Data()->level); }
@@ -37,6 +40,8 @@ class clsAppLocalData {
     // False when there is one already.
     bool OfferSocket(LONG made) noexcept { return InterlockedCompareExchange(&Data()->socket, made, 0) == 0; }
     LONG ExchangeSocket(LONG other) noexcept { return InterlockedExchange(&Data()->socket, other); }
+
+    LONG Modules() const noexcept { return InterlockedCompareExchange(&Data()->modules, 0, 0); }
 
     // A client module comes, or goes: then true when it was the last one. May wait for whoever has the mutex:
     // not to be called while a lock is held.

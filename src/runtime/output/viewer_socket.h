@@ -23,14 +23,18 @@ class clsViewerSocket {
     // libraries: not to be called while a lock is held that is asked for within the loader.
     void Open() noexcept;
 
+    // The same, unless it has failed within the last second.
+    void Reopen() noexcept;
+
     // Makes another socket in place of the open one; the socket library stays as it is.
     void Renew() noexcept;
 
     // Takes the socket, if there is one, from the whole process.
     clsTakenSocket Take() noexcept { return clsTakenSocket(shared_.ExchangeSocket(0)); }
 
-    // Closes the socket alone: the socket library must not be ended from within the loader.
-    void Abandon() noexcept;
+    // Leaves the shared data, for when the library is unloaded. The last copy closes the socket; that alone,
+    // because the socket library must not be ended from within the loader.
+    void Leave() noexcept;
 
     bool IsOpen() const noexcept { return shared_.Socket() != 0; }
 
@@ -39,7 +43,10 @@ class clsViewerSocket {
               std::size_t textBytes) noexcept;
 
   private:
+    bool StartAndMake() noexcept;
+
     clsAppLocalData& shared_;
+    std::atomic<DWORD> failedAt_{0}; // milliseconds; 0: not, or long ago
 };
 
 } // namespace tvut

@@ -51,7 +51,10 @@ bool clsDiagnosticWriter::IsOn() noexcept {
 bool clsDiagnosticWriter::LookAhead() noexcept {
     if (NobodyListened())
         return false;
-    return settled_.load(std::memory_order_relaxed) || IsOn();
+    if (!settled_.load(std::memory_order_relaxed) && !IsOn())
+        return false;
+    OpenMissingSocket();
+    return true;
 }
 
 clsDiagnosticWriter::scAudience clsDiagnosticWriter::Audience() noexcept {
@@ -60,12 +63,18 @@ clsDiagnosticWriter::scAudience clsDiagnosticWriter::Audience() noexcept {
     if (!logFile_.IsOpen() && !everLooked_)
         AwaitLook();
     const scViewerWish wish = viewers_.info.Wish();
+    NoteViewer();
     const bool viewing = static_cast<bool>(viewers_.info);
     const bool there = logFile_.IsOpen() || (viewing ? wish.lines : viewers_.mailslot.IsThere());
-    settled_.store(logFile_.IsOpen() || (viewing && socket_.IsOpen()), std::memory_order_relaxed);
     // A viewer that is there but wants nothing may change its mind at any moment: no rest for that.
     quiet_.store(!there && !viewing, std::memory_order_release);
     return {there, wish};
+}
+
+void clsDiagnosticWriter::NoteViewer() noexcept {
+    const bool viewing = static_cast<bool>(viewers_.info);
+    viewing_.store(viewing, std::memory_order_relaxed);
+    settled_.store(viewing || logFile_.IsOpen(), std::memory_order_relaxed);
 }
 
 bool clsDiagnosticWriter::Begin() noexcept {
@@ -110,6 +119,21 @@ bool clsDiagnosticWriter::ClaimLook(When when) noexcept {
     return true;
 }
 
+bool clsDiagnosticWriter::ViewerWantsLines() noexcept {
+    const Lock lock(section_);
+    return viewers_.info.Wish().lines;
+}
+
+// Another copy of the library may have closed the socket, and it is closed when the last module goes; whoever
+// writes all the same opens it again.
+void clsDiagnosticWriter::OpenMissingSocket() noexcept {
+    if (!viewing_.load(std::memory_order_relaxed) || socket_.IsOpen() || !MayWait())
+        return;
+    const clsLastErrorKept lastError;
+    if (ViewerWantsLines())
+        socket_.Reopen();
+}
+
 bool clsDiagnosticWriter::HasOpenMailslot() noexcept {
     const Lock lock(section_);
     return viewers_.mailslot.IsOpen();
@@ -128,6 +152,7 @@ void clsDiagnosticWriter::LookForViewer() noexcept {
     std::swap(viewers_.info, found.info);
     if (viewers_.info || !mailslotOpen)
         std::swap(viewers_.mailslot, found.mailslot);
+    NoteViewer();
     looker_ = 0;
     everLooked_ = true;
     WakeAllConditionVariable(&looked_);
@@ -152,6 +177,7 @@ void clsDiagnosticWriter::Write(std::u16string_view tag, scLevelChange change,
         return;
     const clsLastErrorKept lastError;
     LookIfDue();
+    OpenMissingSocket();
     const Lock lock(section_);
     const scAudience audience = writing_ ? scAudience() : Audience();
     if (!audience.any)
@@ -211,15 +237,16 @@ bool clsDiagnosticWriter::Attach() noexcept {
     return viewers_.info || viewers_.mailslot.IsThere();
 }
 
+// The socket stays while there are modules: it may be another copy's way to the viewer.
 void clsDiagnosticWriter::Detach() noexcept {
     scViewers left;
     clsTakenSocket unneeded; // these two are closed last, when the lock is free again
     const Lock lock(section_);
     std::swap(viewers_, left);
-    settled_ = logFile_.IsOpen();
+    NoteViewer();
     lastLook_ = GetTickCount();
     everLooked_ = true;
-    if (shared_.IsOpen())
+    if (shared_.IsOpen() && shared_.Modules() <= 0)
         unneeded = socket_.Take();
 }
 
@@ -246,8 +273,6 @@ void clsDiagnosticWriter::ModuleGoes() noexcept {
         return;
     clsTakenSocket unneeded; // is closed last, when the lock is free again
     const Lock lock(section_);
-    lastLook_ = GetTickCount() - retryInterval; // whoever writes all the same opens it again at once
-    settled_ = logFile_.IsOpen();
     unneeded = socket_.Take();
 }
 
@@ -261,9 +286,7 @@ void clsDiagnosticWriter::End(bool processEnds) noexcept {
         return;
     viewers_ = {};
     logFile_.Close();
-    if (shared_.IsOpen())
-        socket_.Abandon();
-    shared_.Close();
+    socket_.Leave();
 }
 
 } // namespace tvut

@@ -70,12 +70,15 @@ class clsDiagnosticWriter {
     bool HasViewer() noexcept;
     bool HasOpenMailslot() noexcept;
     bool ClaimLook(When when) noexcept;
+    bool ViewerWantsLines() noexcept;
     void LookIfDue() noexcept;
     void LookForViewer() noexcept;
+    void OpenMissingSocket() noexcept;
 
     // Under the lock.
     bool Begin() noexcept; // false: there will be no output, or not yet
     void AwaitLook() noexcept;
+    void NoteViewer() noexcept;
     scAudience Audience() noexcept;
     void Deliver(const scViewerWish& viewer, std::u16string_view tag, const scLineStamp& stamp,
                  const SYSTEMTIME& time, std::u16string_view text) noexcept;
@@ -90,6 +93,7 @@ class clsDiagnosticWriter {
     std::atomic<bool> everLooked_{false};
     std::atomic<bool> ended_{false};
     std::atomic<bool> settled_{false}; // a log file or a viewer is there: no look is due
+    std::atomic<bool> viewing_{false}; // a viewer is there
     std::atomic<bool> quiet_{false};   // nobody listened when last asked
     std::atomic<DWORD> lastLook_{0};   // milliseconds
 
