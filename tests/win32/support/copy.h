@@ -3,7 +3,7 @@
 
 #include "files.h"
 
-#include <algorithm>
+#include <initializer_list>
 #include <utility>
 
 namespace testing_prof {
@@ -16,13 +16,15 @@ class Copy {
     Copy(const Copy&) = delete;
     Copy& operator=(const Copy&) = delete;
 
-    static void makeFile(const std::wstring& path) { writeFile(path, library()); }
-
-    /// The same with one byte string in it replaced by another that is as long.
-    static void makeFile(const std::wstring& path, std::string_view from, std::string_view to) {
-        Bytes bytes = library();
-        for (std::size_t at = 0; (at = bytes.find(from, at)) != Bytes::npos; at += to.size())
-            std::copy(to.begin(), to.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at));
+    /// Makes such a file; byte strings in it may be replaced by others that are as long.
+    using Change = std::pair<std::string_view, std::string_view>;
+    static void makeFile(const std::wstring& path, std::initializer_list<Change> changes = {}) {
+        wchar_t original[MAX_PATH];
+        GetModuleFileNameW(GetModuleHandleW(L"tvUT22.dll"), original, MAX_PATH);
+        Bytes bytes = readFile(original);
+        for (const auto& [from, to] : changes)
+            for (std::size_t at = 0; (at = bytes.find(from, at)) != Bytes::npos; at += to.size())
+                bytes.replace(at, from.size(), to);
         writeFile(path, bytes);
     }
 
@@ -39,12 +41,6 @@ class Copy {
     }
 
   private:
-    static Bytes library() {
-        wchar_t path[MAX_PATH];
-        GetModuleFileNameW(GetModuleHandleW(L"tvUT22.dll"), path, MAX_PATH);
-        return readFile(path);
-    }
-
     HMODULE module_;
 };
 
