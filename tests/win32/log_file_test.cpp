@@ -223,7 +223,7 @@ TEST_F(LogFile, HoldsWhatAKilledProcessHasWritten) {
     EXPECT_EQ(constantPart(), "@1  last words\r\n");
 }
 
-// The environment's log file comes before the machine's; output is off where neither can be had.
+// The environment's log file comes before the machine's, which is used where the first cannot be had.
 TEST_F(LogFile, CanBeNamedForOneProcess) {
     const std::wstring own = folder_ / L"own.log";
     SetEnvironmentVariableW(L"TVUT22_LOG", own.c_str());
@@ -233,8 +233,12 @@ TEST_F(LogFile, CanBeNamedForOneProcess) {
     EXPECT_EQ(Child(L"flags").exitCode(), 1u);
     for (const std::wstring& none : {folder_ / L"no such folder\\x.log", std::wstring(L"NUL")}) {
         SetEnvironmentVariableW(L"TVUT22_LOG", none.c_str());
-        EXPECT_EQ(Child(L"flags").exitCode(), 0u);
+        EXPECT_EQ(Child(L"flags").exitCode(), 1u);
     }
+    EXPECT_EQ(Child(L"die").exitCode(), 1u);
+    EXPECT_EQ(constantPart(), "@1  last words\r\n");
+    RegDeleteValueW(key_, L"Debug.LogFilename");
+    EXPECT_EQ(Child(L"flags").exitCode(), 0u) << "neither";
 }
 
 TEST_F(LogFile, IsFoundWhenMemoryIsBack) {

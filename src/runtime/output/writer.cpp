@@ -86,8 +86,9 @@ bool clsDiagnosticWriter::Begin() noexcept {
         if (!shared_.Open())
             return false;
         clock_.Start(settings.counterTime);
-        if (!settings.logFile.empty())
-            logFile_.Open(settings.logFile.c_str(), settings.flushLogFile);
+        for (const std::wstring& name : settings.logFiles)
+            if (!name.empty() && !logFile_.IsOpen())
+                logFile_.Open(name.c_str(), settings.flushLogFile);
     } catch (...) { // no memory for the settings: the next line asks for them again
     }
     return shared_.IsOpen();
