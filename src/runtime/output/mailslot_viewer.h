@@ -22,7 +22,7 @@ class clsMailslotViewer {
     HWND Published() noexcept;
     HWND PublishedAsItIs() const noexcept;
     void FollowWindow() noexcept;
-    void WritePiece(std::u16string_view piece) noexcept;
+    void WriteMessage(std::u16string_view message) noexcept;
     void NoteFailure() noexcept;
 
     clsMapping global_;
