@@ -27,7 +27,9 @@ endif()
 
 # Undefined behaviour and misuse of the standard library end the program at once.
 option(TVUT22_CHECKED "Trap undefined behaviour and check the standard library's preconditions" OFF)
-if(TVUT22_CHECKED)
+if(NOT TVUT22_CHECKED)
+  target_compile_definitions(tvut22_flags INTERFACE $<$<CONFIG:Release>:NDEBUG>)
+else()
   target_compile_definitions(tvut22_flags INTERFACE _GLIBCXX_ASSERTIONS)
   target_compile_options(tvut22_flags INTERFACE -fsanitize=undefined -fsanitize-undefined-trap-on-error)
 endif()

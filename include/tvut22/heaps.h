@@ -33,7 +33,7 @@ typedef struct UtilHeapObject* UtilHeap;
 /* ---- Results ------------------------------------------------------------------------------- */
 
 #define UTIL_HEAP_FAILED (-2)        /* shrinking failed; not a heap's handle */
-#define UTIL_HEAP_CORRUPTED (-3)     /* the system finds the heap damaged */
+#define UTIL_HEAP_CORRUPTED (-3)     /* the system finds the heap damaged, or loses its way in it */
 #define UTIL_HEAP_BAD_OBJECT (-6)    /* no object of this heap, a damaged one, or not to be freed */
 #define UTIL_HEAP_NOT_SUPPORTED (-7) /* the system lacks the service, or the heap is not DEBUG */
 
@@ -77,9 +77,11 @@ TVUT22_API INT TVUT22_CALL UtilHeapValidate(UtilHeap heap, void* payload, UINT r
  * Result: UTIL_OK, UTIL_HEAP_NOT_SUPPORTED, or UTIL_HEAP_FAILED, for a handle that is no heap's, too. */
 TVUT22_API INT TVUT22_CALL UtilHeapShrink(UtilHeap heap, UINT reserved);
 
-/* The size in bytes of the last block in use that a walk over the heap meets; the sum of the DEBUG objects'
- * payloads where the system cannot walk. UtilHeapSize answers for DEBUG heaps only, with
- * UTIL_HEAP_NOT_SUPPORTED for others; a handle that is no heap's gives UTIL_HEAP_FAILED. */
+/* The size in bytes of the last block in use that a walk over the heap meets.
+ * Where the system cannot walk, UtilHeapSize gives the sum of the DEBUG objects' payloads and
+ * UtilHeapSizeObjects gives UTIL_HEAP_NOT_SUPPORTED; UtilHeapSize does so for heaps that are not DEBUG.
+ * UTIL_HEAP_CORRUPTED when a walk does not meet every object, UTIL_HEAP_FAILED for a handle that is no
+ * heap's. */
 TVUT22_API INT TVUT22_CALL UtilHeapSize(UtilHeap heap);
 TVUT22_API INT TVUT22_CALL UtilHeapSizeObjects(UtilHeap heap);
 

@@ -47,9 +47,9 @@ TVUT22_API INT TVUT22_CALL UtilJobClose(UtilJob job);
 /* ---- Modules ------------------------------------------------------------------------------- */
 
 /* Announce that a module of the product has been loaded or is about to be unloaded. Both write a line:
- * "++module [host program] [module's file]", the last part only when a DLL of that name is loaded, and
- * "--module [host program]". While modules are there the connection to a running viewer is kept;
- * the last one that goes closes it.
+ * "++module [host program's file] [module's file]", the last part only when a DLL of that name is loaded,
+ * and "--module [host program's file]"; files are full names. While modules are there the connection to a
+ * running viewer is kept; the last one that goes closes it.
  *   module  the module's name, such as its file name */
 TVUT22_API void TVUT22_CALL UtilModuleOnAttach(const wchar_t* module);
 TVUT22_API void TVUT22_CALL UtilModuleOnDetach(const wchar_t* module);

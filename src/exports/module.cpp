@@ -2,10 +2,16 @@
 //
 // It runs under the loader lock, so it only reads what is at hand: no DLL is loaded, nothing waited
 // for. Registering the clipboard format is an entry in the system's table of names; it loads no driver.
+//
+// When the process ends, the system has killed all other threads wherever they were: any lock may be held
+// for good, any memory be half written. So nothing is freed, closed or destroyed then, and the compiler's
+// runtime, which would run the destructors of static objects and take locks of its own, is not entered.
 #include "platform/clipboard.h"
 #include "platform/exception_memory.h"
 #include "platform/host.h"
+#include "platform/runtime_entry.h"
 #include "platform/wide.h"
+#include "runtime/call_stack.h"
 #include "runtime/global_lock.h"
 #include "runtime/output/debugger.h"
 #include "runtime/output/writer.h"
@@ -76,11 +82,20 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
     case DLL_PROCESS_DETACH:
         ProcessDetaches();
         tvut::UtilpDiagnosticWriter().End(processEnds != nullptr);
-        if (!processEnds)
+        if (!processEnds) {
+            tvut::UtilpForgetCallStacks();
             tvut::PlatformExceptionsEnd();
+        }
         break;
     default:
         break;
     }
     return TRUE;
+}
+
+// The library's entry point, in front of the runtime's.
+extern "C" BOOL WINAPI TvutEntry(HINSTANCE module, DWORD reason, void* processEnds) {
+    return reason == DLL_PROCESS_DETACH && processEnds
+               ? DllMain(module, reason, processEnds)
+               : tvut::PlatformRuntimeEntry(module, reason, processEnds);
 }

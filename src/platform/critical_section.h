@@ -1,9 +1,7 @@
 // A critical section as an object that std::lock_guard and std::unique_lock can hold.
-//
-// Made for static storage: never deleted, so that a thread that still runs while the process ends
-// finds it whole.
 #pragma once
 
+#include <cassert>
 #include <windows.h>
 
 namespace tvut {
@@ -12,12 +10,16 @@ class clsCriticalSection {
   public:
     // Waits are short: a thread that finds the section taken looks again for a while before it sleeps.
     clsCriticalSection() noexcept { InitializeCriticalSectionAndSpinCount(&section_, 4000); }
+    ~clsCriticalSection() { DeleteCriticalSection(&section_); }
     clsCriticalSection(const clsCriticalSection&) = delete;
     clsCriticalSection& operator=(const clsCriticalSection&) = delete;
 
     void lock() noexcept { EnterCriticalSection(&section_); }
     bool try_lock() noexcept { return TryEnterCriticalSection(&section_) != FALSE; }
-    void unlock() noexcept { LeaveCriticalSection(&section_); }
+    void unlock() noexcept {
+        assert(IsMine() && "left by a thread that does not have it");
+        LeaveCriticalSection(&section_);
+    }
 
     // Whether the calling thread has it. Nobody else writes this thread's id there.
     bool IsMine() const noexcept {

@@ -2,11 +2,24 @@
 
 #include <windows.h>
 
+// The system takes the guard off a page that is touched. The page is somebody else's, who needs it: it may be
+// what lets another thread's stack grow.
+extern "C" void TvutPutGuardBack(const EXCEPTION_RECORD* record) noexcept {
+    void* const page = reinterpret_cast<void*>(record->ExceptionInformation[1]);
+    MEMORY_BASIC_INFORMATION memory;
+    DWORD before = 0;
+    if (record->NumberParameters >= 2 && VirtualQuery(page, &memory, sizeof memory) != 0)
+        VirtualProtect(page, 1, memory.Protect | PAGE_GUARD, &before);
+}
+
 #ifdef _MSC_VER
 
 namespace {
 
-int Filter(unsigned long code) noexcept {
+int Filter(const EXCEPTION_RECORD* record) noexcept {
+    const DWORD code = record->ExceptionCode;
+    if (code == STATUS_GUARD_PAGE_VIOLATION)
+        TvutPutGuardBack(record);
     const bool ours = code == STATUS_ACCESS_VIOLATION || code == STATUS_IN_PAGE_ERROR ||
                       code == STATUS_GUARD_PAGE_VIOLATION || code == STATUS_NO_MEMORY || code == 0xC0000374;
     return ours ? EXCEPTION_EXECUTE_HANDLER : EXCEPTION_CONTINUE_SEARCH;
@@ -18,7 +31,7 @@ unsigned long TvutGuardedCall(void (*body)(void*), void* argument) {
     __try {
         body(argument);
         return 0;
-    } __except (Filter(GetExceptionCode())) {
+    } __except (Filter(GetExceptionInformation()->ExceptionRecord)) {
         return GetExceptionCode();
     }
 }
@@ -65,12 +78,17 @@ _GuardedHandler:
     je 1f
     cmpl $0xC0000006, %ecx
     je 1f
-    cmpl $0x80000001, %ecx
-    je 1f
     cmpl $0xC0000017, %ecx
     je 1f
     cmpl $0xC0000374, %ecx
+    je 1f
+    cmpl $0x80000001, %ecx
     jne 2f
+    pushl %eax
+    call _TvutPutGuardBack
+    addl $4, %esp
+    movl 8(%ebp), %eax
+    movl (%eax), %ecx
 1:  pushl %ecx
     pushl $0
     pushl %eax

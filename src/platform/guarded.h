@@ -11,7 +11,8 @@ extern "C" unsigned long TvutGuardedCall(void (*body)(void*), void* argument);
 namespace tvut {
 
 // Calls the body, a lambda. 0, or the code of the exception that ended it: an access violation, a guard
-// page, a page that could not be read, damage that the system's heap has found, or memory that has run out.
+// page, which is one again afterwards, a page that could not be read, damage that the system's heap has
+// found, or memory that has run out.
 template <class Body>
 unsigned long PlatformGuarded(Body& body) noexcept {
     return TvutGuardedCall([](void* argument) { (*static_cast<Body*>(argument))(); }, &body);

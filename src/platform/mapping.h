@@ -1,9 +1,11 @@
 // Named shared memory: a file mapping over the paging file, and the view of it.
 #pragma once
 
+#include "platform/guarded.h"
 #include "platform/owned.h"
 
 #include <cstddef>
+#include <cstring>
 
 namespace tvut {
 
@@ -40,7 +42,26 @@ class clsMapping {
         return static_cast<Contents*>(view_.Get());
     }
 
+    // For memory of others, who may have put a file behind it that has been cut short meanwhile. False where
+    // nothing is mapped, or no longer.
+    template <class Contents>
+    bool Read(Contents& contents) const noexcept {
+        return Touch([&] { std::memcpy(&contents, view_.Get(), sizeof contents); });
+    }
+    template <class Contents>
+    bool Write(const Contents& contents) const noexcept {
+        return Touch([&] { std::memcpy(view_.Get(), &contents, sizeof contents); });
+    }
+
   private:
+    template <class Body>
+    bool Touch(Body body) const noexcept {
+        const bool touched = HasView() && PlatformGuarded(body) == 0;
+        if (!touched)
+            SetLastError(ERROR_NOACCESS);
+        return touched;
+    }
+
     clsHandle object_;
     clsView view_;
     DWORD access_ = 0;

@@ -54,4 +54,11 @@ void UtilpReleaseCallStack(scCallStack* stack) noexcept {
     freeRecords = record;
 }
 
+void UtilpForgetCallStacks() noexcept {
+    while (scFree* const record = freeRecords) {
+        freeRecords = record->next;
+        PlatformProcessHeapFree(record);
+    }
+}
+
 } // namespace tvut

@@ -25,4 +25,7 @@ scCallStack* UtilpCaptureCallStack(std::size_t skip) noexcept;
 // Null, and anything that is no record, is passed over: the pointer may come from damaged memory.
 void UtilpReleaseCallStack(scCallStack* stack) noexcept;
 
+// Gives the free records back to the system; for when the library is unloaded.
+void UtilpForgetCallStacks() noexcept;
+
 } // namespace tvut

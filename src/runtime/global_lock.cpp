@@ -14,12 +14,7 @@ clsCriticalSection& UtilpGlobalLock() noexcept {
     return globalLock;
 }
 
-clsGlobalLockGuard::clsGlobalLockGuard() noexcept : silent_(!UtilpDiagnosticWriter().LookAhead()) {
-    globalLock.lock();
-}
-
-clsGlobalLockGuard::~clsGlobalLockGuard() {
-    globalLock.unlock();
-}
+clsGlobalLockGuard::clsGlobalLockGuard() noexcept
+    : silent_(!UtilpDiagnosticWriter().LookAhead()), lock_(globalLock) {}
 
 } // namespace tvut

@@ -4,6 +4,8 @@
 
 #include "platform/critical_section.h"
 
+#include <mutex>
+
 namespace tvut {
 
 clsCriticalSection& UtilpGlobalLock() noexcept;
@@ -13,15 +15,13 @@ clsCriticalSection& UtilpGlobalLock() noexcept;
 class clsGlobalLockGuard {
   public:
     clsGlobalLockGuard() noexcept;
-    ~clsGlobalLockGuard();
-    clsGlobalLockGuard(const clsGlobalLockGuard&) = delete;
-    clsGlobalLockGuard& operator=(const clsGlobalLockGuard&) = delete;
 
     // Whether nobody listened to diagnostics when the lock was taken: saves asking again.
     bool Silent() const noexcept { return silent_; }
 
   private:
-    bool silent_;
+    bool silent_; // found out before the lock is taken
+    std::lock_guard<clsCriticalSection> lock_;
 };
 
 } // namespace tvut

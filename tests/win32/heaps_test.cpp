@@ -1,4 +1,5 @@
 // Checked heaps: layouts, codes, reports, and damage of every kind.
+#include "support/copy.h"
 #include "support/import_hook.h"
 #include "support/log.h"
 
@@ -12,6 +13,8 @@
 
 namespace testing_prof {
 namespace {
+
+using namespace std::string_view_literals;
 
 UINT32 word(const void* payload, int offset) {
     UINT32 value;
@@ -137,18 +140,31 @@ TEST_F(Heaps, ReportDamageAndSurviveIt) {
         const Log log;
         EXPECT_EQ(UtilHeapObjectFree(heap, object), UTIL_HEAP_BAD_OBJECT);
         Lines lines = reports(log);
-        lines.resize(std::min<std::size_t>(lines.size(), 2));
+        std::erase_if(lines, [](const std::string& line) { return line.starts_with("   "); }); // bytes
         return lines;
     };
     const std::string begin = "Error: clsHeapNode['M'/'H']::FreeObject";
+    const auto dump = [](char* object) {
+        char size[60];
+        std::snprintf(size, sizeof size, "%d(=0x%08x) Bytes", static_cast<INT>(word(object, -8)),
+                      word(object, -8));
+        return " -Object at " + pointer(object) + ", " + size;
+    };
+    // The check of the object says so first, and who made it; then the call that wanted to free it.
     const auto damaged = [&](char* object) {
-        return Lines{begin + "D(" + pointer(object) + ")",
-                     " Memory overrun, fence value has been changed (object not freed)"};
+        return Lines{"Error: Memory overrun, fence value has been changed",
+                     dump(object),
+                     " Memory object allocation",
+                     begin + "D(" + pointer(object) + ")",
+                     " Memory overrun, fence value has been changed (object not freed)",
+                     dump(object)};
     };
     char* const overrun = make();
     overrun[12] = 1;
     EXPECT_EQ(freeing(overrun), damaged(overrun));
-    EXPECT_EQ(freeing(overrun), damaged(overrun)) << "it is still there";
+    Lines again = damaged(overrun);
+    again.erase(again.begin() + 2);
+    EXPECT_EQ(freeing(overrun), again) << "it is still there, but for the record of its call stack";
 
     for (const UINT32 size : {0x7FFFFFFFu, 0x80000000u, 0xFFFFFFF0u, 0x10000000u, 13u}) {
         char* const resized = make();
@@ -233,6 +249,10 @@ TEST_F(Heaps, AreValidatedAndMeasured) {
     EXPECT_EQ(UtilHeapSizeObjects(heap), 132);
     EXPECT_EQ(UtilHeapSize(plain), UTIL_HEAP_NOT_SUPPORTED);
     EXPECT_EQ(UtilHeapSizeObjects(plain), 0);
+    UtilHeapObjectAlloc(heap, 100, 0);
+    char* const plainObject = static_cast<char*>(UtilHeapObjectAlloc(plain, 100, 0));
+    UtilHeapObjectAlloc(plain, 200, 0);
+    EXPECT_EQ(UtilHeapSizeObjects(plain), 204);
     object[100] = 1;
     EXPECT_EQ(UtilHeapValidate(heap, nullptr, 0), UTIL_HEAP_BAD_OBJECT) << "a damaged object in a sound heap";
     EXPECT_EQ(UtilHeapValidate(heap, &job, 0), UTIL_HEAP_BAD_OBJECT);
@@ -240,12 +260,39 @@ TEST_F(Heaps, AreValidatedAndMeasured) {
     const Log log;
     EXPECT_EQ(UtilHeapValidate(heap, nullptr, 0), UTIL_HEAP_CORRUPTED);
     EXPECT_EQ(reports(log).at(0), " Error: Heap corrupted");
+    std::memset(plainObject + 100, 1, 64);
+    for (const auto& [damaged, call] :
+         {std::pair(heap, &UtilHeapSize), {heap, &UtilHeapSizeObjects}, {plain, &UtilHeapSizeObjects}}) {
+        const Log walk;
+        EXPECT_EQ(call(damaged), UTIL_HEAP_CORRUPTED) << "the walk does not meet every object";
+        EXPECT_EQ(reports(walk).at(0), " Error: Heap corrupted");
+    }
     UtilHeapObjectAlloc(heap, 100, 0); // whatever the system does now
     UtilHeapObjectFree(heap, object);
     EXPECT_EQ(UtilHeapDelete(heap), UTIL_OK);
     EXPECT_EQ(UtilHeapDelete(plain), UTIL_OK);
     for (const auto call : {UtilHeapDelete, UtilHeapSize, UtilHeapSizeObjects})
         EXPECT_EQ(call(nullptr), UTIL_OK);
+}
+
+// The services that are looked up by name, in a library that asks for them by names that do not exist.
+TEST_F(Heaps, SayWhatTheSystemLacks) {
+    const TempFolder folder;
+    Copy::makeFile(folder / L"copy.dll", {{"\0HeapWalk"sv, "\0HeapWalX"sv},
+                                          {"\0HeapValidate"sv, "\0HeapValidatX"sv},
+                                          {"\0HeapCompact"sv, "\0HeapCompacX"sv}});
+    const Copy copy(folder / L"copy.dll");
+    const UtilJob own = copy.find(UtilJobOpen, "UtilJobOpen")(L"M", 0);
+    const UtilHeap heap = copy.find(UtilHeapCreate, "UtilHeapCreate")(own, L"H", UTIL_HEAP_DEBUG);
+    copy.find(UtilHeapObjectAlloc, "UtilHeapObjectAlloc")(heap, 100, 0);
+    const Log log;
+    EXPECT_EQ(copy.find(UtilHeapValidate, "UtilHeapValidate")(heap, nullptr, 0), UTIL_HEAP_NOT_SUPPORTED);
+    EXPECT_EQ(copy.find(UtilHeapShrink, "UtilHeapShrink")(heap, 0), UTIL_HEAP_NOT_SUPPORTED);
+    EXPECT_EQ(copy.find(UtilHeapSizeObjects, "UtilHeapSizeObjects")(heap), UTIL_HEAP_NOT_SUPPORTED);
+    EXPECT_EQ(copy.find(UtilHeapSize, "UtilHeapSize")(heap), 100) << "the counter of payload bytes";
+    EXPECT_EQ(reports(log), (Lines{"Error: UtilHeapValidate(...) does only run under NT",
+                                   "Error: UtilHeapShrink(...) does only run under NT",
+                                   "Error: UtilHeapSizeObjects(...) does only run under NT"}));
 }
 
 TEST_F(Heaps, AreTracedWithTheirJob) {
@@ -293,6 +340,10 @@ TEST_F(Heaps, PassPretenders) {
         EXPECT_NE(UtilHeapValidate(heap, payload, 0), UTIL_OK);
     }
     EXPECT_EQ(UtilHeapObjectSize(nullptr, marked.start), UTIL_HEAP_BAD_OBJECT);
+    MEMORY_BASIC_INFORMATION page;
+    VirtualQuery(guarded.start, &page, sizeof page);
+    EXPECT_EQ(page.Protect, DWORD{PAGE_READWRITE | PAGE_GUARD})
+        << "it may be what lets a thread's stack grow";
     char* const resized = static_cast<char*>(UtilHeapObjectAlloc(heap, 8, 0));
     const Page fence; // far behind, with nothing between
     setWord(fence.start, 0, 0xE5E55E5E);

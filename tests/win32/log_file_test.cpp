@@ -4,8 +4,9 @@
 #include "support/import_hook.h"
 
 #include <gtest/gtest.h>
-#include <tvut22/diagnostics.h>
+#include <tvut22/util.h>
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <regex>
@@ -55,6 +56,22 @@ void writeFromThreads() {
                 UtilDebugExt(L"SOAK", 0, L"<%u %d %d %s>", GetCurrentProcessId(), t, i,
                              std::wstring(i % 90, L'.').c_str());
         });
+}
+
+// The same while modules come and go on twice as many threads, until all lines are written.
+void writeAmongModules() {
+    std::atomic<bool> written{false};
+    std::vector<std::jthread> modules;
+    for (int t = 0; t < 8; ++t)
+        modules.emplace_back([&] {
+            for (int i = 0; i < 300 || !written; ++i) {
+                UtilModuleOnAttach(L"module");
+                UtilModuleOnDetach(L"module");
+                UtilLOGPAN4Detach();
+            }
+        });
+    writeFromThreads();
+    written = true;
 }
 
 void askFlags() {
@@ -112,9 +129,11 @@ void keepLastError() {
 }
 
 const std::map<std::string, void (*)()> kScenarios = {
-    {"starved", writeStarved}, {"disk", fillDisk},        {"error", keepLastError},
-    {"lines", writeLines},     {"deep", nestDeeply},      {"threads", writeFromThreads},
-    {"flags", askFlags},       {"flushes", countFlushes}, {"die", writeAndDie},
+    {"starved", writeStarved}, {"disk", fillDisk},
+    {"error", keepLastError},  {"lines", writeLines},
+    {"deep", nestDeeply},      {"threads", writeFromThreads},
+    {"flags", askFlags},       {"flushes", countFlushes},
+    {"die", writeAndDie},      {"modules", writeAmongModules},
 };
 
 // A machine whose settings name a log file.
@@ -204,7 +223,7 @@ TEST_F(LogFile, HoldsWhatAKilledProcessHasWritten) {
     EXPECT_EQ(constantPart(), "@1  last words\r\n");
 }
 
-// The environment's log file comes before the machine's; output is off where neither can be had.
+// The environment's log file comes before the machine's, which is used where the first cannot be had.
 TEST_F(LogFile, CanBeNamedForOneProcess) {
     const std::wstring own = folder_ / L"own.log";
     SetEnvironmentVariableW(L"TVUT22_LOG", own.c_str());
@@ -214,8 +233,12 @@ TEST_F(LogFile, CanBeNamedForOneProcess) {
     EXPECT_EQ(Child(L"flags").exitCode(), 1u);
     for (const std::wstring& none : {folder_ / L"no such folder\\x.log", std::wstring(L"NUL")}) {
         SetEnvironmentVariableW(L"TVUT22_LOG", none.c_str());
-        EXPECT_EQ(Child(L"flags").exitCode(), 0u);
+        EXPECT_EQ(Child(L"flags").exitCode(), 1u);
     }
+    EXPECT_EQ(Child(L"die").exitCode(), 1u);
+    EXPECT_EQ(constantPart(), "@1  last words\r\n");
+    RegDeleteValueW(key_, L"Debug.LogFilename");
+    EXPECT_EQ(Child(L"flags").exitCode(), 0u) << "neither";
 }
 
 TEST_F(LogFile, IsFoundWhenMemoryIsBack) {
@@ -263,30 +286,62 @@ struct Source {
     std::map<int, int> nextLine; // a thread
 };
 
+// Holds every line against its form and its place; gives the number of lines that each process's threads
+// have written. Lines about modules, which tell no process, are counted with the lines around them.
+std::map<std::string, int> countWhole(const std::vector<std::string>& lines) {
+    static const std::regex form(
+        R"((?:SOAK    : )?\d\d:\d\d:\d\d\.\d\d\d [0-9a-f]{8}/[0-9a-f]{2} (\d)  (.*))"),
+        numbered(R"(<(\d+) (\d) (\d+) (\.*)>)"), module(R"((\+\+|--)module \[.*)");
+    std::map<std::string, Source> processes;
+    std::map<std::string, int> counts;
+    std::string process;
+    for (const std::string& line : lines) {
+        std::smatch match;
+        EXPECT_TRUE(std::regex_match(line, match, form)) << line;
+        const std::string digits = match[1], text = match[2];
+        const bool ofThread = std::regex_match(text, match, numbered);
+        EXPECT_TRUE(ofThread || std::regex_match(text, module)) << line;
+        if (testing::Test::HasFailure())
+            break;
+        if (ofThread)
+            process = match[1];
+        Source& source = processes[process];
+        const int digit = digits[0] - '0';
+        EXPECT_EQ(digit, source.nextDigit < 0 ? digit : source.nextDigit)
+            << "counted in the order of the file";
+        source.nextDigit = (digit + 1) % 10;
+        if (!ofThread)
+            continue;
+        const int number = std::stoi(match[3]);
+        EXPECT_EQ(source.nextLine[std::stoi(match[2])]++, number) << "no line lost, none twice";
+        EXPECT_EQ(match[4].length(), number % 90);
+        ++counts[process];
+    }
+    return counts;
+}
+
 TEST_F(LogFile, KeepsLinesOfThreadsAndProcessesWhole) {
     {
         std::vector<Child> children;
         for (int i = 0; i < 3; ++i)
             children.emplace_back(L"threads");
     }
-    static const std::regex form(
-        R"(SOAK    : \d\d:\d\d:\d\d\.\d\d\d [0-9a-f]{8}/[0-9a-f]{2} (\d)  <(\d+) (\d) (\d+) (\.*)>)");
-    std::map<std::string, Source> processes;
-    int lines = 0;
-    for (const std::string& line : logLines()) {
-        std::smatch match;
-        ASSERT_TRUE(std::regex_match(line, match, form)) << line;
-        Source& source = processes[match[2]];
-        const int digit = match[1].str()[0] - '0', number = std::stoi(match[4]);
-        EXPECT_EQ(digit, source.nextDigit < 0 ? digit : source.nextDigit)
-            << "counted in the order of the file";
-        source.nextDigit = (digit + 1) % 10;
-        EXPECT_EQ(source.nextLine[std::stoi(match[3])]++, number) << "no line lost, none twice";
-        EXPECT_EQ(match[5].length(), number % 90);
-        ++lines;
+    const auto counts = countWhole(logLines());
+    EXPECT_EQ(counts.size(), 3u);
+    for (const auto& [process, lines] : counts)
+        EXPECT_EQ(lines, 4 * 500);
+}
+
+TEST_F(LogFile, KeepsLinesWholeWhileModulesComeAndGo) {
+    const Child child(L"modules");
+    if (!child.endsWithin(60000)) {
+        child.kill();
+        FAIL() << "threads wait for ever";
     }
-    EXPECT_EQ(processes.size(), 3u);
-    EXPECT_EQ(lines, 3 * 4 * 500);
+    EXPECT_EQ(child.exitCode(), 0u);
+    const auto counts = countWhole(logLines());
+    ASSERT_EQ(counts.size(), 1u);
+    EXPECT_EQ(counts.begin()->second, 4 * 500);
 }
 
 } // namespace

@@ -2,12 +2,13 @@
 #include "support/fake_viewer.h"
 
 #include "support/child.h"
+#include "support/copy.h"
 #include "support/debug_output.h"
-
 #include "support/import_hook.h"
 
 #include <tvut22/util.h>
 
+#include <atomic>
 #include <map>
 #include <thread>
 
@@ -104,9 +105,40 @@ TEST(Viewer, ThatReservesItsMemoryOnlyIsNone) {
 }
 
 SIZE_T largestView = 0;
+void* lastView = nullptr;
 void* WINAPI noteView(HANDLE mapping, DWORD access, DWORD high, DWORD low, SIZE_T bytes) {
     largestView = std::max(largestView, bytes);
-    return MapViewOfFile(mapping, access, high, low, bytes);
+    return lastView = MapViewOfFile(mapping, access, high, low, bytes);
+}
+
+/// What a file on another machine does when it is cut short there.
+void* withoutPages(void* view) {
+    DWORD before = 0;
+    EXPECT_TRUE(VirtualProtect(view, 1, PAGE_NOACCESS, &before));
+    return view;
+}
+void* WINAPI viewWithoutPages(HANDLE mapping, DWORD access, DWORD high, DWORD low, SIZE_T bytes) {
+    return withoutPages(MapViewOfFile(mapping, access, high, low, bytes));
+}
+
+TEST(Viewer, WhoseMemoryGoesAwayIsNone) {
+    const Receiver receiver;
+    const PublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, infoOf(receiver));
+    for (int round = 0; round < 2; ++round) {
+        {
+            const ImportHook hook("MapViewOfFile", reinterpret_cast<void*>(noteView));
+            EXPECT_TRUE(UtilLOGPAN4Attach());
+        }
+        withoutPages(lastView);
+        UtilDebug(L"lost");
+        EXPECT_FALSE(UtilGetFlags());
+        const ImportHook hook("MapViewOfFile", reinterpret_cast<void*>(viewWithoutPages));
+        EXPECT_FALSE(UtilLOGPAN4Attach()) << "nor the older way's memory";
+    }
+    EXPECT_TRUE(UtilLOGPAN4Attach());
+    UtilDebug(L"there again");
+    EXPECT_EQ(receiver.next().text, L"there again");
+    UtilLOGPAN4Detach();
 }
 
 TEST(Viewer, GetsLittleOfTheAddressSpace) {
@@ -170,18 +202,109 @@ TEST(Viewer, IsNotDisturbedByLinesAboutLines) {
     EXPECT_EQ(moved.next().text, L"third");
 }
 
+// ---- Several copies of the library -----------------------------------------------------------------
+
+// All copies in a process share one socket. Whichever copy gives it up, the others lose no line.
+TEST(Copies, ShareASocket) {
+    const Viewer viewer;
+    const TempFolder folder;
+    Copy::makeFile(folder / L"copy.dll");
+    Copy copy(folder / L"copy.dll");
+    const auto write = copy.find(PasDebug, "PasDebug");
+    const auto attach = copy.find(UtilLOGPAN4Attach, "UtilLOGPAN4Attach");
+    const auto detach = copy.find(UtilLOGPAN4Detach, "UtilLOGPAN4Detach");
+    UINT16 port = 0;
+    const auto arrives = [&](const wchar_t* text) {
+        const Packet packet = viewer.receiver.next();
+        EXPECT_EQ(packet.text, text);
+        return std::exchange(port, packet.senderPort) == packet.senderPort;
+    };
+    PasDebug(L"first");
+    arrives(L"first");
+    EXPECT_TRUE(attach());
+    write(L"by the copy");
+    EXPECT_TRUE(arrives(L"by the copy")) << "through the same socket";
+
+    UtilModuleOnAttach(nullptr);
+    viewer.receiver.next();
+    detach();
+    PasDebug(L"while there are modules");
+    EXPECT_TRUE(arrives(L"while there are modules")) << "it is still the same";
+    EXPECT_TRUE(attach());
+    UtilModuleOnDetach(nullptr);
+    viewer.receiver.next();
+    write(L"after the last module");
+    EXPECT_FALSE(arrives(L"after the last module")) << "a new one, at once";
+    detach();
+    UtilJobClose(UtilJobOpen(L"traced", UTIL_JOB_TRACE)); // whose lines are written under the global lock
+    EXPECT_FALSE(arrives(L"viewer_test:UtilJobOpen('traced',0x80000000)\n"));
+    for (int i = 0; i < 3; ++i)
+        viewer.receiver.next();
+    EXPECT_TRUE(attach());
+    copy.unload();
+    PasDebug(L"without the copy");
+    EXPECT_TRUE(arrives(L"without the copy"));
+}
+
+TEST(Copies, AgreeOnSixteenBytes) {
+    const Viewer viewer;
+    wchar_t name[80] = {};
+    _snwprintf(name, std::size(name) - 1, L"QmzLOGPANAppLocalData_%#p_%d", GetModuleHandleW(nullptr),
+               GetCurrentProcessId());
+    const Handle mapping(OpenFileMappingW(FILE_MAP_READ, FALSE, name));
+    ASSERT_TRUE(mapping);
+    struct Words {
+        LONG level, lines, modules, socket;
+    };
+    const auto* shared = static_cast<const Words*>(MapViewOfFile(mapping.get(), FILE_MAP_READ, 0, 0, 0));
+    const Words before = *shared;
+    EXPECT_NE(before.socket, 0);
+    UtilDebugExt(nullptr, 1, L"deeper");
+    UtilModuleOnAttach(nullptr);
+    EXPECT_EQ(shared->level, before.level + 1);
+    EXPECT_EQ(shared->lines, before.lines + 2);
+    EXPECT_EQ(shared->modules, before.modules + 1);
+    UtilDebugExt(nullptr, -1, L"back");
+    UtilModuleOnDetach(nullptr);
+    EXPECT_EQ(shared->level, before.level);
+    EXPECT_EQ(shared->modules, before.modules);
+    EXPECT_EQ(shared->socket, 0) << "closed with the last module";
+    UnmapViewOfFile(shared);
+}
+
+int startups = 0;
+int WINAPI failingStartup(WORD, WSADATA*) {
+    ++startups;
+    return WSASYSNOTREADY;
+}
+
+TEST(Socket, ThatCannotBeOpenedIsNotTriedForEveryLine) {
+    const Viewer viewer;
+    UtilLOGPAN4Detach();
+    const ImportHook hook("WSAStartup", reinterpret_cast<void*>(failingStartup));
+    EXPECT_TRUE(UtilLOGPAN4Attach());
+    const DWORD start = GetTickCount();
+    for (int i = 0; i < 100; ++i)
+        UtilDebug(L"lost");
+    EXPECT_LE(static_cast<DWORD>(startups), 2 + (GetTickCount() - start) / 1000);
+}
+
 // ---- Callers within the loader ---------------------------------------------------------------------
 
 /// Stands for a thread within the loader while another needs the loader: `needsLoader` is called where the
 /// system would load a library, and does not return until the thread's lines and jobs are through.
 struct Loader {
     static inline int passed = 0;
+    static inline std::atomic<bool> needed{false};
     static void needsLoader() {
+        if (needed.exchange(true))
+            return; // by the thread within it
         std::jthread([] {
             UtilDebug(L"from within the loader");
             UtilJobClose(UtilJobOpen(L"within the loader", 0));
             ++passed;
         }).join();
+        needed = false;
     }
     static int WINAPI startup(WORD version, WSADATA* data) {
         needsLoader();
@@ -195,6 +318,13 @@ struct Loader {
         needsLoader();
         return FindWindowW(name, title);
     }
+    /// Another process has the mutex that guards the number of modules, and keeps it.
+    static DWORD WINAPI wait(HANDLE, DWORD milliseconds) {
+        needsLoader();
+        waits += milliseconds > 0;
+        return WAIT_TIMEOUT;
+    }
+    static inline int waits = 0;
     static FARPROC WINAPI function(HMODULE module, const char* name) {
         needsLoader();
         return GetProcAddress(module, name);
@@ -203,7 +333,8 @@ struct Loader {
 
 /// Child: everything that may need the loader. Each step that holds a lock meanwhile hangs.
 void needLoader() {
-    const ImportHook hooks[] = {{"WSAStartup", reinterpret_cast<void*>(Loader::startup)},
+    const ImportHook hooks[] = {{"WaitForSingleObject", reinterpret_cast<void*>(Loader::wait)},
+                                {"WSAStartup", reinterpret_cast<void*>(Loader::startup)},
                                 {"WSACleanup", reinterpret_cast<void*>(Loader::cleanup)},
                                 {"FindWindowW", reinterpret_cast<void*>(Loader::findWindow)}};
     UtilJobOpen(L"traced", UTIL_JOB_TRACE);
@@ -215,11 +346,12 @@ void needLoader() {
     UtilModuleOnAttach(L"module");
     UtilModuleOnDetach(L"module");
     UtilModuleOnAttach(L"module");
+    UtilModuleOnDetach(L"module");
     UtilLOGPAN4Detach();
     const int passed = Loader::passed;
     const ImportHook hook("GetProcAddress", reinterpret_cast<void*>(Loader::function));
     UtilHeapValidate(UtilHeapCreate(UtilJobOpen(L"heaps", 0), L"H", 0), nullptr, 0);
-    TerminateProcess(GetCurrentProcess(), passed >= 5 ? 0 : 2);
+    TerminateProcess(GetCurrentProcess(), passed < 8 ? 2 : Loader::waits != 1 ? 3 : 0);
 }
 
 TEST(Loader, IsNeverNeededWithALockHeld) {

@@ -48,7 +48,8 @@ struct clsHeapNode {
     clsHeapNode* next;
     clsHeapNode* previous;
     const void* self;          // the record's address: tells a heap from what a stale handle leads to
-    std::int32_t debugObjects; // of those that are alive
+    std::int32_t blocks;       // of the system's heap that objects have; failed allocations are no blocks
+    std::int32_t debugObjects; // of those
     bool broken;               // the system's heap failed within: it is not entered again
 
     bool IsDebug() const noexcept { return (flags & HeapFlag::debug) != 0; }

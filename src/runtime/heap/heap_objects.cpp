@@ -220,6 +220,7 @@ HeapResult FreeWholeDebug(clsHeapNode& heap, scDebugHeader* header) noexcept {
     if (!SystemFree(heap, header, header->mark))
         return RefuseDebug(heap, header, u"error freeing object", true);
     --heap.objects;
+    --heap.blocks;
     --heap.debugObjects;
     heap.payloadBytes -= size;
     return HeapResult::success;
@@ -230,12 +231,11 @@ HeapResult FreeDebug(clsHeapNode& heap, scDebugHeader* header) noexcept {
     case Damage::magic:
         return RefuseDebug(heap, header, u"Not allocated with UTIL or memory underrun (object not freed)",
                            false);
-    case Damage::fence: {
-        const HeapResult result = RefuseDebug(
-            heap, header, u"Memory overrun, fence value has been changed (object not freed)", true);
+    case Damage::fence:
+        UtilpReportOverrun(header);
         ReleaseRecord(header);
-        return result;
-    }
+        return RefuseDebug(heap, header, u"Memory overrun, fence value has been changed (object not freed)",
+                           true);
     default:
         return FreeWholeDebug(heap, header);
     }
@@ -257,6 +257,7 @@ HeapResult FreePlain(clsHeapNode& heap, std::uint32_t* block) noexcept {
         FillFreedPlain(heap, block, SystemSize(heap, block));
     if (SystemFree(heap, block, *block)) {
         --heap.objects;
+        --heap.blocks;
         return HeapResult::success;
     }
     const clsDiagnosticGroup report(UtilpDiagnosticsOn(),
@@ -322,6 +323,7 @@ void QuickFree(clsHeapNode* heap, void* payload, bool silent, scQuickFree& quick
 
 void CountFree(clsHeapNode& heap, const scQuickFree& freed) noexcept {
     --heap.objects;
+    --heap.blocks;
     if (freed.mark != debugMark)
         return;
     UtilpReleaseCallStack(freed.stack);
@@ -334,6 +336,13 @@ void CountFree(clsHeapNode& heap, const scQuickFree& freed) noexcept {
 HeapResult NotSupported(std::u16string_view call) noexcept {
     UtilpReport(clsDiagnosticLine().Put(u"Error: ").Put(call).Put(u"(...) does only run under NT"));
     return HeapResult::notSupported;
+}
+
+HeapResult ReportCorrupted(clsHeapNode& heap) noexcept {
+    const clsDiagnosticGroup report(UtilpDiagnosticsOn(), clsDiagnosticLine().Put(u" Error: Heap corrupted"));
+    if (UtilpDiagnosticsOn())
+        UtilpReportObjects(heap);
+    return HeapResult::corrupted;
 }
 
 bool SystemValidates(clsHeapNode& heap, const void* block) noexcept {
@@ -366,6 +375,7 @@ void* UtilpAllocateObject(clsHeapNode* heap, const scAllocation& wanted, unsigne
         exception = (heap->options & HEAP_GENERATE_EXCEPTIONS) != 0 ? STATUS_NO_MEMORY : 0;
         return nullptr;
     }
+    ++heap->blocks;
     void* const payload = got.debug ? MakeDebug(*heap, wanted, got.block) : MakePlain(got.block);
     Fill(payload, wanted, got.debug);
     return payload;
@@ -426,14 +436,10 @@ HeapResult UtilpValidateHeap(clsHeapNode& heap, void* payload) noexcept {
         }
         block = mark == debugMark ? static_cast<void*>(HeaderOf(payload)) : &MarkOf(payload);
     }
-    if (!SystemValidates(heap, block)) {
-        const clsDiagnosticGroup report(UtilpDiagnosticsOn(),
-                                        clsDiagnosticLine().Put(u" Error: Heap corrupted"));
-        if (UtilpDiagnosticsOn())
-            UtilpReportObjects(heap);
-        return HeapResult::corrupted;
-    }
-    return !heap.IsDebug() || UtilpCheckObjects(heap) ? HeapResult::success : HeapResult::badObject;
+    if (!SystemValidates(heap, block))
+        return ReportCorrupted(heap);
+    const HeapResult result = heap.IsDebug() ? UtilpCheckObjects(heap) : HeapResult::success;
+    return result == HeapResult::corrupted ? ReportCorrupted(heap) : result;
 }
 
 HeapResult UtilpShrinkHeap(clsHeapNode& heap) noexcept {
@@ -464,9 +470,10 @@ std::int32_t UtilpHeapSize(clsHeapNode& heap, bool objectsOnly) noexcept {
         last = static_cast<std::int32_t>(bytes);
         return 0;
     };
-    if (!UtilpHeapServices().CanWalk() || !UtilpWalkHeap(heap, visit))
-        return heap.payloadBytes;
-    return last;
+    if (!UtilpHeapServices().CanWalk())
+        return objectsOnly ? static_cast<std::int32_t>(NotSupported(u"UtilHeapSizeObjects"))
+                           : heap.payloadBytes;
+    return UtilpWalkHeap(heap, visit) ? last : static_cast<std::int32_t>(ReportCorrupted(heap));
 }
 
 } // namespace tvut

@@ -31,20 +31,26 @@ Damage UtilpExamineObject(scDebugHeader* header) noexcept {
     return damage;
 }
 
-bool UtilpCheckObjects(clsHeapNode& heap) noexcept {
+void UtilpReportOverrun(scDebugHeader* header) noexcept {
+    const clsDiagnosticGroup report(
+        UtilpDiagnosticsOn(),
+        clsDiagnosticLine().Put(u"Error: Memory overrun, fence value has been changed"));
+    UtilpDumpObject(header);
+}
+
+HeapResult UtilpCheckObjects(clsHeapNode& heap) noexcept {
     bool whole = true;
     auto check = [&](void* block, std::size_t bytes) {
         scDebugHeader* const header = UtilpDebugObject(heap, block, bytes);
         if (!header || UtilpExamineObject(header) == Damage::none)
             return 0;
         whole = false;
-        const clsDiagnosticGroup report(
-            UtilpDiagnosticsOn(),
-            clsDiagnosticLine().Put(u"Error: Memory overrun, fence value has been changed"));
-        UtilpDumpObject(header);
+        UtilpReportOverrun(header);
         return 0;
     };
-    return UtilpWalkHeap(heap, check) && whole;
+    if (!UtilpWalkHeap(heap, check))
+        return HeapResult::corrupted;
+    return whole ? HeapResult::success : HeapResult::badObject;
 }
 
 } // namespace tvut

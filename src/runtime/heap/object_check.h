@@ -13,7 +13,10 @@ enum class Damage { none, magic, fence };
 // Reads an object that may be damaged in any way, its size included.
 Damage UtilpExamineObject(scDebugHeader* header) noexcept;
 
-// Examines every DEBUG object of the heap, reports and dumps the damaged ones. True when there are none.
-bool UtilpCheckObjects(clsHeapNode& heap) noexcept;
+// What there is to say of an object whose fence is damaged, with its dump.
+void UtilpReportOverrun(scDebugHeader* header) noexcept;
+
+// Examines every DEBUG object of the heap and reports the damaged ones; the heap itself may be damaged, too.
+HeapResult UtilpCheckObjects(clsHeapNode& heap) noexcept;
 
 } // namespace tvut

@@ -77,15 +77,18 @@ bool UtilpWalkHeap(clsHeapNode& heap, HeapBlockVisitor visitor, void* context) n
         services.lock(heap.heap);
     clsHeapWalk walk(heap.heap);
     bool enough = false;
+    std::int32_t met = 0;
     while (!enough && walk.Step()) {
         const PROCESS_HEAP_ENTRY& entry = walk.Entry();
-        enough =
-            (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 && visitor(context, entry.lpData, entry.cbData) < 0;
+        if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) == 0)
+            continue;
+        ++met;
+        enough = visitor(context, entry.lpData, entry.cbData) < 0;
     }
     heap.broken = walk.Broken();
     if (lockable && !heap.broken)
         services.unlock(heap.heap);
-    return enough || walk.AtEnd();
+    return enough || (walk.AtEnd() && met >= heap.blocks);
 }
 
 } // namespace tvut

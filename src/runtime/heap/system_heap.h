@@ -23,7 +23,8 @@ const scHeapServices& UtilpHeapServices() noexcept;
 using HeapBlockVisitor = int (*)(void* context, void* block, std::size_t bytes);
 
 // Visits every busy block while the heap is locked. False when the heap could not be walked to its end
-// because it is damaged; where the system failed in it or went in a circle, it is marked as broken.
+// because it is damaged: the system may say so, or come to an end without having met every block. Where it
+// failed in the heap or went in a circle, the heap is marked as broken.
 bool UtilpWalkHeap(clsHeapNode& heap, HeapBlockVisitor visitor, void* context) noexcept;
 
 template <class Visitor>

@@ -1,12 +1,13 @@
 // What all copies of the diagnostic writer in one process share: nesting level, line counter, the
 // number of client modules, and the datagram socket.
 //
-// It is a small named mapping. Level and counter are changed atomically; a kernel mutex, which costs
-// microseconds, guards only the number of modules.
+// It is a small named mapping. All words are changed atomically; a kernel mutex, which costs microseconds,
+// is taken for the number of modules only, because other copies may change that in other ways.
 #pragma once
 
 #include "platform/mapping.h"
 
+#include <atomic>
 #include <cstdint>
 
 namespace tvut {
@@ -25,6 +26,9 @@ class clsAppLocalData {
     void Close() noexcept;
     bool IsOpen() const noexcept { return mapping_.HasView(); }
 
+    // Whether any copy has the memory open.
+    static bool Exists() noexcept;
+
     LONG Level() const noexcept { return InterlockedCompareExchange(&Data()->level, 0, 0); }
     LONG LowerLevel() noexcept { return InterlockedDecrement(&Data()->level); }
     void RaiseLevel() noexcept { InterlockedIncrement(&Data()->level); }
@@ -37,25 +41,32 @@ class clsAppLocalData {
     bool OfferSocket(LONG made) noexcept { return InterlockedCompareExchange(&Data()->socket, made, 0) == 0; }
     LONG ExchangeSocket(LONG other) noexcept { return InterlockedExchange(&Data()->socket, other); }
 
-    // The number of modules, while the mutex is held.
+    LONG Modules() const noexcept { return InterlockedCompareExchange(&Data()->modules, 0, 0); }
+
+    // A client module comes, or goes: then true when it was the last one. May wait for whoever has the mutex:
+    // not to be called while a lock is held.
+    void CountModule() noexcept;
+    bool DiscountModule() noexcept;
+
+  private:
+    // The mutex, while the object lives, or after that time nothing: then the next one does not wait.
     class clsExclusive {
       public:
         explicit clsExclusive(clsAppLocalData& shared) noexcept;
         ~clsExclusive();
         clsExclusive(const clsExclusive&) = delete;
         clsExclusive& operator=(const clsExclusive&) = delete;
-        scAppLocalData* operator->() const noexcept { return shared_.Data(); }
 
       private:
-        clsAppLocalData& shared_;
-        bool held_;
+        HANDLE held_ = nullptr;
     };
+    static constexpr DWORD longestWait = 1000; // milliseconds; the holder changes a number
 
-  private:
     scAppLocalData* Data() const noexcept { return mapping_.As<scAppLocalData>(); }
 
     clsMapping mapping_;
     clsHandle mutex_;
+    std::atomic<DWORD> patience_{longestWait};
 };
 
 } // namespace tvut

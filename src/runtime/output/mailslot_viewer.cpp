@@ -2,17 +2,16 @@
 
 #include "platform/system_error.h"
 #include "runtime/output/debugger.h"
+#include "runtime/output/line_pieces.h"
 #include "runtime/output/narrow_line.h"
 
-#include <algorithm>
 #include <tvut22/viewer.h>
 
 namespace tvut {
 
 namespace {
 
-constexpr std::size_t longestPiece = 510; // characters
-constexpr DWORD pauseAfterFailure = 100;  // milliseconds; a reader that does not read is not pressed
+constexpr DWORD pauseAfterFailure = 100; // milliseconds; a reader that does not read is not pressed
 
 struct scGlobalData {
     UINT32 window;
@@ -39,12 +38,16 @@ clsMapping OpenGlobalData() noexcept {
 
 // A viewer that was not there, or was another, when the mapping was made is looked up by its class.
 HWND clsMailslotViewer::Published() noexcept {
-    volatile UINT32& published = global_.As<volatile scGlobalData>()->window;
-    if (const HWND window = WindowOf(published); window && IsWindow(window))
+    if (const HWND window = PublishedAsItIs(); window && IsWindow(window))
         return window;
     const HWND found = FindWindowW(LOGPAN_WINDOW_CLASS, nullptr);
-    published = static_cast<UINT32>(reinterpret_cast<UINT_PTR>(found));
+    global_.Write(scGlobalData{static_cast<UINT32>(reinterpret_cast<UINT_PTR>(found))});
     return found;
+}
+
+HWND clsMailslotViewer::PublishedAsItIs() const noexcept {
+    scGlobalData published{};
+    return global_.Read(published) ? WindowOf(published.window) : nullptr;
 }
 
 void clsMailslotViewer::Attach() noexcept {
@@ -64,7 +67,7 @@ void clsMailslotViewer::Detach() noexcept {
 }
 
 void clsMailslotViewer::FollowWindow() noexcept {
-    const HWND published = WindowOf(global_.As<const volatile scGlobalData>()->window);
+    const HWND published = PublishedAsItIs();
     if (published == window_ && (!window_ || IsWindow(window_)))
         return;
     window_ = Published();
@@ -79,19 +82,16 @@ void clsMailslotViewer::FollowWindow() noexcept {
 void clsMailslotViewer::Write(std::u16string_view line) noexcept {
     FollowWindow();
     while (!line.empty() && mailslot_.IsOpen()) {
-        const std::u16string_view piece = line.substr(0, std::min(line.find_first_of(u"\r\n"), longestPiece));
-        const bool endsLine = piece.size() < line.size() && piece.size() < longestPiece;
-        line.remove_prefix(piece.size() + (endsLine ? 1 : 0));
-        if (!piece.empty())
-            WritePiece(piece);
+        if (const std::u16string_view message = UtilpTakeMessage(line); !message.empty())
+            WriteMessage(message);
     }
 }
 
-void clsMailslotViewer::WritePiece(std::u16string_view piece) noexcept {
+void clsMailslotViewer::WriteMessage(std::u16string_view message) noexcept {
     if (failing_ && GetTickCount() - failedAt_ < pauseAfterFailure)
         return;
     clsNarrowLine narrow;
-    if (!narrow.Set(piece, {})) {
+    if (!narrow.Set(message, {})) {
         UtilpWriteToDebugger(u"ERR converting LOGPAN output");
         return;
     }

@@ -20,8 +20,9 @@ class clsMailslotViewer {
 
   private:
     HWND Published() noexcept;
+    HWND PublishedAsItIs() const noexcept;
     void FollowWindow() noexcept;
-    void WritePiece(std::u16string_view piece) noexcept;
+    void WriteMessage(std::u16string_view message) noexcept;
     void NoteFailure() noexcept;
 
     clsMapping global_;

@@ -27,9 +27,8 @@ bool IsSet(const wchar_t* name) noexcept {
 
 scOutputSettings UtilpReadOutputSettings() {
     scOutputSettings settings;
-    settings.logFile = FromEnvironment(L"TVUT22_LOG");
-    if (settings.logFile.empty())
-        settings.logFile = PlatformReadText(HKEY_LOCAL_MACHINE, machineKey, L"Debug.LogFilename");
+    settings.logFiles = {FromEnvironment(L"TVUT22_LOG"),
+                         PlatformReadText(HKEY_LOCAL_MACHINE, machineKey, L"Debug.LogFilename")};
     settings.flushLogFile = IsSet(L"Debug.LogFile.Flush");
     settings.counterTime = IsSet(L"ForceUsePerfCounters");
     return settings;

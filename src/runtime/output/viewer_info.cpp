@@ -16,10 +16,6 @@ constexpr std::size_t leastDatagram = 512;
 constexpr std::size_t mostDatagram = 65507; // as much as UDP carries
 constexpr UINT32 mostMapped = 0x10000;      // a viewer gets no more of a program's address space
 
-const volatile LogpanSharedInfo& Published(const clsMapping& mapping) noexcept {
-    return *mapping.As<const volatile LogpanSharedInfo>();
-}
-
 void Report(std::u16string_view what) noexcept {
     const DWORD error = GetLastError();
     UtilpWriteToDebugger(clsDiagnosticLine()
@@ -50,26 +46,28 @@ clsViewerInfo clsViewerInfo::Find() noexcept {
     info.mapping_ = OpenInfo();
     if (!info.mapping_.HasObject())
         return info;
-    if (!info.mapping_.Map(sizeof(LogpanSharedInfo))) {
+    LogpanSharedInfo published;
+    if (!info.mapping_.Map(sizeof published) || !info.mapping_.Read(published)) {
         Report(u"cannot be accessed");
         return {}; // keeps nothing of it, so that another viewer may take the name
     }
     // A viewer that publishes more is mapped whole; one that lies about it keeps the part that is there.
-    const UINT32 size = Published(info.mapping_).size;
-    if (size > sizeof(LogpanSharedInfo))
-        info.mapping_.Map(std::min(size, mostMapped));
+    if (published.size > sizeof published)
+        info.mapping_.Map(std::min(published.size, mostMapped));
     return info;
 }
 
-bool clsViewerInfo::WantsLines() const noexcept {
-    return *this && Published(mapping_).mask != 0;
-}
-
-scViewerAddress clsViewerInfo::Address() const noexcept {
-    const UINT32 port = Published(mapping_).port;
-    const UINT32 datagram = Published(mapping_).largestDatagram;
-    return {static_cast<std::uint16_t>(port <= 0xFFFF ? port : 0),
-            std::clamp<std::size_t>(datagram, leastDatagram, mostDatagram)};
+scViewerWish clsViewerInfo::Wish() noexcept {
+    if (!*this)
+        return {};
+    LogpanSharedInfo published;
+    if (!mapping_.Read(published)) {
+        mapping_ = {};
+        return {};
+    }
+    return {published.mask != 0,
+            {static_cast<std::uint16_t>(published.port <= 0xFFFF ? published.port : 0),
+             std::clamp<std::size_t>(published.largestDatagram, leastDatagram, mostDatagram)}};
 }
 
 } // namespace tvut

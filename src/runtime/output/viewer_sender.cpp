@@ -2,6 +2,7 @@
 
 #include "platform/wide.h"
 #include "runtime/output/debugger.h"
+#include "runtime/output/line_pieces.h"
 
 #include <tvut22/viewer.h>
 
@@ -39,8 +40,7 @@ void clsViewerSender::Send(const scViewerAddress& viewer, const SYSTEMTIME& time
     const std::size_t longest = (viewer.longestDatagram - sizeof header) / sizeof(char16_t);
     std::u16string_view left = line.View();
     do { // an empty line is a packet, too
-        const std::u16string_view piece = left.substr(0, longest);
-        left.remove_prefix(piece.size());
+        const std::u16string_view piece = UtilpTakePiece(left, longest);
         header.textBytes = static_cast<UINT32>(piece.size() * sizeof(char16_t));
         socket_.Send(viewer.port, &header, sizeof header, piece.data(), header.textBytes);
     } while (!left.empty());

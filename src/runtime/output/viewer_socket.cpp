@@ -19,6 +19,13 @@ void Report(std::u16string_view what, int error, std::u16string_view end) noexce
                              .Put(end));
 }
 
+constexpr DWORD retryInterval = 1000; // milliseconds between attempts to open the socket
+
+// Milliseconds; never 0, which stands for none.
+DWORD OddTicks() noexcept {
+    return GetTickCount() | 1;
+}
+
 // Known before it is asked for: another copy of the writer may have opened the socket.
 in_addr g_loopback = {{{127, 0, 0, 1}}};
 
@@ -80,22 +87,39 @@ void ReportSend(int result, DWORD sent, DWORD wanted) noexcept {
 
 } // namespace
 
+void scTakenSocketPolicy::Close(Value value) noexcept {
+    closesocket(SocketOf(value));
+    EndLibrary();
+}
+
 void clsViewerSocket::Open() noexcept {
     if (IsOpen())
         return;
+    failedAt_ = StartAndMake() ? 0 : OddTicks();
+}
+
+bool clsViewerSocket::StartAndMake() noexcept {
     WSADATA data;
     if (const int error = WSAStartup(MAKEWORD(2, 2), &data); error != 0) {
         Report(u"clsViewerSocket::Open: WSAStartup() returned '", error, u"'\n");
-        return;
+        return false;
     }
     const LONG made = MakeSocket();
     if (made == 0) {
         EndLibrary();
-        return;
+        return false;
     }
     ResolveLoopback();
-    if (!shared_.OfferSocket(made)) // another thread was faster
-        UtilpCloseSocket(made);
+    clsTakenSocket unneeded(made);
+    if (shared_.OfferSocket(made)) // otherwise another thread was faster
+        unneeded.Release();
+    return true;
+}
+
+void clsViewerSocket::Reopen() noexcept {
+    const DWORD failedAt = failedAt_;
+    if (failedAt == 0 || OddTicks() - failedAt >= retryInterval)
+        Open();
 }
 
 void clsViewerSocket::Renew() noexcept {
@@ -106,9 +130,13 @@ void clsViewerSocket::Renew() noexcept {
         closesocket(SocketOf(old));
 }
 
-void clsViewerSocket::Abandon() noexcept {
-    if (const LONG taken = Take(); taken != 0)
-        closesocket(SocketOf(taken));
+void clsViewerSocket::Leave() noexcept {
+    if (!shared_.IsOpen())
+        return;
+    const LONG socket = shared_.Socket();
+    shared_.Close();
+    if (socket != 0 && !clsAppLocalData::Exists())
+        closesocket(SocketOf(socket));
 }
 
 void clsViewerSocket::Send(std::uint16_t port, const void* header, std::size_t headerBytes, const void* text,
@@ -127,25 +155,6 @@ void clsViewerSocket::Send(std::uint16_t port, const void* header, std::size_t h
                                  reinterpret_cast<const sockaddr*>(&to), sizeof to, nullptr, nullptr);
     if (result != 0 || sent != headerBytes + textBytes)
         ReportSend(result, sent, pieces[0].len + pieces[1].len);
-}
-
-void UtilpCloseSocket(LONG taken) noexcept {
-    if (taken == 0)
-        return;
-    closesocket(SocketOf(taken));
-    EndLibrary();
-}
-
-void UtilpCountModule(clsAppLocalData& shared) noexcept {
-    const clsAppLocalData::clsExclusive data(shared);
-    ++data->modules;
-}
-
-bool UtilpDiscountModule(clsAppLocalData& shared) noexcept {
-    const clsAppLocalData::clsExclusive data(shared);
-    if (data->modules > 0)
-        --data->modules;
-    return data->modules == 0;
 }
 
 } // namespace tvut

@@ -1,9 +1,19 @@
 // The datagram socket to the viewer. It belongs to the process: all copies of the writer share it.
 #pragma once
 
+#include "platform/owned.h"
 #include "runtime/output/app_local_data.h"
 
 namespace tvut {
+
+// A socket that nobody sends through any more. Closing it ends the socket library, which may need the loader:
+// not to be done while a lock is held that is asked for within the loader.
+struct scTakenSocketPolicy {
+    using Value = LONG;
+    static Value None() noexcept { return 0; }
+    static void Close(Value value) noexcept;
+};
+using clsTakenSocket = clsOwned<scTakenSocketPolicy>;
 
 class clsViewerSocket {
   public:
@@ -13,15 +23,18 @@ class clsViewerSocket {
     // libraries: not to be called while a lock is held that is asked for within the loader.
     void Open() noexcept;
 
+    // The same, unless it has failed within the last second.
+    void Reopen() noexcept;
+
     // Makes another socket in place of the open one; the socket library stays as it is.
     void Renew() noexcept;
 
-    // Takes the socket, 0 for none, so that nobody sends through it any more. The owner closes it by
-    // UtilpCloseSocket, for which the same holds as for opening.
-    LONG Take() noexcept { return shared_.ExchangeSocket(0); }
+    // Takes the socket, if there is one, from the whole process.
+    clsTakenSocket Take() noexcept { return clsTakenSocket(shared_.ExchangeSocket(0)); }
 
-    // Closes the socket alone: the socket library must not be ended from within the loader.
-    void Abandon() noexcept;
+    // Leaves the shared data, for when the library is unloaded. The last copy closes the socket; that alone,
+    // because the socket library must not be ended from within the loader.
+    void Leave() noexcept;
 
     bool IsOpen() const noexcept { return shared_.Socket() != 0; }
 
@@ -30,13 +43,10 @@ class clsViewerSocket {
               std::size_t textBytes) noexcept;
 
   private:
+    bool StartAndMake() noexcept;
+
     clsAppLocalData& shared_;
+    std::atomic<DWORD> failedAt_{0}; // milliseconds; 0: not, or long ago
 };
-
-void UtilpCloseSocket(LONG taken) noexcept;
-
-// A client module comes, or goes: then true when it was the last one, without which no socket is needed.
-void UtilpCountModule(clsAppLocalData& shared) noexcept;
-bool UtilpDiscountModule(clsAppLocalData& shared) noexcept;
 
 } // namespace tvut

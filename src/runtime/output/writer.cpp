@@ -43,30 +43,38 @@ bool clsDiagnosticWriter::IsOn() noexcept {
     if (NobodyListened())
         return false;
     const clsLastErrorKept lastError;
+    LookIfDue();
     const Lock lock(section_);
-    return Listening();
+    return Audience().any;
 }
 
 bool clsDiagnosticWriter::LookAhead() noexcept {
     if (NobodyListened())
         return false;
-    return settled_.load(std::memory_order_relaxed) || IsOn();
+    if (!settled_.load(std::memory_order_relaxed) && !IsOn())
+        return false;
+    OpenMissingSocket();
+    return true;
 }
 
-bool clsDiagnosticWriter::Listening() noexcept {
+clsDiagnosticWriter::scAudience clsDiagnosticWriter::Audience() noexcept {
     if (!Begin())
-        return false;
-    settled_.store(logFile_.IsOpen() || viewer_, std::memory_order_relaxed);
-    if (logFile_.IsOpen())
-        return true;
-    if (AttachIsDue() && !UtilpGlobalLock().IsMine())
-        LookForViewer();
-    else if (!everLooked_)
-        AwaitFirstLook();
-    const bool there = viewer_ ? viewer_.WantsLines() : mailslot_.IsThere();
+        return {};
+    if (!logFile_.IsOpen() && !everLooked_)
+        AwaitLook();
+    const scViewerWish wish = viewers_.info.Wish();
+    NoteViewer();
+    const bool viewing = static_cast<bool>(viewers_.info);
+    const bool there = logFile_.IsOpen() || (viewing ? wish.lines : viewers_.mailslot.IsThere());
     // A viewer that is there but wants nothing may change its mind at any moment: no rest for that.
-    quiet_.store(!there && !viewer_, std::memory_order_release);
-    return there;
+    quiet_.store(!there && !viewing, std::memory_order_release);
+    return {there, wish};
+}
+
+void clsDiagnosticWriter::NoteViewer() noexcept {
+    const bool viewing = static_cast<bool>(viewers_.info);
+    viewing_.store(viewing, std::memory_order_relaxed);
+    settled_.store(viewing || logFile_.IsOpen(), std::memory_order_relaxed);
 }
 
 bool clsDiagnosticWriter::Begin() noexcept {
@@ -78,43 +86,81 @@ bool clsDiagnosticWriter::Begin() noexcept {
         if (!shared_.Open())
             return false;
         clock_.Start(settings.counterTime);
-        if (!settings.logFile.empty())
-            logFile_.Open(settings.logFile.c_str(), settings.flushLogFile);
+        for (const std::wstring& name : settings.logFiles)
+            if (!name.empty() && !logFile_.IsOpen())
+                logFile_.Open(name.c_str(), settings.flushLogFile);
     } catch (...) { // no memory for the settings: the next line asks for them again
     }
     return shared_.IsOpen();
 }
 
-bool clsDiagnosticWriter::AttachIsDue() const noexcept {
-    return (!viewer_ || !socket_.IsOpen()) && looker_ == 0 &&
-           (!everLooked_ || GetTickCount() - lastLook_ >= retryInterval);
+// ---- Looking for a viewer --------------------------------------------------------------------------
+
+// Whether this thread holds no lock that a thread within the loader may wait for.
+bool clsDiagnosticWriter::MayWait() const noexcept {
+    return !section_.IsMine() && !UtilpGlobalLock().IsMine();
+}
+
+bool clsDiagnosticWriter::LookIsDue() const noexcept {
+    return !everLooked_ || GetTickCount() - lastLook_ >= retryInterval;
+}
+
+void clsDiagnosticWriter::LookIfDue() noexcept {
+    if (!settled_.load(std::memory_order_relaxed) && LookIsDue() && MayWait() && ClaimLook(When::due))
+        LookForViewer();
+}
+
+// One thread looks at a time; this one, when true.
+bool clsDiagnosticWriter::ClaimLook(When when) noexcept {
+    const Lock lock(section_);
+    if (!Begin() || looker_ != 0 || (when == When::due && (logFile_.IsOpen() || !LookIsDue())))
+        return false;
+    looker_ = GetCurrentThreadId();
+    lastLook_ = GetTickCount();
+    return true;
+}
+
+bool clsDiagnosticWriter::ViewerWantsLines() noexcept {
+    const Lock lock(section_);
+    return viewers_.info.Wish().lines;
+}
+
+// Another copy of the library may have closed the socket, and it is closed when the last module goes; whoever
+// writes all the same opens it again.
+void clsDiagnosticWriter::OpenMissingSocket() noexcept {
+    if (!viewing_.load(std::memory_order_relaxed) || socket_.IsOpen() || !MayWait())
+        return;
+    const clsLastErrorKept lastError;
+    if (ViewerWantsLines())
+        socket_.Reopen();
+}
+
+bool clsDiagnosticWriter::HasOpenMailslot() noexcept {
+    const Lock lock(section_);
+    return viewers_.mailslot.IsOpen();
 }
 
 void clsDiagnosticWriter::LookForViewer() noexcept {
-    looker_ = GetCurrentThreadId();
-    lastLook_ = GetTickCount();
-    const bool mailslotOpen = mailslot_.IsOpen();
-    section_.unlock();
-
-    clsViewerInfo viewer = clsViewerInfo::Find();
-    clsMailslotViewer mailslot;
-    if (viewer)
+    const bool mailslotOpen = HasOpenMailslot();
+    scViewers found;
+    found.info = clsViewerInfo::Find();
+    if (found.info)
         socket_.Open();
     else if (!mailslotOpen)
-        mailslot.Attach();
+        found.mailslot.Attach();
 
-    section_.lock();
-    if (viewer)
-        mailslot_.Detach();
-    else if (!mailslotOpen)
-        mailslot_ = std::move(mailslot);
-    viewer_ = std::move(viewer);
+    const Lock lock(section_); // what the found ones replace goes after it
+    std::swap(viewers_.info, found.info);
+    if (viewers_.info || !mailslotOpen)
+        std::swap(viewers_.mailslot, found.mailslot);
+    NoteViewer();
     looker_ = 0;
     everLooked_ = true;
     WakeAllConditionVariable(&looked_);
 }
 
-void clsDiagnosticWriter::AwaitFirstLook() noexcept {
+// Leaves the section while it waits.
+void clsDiagnosticWriter::AwaitLook() noexcept {
     const DWORD start = GetTickCount();
     DWORD waited = 0;
     for (; looker_ != 0 && looker_ != GetCurrentThreadId() && waited < longestFirstLook;
@@ -131,8 +177,11 @@ void clsDiagnosticWriter::Write(std::u16string_view tag, scLevelChange change,
     if (NobodyListened())
         return;
     const clsLastErrorKept lastError;
+    LookIfDue();
+    OpenMissingSocket();
     const Lock lock(section_);
-    if (writing_ || !Listening())
+    const scAudience audience = writing_ ? scAudience() : Audience();
+    if (!audience.any)
         return;
     writing_ = true;
     scLineStamp stamp;
@@ -141,16 +190,17 @@ void clsDiagnosticWriter::Write(std::u16string_view tag, scLevelChange change,
     stamp.processor = GetCurrentProcessorNumber();
     stamp.level = UtilpShownLevel(change.sign < 0 ? shared_.LowerLevel() : shared_.Level());
     stamp.lineNumber = shared_.CountLine();
-    Deliver(tag, stamp, time, text);
+    Deliver(audience.viewer, tag, stamp, time, text);
     if (change.sign > 0)
         shared_.RaiseLevel();
     writing_ = false;
 }
 
-void clsDiagnosticWriter::Deliver(std::u16string_view tag, const scLineStamp& stamp, const SYSTEMTIME& time,
+void clsDiagnosticWriter::Deliver(const scViewerWish& viewer, std::u16string_view tag,
+                                  const scLineStamp& stamp, const SYSTEMTIME& time,
                                   std::u16string_view text) noexcept {
-    if (viewer_.WantsLines()) {
-        sender_.Send(viewer_.Address(), time, tag, stamp, text);
+    if (viewer.lines) {
+        sender_.Send(viewer.address, time, tag, stamp, text);
         return;
     }
     clsDiagnosticLine line;
@@ -159,8 +209,8 @@ void clsDiagnosticWriter::Deliver(std::u16string_view tag, const scLineStamp& st
 }
 
 void clsDiagnosticWriter::DeliverText(std::u16string_view line) noexcept {
-    if (mailslot_.IsOpen())
-        mailslot_.Write(line);
+    if (viewers_.mailslot.IsOpen())
+        viewers_.mailslot.Write(line);
     if (logFile_.IsOpen())
         WriteToLogFile(line);
     if (UtilpDebuggerListens())
@@ -178,62 +228,66 @@ void clsDiagnosticWriter::WriteToLogFile(std::u16string_view line) noexcept {
 // ---- Coming and going ------------------------------------------------------------------------------
 
 bool clsDiagnosticWriter::Attach() noexcept {
+    if (MayWait() && ClaimLook(When::now))
+        LookForViewer();
     const Lock lock(section_);
     if (!Begin())
         return false;
-    if (looker_ != 0)
-        AwaitFirstLook();
-    else
-        LookForViewer();
+    AwaitLook(); // another thread's
     quiet_ = false;
-    return viewer_ || mailslot_.IsThere();
+    return viewers_.info || viewers_.mailslot.IsThere();
 }
 
+// The socket stays while there are modules: it may be another copy's way to the viewer.
 void clsDiagnosticWriter::Detach() noexcept {
+    scViewers left;
+    clsTakenSocket unneeded; // these two are closed last, when the lock is free again
     const Lock lock(section_);
-    viewer_ = {};
-    mailslot_.Detach();
-    settled_ = logFile_.IsOpen();
+    std::swap(viewers_, left);
+    NoteViewer();
     lastLook_ = GetTickCount();
     everLooked_ = true;
-    const LONG unneeded = shared_.IsOpen() ? socket_.Take() : 0;
-    section_.unlock();
-    UtilpCloseSocket(unneeded);
+    if (shared_.IsOpen() && shared_.Modules() <= 0)
+        unneeded = socket_.Take();
+}
+
+bool clsDiagnosticWriter::HasBegun() noexcept {
+    const Lock lock(section_);
+    return Begin();
+}
+
+bool clsDiagnosticWriter::HasViewer() noexcept {
+    const Lock lock(section_);
+    return static_cast<bool>(viewers_.info);
 }
 
 void clsDiagnosticWriter::ModuleComes() noexcept {
-    const Lock lock(section_);
-    if (!Begin())
+    if (!HasBegun())
         return;
-    UtilpCountModule(shared_);
-    const bool attached = static_cast<bool>(viewer_);
-    section_.unlock();
-    if (attached)
+    shared_.CountModule();
+    if (HasViewer())
         socket_.Open();
 }
 
 void clsDiagnosticWriter::ModuleGoes() noexcept {
-    const Lock lock(section_);
-    if (!shared_.IsOpen() || !UtilpDiscountModule(shared_))
+    if (!HasBegun() || !shared_.DiscountModule())
         return;
-    lastLook_ = GetTickCount() - retryInterval; // whoever writes all the same opens it again at once
-    const LONG unneeded = socket_.Take();
-    section_.unlock();
-    UtilpCloseSocket(unneeded);
+    clsTakenSocket unneeded; // is closed last, when the lock is free again
+    const Lock lock(section_);
+    unneeded = socket_.Take();
 }
 
 // Asks for no lock: a thread that holds it may be dead, or its code about to vanish.
 void clsDiagnosticWriter::End(bool processEnds) noexcept {
     ended_ = true;
-    if (processEnds || !section_.try_lock())
+    if (processEnds)
         return;
-    const Lock lock(section_, std::adopt_lock);
-    viewer_ = {};
-    mailslot_.Detach();
+    const std::unique_lock lock(section_, std::try_to_lock);
+    if (!lock)
+        return;
+    viewers_ = {};
     logFile_.Close();
-    if (shared_.IsOpen())
-        socket_.Abandon();
-    shared_.Close();
+    socket_.Leave();
 }
 
 } // namespace tvut

@@ -3,8 +3,9 @@
 // While nobody listens a line costs a look at two words and the tick count: viewers are looked for once
 // a second. While somebody does, one lock covers a line's stamp and its delivery, so that the sequence
 // digits follow the order of the lines. Looking for a viewer, and opening and closing the way to it, loads
-// and frees system libraries and so may need the loader's lock: it is done without holding ours, because
-// a caller may come from within the loader.
+// and frees system libraries and so may need the loader's lock: it is done while ours is not held, because
+// a caller may come from within the loader. What is found comes into the lock as a value, and what is
+// given up leaves it as one.
 #pragma once
 
 #include "platform/critical_section.h"
@@ -27,9 +28,9 @@ class clsDiagnosticWriter {
   public:
     bool IsOn() noexcept;
 
-    // Looks for a viewer if that is due: for threads that are about to take the global lock. While they
-    // have it they do not look, because a thread within the loader may wait for that lock. False when nobody
-    // listens at the moment.
+    // Makes ready what a line may need, if that is due: for threads that are about to take the global lock.
+    // While they have it they look for no viewer, because a thread within the loader may wait for that lock.
+    // False when nobody listens at the moment.
     bool LookAhead() noexcept;
 
     void Write(std::u16string_view tag, scLevelChange change, std::u16string_view text) noexcept;
@@ -47,14 +48,40 @@ class clsDiagnosticWriter {
   private:
     using Lock = std::lock_guard<clsCriticalSection>;
 
+    // The ways to viewers: one that publishes itself, and the older one.
+    struct scViewers {
+        clsViewerInfo info;
+        clsMailslotViewer mailslot;
+    };
+
+    struct scAudience {
+        bool any = false;
+        scViewerWish viewer;
+    };
+
+    enum class When { due, now };
+
     bool NobodyListened() const noexcept;
-    bool Listening() noexcept; // the section is taken by the caller; it may be left for a while
-    bool Begin() noexcept;     // false: there will be no output, or not yet
-    bool AttachIsDue() const noexcept;
-    void LookForViewer() noexcept; // leaves the section, and takes it again
-    void AwaitFirstLook() noexcept;
-    void Deliver(std::u16string_view tag, const scLineStamp& stamp, const SYSTEMTIME& time,
-                 std::u16string_view text) noexcept;
+    bool MayWait() const noexcept;
+    bool LookIsDue() const noexcept;
+
+    // Take the lock for a moment only.
+    bool HasBegun() noexcept;
+    bool HasViewer() noexcept;
+    bool HasOpenMailslot() noexcept;
+    bool ClaimLook(When when) noexcept;
+    bool ViewerWantsLines() noexcept;
+    void LookIfDue() noexcept;
+    void LookForViewer() noexcept;
+    void OpenMissingSocket() noexcept;
+
+    // Under the lock.
+    bool Begin() noexcept; // false: there will be no output, or not yet
+    void AwaitLook() noexcept;
+    void NoteViewer() noexcept;
+    scAudience Audience() noexcept;
+    void Deliver(const scViewerWish& viewer, std::u16string_view tag, const scLineStamp& stamp,
+                 const SYSTEMTIME& time, std::u16string_view text) noexcept;
     void DeliverText(std::u16string_view line) noexcept;
     void WriteToLogFile(std::u16string_view line) noexcept;
 
@@ -63,19 +90,19 @@ class clsDiagnosticWriter {
     bool begun_ = false;
     bool writing_ = false; // a sink's own output must not come back to it
     DWORD looker_ = 0;     // the thread that looks for a viewer right now
-    bool everLooked_ = false;
+    std::atomic<bool> everLooked_{false};
     std::atomic<bool> ended_{false};
     std::atomic<bool> settled_{false}; // a log file or a viewer is there: no look is due
+    std::atomic<bool> viewing_{false}; // a viewer is there
     std::atomic<bool> quiet_{false};   // nobody listened when last asked
     std::atomic<DWORD> lastLook_{0};   // milliseconds
 
     clsLineClock clock_;
     clsAppLocalData shared_;
     clsLogFile logFile_;
-    clsViewerInfo viewer_;
+    scViewers viewers_;
     clsViewerSocket socket_{shared_};
     clsViewerSender sender_{socket_};
-    clsMailslotViewer mailslot_;
 };
 
 clsDiagnosticWriter& UtilpDiagnosticWriter() noexcept;

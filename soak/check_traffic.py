@@ -34,7 +34,7 @@ class Check:
 
 
 def is_of_modules(text):
-    return text.startswith(("++", "--"))
+    return text.lstrip().startswith(("++", "--"))
 
 
 def check_log(path, check):
@@ -58,7 +58,7 @@ def check_json(path, check):
     with open(path, encoding="utf-8") as file:
         for line in file:
             text = json.loads(line)["text"]
-            if not is_of_modules(text.lstrip()):
+            if not is_of_modules(text):
                 check.text(text)
     return 0
 

@@ -5,6 +5,8 @@
 //
 //     <3 1234 17 ................. 3>
 //
+// Meanwhile modules may come and go on threads of their own, which write lines about themselves, too.
+//
 // Where the lines go is for the caller to set up: a log file (TVUT22_LOG) or a viewer that runs. The rate
 // is for viewers, whose sockets hold only so much.
 #include <tvut22/util.h>
@@ -26,6 +28,7 @@ constexpr int linesOfGroup = 10; // a head, what belongs to it, and an end
 struct scPlan {
     int lines = 1'000'000;
     int threads = 8;
+    int modules = 0; // threads on which modules come and go
     double rate = 0; // lines a second; 0: as fast as they go
 };
 
@@ -47,6 +50,14 @@ void WriteLines(int thread, int lines, double rate) {
     }
 }
 
+void ComeAndGo(const std::stop_token& end) {
+    while (!end.stop_requested()) {
+        UtilModuleOnAttach(L"module");
+        UtilModuleOnDetach(L"module");
+        UtilLOGPAN4Detach();
+    }
+}
+
 void Write(const scPlan& plan) {
     std::vector<UtilJob> jobs;
     for (const wchar_t* const module : modules) {
@@ -54,7 +65,9 @@ void Write(const scPlan& plan) {
         jobs.push_back(UtilJobOpen(module, 0));
     }
     {
-        std::vector<std::jthread> threads;
+        std::vector<std::jthread> comers, threads; // those that write end first
+        for (int module = 0; module < plan.modules; ++module)
+            comers.emplace_back(ComeAndGo);
         for (int thread = 0; thread < plan.threads; ++thread)
             threads.emplace_back(WriteLines, thread, plan.lines / plan.threads, plan.rate / plan.threads);
     }
@@ -71,6 +84,8 @@ int main(int argc, char** argv) {
     CLI::App app("Writes diagnostic lines as a large product does.", "tvut22_traffic");
     app.add_option("--lines", plan.lines, "Lines in all, without those of modules that come and go");
     app.add_option("--threads", plan.threads, "Threads that share them")->check(CLI::Range(1, 64));
+    app.add_option("--modules", plan.modules, "Threads on which modules come and go meanwhile")
+        ->check(CLI::Range(0, 64));
     app.add_option("--rate", plan.rate, "At most so many lines a second, of all threads");
     CLI11_PARSE(app, argc, argv);
     if (!UtilLOGPAN4Attach() && !UtilGetFlags()) {

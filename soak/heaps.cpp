@@ -1,30 +1,26 @@
-// tvut22_heap_soak: millions of heap calls from many threads, some of them wrong, with exact counts at the
-// end.
+// Heap calls by the million from many threads, some of them wrong, with exact counts.
 //
 // Threads share one heap and have one each. Now and then an object is overrun, freed twice, or freed on the
-// wrong heap; each time the call must say so. At the end every heap's own counts must be those kept here, the
-// log must hold one report for each damage, and a second run must leave no more of the library's memory
-// behind than the first one did.
+// wrong heap; each time the call must say so. At the end of a round every heap's own counts must be those
+// kept here, the log must hold one report for each damage, and no round may leave more of the library's
+// memory behind than the first one did.
+#include "workloads.h"
+
 #include <tvut22/util.h>
 
-#include <CLI/CLI.hpp>
-
 #include <atomic>
-#include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
-#include <random>
-#include <string>
 #include <thread>
 #include <vector>
 
+namespace soak {
+
 namespace {
 
-struct scPlan {
-    int calls = 10'000'000;
-    int threads = 8;
-};
+constexpr int threadCount = 8;
+constexpr int callsOfRound = 200'000;
+constexpr const wchar_t* logName = L"heaps.log";
 
 struct scObject {
     void* payload;
@@ -116,17 +112,15 @@ class clsThread {
     scCounts counts_;
 };
 
-scCounts RunAll(const scPlan& plan) {
+scCounts RunAll(unsigned seed) {
     const UtilJob job = UtilJobOpen(L"SOAK", 0);
     const UtilHeap shared = UtilHeapCreate(job, L"shared", UTIL_HEAP_DEBUG);
-    std::vector<scCounts> counts(static_cast<std::size_t>(plan.threads));
+    std::vector<scCounts> counts(threadCount);
     {
         std::vector<std::jthread> threads;
-        for (int t = 0; t < plan.threads; ++t)
-            threads.emplace_back([&, t] {
-                counts[static_cast<std::size_t>(t)] =
-                    clsThread(job, shared, static_cast<unsigned>(t)).Run(plan.calls / plan.threads);
-            });
+        for (unsigned t = 0; t < threadCount; ++t)
+            threads.emplace_back(
+                [&, t] { counts[t] = clsThread(job, shared, seed + t).Run(callsOfRound / threadCount); });
     }
     scCounts all;
     for (const scCounts& one : counts) {
@@ -147,12 +141,11 @@ struct scLogged {
     int damages = 0, left = 0, sharedAllocations = 0, ownAllocations = 0;
 };
 
-scLogged ReadLog(const std::filesystem::path& path, std::streamoff from) {
-    std::ifstream file(path, std::ios::binary);
-    file.seekg(from);
+scLogged ReadLog() {
+    std::ifstream file(std::filesystem::path(logName), std::ios::binary);
     scLogged logged;
     for (std::string line; std::getline(file, line);) {
-        logged.damages += line.find("Error: ") != std::string::npos;
+        logged.damages += line.find("Error: clsHeapNode") != std::string::npos;
         logged.left += line.find("objects are left") != std::string::npos;
         const std::size_t total = line.find(", total ");
         if (total == std::string::npos)
@@ -166,10 +159,10 @@ scLogged ReadLog(const std::filesystem::path& path, std::streamoff from) {
 
 // Has the library make all the call-stack records that a run can need at once: it keeps them, and how many of
 // them a run does need depends on how its threads fall together.
-void MakeRecords(const scPlan& plan) {
+void MakeRecords() {
     const UtilJob job = UtilJobOpen(L"SOAK", 0);
     const UtilHeap heap = UtilHeapCreate(job, L"records", UTIL_HEAP_DEBUG);
-    std::vector<void*> objects(static_cast<std::size_t>(plan.threads) * (mostObjects + 2));
+    std::vector<void*> objects(threadCount * (mostObjects + 2));
     for (void*& object : objects)
         object = UtilHeapObjectAlloc(heap, 0, 0);
     for (void* const object : objects)
@@ -188,38 +181,33 @@ int BusyBlocks() {
     return busy;
 }
 
-bool Check(const scPlan& plan, const std::filesystem::path& log) {
+void CheckRound(clsRun& run) {
     std::error_code none;
-    const auto from = std::filesystem::exists(log, none) ? std::filesystem::file_size(log) : 0;
-    const ULONGLONG start = GetTickCount64();
-    const scCounts run = RunAll(plan);
-    const ULONGLONG milliseconds = GetTickCount64() - start;
-    const scLogged logged = ReadLog(log, static_cast<std::streamoff>(from));
-    std::printf("%d calls in %llu ms: %d wrong results; %d damages, %d reported; %d + %d allocations, %d + "
-                "%d counted; "
-                "%d heaps left objects\n",
-                run.calls, milliseconds, run.wrong, run.damages, logged.damages, run.sharedAllocations,
-                run.ownAllocations, logged.sharedAllocations, logged.ownAllocations, logged.left);
-    return run.wrong == 0 && run.damages == logged.damages && logged.left == 0 &&
-           run.sharedAllocations == logged.sharedAllocations && run.ownAllocations == logged.ownAllocations;
+    std::filesystem::resize_file(logName, 0, none); // it is open for appending
+    const scCounts counts = RunAll(run.Random(1u << 30));
+    const scLogged logged = ReadLog();
+    run.Count("calls", counts.calls);
+    run.Count("damages", counts.damages);
+    run.Require(counts.wrong == 0, std::to_string(counts.wrong) + " wrong results");
+    run.Require(counts.damages == logged.damages, std::to_string(logged.damages) + " reports of " +
+                                                      std::to_string(counts.damages) + " damages");
+    run.Require(logged.left == 0, std::to_string(logged.left) + " heaps left objects");
+    run.Require(counts.sharedAllocations == logged.sharedAllocations &&
+                    counts.ownAllocations == logged.ownAllocations,
+                "the heaps' own counts of allocations are wrong");
 }
 
 } // namespace
 
-int main(int argc, char** argv) {
-    scPlan plan;
-    CLI::App app("Holds the checked heaps against many threads and damage.", "tvut22_heap_soak");
-    app.add_option("--calls", plan.calls, "Heap calls of a run; there are two");
-    app.add_option("--threads", plan.threads, "Threads that share them")->check(CLI::Range(1, 64));
-    CLI11_PARSE(app, argc, argv);
-    const auto log = std::filesystem::temp_directory_path() / "tvut22_heap_soak.log";
-    std::filesystem::remove(log);
-    SetEnvironmentVariableW(L"TVUT22_LOG", log.c_str());
-    MakeRecords(plan);
-    bool good = Check(plan, log);
-    const int after = BusyBlocks();
-    good = Check(plan, log) && good;
-    const int grown = BusyBlocks() - after;
-    std::printf("blocks of the process heap: %+d from the first run to the second\n", grown);
-    return good && grown < 20 ? 0 : 1;
+void RunHeaps(clsRun& run) {
+    SetEnvironmentVariableW(L"TVUT22_LOG", logName);
+    MakeRecords();
+    CheckRound(run);
+    const int blocks = BusyBlocks();
+    while (run.GoesOn())
+        CheckRound(run);
+    run.Require(BusyBlocks() < blocks + 20,
+                "the process heap has grown by " + std::to_string(BusyBlocks() - blocks) + " blocks");
 }
+
+} // namespace soak

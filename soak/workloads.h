@@ -1,0 +1,21 @@
+// The workloads, one a file, and the parts that their child processes play.
+#pragma once
+
+#include "run.h"
+
+#include <span>
+
+namespace soak {
+
+void RunCrowd(clsRun& run);
+void RunHeaps(clsRun& run);
+void RunKills(clsRun& run);
+void RunLoading(clsRun& run);
+void RunLowMemory(clsRun& run);
+void RunSmallDisk(clsRun& run);
+
+// Each takes the words after its name; what it gives is the process's exit code.
+int PlayCrowd(std::span<char*> words);
+int PlaySaver(std::span<char*> words);
+
+} // namespace soak
