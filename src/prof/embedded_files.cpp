@@ -1,11 +1,11 @@
 #include "prof/embedded_files.h"
 
+#include "files/file_name.h"
+#include "files/file_pattern.h"
 #include "platform/exception.h"
 #include "platform/file.h"
 #include "platform/file_finder.h"
 #include "platform/letter_case.h"
-#include "prof/file_name.h"
-#include "prof/file_pattern.h"
 #include "prof/path.h"
 #include "runtime/diagnostics.h"
 #include "text/byte_text.h"
@@ -96,13 +96,13 @@ bool ComesBefore(const std::u16string& a, const std::u16string& b) {
 std::vector<std::u16string> FilesOf(const scFilePattern& pattern) {
     const std::u16string folder(pattern.folder);
     if (!pattern.HasWildcards()) {
-        if (!ProfpIsBareFileName(pattern.name))
+        if (!UtilpIsBareFileName(pattern.name))
             return {};
         return PlatformFindFiles(folder + std::u16string(pattern.name));
     }
     std::vector<std::u16string> names = PlatformFindFiles(folder + u"*");
     std::erase_if(names,
-                  [&](const std::u16string& name) { return !ProfpMatchesPattern(name, pattern.name); });
+                  [&](const std::u16string& name) { return !UtilpMatchesPattern(name, pattern.name); });
     std::sort(names.begin(), names.end(), ComesBefore);
     return names;
 }
@@ -117,7 +117,7 @@ bool ExtractEntry(clsItemList& entry, const std::u16string& folder, std::u16stri
     }
     const std::u16string file = folder + std::u16string(name->Value());
     const clsItem* const contents = entry.FindItem(scName(contentsItem));
-    if (contents && ProfpIsBareFileName(name->Value()))
+    if (contents && UtilpIsBareFileName(name->Value()))
         return ProfpWriteFile(file, contents->Value(), key);
     Tell({}, file, u" could not be created");
     return false;
@@ -133,7 +133,7 @@ clsPackedBytes ProfpPackBytes(clsByteSource& source, std::u16string_view key) {
 clsPackedBytes ProfpPackFile(const std::u16string& file, std::u16string_view key) {
     DWORD error = 0;
     const clsFileHandle handle =
-        ProfpIsFileName(file) ? PlatformOpenFile(file.c_str(), openToRead, error) : clsFileHandle();
+        UtilpIsFileName(file) ? PlatformOpenFile(file.c_str(), openToRead, error) : clsFileHandle();
     if (!handle)
         throw clsException("file cannot be opened");
     clsFileSource source(handle.Get());
@@ -146,7 +146,7 @@ void ProfpAppendBytes(clsItemList& start, std::u16string_view path, const clsPac
 
 bool ProfpWriteFile(const std::u16string& file, std::u16string_view text, std::u16string_view key) {
     try {
-        if (ProfpIsFileName(file)) {
+        if (UtilpIsFileName(file)) {
             clsReplacingSink sink(file.c_str());
             if (UtilpWriteBytesOfText(text, key, sink)) {
                 sink.Finish();
@@ -160,7 +160,7 @@ bool ProfpWriteFile(const std::u16string& file, std::u16string_view text, std::u
 }
 
 bool ProfpAppendFiles(clsItemList& list, std::u16string_view patterns, std::u16string_view key) {
-    for (std::u16string_view element; !(element = ProfpTakeFilePattern(patterns)).empty();) {
+    for (std::u16string_view element; !(element = UtilpTakeFilePattern(patterns)).empty();) {
         const scFilePattern pattern(element);
         const std::vector<std::u16string> names = FilesOf(pattern);
         if (names.empty())

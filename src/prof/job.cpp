@@ -1,11 +1,11 @@
 #include "prof/job.h"
 
+#include "files/file_name.h"
 #include "platform/clipboard.h"
 #include "platform/exception.h"
 #include "platform/settings.h"
 #include "platform/stream.h"
 #include "platform/temporary_file.h"
-#include "prof/file_name.h"
 #include "prof/formats/save.h"
 #include "runtime/default_code_page.h"
 
@@ -95,7 +95,7 @@ void clsProfJob::Release() noexcept {
 }
 
 void clsProfJob::LoadFile(bool exclusive) {
-    if (!ProfpIsFileName(fileName_.View())) {
+    if (!UtilpIsFileName(fileName_.View())) {
         error_ = profResult::openFailed;
         return;
     }
@@ -155,7 +155,7 @@ bool clsProfJob::Save(std::optional<std::u16string_view> fileName, std::uint32_t
         auto maker = SinkOn<clsFileSink>(heldFile_.Get());
         return ProfpSave(tree_.Root(), flags, compressed_, maker);
     }
-    if (!ProfpIsFileName(target.View()))
+    if (!UtilpIsFileName(target.View()))
         return false;
     auto maker = SinkOn<clsReplacingSink>(target.Characters());
     return ProfpSave(tree_.Root(), flags, compressed_, maker);
