@@ -33,4 +33,19 @@ class IclsFolders {
     virtual std::u16string Folder(KnownFolder folder) = 0;
 };
 
+// The folders of the user for whom the thread acts that makes the object, as they are at each call. Nothing
+// is made, and none is looked for on a disk or network.
+class clsKnownFolders final : public IclsFolders {
+  public:
+    clsKnownFolders() noexcept;
+    ~clsKnownFolders() override;
+    clsKnownFolders(const clsKnownFolders&) = delete;
+    clsKnownFolders& operator=(const clsKnownFolders&) = delete;
+
+    std::u16string Folder(KnownFolder folder) override;
+
+  private:
+    void* token_ = nullptr; // of that user; null: the process's own
+};
+
 } // namespace tvut

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cassert>
 #include <cstddef>
 #include <memory>
 #include <string_view>
@@ -29,7 +28,6 @@ class clsBoundedText {
 
     // What is put must have room.
     void Put(std::u16string_view text) {
-        assert(text.size() <= room_ - length_);
         std::copy(text.begin(), text.end(), characters_ + length_);
         length_ += text.size();
     }
