@@ -88,7 +88,8 @@ typedef struct ProfListObject* ProfList;
 
 /* Opens a profile from a file, which is closed again before the call returns.
  *
- * fileName  the file; null opens an empty profile without a file.
+ * fileName  the file; null opens an empty profile without a file. Here and in all calls that take one, a
+ *           path may be longer than MAX_PATH without "\\?\" before it.
  *
  * Result    a job with one reference, to be released with ProfJobClose; 0 only when memory runs
  *           out. Every other failure leaves a usable job, and ProfGetError tells of it:

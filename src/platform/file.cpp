@@ -1,6 +1,7 @@
 #include "platform/file.h"
 
 #include "platform/exception.h"
+#include "platform/long_path.h"
 #include "platform/wide.h"
 
 #include <algorithm>
@@ -64,9 +65,10 @@ void WriteZeros(HANDLE file, std::uint64_t count) {
 } // namespace
 
 clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, DWORD& error) {
+    const std::wstring path = PlatformLongPath(ToWide(name));
     clsFileHandle file;
     error = RetryWhileShared(openPatience, [&]() -> DWORD {
-        file = clsFileHandle(CreateFileW(ToWide(name), mode.access, mode.share, nullptr, mode.disposition,
+        file = clsFileHandle(CreateFileW(path.c_str(), mode.access, mode.share, nullptr, mode.disposition,
                                          FILE_ATTRIBUTE_NORMAL, nullptr));
         return file ? ERROR_SUCCESS : GetLastError();
     });
@@ -74,9 +76,10 @@ clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, DWO
 }
 
 bool PlatformMakeFolder(const char16_t* name) {
-    if (CreateDirectoryW(ToWide(name), nullptr))
+    const std::wstring path = PlatformLongPath(ToWide(name));
+    if (CreateDirectoryW(path.c_str(), nullptr))
         return true;
-    const DWORD attributes = GetFileAttributesW(ToWide(name));
+    const DWORD attributes = GetFileAttributesW(path.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
@@ -146,7 +149,7 @@ clsFileHandle MakeTemporary(const std::wstring& folder, std::wstring& name) {
         static_cast<unsigned>(GetTickCount64()) ^ GetCurrentProcessId() << 16 ^ GetCurrentThreadId();
     for (unsigned attempt = 0; !file && attempt < 100; ++attempt) {
         wsprintfW(leaf.data(), L"~PRF%08X.tmp", seed + attempt * 0x9E3779B1u);
-        name = folder + leaf.data();
+        name = PlatformLongPath(folder + leaf.data());
         file = clsFileHandle(
             CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!file && GetLastError() != ERROR_FILE_EXISTS)
@@ -194,7 +197,7 @@ DWORD PutInPlace(const std::wstring& target, const std::wstring& temporary) {
 
 } // namespace
 
-clsReplacingSink::clsReplacingSink(const char16_t* target) : target_(ToWide(target)) {
+clsReplacingSink::clsReplacingSink(const char16_t* target) : target_(PlatformLongPath(ToWide(target))) {
     targetExists_ = GetFileAttributesExW(target_.c_str(), GetFileExInfoStandard, &targetData_);
     Require(!targetExists_ ||
                 !(targetData_.dwFileAttributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)),

@@ -1,5 +1,6 @@
 #include "platform/file_finder.h"
 
+#include "platform/long_path.h"
 #include "platform/owned.h"
 #include "platform/wide.h"
 
@@ -19,7 +20,7 @@ using clsFindHandle = clsOwned<scFindPolicy>;
 std::vector<std::u16string> PlatformFindFiles(const std::u16string& path) {
     std::vector<std::u16string> names;
     WIN32_FIND_DATAW data;
-    const clsFindHandle search(FindFirstFileW(ToWide(path.c_str()), &data));
+    const clsFindHandle search(FindFirstFileW(PlatformLongPath(ToWide(path.c_str())).c_str(), &data));
     if (!search)
         return names;
     do {

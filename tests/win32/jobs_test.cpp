@@ -243,6 +243,69 @@ TYPED_TEST(Jobs, SavesThatFailLeaveTheFile) {
     EXPECT_TRUE(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_HIDDEN) << "attributes are taken over";
 }
 
+// What Windows does to names of 260 characters and more, and Wine does not.
+bool tooLong(LPCWSTR name) {
+    if (wcslen(name) < MAX_PATH || std::wstring_view(name).starts_with(L"\\\\?\\"))
+        return false;
+    SetLastError(ERROR_PATH_NOT_FOUND);
+    return true;
+}
+HANDLE WINAPI createShort(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+                          DWORD disposition, DWORD flags, HANDLE model) {
+    return tooLong(name) ? INVALID_HANDLE_VALUE
+                         : CreateFileW(name, access, share, security, disposition, flags, model);
+}
+BOOL WINAPI moveShort(LPCWSTR from, LPCWSTR to, DWORD flags) {
+    return !tooLong(from) && !tooLong(to) && MoveFileExW(from, to, flags);
+}
+BOOL WINAPI attributesShort(LPCWSTR name, GET_FILEEX_INFO_LEVELS level, LPVOID data) {
+    return !tooLong(name) && GetFileAttributesExW(name, level, data);
+}
+BOOL WINAPI folderShort(LPCWSTR name, LPSECURITY_ATTRIBUTES security) {
+    return !tooLong(name) && CreateDirectoryW(name, security);
+}
+HANDLE WINAPI findShort(LPCWSTR name, LPWIN32_FIND_DATAW data) {
+    return tooLong(name) ? INVALID_HANDLE_VALUE : FindFirstFileW(name, data);
+}
+
+/// A new folder whose path has so many characters.
+std::wstring deepFolder(std::wstring path, size_t length) {
+    while (path.size() < length)
+        path.append(1, L'\\').append(std::min(length - path.size(), size_t{150}), L'f');
+    std::filesystem::create_directories(path);
+    return path;
+}
+
+TYPED_TEST(Jobs, PathsMayBeLongerThanTheSystemsLimit) {
+    using Char = typename TypeParam::Char;
+    const ImportHook hooks[] = {{"CreateFileW", reinterpret_cast<void*>(createShort)},
+                                {"MoveFileExW", reinterpret_cast<void*>(moveShort)},
+                                {"GetFileAttributesExW", reinterpret_cast<void*>(attributesShort)},
+                                {"CreateDirectoryW", reinterpret_cast<void*>(folderShort)},
+                                {"FindFirstFileW", reinterpret_cast<void*>(findShort)}};
+    for (const size_t length : {200u, 243u, 246u, 252u, 257u, 270u, 600u}) {
+        SCOPED_TRACE(length);
+        const std::wstring deep = deepFolder(this->folder / L"f", length);
+        for (const std::wstring& path : {deep + L"\\a", deep + L"/./a"}) {
+            const auto target = in<Char>(path);
+            EXPECT_EQ(TypeParam::save(Job(L"a=1;"), target.c_str(), 0), PROF_OK);
+            EXPECT_EQ(TypeParam::save(Job(L"a=2;"), target.c_str(), 0), PROF_OK);
+            EXPECT_EQ(describe(this->open(path)), L"a=2;");
+            EXPECT_EQ(this->hold(path).error(), PROF_OK);
+        }
+        const Job job;
+        EXPECT_EQ(TypeParam::appendFiles(job, 0, in<Char>(deep + L"\\*").c_str(), nullptr), PROF_OK);
+        EXPECT_EQ(TypeParam::extractFiles(job, 0, in<Char>(deep + L"\\out").c_str(), nullptr), PROF_OK);
+        EXPECT_EQ(describe(this->open(deep + L"\\out\\a")), L"a=2;");
+        const std::wstring relative = deep.substr(this->folder.path().wstring().size() + 1) + L"\\r";
+        const auto before = std::filesystem::current_path();
+        std::filesystem::current_path(this->folder.path());
+        EXPECT_EQ(TypeParam::save(job, in<Char>(relative).c_str(), 0), PROF_OK);
+        EXPECT_EQ(this->open(relative).error(), PROF_OK);
+        std::filesystem::current_path(before);
+    }
+}
+
 TEST(CodePages, OfTheOptionConvertTheAnsiForms) {
     const std::pair<UINT, std::string> samples[] = {{1252, "\xE9\x80"},
                                                     {932, "\x93\xFA\xB1\x5C"},

@@ -1,0 +1,14 @@
+// Paths as the system takes them, whatever their length.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tvut {
+
+// Plain paths end at 259 characters, those of folders at 247. A path whose full form is longer, or nearly
+// so, is given in that form behind "\\?\", which has no such limit; any other as it is. Throws
+// std::bad_alloc.
+std::wstring PlatformLongPath(std::wstring_view path);
+
+} // namespace tvut
