@@ -98,4 +98,51 @@ TVUT22_API INT TVUT22_CALL UtilPathExpand(const wchar_t* path, BSTR* result);
  */
 TVUT22_API INT TVUT22_CALL UtilPathCollapse(const wchar_t* path, BSTR* result);
 
+/* ---- Temporary files ------------------------------------------------------------------------- */
+
+/* Makes an empty file, or a folder, that nobody else has made, and registers it: what is registered is
+ * removed, newest first, when the library is unloaded or the process ends in an orderly way. What is still
+ * open then, and what a process leaves that is killed, goes when a later process first makes or adds one, if
+ * it is in the process's own temporary folder.
+ *
+ * folder     where; it must be there. Null or empty: the process's own temporary folder, which only its user
+ * may look into, below the one that the system names. name       the name wished for, of which
+ * UtilPathMakeName makes a file's name; null or empty: "tmp". Where it is taken, " (2)" to " (9999)" stands
+ * before its extension. flags      0, or UTIL_TEMP_FOLDER for a folder path       receives the full path; not
+ * null
+ *
+ * Result     UTIL_OK; UTIL_BAD_ARGUMENT when path is null or for an unknown flag; UTIL_NOT_FOUND when there
+ * is no such folder; UTIL_NO_ACCESS; UTIL_TOO_LARGE when 10,000 are registered or the path gets too long;
+ * UTIL_FAILED when the disk is full, all names are taken, without memory, or for another reason of the
+ * system's, which a diagnostic line tells
+ */
+#define UTIL_TEMP_FOLDER 0x1u
+TVUT22_API INT TVUT22_CALL UtilTempFileCreate(const wchar_t* folder, const wchar_t* name, UINT flags,
+                                              BSTR* path);
+
+/* Registers a file that is there, or a folder with all that will be in it, to be removed as those above.
+ * Registering twice is registering once. Outside of the process's own temporary folder it is not remembered
+ * when the process is killed.
+ *
+ * path       absolute, or relative to the current folder of now
+ *
+ * Result     UTIL_OK; UTIL_BAD_ARGUMENT when path is null or empty, the root of a drive or share, or a
+ * device; UTIL_NOT_FOUND when it is not there; UTIL_NO_ACCESS; UTIL_TOO_LARGE when 10,000 are registered;
+ *            UTIL_FAILED without memory
+ */
+TVUT22_API INT TVUT22_CALL UtilTempFileAdd(const wchar_t* path);
+
+/* Releases a registered file or folder.
+ *
+ * path       as it was registered, or another way to write it; letters without regard to case
+ * keep       not 0: it stays, and is the caller's. 0: it is removed now, a folder with all that is in it,
+ * read-only or not; links in it go themselves, not what they lead to. While somebody has it open without
+ * sharing its deletion, this is tried for 2 seconds.
+ *
+ * Result     UTIL_OK, also when it is gone already; UTIL_BAD_ARGUMENT as above; UTIL_NOT_FOUND when it is not
+ *            registered; UTIL_NO_ACCESS when it, or something in it, could not be removed: it stays
+ * registered then, and a diagnostic line tells why; UTIL_FAILED for another reason of the system's
+ */
+TVUT22_API INT TVUT22_CALL UtilTempFileRelease(const wchar_t* path, BOOL keep);
+
 #endif

@@ -2,6 +2,7 @@
 
 #include "platform/exception.h"
 #include "platform/long_path.h"
+#include "platform/patience.h"
 #include "platform/wide.h"
 
 #include <algorithm>
@@ -11,22 +12,8 @@ namespace tvut {
 
 namespace {
 
-constexpr DWORD retryInterval = 100;      // milliseconds
 constexpr ULONGLONG openPatience = 10000; // milliseconds
 constexpr ULONGLONG replacePatience = 2000;
-
-// Calls attempt until it succeeds, fails for another reason than sharing, or patience ends. Gives
-// the last error, 0 for success.
-template <class Attempt>
-DWORD RetryWhileShared(ULONGLONG patience, Attempt attempt) {
-    const ULONGLONG start = GetTickCount64();
-    for (;;) {
-        const DWORD error = attempt();
-        if (error != ERROR_SHARING_VIOLATION || GetTickCount64() - start >= patience)
-            return error;
-        Sleep(retryInterval);
-    }
-}
 
 void Require(BOOL succeeded, const char* what) {
     if (!succeeded)
@@ -67,7 +54,7 @@ void WriteZeros(HANDLE file, std::uint64_t count) {
 clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, DWORD& error) {
     const std::wstring path = PlatformLongPath(ToWide(name));
     clsFileHandle file;
-    error = RetryWhileShared(openPatience, [&]() -> DWORD {
+    error = PlatformRetryWhileShared(openPatience, [&]() -> DWORD {
         file = clsFileHandle(CreateFileW(path.c_str(), mode.access, mode.share, nullptr, mode.disposition,
                                          FILE_ATTRIBUTE_NORMAL, nullptr));
         return file ? ERROR_SUCCESS : GetLastError();
@@ -223,7 +210,8 @@ void clsReplacingSink::Finish() {
         TakeOver(target_, targetData_, temporary_, file_.Get());
     written_ = true;
     file_.Reset();
-    const DWORD error = RetryWhileShared(replacePatience, [&] { return PutInPlace(target_, temporary_); });
+    const DWORD error =
+        PlatformRetryWhileShared(replacePatience, [&] { return PutInPlace(target_, temporary_); });
     Require(error == ERROR_SUCCESS, "file cannot be replaced");
     written_ = false;
 }

@@ -4,6 +4,7 @@
 #include "platform/owned.h"
 #include "platform/system_function.h"
 #include "platform/system_text.h"
+#include "platform/wide.h"
 
 #include <algorithm>
 #include <objbase.h>
@@ -50,7 +51,7 @@ struct scTaskMemoryPolicy {
 };
 using clsTaskText = clsOwned<scTaskMemoryPolicy>;
 
-std::u16string ShellFolder(KnownFolder folder, HANDLE token) {
+std::wstring ShellFolder(KnownFolder folder, HANDLE token) {
     const auto* const row =
         std::ranges::find_if(shellFolders, [&](const auto& known) { return known.folder == folder; });
     auto* const find = getKnownFolderPath.Get();
@@ -58,23 +59,23 @@ std::u16string ShellFolder(KnownFolder folder, HANDLE token) {
     if (row == std::end(shellFolders) || !find ||
         FAILED(find(row->id, KF_FLAG_DONT_VERIFY, token, path.Receive())))
         return {};
-    return FromWide(path.Get());
+    return path.Get();
 }
 
-std::u16string TemporaryFolder() {
-    const std::u16string folder =
+std::wstring TemporaryFolder() {
+    const std::wstring folder =
         PlatformText([](wchar_t* text, DWORD size) { return GetTempPathW(size, text); });
-    std::u16string longForm = PlatformText(
-        [&](wchar_t* text, DWORD size) { return GetLongPathNameW(ToWide(folder.c_str()), text, size); });
+    std::wstring longForm =
+        PlatformText([&](wchar_t* text, DWORD size) { return GetLongPathNameW(folder.c_str(), text, size); });
     return longForm.empty() ? folder : longForm; // it is not there
 }
 
-std::u16string HostFolder() {
-    const std::u16string_view host = PlatformHostFileName();
-    return std::u16string(host.substr(0, host.find_last_of(u'\\') + 1)); // nothing found: npos + 1 is 0
+std::wstring HostFolder() {
+    const std::wstring_view host = ToWide(PlatformHostFileName());
+    return std::wstring(host.substr(0, host.find_last_of(L'\\') + 1)); // nothing found: npos + 1 is 0
 }
 
-std::u16string FolderOf(KnownFolder folder, HANDLE token) {
+std::wstring FolderOf(KnownFolder folder, HANDLE token) {
     if (folder == KnownFolder::temp)
         return TemporaryFolder();
     if (folder == KnownFolder::program)
@@ -97,11 +98,10 @@ clsKnownFolders::~clsKnownFolders() {
 }
 
 std::u16string clsKnownFolders::Folder(KnownFolder folder) {
-    std::u16string path = FolderOf(folder, token_);
-    const bool isDriveRoot = path.size() == 3 && path[1] == u':';
-    if (path.ends_with(u'\\') && !isDriveRoot)
-        path.pop_back();
-    return path;
+    const std::wstring path = FolderOf(folder, token_);
+    const bool isDriveRoot = path.size() == 3 && path[1] == L':';
+    const bool endsEarly = path.ends_with(L'\\') && !isDriveRoot;
+    return std::u16string(FromWide(path.c_str()), path.size() - (endsEarly ? 1 : 0));
 }
 
 } // namespace tvut

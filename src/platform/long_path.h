@@ -11,4 +11,11 @@ namespace tvut {
 // std::bad_alloc.
 std::wstring PlatformLongPath(std::wstring_view path);
 
+// The full form of a path, without "." and "..", and with backslashes; empty when the system cannot tell.
+// Throws std::bad_alloc.
+std::wstring PlatformFullPath(std::wstring_view path);
+
+// A full path with the prefix that lifts the limit, also from what lies below it.
+std::wstring PlatformVerbatimPath(const std::wstring& full);
+
 } // namespace tvut

@@ -147,6 +147,13 @@ void clsDiagnosticWriter::Write(std::u16string_view tag, scLevelChange change,
     writing_ = false;
 }
 
+void clsDiagnosticWriter::WriteIfFree(std::u16string_view text) noexcept {
+    if (!settled_ || !section_.try_lock())
+        return;
+    const Lock lock(section_, std::adopt_lock);
+    Write({}, {0}, text);
+}
+
 void clsDiagnosticWriter::Deliver(std::u16string_view tag, const scLineStamp& stamp, const SYSTEMTIME& time,
                                   std::u16string_view text) noexcept {
     if (viewer_.WantsLines()) {

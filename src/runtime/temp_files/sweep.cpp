@@ -1,0 +1,102 @@
+#include "runtime/temp_files/sweep.h"
+
+#include "platform/folder_walk.h"
+#include "platform/long_path.h"
+#include "platform/private_folder.h"
+#include "platform/wide.h"
+#include "runtime/diagnostics.h"
+#include "runtime/temp_files/own_folder.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace tvut {
+
+namespace {
+
+constexpr ULONGLONG longestSweep = 2000;                      // milliseconds
+constexpr std::uint64_t longestStart = 60 * 60 * 10000000ull; // an hour, in units of 100 ns
+
+bool IsHexadecimal(std::wstring_view text, std::size_t most) {
+    return !text.empty() && text.size() <= most && std::ranges::all_of(text, [](wchar_t c) {
+        return (c >= L'0' && c <= L'9') || (c >= L'a' && c <= L'f') || (c >= L'A' && c <= L'F');
+    });
+}
+
+bool IsProcessFolder(std::wstring_view name) {
+    const std::size_t dash = std::min(name.find(L'-'), name.size() - 1);
+    return IsHexadecimal(name.substr(0, dash), 8) && IsHexadecimal(name.substr(dash + 1), 16);
+}
+
+bool IsFolderItself(DWORD attributes) {
+    return (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) ==
+           FILE_ATTRIBUTE_DIRECTORY;
+}
+
+// A process makes its lock right after its folder, so that a young folder without one may be a living one's.
+bool IsOld(const FILETIME& written) {
+    FILETIME now;
+    GetSystemTimeAsFileTime(&now);
+    const auto then = std::bit_cast<std::uint64_t>(written);
+    return then + longestStart < std::bit_cast<std::uint64_t>(now);
+}
+
+void Tell(const std::wstring& folder) {
+    clsDiagnosticLine()
+        .Put(u"clsTempFileRemover: '")
+        .Put(FromWide(std::wstring_view(folder)))
+        .Put(u"' of a process that is gone removed")
+        .Write();
+}
+
+// The lock goes last: until then it tells the next sweep that the process is dead. While it is open, no other
+// sweep is at work here.
+bool SweepLocked(const std::wstring& folder, const std::wstring& lockPath, clsFileHandle lock,
+                 ULONGLONG deadline) {
+    if (PlatformEmptyFolder(folder.c_str(), tempLockName, deadline) != ERROR_SUCCESS)
+        return false;
+    lock.Reset();
+    return DeleteFileW(lockPath.c_str()) && RemoveDirectoryW(folder.c_str());
+}
+
+bool Sweep(const std::wstring& folder, const FILETIME& written, ULONGLONG deadline) {
+    const std::wstring lockPath = folder + L"\\" + tempLockName;
+    clsFileHandle lock(CreateFileW(lockPath.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                                   FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    if (lock)
+        return SweepLocked(folder, lockPath, std::move(lock), deadline);
+    return GetLastError() == ERROR_FILE_NOT_FOUND && IsOld(written) &&
+           PlatformRemoveTree(folder.c_str(), deadline) == ERROR_SUCCESS;
+}
+
+void SweepAll(const std::wstring& root) {
+    const ULONGLONG deadline = GetTickCount64() + longestSweep;
+    const std::wstring verbatim = PlatformVerbatimPath(root);
+    const DWORD attributes = root.empty() ? INVALID_FILE_ATTRIBUTES : GetFileAttributesW(verbatim.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || !IsFolderItself(attributes))
+        return;
+    WIN32_FIND_DATAW entry;
+    const clsFindHandle search(FindFirstFileExW((verbatim + L"\\*").c_str(), FindExInfoBasic, &entry,
+                                                FindExSearchNameMatch, nullptr, 0));
+    if (!search)
+        return;
+    do {
+        const std::wstring name = entry.cFileName;
+        const std::wstring folder = verbatim + L"\\" + name;
+        if (IsFolderItself(entry.dwFileAttributes) && IsProcessFolder(name) &&
+            PlatformIsOwnFolder(folder.c_str()) && Sweep(folder, entry.ftLastWriteTime, deadline))
+            Tell(root + L"\\" + name);
+    } while (GetTickCount64() <= deadline && FindNextFileW(search.Get(), &entry));
+}
+
+} // namespace
+
+void UtilpSweepTempFolders() noexcept {
+    try {
+        const clsOwnIdentity processItself;
+        SweepAll(UtilpTempRoot());
+    } catch (...) { // without memory the next process sweeps
+    }
+}
+
+} // namespace tvut
