@@ -22,14 +22,14 @@ std::wstring_view WideView(std::u16string_view text) {
     return {ToWide(text.data()), text.size()};
 }
 
-// The verbatim form of a path, without a separator at its end; empty for what is no file or folder but a
+// The full form of a path, without a separator at its end; empty for what is no file or folder but a
 // drive, share or device, and must not be removed.
 std::wstring RemovablePath(const wchar_t* path) {
     std::wstring full = PlatformFullPath(path);
     const std::size_t rootLength = UtilpRootOf(FromWide(std::wstring_view(full))).length;
     while (full.ends_with(L'\\') && full.size() > rootLength)
         full.pop_back();
-    return full.size() > rootLength ? PlatformVerbatimPath(full) : std::wstring();
+    return full.size() > rootLength ? PlatformLongPath(full) : std::wstring();
 }
 
 UtilResult Create(const wchar_t* folder, const wchar_t* name, bool isFolder, BSTR* path) {
@@ -47,7 +47,7 @@ UtilResult Create(const wchar_t* folder, const wchar_t* name, bool isFolder, BST
         return result;
     const UtilResult given = UtilpGive({{path, FromWide(std::wstring_view(made.path))}});
     if (given != UtilResult::ok)
-        UtilpTempFileRemover().Release(made.verbatim, false);
+        UtilpTempFileRemover().Release(made.systemPath, false);
     return given;
 }
 
@@ -56,8 +56,8 @@ INT WithPath(const wchar_t* path, Work work) {
     if (IsNone(path))
         return UTIL_BAD_ARGUMENT;
     return UtilpResultOf([&] {
-        const std::wstring verbatim = RemovablePath(path);
-        return verbatim.empty() ? UtilResult::badArgument : work(verbatim);
+        const std::wstring full = RemovablePath(path);
+        return full.empty() ? UtilResult::badArgument : work(full);
     });
 }
 
@@ -70,12 +70,12 @@ INT TVUT22_CALL UtilTempFileCreate(const wchar_t* folder, const wchar_t* name, U
 }
 
 INT TVUT22_CALL UtilTempFileAdd(const wchar_t* path) {
-    return WithPath(path, [](const std::wstring& verbatim) { return UtilpTempFileRemover().Add(verbatim); });
+    return WithPath(path, [](const std::wstring& full) { return UtilpTempFileRemover().Add(full); });
 }
 
 INT TVUT22_CALL UtilTempFileRelease(const wchar_t* path, BOOL keep) {
-    return WithPath(path, [&](const std::wstring& verbatim) {
+    return WithPath(path, [&](const std::wstring& full) {
         clsTempFileRemover* const remover = UtilpTempFileRemoverIfMade();
-        return remover ? remover->Release(verbatim, keep != FALSE) : UtilResult::notFound;
+        return remover ? remover->Release(full, keep != FALSE) : UtilResult::notFound;
     });
 }

@@ -4,6 +4,7 @@
 // not the path, tells whether it is a link.
 #include "platform/folder_walk.h"
 
+#include "platform/long_path.h"
 #include "platform/owned.h"
 
 #include <algorithm>
@@ -71,10 +72,13 @@ class clsFolderWalk {
     DWORD Empty(std::wstring_view path) noexcept {
         if (!space_)
             return ERROR_NOT_ENOUGH_MEMORY;
-        if (path.size() > longestPath)
+        const auto [prefix, rest] = PlatformVerbatimPath(path);
+        const std::size_t length = prefix.size() + rest.size();
+        if (length > longestPath)
             return ERROR_FILENAME_EXCED_RANGE;
-        *std::copy(path.begin(), path.end(), Path()) = L'\0';
-        Enter(path.size());
+        wchar_t* const afterPrefix = std::copy(prefix.begin(), prefix.end(), Path());
+        *std::copy(rest.begin(), rest.end(), afterPrefix) = L'\0';
+        Enter(length);
         while (depth_ > 0) {
             if (GetTickCount64() > deadline_)
                 return Abandon();

@@ -20,10 +20,12 @@ std::wstring PlatformFullPath(std::wstring_view path) {
         [&](wchar_t* text, DWORD size) { return GetFullPathNameW(from.c_str(), size, text, nullptr); });
 }
 
-std::wstring PlatformVerbatimPath(const std::wstring& full) {
+scVerbatimPath PlatformVerbatimPath(std::wstring_view full) noexcept {
     if (full.starts_with(L"\\\\?\\") || full.starts_with(L"\\\\.\\"))
-        return full;
-    return full.starts_with(L"\\\\") ? L"\\\\?\\UNC" + full.substr(1) : L"\\\\?\\" + full;
+        return {{}, full};
+    if (full.starts_with(L"\\\\"))
+        return {L"\\\\?\\UNC", full.substr(1)};
+    return {L"\\\\?\\", full};
 }
 
 std::wstring PlatformLongPath(std::wstring_view path) {
@@ -31,7 +33,10 @@ std::wstring PlatformLongPath(std::wstring_view path) {
     if (IsFull(plain) && plain.size() <= longestPlain)
         return plain;
     const std::wstring full = PlatformFullPath(plain);
-    return full.size() <= longestPlain ? plain : PlatformVerbatimPath(full);
+    if (full.size() <= longestPlain)
+        return plain;
+    const auto [prefix, rest] = PlatformVerbatimPath(full);
+    return std::wstring(prefix).append(rest);
 }
 
 } // namespace tvut

@@ -15,7 +15,11 @@ std::wstring PlatformLongPath(std::wstring_view path);
 // Throws std::bad_alloc.
 std::wstring PlatformFullPath(std::wstring_view path);
 
-// A full path with the prefix that lifts the limit, also from what lies below it.
-std::wstring PlatformVerbatimPath(const std::wstring& full);
+// A full path with what lifts the limit, also from what lies below it: the two put together.
+struct scVerbatimPath {
+    std::wstring_view prefix;
+    std::wstring_view rest;
+};
+scVerbatimPath PlatformVerbatimPath(std::wstring_view full) noexcept;
 
 } // namespace tvut

@@ -29,8 +29,9 @@ bool IsTaken(DWORD error, const std::wstring& path) {
 
 DWORD MakeFrom(clsWishedPaths& paths, bool isFolder, std::uint32_t& number, std::uint32_t last) {
     for (; number <= last; ++number) {
-        const DWORD error = MakeOne(paths.Number(number), isFolder);
-        if (!IsTaken(error, paths.Path()))
+        paths.Number(number);
+        const DWORD error = MakeOne(paths.SystemPath(), isFolder);
+        if (!IsTaken(error, paths.SystemPath()))
             return error;
     }
     return ERROR_FILE_EXISTS;
@@ -39,13 +40,14 @@ DWORD MakeFrom(clsWishedPaths& paths, bool isFolder, std::uint32_t& number, std:
 } // namespace
 
 clsWishedPaths::clsWishedPaths(const std::wstring& folder, const scTempFileWish& wish)
-    : wish_(wish), path_(PlatformVerbatimPath(folder)) {
+    : wish_(wish), path_(folder) {
     if (!path_.ends_with(L'\\'))
         path_ += L'\\';
     leafAt_ = path_.size();
+    Number(1);
 }
 
-const std::wstring& clsWishedPaths::Number(std::uint32_t number) {
+void clsWishedPaths::Number(std::uint32_t number) {
     path_.resize(leafAt_);
     path_ += wish_.stem;
     if (number > 1) {
@@ -53,7 +55,8 @@ const std::wstring& clsWishedPaths::Number(std::uint32_t number) {
         wsprintfW(text.data(), L" (%u)", number);
         path_ += text.data();
     }
-    return path_ += wish_.extension;
+    path_ += wish_.extension;
+    systemPath_ = PlatformLongPath(path_);
 }
 
 unsigned long UtilpMakeNewFile(clsWishedPaths& paths, bool isFolder, std::uint32_t& number) {

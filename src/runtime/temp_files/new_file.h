@@ -15,19 +15,19 @@ struct scTempFileWish {
     bool isFolder;
 };
 
-// The paths that a wish may become, in their verbatim form.
+// The paths that a wish may become. All throw std::bad_alloc.
 class clsWishedPaths {
   public:
-    clsWishedPaths(const std::wstring& folder,
-                   const scTempFileWish& wish); // throws std::bad_alloc, as all do
+    clsWishedPaths(const std::wstring& folder, const scTempFileWish& wish);
 
-    const std::wstring& Number(std::uint32_t number);
-    const std::wstring& Path() const { return path_; } // as it was numbered last
-    std::wstring_view Leaf() const { return std::wstring_view(path_).substr(leafAt_); }
+    void Number(std::uint32_t number);
+    const std::wstring& Path() const { return path_; }             // as it was numbered last
+    const std::wstring& SystemPath() const { return systemPath_; } // the same, whatever its length
 
   private:
     const scTempFileWish& wish_;
     std::wstring path_;
+    std::wstring systemPath_;
     std::size_t leafAt_;
 };
 

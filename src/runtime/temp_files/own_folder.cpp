@@ -46,7 +46,7 @@ DWORD clsOwnTempFolder::Make() {
     const std::wstring root = UtilpTempRoot();
     if (root.empty())
         return ERROR_PATH_NOT_FOUND;
-    CreateDirectoryW(PlatformVerbatimPath(root).c_str(), nullptr);
+    CreateDirectoryW(PlatformLongPath(root).c_str(), nullptr);
     return MakeNumbered(root);
 }
 
@@ -57,20 +57,20 @@ DWORD clsOwnTempFolder::MakeNumbered(const std::wstring& root) {
     DWORD error = ERROR_ALREADY_EXISTS;
     for (unsigned attempt = 0; error == ERROR_ALREADY_EXISTS && attempt < mostAttempts; ++attempt) {
         std::wstring path = beginning + Hexadecimal(StartOfProcess() + attempt);
-        std::wstring verbatim = PlatformVerbatimPath(path);
-        std::wstring lockPath = verbatim + L"\\" + tempLockName;
-        error = PlatformMakePrivateFolder(verbatim.c_str());
+        std::wstring systemPath = PlatformLongPath(path);
+        std::wstring lockPath = PlatformLongPath(path + L"\\" + tempLockName);
+        error = PlatformMakePrivateFolder(systemPath.c_str());
         if (error != ERROR_SUCCESS)
             continue;
         lock_ = clsFileHandle(CreateFileW(lockPath.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                           FILE_ATTRIBUTE_HIDDEN, nullptr));
         if (!lock_) {
             error = GetLastError();
-            RemoveDirectoryW(verbatim.c_str());
+            RemoveDirectoryW(systemPath.c_str());
             return error;
         }
         path_ = std::move(path);
-        verbatim_ = std::move(verbatim);
+        systemPath_ = std::move(systemPath);
         lockPath_ = std::move(lockPath);
     }
     return error;
@@ -81,7 +81,7 @@ void clsOwnTempFolder::End() noexcept {
         return;
     lock_.Reset();
     DeleteFileW(lockPath_.c_str());
-    RemoveDirectoryW(verbatim_.c_str());
+    RemoveDirectoryW(systemPath_.c_str());
     path_.clear();
 }
 

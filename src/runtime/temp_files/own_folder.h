@@ -30,7 +30,7 @@ class clsOwnTempFolder {
     DWORD MakeNumbered(const std::wstring& root);
 
     std::wstring path_;
-    std::wstring verbatim_;
+    std::wstring systemPath_; // whatever its length
     std::wstring lockPath_;
     clsFileHandle lock_;
 };

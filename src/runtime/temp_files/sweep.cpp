@@ -59,8 +59,9 @@ bool SweepLocked(const std::wstring& folder, const std::wstring& lockPath, clsFi
     return DeleteFileW(lockPath.c_str()) && RemoveDirectoryW(folder.c_str());
 }
 
-bool Sweep(const std::wstring& folder, const FILETIME& written, ULONGLONG deadline) {
-    const std::wstring lockPath = folder + L"\\" + tempLockName;
+bool Sweep(const std::wstring& path, const FILETIME& written, ULONGLONG deadline) {
+    const std::wstring folder = PlatformLongPath(path);
+    const std::wstring lockPath = PlatformLongPath(path + L"\\" + tempLockName);
     clsFileHandle lock(CreateFileW(lockPath.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
                                    FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
     if (lock)
@@ -71,21 +72,20 @@ bool Sweep(const std::wstring& folder, const FILETIME& written, ULONGLONG deadli
 
 void SweepAll(const std::wstring& root) {
     const ULONGLONG deadline = GetTickCount64() + longestSweep;
-    const std::wstring verbatim = PlatformVerbatimPath(root);
-    const DWORD attributes = root.empty() ? INVALID_FILE_ATTRIBUTES : GetFileAttributesW(verbatim.c_str());
+    const DWORD attributes = GetFileAttributesW(PlatformLongPath(root).c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || !IsFolderItself(attributes))
         return;
     WIN32_FIND_DATAW entry;
-    const clsFindHandle search(FindFirstFileExW((verbatim + L"\\*").c_str(), FindExInfoBasic, &entry,
-                                                FindExSearchNameMatch, nullptr, 0));
+    const clsFindHandle search(FindFirstFileExW(PlatformLongPath(root + L"\\*").c_str(), FindExInfoBasic,
+                                                &entry, FindExSearchNameMatch, nullptr, 0));
     if (!search)
         return;
     do {
-        const std::wstring name = entry.cFileName;
-        const std::wstring folder = verbatim + L"\\" + name;
-        if (IsFolderItself(entry.dwFileAttributes) && IsProcessFolder(name) &&
-            PlatformIsOwnFolder(folder.c_str()) && Sweep(folder, entry.ftLastWriteTime, deadline))
-            Tell(root + L"\\" + name);
+        const std::wstring folder = root + L"\\" + entry.cFileName;
+        if (IsFolderItself(entry.dwFileAttributes) && IsProcessFolder(entry.cFileName) &&
+            PlatformIsOwnFolder(PlatformLongPath(folder).c_str()) &&
+            Sweep(folder, entry.ftLastWriteTime, deadline))
+            Tell(folder);
     } while (GetTickCount64() <= deadline && FindNextFileW(search.Get(), &entry));
 }
 
@@ -94,7 +94,9 @@ void SweepAll(const std::wstring& root) {
 void UtilpSweepTempFolders() noexcept {
     try {
         const clsOwnIdentity processItself;
-        SweepAll(UtilpTempRoot());
+        const std::wstring root = UtilpTempRoot();
+        if (!root.empty())
+            SweepAll(root);
     } catch (...) { // without memory the next process sweeps
     }
 }

@@ -1,6 +1,6 @@
-// Paths are kept in their verbatim form: no call on them depends on their length, and at the process's end
-// none has to be made first. Files are made and removed without the lock. One that is being removed stays in
-// the list, marked, until it is gone: should the process end meanwhile, it is still known.
+// Paths are kept as the system takes them, whatever their length: at the process's end none has to be made
+// first. Files are made and removed without the lock. One that is being removed stays in the list, marked,
+// until it is gone: should the process end meanwhile, it is still known.
 #include "runtime/temp_files/temp_file_remover.h"
 
 #include "platform/folder_walk.h"
@@ -102,22 +102,21 @@ UtilResult clsTempFileRemover::Create(const scTempFileWish& wish, scMadeTempFile
     std::wstring folder;
     DWORD error = FolderFor(wish, folder);
     clsWishedPaths paths(folder, wish);
-    const std::uint32_t hash = UtilpHashPath(ViewOf(paths.Number(1)));
-    if (paths.Path().size() > longestPath)
+    if (paths.SystemPath().size() > longestPath)
         return UtilResult::tooLarge;
+    const std::uint32_t hash = UtilpHashPath(ViewOf(paths.SystemPath()));
     scNumberedWish taken{hash, FirstNumber(hash)};
     if (error == ERROR_SUCCESS)
         error = UtilpMakeNewFile(paths, wish.isFolder, taken.number);
     if (error != ERROR_SUCCESS) {
-        Line(u"ERR: clsTempFileRemover::Create('", ViewOf(paths.Number(1)), u"'): cannot be made (", error)
+        paths.Number(1);
+        Line(u"ERR: clsTempFileRemover::Create('", ViewOf(paths.Path()), u"'): cannot be made (", error)
             .Write();
         return UtilpResultOfError(error);
     }
-    clsNewFile file(paths.Path());
-    made.verbatim = paths.Path();
-    made.path = std::move(folder);
-    made.path.append(made.path.ends_with(L'\\') ? L"" : L"\\").append(paths.Leaf());
-    const UtilResult result = Register(clsTempFileList::Make(ViewOf(made.verbatim), taken));
+    clsNewFile file(paths.SystemPath());
+    made = {paths.Path(), paths.SystemPath()};
+    const UtilResult result = Register(clsTempFileList::Make(ViewOf(made.systemPath), taken));
     if (result == UtilResult::ok)
         file.Keep();
     return result;

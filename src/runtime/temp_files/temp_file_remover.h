@@ -14,11 +14,11 @@
 namespace tvut {
 
 struct scMadeTempFile {
-    std::wstring path; // full, as callers know it
-    std::wstring verbatim;
+    std::wstring path;       // full, as callers know it
+    std::wstring systemPath; // the same, whatever its length
 };
 
-// Paths are in their verbatim form.
+// Paths are full ones as PlatformLongPath gives them.
 class clsTempFileRemover {
   public:
     UtilResult Create(const scTempFileWish& wish, scMadeTempFile& made); // throws std::bad_alloc
