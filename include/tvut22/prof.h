@@ -16,11 +16,11 @@
  * Jobs      Handle 0 is the invalid job: a call given it does nothing and returns 0, unless another
  *           value is stated. Any other value must come from an open call and not be closed yet.
  * Lists     Handle 0 is the job's root list. A handle stays valid until its list, a list above it,
- *           or the job is deleted or emptied. A handle that belongs to another job, or to a list of
- *           this job that has been deleted, is refused like a path that leads nowhere, unless that
- *           job is closed or a new list has taken the place.
- * Paths     Segments separated by "/". A leading "/" starts at the root list whatever list is
- *           passed. Names compare exactly: by code unit, case-sensitive. There is no escaping, so
+ *           or the job is deleted or emptied. Any other value, such as a list of another job or one that
+ *           has been deleted, is refused like a path that leads nowhere, unless a new list has taken the
+ *           place. What it points to is not looked at.
+ * Paths     Segments separated by "/". A leading "/" starts at the root list whatever is passed for
+ *           the list. Names compare exactly: by code unit, case-sensitive. There is no escaping, so
  *           a name that holds "/" cannot be reached by a path; an empty segment is the empty name.
  *           A segment followed by another counts with its first 255 characters only.
  * Order     A list keeps its entries in the order they came in. Names need not be unique: a call
@@ -28,10 +28,21 @@
  * Null      A null path reaches nothing: nothing is done and 0 (Get: PROF_NOT_FOUND, with the
  *           default stored) is returned, unless stated otherwise. Null output pointers are allowed
  *           and receive nothing.
- * Text      Terminated by NUL; an A form's text is in the code page of PROF_OPTION_CODE_PAGE.
+ * Text      Terminated by NUL; an A form's text is in the code page of PROF_OPTION_CODE_PAGE. What that
+ *           code page lacks comes out of the A forms as its default character, mostly "?", or as a
+ *           similar one; the profile keeps the text as it is.
  * Ownership The library copies every text it is given and never keeps a caller's pointer.
  * Threads   A job and its lists are used by one thread at a time; different jobs by any threads at
  *           once. ProfJobAddRef and ProfJobClose may be called from any thread.
+ * Callbacks A callback, and a stream that a call is given, returns from each of its calls. One that leaves
+ *           by longjmp or an exception leaves the library's call unfinished: the job stays usable, but is
+ *           never freed.
+ * Reasons   When a call that opens, saves, or works with a file, a stream or the clipboard fails, the
+ *           thread's last error (GetLastError) is the system's reason. What the library finds itself is
+ *           ERROR_INVALID_NAME (no file can have this name), ERROR_INVALID_DATA (contents that cannot be
+ *           parsed or decoded), ERROR_FILE_TOO_LARGE, ERROR_NOT_ENOUGH_MEMORY, ERROR_INVALID_PARAMETER (a
+ *           null argument, no list), ERROR_NOT_FOUND (no profile on the clipboard). A stream's HRESULT is
+ *           translated, or ERROR_READ_FAULT or ERROR_WRITE_FAULT.
  * Memory    When memory runs out a call returns its failure value (Append and Set report nothing) and
  *           leaves the profile as it was, apart from lists that its path has created by then.
  */
@@ -100,7 +111,7 @@ typedef struct ProfListObject* ProfList;
  *           PROF_LOCKED        a sharing violation lasted 10 seconds (it is retried every 100 ms);
  *                              or the contents could not be read or would not fit into memory
  *           PROF_LOAD_FAILED   the contents are malformed (a compressed profile that is damaged or too
- *                              large, XML that is no profile); what was read before stays in the tree.
+ *                              large, XML in another layout); what was read before stays in the tree.
  *                              A diagnostic line tells the reason and the number of the line, counted
  *                              without blank lines.
  *
@@ -114,12 +125,13 @@ typedef struct ProfListObject* ProfList;
  * "[/]" is taken as a plain sequence of sections: the first header is skipped, each later one opens
  * a list inside the one before (no brace closes it). PROF_READ_PLAIN_INI reads such files flat.
  *
- * A file that begins with the first line of the XML form or of the XFDF form is read in that form; any
- * other file that begins with "<" is refused unless a line "[/]" follows. Both are read line by line, as
- * ProfSave lays them out: an element that shares its line with another, or goes over several, is refused or
- * skipped, and a file of which nothing would be read is refused. Values of an XFDF file get their names from
- * lines <field> name="..." only, as ProfSave does not write them, and are items of the root list; without
- * such a line their name is empty. PROF_READ_FOREIGN_XFDF reads what ProfSave and other programs write.
+ * A file that begins with the first line of the XML form or of the XFDF form is read in that form. Both are
+ * read line by line, as ProfSave lays them out: an element that shares its line with another, or goes over
+ * several, is refused or skipped. Any other file that begins with "<" is read as text: an empty profile,
+ * unless a line "[/]" follows. A diagnostic line that begins "WRN: '<file>': " names what was passed over;
+ * who would save such a profile over its file asks first. Values of an XFDF file get their names from lines
+ * <field> name="..." only, as ProfSave does not write them, and are items of the root list; without such a
+ * line their name is empty. PROF_READ_FOREIGN_XFDF reads what ProfSave and other programs write.
  */
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenA(const char* fileName);
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenW(const wchar_t* fileName);
@@ -144,7 +156,7 @@ TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStream(IStream* stream);
 
 /* As ProfJobOpenStream, with a name and flags.
  *
- * name   names the profile in diagnostic lines; may be null. No file of that name is opened, and the
+ * name   names the profile in diagnostic lines; "(Stream)" does when it is null or empty. No file of that name is opened, and the
  *        job has no file of its own.
  * flags  PROF_READ_...; 0 reads as ProfJobOpenStream does. PROF_READ_PLAIN_INI reads an .ini file as
  *        other programs do: each section is a list of the root list, items before the first section
@@ -200,10 +212,13 @@ TVUT22_API INT TVUT22_CALL ProfGetError(ProfJob job);
  * references back, so what holds "&", "<", ">", a quote in a name or a line end in a name may come back as
  * something else or not at all; half a surrogate pair is written as U+FFFD.
  *
- * A target that the job does not hold is never torn: the new contents are written to a temporary
+ * A target that the job does not hold is not torn: the new contents are written to a temporary
  * file in the same folder, which then replaces the target in one step. It takes over the target's
  * attributes, creation time and access rights as far as the system allows; a link under the name is
- * replaced itself. While others have the target open, the step is retried for up to two seconds. A held
+ * replaced itself. While others have the target open, the step is retried for up to two seconds. If they
+ * still do and let it be written, though not replaced (as fopen opens a file), the temporary file is copied
+ * over the target and goes when that is complete; only then does a failure, or the end of the process, leave
+ * the target torn, and the whole contents in the file "~PRF........tmp" beside it. A held
  * file is first brought to its new length, so that what forbids that shows before old contents are
  * overwritten; a failure after that, and the end of the process, leave it torn.
  */
@@ -239,6 +254,8 @@ TVUT22_API INT TVUT22_CALL ProfSaveToClipboard(ProfJob job, HWND owner, UINT fla
  *
  * Result  as ProfJobOpen; PROF_OPEN_FAILED, with an empty profile, when the clipboard cannot be opened,
  *         holds no profile, or a temporary file cannot be made. The job has no file of its own.
+ *
+ * The profile ends before the zeros at the end of its block, which may be longer than what was put there.
  */
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenClipboard(HWND owner);
 
@@ -270,8 +287,10 @@ TVUT22_API ProfList TVUT22_CALL ProfAppendListW(ProfJob job, ProfList list, cons
 /* Deletes lists, with all that is in them.
  *
  * path  every list that it reaches, through every list of each segment's name, is deleted. Null
- *       deletes the list handle itself, wherever it is in the tree; with list 0, which names no
- *       entry, it deletes the first item met on a walk of the whole tree. The root list stays.
+ *       deletes the list handle itself, wherever it is in the tree. The root list stays.
+ *
+ * ProfDeleteList(job, 0, NULL) deletes an item, not a list: the first one that is met when the whole tree
+ * is walked in order, each list entered where it stands.
  */
 TVUT22_API void TVUT22_CALL ProfDeleteListA(ProfJob job, ProfList list, const char* path);
 TVUT22_API void TVUT22_CALL ProfDeleteListW(ProfJob job, ProfList list, const wchar_t* path);
@@ -301,12 +320,12 @@ typedef BOOL(TVUT22_CALL* ProfEnumCallbackW)(ProfJob job, const wchar_t* name, c
 
 /* Walks the entries of one list in order, without entering the lists it holds.
  * Result: 1 when every entry was visited, also for an empty list; 0 when the callback stopped the
- * walk, or for an invalid job, list or callback. */
+ * walk, for an invalid job, list or callback, or when memory runs out. */
 TVUT22_API BOOL TVUT22_CALL ProfEnumA(ProfJob job, ProfList list, ProfEnumCallbackA callback, UINT_PTR user);
 TVUT22_API BOOL TVUT22_CALL ProfEnumW(ProfJob job, ProfList list, ProfEnumCallbackW callback, UINT_PTR user);
 
 /* Writes a list and all that is in it to the diagnostic output, a line an entry, indented by one
- * blank a level. Result: PROF_OK, or PROF_INVALID_JOB. */
+ * blank a level and ended by "\n". Result: PROF_OK, or PROF_INVALID_JOB. */
 TVUT22_API INT TVUT22_CALL ProfDebugList(ProfJob job, ProfList list);
 
 /* ---- Items --------------------------------------------------------------------------------- */
@@ -392,7 +411,7 @@ TVUT22_API void TVUT22_CALL ProfSetColorrefW(ProfJob job, ProfList list, const w
  *
  * buffer        receives at most size - 1 characters (A: bytes; never half a character of UTF-8 or of a
  *               code page of one or two bytes a character) and a NUL;
- *               may be null to ask for the length only.
+ *               may be null to ask for the length only, and may be what path points to.
  * size          of the buffer in characters (A: bytes); with 0 nothing is written, but for the NUL of
  *               a null default.
  * defaultValue  what the buffer receives when there is no such item; null is the empty text. May be
@@ -518,7 +537,8 @@ TVUT22_API INT TVUT22_CALL ProfGetVariantFromContents(const wchar_t* text, VARIA
  *           may change the profile while it is read.
  * fileName  a file, opened as by ProfJobOpen: while it is locked, for up to 10 seconds.
  *
- * Nothing is appended when the source fails, is too large or memory runs out.
+ * Nothing is appended when the source fails, is too large or memory runs out: GetLastError tells why. It is
+ * ERROR_SUCCESS when the item was appended.
  */
 TVUT22_API void TVUT22_CALL ProfAppendStreamA(ProfJob job, ProfList list, const char* path, const char* key,
                                               IStream* stream);
@@ -558,12 +578,12 @@ TVUT22_API INT TVUT22_CALL ProfGetFileW(ProfJob job, ProfList list, const wchar_
  *        A name that holds a semicolon can be reached by a pattern.
  * key    as above.
  *
- * The entries come in the order of the elements, those of a pattern ordered by name without regard to
- * case. Names are as the file system has them and are not made unique.
+ * Files that others have locked are waited for, 10 seconds in all. The entries come in the order of the
+ * elements, those of a pattern ordered by name without regard to case. Names are as the file system has them and are not made unique.
  *
  * Result  PROF_OK, also when nothing was found (a diagnostic line tells of each element); PROF_NOT_FOUND
- *         for an invalid list; PROF_CONVERT_FAILED when a file could not be read or kept: the files
- *         before it have been appended, those behind it have not.
+ *         for an invalid list; PROF_CONVERT_FAILED when a file could not be read or kept, which a line tells,
+ *         too: the files before it have been appended, those behind it have not.
  */
 TVUT22_API INT TVUT22_CALL ProfAppendFilesA(ProfJob job, ProfList list, const char* files, const char* key);
 TVUT22_API INT TVUT22_CALL ProfAppendFilesW(ProfJob job, ProfList list, const wchar_t* files,
@@ -578,9 +598,10 @@ TVUT22_API INT TVUT22_CALL ProfAppendFilesW(ProfJob job, ProfList list, const wc
  * more than a name is refused: one with a separator, drive or stream (\ / :), "." and "..", a character
  * that no name may hold, a blank or dot at its end, a device.
  *
- * Result  PROF_OK when every entry was written; PROF_SAVE_FAILED when the folder could not be made or an
- *         entry was skipped: each is told of by a diagnostic line and keeps none of the others from
- *         being written; PROF_NOT_FOUND for an invalid list.
+ * Result  PROF_OK when every entry was written; PROF_SAVE_FAILED when the folder could not be made, which
+ *         ends the call, or an entry was skipped: each is told of by a diagnostic line and keeps none of the
+ *         others from being written, and GetLastError tells of the last one; PROF_NOT_FOUND for an invalid
+ *         list.
  */
 TVUT22_API INT TVUT22_CALL ProfExtractFilesA(ProfJob job, ProfList list, const char* folder, const char* key);
 TVUT22_API INT TVUT22_CALL ProfExtractFilesW(ProfJob job, ProfList list, const wchar_t* folder,
@@ -615,7 +636,8 @@ TVUT22_API void TVUT22_CALL ProfLPSTRtoCOLORREFW(const wchar_t* text, COLORREF* 
 TVUT22_API INT TVUT22_CALL ProfGetVersion(INT selector);
 
 /* Sets an option of the process (low 16 bits of the value); unknown options are ignored. Any thread;
- * a change is seen by calls that begin after it. */
+ * a change is seen by calls that begin after it. PROF_OPTION_CODE_PAGE keeps whatever it is set to; 0, and a
+ * code page that the system does not know, converts as the process's own, which GetACP gives. */
 TVUT22_API void TVUT22_CALL ProfSetOption(UINT option, UINT value);
 
 /* Reads an option of the process; 0 for an unknown option. Any thread. */

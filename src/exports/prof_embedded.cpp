@@ -1,8 +1,6 @@
 // Exports of the profile store: bytes of streams and files in items, and whole files in lists.
-#include "exports/guard.h"
 #include "exports/prof_handles.h"
 #include "exports/text_argument.h"
-#include "platform/exception.h"
 #include "platform/stream.h"
 #include "prof/embedded_files.h"
 #include "prof/path.h"
@@ -14,21 +12,35 @@ using namespace tvut;
 
 namespace {
 
+// Calls the body of an export that appends. It has no result: its caller tells success by the last error, 0.
+template <class Body>
+void AppendWithReason(Body&& body) {
+    const bool appended = UtilpGuardWithReason(false, [&] {
+        body();
+        return true;
+    });
+    if (appended)
+        SetLastError(ERROR_SUCCESS);
+}
+
 // The stream is the caller's code: it may close the job or delete the list while it is read.
 template <class Char>
 void AppendStream(ProfJob handle, ProfList listHandle, const Char* path, const Char* keyText,
                   IStream* stream) {
     clsProfJob* const job = FromHandle(handle);
-    if (!job || !FromHandle(*job, listHandle) || !path || !stream)
+    if (!job)
         return;
     const clsJobKeeper keeper(*job);
-    UtilpGuard([&] {
+    AppendWithReason([&] {
+        RequireArguments(path, stream);
         const clsTextArgument<Char> name(path);
         const clsTextArgument<Char> key(keyText);
+        RequireArguments(StartOf(*job, listHandle, name.View()));
         clsStreamSource source(stream);
         const clsPackedBytes bytes = ProfpPackBytes(source, key.View());
-        if (clsItemList* const list = FromHandle(*job, listHandle))
-            ProfpAppendBytes(*list, name.View(), bytes);
+        clsItemList* const list = StartOf(*job, listHandle, name.View());
+        RequireArguments(list);
+        ProfpAppendBytes(*list, name.View(), bytes);
     });
 }
 
@@ -36,60 +48,56 @@ template <class Char>
 void AppendFile(ProfJob handle, ProfList listHandle, const Char* path, const Char* keyText,
                 const Char* fileName) {
     clsProfJob* const job = FromHandle(handle);
-    clsItemList* const list = job ? FromHandle(*job, listHandle) : nullptr;
-    if (!list || !path || !fileName)
+    if (!job)
         return;
-    UtilpGuard([&] {
+    AppendWithReason([&] {
+        RequireArguments(path, fileName);
+        const clsTextArgument<Char> name(path);
+        clsItemList* const list = StartOf(*job, listHandle, name.View());
+        RequireArguments(list);
         const std::u16string file(clsTextArgument<Char>(fileName).View());
         const clsTextArgument<Char> key(keyText);
-        ProfpAppendBytes(*list, clsTextArgument<Char>(path).View(), ProfpPackFile(file, key.View()));
+        ProfpAppendBytes(*list, name.View(), ProfpPackFile(file, key.View()));
     });
 }
 
-// Calls write with the text and the key of an item; it gives whether the bytes are where they belong.
+// Calls write with the text and the key of an item; it throws unless the bytes are where they belong.
 template <class Char, class Write>
 INT GetBytes(ProfJob handle, ProfList listHandle, const Char* path, const Char* keyText, Write write) {
     clsProfJob* const job = FromHandle(handle);
     if (!job)
         return PROF_OK;
     const clsJobKeeper keeper(*job);
-    return UtilpGuard(PROF_DECODE_FAILED, [&]() -> INT {
-        clsItemList* const list = FromHandle(*job, listHandle);
-        const clsItem* const item =
-            list && path ? ProfpFindItem(*list, clsTextArgument<Char>(path).View()) : nullptr;
+    return UtilpGuardWithReason(PROF_DECODE_FAILED, [&]() -> INT {
+        const clsItem* const item = FindItem(*job, listHandle, path);
         if (!item)
             return PROF_NOT_FOUND;
         const clsTextKeeper text(job->Tree(), item->value);
-        const clsTextArgument<Char> key(keyText);
-        return write(text.View(), key.View()) ? PROF_OK : PROF_DECODE_FAILED;
+        write(text.View(), clsTextArgument<Char>(keyText).View());
+        return PROF_OK;
     });
-}
-
-bool WriteStream(IStream& stream, std::u16string_view text, std::u16string_view key) {
-    clsStreamSink sink(&stream);
-    if (!UtilpWriteBytesOfText(text, key, sink))
-        return false;
-    sink.Finish();
-    return true;
 }
 
 template <class Char>
 INT GetStream(ProfJob job, ProfList list, const Char* path, const Char* keyText, IStream* stream) {
     return GetBytes(job, list, path, keyText, [stream](std::u16string_view text, std::u16string_view key) {
-        return stream && WriteStream(*stream, text, key);
+        RequireArguments(stream);
+        clsStreamSink sink(stream);
+        ProfpWriteBytes(text, key, sink);
     });
 }
 
 template <class Char>
 INT GetFile(ProfJob job, ProfList list, const Char* path, const Char* keyText, const Char* fileName) {
     return GetBytes(job, list, path, keyText, [fileName](std::u16string_view text, std::u16string_view key) {
-        return fileName && ProfpWriteFile(std::u16string(clsTextArgument<Char>(fileName).View()), text, key);
+        RequireArguments(fileName);
+        ProfpWriteFile(std::u16string(clsTextArgument<Char>(fileName).View()), text, key);
     });
 }
 
 // What AppendFiles and ExtractFiles share: a list, a text about files and a key.
 template <class Char>
-INT WithFiles(bool (*work)(clsItemList&, std::u16string_view, std::u16string_view), ProfJob handle,
+INT WithFiles(void (*work)(clsItemList&, std::u16string_view, std::u16string_view), ProfJob handle,
               ProfList listHandle, const Char* files, const Char* keyText, INT failure) {
     clsProfJob* const job = FromHandle(handle);
     if (!job)
@@ -97,9 +105,10 @@ INT WithFiles(bool (*work)(clsItemList&, std::u16string_view, std::u16string_vie
     clsItemList* const list = FromHandle(*job, listHandle);
     if (!list)
         return PROF_NOT_FOUND;
-    return UtilpGuard(failure, [&] {
+    return UtilpGuardWithReason(failure, [&] {
         const clsTextArgument<Char> key(keyText);
-        return work(*list, clsTextArgument<Char>(files).View(), key.View()) ? PROF_OK : failure;
+        work(*list, clsTextArgument<Char>(files).View(), key.View());
+        return PROF_OK;
     });
 }
 

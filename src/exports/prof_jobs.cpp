@@ -1,5 +1,4 @@
 // Exports of the profile store: opening, closing and saving jobs, options, version.
-#include "exports/guard.h"
 #include "exports/prof_handles.h"
 #include "exports/text_argument.h"
 #include "runtime/default_code_page.h"
@@ -16,17 +15,17 @@ std::optional<std::u16string_view> Optional(bool null, std::u16string_view text)
 
 template <class Char>
 ProfJob OpenFile(const Char* fileName, bool exclusive) {
-    return UtilpGuard(ProfJob{}, [&] {
+    return OpenWithReason([&] {
         const clsTextArgument<Char> name(fileName);
-        return ToHandle(clsProfJob::OpenFile(Optional(name.IsNull(), name.View()), exclusive));
+        return clsProfJob::OpenFile(Optional(name.IsNull(), name.View()), exclusive);
     });
 }
 
 template <class Char>
 ProfJob OpenStream(IStream* stream, const Char* streamName, UINT flags) {
-    return UtilpGuard(ProfJob{}, [&] {
+    return OpenWithReason([&] {
         const clsTextArgument<Char> name(streamName);
-        return ToHandle(clsProfJob::OpenStream(stream, name.View(), flags));
+        return clsProfJob::OpenStream(stream, name.View(), flags);
     });
 }
 
@@ -35,9 +34,10 @@ INT Save(ProfJob handle, const Char* fileName, UINT flags) {
     clsProfJob* const job = FromHandle(handle);
     if (!job)
         return PROF_OK;
-    return UtilpGuard(PROF_SAVE_FAILED, [&] {
+    return UtilpGuardWithReason(PROF_SAVE_FAILED, [&] {
         const clsTextArgument<Char> name(fileName);
-        return job->Save(Optional(name.IsNull(), name.View()), flags) ? PROF_OK : PROF_SAVE_FAILED;
+        job->Save(Optional(name.IsNull(), name.View()), flags);
+        return PROF_OK;
     });
 }
 
@@ -94,11 +94,11 @@ INT TVUT22_CALL ProfSaveW(ProfJob job, const wchar_t* fileName, UINT flags) {
 INT TVUT22_CALL ProfSaveToStream(ProfJob job, IStream* stream, UINT flags) {
     if (!job)
         return PROF_OK;
-    if (!stream)
-        return PROF_SAVE_FAILED;
     const clsJobKeeper keeper(*FromHandle(job));
-    return UtilpGuard(PROF_SAVE_FAILED, [&] {
-        return FromHandle(job)->SaveToStream(*stream, flags) ? PROF_OK : PROF_SAVE_FAILED;
+    return UtilpGuardWithReason(PROF_SAVE_FAILED, [&] {
+        RequireArguments(stream);
+        FromHandle(job)->SaveToStream(*stream, flags);
+        return PROF_OK;
     });
 }
 
@@ -115,7 +115,7 @@ void TVUT22_CALL ProfSetOption(UINT option, UINT value) {
 }
 
 UINT TVUT22_CALL ProfGetOption(UINT option) {
-    return option == PROF_OPTION_CODE_PAGE ? UtilpCodePage() : 0;
+    return option == PROF_OPTION_CODE_PAGE ? UtilpCodePageAsSet() : 0;
 }
 
 void TVUT22_CALL ProfSetDebug(BOOL) {}

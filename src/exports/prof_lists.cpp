@@ -14,10 +14,13 @@ namespace {
 template <class Char, class Result, class Operation>
 Result WithPath(ProfJob handle, ProfList listHandle, const Char* path, Result failure, Operation operation) {
     clsProfJob* const job = FromHandle(handle);
-    clsItemList* const list = job ? FromHandle(*job, listHandle) : nullptr;
-    if (!list || !path)
+    if (!job || !path)
         return failure;
-    return UtilpGuard(failure, [&] { return operation(*list, clsTextArgument<Char>(path).View()); });
+    return UtilpGuard(failure, [&] {
+        const clsTextArgument<Char> text(path);
+        clsItemList* const list = StartOf(*job, listHandle, text.View());
+        return list ? operation(*list, text.View()) : failure;
+    });
 }
 
 template <class Char>
@@ -51,7 +54,7 @@ void DeleteByHandle(ProfJob handle, ProfList listHandle) {
     if (!job)
         return;
     if (!listHandle)
-        ProfpRemoveFirstItem(job->Tree());
+        job->Tree().RemoveFirstItem();
     else if (clsItemList* const list = FromHandle(*job, listHandle))
         ProfpRemoveList(*list);
 }

@@ -14,16 +14,19 @@ template <class Char>
 void Add(void (*add)(clsItemList&, std::u16string_view, std::u16string_view), ProfJob handle,
          ProfList listHandle, const Char* path, const Char* value) {
     clsProfJob* const job = FromHandle(handle);
-    clsItemList* const list = job ? FromHandle(*job, listHandle) : nullptr;
-    if (!list || !path)
+    if (!job || !path)
         return;
-    UtilpGuard([&] { add(*list, clsTextArgument<Char>(path).View(), clsTextArgument<Char>(value).View()); });
+    UtilpGuard([&] {
+        const clsTextArgument<Char> name(path);
+        if (clsItemList* const list = StartOf(*job, listHandle, name.View()))
+            add(*list, name.View(), clsTextArgument<Char>(value).View());
+    });
 }
 
+// A path that cannot be converted names nothing.
 template <class Char>
-const clsItem* Find(clsProfJob& job, ProfList listHandle, const Char* path) {
-    clsItemList* const list = FromHandle(job, listHandle);
-    return list && path ? ProfpFindItem(*list, clsTextArgument<Char>(path).View()) : nullptr;
+const clsItem* FindGuarded(clsProfJob& job, ProfList listHandle, const Char* path) {
+    return UtilpGuard(static_cast<const clsItem*>(nullptr), [&] { return FindItem(job, listHandle, path); });
 }
 
 // ---- Into a caller's buffer -----------------------------------------------------------------------
@@ -59,17 +62,16 @@ void FillWithDefault(Char* buffer, UINT size, const Char* defaultValue) {
         Fill(buffer, size, std::basic_string_view<Char>(defaultValue));
 }
 
+// The item is found before anything is written: its path may stand in the buffer.
 template <class Char>
 INT GetString(ProfJob handle, ProfList listHandle, const Char* path, Char* buffer, UINT size,
               const Char* defaultValue) {
-    FillWithDefault(buffer, size, defaultValue);
     clsProfJob* const job = FromHandle(handle);
-    if (!job)
-        return PROF_OK;
     return UtilpGuard(PROF_NOT_FOUND, [&]() -> INT {
-        const clsItem* const item = Find(*job, listHandle, path);
+        const clsItem* const item = job ? FindGuarded(*job, listHandle, path) : nullptr;
+        FillWithDefault(buffer, size, defaultValue);
         if (!item)
-            return PROF_NOT_FOUND;
+            return job ? PROF_NOT_FOUND : PROF_OK;
         if (buffer && size != 0)
             FillFromStored(buffer, size, item->Value());
         return static_cast<INT>(item->Value().size());
@@ -82,7 +84,7 @@ INT GetStringLength(ProfJob handle, ProfList listHandle, const Char* path) {
     if (!job)
         return 0;
     return UtilpGuard(PROF_NOT_FOUND, [&]() -> INT {
-        const clsItem* const item = Find(*job, listHandle, path);
+        const clsItem* const item = FindItem(*job, listHandle, path);
         return item ? static_cast<INT>(item->Value().size()) : PROF_NOT_FOUND;
     });
 }

@@ -52,13 +52,16 @@ using AddItem = void (*)(clsItemList& start, std::u16string_view path, std::u16s
 template <class Type, class Char, class Value>
 void Add(AddItem add, ProfJob handle, ProfList listHandle, const Char* path, const Value& value) {
     clsProfJob* const job = FromHandle(handle);
-    clsItemList* const list = job ? FromHandle(*job, listHandle) : nullptr;
-    if (!list || !path)
+    if (!job || !path)
         return;
     UtilpGuard([&] {
+        const clsTextArgument<Char> name(path);
+        clsItemList* const list = StartOf(*job, listHandle, name.View());
+        if (!list)
+            return;
         clsValueText text;
         Type::Format(text, FromCaller(value));
-        add(*list, clsTextArgument<Char>(path).View(), text.View());
+        add(*list, name.View(), text.View());
     });
 }
 
@@ -93,9 +96,7 @@ INT Get(ProfJob handle, ProfList listHandle, const Char* path, Out* out, const O
     Out& target = out ? *out : unwanted;
     const Out fallback = defaultValue; // may be the target itself
     const INT result = UtilpGuard(PROF_NOT_FOUND, [&]() -> INT {
-        clsItemList* const list = FromHandle(*job, listHandle);
-        const clsItem* const item =
-            list && path ? ProfpFindItem(*list, clsTextArgument<Char>(path).View()) : nullptr;
+        const clsItem* const item = FindItem(*job, listHandle, path);
         if (!item || item->Value().empty())
             return PROF_NOT_FOUND;
         return ParseInto<Type>(Examined<Type>(item->Value()), target) ? PROF_OK : PROF_NOT_PARSED;

@@ -14,16 +14,15 @@ using AddItem = void (*)(clsItemList& start, std::u16string_view path, std::u16s
 
 void Add(AddItem add, ProfJob handle, ProfList listHandle, const wchar_t* path, const VARIANT* value) {
     clsProfJob* const job = FromHandle(handle);
-    clsItemList* const list = job ? FromHandle(*job, listHandle) : nullptr;
-    if (!list || !path || !value)
+    if (!job || !path || !value)
         return;
-    UtilpGuard([&] {
-        const std::u16string text = ProfpVariantText(ProfpStoreVariant(*value));
-        add(*list, FromWide(std::wstring_view(path)), text);
-    });
+    const std::u16string_view name = FromWide(std::wstring_view(path));
+    clsItemList* const list = StartOf(*job, listHandle, name);
+    if (list)
+        UtilpGuard([&] { add(*list, name, ProfpVariantText(ProfpStoreVariant(*value))); });
 }
 
-// out, which may be null, is empty unless the text is a variant.
+// out, which may be null, is empty unless the text is a variant. The text may stand where out is.
 INT Parse(std::u16string_view text, VARIANT* out) {
     return UtilpGuard(PROF_NOT_PARSED, [&] {
         clsVariant value;
@@ -34,9 +33,10 @@ INT Parse(std::u16string_view text, VARIANT* out) {
     });
 }
 
-void Empty(VARIANT* out) {
-    if (out)
+INT EmptyUnlessRead(INT result, VARIANT* out) {
+    if (out && result != PROF_OK)
         VariantInit(out);
+    return result;
 }
 
 } // namespace
@@ -52,14 +52,10 @@ INT TVUT22_CALL ProfGetVariant(ProfJob handle, ProfList listHandle, const wchar_
     clsProfJob* const job = FromHandle(handle);
     if (!job)
         return PROF_OK;
-    Empty(out);
-    clsItemList* const list = FromHandle(*job, listHandle);
-    const clsItem* const item =
-        list && path ? ProfpFindItem(*list, FromWide(std::wstring_view(path))) : nullptr;
-    return item && !item->Value().empty() ? Parse(item->Value(), out) : PROF_NOT_FOUND;
+    const clsItem* const item = FindItem(*job, listHandle, path);
+    return EmptyUnlessRead(item && !item->Value().empty() ? Parse(item->Value(), out) : PROF_NOT_FOUND, out);
 }
 
 INT TVUT22_CALL ProfGetVariantFromContents(const wchar_t* text, VARIANT* out) {
-    Empty(out);
-    return text ? Parse(FromWide(std::wstring_view(text)), out) : PROF_NOT_PARSED;
+    return EmptyUnlessRead(text ? Parse(FromWide(std::wstring_view(text)), out) : PROF_NOT_PARSED, out);
 }

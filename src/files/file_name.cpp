@@ -3,6 +3,8 @@
 // drops blanks and dots at the end of a name, so that such a one would name another file.
 #include "files/file_name.h"
 
+#include "platform/exception.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -76,6 +78,11 @@ bool UtilpIsFileName(std::u16string_view path) noexcept {
     const std::u16string_view name = LastComponent(path);
     const std::size_t dot = name.find(u'.');
     return CanBeName(name) && (dot != name.rfind(u'.') || !IsReserved(name.substr(0, dot)));
+}
+
+void UtilpRequireFileName(std::u16string_view path) {
+    if (!UtilpIsFileName(path))
+        throw clsException("no file can have this name", reason::invalidName);
 }
 
 std::size_t UtilpDeviceLength(std::u16string_view name) noexcept {

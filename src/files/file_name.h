@@ -14,6 +14,9 @@ bool UtilpIsNameCharacter(char16_t unit) noexcept;
 // case).
 bool UtilpIsFileName(std::u16string_view path) noexcept;
 
+// Throws clsException for one that cannot.
+void UtilpRequireFileName(std::u16string_view path);
+
 // Whether a name that nobody vouches for names a file in whatever folder it is put into, and nothing else
 // there is: no separator, drive, stream, "." or "..", and stricter about devices than a path is, as
 // UtilpDeviceLength has them.

@@ -58,8 +58,10 @@ UINT PlatformProfileFormat() noexcept {
 clsClipboard::clsClipboard(HWND owner) : open_(Open(owner)) {}
 
 clsClipboard::~clsClipboard() {
-    if (open_)
-        CloseClipboard();
+    if (!open_)
+        return;
+    const clsLastErrorKept lastError;
+    CloseClipboard();
 }
 
 clsGlobalMemory::clsGlobalMemory(std::size_t bytes)
@@ -84,6 +86,7 @@ bool clsGlobalMemory::Give(UINT format) {
 }
 
 bool PlatformReadClipboard(UINT format, clsByteSink& sink) {
+    SetLastError(ERROR_NOT_FOUND);
     const HGLOBAL block = IsClipboardFormatAvailable(format) ? GetClipboardData(format) : nullptr;
     if (!block)
         return false;

@@ -53,7 +53,7 @@ class clsGlobalMemory {
 };
 
 // The whole block that the open clipboard holds under a format, which lives as long as the clipboard is
-// open, into a sink. False when there is none.
+// open, into a sink. False when there is none; the thread's last error tells why.
 bool PlatformReadClipboard(UINT format, clsByteSink& sink);
 
 } // namespace tvut

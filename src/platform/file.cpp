@@ -2,7 +2,6 @@
 
 #include "platform/exception.h"
 #include "platform/long_path.h"
-#include "platform/patience.h"
 #include "platform/wide.h"
 
 #include <algorithm>
@@ -12,12 +11,16 @@ namespace tvut {
 
 namespace {
 
-constexpr ULONGLONG openPatience = 10000; // milliseconds
-constexpr ULONGLONG replacePatience = 2000;
+constexpr ULONGLONG replacePatience = 2000; // milliseconds
+
+[[noreturn]] void Fail(const char* what) {
+    const DWORD error = GetLastError(); // before anything else asks the system
+    throw clsException(what, error);
+}
 
 void Require(BOOL succeeded, const char* what) {
     if (!succeeded)
-        throw clsException(what);
+        Fail(what);
 }
 
 void MoveTo(HANDLE file, std::uint64_t position) {
@@ -36,8 +39,10 @@ void WriteAll(HANDLE file, const void* data, std::size_t bytes) {
     const char* next = static_cast<const char*>(data);
     while (bytes != 0) {
         DWORD written = 0;
-        Require(WriteFile(file, next, static_cast<DWORD>(bytes), &written, nullptr) && written != 0,
+        Require(WriteFile(file, next, static_cast<DWORD>(bytes), &written, nullptr),
                 "file cannot be written");
+        if (written == 0)
+            throw clsException("file takes no bytes", reason::writeFault);
         next += written;
         bytes -= written;
     }
@@ -51,10 +56,11 @@ void WriteZeros(HANDLE file, std::uint64_t count) {
 
 } // namespace
 
-clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, DWORD& error) {
+clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, clsPatience& patience,
+                               DWORD& error) {
     const std::wstring path = PlatformLongPath(ToWide(name));
     clsFileHandle file;
-    error = PlatformRetryWhileShared(openPatience, [&]() -> DWORD {
+    error = patience.Try([&]() -> DWORD {
         file = clsFileHandle(CreateFileW(path.c_str(), mode.access, mode.share, nullptr, mode.disposition,
                                          FILE_ATTRIBUTE_NORMAL, nullptr));
         return file ? ERROR_SUCCESS : GetLastError();
@@ -62,12 +68,15 @@ clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, DWO
     return file;
 }
 
-bool PlatformMakeFolder(const char16_t* name) {
+DWORD PlatformMakeFolder(const char16_t* name) {
     const std::wstring path = PlatformLongPath(ToWide(name));
     if (CreateDirectoryW(path.c_str(), nullptr))
-        return true;
+        return ERROR_SUCCESS;
+    const DWORD error = GetLastError();
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    const bool isThere =
+        attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return isThere ? ERROR_SUCCESS : error;
 }
 
 // ---- Reading ----------------------------------------------------------------------------------
@@ -186,16 +195,16 @@ DWORD PutInPlace(const std::wstring& target, const std::wstring& temporary) {
 
 clsReplacingSink::clsReplacingSink(const char16_t* target) : target_(PlatformLongPath(ToWide(target))) {
     targetExists_ = GetFileAttributesExW(target_.c_str(), GetFileExInfoStandard, &targetData_);
-    Require(!targetExists_ ||
-                !(targetData_.dwFileAttributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)),
-            "file is read-only or a folder");
+    if (targetExists_ &&
+        (targetData_.dwFileAttributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)))
+        throw clsException("file is read-only or a folder", reason::accessDenied);
     file_ = MakeTemporary(FolderOf(target_), temporary_);
     Require(static_cast<bool>(file_), "temporary file cannot be made");
 }
 
 // Without its file there is nothing to remove: it was never made, or it is the target by now.
 clsReplacingSink::~clsReplacingSink() {
-    if (!file_ && !written_)
+    if ((!file_ && !written_) || torn_)
         return;
     file_.Reset();
     DeleteFileW(temporary_.c_str());
@@ -210,10 +219,53 @@ void clsReplacingSink::Finish() {
         TakeOver(target_, targetData_, temporary_, file_.Get());
     written_ = true;
     file_.Reset();
-    const DWORD error =
-        PlatformRetryWhileShared(replacePatience, [&] { return PutInPlace(target_, temporary_); });
-    Require(error == ERROR_SUCCESS, "file cannot be replaced");
+    const DWORD error = clsPatience(replacePatience).Try([&] { return PutInPlace(target_, temporary_); });
+    if (error == ERROR_SHARING_VIOLATION)
+        return CopyOverTarget();
+    if (error != ERROR_SUCCESS)
+        throw clsException("file cannot be replaced", error);
     written_ = false;
+}
+
+namespace {
+
+clsFileHandle OpenExisting(const std::wstring& name, DWORD access) {
+    const DWORD everything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    clsFileHandle file(CreateFileW(name.c_str(), access, everything, nullptr, OPEN_EXISTING,
+                                   FILE_ATTRIBUTE_NORMAL, nullptr));
+    Require(static_cast<bool>(file), "file can be neither replaced nor overwritten");
+    return file;
+}
+
+void Copy(clsByteSource& source, clsByteSink& sink) {
+    std::array<char, 16 * 1024> block;
+    while (const std::size_t read = source.Read(block.data(), block.size()))
+        sink.Write(block.data(), read);
+    sink.Finish();
+}
+
+} // namespace
+
+// What can be known before is asked before: whether there is room, and whether the file may be cut.
+void clsReplacingSink::CopyOverTarget() {
+    const clsFileHandle contents = OpenExisting(temporary_, GENERIC_READ);
+    const clsFileHandle target = OpenExisting(target_, GENERIC_WRITE);
+    clsFileSource source(contents.Get());
+    clsFileSink sink(target.Get());
+    const std::uint64_t sizeBefore = SizeOf(target.Get());
+    bool isOverwriting = false;
+    torn_ = true; // until the opposite is known
+    try {
+        sink.Extend(source.SizeHint());
+        isOverwriting = true;
+        Copy(source, sink);
+        torn_ = false;
+    } catch (const clsException& exception) {
+        torn_ = isOverwriting || SizeOf(target.Get()) != sizeBefore;
+        if (!torn_)
+            throw;
+        throw clsTornFile(exception, temporary_);
+    }
 }
 
 } // namespace tvut

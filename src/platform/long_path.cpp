@@ -33,10 +33,8 @@ std::wstring PlatformLongPath(std::wstring_view path) {
     if (IsFull(plain) && plain.size() <= longestPlain)
         return plain;
     const std::wstring full = PlatformFullPath(plain);
-    if (full.size() <= longestPlain)
-        return plain;
     const auto [prefix, rest] = PlatformVerbatimPath(full);
-    return std::wstring(prefix).append(rest);
+    return full.size() <= longestPlain || prefix.empty() ? plain : std::wstring(prefix).append(rest);
 }
 
 } // namespace tvut

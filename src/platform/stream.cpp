@@ -10,6 +10,15 @@ namespace {
 
 constexpr std::size_t largestTransfer = 16 * 1024 * 1024;
 
+// The codes of storage, like those of Win32, are the system's error numbers within a facility.
+void Require(HRESULT result, const char* what, unsigned long otherwise) {
+    if (SUCCEEDED(result))
+        return;
+    const bool isSystems =
+        HRESULT_FACILITY(result) == FACILITY_WIN32 || HRESULT_FACILITY(result) == FACILITY_STORAGE;
+    throw clsException(what, isSystems ? HRESULT_CODE(result) : otherwise);
+}
+
 bool SeekToStart(IStream* stream) {
     return SUCCEEDED(stream->Seek(LARGE_INTEGER{}, STREAM_SEEK_SET, nullptr));
 }
@@ -35,8 +44,9 @@ std::uint64_t clsStreamSource::SizeHint() {
 std::size_t clsStreamSource::Read(void* buffer, std::size_t bytes) {
     ULONG read = 0;
     const auto wanted = static_cast<ULONG>(std::min(bytes, largestTransfer));
-    if (FAILED(stream_->Read(buffer, wanted, &read)) || read > wanted)
-        throw clsException("stream cannot be read");
+    Require(stream_->Read(buffer, wanted, &read), "stream cannot be read", reason::readFault);
+    if (read > wanted)
+        throw clsException("stream says it read more than it was asked for", reason::readFault);
     return read;
 }
 
@@ -44,8 +54,11 @@ clsStreamSink::clsStreamSink(IStream* stream, Contents contents)
     : stream_(stream), fromStart_(contents == Contents::areReplaced && SeekToStart(stream)) {}
 
 void clsStreamSink::Extend(std::uint64_t bytes) {
-    if (fromStart_ && stream_->SetSize(Size(bytes)) == STG_E_MEDIUMFULL)
-        throw clsException("stream cannot be extended");
+    if (!fromStart_)
+        return;
+    const HRESULT result = stream_->SetSize(Size(bytes));
+    if (result == STG_E_MEDIUMFULL) // whoever cannot change his size says so otherwise
+        Require(result, "stream cannot be extended", reason::writeFault);
 }
 
 void clsStreamSink::Write(const void* data, std::size_t bytes) {
@@ -53,8 +66,9 @@ void clsStreamSink::Write(const void* data, std::size_t bytes) {
     while (bytes != 0) {
         ULONG written = 0;
         const auto wanted = static_cast<ULONG>(std::min(bytes, largestTransfer));
-        if (FAILED(stream_->Write(next, wanted, &written)) || written == 0 || written > wanted)
-            throw clsException("stream cannot be written");
+        Require(stream_->Write(next, wanted, &written), "stream cannot be written", reason::writeFault);
+        if (written == 0 || written > wanted)
+            throw clsException("stream takes no bytes, or more than there are", reason::writeFault);
         next += written;
         bytes -= written;
         written_ += written;

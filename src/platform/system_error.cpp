@@ -1,11 +1,17 @@
 #include "platform/system_error.h"
 
+#include "platform/exception.h"
 #include "platform/wide.h"
 
 #include <cwchar>
 #include <windows.h>
 
 namespace tvut {
+
+static_assert(reason::accessDenied == ERROR_ACCESS_DENIED && reason::noMemory == ERROR_NOT_ENOUGH_MEMORY &&
+              reason::invalidData == ERROR_INVALID_DATA && reason::writeFault == ERROR_WRITE_FAULT &&
+              reason::readFault == ERROR_READ_FAULT && reason::invalidArgument == ERROR_INVALID_PARAMETER &&
+              reason::invalidName == ERROR_INVALID_NAME && reason::tooLarge == ERROR_FILE_TOO_LARGE);
 
 clsSystemErrorText::clsSystemErrorText(unsigned long error) noexcept {
     wchar_t* const text = ToWide(text_.data());

@@ -13,8 +13,10 @@ clsTemporaryFile::clsTemporaryFile(const wchar_t* prefix) {
     file_ =
         clsFileHandle(CreateFileW(name.data(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING,
                                   FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
-    if (!file_)
+    if (!file_) {
+        const clsLastErrorKept lastError;
         DeleteFileW(name.data());
+    }
 }
 
 } // namespace tvut

@@ -13,7 +13,7 @@ class clsTemporaryFile {
     HANDLE Get() const { return file_.Get(); } // for reading and writing
 
   private:
-    clsFileHandle file_; // none when it cannot be made
+    clsFileHandle file_; // none when it cannot be made; the thread's last error tells why
 };
 
 } // namespace tvut

@@ -9,10 +9,10 @@ namespace {
 
 struct scDebugLines {
     void Item(const clsItem& item, std::uint32_t level) noexcept {
-        clsDiagnosticLine().PutBlanks(level).Put(item.Name()).Put(u"=").Put(item.Value()).Write();
+        clsDiagnosticLine().PutBlanks(level).Put(item.Name()).Put(u"=").Put(item.Value()).Put(u"\n").Write();
     }
     void BeginList(const clsItem& entry, std::uint32_t level) noexcept {
-        clsDiagnosticLine().PutBlanks(level).Put(u"[").Put(entry.Name()).Put(u"]").Write();
+        clsDiagnosticLine().PutBlanks(level).Put(u"[").Put(entry.Name()).Put(u"]\n").Write();
     }
     void EndList(std::uint32_t) noexcept {}
 };

@@ -7,6 +7,7 @@
 #include "platform/file_finder.h"
 #include "platform/letter_case.h"
 #include "prof/path.h"
+#include "prof/torn_file.h"
 #include "runtime/diagnostics.h"
 #include "text/byte_text.h"
 
@@ -21,26 +22,24 @@ constexpr std::u16string_view entryName = u"File.Entry";
 constexpr std::u16string_view nameItem = u"Name";
 constexpr std::u16string_view contentsItem = u"Contents";
 
-// Ends where there are more bytes than can be read again.
+void RequireFit(std::uint64_t bytes) {
+    if (bytes > largestUnfoldedBytes)
+        throw clsException("more bytes than a text of a profile can hold", reason::tooLarge);
+}
+
+// Fails where there are more bytes than can be read again, whatever size the source tells.
 class clsLimitedSource final : public clsByteSource {
   public:
-    explicit clsLimitedSource(clsByteSource& source) : source_(source) {
-        Require(source_.SizeHint() <= largestUnfoldedBytes);
-    }
+    explicit clsLimitedSource(clsByteSource& source) : source_(source) {}
     std::uint64_t SizeHint() override { return source_.SizeHint(); }
     std::size_t Read(void* buffer, std::size_t bytes) override {
         const std::size_t read = source_.Read(buffer, bytes);
         all_ += read;
-        Require(all_ <= largestUnfoldedBytes);
+        RequireFit(all_);
         return read;
     }
 
   private:
-    static void Require(bool fits) {
-        if (!fits)
-            throw clsException("more bytes than a text of a profile can hold");
-    }
-
     clsByteSource& source_;
     std::uint64_t all_ = 0;
 };
@@ -53,6 +52,12 @@ class clsPackedValue final : public IclsValueWriter {
 
   private:
     const clsPackedBytes& bytes_;
+};
+
+// A text that does not decode: what it was to be written to is not at fault.
+class clsUndecoded : public clsException {
+  public:
+    clsUndecoded() : clsException("text does not decode") {}
 };
 
 void Tell(std::u16string_view before, std::u16string_view name, std::u16string_view behind) {
@@ -73,15 +78,14 @@ void AppendEntry(clsItemList& list, std::u16string_view name, const clsPackedByt
     }
 }
 
-bool AppendFile(clsItemList& list, const std::u16string& folder, const std::u16string& name,
-                std::u16string_view key) {
+void AppendFile(clsItemList& list, const std::u16string& folder, const std::u16string& name,
+                std::u16string_view key, clsPatience& patience) {
     const std::u16string file = folder + name;
     try {
-        AppendEntry(list, name, ProfpPackFile(file, key));
-        return true;
+        AppendEntry(list, name, ProfpPackFile(file, key, patience));
     } catch (const clsException&) {
-        Tell(u"ProfAppendFiles: ", file, u" could not be read");
-        return false;
+        Tell(u"WRN: ProfAppendFiles: ", file, u" could not be read");
+        throw;
     }
 }
 
@@ -109,18 +113,25 @@ std::vector<std::u16string> FilesOf(const scFilePattern& pattern) {
 
 // ---- Out of the profile -------------------------------------------------------------------------
 
-bool ExtractEntry(clsItemList& entry, const std::u16string& folder, std::u16string_view key) {
+void ExtractEntry(clsItemList& entry, const std::u16string& folder, std::u16string_view key) {
     const clsItem* const name = entry.FindItem(scName(nameItem));
     if (!name || name->Value().empty()) {
         clsDiagnosticLine().Put(u"ProfExtractFiles:\"Filename=\" not found").Write();
-        return false;
+        throw clsException("file entry without a name");
     }
     const std::u16string file = folder + std::u16string(name->Value());
     const clsItem* const contents = entry.FindItem(scName(contentsItem));
-    if (contents && UtilpIsBareFileName(name->Value()))
-        return ProfpWriteFile(file, contents->Value(), key);
+    const bool isBareName = UtilpIsBareFileName(name->Value());
+    try {
+        if (contents && isBareName)
+            return ProfpWriteFile(file, contents->Value(), key);
+    } catch (const clsUndecoded&) {
+        Tell({}, file, u" could not be created");
+        throw;
+    }
     Tell({}, file, u" could not be created");
-    return false;
+    throw clsException("file entry with another name than a file's, or without contents",
+                       isBareName ? reason::invalidData : reason::invalidName);
 }
 
 } // namespace
@@ -131,12 +142,18 @@ clsPackedBytes ProfpPackBytes(clsByteSource& source, std::u16string_view key) {
 }
 
 clsPackedBytes ProfpPackFile(const std::u16string& file, std::u16string_view key) {
-    DWORD error = 0;
+    clsPatience patience(openPatience);
+    return ProfpPackFile(file, key, patience);
+}
+
+clsPackedBytes ProfpPackFile(const std::u16string& file, std::u16string_view key, clsPatience& patience) {
+    DWORD error = reason::invalidName;
     const clsFileHandle handle =
-        UtilpIsFileName(file) ? PlatformOpenFile(file.c_str(), openToRead, error) : clsFileHandle();
+        UtilpIsFileName(file) ? PlatformOpenFile(file.c_str(), openToRead, patience, error) : clsFileHandle();
     if (!handle)
-        throw clsException("file cannot be opened");
+        throw clsException("file cannot be opened", error);
     clsFileSource source(handle.Get());
+    RequireFit(source.SizeHint());
     return ProfpPackBytes(source, key);
 }
 
@@ -144,50 +161,61 @@ void ProfpAppendBytes(clsItemList& start, std::u16string_view path, const clsPac
     ProfpAppendItem(start, path, clsPackedValue(bytes));
 }
 
-bool ProfpWriteFile(const std::u16string& file, std::u16string_view text, std::u16string_view key) {
-    try {
-        if (UtilpIsFileName(file)) {
-            clsReplacingSink sink(file.c_str());
-            if (UtilpWriteBytesOfText(text, key, sink)) {
-                sink.Finish();
-                return true;
-            }
-        }
-    } catch (const clsException&) { // it could not be made, written or put in its place
-    }
-    Tell({}, file, u" could not be created");
-    return false;
+void ProfpWriteBytes(std::u16string_view text, std::u16string_view key, clsByteSink& sink) {
+    if (!UtilpWriteBytesOfText(text, key, sink))
+        throw clsUndecoded();
+    sink.Finish();
 }
 
-bool ProfpAppendFiles(clsItemList& list, std::u16string_view patterns, std::u16string_view key) {
+void ProfpWriteFile(const std::u16string& file, std::u16string_view text, std::u16string_view key) {
+    try {
+        UtilpRequireFileName(file);
+        clsReplacingSink sink(file.c_str());
+        ProfpWriteBytes(text, key, sink);
+    } catch (const clsTornFile& torn) {
+        ProfpTellOfTornFile(file, torn);
+        throw;
+    } catch (const clsUndecoded&) {
+        throw; // it has a line of its own
+    } catch (const clsException&) {
+        Tell({}, file, u" could not be created");
+        throw;
+    }
+}
+
+void ProfpAppendFiles(clsItemList& list, std::u16string_view patterns, std::u16string_view key) {
+    clsPatience patience(openPatience);
     for (std::u16string_view element; !(element = UtilpTakeFilePattern(patterns)).empty();) {
         const scFilePattern pattern(element);
         const std::vector<std::u16string> names = FilesOf(pattern);
         if (names.empty())
-            Tell(u"ProfAppendFiles: ", element, u" not found");
-        for (const std::u16string& name : names) {
-            if (!AppendFile(list, std::u16string(pattern.folder), name, key))
-                return false;
-        }
+            Tell(u"WRN: ProfAppendFiles: ", element, u" not found");
+        for (const std::u16string& name : names)
+            AppendFile(list, std::u16string(pattern.folder), name, key, patience);
     }
-    return true;
 }
 
-bool ProfpExtractFiles(clsItemList& list, std::u16string_view folder, std::u16string_view key) {
+void ProfpExtractFiles(clsItemList& list, std::u16string_view folder, std::u16string_view key) {
     std::u16string path(folder);
-    bool complete = !path.empty() && PlatformMakeFolder(path.c_str());
-    if (!complete)
+    unsigned long why = path.empty() ? reason::invalidName : PlatformMakeFolder(path.c_str());
+    if (why != 0) {
         Tell(u"problem creating directory ", path, {});
-    if (path.empty())
-        return false;
+        throw clsException("folder cannot be made", why);
+    }
     if (path.back() != u'\\')
         path += u'\\';
     for (std::uint32_t position = 0; position < list.End(); ++position) {
         const clsItem& entry = list.At(position);
-        if (entry.IsList() && entry.Name() == entryName)
-            complete = ExtractEntry(*entry.subList, path, key) && complete;
+        if (!entry.IsList() || entry.Name() != entryName)
+            continue;
+        try {
+            ExtractEntry(*entry.subList, path, key);
+        } catch (const clsException& exception) {
+            why = exception.Reason();
+        }
     }
-    return complete;
+    if (why != 0)
+        throw clsException("not every entry was extracted", why);
 }
 
 } // namespace tvut

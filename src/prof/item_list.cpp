@@ -3,6 +3,8 @@
 #include "prof/name_index.h"
 #include "text/units.h"
 
+#include <algorithm>
+
 namespace tvut {
 
 scMatch clsItemList::Find(EntryKind kind, const scName& name) {
@@ -20,10 +22,14 @@ void clsItemList::ExpectFind(EntryKind kind, const scName& name) const noexcept 
 
 std::uint32_t clsItemList::FindFrom(std::uint32_t position, std::uint32_t key,
                                     std::u16string_view name) const {
-    for (; position < used_; ++position) {
-        const clsItem& entry = entries_.At(position);
-        if (entry.key == key && UtilpEqual(entry.Name(), name))
-            return position;
+    while (position < used_) {
+        const clsItem* const run = &entries_.At(position);
+        const std::uint32_t length = std::min(used_ - position, entries_.RunLength(position));
+        for (std::uint32_t i = 0; i < length; ++i) {
+            if (run[i].key == key && UtilpEqual(run[i].Name(), name))
+                return position + i;
+        }
+        position += length;
     }
     return notFound;
 }

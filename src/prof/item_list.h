@@ -67,7 +67,7 @@ class clsItemList {
     clsItemList(clsTree* tree, clsItemList* parent, std::uint32_t position)
         : tree_(tree), parent_(parent), position_(position) {}
 
-    clsTree* tree_; // first, so that a freed list's block no longer names its tree
+    clsTree* tree_; // first: it is what tells a list from a block that is free
     clsItemList* parent_;
     clsItemSequence entries_{};
     std::uint32_t used_ = 0;

@@ -20,6 +20,11 @@ class clsItemSequence {
         return const_cast<clsItemSequence*>(this)->At(position);
     }
 
+    // The number of places from a position on that stand behind each other in memory.
+    std::uint32_t RunLength(std::uint32_t position) const {
+        return IsOneBlock() ? capacity_ - position : segmentLength - position % segmentLength;
+    }
+
     std::uint32_t Capacity() const { return capacity_; }
 
     // Makes room for at least one more entry than there is room for now. Throws std::bad_alloc, changing

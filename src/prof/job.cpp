@@ -7,6 +7,7 @@
 #include "platform/stream.h"
 #include "platform/temporary_file.h"
 #include "prof/formats/save.h"
+#include "prof/torn_file.h"
 #include "runtime/default_code_page.h"
 
 #include <array>
@@ -44,6 +45,11 @@ clsSinkMaker<Sink, Target> SinkOn(Target target) {
     return clsSinkMaker<Sink, Target>(target);
 }
 
+void RequireSaved(bool saved) {
+    if (!saved)
+        throw clsException("profile is too large", reason::tooLarge);
+}
+
 // What the open clipboard is given: the profile, and for programs that know no profiles a text. The text
 // is UTF-16 under the format of 8-bit text, as programs in the field have found it all along.
 int GiveToClipboard(HANDLE profile) {
@@ -78,7 +84,7 @@ clsProfJob* clsProfJob::OpenStream(IStream* stream, std::u16string_view name, st
     clsNewJob job(new clsProfJob(std::u16string_view()));
     if (stream) {
         clsStreamSource source(stream);
-        job->error_ = job->LoadSource(source, name, ProfpReadMode(flags));
+        job->LoadSource(source, {name.empty() ? u"(Stream)" : name, ProfpReadMode(flags), UtilpCodePage()});
     }
     return job.release();
 }
@@ -94,26 +100,27 @@ void clsProfJob::Release() noexcept {
         delete this;
 }
 
+void clsProfJob::Fail(int error, unsigned long why) {
+    error_ = error;
+    reason_ = why;
+}
+
 void clsProfJob::LoadFile(bool exclusive) {
-    if (!UtilpIsFileName(fileName_.View())) {
-        error_ = profResult::openFailed;
-        return;
-    }
+    if (!UtilpIsFileName(fileName_.View()))
+        return Fail(profResult::openFailed, reason::invalidName);
     DWORD openError = 0;
+    clsPatience patience(openPatience);
     clsFileHandle file =
-        PlatformOpenFile(fileName_.Characters(), exclusive ? openToHold : openToRead, openError);
+        PlatformOpenFile(fileName_.Characters(), exclusive ? openToHold : openToRead, patience, openError);
     if (!file) {
-        if (openError == ERROR_SHARING_VIOLATION)
-            error_ = profResult::locked;
-        else
-            error_ = exclusive ? profResult::exclusiveFailed : profResult::openFailed;
-        return;
+        const int error = exclusive ? profResult::exclusiveFailed : profResult::openFailed;
+        return Fail(openError == ERROR_SHARING_VIOLATION ? profResult::locked : error, openError);
     }
     try {
         clsFileSource source(file.Get());
-        error_ = LoadSource(source, fileName_.View(), ReadMode::detect);
-    } catch (const clsException&) {
-        error_ = profResult::locked;
+        LoadSource(source, {fileName_.View(), ReadMode::detect, UtilpCodePage()});
+    } catch (const clsException& exception) {
+        Fail(profResult::locked, exception.Reason());
     }
     if (exclusive && error_ == profResult::ok)
         heldFile_ = std::move(file);
@@ -121,49 +128,54 @@ void clsProfJob::LoadFile(bool exclusive) {
 
 // The clipboard is closed again before the contents are parsed.
 void clsProfJob::LoadClipboard(HWND owner) {
-    error_ = profResult::openFailed;
     const clsTemporaryFile file(temporaryPrefix);
     if (!file)
-        return;
+        return Fail(profResult::openFailed, GetLastError());
     try {
         clsFileSink copy(file.Get());
         if (const clsClipboard clipboard(owner);
             !clipboard || !PlatformReadClipboard(PlatformProfileFormat(), copy))
-            return;
+            return Fail(profResult::openFailed, GetLastError());
         clsFileSource source(file.Get());
-        error_ = LoadSource(source, u"clipboard", ReadMode::detect);
-    } catch (const clsException&) { // the temporary file has no room
+        LoadSource(source, {u"clipboard", ReadMode::detect, UtilpCodePage(), true});
+    } catch (const clsException& exception) { // the temporary file has no room
+        Fail(profResult::openFailed, exception.Reason());
     }
 }
 
-// Gives the job's error. A source that fails and memory that runs out leave what was read so far.
-int clsProfJob::LoadSource(clsByteSource& source, std::u16string_view name, ReadMode mode) {
+// A source that fails and memory that runs out leave what was read so far.
+void clsProfJob::LoadSource(clsByteSource& source, const scLoadRequest& request) {
     try {
-        const scLoadResult result = ProfpLoad(source, tree_.Root(), {name, mode, UtilpCodePage()});
+        const scLoadResult result = ProfpLoad(source, tree_.Root(), request);
         compressed_ = result.compressed;
-        return result.parsed ? profResult::ok : profResult::loadFailed;
-    } catch (const clsException&) {
-        return profResult::locked;
+        if (!result.parsed)
+            Fail(profResult::loadFailed, reason::invalidData);
+    } catch (const clsException& exception) {
+        Fail(profResult::locked, exception.Reason());
     } catch (const std::bad_alloc&) {
-        return profResult::locked;
+        Fail(profResult::locked, reason::noMemory);
     }
 }
 
-bool clsProfJob::Save(std::optional<std::u16string_view> fileName, std::uint32_t flags) {
+void clsProfJob::Save(std::optional<std::u16string_view> fileName, std::uint32_t flags) {
     const IString target = fileName ? IString(*fileName) : fileName_;
     if (heldFile_ && target == fileName_) {
         auto maker = SinkOn<clsFileSink>(heldFile_.Get());
-        return ProfpSave(tree_.Root(), flags, compressed_, maker);
+        return RequireSaved(ProfpSave(tree_.Root(), flags, compressed_, maker));
     }
-    if (!UtilpIsFileName(target.View()))
-        return false;
+    UtilpRequireFileName(target.View());
     auto maker = SinkOn<clsReplacingSink>(target.Characters());
-    return ProfpSave(tree_.Root(), flags, compressed_, maker);
+    try {
+        RequireSaved(ProfpSave(tree_.Root(), flags, compressed_, maker));
+    } catch (const clsTornFile& torn) {
+        ProfpTellOfTornFile(target.View(), torn);
+        throw;
+    }
 }
 
-bool clsProfJob::SaveToStream(IStream& stream, std::uint32_t flags) {
+void clsProfJob::SaveToStream(IStream& stream, std::uint32_t flags) {
     auto maker = SinkOn<clsStreamSink>(&stream);
-    return ProfpSave(tree_.Root(), flags, compressed_, maker);
+    RequireSaved(ProfpSave(tree_.Root(), flags, compressed_, maker));
 }
 
 int clsProfJob::SaveToClipboard(HWND owner, std::uint32_t flags) {
@@ -171,8 +183,7 @@ int clsProfJob::SaveToClipboard(HWND owner, std::uint32_t flags) {
     if (!file)
         return profResult::clipboardFailed;
     auto maker = SinkOn<clsFileSink>(file.Get());
-    if (!ProfpSave(tree_.Root(), flags & formMask, false, maker))
-        return profResult::saveFailed;
+    RequireSaved(ProfpSave(tree_.Root(), flags & formMask, false, maker));
     const clsClipboard clipboard(owner);
     return clipboard ? GiveToClipboard(file.Get()) : profResult::clipboardFailed;
 }

@@ -47,12 +47,14 @@ class clsProfJob {
 
     clsTree& Tree() { return tree_; }
     int Error() const { return error_; }
+    unsigned long Reason() const { return reason_; } // of the error, as the system numbers them
 
     // Saves to a file, or to the job's own when no name is given. Throws on failure.
-    bool Save(std::optional<std::u16string_view> fileName, std::uint32_t flags);
-    bool SaveToStream(IStream& stream, std::uint32_t flags);
+    void Save(std::optional<std::u16string_view> fileName, std::uint32_t flags);
+    void SaveToStream(IStream& stream, std::uint32_t flags);
 
-    // Gives a result; throws when the profile cannot be written.
+    // Gives a result, and the thread's last error when it is a failure; throws when the profile cannot be
+    // written.
     int SaveToClipboard(HWND owner, std::uint32_t flags);
 
   private:
@@ -61,10 +63,12 @@ class clsProfJob {
 
     void LoadFile(bool exclusive);
     void LoadClipboard(HWND owner);
-    int LoadSource(clsByteSource& source, std::u16string_view name, ReadMode mode);
+    void LoadSource(clsByteSource& source, const scLoadRequest& request);
+    void Fail(int error, unsigned long why);
 
     std::atomic<std::uint32_t> references_{1};
     int error_ = profResult::ok;
+    unsigned long reason_ = 0;
     bool compressed_ = false; // what was loaded was in the compressed wrapper
     IString fileName_;
     clsFileHandle heldFile_;

@@ -6,8 +6,23 @@
 
 namespace tvut {
 
+namespace {
+
+// Walks over a list that together cost about what chaining its entries does.
+constexpr std::uint32_t walksBeforeChaining = 8;
+
+} // namespace
+
 clsNameIndex::~clsNameIndex() {
+    FreeAll();
+}
+
+void clsNameIndex::FreeAll() noexcept {
+    slab_.Free(links_, LinkCount() * sizeof(scLink));
     slab_.Free(slots_, capacity_ * sizeof(std::uint32_t));
+    links_ = nullptr;
+    slots_ = nullptr;
+    capacity_ = 0;
 }
 
 // At most half of the slots get used, and positions take one bit more than that: a list
@@ -15,9 +30,8 @@ clsNameIndex::~clsNameIndex() {
 bool clsNameIndex::Reserve(std::uint32_t count) noexcept {
     const auto bits = static_cast<std::uint32_t>(std::bit_width(count - 1)) + 1;
     filled_ = false;
-    slab_.Free(slots_, capacity_ * sizeof(std::uint32_t));
-    slots_ = nullptr;
-    capacity_ = 0;
+    repeatWalks_ = 0;
+    FreeAll();
     if (bits > 28)
         return false;
     try {
@@ -52,6 +66,8 @@ void clsNameIndex::Append(const clsItemList& list, std::uint32_t position) noexc
     const clsItem& entry = list.At(position);
     std::uint32_t& slot = slots_[SlotOf(list, entry.key, entry.Name())];
     if (slot != 0) {
+        if (links_)
+            AppendToRing(PositionIn(slot), position, (slot & repeats) == 0);
         slot |= repeats;
         return;
     }
@@ -76,15 +92,62 @@ void clsNameIndex::Remove(const clsItemList& list, std::uint32_t position) noexc
 
 void clsNameIndex::RemoveAt(const clsItemList& list, std::uint32_t position) noexcept {
     const clsItem& entry = list.At(position);
+    if ((slots_[SlotOf(list, entry.key, entry.Name())] & repeats) == 0)
+        return Remove(list, position);
+    ExpectRepeats(list);
     std::uint32_t& slot = slots_[SlotOf(list, entry.key, entry.Name())];
+    if (links_)
+        return LeaveRing(slot, position);
     if (PositionIn(slot) != position)
         return;
-    const std::uint32_t next =
-        slot & repeats ? list.FindFrom(position + 1, entry.key, entry.Name()) : clsItemList::notFound;
+    const std::uint32_t next = NextAlike(list, position);
     if (next == clsItemList::notFound)
         Remove(list, position);
     else
-        slot = (slot & ~positionMask_) | (next + 1);
+        SetPosition(slot, next);
+}
+
+// ---- Names that repeat ------------------------------------------------------------------------
+
+void clsNameIndex::ExpectRepeats(const clsItemList& list) noexcept {
+    if (!links_ && ++repeatWalks_ > walksBeforeChaining)
+        Chain(list);
+}
+
+// Filled anew, the entries of each name are met in their order. Without memory for it all stays as it is.
+void clsNameIndex::Chain(const clsItemList& list) noexcept {
+    try {
+        links_ = static_cast<scLink*>(slab_.Allocate(LinkCount() * sizeof(scLink)));
+    } catch (const std::bad_alloc&) {
+        return;
+    }
+    Fill(list);
+}
+
+// Behind the last one, which stands before the first.
+void clsNameIndex::AppendToRing(std::uint32_t first, std::uint32_t position, bool isSecond) noexcept {
+    const std::uint32_t last = isSecond ? first : links_[first].previous;
+    links_[position] = {first, last};
+    links_[last].next = position;
+    links_[first].previous = position;
+}
+
+void clsNameIndex::LeaveRing(std::uint32_t& slot, std::uint32_t position) noexcept {
+    const scLink link = links_[position];
+    links_[link.previous].next = link.next;
+    links_[link.next].previous = link.previous;
+    if (PositionIn(slot) == position)
+        SetPosition(slot, link.next);
+    if (link.next == link.previous) // one is left
+        slot &= ~repeats;
+}
+
+std::uint32_t clsNameIndex::NextAlike(const clsItemList& list, std::uint32_t position) const noexcept {
+    const clsItem& entry = list.At(position);
+    if (!links_)
+        return list.FindFrom(position + 1, entry.key, entry.Name());
+    const std::uint32_t next = links_[position].next;
+    return next > position ? next : clsItemList::notFound;
 }
 
 // The slot that holds the name, or the free one where it would go.

@@ -7,6 +7,10 @@
 // Its memory is taken when the list grows and its slots are filled at the first lookup: so a lookup
 // never allocates, and a list that is only loaded, walked or appended to pays next to nothing. An index
 // that cannot be had for lack of memory is done without; the walk gives the same answers.
+//
+// The second entry of a name is found by walking the list, which is cheap once and dear a thousand times.
+// So when entries of repeated names have been deleted a few times, those of each name are chained, in
+// rings by position. A ring is in order: its first entry is the slot's.
 #pragma once
 
 #include "prof/item_list.h"
@@ -39,6 +43,12 @@ class clsNameIndex {
     // Takes in the entry at a position behind all that it knows.
     void Append(const clsItemList& list, std::uint32_t position) noexcept;
 
+    // Tells that entries of a repeated name are about to be deleted.
+    void ExpectRepeats(const clsItemList& list) noexcept;
+
+    // The entry of the same name and kind behind one that is still in its place; notFound if none.
+    std::uint32_t NextAlike(const clsItemList& list, std::uint32_t position) const noexcept;
+
     // Forgets the name and kind of an entry that is still in its place.
     void Remove(const clsItemList& list, std::uint32_t position) noexcept;
 
@@ -46,6 +56,11 @@ class clsNameIndex {
     void RemoveAt(const clsItemList& list, std::uint32_t position) noexcept;
 
   private:
+    struct scLink {
+        std::uint32_t next;
+        std::uint32_t previous;
+    };
+
     static constexpr std::uint32_t repeats = 0x80000000u;
 
     // Slots are 0 when free, so that what they hold is a position plus 1.
@@ -53,6 +68,14 @@ class clsNameIndex {
     std::uint32_t Tag(std::uint32_t key) const { return key << positionBits_ & ~(positionMask_ | repeats); }
     std::uint32_t Home(std::uint32_t key) const { return (key * 0x9E3779B1u) >> shift_; }
     std::uint32_t SlotOf(const clsItemList& list, std::uint32_t key, std::u16string_view name) const;
+    void SetPosition(std::uint32_t& slot, std::uint32_t position) const {
+        slot = (slot & ~positionMask_) | (position + 1);
+    }
+    std::uint32_t LinkCount() const { return capacity_ / 2; }
+    void Chain(const clsItemList& list) noexcept;
+    void AppendToRing(std::uint32_t first, std::uint32_t position, bool isSecond) noexcept;
+    void LeaveRing(std::uint32_t& slot, std::uint32_t position) noexcept;
+    void FreeAll() noexcept;
 
     clsSlab& slab_;
     std::uint32_t* slots_ = nullptr;
@@ -60,6 +83,8 @@ class clsNameIndex {
     std::uint32_t shift_ = 32;
     std::uint32_t positionBits_ = 0;
     std::uint32_t positionMask_ = 0;
+    scLink* links_ = nullptr; // by position, of the entries whose name repeats; none while not chained
+    std::uint32_t repeatWalks_ = 0;
     bool filled_ = false;
 };
 

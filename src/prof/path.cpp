@@ -148,25 +148,4 @@ void ProfpRemoveList(clsItemList& list) {
         list.Tree()->RemoveAt(*list.Parent(), list.Position());
 }
 
-void ProfpRemoveFirstItem(clsTree& tree) {
-    clsItemList* list = &tree.Root();
-    std::uint32_t position = 0;
-    for (;;) {
-        if (position == list->End()) {
-            if (!list->Parent())
-                return;
-            position = list->Position() + 1;
-            list = list->Parent();
-        } else if (const clsItem& entry = list->At(position); entry.IsItem()) {
-            tree.RemoveAt(*list, position);
-            return;
-        } else if (entry.IsList()) {
-            list = entry.subList;
-            position = 0;
-        } else {
-            ++position;
-        }
-    }
-}
-
 } // namespace tvut

@@ -34,7 +34,4 @@ void ProfpRemove(clsItemList& start, EntryKind kind, std::u16string_view path);
 // Removes the entry that holds a list; the root list, which no entry holds, stays.
 void ProfpRemoveList(clsItemList& list);
 
-// Removes the first item of a walk over the whole tree, lists entered where they stand.
-void ProfpRemoveFirstItem(clsTree& tree);
-
 } // namespace tvut

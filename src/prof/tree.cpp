@@ -92,11 +92,13 @@ void clsTree::AddItem(clsItemList& list, std::uint32_t key, clsTextHolder& name,
     entry.name = name.Hand();
     entry.value = value.Hand();
     Added(list);
+    if (&list != beforeItems_.list && &list != &root_) // whose ends are behind that place
+        beforeItems_ = {&root_, 0};
 }
 
 clsItemList* clsTree::AddList(clsItemList& list, std::uint32_t key, clsTextHolder& name) {
     clsItem& entry = NewEntry(list);
-    auto* const subList = new (slab_.Allocate(sizeof(clsItemList))) clsItemList(this, &list, list.used_);
+    auto* const subList = new (lists_.Allocate()) clsItemList(this, &list, list.used_);
     entry.key = key;
     entry.name = name.Hand();
     entry.subList = subList;
@@ -188,13 +190,18 @@ void clsTree::RemoveAll(clsItemList& list, EntryKind kind, const scName& name) n
     const scMatch first = list.Find(kind, name);
     if (first.position == clsItemList::notFound)
         return;
-    if (list.index_) // filled by Find
-        list.index_->Remove(list, first.position);
-    MakeGap(list, first.position);
-    if (first.mayRepeat) {
-        std::uint32_t position = first.position;
-        while ((position = list.FindFrom(position + 1, name.Key(kind), name.text)) != clsItemList::notFound)
-            MakeGap(list, position);
+    clsNameIndex* const index = list.index_; // filled by Find
+    if (index && first.mayRepeat)
+        index->ExpectRepeats(list);
+    if (index)
+        index->Remove(list, first.position);
+    for (std::uint32_t position = first.position; position != clsItemList::notFound;) {
+        std::uint32_t next = clsItemList::notFound;
+        if (first.mayRepeat)
+            next = index ? index->NextAlike(list, position)
+                         : list.FindFrom(position + 1, name.Key(kind), name.text);
+        MakeGap(list, position);
+        position = next;
     }
     Close(list);
 }
@@ -206,9 +213,38 @@ void clsTree::RemoveAt(clsItemList& list, std::uint32_t position) noexcept {
     Close(list);
 }
 
+// Starts where the last call left off: a profile of nothing but items is not walked once for each, nor are
+// the lists that hold none.
+void clsTree::RemoveFirstItem() noexcept {
+    if (FindFirstItem())
+        RemoveAt(*beforeItems_.list, beforeItems_.position);
+}
+
+bool clsTree::FindFirstItem() noexcept {
+    auto& [list, position] = beforeItems_;
+    for (;;) {
+        if (position == list->End()) {
+            if (list == &root_)
+                return false;
+            position = list->Position() + 1;
+            list = list->Parent();
+            continue;
+        }
+        const clsItem& entry = list->At(position);
+        if (entry.IsItem())
+            return true;
+        if (entry.IsList())
+            beforeItems_ = {entry.subList, 0};
+        else
+            ++position;
+    }
+}
+
 void clsTree::Empty(clsItemList& list) noexcept {
     EndWalks(list);
     ReleaseEntries(list);
+    if (beforeItems_.list == &list)
+        beforeItems_.position = 0;
     DropIndex(list);
     list.entries_.Free(slab_);
     list.used_ = list.gaps_ = 0;
@@ -232,7 +268,10 @@ void clsTree::Close(clsItemList& list) noexcept {
     if (list.gaps_ <= toleratedGaps || list.gaps_ <= list.used_ / 2 || IsWalked(list))
         return;
     std::uint32_t kept = 0;
+    std::uint32_t placeBefore = 0;
     for (std::uint32_t i = 0; i < list.used_; ++i) {
+        if (i == beforeItems_.position)
+            placeBefore = kept;
         const clsItem entry = list.entries_.At(i);
         if (entry.IsGap())
             continue;
@@ -240,6 +279,8 @@ void clsTree::Close(clsItemList& list) noexcept {
             entry.subList->position_ = kept;
         list.entries_.At(kept++) = entry;
     }
+    if (beforeItems_.list == &list)
+        beforeItems_.position = beforeItems_.position < list.used_ ? placeBefore : kept;
     list.used_ = kept;
     list.gaps_ = 0;
     if (kept < indexedFrom)
@@ -287,36 +328,48 @@ void clsTree::DestroyList(clsItemList* list) noexcept {
 
 void clsTree::FreeList(clsItemList* list) noexcept {
     EndWalks(*list);
+    if (beforeItems_.list == list)
+        beforeItems_ = {list->parent_, list->position_};
     DropIndex(*list);
     list->entries_.Free(slab_);
-    list->tree_ = nullptr;
-    slab_.Free(list, sizeof(clsItemList));
+    lists_.Free(list);
 }
 
 // ---- Walks ------------------------------------------------------------------------------------
 
-clsTree::clsWalk::clsWalk(clsItemList& list) : tree_(*list.Tree()), list_(&list), next_(tree_.walks_) {
-    tree_.walks_ = this;
+clsTree::clsWalk::clsWalk(clsItemList& list)
+    : tree_(*list.Tree()),
+      state_(new (tree_.slab_.Allocate(sizeof(scWalkState))) scWalkState{&list, tree_.walks_}) {
+    tree_.walks_ = state_;
 }
 
+// Walks end in any order: one whose caller never came back stays behind.
 clsTree::clsWalk::~clsWalk() {
-    tree_.walks_ = next_;
-    if (list_)
-        tree_.Close(*list_);
+    scWalkState** link = &tree_.walks_;
+    while (*link != state_)
+        link = &(*link)->next;
+    *link = state_->next;
+    if (state_->list)
+        tree_.Close(*state_->list);
+    tree_.slab_.Free(state_, sizeof(scWalkState));
+}
+
+clsItemList* clsTree::clsWalk::List() const {
+    return state_->list;
 }
 
 bool clsTree::IsWalked(const clsItemList& list) const noexcept {
-    for (const clsWalk* walk = walks_; walk; walk = walk->next_) {
-        if (walk->list_ == &list)
+    for (const scWalkState* walk = walks_; walk; walk = walk->next) {
+        if (walk->list == &list)
             return true;
     }
     return false;
 }
 
 void clsTree::EndWalks(const clsItemList& list) noexcept {
-    for (clsWalk* walk = walks_; walk; walk = walk->next_) {
-        if (walk->list_ == &list)
-            walk->list_ = nullptr;
+    for (scWalkState* walk = walks_; walk; walk = walk->next) {
+        if (walk->list == &list)
+            walk->list = nullptr;
     }
 }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "prof/item_list.h"
+#include "prof/list_memory.h"
 
 #include <cstdint>
 #include <string_view>
@@ -20,6 +21,8 @@ class IclsValueWriter {
 };
 
 class clsTree {
+    struct scWalkState;
+
   public:
     explicit clsTree(bool pooling) : texts_(slab_, pooling), root_(this, nullptr, 0) {}
     clsTree(const clsTree&) = delete;
@@ -27,6 +30,15 @@ class clsTree {
     ~clsTree() = default; // the slab gives everything back at once
 
     clsItemList& Root() { return root_; }
+
+    // The list of this tree that stands at an address, whatever a caller gives for one; null if there is
+    // none. That a deleted list stood there cannot be told once a new one does.
+    clsItemList* ListAt(const void* address) {
+        if (address == &root_)
+            return &root_;
+        return lists_.Holds(address) ? const_cast<clsItemList*>(static_cast<const clsItemList*>(address))
+                                     : nullptr;
+    }
 
     void AppendItem(clsItemList& list, const scName& name, std::u16string_view value);
     void AppendItem(clsItemList& list, const scName& name, const IclsValueWriter& value);
@@ -44,6 +56,9 @@ class clsTree {
     // Removes the entry at a position, with what is in it.
     void RemoveAt(clsItemList& list, std::uint32_t position) noexcept;
 
+    // Removes the first item of a walk over the whole tree, lists entered where they stand.
+    void RemoveFirstItem() noexcept;
+
     void Empty(clsItemList& list) noexcept;
 
     // Appends copies of the entries that source holds when the call begins. The source may be of
@@ -51,26 +66,29 @@ class clsTree {
     void Copy(clsItemList& destination, clsItemList& source);
 
     // A walk over one list during which a caller's code runs: while it lasts, positions hold, and
-    // List() turns null when the list is emptied or deleted.
+    // List() turns null when the list is emptied or deleted. What the tree knows of it stands in the
+    // tree's memory: a caller's code that never returns takes the frame of the walk with it.
     class clsWalk {
       public:
-        explicit clsWalk(clsItemList& list);
+        explicit clsWalk(clsItemList& list); // throws std::bad_alloc
         clsWalk(const clsWalk&) = delete;
         clsWalk& operator=(const clsWalk&) = delete;
         ~clsWalk();
-        clsItemList* List() const { return list_; }
+        clsItemList* List() const;
 
       private:
-        friend class clsTree;
         clsTree& tree_;
-        clsItemList* list_;
-        clsWalk* next_;
+        scWalkState* state_;
     };
 
     clsTextStore& Texts() { return texts_; }
 
   private:
     class clsTextHolder;
+    struct scWalkState {
+        clsItemList* list;
+        scWalkState* next;
+    };
 
     clsItem& NewEntry(clsItemList& list);
     void Added(clsItemList& list) noexcept;
@@ -85,14 +103,23 @@ class clsTree {
     void DropIndex(clsItemList& list) noexcept;
     bool IsWalked(const clsItemList& list) const noexcept;
     void EndWalks(const clsItemList& list) noexcept;
+    bool FindFirstItem() noexcept;
     void ReleaseEntries(clsItemList& list) noexcept;
     void DestroyList(clsItemList* list) noexcept;
     void FreeList(clsItemList* list) noexcept;
 
     clsSlab slab_;
     clsTextStore texts_;
+    clsListMemory lists_{slab_, sizeof(clsItemList)};
     clsItemList root_;
-    clsWalk* walks_ = nullptr;
+    scWalkState* walks_ = nullptr;
+
+    // A place that the walk over the whole tree reaches before any item: where the last one was removed.
+    struct scPlace {
+        clsItemList* list;
+        std::uint32_t position;
+    };
+    scPlace beforeItems_{&root_, 0};
 };
 
 } // namespace tvut

@@ -1,5 +1,5 @@
 // The code page of all 8-bit text: of every A form, of files that are neither UTF-16 nor UTF-8, and of
-// every new String. The process's own until it is set. Any thread.
+// every new String. The process's own until it is set, and when it is set to 0. Any thread.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +7,7 @@
 namespace tvut {
 
 unsigned UtilpCodePage() noexcept;
+unsigned UtilpCodePageAsSet() noexcept; // also when that is 0
 void UtilpSetCodePage(std::uint16_t codePage) noexcept;
 
 } // namespace tvut

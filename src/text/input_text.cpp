@@ -78,7 +78,10 @@ void clsInputText::Fill() {
 void clsInputText::ReadAll() {
     if (!source_)
         return;
-    Reserve(static_cast<std::size_t>(std::min<std::uint64_t>(source_->SizeHint(), largestReserve)) + 1);
+    try {
+        Reserve(static_cast<std::size_t>(std::min<std::uint64_t>(source_->SizeHint(), largestReserve)) + 1);
+    } catch (const std::bad_alloc&) { // the source may be far smaller than it says
+    }
     for (Fill(); source_; Fill())
         Reserve(capacity_ * 2);
 }
@@ -103,6 +106,11 @@ void clsInputText::Decode(unsigned codePage) {
                                    : PlatformDecode(codePage, encoded, decoded.get());
     storage_ = std::move(decoded);
     Terminate(0, length);
+}
+
+void clsInputText::DropZerosAtEnd() {
+    const auto last = text_.find_last_not_of(u'\0');
+    Terminate(static_cast<std::size_t>(text_.data() - storage_.get()), last + 1); // none: npos + 1 is 0
 }
 
 bool clsInputText::Refill(const char16_t* keepFrom) {

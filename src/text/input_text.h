@@ -39,6 +39,9 @@ class clsInputText {
     // After Decode: the text, or the first window of it, without the byte-order mark.
     std::u16string_view Text() const { return text_; }
 
+    // After ReadAll and Decode: the text ends before the zero units at its end.
+    void DropZerosAtEnd();
+
     // Drops the text before a position of Text() and reads more behind what is kept: Text() is new
     // then, and begins there. False when the whole input has been seen; Text() is as it was.
     bool Refill(const char16_t* keepFrom);

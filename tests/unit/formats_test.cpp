@@ -103,9 +103,9 @@ TEST(Compressed, ReadsAWrapperInAWrapperButNotWithoutEnd) {
 TEST(Load, NamesInputMessageAndLine) {
     DiagnosticLines().clear();
     clsTree tree(true);
-    EXPECT_FALSE(Load(tree, "\n\n<?xml version=\"1.0\"?>").parsed);
-    const std::vector<std::u16string> expected{u"PROF load error line 1: 'prof::xml: bad format'",
-                                               u"input: error 'prof::xml: bad format' in line 1"};
+    EXPECT_FALSE(Load(tree, "\n\n<?xml\n\nx").parsed);
+    const std::vector<std::u16string> expected{u"PROF load error line 2: 'prof::xml: bad format'",
+                                               u"input: error 'prof::xml: bad format' in line 2"};
     EXPECT_EQ(DiagnosticLines(), expected);
 }
 

@@ -147,9 +147,23 @@ class clsTwins {
             if (Pick(40) == 0)
                 CopyInto(list, model);
             break;
+        case 10:
+            tree.RemoveFirstItem();
+            RemoveFirstItem(root);
+            break;
         default:
             Compare(list, model, name);
         }
+    }
+
+    static bool RemoveFirstItem(scModelList& list) {
+        for (auto entry = list.entries.begin(); entry != list.entries.end(); ++entry) {
+            if (!entry->list)
+                return list.entries.erase(entry), true;
+            if (RemoveFirstItem(*entry->list))
+                return true;
+        }
+        return false;
     }
 
     // Deletes one list by its handle, as the model deletes one entry by its place.

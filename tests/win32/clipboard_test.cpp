@@ -106,6 +106,23 @@ TEST(Clipboard, IsReadWhateverItsSize) {
     }
 }
 
+TEST(Clipboard, CarriesEveryFormWhateverTheBlockIsFilledUpWith) {
+    const Job job(L"a=1;L{b=&<\x00FC;}");
+    for (const UINT form : {PROF_FORM_TEXT, PROF_FORM_XML, PROF_FORM_XFDF}) {
+        const Bytes bytes = saved(job, form);
+        const std::wstring tree = describe(opened(bytes));
+        empty();
+        EXPECT_EQ(ProfSaveToClipboard(job, nullptr, form), PROF_OK);
+        EXPECT_EQ(describe(Job(ProfJobOpenClipboard(nullptr))), tree) << form;
+        for (size_t more = 0; more <= 16; ++more) {
+            putOnClipboard(bytes + Bytes(more, '\0'));
+            const Job pasted(ProfJobOpenClipboard(nullptr));
+            EXPECT_EQ(pasted.error(), PROF_OK) << form << " " << more;
+            EXPECT_EQ(describe(pasted), tree) << form << " " << more;
+        }
+    }
+}
+
 HGLOBAL WINAPI noBlock(UINT, SIZE_T) {
     return nullptr;
 }

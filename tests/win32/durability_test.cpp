@@ -1,6 +1,6 @@
 // Saving never tears a file: the saving process is stopped, or its file calls fail, at every step.
-#include "support/files.h"
-#include "support/import_hook.h"
+#include "support/fake_clock.h"
+#include "support/log.h"
 #include "support/piece_stream.h"
 
 #include <cstdlib>
@@ -123,6 +123,11 @@ DWORD exitCodeOf(const Handle& process) {
     return code;
 }
 
+/// A file as another program holds it that opened it with fopen: it may be written, but not replaced.
+Handle openedElsewhere(const std::wstring& path) {
+    return openFile(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
+}
+
 class Durability : public ::testing::TestWithParam<UINT> {
   protected:
     const TempFolder folder;
@@ -161,6 +166,7 @@ TEST_P(Durability, AFailureAtAnyStepLeavesTheOldFileOrIsOvercome) {
         {
             const Steps watched(Fault::Fail, at);
             result = save(path, GetParam());
+            EXPECT_TRUE(result == PROF_OK || GetLastError() == ERROR_DISK_FULL) << "step " << at;
             taken = steps;
         }
         EXPECT_EQ(readFile(path), result == PROF_OK ? after : before) << "step " << at;
@@ -171,6 +177,58 @@ TEST_P(Durability, AFailureAtAnyStepLeavesTheOldFileOrIsOvercome) {
             break;
     }
     EXPECT_GT(failures, 2) << "the failures were hardly noticed";
+}
+
+TEST_P(Durability, ATargetThatCannotBeReplacedIsWrittenInPlace) {
+    const Bytes after = saved(newProfile(), GetParam());
+    for (const Bytes& before : {oldContents(), Bytes(200000, 'x')}) {
+        writeFile(path, before);
+        const Handle reader = openedElsewhere(path);
+        const FakeClock clock;
+        EXPECT_EQ(save(path, GetParam()), PROF_OK);
+        EXPECT_EQ(FakeClock::now, 2000u) << "others may close it yet";
+        EXPECT_EQ(readFile(path), after);
+        EXPECT_EQ(folder.count(), 1);
+    }
+}
+
+// The finished temporary file goes only when its copy is complete.
+TEST_P(Durability, WhatStopsWritingInPlaceLeavesOneWholeFile) {
+    const Bytes after = saved(newProfile(), GetParam());
+    const auto whole = [&](const Bytes& contents) {
+        for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
+            if (readFile(entry.path()) == contents)
+                return true;
+        return false;
+    };
+    for (const Bytes& before : {oldContents(), Bytes(200000, 'x')}) {
+        int torn = 0;
+        for (const Fault how : {Fault::Fail, Fault::Die}) {
+            bool stopped = true;
+            for (int at = 1; stopped; at += how == Fault::Fail ? 1 : 7) { // a process each
+                writeFile(path, before);
+                const Handle reader = openedElsewhere(path);
+                const FakeClock clock(10);
+                const Log log;
+                if (how == Fault::Fail) {
+                    const Steps watched(how, at);
+                    save(path, GetParam());
+                    stopped = steps >= at;
+                } else {
+                    stopped = exitCodeOf(start(at, GetParam(), path)) == kDied;
+                }
+                const Bytes now = readFile(path);
+                const bool isTorn = now != before && now != after;
+                torn += isTorn;
+                EXPECT_TRUE(!isTorn || how == Fault::Die || log.lines().size() == 1) << "step " << at;
+                EXPECT_TRUE(now == before || whole(after)) << "step " << at;
+                EXPECT_TRUE(how == Fault::Die || folder.count() == 1 || now != before) << "step " << at;
+                EXPECT_TRUE(stopped || (now == after && folder.count() == 1)) << "step " << at;
+                folder.keepOnly(kName);
+            }
+        }
+        EXPECT_GT(torn, 0) << "nothing was stopped while it wrote";
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Forms, Durability, ::testing::Values(PROF_FORM_TEXT, PROF_SAVE_COMPRESSED));
@@ -244,6 +302,7 @@ TEST(FullDisk, FailsTheSaveAndKeepsTheOldFile) {
 int main(int count, char** arguments) {
     using namespace testing_prof;
     if (count == 4) {
+        const FakeClock clock(10);
         const Steps watched(Fault::Die, std::atoi(arguments[1]));
         return save(toWide(arguments[3], CP_ACP), static_cast<UINT>(std::atoi(arguments[2]))) == PROF_OK ? 0
                                                                                                          : 1;

@@ -1,6 +1,6 @@
 // Bytes of streams and files in a profile, and files out of it: identical, in order, and only where they
 // belong.
-#include "support/import_hook.h"
+#include "support/fake_clock.h"
 #include "support/log.h"
 #include "support/piece_stream.h"
 
@@ -20,6 +20,10 @@ Bytes random(size_t size) {
     for (char& byte : bytes)
         byte = static_cast<char>(generator());
     return bytes;
+}
+
+std::string narrow(const std::wstring& line) {
+    return toBytes(line, CP_ACP);
 }
 
 /// The bytes of an item, or "<result>".
@@ -83,6 +87,18 @@ TYPED_TEST(Files, ResultsComeInOrder) {
     EXPECT_EQ(textOf(job, L"none"), L"<none>");
 }
 
+TEST(Streams, MayClaimAnySize) {
+    const std::wstring value(300000, L'v');
+    for (const uint64_t claimed : {uint64_t{0}, uint64_t{1}, uint64_t{1} << 31, ~uint64_t{0}}) {
+        PieceStream stream(random(1000), 100), text("[/]\na=" + Bytes(300000, 'v'), 50000);
+        stream.claimedSize = text.claimedSize = claimed;
+        const Job job;
+        ProfAppendStreamW(job, 0, L"b", nullptr, &stream);
+        EXPECT_EQ(bytesOf<Form<wchar_t>>(job, L"b", L""), stream.data) << claimed;
+        EXPECT_EQ(textOf(Job(ProfJobOpenStream(&text)), L"a"), value) << claimed;
+    }
+}
+
 TEST(Streams, MayChangeTheProfileWhileTheyAreUsed) {
     const Job job(L"L{}b=YWJj;");
     const ProfList list = ProfGetListW(job, 0, L"L");
@@ -110,7 +126,13 @@ TYPED_TEST(Files, AreReplacedWholeOrNotAtAll) {
     const Job job;
     TypeParam::appendFile(job, 0, name.c_str(), key.c_str(), source.c_str());
     std::wstring text = textOf(job, L"b");
+    const Log log;
+    const auto noFolder = in<Char>(folder / L"no\\file");
     EXPECT_EQ(TypeParam::getFile(job, 0, name.c_str(), nullptr, target.c_str()), PROF_DECODE_FAILED);
+    EXPECT_EQ(TypeParam::getFile(job, 0, name.c_str(), key.c_str(), noFolder.c_str()), PROF_DECODE_FAILED);
+    EXPECT_EQ(log.lines(), (std::vector<std::string>{
+                               "ERR: compressed bytes of a text are damaged, cut off or of another key",
+                               "'" + narrow(folder / L"no\\file") + "' could not be created"}));
     for (const size_t damagedAt : {size_t{3}, text.size() / 2, text.size() - 8}) {
         std::wstring damaged = text;
         damaged[damagedAt] = damaged[damagedAt] == L'A' ? L'B' : L'A';
@@ -182,9 +204,37 @@ TYPED_TEST(Files, AreFoundByNamesAndPatternsInOrder) {
     }
     const Job job;
     const ImportHook hook("CreateFileW", reinterpret_cast<void*>(denyB));
-    EXPECT_EQ(TypeParam::appendFiles(job, 0, in<Char>(folder / L"*.log").c_str(), nullptr),
-              PROF_CONVERT_FAILED);
+    const Log log;
+    const std::wstring patterns = (folder / L"none;") + (folder / L"*.log");
+    EXPECT_EQ(TypeParam::appendFiles(job, 0, in<Char>(patterns).c_str(), nullptr), PROF_CONVERT_FAILED);
     EXPECT_EQ(names(job), L"A.log ") << "those before the one that cannot be read";
+    EXPECT_EQ(log.lines(),
+              (std::vector{"WRN: ProfAppendFiles: '" + narrow(folder / L"none") + "' not found",
+                           "WRN: ProfAppendFiles: '" + narrow(folder / L"b.log") + "' could not be read"}));
+}
+
+// Files that are locked until some time of the clock.
+HANDLE WINAPI locked(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security, DWORD how,
+                     DWORD flags, HANDLE model) {
+    const std::wstring_view path(name);
+    if (FakeClock::now >= (path.ends_with(L"\\a") ? 6000 : path.ends_with(L"\\b") ? 12000 : 0))
+        return CreateFileW(name, access, share, security, how, flags, model);
+    SetLastError(ERROR_SHARING_VIOLATION);
+    return INVALID_HANDLE_VALUE;
+}
+
+TYPED_TEST(Files, ThatAreLockedAreWaitedForTenSecondsInAll) {
+    const TempFolder folder;
+    for (const wchar_t* name : {L"a", L"b"})
+        writeFile(folder / name, "x");
+    const ImportHook hook("CreateFileW", reinterpret_cast<void*>(locked));
+    const FakeClock clock;
+    const Job job;
+    EXPECT_EQ(TypeParam::appendFiles(job, 0, in<typename TypeParam::Char>(folder / L"*").c_str(), nullptr),
+              PROF_CONVERT_FAILED);
+    EXPECT_EQ(GetLastError(), ERROR_SHARING_VIOLATION);
+    EXPECT_EQ(names(job), L"a ");
+    EXPECT_EQ(FakeClock::now, 10000u);
 }
 
 void addEntry(ProfJob job, const wchar_t* name, const wchar_t* contents) {
@@ -260,7 +310,6 @@ TYPED_TEST(Files, NeverLeaveTheirFolder) {
     EXPECT_EQ(folder.count(), 2);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(out), std::filesystem::directory_iterator()),
               2);
-    const auto narrow = [](const std::wstring& line) { return toBytes(line, CP_ACP); };
     std::vector<std::string> expected;
     for (const std::wstring& name : refused)
         expected.push_back(narrow(L"'" + out + L"\\" + name + L"' could not be created"));
@@ -272,7 +321,7 @@ TYPED_TEST(Files, NeverLeaveTheirFolder) {
     for (const std::wstring& bad : {std::wstring(), folder / L"kept", folder / L"no\\folder"}) {
         const Log again;
         EXPECT_EQ(TypeParam::extractFiles(job, 0, in<Char>(bad).c_str(), nullptr), PROF_SAVE_FAILED);
-        EXPECT_EQ(again.lines().front(), narrow(L"problem creating directory '" + bad + L"'"));
+        EXPECT_EQ(again.lines(), std::vector{narrow(L"problem creating directory '" + bad + L"'")});
     }
 }
 

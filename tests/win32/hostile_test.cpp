@@ -2,6 +2,8 @@
 #include "support/files.h"
 #include "support/text_calls.h"
 
+#include <csetjmp>
+
 namespace testing_prof {
 namespace {
 
@@ -114,6 +116,60 @@ TEST(Long, ThreeMillionItemsInOneList) {
     EXPECT_EQ(entriesOf(copy), kItems);
     ProfEmptyList(copy, 0);
     EXPECT_EQ(entriesOf(copy), 0);
+}
+
+// Each way of deleting takes a moment, unless one deletion costs more the longer the list is.
+TEST(Long, ADeletionCostsTheSameInAnyList) {
+    constexpr int kNames = 100000;
+    const auto nameOf = [](int i) { return L"n" + std::to_wstring(i % kNames); };
+    const Job items, lists, first, behindLists;
+    std::vector<ProfList> handles;
+    for (int i = 0; i < 2 * kNames; ++i) {
+        ProfAppendStringW(items, 0, nameOf(i).c_str(), L"");
+        handles.push_back(ProfAppendListW(lists, 0, nameOf(i).c_str()));
+        ProfAppendStringW(first, 0, nameOf(i).c_str(), L"");
+        ProfAppendListW(behindLists, 0, L"empty");
+    }
+    EXPECT_EQ(ProfGetListW(lists, 0, L"n1"), handles[1]); // an index, if there is one, is filled
+    for (int i = 0; i < 2 * kNames; ++i) {
+        ProfDeleteItemW(items, 0, nameOf(i).c_str());
+        ProfDeleteListW(lists, handles[static_cast<size_t>(i)], nullptr);
+        ProfDeleteListW(first, 0, nullptr);
+        ProfAppendStringW(behindLists, 0, L"n", L"");
+        ProfDeleteListW(behindLists, 0, nullptr);
+    }
+    for (const Job* job : {&items, &lists, &first})
+        EXPECT_EQ(describe(*job), L"");
+    EXPECT_EQ(entriesOf(behindLists), 2 * kNames);
+}
+
+std::jmp_buf afterTheWalk;
+
+BOOL TVUT22_CALL leave(ProfJob, const wchar_t*, const wchar_t*, ProfList, UINT_PTR) {
+    std::longjmp(afterTheWalk, 1);
+}
+
+[[gnu::noinline]] void beginAWalk(ProfJob job, ProfList list) {
+    if (!setjmp(afterTheWalk))
+        ProfEnumW(job, list, leave, 0);
+}
+
+// Puts what a walk would hold where the frames of the abandoned one stood.
+[[gnu::noinline]] bool deleteOverDeadFrames(ProfJob job, ProfList list) {
+    volatile ProfList frames[4096];
+    for (auto& word : frames)
+        word = list;
+    ProfDeleteListW(job, list, nullptr);
+    return std::all_of(std::begin(frames), std::end(frames), [=](ProfList word) { return word == list; });
+}
+
+TEST(Callbacks, ThatNeverReturnLeaveNothingBehindInTheirFrames) {
+    const Job job(L"L{a=1;}k=1;");
+    const ProfList list = ProfGetListW(job, 0, L"L");
+    beginAWalk(job, list);
+    beginAWalk(job, 0);
+    EXPECT_TRUE(deleteOverDeadFrames(job, list));
+    EXPECT_EQ(describe(job), L"k=1;");
 }
 
 TYPED_TEST(Hostile, EveryTextArgumentTakesEveryText) {

@@ -39,6 +39,13 @@ TEST(Library, VersionsAndOptions) {
         EXPECT_EQ(ProfGetOption(option), 0u);
     }
     EXPECT_EQ(ProfGetOption(PROF_OPTION_CODE_PAGE), 932u);
+    for (const UINT unknown : {0u, 0xFFFFu}) { // is kept, and converts as the process's own
+        ProfSetOption(PROF_OPTION_CODE_PAGE, unknown);
+        EXPECT_EQ(ProfGetOption(PROF_OPTION_CODE_PAGE), unknown);
+        const Job job;
+        ProfSetStringA(job, 0, "a", "\xE9");
+        EXPECT_EQ(textOf(job, L"a"), toWide("\xE9", GetACP()));
+    }
 }
 
 TYPED_TEST(Jobs, InvalidAndEmptyJobs) {

@@ -1,4 +1,5 @@
 // Encodings, interrupted inputs, the compressed wrapper, and streams that fail.
+#include "support/log.h"
 #include "support/piece_stream.h"
 
 #include <zlib.h>
@@ -63,6 +64,16 @@ TEST(Streams, AreReadFromTheirStartAndLeftAlone) {
     const Job none(ProfJobOpenStream(nullptr));
     EXPECT_EQ(none.error(), PROF_OK);
     EXPECT_EQ(describe(none), L"");
+}
+
+TEST(Streams, WithoutANameAreCalledStream) {
+    for (const wchar_t* name : {static_cast<const wchar_t*>(nullptr), L"", L"its name"}) {
+        const Log log;
+        PieceStream stream("<html>");
+        Job(ProfJobOpenStreamObjectW(&stream, name, 0));
+        const std::string shown = name && *name ? "its name" : "(Stream)";
+        EXPECT_EQ(log.lines(), std::vector{"WRN: '" + shown + "': markup that is no profile of ours"});
+    }
 }
 
 TEST(Streams, ThatFailAtAnyByteFailTheLoadOrTheSave) {

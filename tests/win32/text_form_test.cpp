@@ -138,10 +138,11 @@ TEST(Forms, AreChosenByTheLowFourBits) {
     EXPECT_EQ(describe(opened(xfdf, PROF_READ_FOREIGN_XFDF)), describe(job));
 }
 
-TEST(Forms, RefusesOtherXmlAndKeepsTheFile) {
+TEST(Forms, OtherXmlIsAnEmptyProfileUnlessXfdfIsAskedFor) {
     const Bytes other = "<?xml version=\"1.0\"?><profile><item name=\"a\">1</item></profile>";
-    EXPECT_EQ(ProfGetError(opened(other)), PROF_LOAD_FAILED);
-    EXPECT_EQ(ProfGetError(opened(other, PROF_READ_FOREIGN_XFDF)), PROF_LOAD_FAILED);
+    EXPECT_EQ(opened(other).error(), PROF_OK);
+    EXPECT_EQ(describe(opened(other)), L"");
+    EXPECT_EQ(opened(other, PROF_READ_FOREIGN_XFDF).error(), PROF_LOAD_FAILED);
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // Lists and items: paths, order, creation, deletion, and handles that outlive their list.
-#include "support/job.h"
 #include "support/log.h"
+#include "support/piece_stream.h"
+
+#include <cstring>
 
 namespace testing_prof {
 namespace {
@@ -255,12 +257,51 @@ TEST(Lists, CopiesHoldWhatWasThereWhenTheyBegan) {
     EXPECT_LT(ProfCopyList(0, 0, from, 0), 0);
 }
 
-TYPED_TEST(Tree, HandlesOfDeletedAndForeignListsAreRefused) {
-    const Job job(L"A{B{x=1;}}k=1;"), other(L"L{x=1;}");
-    const ProfList above = ProfGetListW(job, 0, L"A"), below = ProfGetListW(job, 0, L"A/B");
-    ProfDeleteListW(job, 0, L"A");
+BOOL TVUT22_CALL takeName(ProfJob, const wchar_t* name, const wchar_t*, ProfList, UINT_PTR user) {
+    *reinterpret_cast<const wchar_t**>(user) = name;
+    return FALSE;
+}
+
+/// Handles that are no list of a job: deleted ones, another job's, addresses within lists and texts of its
+/// own, copies of a list elsewhere, addresses of nothing.
+class NoLists {
+  public:
+    NoLists(ProfJob job, ProfJob other) {
+        const ProfList above = ProfAppendListW(job, 0, L"above"),
+                       below = ProfAppendListW(job, above, L"below"), live = ProfGetListW(job, 0, L"live");
+        const wchar_t* text = nullptr;
+        ProfEnumW(job, 0, takeName, reinterpret_cast<UINT_PTR>(&text));
+        std::memcpy(copy_, live, sizeof copy_);
+        ProfDeleteListW(job, above, nullptr);
+        handles = {above,
+                   below,
+                   ProfGetListW(other, 0, L"L"),
+                   ProfGetListW(other, 0, nullptr),
+                   reinterpret_cast<ProfList>(copy_),
+                   reinterpret_cast<ProfList>(const_cast<wchar_t*>(text)),
+                   reinterpret_cast<ProfList>(reserved_)};
+        for (const INT_PTR distance : {1, 4, 8, 16, -4, 0x10000})
+            handles.push_back(reinterpret_cast<ProfList>(reinterpret_cast<INT_PTR>(live) + distance));
+        for (const UINT_PTR address : {0x1u, 0x10u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFF0u, 0xFFFFFFFFu})
+            handles.push_back(reinterpret_cast<ProfList>(address));
+    }
+    NoLists(const NoLists&) = delete;
+    NoLists& operator=(const NoLists&) = delete;
+    ~NoLists() { VirtualFree(reserved_, 0, MEM_RELEASE); }
+
+    std::vector<ProfList> handles;
+
+  private:
+    void* reserved_ = VirtualAlloc(nullptr, 4096, MEM_RESERVE, PAGE_NOACCESS);
+    UINT_PTR copy_[8];
+};
+
+TYPED_TEST(Tree, HandlesThatAreNoListOfTheJobAreRefused) {
+    const Job job(L"k=1;live{}"), other(L"L{x=1;}");
+    const NoLists none(job, other);
     const auto x = in<typename TypeParam::Char>(L"x");
-    for (const ProfList list : {above, below, ProfGetListW(other, 0, L"L")}) {
+    for (const ProfList list : none.handles) {
+        SCOPED_TRACE(list);
         EXPECT_EQ(TypeParam::getList(job, list, nullptr), nullptr);
         EXPECT_EQ(TypeParam::getStringLength(job, list, x.c_str()), PROF_NOT_FOUND);
         EXPECT_EQ(TypeParam::createList(job, list, x.c_str()), nullptr);
@@ -274,9 +315,41 @@ TYPED_TEST(Tree, HandlesOfDeletedAndForeignListsAreRefused) {
         EXPECT_EQ(ProfCopyList(job, 0, job, list), PROF_COPY_FAILED);
         EXPECT_EQ(ProfCopyList(job, list, job, 0), PROF_COPY_FAILED);
         ProfDebugList(job, list);
-        EXPECT_EQ(describe(job), L"k=1;");
+        EXPECT_EQ(describe(job), L"k=1;live{}");
     }
     EXPECT_EQ(describe(other), L"L{x=1;}");
+}
+
+TYPED_TEST(Tree, PathsFromTheRootLeaveTheHandleAlone) {
+    using Char = typename TypeParam::Char;
+    const Job job(L"k=1;live{}"), other(L"L{x=1;}");
+    const NoLists none(job, other);
+    const auto k = in<Char>(L"/k"), created = in<Char>(L"/c"), appended = in<Char>(L"/c/d"),
+               two = in<Char>(L"2"), base64 = in<Char>(L"Mg==");
+    for (const ProfList list : none.handles) {
+        SCOPED_TRACE(list);
+        INT number = 0;
+        VARIANT variant;
+        PieceStream bytes("abc"), read;
+        TypeParam::setString(job, list, k.c_str(), two.c_str());
+        EXPECT_EQ(TypeParam::getInt(job, list, k.c_str(), &number, 0), PROF_OK);
+        EXPECT_EQ(number, 2);
+        TypeParam::setInt(job, list, k.c_str(), 3);
+        EXPECT_EQ(TypeParam::getStringLength(job, list, k.c_str()), 1);
+        ProfSetVariant(job, list, L"/v", &(V_VT(&variant) = VT_EMPTY, variant));
+        EXPECT_EQ(ProfGetVariant(job, list, L"/v", &variant), PROF_OK);
+        const ProfList root = TypeParam::createList(job, list, created.c_str());
+        TypeParam::appendString(job, list, appended.c_str(), base64.c_str());
+        TypeParam::appendStream(job, list, appended.c_str(), nullptr, &bytes);
+        EXPECT_EQ(TypeParam::getStream(job, list, appended.c_str(), nullptr, &read), PROF_OK);
+        EXPECT_EQ(TypeParam::getList(job, list, created.c_str()), root);
+        EXPECT_EQ(read.data, "2") << "the first of that name, as Base64";
+        TypeParam::deleteItem(job, list, in<Char>(L"/v").c_str());
+        TypeParam::deleteList(job, list, created.c_str());
+        EXPECT_NE(TypeParam::appendList(job, list, created.c_str()), nullptr);
+        TypeParam::deleteList(job, list, created.c_str());
+        EXPECT_EQ(describe(job), L"k=3;live{}");
+    }
 }
 
 TEST(Lists, ListingsGoToTheDiagnosticOutput) {
@@ -284,10 +357,10 @@ TEST(Lists, ListingsGoToTheDiagnosticOutput) {
     const Job job(L"a=1;L{b=2;M{c=;}}d=4;");
     const Log whole;
     EXPECT_EQ(ProfDebugList(job, 0), PROF_OK);
-    EXPECT_EQ(whole.lines(), (Lines{"a=1", "[L]", " b=2", " [M]", "  c=", "d=4"}));
+    EXPECT_EQ(whole.lines(), (Lines{"a=1\n", "[L]\n", " b=2\n", " [M]\n", "  c=\n", "d=4\n"}));
     const Log part;
     EXPECT_EQ(ProfDebugList(job, ProfGetListW(job, 0, L"L")), PROF_OK);
-    EXPECT_EQ(part.lines(), (Lines{"b=2", "[M]", " c="}));
+    EXPECT_EQ(part.lines(), (Lines{"b=2\n", "[M]\n", " c=\n"}));
     EXPECT_EQ(ProfDebugList(0, 0), PROF_INVALID_JOB);
     ProfSetDebug(TRUE);
 }

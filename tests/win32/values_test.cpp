@@ -185,8 +185,8 @@ TYPED_TEST(Values, StringsAreCutToTheBuffer) {
     using Char = typename TypeParam::Char;
     using Text = std::basic_string<Char>;
     const Job job(L"s=abcdef;");
-    const Text stored = in<Char>(L"abcdef"), fallback = in<Char>(L"deflt"), empty, untouched(12, Char{'#'});
-    const Text name = in<Char>(L"s"), none = in<Char>(L"none");
+    const Text stored = in<Char>(L"abcdef"), fallback = in<Char>(L"deflt"), empty;
+    const Text untouched(12, Char{'#'}), name = in<Char>(L"s"), none = in<Char>(L"none");
     const auto gives = [&](ProfJob from, const Text& path, UINT size, const Char* orElse, INT result,
                            const Text& text, UINT written) {
         Text buffer = untouched, expected = untouched;
@@ -206,6 +206,9 @@ TYPED_TEST(Values, StringsAreCutToTheBuffer) {
         EXPECT_EQ(buffer, fallback) << "a default that is the buffer stays";
     }
     EXPECT_EQ(TypeParam::getString(job, 0, name.c_str(), nullptr, 10, nullptr), 6);
+    Text buffer = name + Text(12, Char{}); // the path stands where the text goes
+    EXPECT_EQ(TypeParam::getString(job, 0, buffer.c_str(), buffer.data(), 12, fallback.c_str()), 6);
+    EXPECT_EQ(buffer.c_str(), stored);
 }
 
 TEST(AnsiStrings, NeverEndInHalfACharacter) {

@@ -220,6 +220,11 @@ TEST(Variants, AreReadFromVariantsOnly) {
         EXPECT_EQ(ProfGetVariant(job, 0, path, nullptr), result);
     }
     VARIANT out;
+    for (const wchar_t* text : {L"good", L"text"}) { // where the value goes
+        const auto* path = static_cast<const wchar_t*>(std::memcpy(&out, text, 5 * sizeof(wchar_t)));
+        EXPECT_EQ(ProfGetVariant(job, 0, path, &out), *text == L'g' ? PROF_OK : PROF_NOT_PARSED);
+        EXPECT_EQ(V_VT(&out), *text == L'g' ? VT_I4 : VT_EMPTY);
+    }
     V_VT(&out) = VT_NULL;
     EXPECT_EQ(ProfGetVariant(nullptr, 0, L"good", &out), 0);
     EXPECT_EQ(V_VT(&out), VT_NULL);

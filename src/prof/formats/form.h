@@ -5,6 +5,7 @@
 
 #include "platform/bytes.h"
 #include "prof/formats/line_reader.h"
+#include "prof/formats/load_warnings.h"
 #include "prof/tree.h"
 
 #include <cstdint>
@@ -16,7 +17,7 @@ class IclsFormReader {
   public:
     virtual ~IclsFormReader() = default;
     // Parses all lines into a list. Throws clsLoadException, std::bad_alloc.
-    virtual void Parse(clsLineReader& lines, clsItemList& target) const = 0;
+    virtual void Parse(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings) const = 0;
 };
 
 class IclsFormWriter {

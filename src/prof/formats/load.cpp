@@ -61,9 +61,13 @@ scLoadResult ProfpLoad(clsByteSource& source, clsItemList& target, const scLoadR
     try {
         clsInputText input(source);
         Unwrap(input, result);
+        if (request.isFilledUp)
+            input.ReadAll();
         input.Decode(request.codePage);
+        if (request.isFilledUp)
+            input.DropZerosAtEnd();
         clsLineReader lines(input);
-        ReaderFor(lines, request.mode).Parse(lines, target);
+        ReaderFor(lines, request.mode).Parse(lines, target, clsLoadWarnings(request.inputName));
         result.parsed = true;
     } catch (const clsLoadException& error) {
         clsDiagnosticLine()

@@ -14,7 +14,7 @@ std::u16string_view Trimmed(std::u16string_view text) {
 
 class clsPlainIniReader final : public IclsFormReader {
   public:
-    void Parse(clsLineReader& lines, clsItemList& target) const override {
+    void Parse(clsLineReader& lines, clsItemList& target, const clsLoadWarnings&) const override {
         clsTree& tree = *target.Tree();
         clsItemList* section = &target;
         while (lines.Next()) {

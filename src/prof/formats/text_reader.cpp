@@ -3,7 +3,6 @@
 // Files that other programs wrote as plain sections are read too: there no brace closes a list, so
 // each header opens one inside the list before it.
 #include "prof/formats/form.h"
-#include "prof/formats/load_error.h"
 #include "prof/formats/text_marks.h"
 #include "prof/formats/tree_builder.h"
 
@@ -80,7 +79,7 @@ class clsTextReader final : public IclsFormReader {
   public:
     // Behind the root's closing brace another root may follow, which is read into the same list; any other
     // header there is a list of it.
-    void Parse(clsLineReader& lines, clsItemList& target) const override {
+    void Parse(clsLineReader& lines, clsItemList& target, const clsLoadWarnings&) const override {
         for (bool first = true; FindHeader(lines); first = false) {
             if (!first && lines.Line() != rootHeader)
                 lines.Unread();
@@ -91,18 +90,18 @@ class clsTextReader final : public IclsFormReader {
 
 const clsTextReader textReader;
 
-// Lines before the root are skipped, markup among them. But markup with no root behind it is some other
-// XML: taken as an empty profile, it would be destroyed by saving that.
+// Lines before the root are skipped, markup among them. With no root at all it is some other program's file,
+// and an empty profile.
 class clsTextBehindMarkupReader final : public IclsFormReader {
   public:
-    void Parse(clsLineReader& lines, clsItemList& target) const override {
+    void Parse(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings) const override {
         while (lines.Next()) {
             if (lines.Line() == rootHeader) {
                 lines.Unread();
-                return textReader.Parse(lines, target);
+                return textReader.Parse(lines, target, warnings);
             }
         }
-        throw clsLoadException(1, u"prof::xml: bad format");
+        warnings.Tell(u"markup that is no profile of ours");
     }
 };
 

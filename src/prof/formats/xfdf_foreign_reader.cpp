@@ -273,7 +273,7 @@ void clsForeignXfdfParser::ParseTag() {
 
 class clsForeignXfdfReader final : public IclsFormReader {
   public:
-    void Parse(clsLineReader& lines, clsItemList& target) const override {
+    void Parse(clsLineReader& lines, clsItemList& target, const clsLoadWarnings&) const override {
         clsForeignXfdfParser(lines, target).Parse();
     }
 };

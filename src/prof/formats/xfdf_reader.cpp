@@ -6,7 +6,6 @@
 #include "prof/formats/form.h"
 #include "prof/formats/xml_text.h"
 #include "prof/tree.h"
-#include "runtime/diagnostics.h"
 
 namespace tvut {
 
@@ -26,14 +25,11 @@ void clsXfdfParser::ParseDocument() {
         ParseLine();
 }
 
-void clsXfdfParser::Finish(bool nothingRead) const {
-    unread_.RefuseIf(nothingRead);
+void clsXfdfParser::Finish(bool nothingRead, const clsLoadWarnings& warnings) const {
+    if (nothingRead)
+        unread_.TellTo(warnings);
     if (namelessValues_ != 0)
-        clsDiagnosticLine()
-            .Put(u"WRN: XFDF: values without a name: ")
-            .Put(static_cast<std::int32_t>(namelessValues_))
-            .Put(u"; the flag PROF_READ_FOREIGN_XFDF reads names")
-            .Write();
+        warnings.TellNumber(u"values without a name, which PROF_READ_FOREIGN_XFDF reads", namelessValues_);
 }
 
 void clsXfdfParser::ParseContents() {
@@ -116,11 +112,11 @@ namespace {
 
 class clsXfdfReader final : public IclsFormReader {
   public:
-    void Parse(clsLineReader& lines, clsItemList& target) const override {
+    void Parse(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings) const override {
         const std::uint32_t endBefore = target.End();
         clsXfdfParser parser(lines, target);
         parser.ParseDocument();
-        parser.Finish(target.End() == endBefore);
+        parser.Finish(target.End() == endBefore, warnings);
     }
 };
 

@@ -22,8 +22,8 @@ class clsXfdfParser {
     // Reads from behind a line <xfdf ...> to </xfdf> or the end of the text.
     void ParseContents();
 
-    // At the end: refuses an input of which nothing was read; tells of values that have no name.
-    void Finish(bool nothingRead) const;
+    // At the end: tells of an input of which nothing was read, and of values that have no name.
+    void Finish(bool nothingRead, const clsLoadWarnings& warnings) const;
 
   private:
     struct scTag;
@@ -43,7 +43,7 @@ class clsXfdfParser {
     clsItemList& target_;
     bool inContents_ = false;
     std::vector<std::u16string> fields_; // the names of the fields that are open
-    std::size_t namelessValues_ = 0;
+    std::uint32_t namelessValues_ = 0;
     clsUnreadLine unread_;
     std::u16string buffer_;
 };

@@ -4,7 +4,6 @@
 #include "prof/formats/xfdf_reader.h"
 #include "prof/formats/xml_tags.h"
 #include "prof/formats/xml_text.h"
-#include "runtime/diagnostics.h"
 #include "text/scan.h"
 
 #include <algorithm>
@@ -40,15 +39,15 @@ class clsXmlParser {
     clsXmlParser(clsLineReader& lines, clsItemList& target)
         : lines_(lines), target_(target), tree_(target), xfdf_(lines, target) {}
 
-    void Parse() {
+    void Parse(const clsLoadWarnings& warnings) {
         constexpr unsigned withoutQuotes = itemBegin.size();
         const std::uint32_t endBefore = target_.End();
         while (lines_.NextElement<withoutQuotes>())
             ParseLine(lines_.Line());
         if (inComment_)
-            NoteOpenComment();
-        unread_.RefuseIf(target_.End() == endBefore);
-        xfdf_.Finish(target_.End() == endBefore);
+            warnings.TellFrom(u"a comment that is not closed", commentBegin_);
+        unread_.TellTo(warnings);
+        xfdf_.Finish(target_.End() == endBefore, warnings);
     }
 
   private:
@@ -88,16 +87,6 @@ class clsXmlParser {
             commentBegin_ = lines_.Number();
         else
             NoteElementIn(line.substr(at + end.size()));
-    }
-
-    // XML ends a comment without a blank before its end, too: such a one hides all that follows.
-    void NoteOpenComment() {
-        unread_.Note(commentBegin_);
-        clsDiagnosticLine()
-            .Put(u"WRN: XML: nothing is read behind the comment in line ")
-            .Put(static_cast<std::int32_t>(commentBegin_))
-            .Put(u": no blank and --> in that line, no later one that begins with -->")
-            .Write();
     }
 
     void ParseItem(std::u16string_view line) {
@@ -211,8 +200,8 @@ void clsXmlParser::ParseTag(std::u16string_view line) {
 
 class clsXmlReader final : public IclsFormReader {
   public:
-    void Parse(clsLineReader& lines, clsItemList& target) const override {
-        clsXmlParser(lines, target).Parse();
+    void Parse(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings) const override {
+        clsXmlParser(lines, target).Parse(warnings);
     }
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "prof/formats/load_error.h"
+#include "prof/formats/load_warnings.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -57,18 +58,16 @@ inline scTagName ProfpFindTagName(std::u16string_view line) {
     return {scTagName::State::absent, {}, {}};
 }
 
-// Remembers the first line that holds something and was not read. Lines between those of a profile may
-// be skipped, but an input of nothing else is no profile: taken as an empty one, it would be lost with the
-// next save.
+// Remembers the first line that holds an element and was not read.
 class clsUnreadLine {
   public:
     void Note(std::uint32_t number) {
         if (number_ == 0)
             number_ = number;
     }
-    void RefuseIf(bool nothingRead) const {
-        if (nothingRead && number_ != 0)
-            throw clsLoadException(number_, u"prof::xml: bad format");
+    void TellTo(const clsLoadWarnings& warnings) const {
+        if (number_ != 0)
+            warnings.TellFrom(u"elements that are not read", number_);
     }
 
   private:

@@ -3,8 +3,8 @@
 // until it is gone: should the process end meanwhile, it is still known.
 #include "runtime/temp_files/temp_file_remover.h"
 
+#include "platform/file.h"
 #include "platform/folder_walk.h"
-#include "platform/patience.h"
 #include "platform/wide.h"
 #include "runtime/diagnostics.h"
 #include "runtime/output/writer.h"
@@ -162,7 +162,7 @@ UtilResult clsTempFileRemover::Release(const std::wstring& path, bool keep) noex
     scTempFile* const file = BeginToRemove(ViewOf(path));
     if (!file)
         return UtilResult::notFound;
-    const DWORD error = PlatformRetryWhileShared(releasePatience, [&] { return TryToRemove(path.c_str()); });
+    const DWORD error = clsPatience(releasePatience).Try([&] { return TryToRemove(path.c_str()); });
     EndToRemove(*file, error == ERROR_SUCCESS);
     if (error != ERROR_SUCCESS)
         Line(u"WRN: clsTempFileRemover::Release('", ViewOf(path), u"'): still in use (", error).Write();

@@ -18,7 +18,7 @@ using Bytes = std::string;
 class TempFolder {
   public:
     explicit TempFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path())
-        : path_(parent / (L"prof-test-" + std::to_wstring(GetCurrentProcessId()))) {
+        : path_((parent / (L"prof-test-" + std::to_wstring(GetCurrentProcessId()))).make_preferred()) {
         clear();
         std::filesystem::create_directory(path_);
     }
@@ -40,9 +40,22 @@ class TempFolder {
     }
 
   private:
-    void clear() const noexcept {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
+    void clear() const { remove(L"\\\\?\\" + path_.wstring()); }
+
+    // The library's own remove_all ends at paths of 260 characters.
+    static void remove(const std::wstring& folder) {
+        WIN32_FIND_DATAW found;
+        const HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &found);
+        for (BOOL more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileW(search, &found)) {
+            const std::wstring name = found.cFileName, path = folder + L"\\" + name;
+            SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+            if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY))
+                DeleteFileW(path.c_str());
+            else if (name != L"." && name != L"..")
+                remove(path);
+        }
+        FindClose(search);
+        RemoveDirectoryW(folder.c_str());
     }
 
     std::filesystem::path path_;

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstring>
 #include <functional>
+#include <optional>
 #include <utility>
 
 namespace testing_prof {
@@ -30,6 +31,7 @@ class PieceStream final : public IStream {
     size_t failAt = SIZE_MAX; // reads and writes that would pass this position fail
     bool refuseSeek = false;
     bool refuseSetSize = false;
+    std::optional<uint64_t> claimedSize;
     ProfJob closedByWrite = nullptr;
     std::function<void()> onRead;
     LONG references = 1;
@@ -91,7 +93,7 @@ class PieceStream final : public IStream {
     HRESULT STDMETHODCALLTYPE Stat(STATSTG* out, DWORD) override {
         *out = {};
         out->type = STGTY_STREAM;
-        out->cbSize.QuadPart = data.size();
+        out->cbSize.QuadPart = claimedSize.value_or(data.size());
         return S_OK;
     }
 
