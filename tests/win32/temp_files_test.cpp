@@ -1,6 +1,7 @@
 // Temporary files go: when they are released, when the process ends, and when a process was killed.
 #include "support/child.h"
 #include "support/counted_allocations.h"
+#include "support/fake_clock.h"
 #include "support/log.h"
 #include "support/ole_text.h"
 
@@ -8,7 +9,6 @@
 #include <tvut22/files.h>
 
 #include <array>
-#include <bit>
 #include <functional>
 #include <map>
 #include <set>
@@ -79,16 +79,6 @@ class clsWorld {
 };
 
 using Names = std::set<std::wstring>;
-
-void SetAge(const fs::path& folder, unsigned minutes) {
-    FILETIME time;
-    GetSystemTimeAsFileTime(&time);
-    const auto then = std::bit_cast<std::uint64_t>(time) - minutes * 60ull * 10000000;
-    time = std::bit_cast<FILETIME>(then);
-    const Handle handle(CreateFileW(folder.c_str(), FILE_WRITE_ATTRIBUTES, 7, nullptr, OPEN_EXISTING,
-                                    FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-    EXPECT_TRUE(SetFileTime(handle.get(), nullptr, nullptr, &time));
-}
 
 // ---- What child processes do -------------------------------------------------------------------------
 
@@ -282,16 +272,9 @@ TEST(TempFiles, AreReleased) {
     EXPECT_EQ(UtilTempFileRelease(nullptr, TRUE), UTIL_BAD_ARGUMENT);
 }
 
-// Waiting takes no time here; at the first wait, what is open may be closed.
-ULONGLONG ticks = 1000;
 Handle* closedByWaiting = nullptr;
-void WINAPI Wait(DWORD milliseconds) {
-    ticks += milliseconds;
-    if (closedByWaiting)
-        closedByWaiting->reset();
-}
-ULONGLONG WINAPI Ticks() {
-    return ticks;
+void WINAPI CloseWhileWaiting(DWORD) {
+    closedByWaiting->reset();
 }
 
 TEST(TempFiles, InUseStayRegistered) {
@@ -301,14 +284,16 @@ TEST(TempFiles, InUseStayRegistered) {
     writeFile(tree / L"a", "x");
     writeFile(tree / L"in use", "x");
     Handle open = openFile(tree / L"in use", GENERIC_READ, FILE_SHARE_READ);
-    const ImportHook sleep("Sleep", reinterpret_cast<void*>(Wait)),
-        clock("GetTickCount64", reinterpret_cast<void*>(Ticks));
-    EXPECT_EQ(UtilTempFileRelease(tree.c_str(), FALSE), UTIL_NO_ACCESS);
-    EXPECT_EQ(ticks, 3000u) << "it was tried for 2 seconds";
+    {
+        const FakeClock clock;
+        EXPECT_EQ(UtilTempFileRelease(tree.c_str(), FALSE), UTIL_NO_ACCESS);
+        EXPECT_EQ(FakeClock::now, 2000u);
+    }
     EXPECT_EQ(clsWorld::NamesIn(tree), Names{L"in use"}) << "the rest goes";
     ASSERT_EQ(log.lines().size(), 1u);
     EXPECT_TRUE(log.lines()[0].ends_with("\\given\\tree'): still in use (32)")) << log.lines()[0];
     closedByWaiting = &open;
+    const ImportHook sleep("Sleep", reinterpret_cast<void*>(CloseWhileWaiting));
     EXPECT_EQ(UtilTempFileRelease(tree.c_str(), FALSE), UTIL_OK);
 }
 
@@ -389,7 +374,7 @@ TEST(TempFiles, OpenAtTheEndGoLater) {
     EXPECT_EQ(clsWorld::NamesIn(left), Names{L"own.txt"});
     EXPECT_EQ(world.Run(L"start"), 0u);
     EXPECT_EQ(world.InRoot().size(), 1u) << "a folder without a lock may be one that is being made";
-    SetAge(left, 61);
+    setAge(left, 61);
     EXPECT_EQ(world.Run(L"start"), 0u);
     EXPECT_EQ(world.InRoot(), Names{});
 }
@@ -405,7 +390,7 @@ TEST(TempFiles, SweepsKeepToFoldersOfProcesses) {
     writeFile(world.Root() / L"aB-Cd" / L"~lock", "");
     writeFile(world.Root() / L"3-3", "a file");
     for (const std::wstring& name : world.InRoot())
-        SetAge(world.Root() / name, name == L"2-2" ? 59 : 61);
+        setAge(world.Root() / name, name == L"2-2" ? 59 : 61);
     EXPECT_EQ(world.Run(L"start"), 0u);
     Names expected = others;
     expected.insert({L"2-2", L"3-3"});

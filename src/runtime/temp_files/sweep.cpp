@@ -1,6 +1,7 @@
 #include "runtime/temp_files/sweep.h"
 
 #include "platform/folder_walk.h"
+#include "platform/left_files.h"
 #include "platform/long_path.h"
 #include "platform/private_folder.h"
 #include "platform/wide.h"
@@ -8,37 +9,21 @@
 #include "runtime/temp_files/own_folder.h"
 
 #include <algorithm>
-#include <bit>
 
 namespace tvut {
 
 namespace {
 
-constexpr ULONGLONG longestSweep = 2000;                      // milliseconds
-constexpr std::uint64_t longestStart = 60 * 60 * 10000000ull; // an hour, in units of 100 ns
-
-bool IsHexadecimal(std::wstring_view text, std::size_t most) {
-    return !text.empty() && text.size() <= most && std::ranges::all_of(text, [](wchar_t c) {
-        return (c >= L'0' && c <= L'9') || (c >= L'a' && c <= L'f') || (c >= L'A' && c <= L'F');
-    });
-}
+constexpr ULONGLONG longestSweep = 2000; // milliseconds
 
 bool IsProcessFolder(std::wstring_view name) {
     const std::size_t dash = std::min(name.find(L'-'), name.size() - 1);
-    return IsHexadecimal(name.substr(0, dash), 8) && IsHexadecimal(name.substr(dash + 1), 16);
+    return PlatformIsHexadecimal(name.substr(0, dash), 8) && PlatformIsHexadecimal(name.substr(dash + 1), 16);
 }
 
 bool IsFolderItself(DWORD attributes) {
     return (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) ==
            FILE_ATTRIBUTE_DIRECTORY;
-}
-
-// A process makes its lock right after its folder, so that a young folder without one may be a living one's.
-bool IsOld(const FILETIME& written) {
-    FILETIME now;
-    GetSystemTimeAsFileTime(&now);
-    const auto then = std::bit_cast<std::uint64_t>(written);
-    return then + longestStart < std::bit_cast<std::uint64_t>(now);
 }
 
 void Tell(const std::wstring& folder) {
@@ -66,7 +51,8 @@ bool Sweep(const std::wstring& path, const FILETIME& written, ULONGLONG deadline
                                    FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
     if (lock)
         return SweepLocked(folder, lockPath, std::move(lock), deadline);
-    return GetLastError() == ERROR_FILE_NOT_FOUND && IsOld(written) &&
+    // A process makes its lock right after its folder: a young one without a lock may be a living process's.
+    return GetLastError() == ERROR_FILE_NOT_FOUND && PlatformIsOld(written) &&
            PlatformRemoveTree(folder.c_str(), deadline) == ERROR_SUCCESS;
 }
 
