@@ -32,15 +32,6 @@ class clsText {
     BSTR string_ = nullptr;
 };
 
-template <class Call>
-double PerCall(std::size_t calls, Call call) {
-    return Timed([&] {
-               for (std::size_t done = 0; done < calls; ++done)
-                   call(done);
-           }) /
-           static_cast<double>(calls);
-}
-
 // ---- Paths -------------------------------------------------------------------------------------------
 
 // Of different lengths, as the paths of a list of files are.
