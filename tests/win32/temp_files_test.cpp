@@ -158,7 +158,8 @@ const std::map<std::wstring, std::function<int(const std::wstring&)>> roles{
     {L"crash",
      [](auto& folder) {
          MakeSome(folder);
-         return *static_cast<volatile int*>(nullptr);
+         RaiseException(EXCEPTION_ACCESS_VIOLATION, EXCEPTION_NONCONTINUABLE, 0, nullptr);
+         return 0;
      }},
     {L"start", [](auto& folder) { return Created(folder, L"start.txt").empty() ? 1 : 0; }},
     {L"unload", LoadAndUnloadACopy},
