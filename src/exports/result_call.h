@@ -31,6 +31,13 @@ constexpr bool UtilpOnly(UINT flags, UINT known) noexcept {
     return (flags & ~known) == 0;
 }
 
+// Whether a caller's structure, which begins with its size, is there and at least as long as it is known
+// here.
+template <class Structure>
+bool UtilpIsWhole(const Structure* structure) noexcept {
+    return structure && structure->size >= sizeof(Structure);
+}
+
 // A text that a caller wants back, unless the string's place is null.
 struct scWantedText {
     BSTR* place;

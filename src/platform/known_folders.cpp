@@ -85,11 +85,14 @@ std::wstring FolderOf(KnownFolder folder, HANDLE token) {
 
 } // namespace
 
+// A thread that acts for nobody has no token. One whose token may not be looked at must not get another
+// user's folders.
 clsKnownFolders::clsKnownFolders() noexcept {
     const clsLastErrorKept lastError;
-    if (!OpenThreadToken(GetCurrentThread(), TOKEN_QUERY | TOKEN_IMPERSONATE | TOKEN_DUPLICATE, TRUE,
-                         &token_))
-        token_ = nullptr;
+    if (OpenThreadToken(GetCurrentThread(), TOKEN_QUERY | TOKEN_IMPERSONATE | TOKEN_DUPLICATE, TRUE, &token_))
+        return;
+    userIsKnown_ = GetLastError() == ERROR_NO_TOKEN;
+    token_ = nullptr;
 }
 
 clsKnownFolders::~clsKnownFolders() {
@@ -98,7 +101,7 @@ clsKnownFolders::~clsKnownFolders() {
 }
 
 std::u16string clsKnownFolders::Folder(KnownFolder folder) {
-    const std::wstring path = FolderOf(folder, token_);
+    const std::wstring path = userIsKnown_ ? FolderOf(folder, token_) : std::wstring();
     const bool isDriveRoot = path.size() == 3 && path[1] == L':';
     const bool endsEarly = path.ends_with(L'\\') && !isDriveRoot;
     return std::u16string(FromWide(path.c_str()), path.size() - (endsEarly ? 1 : 0));

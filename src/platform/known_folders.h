@@ -46,6 +46,7 @@ class clsKnownFolders final : public IclsFolders {
 
   private:
     void* token_ = nullptr; // of that user; null: the process's own
+    bool userIsKnown_ = true;
 };
 
 } // namespace tvut

@@ -197,8 +197,9 @@ TEST(TempFiles, AreMadeUnderTheNameWishedFor) {
     EXPECT_EQ(world.InGiven(), Names{L"tmp (2)"}) << "and only what was registered goes";
 }
 
-HANDLE WINAPI NoRoom(LPCWSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD, HANDLE) {
-    SetLastError(ERROR_DISK_FULL);
+DWORD refusal = 0;
+HANDLE WINAPI Refuse(LPCWSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD, HANDLE) {
+    SetLastError(refusal);
     return INVALID_HANDLE_VALUE;
 }
 
@@ -210,15 +211,19 @@ TEST(TempFiles, ThatCannotBeMadeLeaveNothing) {
     EXPECT_EQ(Create(world.Given(), L"a", 2, path), UTIL_BAD_ARGUMENT);
     EXPECT_EQ(UtilTempFileCreate(world.Given().c_str(), L"a", 0, nullptr), UTIL_BAD_ARGUMENT);
     {
-        const ImportHook hook("CreateFileW", reinterpret_cast<void*>(NoRoom));
+        const ImportHook hook("CreateFileW", reinterpret_cast<void*>(Refuse));
+        refusal = ERROR_DISK_FULL;
         EXPECT_EQ(Create(world.Given(), L"b", 0, path), UTIL_FAILED);
+        refusal = ERROR_ACCESS_DENIED;
+        EXPECT_EQ(Create(world.Given(), L"b", 0, path), UTIL_NO_ACCESS);
     }
     EXPECT_EQ(path, L"");
     const std::string shown = fs::path(world.Given()).string();
     EXPECT_EQ(log.lines(),
               (std::vector<std::string>{
                   "ERR: clsTempFileRemover::Create('" + shown + "\\none\\a'): cannot be made (3)",
-                  "ERR: clsTempFileRemover::Create('" + shown + "\\b'): cannot be made (112)"}));
+                  "ERR: clsTempFileRemover::Create('" + shown + "\\b'): cannot be made (112)",
+                  "ERR: clsTempFileRemover::Create('" + shown + "\\b'): cannot be made (5)"}));
     bool failed = true;
     for (int failing = 1; failed; ++failing) {
         INT result;

@@ -19,19 +19,25 @@ DWORD MakeOne(const std::wstring& path, bool isFolder) {
     return file ? ERROR_SUCCESS : GetLastError();
 }
 
+constexpr int mostDenied = 8; // in a row; after that it is the folder
+
+bool IsThere(DWORD error) {
+    return error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS;
+}
+
 // Access is denied to any name in a folder of others, but also to the one name of a file that is about to go.
-bool IsTaken(DWORD error, const std::wstring& path) {
-    if (error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS)
-        return true;
+bool MayBeAboutToGo(DWORD error, const std::wstring& path) {
     return error == ERROR_ACCESS_DENIED && (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES ||
                                             GetLastError() == ERROR_ACCESS_DENIED);
 }
 
 DWORD MakeFrom(clsWishedPaths& paths, bool isFolder, std::uint32_t& number, std::uint32_t last) {
-    for (; number <= last; ++number) {
+    for (int denied = 0; number <= last; ++number) {
         paths.Number(number);
         const DWORD error = MakeOne(paths.SystemPath(), isFolder);
-        if (!IsTaken(error, paths.SystemPath()))
+        const bool isDenied = !IsThere(error) && MayBeAboutToGo(error, paths.SystemPath());
+        denied = isDenied ? denied + 1 : 0;
+        if (!IsThere(error) && (!isDenied || denied > mostDenied))
             return error;
     }
     return ERROR_FILE_EXISTS;
