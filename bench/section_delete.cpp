@@ -85,9 +85,9 @@ double DeleteByHandle(const clsNames& names) {
     return ns / static_cast<double>(profile.handles.size());
 }
 
-double DeleteFirstItems(const clsNames& names, bool behindLists) {
+double DeleteFirstItems(const clsNames& names, bool afterLists) {
     scTwice profile;
-    if (behindLists)
+    if (afterLists)
         AddTwice(profile, names, true);
     const std::size_t lists = EntriesOf(profile.job, nullptr);
     AddTwice(profile, names, false);
@@ -108,7 +108,7 @@ void MeasureLengths(const scSettings& settings, clsReport& report) {
         {"ProfDeleteListW by handle, each name twice", DeleteByHandle},
         {"ProfDeleteListW of list 0, null path",
          [](const clsNames& names) { return DeleteFirstItems(names, false); }},
-        {"the same behind as many empty lists",
+        {"the same after as many empty lists",
          [](const clsNames& names) { return DeleteFirstItems(names, true); }},
     };
     report.Section("Delete: 1,000, 10,000 and 100,000 names, a call");

@@ -5,7 +5,7 @@
  * handle, and saved where the caller wants it.
  *
  *     ProfJob job = ProfJobOpenW(L"C:\\Data\\report.prf");
- *     INT copies;
+ *     INT copies = 1; // what it stays if the item's text is no number
  *     ProfGetIntW(job, 0, L"Print/Copies", &copies, 1);
  *     ProfSetIntW(job, 0, L"Print/Copies", copies + 1);
  *     ProfSaveW(job, NULL, PROF_FORM_TEXT);
@@ -123,7 +123,8 @@ typedef struct ProfListObject* ProfList;
  * In the text form each list is a line "[name]" and a block in braces, each item a line name=value;
  * blank lines and lines that begin with # or ; are skipped. A file whose first header line is not
  * "[/]" is taken as a plain sequence of sections: the first header is skipped, each later one opens
- * a list inside the one before (no brace closes it). PROF_READ_PLAIN_INI reads such files flat.
+ * a list inside the one before (no brace closes it). What stands before the first header is not read, so
+ * items above the first section of an .ini file are not. PROF_READ_PLAIN_INI reads such files whole and flat.
  *
  * A file that begins with the first line of the XML form or of the XFDF form is read in that form. Both are
  * read line by line, as ProfSave lays them out: an element that shares its line with another, or goes over
@@ -583,7 +584,7 @@ TVUT22_API INT TVUT22_CALL ProfGetFileW(ProfJob job, ProfList list, const wchar_
  *
  * Result  PROF_OK, also when nothing was found (a diagnostic line tells of each element); PROF_NOT_FOUND
  *         for an invalid list; PROF_CONVERT_FAILED when a file could not be read or kept, which a line tells,
- *         too: the files before it have been appended, those behind it have not.
+ *         too: the files before it have been appended, those after it have not.
  */
 TVUT22_API INT TVUT22_CALL ProfAppendFilesA(ProfJob job, ProfList list, const char* files, const char* key);
 TVUT22_API INT TVUT22_CALL ProfAppendFilesW(ProfJob job, ProfList list, const wchar_t* files,

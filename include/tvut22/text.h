@@ -150,7 +150,7 @@ TVUT22_API BOOL TVUT22_CALL UtilIsString(const wchar_t* pointer, UINT size);
 
 #define UTIL_CONVERT_TOO_LARGE (-1)   /* there are more bytes than the destination holds */
 #define UTIL_CONVERT_NO_ARGUMENT (-2) /* an argument is missing, or a stream cannot be made */
-#define UTIL_CONVERT_FAILED (-4)      /* a stream cannot be read or written, or memory runs out */
+#define UTIL_CONVERT_FAILED (-4)      /* a stream or memory fails, or there are too many bytes */
 #define UTIL_CONVERT_TOO_SMALL (-44)  /* the text does not fit into the destination */
 
 /* Bytes to text: of a block of memory, of a stream from its start to its end (one that cannot seek: from
@@ -160,6 +160,9 @@ TVUT22_API BOOL TVUT22_CALL UtilIsString(const wchar_t* pointer, UINT size);
  * destination  receives the text with its terminator, or is left alone when the text does not fit
  * size         of the destination
  * compress     not 0: compressed
+ *
+ * More than 256 MiB of bytes are refused, as reading refuses them: UTIL_CONVERT_FAILED, and the line "WRN:
+ * more than 256 MiB cannot be kept as a text" on the diagnostic output.
  *
  * Result       0, UTIL_CONVERT_TOO_SMALL, UTIL_CONVERT_NO_ARGUMENT or UTIL_CONVERT_FAILED; with a null
  *              destination or size 0 the size that is needed, terminator included

@@ -56,6 +56,7 @@ INT GivePackedText(clsByteSource& source, wchar_t* destination, UINT size, BOOL 
 
 INT GiveTextOfMemory(const void* bytes, std::size_t count, wchar_t* destination, UINT size, BOOL compress) {
     return UtilpGuard(UTIL_CONVERT_FAILED, [&] {
+        UtilpRequireReadable(count);
         if (!compress)
             return GiveText(clsPlainBytes(bytes, count), destination, size);
         clsSpanSource source(bytes, count);

@@ -7,7 +7,7 @@
 namespace tvut {
 
 // Plain paths end at 259 characters, those of folders at 247. A path whose full form is longer, or nearly
-// so, is given in that form behind "\\?\", which has no such limit; any other as it is. Throws
+// so, is given in that form after "\\?\", which has no such limit; any other as it is. Throws
 // std::bad_alloc.
 std::wstring PlatformLongPath(std::wstring_view path);
 

@@ -57,7 +57,7 @@ void clsStreamSink::Extend(std::uint64_t bytes) {
     if (!fromStart_)
         return;
     const HRESULT result = stream_->SetSize(Size(bytes));
-    if (result == STG_E_MEDIUMFULL) // whoever cannot change his size says so otherwise
+    if (result == STG_E_MEDIUMFULL) // a stream that cannot change its size says so in other words
         Require(result, "stream cannot be extended", reason::writeFault);
 }
 

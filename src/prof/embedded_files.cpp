@@ -22,28 +22,6 @@ constexpr std::u16string_view entryName = u"File.Entry";
 constexpr std::u16string_view nameItem = u"Name";
 constexpr std::u16string_view contentsItem = u"Contents";
 
-void RequireFit(std::uint64_t bytes) {
-    if (bytes > largestUnfoldedBytes)
-        throw clsException("more bytes than a text of a profile can hold", reason::tooLarge);
-}
-
-// Fails where there are more bytes than can be read again, whatever size the source tells.
-class clsLimitedSource final : public clsByteSource {
-  public:
-    explicit clsLimitedSource(clsByteSource& source) : source_(source) {}
-    std::uint64_t SizeHint() override { return source_.SizeHint(); }
-    std::size_t Read(void* buffer, std::size_t bytes) override {
-        const std::size_t read = source_.Read(buffer, bytes);
-        all_ += read;
-        RequireFit(all_);
-        return read;
-    }
-
-  private:
-    clsByteSource& source_;
-    std::uint64_t all_ = 0;
-};
-
 class clsPackedValue final : public IclsValueWriter {
   public:
     explicit clsPackedValue(const clsPackedBytes& bytes) : bytes_(bytes) {}
@@ -137,8 +115,7 @@ void ExtractEntry(clsItemList& entry, const std::u16string& folder, std::u16stri
 } // namespace
 
 clsPackedBytes ProfpPackBytes(clsByteSource& source, std::u16string_view key) {
-    clsLimitedSource limited(source);
-    return {limited, clsPackedBytes::Compression::zlib, key};
+    return {source, clsPackedBytes::Compression::zlib, key};
 }
 
 clsPackedBytes ProfpPackFile(const std::u16string& file, std::u16string_view key) {
@@ -153,7 +130,7 @@ clsPackedBytes ProfpPackFile(const std::u16string& file, std::u16string_view key
     if (!handle)
         throw clsException("file cannot be opened", error);
     clsFileSource source(handle.Get());
-    RequireFit(source.SizeHint());
+    UtilpRequireReadable(source.SizeHint());
     return ProfpPackBytes(source, key);
 }
 

@@ -20,7 +20,7 @@ class clsItemSequence {
         return const_cast<clsItemSequence*>(this)->At(position);
     }
 
-    // The number of places from a position on that stand behind each other in memory.
+    // The number of places from a position on that follow each other in memory.
     std::uint32_t RunLength(std::uint32_t position) const {
         return IsOneBlock() ? capacity_ - position : segmentLength - position % segmentLength;
     }

@@ -58,13 +58,13 @@ void clsListMemory::Insert(scPiece piece) noexcept {
 }
 
 bool clsListMemory::FindPiece(std::uintptr_t at) const noexcept {
-    const scPiece* const behind =
+    const scPiece* const after =
         std::upper_bound(pieces_, pieces_ + count_, at,
                          [](std::uintptr_t value, const scPiece& piece) { return value < piece.begin; });
-    if (behind == pieces_ || at - behind[-1].begin >= behind[-1].bytes)
+    if (after == pieces_ || at - after[-1].begin >= after[-1].bytes)
         return false;
-    lastBegin_ = behind[-1].begin;
-    lastBytes_ = behind[-1].bytes;
+    lastBegin_ = after[-1].begin;
+    lastBytes_ = after[-1].bytes;
     return true;
 }
 

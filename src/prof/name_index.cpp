@@ -67,10 +67,12 @@ void clsNameIndex::Append(const clsItemList& list, std::uint32_t position) noexc
     std::uint32_t& slot = slots_[SlotOf(list, entry.key, entry.Name())];
     if (slot != 0) {
         if (links_)
-            AppendToRing(PositionIn(slot), position, (slot & repeats) == 0);
+            AppendToRing(PositionIn(slot), position);
         slot |= repeats;
         return;
     }
+    if (links_)
+        links_[position] = {position, position};
     slot = Tag(entry.key) | (position + 1);
 }
 
@@ -92,10 +94,11 @@ void clsNameIndex::Remove(const clsItemList& list, std::uint32_t position) noexc
 
 void clsNameIndex::RemoveAt(const clsItemList& list, std::uint32_t position) noexcept {
     const clsItem& entry = list.At(position);
-    if ((slots_[SlotOf(list, entry.key, entry.Name())] & repeats) == 0)
-        return Remove(list, position);
-    ExpectRepeats(list);
+    if ((slots_[SlotOf(list, entry.key, entry.Name())] & repeats) != 0)
+        ExpectRepeats(list); // after which there may turn out to be no other entry
     std::uint32_t& slot = slots_[SlotOf(list, entry.key, entry.Name())];
+    if ((slot & repeats) == 0)
+        return Remove(list, position);
     if (links_)
         return LeaveRing(slot, position);
     if (PositionIn(slot) != position)
@@ -124,9 +127,9 @@ void clsNameIndex::Chain(const clsItemList& list) noexcept {
     Fill(list);
 }
 
-// Behind the last one, which stands before the first.
-void clsNameIndex::AppendToRing(std::uint32_t first, std::uint32_t position, bool isSecond) noexcept {
-    const std::uint32_t last = isSecond ? first : links_[first].previous;
+// After the last one, which in a ring stands before the first.
+void clsNameIndex::AppendToRing(std::uint32_t first, std::uint32_t position) noexcept {
+    const std::uint32_t last = links_[first].previous;
     links_[position] = {first, last};
     links_[last].next = position;
     links_[first].previous = position;

@@ -46,7 +46,7 @@ class clsNameIndex {
     // Tells that entries of a repeated name are about to be deleted.
     void ExpectRepeats(const clsItemList& list) noexcept;
 
-    // The entry of the same name and kind behind one that is still in its place; notFound if none.
+    // The entry of the same name and kind after one that is still in its place; notFound if none.
     std::uint32_t NextAlike(const clsItemList& list, std::uint32_t position) const noexcept;
 
     // Forgets the name and kind of an entry that is still in its place.
@@ -73,7 +73,7 @@ class clsNameIndex {
     }
     std::uint32_t LinkCount() const { return capacity_ / 2; }
     void Chain(const clsItemList& list) noexcept;
-    void AppendToRing(std::uint32_t first, std::uint32_t position, bool isSecond) noexcept;
+    void AppendToRing(std::uint32_t first, std::uint32_t position) noexcept;
     void LeaveRing(std::uint32_t& slot, std::uint32_t position) noexcept;
     void FreeAll() noexcept;
 
@@ -83,7 +83,7 @@ class clsNameIndex {
     std::uint32_t shift_ = 32;
     std::uint32_t positionBits_ = 0;
     std::uint32_t positionMask_ = 0;
-    scLink* links_ = nullptr; // by position, of the entries whose name repeats; none while not chained
+    scLink* links_ = nullptr; // by position; none while not chained
     std::uint32_t repeatWalks_ = 0;
     bool filled_ = false;
 };

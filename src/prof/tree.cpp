@@ -92,7 +92,7 @@ void clsTree::AddItem(clsItemList& list, std::uint32_t key, clsTextHolder& name,
     entry.name = name.Hand();
     entry.value = value.Hand();
     Added(list);
-    if (&list != beforeItems_.list && &list != &root_) // whose ends are behind that place
+    if (&list != beforeItems_.list && &list != &root_) // whose ends come after that place
         beforeItems_ = {&root_, 0};
 }
 
@@ -343,7 +343,7 @@ clsTree::clsWalk::clsWalk(clsItemList& list)
     tree_.walks_ = state_;
 }
 
-// Walks end in any order: one whose caller never came back stays behind.
+// Walks end in any order: one whose caller never came back stays.
 clsTree::clsWalk::~clsWalk() {
     scWalkState** link = &tree_.walks_;
     while (*link != state_)

@@ -44,8 +44,6 @@ class clsStringSink final : public clsByteSink {
 } // namespace
 
 std::u16string ProfpVariantText(std::string_view bytes) {
-    if (bytes.size() > largestUnfoldedBytes)
-        throw clsException("variant is too large");
     clsViewSource source(bytes);
     using Compression = clsPackedBytes::Compression;
     const clsPackedBytes packed(source, bytes.size() < compressedFrom ? Compression::none : Compression::zlib,

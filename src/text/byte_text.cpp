@@ -42,8 +42,9 @@ std::size_t Drain(clsByteSource& source, clsByteSink& sink) {
     const clsRoom room(readAtOnce);
     std::size_t all = 0;
     while (const std::size_t read = source.Read(room.Span().data(), room.Span().size())) {
-        sink.Write(room.Span().data(), read);
         all += read;
+        UtilpRequireReadable(all);
+        sink.Write(room.Span().data(), read);
     }
     sink.Finish();
     return all;
@@ -123,6 +124,13 @@ void Inflate(clsPieces& pieces, clsByteSink& sink, std::uint64_t limit) {
 }
 
 } // namespace
+
+void UtilpRequireReadable(std::uint64_t bytes) {
+    if (bytes <= largestUnfoldedBytes)
+        return;
+    clsDiagnosticLine().Put(u"WRN: more than 256 MiB cannot be kept as a text").Write();
+    throw clsException("more bytes than could be read again", reason::tooLarge);
+}
 
 void clsByteBlocks::Write(const void* data, std::size_t bytes) {
     const auto* next = static_cast<const Byte*>(data);

@@ -22,6 +22,9 @@ namespace tvut {
 // A text of a few hundred kilobytes may unfold to gigabytes; nothing that is stored is that large.
 constexpr std::uint64_t largestUnfoldedBytes = 256 * 1024 * 1024;
 
+// Throws clsException, after a diagnostic line, for more bytes than could be read from a text of them.
+void UtilpRequireReadable(std::uint64_t bytes);
+
 // Memory that grows by blocks: no byte is moved, and what is taken exceeds what is written by little.
 class clsByteBlocks final : public clsByteSink {
   public:
@@ -49,7 +52,8 @@ class clsPackedBytes {
   public:
     enum class Compression { none, zlib };
 
-    // Reads a source to its end. Throws what the source throws, std::bad_alloc.
+    // Reads a source to its end. Throws what the source throws, clsException when it has more bytes than can
+    // be read again, std::bad_alloc.
     clsPackedBytes(clsByteSource& source, Compression compression, std::u16string_view keyText);
 
     std::size_t TextLength() const; // throws std::bad_alloc when no text can be so long

@@ -203,7 +203,7 @@ TEST(XmlForm, RefusesWithMessageAndLine) {
 struct scSkipped {
     std::string input;
     const char16_t* tree;
-    const char16_t* warning; // behind "WRN: 'input': "; none when null
+    const char16_t* warning; // after "WRN: 'input': "; none when null
 };
 
 TEST(XmlForms, SkipWhatTheyDoNotKnowAndSaySo) {

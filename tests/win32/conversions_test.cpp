@@ -120,6 +120,33 @@ TEST(Conversions, WhatIsRefusedStandsForNoBytes) {
     }
 }
 
+TEST(Conversions, MoreBytesThanCanBeReadAgainAreRefused) {
+    constexpr UINT tooMany = 256u * 1024 * 1024 + 1;
+    const auto refused = [](auto convert) {
+        const Log log;
+        for (const BOOL compress : {TRUE, FALSE})
+            EXPECT_EQ(convert(compress), UTIL_CONVERT_FAILED);
+        EXPECT_EQ(log.lines(),
+                  std::vector<std::string>(2, "WRN: more than 256 MiB cannot be kept as a text"));
+    };
+    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, tooMany);
+    refused([&](BOOL compress) { return UtilConvertHGLOBALToString(block, nullptr, 0, compress); });
+    GlobalFree(block);
+    const char none = 0; // memory that is not looked at
+    refused([&](BOOL compress) { return UtilConvertBLOBToString(&none, tooMany, nullptr, 0, compress); });
+    PieceStream endless(Bytes(1 << 20, 'x'));
+    const std::function<void()> rewind = [&] {
+        endless.position = 0;
+        endless.onRead = rewind;
+    };
+    endless.onRead = rewind;
+    refused([&](BOOL compress) { return UtilConvertStreamToString(&endless, nullptr, 0, compress); });
+    const Job job;
+    ProfAppendStreamW(job, 0, L"a", nullptr, &endless);
+    EXPECT_EQ(GetLastError(), ERROR_FILE_TOO_LARGE);
+    EXPECT_EQ(describe(job), L"");
+}
+
 TEST(Conversions, MissingArgumentsAndFailingStreams) {
     PieceStream stream("abc");
     HGLOBAL block;

@@ -122,25 +122,25 @@ TEST(Long, ThreeMillionItemsInOneList) {
 TEST(Long, ADeletionCostsTheSameInAnyList) {
     constexpr int kNames = 100000;
     const auto nameOf = [](int i) { return L"n" + std::to_wstring(i % kNames); };
-    const Job items, lists, first, behindLists;
+    const Job items, lists, first, afterLists;
     std::vector<ProfList> handles;
     for (int i = 0; i < 2 * kNames; ++i) {
         ProfAppendStringW(items, 0, nameOf(i).c_str(), L"");
         handles.push_back(ProfAppendListW(lists, 0, nameOf(i).c_str()));
         ProfAppendStringW(first, 0, nameOf(i).c_str(), L"");
-        ProfAppendListW(behindLists, 0, L"empty");
+        ProfAppendListW(afterLists, 0, L"empty");
     }
     EXPECT_EQ(ProfGetListW(lists, 0, L"n1"), handles[1]); // an index, if there is one, is filled
     for (int i = 0; i < 2 * kNames; ++i) {
         ProfDeleteItemW(items, 0, nameOf(i).c_str());
         ProfDeleteListW(lists, handles[static_cast<size_t>(i)], nullptr);
         ProfDeleteListW(first, 0, nullptr);
-        ProfAppendStringW(behindLists, 0, L"n", L"");
-        ProfDeleteListW(behindLists, 0, nullptr);
+        ProfAppendStringW(afterLists, 0, L"n", L"");
+        ProfDeleteListW(afterLists, 0, nullptr);
     }
     for (const Job* job : {&items, &lists, &first})
         EXPECT_EQ(describe(*job), L"");
-    EXPECT_EQ(entriesOf(behindLists), 2 * kNames);
+    EXPECT_EQ(entriesOf(afterLists), 2 * kNames);
 }
 
 std::jmp_buf afterTheWalk;
@@ -163,7 +163,7 @@ BOOL TVUT22_CALL leave(ProfJob, const wchar_t*, const wchar_t*, ProfList, UINT_P
     return std::all_of(std::begin(frames), std::end(frames), [=](ProfList word) { return word == list; });
 }
 
-TEST(Callbacks, ThatNeverReturnLeaveNothingBehindInTheirFrames) {
+TEST(Callbacks, ThatNeverReturnLeaveNothingInTheirFrames) {
     const Job job(L"L{a=1;}k=1;");
     const ProfList list = ProfGetListW(job, 0, L"L");
     beginAWalk(job, list);

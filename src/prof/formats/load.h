@@ -18,7 +18,7 @@ struct scLoadRequest {
     std::u16string_view inputName; // for diagnostic lines
     ReadMode mode = ReadMode::detect;
     unsigned codePage = 0;   // of 8-bit input that is not UTF-8
-    bool isFilledUp = false; // zeros behind the text only fill its block up, as the clipboard's do
+    bool isFilledUp = false; // zeros after the text only fill its block up, as the clipboard's do
 };
 
 struct scLoadResult {
