@@ -10,6 +10,8 @@ namespace bench {
 
 namespace {
 
+constexpr std::size_t filesOfAFolder = 100;
+
 // A file handle that closes itself.
 class clsFile {
   public:
@@ -105,6 +107,27 @@ void BareSave(const std::wstring& path, std::span<const std::byte> bytes) {
     clsFile(temporary, GENERIC_WRITE, CREATE_NEW).Write(bytes);
     Require(MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING) != FALSE,
             "a rename failed");
+}
+
+std::vector<std::wstring> MakeManyFiles(const std::wstring& folder, std::size_t count) {
+    std::vector<std::wstring> files;
+    std::wstring group;
+    CreateDirectoryW(folder.c_str(), nullptr);
+    for (std::size_t number = 0; number < count; ++number) {
+        if (number % filesOfAFolder == 0) {
+            group = folder + L"\\" + std::to_wstring(number);
+            CreateDirectoryW(group.c_str(), nullptr);
+        }
+        files.push_back(group + L"\\" + std::to_wstring(number));
+        WriteWholeFile(files.back(), {});
+    }
+    return files;
+}
+
+void RemoveManyFolders(const std::wstring& folder, std::size_t count) {
+    for (std::size_t number = 0; number < count; number += filesOfAFolder)
+        RemoveDirectoryW((folder + L"\\" + std::to_wstring(number)).c_str());
+    RemoveDirectoryW(folder.c_str());
 }
 
 } // namespace bench

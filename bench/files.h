@@ -27,6 +27,10 @@ std::vector<std::byte> ReadWholeFile(const std::wstring& path);
 std::wstring ReadWholeText(const std::wstring& path); // UTF-16, a byte-order mark kept
 void RemoveFile(const std::wstring& path);
 
+// Empty files by the hundred in folders of their own below a new one, and the end of those folders.
+std::vector<std::wstring> MakeManyFiles(const std::wstring& folder, std::size_t count);
+void RemoveManyFolders(const std::wstring& folder, std::size_t count);
+
 // The work in the forms that the library and its peers read.
 struct scWorkFiles {
     std::wstring profile, ini, xml;

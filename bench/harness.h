@@ -33,6 +33,16 @@ double Timed(Function&& function) {
     return NowNs() - start;
 }
 
+// Nanoseconds that one of several calls of the function takes, which is told its number.
+template <typename Function>
+double PerCall(std::size_t calls, Function&& function) {
+    const double all = Timed([&] {
+        for (std::size_t done = 0; done < calls; ++done)
+            function(done);
+    });
+    return all / static_cast<double>(calls);
+}
+
 // Keeps the optimizer from dropping a computation whose result nobody reads.
 void Consume(std::size_t value);
 

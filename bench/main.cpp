@@ -34,6 +34,7 @@ constexpr scSection sections[] = {
     {"embed", MeasureEmbed},
     {"diagnostics", MeasureDiagnostics},
     {"heap", MeasureHeap},
+    {"files", MeasureFiles},
     {"locale", MeasureLocale},
     {"html", MeasureHtml},
     {"regex", MeasureRegEx},

@@ -72,15 +72,6 @@ void MeasureCharset(const scSettings& settings, clsReport& report) {
     }
 }
 
-template <class Call>
-double PerCall(std::size_t calls, Call call) {
-    return Timed([&] {
-               for (std::size_t done = 0; done < calls; ++done)
-                   call(done);
-           }) /
-           static_cast<double>(calls);
-}
-
 void MeasureTime(const scSettings& settings, clsReport& report) {
     const std::size_t calls = settings.quick ? 1000 : 20000;
     SYSTEMTIME start, end, ours, theirs;

@@ -32,7 +32,7 @@ std::size_t CommittedPrivateBytes() {
 template <typename Open>
 std::size_t Added(Open&& open) {
     const std::size_t before = CommittedPrivateBytes();
-    const auto opened = open();
+    [[maybe_unused]] const auto opened = open();
     return CommittedPrivateBytes() - before;
 }
 
@@ -55,6 +55,13 @@ std::size_t ProbeMemory(const std::string& way, const std::wstring& path) {
         });
     if (way == "embed")
         return ProbeEmbedding(path);
+    if (way == "temporary") {
+        const auto files = MakeManyFiles(path, 10000);
+        return Added([&] {
+            RegisterTempFiles(files);
+            return 0;
+        });
+    }
     Require(way == "rapidxml", "there is no such way to open the work");
     return Added([&] {
         auto document = std::make_unique<clsRapidXml>(ReadWholeText(path));

@@ -12,6 +12,7 @@ void MeasureMemory(const scSettings& settings, clsReport& report);
 void MeasureOpen(const scSettings& settings, clsReport& report);
 void MeasureSave(const scSettings& settings, clsReport& report);
 void MeasureGet(const scSettings& settings, clsReport& report);
+void MeasureFiles(const scSettings& settings, clsReport& report);
 void MeasureGrow(const scSettings& settings, clsReport& report);
 void MeasureDelete(const scSettings& settings, clsReport& report);
 void MeasureHeap(const scSettings& settings, clsReport& report);
@@ -32,6 +33,9 @@ std::size_t ProbeMemory(const std::string& way, const std::wstring& path);
 
 // The same for embedding a file: the most bytes that it took at a time.
 std::size_t ProbeEmbedding(const std::wstring& path);
+
+// What registering files to be removed at the end takes memory for.
+void RegisterTempFiles(const std::vector<std::wstring>& files);
 
 // Runs ProbeMemory in a process of its own.
 std::size_t RunMemoryProbe(const wchar_t* way, const std::wstring& path);

@@ -16,13 +16,13 @@
 #define TVUT22_MODULES_H
 
 #include <tvut22/calling.h>
+#include <tvut22/results.h>
 
 /* A job. Reference-counted by its name; 0 is invalid. */
 typedef struct UtilJobObject* UtilJob;
 
-/* ---- Results ------------------------------------------------------------------------------- */
+/* ---- Results: UTIL_OK, and ----------------------------------------------------------------- */
 
-#define UTIL_OK 0            /* success */
 #define UTIL_BAD_JOB (-2)    /* not a job's handle */
 #define UTIL_HEAPS_LEFT (-5) /* the job still had heaps; they were reported and destroyed */
 

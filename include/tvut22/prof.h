@@ -219,7 +219,7 @@ TVUT22_API INT TVUT22_CALL ProfGetError(ProfJob job);
  * replaced itself. While others have the target open, the step is retried for up to two seconds. If they
  * still do and let it be written, though not replaced (as fopen opens a file), the temporary file is copied
  * over the target and goes when that is complete; only then does a failure, or the end of the process, leave
- * the target torn, and the whole contents in the file "~PRF........tmp" beside it. A held
+ * the target torn, and the whole contents in the file "~PRF........sav" beside it. A held
  * file is first brought to its new length, so that what forbids that shows before old contents are
  * overwritten; a failure after that, and the end of the process, leave it torn.
  */

@@ -6,10 +6,12 @@
 #define TVUT22_UTIL_H
 
 #include <tvut22/diagnostics.h>
+#include <tvut22/files.h>
 #include <tvut22/heaps.h>
 #include <tvut22/html.h>
 #include <tvut22/locale.h>
 #include <tvut22/modules.h>
+#include <tvut22/results.h>
 #include <tvut22/text.h>
 
 #endif

@@ -15,6 +15,7 @@
 #include "runtime/global_lock.h"
 #include "runtime/output/debugger.h"
 #include "runtime/output/writer.h"
+#include "runtime/temp_files/temp_file_remover.h"
 #include "text/hash.h"
 
 #include <mutex>
@@ -81,6 +82,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
         break;
     case DLL_PROCESS_DETACH:
         ProcessDetaches();
+        tvut::UtilpEndTempFiles(processEnds != nullptr);
         tvut::UtilpDiagnosticWriter().End(processEnds != nullptr);
         if (!processEnds) {
             tvut::UtilpForgetCallStacks();

@@ -2,6 +2,7 @@
 
 #include "platform/exception.h"
 #include "platform/long_path.h"
+#include "platform/replacement_file.h"
 #include "platform/wide.h"
 
 #include <algorithm>
@@ -137,23 +138,6 @@ std::wstring FolderOf(const std::wstring& path) {
     return path.substr(0, path.find_last_of(L"\\/:") + 1); // nothing found: npos + 1 is 0
 }
 
-// Makes a new file of a name nobody uses, and sets the name.
-clsFileHandle MakeTemporary(const std::wstring& folder, std::wstring& name) {
-    std::array<wchar_t, 32> leaf;
-    clsFileHandle file;
-    const auto seed =
-        static_cast<unsigned>(GetTickCount64()) ^ GetCurrentProcessId() << 16 ^ GetCurrentThreadId();
-    for (unsigned attempt = 0; !file && attempt < 100; ++attempt) {
-        wsprintfW(leaf.data(), L"~PRF%08X.tmp", seed + attempt * 0x9E3779B1u);
-        name = PlatformLongPath(folder + leaf.data());
-        file = clsFileHandle(
-            CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
-        if (!file && GetLastError() != ERROR_FILE_EXISTS)
-            break;
-    }
-    return file;
-}
-
 using SecurityBuffer = std::array<char, 4096>;
 
 bool ReadAccessRights(const std::wstring& file, SecurityBuffer& security) {
@@ -198,7 +182,7 @@ clsReplacingSink::clsReplacingSink(const char16_t* target) : target_(PlatformLon
     if (targetExists_ &&
         (targetData_.dwFileAttributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)))
         throw clsException("file is read-only or a folder", reason::accessDenied);
-    file_ = MakeTemporary(FolderOf(target_), temporary_);
+    file_ = PlatformMakeReplacement(FolderOf(target_), temporary_);
     Require(static_cast<bool>(file_), "temporary file cannot be made");
 }
 
@@ -246,8 +230,10 @@ void Copy(clsByteSource& source, clsByteSink& sink) {
 
 } // namespace
 
-// What can be known before is asked before: whether there is room, and whether the file may be cut.
+// What can be known before is asked before: whether there is room, and whether the file may be cut. From the
+// first byte on, the temporary file is the one that must not be lost.
 void clsReplacingSink::CopyOverTarget() {
+    Require(PlatformKeepReplacement(temporary_), "temporary file cannot be renamed");
     const clsFileHandle contents = OpenExisting(temporary_, GENERIC_READ);
     const clsFileHandle target = OpenExisting(target_, GENERIC_WRITE);
     clsFileSource source(contents.Get());

@@ -6,17 +6,6 @@
 
 namespace tvut {
 
-namespace {
-
-struct scFindPolicy {
-    using Value = HANDLE;
-    static Value None() noexcept { return INVALID_HANDLE_VALUE; }
-    static void Close(Value value) noexcept { FindClose(value); }
-};
-using clsFindHandle = clsOwned<scFindPolicy>;
-
-} // namespace
-
 std::vector<std::u16string> PlatformFindFiles(const std::u16string& path) {
     std::vector<std::u16string> names;
     WIN32_FIND_DATAW data;

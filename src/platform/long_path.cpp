@@ -1,6 +1,6 @@
 #include "platform/long_path.h"
 
-#include <windows.h>
+#include "platform/system_text.h"
 
 namespace tvut {
 
@@ -12,24 +12,29 @@ bool IsFull(std::wstring_view path) {
     return path.starts_with(L"\\\\") || (path.size() > 2 && path[1] == L':' && path[2] == L'\\');
 }
 
-// Without "." and "..", and with backslashes: nothing after the prefix is looked at any more.
-std::wstring FullPath(const std::wstring& path) {
-    std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
-    const DWORD length =
-        GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
-    return length < full.size() ? full.substr(0, length) : std::wstring(); // another folder is current by now
+} // namespace
+
+std::wstring PlatformFullPath(std::wstring_view path) {
+    const std::wstring from(path);
+    return PlatformText(
+        [&](wchar_t* text, DWORD size) { return GetFullPathNameW(from.c_str(), size, text, nullptr); });
 }
 
-} // namespace
+scVerbatimPath PlatformVerbatimPath(std::wstring_view full) noexcept {
+    if (full.starts_with(L"\\\\?\\") || full.starts_with(L"\\\\.\\"))
+        return {{}, full};
+    if (full.starts_with(L"\\\\"))
+        return {L"\\\\?\\UNC", full.substr(1)};
+    return {L"\\\\?\\", full};
+}
 
 std::wstring PlatformLongPath(std::wstring_view path) {
     std::wstring plain(path);
     if (IsFull(plain) && plain.size() <= longestPlain)
         return plain;
-    const std::wstring full = FullPath(plain);
-    if (full.size() <= longestPlain || full.starts_with(L"\\\\?\\") || full.starts_with(L"\\\\.\\"))
-        return plain;
-    return full.starts_with(L"\\\\") ? L"\\\\?\\UNC" + full.substr(1) : L"\\\\?\\" + full;
+    const std::wstring full = PlatformFullPath(plain);
+    const auto [prefix, rest] = PlatformVerbatimPath(full);
+    return full.size() <= longestPlain || prefix.empty() ? plain : std::wstring(prefix).append(rest);
 }
 
 } // namespace tvut

@@ -11,4 +11,15 @@ namespace tvut {
 // std::bad_alloc.
 std::wstring PlatformLongPath(std::wstring_view path);
 
+// The full form of a path, without "." and "..", and with backslashes; empty when the system cannot tell.
+// Throws std::bad_alloc.
+std::wstring PlatformFullPath(std::wstring_view path);
+
+// A full path with what lifts the limit, also from what lies below it: the two put together.
+struct scVerbatimPath {
+    std::wstring_view prefix;
+    std::wstring_view rest;
+};
+scVerbatimPath PlatformVerbatimPath(std::wstring_view full) noexcept;
+
 } // namespace tvut

@@ -9,13 +9,6 @@
 
 namespace tvut {
 
-struct scHandlePolicy {
-    using Value = HANDLE;
-    static Value None() noexcept { return nullptr; }
-    static void Close(Value value) noexcept { CloseHandle(value); }
-};
-using clsHandle = clsOwned<scHandlePolicy>;
-
 struct scViewPolicy {
     using Value = void*;
     static Value None() noexcept { return nullptr; }

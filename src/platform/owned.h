@@ -72,6 +72,20 @@ struct scFilePolicy {
 };
 using clsFileHandle = clsOwned<scFilePolicy>;
 
+struct scHandlePolicy {
+    using Value = HANDLE;
+    static Value None() noexcept { return nullptr; }
+    static void Close(Value value) noexcept { CloseHandle(value); }
+};
+using clsHandle = clsOwned<scHandlePolicy>;
+
+struct scFindPolicy {
+    using Value = HANDLE;
+    static Value None() noexcept { return INVALID_HANDLE_VALUE; }
+    static void Close(Value value) noexcept { FindClose(value); }
+};
+using clsFindHandle = clsOwned<scFindPolicy>;
+
 struct scRegistryKeyPolicy {
     using Value = HKEY;
     static Value None() noexcept { return nullptr; }

@@ -1,11 +1,11 @@
 #include "prof/embedded_files.h"
 
+#include "files/file_name.h"
+#include "files/file_pattern.h"
 #include "platform/exception.h"
 #include "platform/file.h"
 #include "platform/file_finder.h"
 #include "platform/letter_case.h"
-#include "prof/file_name.h"
-#include "prof/file_pattern.h"
 #include "prof/path.h"
 #include "prof/torn_file.h"
 #include "runtime/diagnostics.h"
@@ -78,13 +78,13 @@ bool ComesBefore(const std::u16string& a, const std::u16string& b) {
 std::vector<std::u16string> FilesOf(const scFilePattern& pattern) {
     const std::u16string folder(pattern.folder);
     if (!pattern.HasWildcards()) {
-        if (!ProfpIsBareFileName(pattern.name))
+        if (!UtilpIsBareFileName(pattern.name))
             return {};
         return PlatformFindFiles(folder + std::u16string(pattern.name));
     }
     std::vector<std::u16string> names = PlatformFindFiles(folder + u"*");
     std::erase_if(names,
-                  [&](const std::u16string& name) { return !ProfpMatchesPattern(name, pattern.name); });
+                  [&](const std::u16string& name) { return !UtilpMatchesPattern(name, pattern.name); });
     std::sort(names.begin(), names.end(), ComesBefore);
     return names;
 }
@@ -99,7 +99,7 @@ void ExtractEntry(clsItemList& entry, const std::u16string& folder, std::u16stri
     }
     const std::u16string file = folder + std::u16string(name->Value());
     const clsItem* const contents = entry.FindItem(scName(contentsItem));
-    const bool isBareName = ProfpIsBareFileName(name->Value());
+    const bool isBareName = UtilpIsBareFileName(name->Value());
     try {
         if (contents && isBareName)
             return ProfpWriteFile(file, contents->Value(), key);
@@ -126,7 +126,7 @@ clsPackedBytes ProfpPackFile(const std::u16string& file, std::u16string_view key
 clsPackedBytes ProfpPackFile(const std::u16string& file, std::u16string_view key, clsPatience& patience) {
     DWORD error = reason::invalidName;
     const clsFileHandle handle =
-        ProfpIsFileName(file) ? PlatformOpenFile(file.c_str(), openToRead, patience, error) : clsFileHandle();
+        UtilpIsFileName(file) ? PlatformOpenFile(file.c_str(), openToRead, patience, error) : clsFileHandle();
     if (!handle)
         throw clsException("file cannot be opened", error);
     clsFileSource source(handle.Get());
@@ -146,7 +146,7 @@ void ProfpWriteBytes(std::u16string_view text, std::u16string_view key, clsByteS
 
 void ProfpWriteFile(const std::u16string& file, std::u16string_view text, std::u16string_view key) {
     try {
-        ProfpRequireFileName(file);
+        UtilpRequireFileName(file);
         clsReplacingSink sink(file.c_str());
         ProfpWriteBytes(text, key, sink);
     } catch (const clsTornFile& torn) {
@@ -162,7 +162,7 @@ void ProfpWriteFile(const std::u16string& file, std::u16string_view text, std::u
 
 void ProfpAppendFiles(clsItemList& list, std::u16string_view patterns, std::u16string_view key) {
     clsPatience patience(openPatience);
-    for (std::u16string_view element; !(element = ProfpTakeFilePattern(patterns)).empty();) {
+    for (std::u16string_view element; !(element = UtilpTakeFilePattern(patterns)).empty();) {
         const scFilePattern pattern(element);
         const std::vector<std::u16string> names = FilesOf(pattern);
         if (names.empty())

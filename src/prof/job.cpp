@@ -1,11 +1,11 @@
 #include "prof/job.h"
 
+#include "files/file_name.h"
 #include "platform/clipboard.h"
 #include "platform/exception.h"
 #include "platform/settings.h"
 #include "platform/stream.h"
 #include "platform/temporary_file.h"
-#include "prof/file_name.h"
 #include "prof/formats/save.h"
 #include "prof/torn_file.h"
 #include "runtime/default_code_page.h"
@@ -106,7 +106,7 @@ void clsProfJob::Fail(int error, unsigned long why) {
 }
 
 void clsProfJob::LoadFile(bool exclusive) {
-    if (!ProfpIsFileName(fileName_.View()))
+    if (!UtilpIsFileName(fileName_.View()))
         return Fail(profResult::openFailed, reason::invalidName);
     DWORD openError = 0;
     clsPatience patience(openPatience);
@@ -163,7 +163,7 @@ void clsProfJob::Save(std::optional<std::u16string_view> fileName, std::uint32_t
         auto maker = SinkOn<clsFileSink>(heldFile_.Get());
         return RequireSaved(ProfpSave(tree_.Root(), flags, compressed_, maker));
     }
-    ProfpRequireFileName(target.View());
+    UtilpRequireFileName(target.View());
     auto maker = SinkOn<clsReplacingSink>(target.Characters());
     try {
         RequireSaved(ProfpSave(tree_.Root(), flags, compressed_, maker));

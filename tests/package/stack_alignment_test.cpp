@@ -158,6 +158,17 @@ TEST_P(StackOff, VectorCodeOfHtml) {
     SysFreeString(result);
 }
 
+TEST_P(StackOff, PathsAndTemporaryFiles) {
+    BSTR path = nullptr;
+    EXPECT_EQ(Call(UtilPathExpand, L"<Temp>\\a\\..\\b.txt", &path), 0u);
+    EXPECT_EQ(Call(UtilPathMerge, path, L"..\\c", 0u, &path), 0u);
+    EXPECT_EQ(Call(UtilPathCollapse, path, &path), 0u);
+    EXPECT_STREQ(path, L"<Temp>\\c");
+    EXPECT_EQ(Call(UtilTempFileCreate, nullptr, L"a/b", 0u, &path), 0u);
+    EXPECT_EQ(Call(UtilTempFileRelease, path, FALSE), 0u);
+    SysFreeString(path);
+}
+
 INSTANTIATE_TEST_SUITE_P(Bytes, StackOff, testing::Values(0u, 4u, 8u, 12u));
 
 } // namespace

@@ -1,5 +1,4 @@
 // clsRegEx: what the syntax means, what a bad pattern is told, and that no pattern hangs.
-#include "prof/file_name.h"
 #include "text/regex.h"
 #include "unit/native_platform.h"
 
@@ -156,46 +155,6 @@ TEST(RegEx, TellsTheUnitsOfALargeClass) {
     const clsRegEx odd(pattern + u"]");
     for (char16_t unit = 0x2FF0; unit < 0x3090; ++unit)
         EXPECT_EQ(odd.Matches(Text(1, unit)), unit > 0x3000 && unit < 0x3081 && unit % 2 != 0) << int{unit};
-}
-
-// The same rules in words of code.
-bool IsDevice(Text base) {
-    for (char16_t& c : base)
-        c = c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 32) : c;
-    if (base == u"CON" || base == u"PRN" || base == u"AUX" || base == u"NUL")
-        return true;
-    return base.size() == 4 && base[3] >= u'1' && base[3] <= u'9' &&
-           (base.starts_with(u"COM") || base.starts_with(u"LPT"));
-}
-
-bool IsFileName(const Text& path) {
-    Text name = path.substr(path.find_last_of(u"\\/") + 1);
-    if (name.size() == path.size() && name.size() >= 2 && name[1] == u':')
-        name.erase(0, 2);
-    if (name.empty() || name.back() == u' ' || name.back() == u'.')
-        return false;
-    for (const char16_t c : name) {
-        if (c < 0x20 || Text(u"<>:\"/\\|?*").find(c) != Text::npos)
-            return false;
-    }
-    const std::size_t dot = name.find(u'.');
-    return dot != name.rfind(u'.') || !IsDevice(name.substr(0, dot));
-}
-
-TEST(RegEx, TellsFileNames) {
-    const std::u16string_view parts[] = {u"con", u"CoN", u"PRN",  u"aux", u"nul", u"COM",    u"lpt",
-                                         u"1",   u"0",   u".",    u" ",   u":",   u"\\",     u"/",
-                                         u"a",   u"\n",  u"\x1F", u"?",   u"|",   u"\u20AC", u"C:"};
-    std::mt19937 random(1);
-    int names = 0;
-    for (int i = 0; i < 40000; ++i) {
-        Text path;
-        for (unsigned count = random() % 6; count != 0; --count)
-            path += parts[random() % std::size(parts)];
-        names += IsFileName(path);
-        ASSERT_EQ(ProfpIsFileName(path), IsFileName(path)) << ::testing::PrintToString(path);
-    }
-    EXPECT_GT(names, 5000);
 }
 
 // None of these may hang, overflow the stack or take memory without end.

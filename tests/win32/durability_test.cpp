@@ -231,6 +231,40 @@ TEST_P(Durability, WhatStopsWritingInPlaceLeavesOneWholeFile) {
     }
 }
 
+// What killed processes have left goes with the first save in a folder, and costs the others nothing.
+TEST(Leftovers, GoOnceAFolder) {
+    const TempFolder parent;
+    const auto folder = parent.path() / L"leftovers";
+    std::filesystem::create_directory(folder);
+    const auto make = [&](const wchar_t* name, unsigned minutes) {
+        writeFile(folder / name, "left");
+        setAge(folder / name, minutes);
+    };
+    const auto there = [&](const wchar_t* name) { return std::filesystem::exists(folder / name); };
+    constexpr const wchar_t *old = L"~PRF0123ABCD.tmp", *open = L"~PRF01234567.tmp",
+                            *young = L"~PRF89ABCDEF.tmp";
+    constexpr const wchar_t* others[] = {L"~PRF0123ABCD.sav", L"~PRF0123ABCD.tmp.x", L"~PRF0123ABCG.tmp",
+                                         L"~PRF123.tmp", L"PRF0123ABCD.tmp"};
+    for (const wchar_t* name : others)
+        make(name, 70);
+    make(old, 61);
+    make(open, 61);
+    make(young, 59);
+    Handle held =
+        openFile(folder / open, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
+    EXPECT_EQ(save(folder / L"a.prf", 0), PROF_OK);
+    held.reset(); // nor has it been marked to go when it is closed
+    EXPECT_FALSE(there(old));
+    EXPECT_TRUE(there(open) && there(young));
+    for (const wchar_t* name : others)
+        EXPECT_TRUE(there(name));
+    make(old, 61);
+    const ImportHook noSearch("FindFirstFileW", nullptr);
+    ASSERT_TRUE(noSearch);
+    EXPECT_EQ(save(folder / L"a.prf", 0), PROF_OK);
+    EXPECT_TRUE(there(old));
+}
+
 INSTANTIATE_TEST_SUITE_P(Forms, Durability, ::testing::Values(PROF_FORM_TEXT, PROF_SAVE_COMPRESSED));
 
 TEST(HeldFile, KeepsItsContentsWhenTheFirstWritesFail) {

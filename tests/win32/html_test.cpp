@@ -1,5 +1,6 @@
 // The HTML conversions through the exports: how results are delivered, and what happens without memory.
 #include "support/counted_allocations.h"
+#include "support/ole_text.h"
 #include "support/page_end.h"
 
 #include <gtest/gtest.h>
@@ -10,20 +11,7 @@
 namespace testing_prof {
 namespace {
 
-class Result {
-  public:
-    Result() = default;
-    explicit Result(const wchar_t* text) : string_(SysAllocString(text)) {}
-    ~Result() { SysFreeString(string_); }
-    Result(const Result&) = delete;
-    Result& operator=(const Result&) = delete;
-    BSTR* out() { return &string_; }
-    BSTR get() const { return string_; }
-    std::wstring text() const { return {string_, SysStringLen(string_)}; }
-
-  private:
-    BSTR string_ = nullptr;
-};
+using Result = clsOleText;
 
 using Convert = void (*)(const wchar_t*, BSTR*);
 struct Conversion {
@@ -52,18 +40,18 @@ TEST(Html, ResultsAreDeliveredAsStrings) {
     for (const Conversion& c : conversions) {
         SCOPED_TRACE(c.name);
         Result fresh, longer(std::wstring(500, L'#').c_str()), shorter(L"#"), itself(c.input), tail(c.input);
-        c.convert(c.input, fresh.out());
-        c.convert(c.input, longer.out());
-        c.convert(c.input, shorter.out());
-        c.convert(itself.get(), itself.out());
+        c.convert(c.input, fresh.Out());
+        c.convert(c.input, longer.Out());
+        c.convert(c.input, shorter.Out());
+        c.convert(itself.Get(), itself.Out());
         for (const Result* result : {&fresh, &longer, &shorter, &itself}) {
-            EXPECT_EQ(result->text(), c.expected);
-            EXPECT_EQ(result->get()[SysStringLen(result->get())], L'\0');
+            EXPECT_EQ(result->Text(), c.expected);
+            EXPECT_EQ(result->Get()[SysStringLen(result->Get())], L'\0');
         }
-        c.convert(tail.get() + SysStringLen(tail.get()), tail.out());
-        EXPECT_EQ(tail.text(), c.empty);
-        c.convert(nullptr, fresh.out());
-        EXPECT_EQ(fresh.text(), c.empty);
+        c.convert(tail.Get() + SysStringLen(tail.Get()), tail.Out());
+        EXPECT_EQ(tail.Text(), c.empty);
+        c.convert(nullptr, fresh.Out());
+        EXPECT_EQ(fresh.Text(), c.empty);
         c.convert(c.input, nullptr);
     }
 }
@@ -75,9 +63,9 @@ TEST(Html, NothingIsReadBehindTheText) {
         for (const Conversion& c : conversions) {
             const std::wstring text = pieces.substr(0, length);
             Result expected, result;
-            c.convert(text.c_str(), expected.out());
-            c.convert(page.text(text), result.out());
-            ASSERT_EQ(result.text(), expected.text()) << c.name << " of " << length;
+            c.convert(text.c_str(), expected.Out());
+            c.convert(page.text(text), result.Out());
+            ASSERT_EQ(result.Text(), expected.Text()) << c.name << " of " << length;
         }
     }
 }
@@ -88,19 +76,19 @@ TEST(Html, WithoutMemoryTheOldStringStaysOrIsNull) {
         for (int i = 0; i < 20000; ++i)
             large += c.input;
         Result complete;
-        c.convert(large.c_str(), complete.out());
+        c.convert(large.c_str(), complete.Out());
         for (int n = 1, needed = n; needed >= n; ++n) {
             Result fresh, old(L"old");
             for (Result* result : {&fresh, &old}) {
                 {
                     const CountedAllocations failing(n);
-                    c.convert(large.c_str(), result->out());
+                    c.convert(large.c_str(), result->Out());
                     needed = CountedAllocations::count;
                 }
                 if (needed < n) {
-                    EXPECT_EQ(result->text(), complete.text()) << c.name;
-                } else if (result->get()) {
-                    EXPECT_TRUE(result == &old && old.text() == L"old") << c.name << ", allocation " << n;
+                    EXPECT_EQ(result->Text(), complete.Text()) << c.name;
+                } else if (result->Get()) {
+                    EXPECT_TRUE(result == &old && old.Text() == L"old") << c.name << ", allocation " << n;
                 }
             }
         }

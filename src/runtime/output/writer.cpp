@@ -196,6 +196,12 @@ void clsDiagnosticWriter::Write(std::u16string_view tag, scLevelChange change,
     writing_ = false;
 }
 
+void clsDiagnosticWriter::WriteIfFree(std::u16string_view text) noexcept {
+    const std::unique_lock lock(section_, std::try_to_lock);
+    if (lock && settled_)
+        Write({}, {0}, text);
+}
+
 void clsDiagnosticWriter::Deliver(const scViewerWish& viewer, std::u16string_view tag,
                                   const scLineStamp& stamp, const SYSTEMTIME& time,
                                   std::u16string_view text) noexcept {

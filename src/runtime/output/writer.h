@@ -35,6 +35,10 @@ class clsDiagnosticWriter {
 
     void Write(std::u16string_view tag, scLevelChange change, std::u16string_view text) noexcept;
 
+    // Writes a line of a process that ends: only to whoever listens already, and only if no thread that is
+    // dead by now stood in the way.
+    void WriteIfFree(std::u16string_view text) noexcept;
+
     // Looks for a viewer now; true when there is one. Leaves the viewer until it is looked for again.
     bool Attach() noexcept;
     void Detach() noexcept;

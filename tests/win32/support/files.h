@@ -94,4 +94,17 @@ inline Handle openFile(const std::wstring& path, DWORD access, DWORD share) {
     return Handle(file == INVALID_HANDLE_VALUE ? nullptr : file);
 }
 
+/// Makes a file or folder look as if it was last written to some minutes ago.
+inline void setAge(const std::filesystem::path& path, unsigned minutes) {
+    FILETIME time;
+    GetSystemTimeAsFileTime(&time);
+    ULARGE_INTEGER then{{time.dwLowDateTime, time.dwHighDateTime}};
+    then.QuadPart -= minutes * 60ull * 10000000;
+    time = {then.LowPart, then.HighPart};
+    const DWORD everybody = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const Handle file(CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, everybody, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    SetFileTime(file.get(), nullptr, nullptr, &time);
+}
+
 } // namespace testing_prof

@@ -7,7 +7,7 @@ namespace tvut {
 
 // Takes the next element off a list, without the blanks around it; the empty text at its end.
 // Empty elements are passed over.
-std::u16string_view ProfpTakeFilePattern(std::u16string_view& patterns);
+std::u16string_view UtilpTakeFilePattern(std::u16string_view& patterns);
 
 struct scFilePattern {
     std::u16string_view folder; // with what separates it from the name; may be empty
@@ -19,6 +19,6 @@ struct scFilePattern {
 
 // Whether a file's name matches a pattern: * stands for any characters, ? for one, *.* for every name;
 // others compare without regard to case.
-bool ProfpMatchesPattern(std::u16string_view name, std::u16string_view pattern);
+bool UtilpMatchesPattern(std::u16string_view name, std::u16string_view pattern);
 
 } // namespace tvut

@@ -1,4 +1,4 @@
-#include "prof/file_pattern.h"
+#include "files/file_pattern.h"
 
 #include "platform/letter_case.h"
 
@@ -20,7 +20,7 @@ bool MatchesOne(std::u16string_view name, std::u16string_view pattern) {
 
 } // namespace
 
-std::u16string_view ProfpTakeFilePattern(std::u16string_view& patterns) {
+std::u16string_view UtilpTakeFilePattern(std::u16string_view& patterns) {
     while (!patterns.empty()) {
         const std::size_t end = patterns.find(u';');
         const std::u16string_view element = WithoutBlanksAround(patterns.substr(0, end));
@@ -39,7 +39,7 @@ scFilePattern::scFilePattern(std::u16string_view text) {
 
 // The last * that was passed takes one character more whenever what follows it does not match: an
 // earlier one need never be tried again.
-bool ProfpMatchesPattern(std::u16string_view name, std::u16string_view pattern) {
+bool UtilpMatchesPattern(std::u16string_view name, std::u16string_view pattern) {
     if (pattern == u"*.*")
         return true;
     std::size_t at = 0, wanted = 0, star = nowhere, starTook = 0;

@@ -1,0 +1,20 @@
+#include "platform/system_function.h"
+
+#include <array>
+#include <cwchar>
+
+namespace tvut {
+
+FARPROC PlatformFindSystemFunction(const wchar_t* library, const char* name) noexcept {
+    std::array<wchar_t, MAX_PATH + 32> path;
+    const UINT length = GetSystemDirectoryW(path.data(), MAX_PATH);
+    if (length == 0 || length >= MAX_PATH || length + 1 + std::wcslen(library) >= path.size())
+        return nullptr;
+    path[length] = L'\\';
+    std::wcscpy(path.data() + length + 1, library);
+    // What it needs itself is looked for beside it, too, not beside the host program.
+    const HMODULE loaded = LoadLibraryExW(path.data(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    return loaded ? GetProcAddress(loaded, name) : nullptr;
+}
+
+} // namespace tvut

@@ -1,0 +1,11 @@
+// What a system's error means in the results that families share.
+#pragma once
+
+#include "runtime/result.h"
+
+namespace tvut {
+
+// Of Windows' errors: notFound, noAccess (denied, in use, write-protected), or failed for all others.
+UtilResult UtilpResultOfError(unsigned long error) noexcept;
+
+} // namespace tvut

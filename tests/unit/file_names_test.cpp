@@ -1,0 +1,95 @@
+// Names of files: which ones may be, patterns of them, and names made of any text.
+#include "files/file_name.h"
+#include "files/file_pattern.h"
+#include "unit/file_name_patterns.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+using namespace tvut;
+
+namespace {
+
+void CheckName(const std::u16string& name) {
+    ASSERT_STREQ(FaultOfChecks(name), nullptr) << testing::PrintToString(name);
+}
+
+TEST(FileNames, AreWhatThePatternsSay) {
+    const std::u16string_view parts[] = {u"con", u"CoN", u"PRN", u"aux",  u"nul", u"COM",    u"lpt",  u"1",
+                                         u"0",   u".",   u" ",   u":",    u"\\",  u"/",      u"in$",  u"out$",
+                                         u"a",   u"\n",  u"?",   u"\xB2", u"|",   u"\u20AC", u"\x1F", u"9"};
+    std::mt19937 random(1);
+    int names = 0;
+    for (int i = 0; i < 40000; ++i) {
+        std::u16string name;
+        for (unsigned count = random() % 7; count != 0; --count)
+            name += parts[random() % std::size(parts)];
+        CheckName(name);
+        names += UtilpIsBareFileName(name);
+    }
+    EXPECT_GT(names, 2000);
+}
+
+TEST(FileNames, AreTheSameForEveryCharacter) {
+    for (char32_t unit = 0; unit <= 0xFFFF; ++unit) {
+        for (std::u16string name : {u"?", u"?a", u"co?", u"com?", u"LPT?.x", u"con?", u"a.?"}) {
+            name[name.find(u'?')] = static_cast<char16_t>(unit);
+            CheckName(name);
+        }
+    }
+}
+
+TEST(FileNames, OfPathsAreTheirLastComponents) {
+    const struct {
+        std::u16string_view path;
+        bool good;
+    } rows[] = {
+        {u"C:\\con\\a", true}, {u"C:a", true},         {u"C:", false},
+        {u"C:con", false},     {u"x/C:a", false},      {u"\\\\srv\\s\\a", true},
+        {u"a\\", false},       {u"a\\nul.txt", false}, {u"a/nul.b.c", true},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(UtilpIsFileName(row.path), row.good) << testing::PrintToString(row.path);
+}
+
+TEST(FilePatterns, StandInLists) {
+    const struct {
+        std::u16string_view list;
+        std::vector<std::u16string> patterns;
+    } rows[] = {
+        {u"", {}},       {u" ; ;", {}},
+        {u"a", {u"a"}},  {u" a b.txt ;;C:\\x y\\*.log;", {u"a b.txt", u"C:\\x y\\*.log"}},
+        {u";a", {u"a"}},
+    };
+    for (const auto& row : rows) {
+        std::vector<std::u16string> found;
+        std::u16string_view rest = row.list;
+        for (auto next = UtilpTakeFilePattern(rest); !next.empty(); next = UtilpTakeFilePattern(rest))
+            found.emplace_back(next);
+        EXPECT_EQ(found, row.patterns) << testing::PrintToString(row.list);
+    }
+    EXPECT_EQ(scFilePattern(u"C:a?").folder, u"C:");
+    EXPECT_EQ(scFilePattern(u"x/y\\a").folder, u"x/y\\");
+    EXPECT_EQ(scFilePattern(u"a").folder, u"");
+}
+
+TEST(FilePatterns, MatchNames) {
+    const struct {
+        std::u16string_view pattern, matching, other;
+    } rows[] = {
+        {u"*", u"a.b", u""},      {u"*.*", u"none", u""},        {u"*.log", u"a.LOG", u"z.logx"},
+        {u"a?c", u"abc", u"ac"},  {u"A*B*c", u"aXbYbZc", u"ab"}, {u"*a*a*", u"banana", u"bn"},
+        {u"???", u"a.b", u"ab"},  {u"**a", u"a", u"b"},          {u"a*", u"a", u"ba"},
+        {u"x.*", u"x.y.z", u"x"}, {u"name", u"NAME", u"names"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_TRUE(UtilpMatchesPattern(row.matching, row.pattern)) << testing::PrintToString(row.pattern);
+        EXPECT_TRUE(row.other.empty() || !UtilpMatchesPattern(row.other, row.pattern))
+            << testing::PrintToString(row.pattern);
+    }
+}
+
+} // namespace
