@@ -4,8 +4,8 @@
 #include "platform/stream.h"
 #include "platform/wide.h"
 #include "runtime/diagnostics.h"
-#include "text/base64.h"
-#include "text/byte_text.h"
+#include "text/bytes/base64.h"
+#include "text/bytes/byte_text.h"
 #include "text/string_functions.h"
 
 #include <tvut22/text.h>

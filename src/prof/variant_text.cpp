@@ -1,7 +1,7 @@
 #include "prof/variant_text.h"
 
 #include "platform/exception.h"
-#include "text/byte_text.h"
+#include "text/bytes/byte_text.h"
 
 #include <algorithm>
 #include <cstring>

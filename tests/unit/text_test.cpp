@@ -1,10 +1,10 @@
 // Text primitives: UTF-8, input encodings, the vector scans against their plain definition.
 #include "prof/formats/line_reader.h"
+#include "text/encoding/input_text.h"
+#include "text/encoding/utf8.h"
 #include "text/hash.h"
-#include "text/input_text.h"
 #include "text/scan.h"
 #include "text/string.h"
-#include "text/utf8.h"
 #include "unit/native_platform.h"
 
 #include <gtest/gtest.h>

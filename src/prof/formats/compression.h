@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/bytes.h"
-#include "text/deflate.h"
-#include "text/input_text.h"
+#include "text/bytes/deflate.h"
+#include "text/encoding/input_text.h"
 
 #include <string_view>
 

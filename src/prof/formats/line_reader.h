@@ -1,7 +1,7 @@
 // Lines of a profile's text, without indentation and without blank lines.
 #pragma once
 
-#include "text/input_text.h"
+#include "text/encoding/input_text.h"
 #include "text/scan.h"
 
 #include <cstdint>

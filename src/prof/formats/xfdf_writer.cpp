@@ -6,7 +6,7 @@
 #include "prof/formats/form_output.h"
 #include "prof/formats/xml_form.h"
 #include "prof/tree_walk.h"
-#include "text/utf8.h"
+#include "text/encoding/utf8.h"
 
 namespace tvut {
 

@@ -1,10 +1,10 @@
-#include "text/byte_text.h"
+#include "text/bytes/byte_text.h"
 
 #include "platform/exception.h"
 #include "runtime/diagnostics.h"
-#include "text/base64.h"
-#include "text/block_cipher.h"
-#include "text/deflate.h"
+#include "text/bytes/base64.h"
+#include "text/bytes/block_cipher.h"
+#include "text/bytes/deflate.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,8 +1,8 @@
 // Masking and demasking: characters to references and back.
 #include "text/digits.h"
 #include "text/find.h"
-#include "text/html.h"
 #include "text/html/entities.h"
+#include "text/html/html.h"
 #include "text/html/mask_run.h"
 
 #include <algorithm>

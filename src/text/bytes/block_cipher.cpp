@@ -1,4 +1,4 @@
-#include "text/block_cipher.h"
+#include "text/bytes/block_cipher.h"
 
 #include "text/units.h"
 

@@ -4,7 +4,7 @@
 // Instructions" (2018), with characters of 16 bits at the outer side. Packing those to 8 bits saturates,
 // so that a character beyond Latin-1 becomes 0 or 255, neither of which is in the alphabet.
 #include "platform/processor.h"
-#include "text/base64_engine.h"
+#include "text/bytes/base64_engine.h"
 
 #include <array>
 
