@@ -17,8 +17,6 @@ bool Stands(const char16_t* place, std::u16string_view part) {
     return place[0] == part.front() && place[part.size() - 1] == part.back() && HasMiddle(place, part);
 }
 
-#ifdef TVUT_HAS_SSE2
-
 unsigned EqualUnits(const char16_t* text, char16_t unit) {
     return UtilpEqualUnits(UtilpLoadEight(text), _mm_set1_epi16(static_cast<short>(unit)));
 }
@@ -32,8 +30,6 @@ const char16_t* LastUnit(const char16_t* text, unsigned mask) {
     return text + (31 - std::countl_zero(mask)) / 2;
 }
 
-#endif
-
 // How many places there are for a part.
 std::ptrdiff_t Places(const char16_t* text, const char16_t* end, std::u16string_view part) {
     return end - text - static_cast<std::ptrdiff_t>(part.size()) + 1;
@@ -42,12 +38,10 @@ std::ptrdiff_t Places(const char16_t* text, const char16_t* end, std::u16string_
 } // namespace
 
 const char16_t* UtilpFindLast(const char16_t* text, const char16_t* end, char16_t unit) {
-#ifdef TVUT_HAS_SSE2
     for (; end - text >= 8; end -= 8) {
         if (const unsigned marks = EqualUnits(end - 8, unit); marks != 0)
             return LastUnit(end - 8, marks);
     }
-#endif
     while (end != text) {
         if (*--end == unit)
             return end;
@@ -57,7 +51,6 @@ const char16_t* UtilpFindLast(const char16_t* text, const char16_t* end, char16_
 
 const char16_t* UtilpFindFirst(const char16_t* text, const char16_t* end, std::u16string_view part) {
     std::ptrdiff_t places = Places(text, end, part);
-#ifdef TVUT_HAS_SSE2
     for (; places >= 8; places -= 8, text += 8) {
         for (unsigned hits = Candidates(text, part); hits != 0; hits &= hits - 1, hits &= hits - 1) {
             const char16_t* const place = text + UtilpFirstUnit(hits); // two bits a unit
@@ -65,7 +58,6 @@ const char16_t* UtilpFindFirst(const char16_t* text, const char16_t* end, std::u
                 return place;
         }
     }
-#endif
     for (; places > 0; --places, ++text) {
         if (Stands(text, part))
             return text;
@@ -75,7 +67,6 @@ const char16_t* UtilpFindFirst(const char16_t* text, const char16_t* end, std::u
 
 const char16_t* UtilpFindLast(const char16_t* text, const char16_t* end, std::u16string_view part) {
     std::ptrdiff_t places = Places(text, end, part);
-#ifdef TVUT_HAS_SSE2
     for (; places >= 8; places -= 8) {
         const char16_t* const block = text + places - 8;
         for (unsigned hits = Candidates(block, part); hits != 0;) {
@@ -85,7 +76,6 @@ const char16_t* UtilpFindLast(const char16_t* text, const char16_t* end, std::u1
             hits &= ~(3u << 2 * (place - block));
         }
     }
-#endif
     while (places > 0) {
         if (Stands(text + --places, part))
             return text + places;

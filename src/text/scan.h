@@ -28,7 +28,6 @@ struct scLine {
 // readable units behind it.
 inline scLine UtilpScanLine(const char16_t* text) {
     scLine line{nullptr, nullptr, false, false};
-#ifdef TVUT_HAS_SSE2
     const __m128i carriageReturn = _mm_set1_epi16(u'\r');
     const __m128i lineFeed = _mm_set1_epi16(u'\n');
     const __m128i equals = _mm_set1_epi16(u'=');
@@ -59,21 +58,11 @@ inline scLine UtilpScanLine(const char16_t* text) {
         if (line.end)
             break;
     }
-#else
-    for (; *text != u'\r' && *text != u'\n'; ++text) {
-        if (*text == u'=' && !line.equals)
-            line.equals = text;
-        line.marked |= *text >= firstMark && *text <= lastMark;
-        line.zero |= *text == u'\0';
-    }
-    line.end = text;
-#endif
     if (!line.equals)
         line.equals = line.end;
     return line;
 }
 
-#ifdef TVUT_HAS_SSE2
 // Four characters, in the lower half.
 inline __m128i UtilpLoadFour(const char16_t* text) {
     return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(text));
@@ -86,7 +75,6 @@ inline __m128i UtilpPackAscii(__m128i low, __m128i high) {
 inline __m128i UtilpEqualBytes(__m128i bytes, char c) {
     return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c));
 }
-#endif
 
 // What UtilpScanMarkupLine finds in a line of markup, sixteen characters at a time: fifteen readable units
 // must follow its end.
@@ -101,7 +89,6 @@ struct scMarkupLine {
 template <unsigned firstCharacters>
 void UtilpScanMarkupLine(const char16_t* text, scMarkupLine& result) {
     scMarkupLine line{nullptr, nullptr, nullptr, false};
-#ifdef TVUT_HAS_SSE2
     unsigned quotable = 0xFFFFu << firstCharacters;
     unsigned lessable = 0xFFFEu;
     for (; !line.end; text += 16, quotable = lessable = 0xFFFF) {
@@ -121,17 +108,6 @@ void UtilpScanMarkupLine(const char16_t* text, scMarkupLine& result) {
         if (ends != 0)
             line.end = first(ends);
     }
-#else
-    for (const char16_t* const begin = text; !line.end; ++text) {
-        if (*text == u'\r' || *text == u'\n')
-            line.end = text;
-        else if (*text == u'"' && !line.quote && text >= begin + firstCharacters)
-            line.quote = text;
-        else if (*text == u'<' && !line.less && text != begin)
-            line.less = text;
-        line.marked |= *text == u'&' || *text == u'\0';
-    }
-#endif
     result.end = line.end;
     result.quote = line.quote ? line.quote : line.end;
     result.less = line.less ? line.less : line.end;
@@ -145,7 +121,6 @@ class clsReplacingCopy {
   public:
     template <class Replace>
     static void Copy(char16_t* out, const char16_t* text, std::size_t length, Replace replace) {
-#ifdef TVUT_HAS_SSE2
         if (length >= 8) {
             for (std::size_t at = 0; at + 8 <= length; at += 8)
                 CopyBlock<8>(out + at, text + at, replace);
@@ -158,12 +133,10 @@ class clsReplacingCopy {
             CopyBlock<4>(out + length - 4, text + length - 4, replace);
             return;
         }
-#endif
         for (std::size_t at = 0; at < length; ++at)
             out[at] = replace(text[at]);
     }
 
-#ifdef TVUT_HAS_SSE2
   private:
     template <int units, class Replace>
     static void CopyBlock(char16_t* out, const char16_t* text, Replace replace) {
@@ -190,7 +163,6 @@ class clsReplacingCopy {
         }
         return special;
     }
-#endif
 };
 
 // What cannot stand in XML text as it is.
@@ -198,7 +170,6 @@ struct scXmlSpecial {
     static constexpr bool Is(char16_t c) {
         return c < 0x20 || c == u'<' || c == u'>' || c == u'&' || c == u'\'' || c == u'"';
     }
-#ifdef TVUT_HAS_SSE2
     // A byte for each of sixteen characters, all its bits set where one is special.
     static __m128i Find(__m128i low, __m128i high) {
         const __m128i block = UtilpPackAscii(low, high);
@@ -207,23 +178,19 @@ struct scXmlSpecial {
         const __m128i quote = UtilpEqualBytes(_mm_or_si128(block, _mm_set1_epi8(1)), '\''); // 26 and 27
         return _mm_or_si128(_mm_or_si128(control, angle), _mm_or_si128(quote, UtilpEqualBytes(block, '"')));
     }
-#endif
 };
 
 // What is not one byte in UTF-8.
 struct scNotAscii {
     static constexpr bool Is(char16_t c) { return c >= 0x80; }
-#ifdef TVUT_HAS_SSE2
     static __m128i Find(__m128i low, __m128i high) {
         const auto isAscii = [](__m128i block) {
             return _mm_cmpeq_epi16(_mm_srli_epi16(block, 7), _mm_setzero_si128());
         };
         return UtilpEqualBytes(_mm_packs_epi16(isAscii(low), isAscii(high)), 0);
     }
-#endif
 };
 
-#ifdef TVUT_HAS_SSE2
 // The four places in a text of 4 to 15 characters from which four characters each cover it. That they may
 // overlap lets every such length take the same way: texts are short, and the processor cannot guess which
 // length comes next.
@@ -243,14 +210,12 @@ class clsQuarters {
   private:
     std::size_t second_, third_, fourth_;
 };
-#endif
 
 // How many characters stand before the first special one, or all of them.
 template <class Special>
 std::size_t UtilpLengthBefore(std::u16string_view text) {
     const std::size_t length = text.size();
     std::size_t at = 0;
-#ifdef TVUT_HAS_SSE2
     const char16_t* const begin = text.data();
     for (; length - at >= 16; at += 16) {
         const __m128i found = Special::Find(UtilpLoadEight(begin + at), UtilpLoadEight(begin + at + 8));
@@ -263,7 +228,6 @@ std::size_t UtilpLengthBefore(std::u16string_view text) {
         if (_mm_movemask_epi8(Special::Find(quarters.LowerHalf(load), quarters.UpperHalf(load))) == 0)
             return length;
     }
-#endif
     while (at < length && !Special::Is(text[at]))
         ++at;
     return at;
@@ -275,7 +239,6 @@ bool UtilpCopyFinding(char16_t* out, std::u16string_view text) {
     const std::size_t length = text.size();
     std::size_t at = 0;
     bool special = false;
-#ifdef TVUT_HAS_SSE2
     const char16_t* const begin = text.data();
     const auto copy = [&](std::size_t place) {
         const __m128i block = UtilpLoadEight(begin + place);
@@ -297,7 +260,6 @@ bool UtilpCopyFinding(char16_t* out, std::u16string_view text) {
         at = length;
     }
     special = _mm_movemask_epi8(found) != 0;
-#endif
     for (; at < length; ++at) {
         out[at] = text[at];
         special |= Special::Is(text[at]);
@@ -310,7 +272,6 @@ inline bool UtilpNarrowAscii(char* out, std::u16string_view text) {
     const std::size_t length = text.size();
     std::size_t at = 0;
     char16_t seen = 0;
-#ifdef TVUT_HAS_SSE2
     const char16_t* const begin = text.data();
     __m128i all = _mm_setzero_si128();
     for (; length - at >= 16; at += 16) {
@@ -332,7 +293,6 @@ inline bool UtilpNarrowAscii(char* out, std::u16string_view text) {
     }
     if (_mm_movemask_epi8(_mm_cmpeq_epi16(_mm_srli_epi16(all, 7), _mm_setzero_si128())) != 0xFFFF)
         return false;
-#endif
     for (; at < length; ++at) {
         out[at] = static_cast<char>(text[at]);
         seen |= text[at];
