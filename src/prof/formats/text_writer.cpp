@@ -37,10 +37,10 @@ class clsWriter {
         const std::u16string_view value = item.Value();
         output_.PutIndentation(level);
         if (char16_t* const line = output_.Reserve(name.size() + value.size() + 3)) {
-            clsReplacingCopy<true>::Copy(line, name.data(), name.size(), ProfpMarkInName);
+            clsMarkingCopy<true>::Copy(line, name.data(), name.size());
             line[name.size()] = u'=';
             char16_t* const text = line + name.size() + 1;
-            clsReplacingCopy<false>::Copy(text, value.data(), value.size(), ProfpMarkInValue);
+            clsMarkingCopy<false>::Copy(text, value.data(), value.size());
             text[value.size()] = u'\r';
             text[value.size() + 1] = u'\n';
             output_.Took(name.size() + value.size() + 3);
@@ -63,9 +63,9 @@ class clsWriter {
 
   private:
     void PutLongItem(std::u16string_view name, std::u16string_view value) {
-        output_.PutReplacing<true>(name, ProfpMarkInName);
+        output_.PutBy(clsMarkingCopy<true>::Copy, name);
         output_.Put(u'=');
-        output_.PutReplacing<false>(value, ProfpMarkInValue);
+        output_.PutBy(clsMarkingCopy<false>::Copy, value);
         output_.Put(lineEnd);
     }
 

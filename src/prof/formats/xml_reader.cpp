@@ -4,7 +4,7 @@
 #include "prof/formats/xfdf_reader.h"
 #include "prof/formats/xml_tags.h"
 #include "prof/formats/xml_text.h"
-#include "text/scan.h"
+#include "text/units.h"
 
 #include <algorithm>
 #include <string>
