@@ -1,3 +1,6 @@
+// A part is looked for by two of its units: eight places at a time are compared with its first unit, and
+// those behind them with its last. Only where both agree is the rest compared. Texts where that happens all
+// the time cost their length times the part's; parts are short here.
 #include "text/find.h"
 
 namespace tvut {
@@ -7,14 +10,22 @@ namespace {
 // Whether a part stands at a place where its first and last unit do.
 bool HasMiddle(const char16_t* place, std::u16string_view part) {
     for (std::size_t at = 1; at + 1 < part.size(); ++at) {
-        if (place[at] != part[at])
+        if (UtilpLoadUnit(place + at) != UtilpLoadUnit(part.data() + at))
             return false;
     }
     return true;
 }
 
+char16_t FirstOf(std::u16string_view part) {
+    return UtilpLoadUnit(part.data());
+}
+char16_t LastOf(std::u16string_view part) {
+    return UtilpLoadUnit(part.data() + part.size() - 1);
+}
+
 bool Stands(const char16_t* place, std::u16string_view part) {
-    return place[0] == part.front() && place[part.size() - 1] == part.back() && HasMiddle(place, part);
+    return UtilpLoadUnit(place) == FirstOf(part) && UtilpLoadUnit(place + part.size() - 1) == LastOf(part) &&
+           HasMiddle(place, part);
 }
 
 unsigned EqualUnits(const char16_t* text, char16_t unit) {
@@ -23,7 +34,7 @@ unsigned EqualUnits(const char16_t* text, char16_t unit) {
 
 // Which of eight places a part may stand at, by its first and last unit.
 unsigned Candidates(const char16_t* text, std::u16string_view part) {
-    return EqualUnits(text, part.front()) & EqualUnits(text + part.size() - 1, part.back());
+    return EqualUnits(text, FirstOf(part)) & EqualUnits(text + part.size() - 1, LastOf(part));
 }
 
 const char16_t* LastUnit(const char16_t* text, unsigned mask) {

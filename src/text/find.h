@@ -54,7 +54,8 @@ inline const char16_t* UtilpFindAny(const char16_t* text, const char16_t* end, c
 // The last unit of a kind; null when there is none.
 const char16_t* UtilpFindLast(const char16_t* text, const char16_t* end, char16_t unit);
 
-// The first and the last place of a part that is not empty; null where there is none.
+// The first and the last place of a part that is not empty; null where there is none. Text and part may stand
+// at odd addresses.
 const char16_t* UtilpFindFirst(const char16_t* text, const char16_t* end, std::u16string_view part);
 const char16_t* UtilpFindLast(const char16_t* text, const char16_t* end, std::u16string_view part);
 

@@ -1,6 +1,7 @@
 #include "text/string_functions.h"
 
 #include "text/blocks.h"
+#include "text/find.h"
 #include "text/units.h"
 
 #include <algorithm>
@@ -55,40 +56,6 @@ __m128i LowerBlock(__m128i block) {
 
 unsigned AsciiUnits(__m128i block) {
     return UtilpEqualUnits(_mm_srli_epi16(block, 7), _mm_setzero_si128());
-}
-
-// Whether a part stands at a place where its first and last unit do.
-bool HasMiddle(const char16_t* place, const char16_t* part, std::size_t length) {
-    for (std::size_t at = 1; at + 1 < length; ++at) {
-        if (UtilpLoadUnit(place + at) != UtilpLoadUnit(part + at))
-            return false;
-    }
-    return true;
-}
-
-// The first of some positions where a part stands; all of them are followed by its length of units.
-const char16_t* FindInWindow(const char16_t* text, std::size_t positions, const char16_t* part,
-                             std::size_t length) {
-    const char16_t first = UtilpLoadUnit(part);
-    const char16_t last = UtilpLoadUnit(part + length - 1);
-    std::size_t at = 0;
-    const __m128i firsts = _mm_set1_epi16(static_cast<short>(first));
-    const __m128i lasts = _mm_set1_epi16(static_cast<short>(last));
-    for (; at + 8 <= positions; at += 8) {
-        unsigned hits =
-            UtilpEqualUnits(Load(text + at), firsts) & UtilpEqualUnits(Load(text + at + length - 1), lasts);
-        for (; hits != 0; hits &= hits - 1, hits &= hits - 1) { // two bits a unit
-            const char16_t* const place = text + at + UtilpFirstUnit(hits);
-            if (HasMiddle(place, part, length))
-                return place;
-        }
-    }
-    for (; at < positions; ++at) {
-        if (UtilpLoadUnit(text + at) == first && UtilpLoadUnit(text + at + length - 1) == last &&
-            HasMiddle(text + at, part, length))
-            return text + at;
-    }
-    return nullptr;
 }
 
 // Writes both ends of a run of one to two words; they overlap, and all is read before.
@@ -275,8 +242,8 @@ const char16_t* UtilpFindLast(const char16_t* text, char16_t character) {
     return last;
 }
 
-// The text is measured and searched a window at a time: where all is known to be readable, a position is
-// looked at only if the part's first and last unit are where they belong.
+// The text is measured and searched a window at a time, so that a part near its beginning costs no look at
+// its end. Windows overlap by what a part that begins in the one before may need.
 const char16_t* UtilpFindPart(const char16_t* text, const char16_t* part) {
     constexpr std::size_t windowPositions = 512;
     const std::size_t length = UtilpLength(part);
@@ -286,10 +253,9 @@ const char16_t* UtilpFindPart(const char16_t* text, const char16_t* part) {
         const std::size_t units = UtilpLength(text, windowPositions + length - 1);
         if (units < length)
             return nullptr;
-        const std::size_t positions = units - length + 1;
-        if (const char16_t* const found = FindInWindow(text, positions, part, length))
+        if (const char16_t* const found = UtilpFindFirst(text, text + units, {part, length}))
             return found;
-        if (positions < windowPositions)
+        if (units - length + 1 < windowPositions)
             return nullptr;
     }
 }
