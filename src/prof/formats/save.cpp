@@ -31,11 +31,11 @@ class clsMemorySink final : public clsByteSink {
 
 // The wrapper's length shows in the end only, and a sink wants it before: it must know that there is
 // room before it overwrites anything. So the wrapper is made in memory.
-void WriteCompressed(const IclsFormWriter& form, const clsItemList& root, std::uint64_t bytes,
+void WriteCompressed(const scFormWriter& form, const clsItemList& root, std::uint64_t bytes,
                      IclsSinkMaker& maker) {
     clsMemorySink wrapped;
     clsCompressingSink compressing(wrapped);
-    form.Write(root, bytes, compressing);
+    form.write(root, bytes, compressing);
     compressing.Finish();
     clsByteSink& sink = maker.MakeSink();
     sink.Extend(wrapped.Bytes().size());
@@ -43,16 +43,16 @@ void WriteCompressed(const IclsFormWriter& form, const clsItemList& root, std::u
     sink.Finish();
 }
 
-void WritePlain(const IclsFormWriter& form, const clsItemList& root, std::uint64_t bytes, clsByteSink& sink) {
-    form.Write(root, bytes, sink);
+void WritePlain(const scFormWriter& form, const clsItemList& root, std::uint64_t bytes, clsByteSink& sink) {
+    form.write(root, bytes, sink);
     sink.Finish();
 }
 
 } // namespace
 
 bool ProfpSave(const clsItemList& root, std::uint32_t flags, bool wasCompressed, IclsSinkMaker& maker) {
-    const IclsFormWriter& form = ProfpFormToWrite(flags);
-    const std::uint64_t bytes = form.Measure(root);
+    const scFormWriter& form = ProfpFormToWrite(flags);
+    const std::uint64_t bytes = form.measure(root);
     const bool compress = WantsCompression(flags, wasCompressed);
     if (bytes > (compress ? largestUnfoldedProfile : largestSavedProfile)) {
         clsDiagnosticLine().Put(u"WRN: ProfSave: the profile would be too large to be read again").Write();

@@ -1,15 +1,13 @@
 // Writes the text form: UTF-16 little-endian with a byte-order mark, CR LF after every line.
-#include "prof/formats/form.h"
-#include "prof/formats/form_output.h"
+#include "prof/formats/form_frame.h"
 #include "prof/formats/text_marks.h"
-#include "prof/tree_walk.h"
+
+#include <array>
 
 namespace tvut {
 
 namespace {
 
-constexpr std::u16string_view head = u"\uFEFF[/]\r\n{\r\n";
-constexpr std::u16string_view tail = u"}\r\n";
 constexpr std::u16string_view lineEnd = u"\r\n";
 
 // Every character is written as one character, so lengths are all it takes.
@@ -25,7 +23,7 @@ class clsMeasure {
     std::uint64_t Units() const { return units_; }
 
   private:
-    std::uint64_t units_ = head.size() + tail.size();
+    std::uint64_t units_ = 0;
 };
 
 class clsWriter {
@@ -72,27 +70,16 @@ class clsWriter {
     clsTextOutput& output_;
 };
 
-class clsTextWriter final : public IclsFormWriter {
-  public:
-    std::uint64_t Measure(const clsItemList& root) const override {
-        clsMeasure measure;
-        ProfpWalk(root, 1, measure);
-        return measure.Units() * sizeof(char16_t);
-    }
-
-    void Write(const clsItemList& root, std::uint64_t bytes, clsByteSink& sink) const override {
-        clsTextOutput output(sink, bytes);
-        output.Put(head);
-        ProfpWalk(root, 1, clsWriter(output));
-        output.Put(tail);
-        output.Flush();
-    }
+struct scTextForm {
+    using Unit = char16_t;
+    using Measure = clsMeasure;
+    using Writer = clsWriter;
+    static constexpr std::array head{std::u16string_view(u"\uFEFF[/]\r\n{\r\n")};
+    static constexpr std::u16string_view tail = u"}\r\n";
 };
-
-const clsTextWriter textWriter;
 
 } // namespace
 
-const IclsFormWriter& g_textWriter = textWriter;
+constexpr scFormWriter textWriter = formWriter<scTextForm>;
 
 } // namespace tvut
