@@ -93,6 +93,7 @@ void WriteBytes(const wchar_t* text, IStream* stream) {
     if (!UtilpWriteBytesOfText(View(text), {}, blocks))
         return;
     clsStreamSink sink(stream, clsStreamSink::Contents::stay);
+    sink.Extend(blocks.Size());
     for (const auto& block : blocks.Blocks())
         sink.Write(block.data(), block.size());
 }

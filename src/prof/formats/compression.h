@@ -23,11 +23,12 @@ class clsCompressingSink final : public clsByteSink {
   public:
     explicit clsCompressingSink(clsByteSink& target);
 
-    void Extend(std::uint64_t) override {} // what it comes to shows in the end
+    void Extend(std::uint64_t) override; // what it comes to shows in the end
     void Write(const void* data, std::size_t bytes) override { deflating_.Write(data, bytes); }
     void Finish() override { deflating_.Finish(); }
 
   private:
+    clsByteSink& target_;
     clsDeflatingSink deflating_;
 };
 
