@@ -38,17 +38,18 @@ void RequireSaved(bool saved) {
 int GiveToClipboard(HANDLE profile) {
     constexpr std::array text = std::to_array(L"PROF data available");
     clsFileSource source(profile);
-    clsGlobalMemory contents(static_cast<std::size_t>(source.SizeHint()) + 1);
+    clsGlobalMemory contents =
+        PlatformClipboardMemory(source, static_cast<std::size_t>(source.SizeHint()) + 1);
     if (!contents)
         return profResult::noGlobalMemory;
-    contents.Fill(source);
-    if (!contents.Give(PlatformProfileFormat()))
+    if (!PlatformGiveToClipboard(PlatformProfileFormat(), std::move(contents)))
         return profResult::clipboardFailed;
-    clsGlobalMemory notice(sizeof text);
-    if (!notice)
+    clsSpanSource notice(text.data(), sizeof text);
+    clsGlobalMemory textBlock = PlatformClipboardMemory(notice, sizeof text);
+    if (!textBlock)
         return profResult::noGlobalMemory;
-    notice.Fill(text.data(), sizeof text);
-    return notice.Give(CF_TEXT) ? profResult::ok : profResult::noGlobalMemory;
+    return PlatformGiveToClipboard(CF_TEXT, std::move(textBlock)) ? profResult::ok
+                                                                  : profResult::noGlobalMemory;
 }
 
 } // namespace
