@@ -78,7 +78,7 @@ void clsItemSequence::Free(clsSlab& slab) noexcept {
         slab.Free(segments_, TableBytes(SegmentCount()));
     }
     block_ = nullptr;
-    capacity_ = 0;
+    capacity_ = used_ = 0;
 }
 
 } // namespace tvut

@@ -90,9 +90,6 @@ class clsTree {
         scWalkState* next;
     };
 
-    clsItem& NewEntry(clsItemList& list);
-    void Added(clsItemList& list) noexcept;
-    void ReserveIndex(clsItemList& list, std::uint32_t count) noexcept;
     void AddItem(clsItemList& list, std::uint32_t key, clsTextHolder& name, clsTextHolder& value);
     clsItemList* AddList(clsItemList& list, std::uint32_t key, clsTextHolder& name);
     void CopyItem(clsItemList& destination, const clsItem& item, bool sameTree);
@@ -100,7 +97,6 @@ class clsTree {
     scText* CopyName(const clsItem& entry, bool sameTree);
     void MakeGap(clsItemList& list, std::uint32_t position) noexcept;
     void Close(clsItemList& list) noexcept;
-    void DropIndex(clsItemList& list) noexcept;
     bool IsWalked(const clsItemList& list) const noexcept;
     void EndWalks(const clsItemList& list) noexcept;
     bool FindFirstItem() noexcept;
