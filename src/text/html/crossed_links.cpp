@@ -1,6 +1,7 @@
 #include "text/html/crossed_links.h"
 
 #include "text/find.h"
+#include "text/html/link_marks.h"
 
 #include <algorithm>
 #include <array>

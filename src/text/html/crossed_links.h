@@ -20,7 +20,7 @@
 // length even where it is all brackets.
 #pragma once
 
-#include "text/html/links.h"
+#include "text/html/backward_text.h"
 
 #include <cstdint>
 #include <vector>

@@ -14,23 +14,11 @@
 // follows, can the next round meet what this one has put in; clsCrossedLinks takes over then.
 #pragma once
 
-#include <cstddef>
+#include "text/html/backward_text.h"
+
 #include <string_view>
 
 namespace tvut {
-
-// Writes a text from its end to its start. What is put may lie in the same memory, below what it overwrites.
-class clsBackwardText {
-  public:
-    explicit clsBackwardText(char16_t* end) : end_(end), start_(end) {}
-    void Put(std::u16string_view text);
-    const char16_t* Start() const { return start_; }
-    std::u16string_view View() const { return {start_, static_cast<std::size_t>(end_ - start_)}; }
-
-  private:
-    char16_t* end_;
-    char16_t* start_;
-};
 
 // The parts of the last link of a text.
 struct scLink {
@@ -43,19 +31,6 @@ struct scLink {
     std::u16string_view Address() const { return {address, static_cast<std::size_t>(addressEnd - address)}; }
     std::u16string_view Label() const { return {label, static_cast<std::size_t>(labelEnd - label)}; }
 };
-
-constexpr std::u16string_view linkStart = u"<a";
-constexpr std::u16string_view linkAddress = u"href=\"";
-constexpr std::u16string_view linkEnd = u"</a>";
-
-// What an address is put into.
-constexpr std::u16string_view beforeAddress = u" [";
-constexpr std::u16string_view behindAddress = u"]";
-
-// The white space of \s.
-inline bool UtilpIsPatternBlank(char16_t unit) {
-    return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
-}
 
 // Whether there is a link; fills in its parts.
 bool UtilpFindLastLink(std::u16string_view text, scLink& link);

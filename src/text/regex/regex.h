@@ -4,7 +4,7 @@
 // call is bounded, too, so that a pattern that would take for ever is reported instead.
 #pragma once
 
-#include "platform/exception.h"
+#include "text/regex/errors.h"
 
 #include <cstddef>
 #include <memory>
@@ -50,22 +50,6 @@ class IclsRegExGSubCB {
 
   protected:
     ~IclsRegExGSubCB() = default;
-};
-
-// A pattern that cannot be understood.
-class clsRegExError : public clsException {
-  public:
-    clsRegExError(std::size_t offset, const char* reason) noexcept : clsException(reason), offset_(offset) {}
-    std::size_t Offset() const noexcept { return offset_; } // in the pattern
-
-  private:
-    std::size_t offset_;
-};
-
-// A match that was given up because it took too many steps or too much memory.
-class clsRegExTooComplex : public clsException {
-  public:
-    using clsException::clsException;
 };
 
 class clsRegEx {
