@@ -91,7 +91,7 @@ INT WithItem(ProfJob handle, ProfList listHandle, const Char* path, Work work) {
 template <class Body>
 ProfJob OpenWithReason(Body&& body) {
     clsProfJob* const job = UtilpGuardWithReason(static_cast<clsProfJob*>(nullptr), std::forward<Body>(body));
-    if (job && job->Error() != profResult::ok)
+    if (job && job->Error() != PROF_OK)
         SetLastError(job->Reason());
     return ToHandle(job);
 }

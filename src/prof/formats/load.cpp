@@ -1,6 +1,7 @@
 #include "prof/formats/load.h"
 
 #include "prof/formats/compression.h"
+#include "prof/formats/flags.h"
 #include "prof/formats/form.h"
 #include "prof/formats/load_error.h"
 #include "runtime/diagnostics.h"
@@ -19,11 +20,6 @@ clsLoadException::clsLoadException(std::uint32_t line, std::u16string_view messa
 }
 
 namespace {
-
-namespace readFlags {
-constexpr std::uint32_t foreignXfdf = 1;
-constexpr std::uint32_t plainIni = 2;
-} // namespace readFlags
 
 // A wrapper in a wrapper is read like any other input; more than a few are no profile.
 constexpr int deepestWrapper = 4;
