@@ -1,3 +1,7 @@
+// The scripts found so far are a set of bits. A text keeps to a few spans of units that can add nothing to
+// that set, so blocks of it are compared with three spans, and only a unit outside of them is looked up in
+// the table. As soon as the set holds more than one script, or an ideograph, which several languages share,
+// the walk ends and the code page decides.
 #include "locale/charset.h"
 
 #include "text/blocks.h"

@@ -1,3 +1,7 @@
+// A list and its index. The index is a help that may be missing: it is made when a list has become long,
+// filled at the first lookup, dropped when the list shrinks or memory does not suffice, and every answer it
+// gives is the walk's. Deleting makes gaps, so that positions hold; gaps are closed once they outnumber the
+// entries, which moves each entry at most once for each deletion.
 #include "prof/item_list.h"
 
 #include "prof/name_index.h"

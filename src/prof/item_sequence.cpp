@@ -1,3 +1,6 @@
+// How the memory of a sequence grows: blocks by half their size up to one segment, then a segment at a time,
+// found through a table of segments that doubles. The first segment is the last block, so going over from one
+// to the other moves nothing.
 #include "prof/item_sequence.h"
 
 #include <algorithm>

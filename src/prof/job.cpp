@@ -1,3 +1,8 @@
+// Opening gives a job whatever goes wrong, unless there is no memory for the job itself: Error() says why it
+// was not filled. Saving throws, so that no failure can pass for a saved profile.
+//
+// The clipboard goes through a temporary file both ways. It is open only while bytes are copied: other
+// programs wait for it, and a profile may take long to parse.
 #include "prof/job.h"
 
 #include "files/file_name.h"

@@ -1,3 +1,9 @@
+// Slots are probed one after the other. A slot's tag, what bits of the key fit beside the position, rules out
+// nearly all other names before an entry is looked at. Deleting moves later slots of a run back into the
+// hole, so that no markers are left and a run never grows by deletions.
+//
+// Names that repeat share one slot, which says so. The entries behind it are found by a walk as long as that
+// is cheap, and by rings of positions from then on; see name_index.h.
 #include "prof/name_index.h"
 
 #include <bit>

@@ -1,3 +1,6 @@
+// All calls take a path apart in the same way: followed segments first, then the last one, which alone says
+// what is wanted. A lookup takes the first list of each name. Only deletion follows every list of a name, so
+// it remembers its segments and walks the branches depth first.
 #include "prof/path.h"
 
 #include <vector>

@@ -1,3 +1,10 @@
+// What a change of the tree has to keep true: every list knows its parent and its place in it, every entry
+// owns a reference to its texts, and the place from which RemoveFirstItem goes on lies before any item. Each
+// function that creates takes all memory first, in holders that give it back, and counts the new entry in
+// last; so a failure leaves the list as it was.
+//
+// The walks down the tree hold one list and one position. A sub-list leads back to its own entry, so the way
+// back needs no stack: a million nested lists are freed with as little of it as one.
 #include "prof/tree.h"
 
 #include <new>

@@ -1,3 +1,6 @@
+// A form shows in its first line, and a line that breaks off within our own header is still ours: files are
+// cut off by all kinds of accidents. What begins with other markup is no profile, unless the text form's root
+// follows somewhere.
 #include "prof/formats/flags.h"
 #include "prof/formats/form.h"
 #include "prof/formats/xml_form.h"

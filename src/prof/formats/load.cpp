@@ -1,3 +1,6 @@
+// From bytes to a reader: unwrap while there is a compressed wrapper, decode, look at the first line, and
+// hand the lines to the reader of its form. A fault in the contents ends in a diagnostic line and a result;
+// faults of the source and of memory are the caller's to handle.
 #include "prof/formats/load.h"
 
 #include "prof/formats/compression.h"

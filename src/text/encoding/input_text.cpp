@@ -1,3 +1,6 @@
+// The storage is always padded after its last character, whatever was read into it, decoded or dropped; every
+// function that changes where the text ends calls Terminate. A window is refilled by moving what is kept to
+// its start; a line longer than half of it doubles it, so that no line is moved more than a few times.
 #include "text/encoding/input_text.h"
 
 #include "platform/code_page.h"

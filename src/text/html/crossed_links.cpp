@@ -1,3 +1,7 @@
+// Walks the chain of pieces that crossed_links.h describes from its end: FindRound looks for the parts of the
+// last link, to the left, and Carry moves pieces as one round of replacement would move text. Pieces are
+// linked by number and only ever trimmed at their ends or relinked, so a round costs what it drops or makes
+// final.
 #include "text/html/crossed_links.h"
 
 #include "text/find.h"

@@ -1,3 +1,6 @@
+// Names are at most eight ASCII characters, so a name is a number of eight bytes and looking it up is one
+// hash and mostly one comparison. The tables are made by the compiler. A name in the text is read with one
+// load where eight units may be read.
 #include "text/html/entities.h"
 
 #include "text/units.h"

@@ -1,3 +1,5 @@
+// Looks for the parts of a link from the right, each as the last one before the part found last, which is
+// where the greedy groups of the pattern in links.h put them.
 #include "text/html/links.h"
 
 #include "text/find.h"

@@ -1,3 +1,5 @@
+// Like the entities: a name is sixteen bytes in lower case, made in registers where sixteen units may be
+// read, and found in a table that the compiler made.
 #include "text/html/tags.h"
 
 #include "text/units.h"

@@ -1,3 +1,4 @@
+// Each fact is a walk down the tree, by recursion that the parser's limit on nesting bounds.
 #include "text/regex/node_facts.h"
 
 namespace tvut {
