@@ -12,7 +12,7 @@ using namespace tvut;
 
 namespace {
 
-// Calls the body of an export that appends. It has no result: its caller tells success by the last error, 0.
+// Calls the body of an export that appends. It has no result: a last error of 0 means success to its caller.
 template <class Body>
 void AppendWithReason(ProfJob handle, Body&& body) {
     clsProfJob* const job = FromHandle(handle);

@@ -1,4 +1,4 @@
-// From the handles of the public interface to what stands behind them, and back.
+// From the handles of the public interface to what they mean, and back.
 #pragma once
 
 #include "exports/guard.h"
@@ -86,7 +86,7 @@ INT WithItem(ProfJob handle, ProfList listHandle, const Char* path, Work work) {
     });
 }
 
-// Calls the body of an export that opens a job. The thread's last error tells why one has no memory for the
+// Calls the body of an export that opens a job. The thread's last error says why one has no memory for the
 // job, or why the job was not filled.
 template <class Body>
 ProfJob OpenWithReason(Body&& body) {

@@ -1,6 +1,6 @@
 // A list and its index. The index is a help that may be missing: it is made when a list has become long,
-// filled at the first lookup, dropped when the list shrinks or memory does not suffice, and every answer it
-// gives is the walk's. Deleting makes gaps, so that positions hold; gaps are closed once they outnumber the
+// filled at the first lookup, dropped when the list shrinks or memory does not suffice, and every answer of
+// it is the walk's. Deleting makes gaps, so that positions hold; gaps are closed once they outnumber the
 // entries, which moves each entry at most once for each deletion.
 #include "prof/item_list.h"
 
@@ -22,7 +22,7 @@ constexpr std::uint32_t indexedFrom = 128;
 // two fillings of each entry of a growing list.
 constexpr std::uint32_t indexGrowth = 4;
 
-// Whether a list of so many entries is where its index gets larger: 128, 512, 2048 and so on.
+// Whether a list gets a larger index at this length: 128, 512, 2048 and so on.
 bool IsIndexStep(std::uint32_t count) {
     return count >= indexedFrom && std::has_single_bit(count) &&
            std::countr_zero(count / indexedFrom) % std::countr_zero(indexGrowth) == 0;

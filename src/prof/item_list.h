@@ -41,7 +41,7 @@ class clsItemList {
     std::uint32_t Count() const { return End() - gaps_; }
 
     scMatch Find(EntryKind kind, const scName& name);
-    // Tells that a Find is to come, so that what it will look at is on its way from memory.
+    // Call it some time before a Find, so that what that will look at is on its way from memory.
     void ExpectFind(EntryKind kind, const scName& name) const noexcept;
     // The next entry of that key and name at or after a position, by walking; notFound if none.
     std::uint32_t FindFrom(std::uint32_t position, std::uint32_t key, std::u16string_view name) const {
@@ -77,7 +77,7 @@ class clsItemList {
     std::uint32_t NextAlike(std::uint32_t position) const noexcept;
     void MakeGap(std::uint32_t position) noexcept;
 
-    // Whether there are so many gaps that closing them moves each entry at most once for each deletion.
+    // Whether gaps are enough to be closed: each entry then moves at most once for each deletion.
     bool HasManyGaps() const;
     // Closes all gaps and returns where the entry at a place, or the first one after it, stands then.
     std::uint32_t CloseGaps(clsSlab& slab, std::uint32_t place) noexcept;
@@ -88,7 +88,7 @@ class clsItemList {
     void ReserveIndex(clsSlab& slab, std::uint32_t count) noexcept;
     void DropIndex(clsSlab& slab) noexcept;
 
-    clsTree* tree_; // first: it is what tells a list from a block that is free
+    clsTree* tree_; // first: a block that is free has null there
     clsItemList* parent_;
     clsItemSequence entries_{};
     std::uint32_t gaps_ = 0;

@@ -1,5 +1,5 @@
-// Opening gives a job whatever goes wrong, unless there is no memory for the job itself: Error() says why it
-// was not filled. Saving throws, so that no failure can pass for a saved profile.
+// Opening returns a job whatever goes wrong, unless there is no memory for the job itself: Error() says why
+// it was not filled. Saving throws, so that no failure can pass for a saved profile.
 //
 // The clipboard goes through a temporary file both ways. It is open only while bytes are copied: other
 // programs wait for it, and a profile may take long to parse.
@@ -36,7 +36,7 @@ void RequireSaved(bool saved) {
         throw clsException("profile is too large", reason::tooLarge);
 }
 
-// What the open clipboard is given: the profile, and for programs that know no profiles a text. The text
+// What is put on the open clipboard: the profile, and for programs that know no profiles a text. The text
 // is UTF-16 under the format of 8-bit text, as programs in the field have found it all along.
 int GiveToClipboard(HANDLE profile) {
     constexpr std::array text = std::to_array(L"PROF data available");

@@ -38,8 +38,8 @@ class clsProfJob {
     void Save(std::optional<std::u16string_view> fileName, std::uint32_t flags);
     void SaveToStream(IStream& stream, std::uint32_t flags);
 
-    // Gives a result, and the thread's last error when it is a failure; throws when the profile cannot be
-    // written.
+    // Returns a result, and sets the thread's last error when it is a failure; throws when the profile cannot
+    // be written.
     int SaveToClipboard(HWND owner, std::uint32_t flags);
 
   private:

@@ -2,7 +2,7 @@
 // nearly all other names before an entry is looked at. Deleting moves later slots of a run back into the
 // hole, so that no markers are left and a run never grows by deletions.
 //
-// Names that repeat share one slot, which says so. The entries behind it are found by a walk as long as that
+// Names that repeat share one slot, which says so. The entries after it are found by a walk as long as that
 // is cheap, and by rings of positions from then on; see name_index.h.
 #include "prof/name_index.h"
 
@@ -83,7 +83,7 @@ void clsNameIndex::Append(const clsItemSequence& entries, std::uint32_t position
     slot = Tag(entry.key) | (position + 1);
 }
 
-// Linear probing without markers: the slots behind the gap that may move into it do.
+// Linear probing without markers: the slots after the gap that may move into it do.
 void clsNameIndex::Remove(const clsItemSequence& entries, std::uint32_t position) noexcept {
     const std::uint32_t mask = capacity_ - 1;
     std::uint32_t gap = SlotOf(entries, entries.At(position).key, entries.At(position).Name());

@@ -40,10 +40,10 @@ class clsNameIndex {
 
     scMatch Find(const clsItemSequence& entries, std::uint32_t key, std::u16string_view name) const;
 
-    // Takes in the entry at a position behind all that it knows.
+    // Takes in the entry at a position after all that it knows.
     void Append(const clsItemSequence& entries, std::uint32_t position) noexcept;
 
-    // Tells that entries of a repeated name are about to be deleted.
+    // Call it before entries of a repeated name are deleted.
     void ExpectRepeats(const clsItemSequence& entries) noexcept;
 
     // The entry of the same name and kind after one that is still in its place; notFound if none.

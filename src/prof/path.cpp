@@ -120,7 +120,7 @@ void ProfpRemove(clsItemList& start, EntryKind kind, std::u16string_view path) {
     const scName last(reader.Last());
 
     // Depth first through every branch, without recursion: the depth is the number of segments
-    // followed so far, and a list's place in its parent tells where to go on after it.
+    // followed so far, and a list's place in its parent is where to go on after it.
     clsItemList* list = &reader.Start();
     std::size_t depth = 0;
     std::uint32_t position = 0;

@@ -94,7 +94,7 @@ clsItemList* clsTree::AddList(clsItemList& list, std::uint32_t key, clsTextHolde
 // ---- Copying ----------------------------------------------------------------------------------
 
 void clsTree::Copy(clsItemList& destination, clsItemList& source) {
-    // The copies all land behind these entries of the destination; should the walk come by there,
+    // The copies all come after these entries of the destination; should the walk come by there,
     // it stops short of them.
     const std::uint32_t destinationEnd = destination.End();
     const bool sameTree = source.Tree() == this;

@@ -157,7 +157,7 @@ std::u16string_view NumberPart(std::u16string_view text) {
     return text.substr(0, at);
 }
 
-// A number whose exponent is out of range: nothing or infinity, as its leading digit's place tells.
+// A number whose exponent is out of range: nothing or infinity, by the place of its leading digit.
 double OutOfRange(std::string_view number) {
     const bool negative = number.front() == '-';
     const std::size_t exponentAt = number.find('e');

@@ -161,7 +161,7 @@ class clsVariantBuilder final : public IclsVariantSink {
         char* next; // element
     };
 
-    // Gives the variant that waits for its contents its type. Only with contents: a type alone would
+    // Sets the type of the variant that waits for its contents. Only with contents: a type alone would
     // make whoever frees the variant follow a pointer that is not there.
     VARIANT& Put();
     void* NextElement(std::size_t size);

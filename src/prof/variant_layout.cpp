@@ -33,7 +33,7 @@ bool IsInterface(std::uint16_t type) {
     return type == variantType::dispatch || type == variantType::unknown;
 }
 
-// Every element takes at least so many bytes; 0 for a type that no array has.
+// The least number of bytes that an element takes; 0 for a type that no array has.
 std::size_t LeastElementSize(std::uint16_t type) {
     if (type == variantType::bstr)
         return sizeof(std::uint32_t);

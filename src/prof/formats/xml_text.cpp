@@ -47,7 +47,7 @@ void AppendCharacter(std::u16string& text, std::uint32_t code) {
     }
 }
 
-// Gives the length of the reference at the beginning of a text and appends what it stands for; 0 when
+// Returns the length of the reference at the beginning of a text and appends what it stands for; 0 when
 // there is none. One of digits takes all of a text that holds no semicolon, and stands for nothing.
 std::size_t TakeNumericReference(std::u16string_view text, bool holdsSemicolon, std::u16string& buffer) {
     if (!text.starts_with(u"&#"))

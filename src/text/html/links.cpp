@@ -17,7 +17,7 @@ std::u16string_view Between(const char16_t* start, const char16_t* end) {
     return {start, static_cast<std::size_t>(end - start)};
 }
 
-// The last <a with white space behind it that lies wholly before an end.
+// The last <a with white space after it that lies wholly before an end.
 const char16_t* FindLastStart(const char16_t* text, const char16_t* end) {
     for (const char16_t* stop = end; text != stop;) {
         const char16_t* const found = UtilpFindLast(text, stop, linkStart);

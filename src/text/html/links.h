@@ -5,7 +5,7 @@
 // finds, in which the dot takes line ends, too. Its groups are greedy, and it is applied to the whole text
 // again until it no longer matches, so every round rewrites the link that ends last: its </a> is the last of
 // the text, the > before the label is the last one before that, and so on to the left, through the
-// quotation mark behind the address and href=" to <a. What lies between these but the address and
+// quotation mark after the address and href=" to <a. What lies between these but the address and
 // the label is dropped.
 //
 // Everything right of that </a> is final at once. So are, where all links are whole, label and
@@ -23,9 +23,9 @@ namespace tvut {
 // The parts of the last link of a text.
 struct scLink {
     const char16_t* start;      // of <a
-    const char16_t* address;    // behind href="
+    const char16_t* address;    // after href="
     const char16_t* addressEnd; // at the quotation mark
-    const char16_t* label;      // behind >
+    const char16_t* label;      // after >
     const char16_t* labelEnd;   // at </a>
 
     std::u16string_view Address() const { return {address, static_cast<std::size_t>(addressEnd - address)}; }

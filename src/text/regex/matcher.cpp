@@ -230,7 +230,7 @@ bool clsRegExMatcher::IsPlace(RegExOp op) const {
         return here_ == end_;
     case Op::lastLineEnd:
         return here_ == end_ || (end_ - here_ == 1 && *here_ == u'\n');
-    case Op::lineStart: // not behind a line feed that ends the text
+    case Op::lineStart: // not after a line feed that ends the text
         return here_ == text_ || (here_[-1] == u'\n' && here_ != end_);
     case Op::lineEnd:
         return here_ == end_ || *here_ == u'\n';
@@ -241,7 +241,7 @@ bool clsRegExMatcher::IsPlace(RegExOp op) const {
     }
 }
 
-// Whether an instruction has a chance here; spares an entry where a look at one character tells.
+// Whether an instruction has a chance here; saves an entry where a look at one character is enough.
 bool clsRegExMatcher::CanGoOn(std::uint32_t code) const {
     const scRegExInstruction& instruction = program_.code[code];
     if (instruction.op == Op::literal)
@@ -323,7 +323,7 @@ clsRegExMatcher::Place clsRegExMatcher::FindFollower(const scRegExInstruction& i
     }
 }
 
-// Goes on with the fewest further characters that let the follower stand behind them; keeps the way to
+// Goes on with the fewest further characters that let the follower stand after them; keeps the way to
 // more of them.
 bool clsRegExMatcher::TakeShortest(const scRegExInstruction& instruction, Place limit) {
     const auto code = static_cast<std::uint32_t>(&instruction - program_.code.data());
@@ -338,7 +338,7 @@ bool clsRegExMatcher::TakeShortest(const scRegExInstruction& instruction, Place 
     return true;
 }
 
-// Goes back from here to the most characters that let the follower stand behind them; keeps the way to fewer.
+// Goes back from here to the most characters that let the follower stand after them; keeps the way to fewer.
 bool clsRegExMatcher::TakeLongest(const scRegExInstruction& instruction, Place shortest) {
     const auto code = static_cast<std::uint32_t>(&instruction - program_.code.data());
     if (instruction.follower != scRegExNode::none) {

@@ -42,7 +42,7 @@ class clsRegExMatchList {
     std::vector<scRegExMatch> matches_;
 };
 
-// Gives what is put in the place of each match.
+// Makes what is put in the place of each match.
 class IclsRegExGSubCB {
   public:
     // Appends the replacement to the result so far.
@@ -66,10 +66,10 @@ class clsRegEx {
     // below throw clsRegExTooComplex.
     bool Matches(std::u16string_view text) const;
 
-    // The first match that begins at a position or behind it.
+    // The first match that begins at a position or after it.
     bool Match(std::u16string_view text, clsRegExMatchList& match, std::size_t from = 0) const;
 
-    // Replaces all matches, from left to right, and gives how many there were. The result is appended to.
+    // Replaces all matches, from left to right, and returns how many there were. The result is appended to.
     std::size_t GSub(std::u16string_view text, IclsRegExGSubCB& replacement, std::u16string& result) const;
 
   private:
