@@ -235,7 +235,8 @@ bool clsZipDirectory::AddEntry(const scCentralHeader& header, std::string_view r
     entry.position = numbers.position + place.shift;
     entry.packed = numbers.packed;
     entry.bytes = numbers.bytes;
-    entry.modified = times.modified != 0 ? times.modified : UtilpFromDosTime(header.time).value_or(0);
+    entry.modified = times.modified != 0 ? UtilpUnwrappedTime(times.modified, header.time)
+                                         : UtilpFromDosTime(header.time).value_or(0);
     entry.created = times.created;
     entry.crc = header.crc;
     NoteAttributes(header, entry);

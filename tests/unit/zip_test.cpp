@@ -295,6 +295,12 @@ TEST(ZipTimes, ComeBackToTheirOwnPrecision) {
     EXPECT_TRUE(UtilpHasUnixTime(UtilpFromUnixTime(0)));
     EXPECT_TRUE(UtilpHasUnixTime(UtilpFromUnixTime(0x7FFFFFFF)));
     EXPECT_FALSE(UtilpHasUnixTime(UtilpFromUnixTime(0x7FFFFFFF) + second));
+    // Of makers without sign, when DOS agrees.
+    const std::uint64_t year2040 = UtilpFromUnixTime(0x7FFFFFFF) + 2 * 365 * 86400 * second,
+                        year1903 = year2040 - (second << 32);
+    EXPECT_EQ(UtilpUnwrappedTime(year1903, UtilpDosTime(year2040)), year2040);
+    EXPECT_EQ(UtilpUnwrappedTime(year1903, UtilpDosTime(year1903)), year1903);
+    EXPECT_EQ(UtilpUnwrappedTime(noon, UtilpDosTime(year2040)), noon);
 }
 
 } // namespace
