@@ -4,9 +4,10 @@
     programs.py --tvut "EMULATOR tvut.exe" --folder FOLDER
 
 Each program opens what tvut packs, and tvut unpacks what each of them packs: names of all scripts, times, empty
-files and folders, ciphers both ways. Prints what differs; the exit code says whether anything does.
+files and folders, ciphers both ways. What zipfile makes of evil names, links and bombs is refused. Prints what differs; the exit code says whether anything does.
 """
 import argparse
+import io
 import os
 import shutil
 import subprocess
@@ -73,6 +74,14 @@ def compare(what, expected, found, times=1):
                        for folder in (expected, found))
         if abs(wanted - got) > times:
             faults.append(f"{what}: {name} is of {got}, not of {wanted}")
+
+
+def made_by_zipfile(entries, **options):
+    made = io.BytesIO()
+    with zipfile.ZipFile(made, "w", **options) as archive:
+        for name, contents in entries:
+            archive.writestr(name, contents)
+    return made.getvalue()
 
 
 class Checks:
@@ -189,6 +198,35 @@ class Checks:
             run("7z", "a", "-tzip", f"-mm={method}", archive, "plain.txt", cwd=self.source)
             self.by_tvut(method, archive, code=4)
 
+    # ---- Strangers' -------------------------------------------------------------------------------------
+
+    def refused(self, what, contents, *options, left=()):
+        """Nothing may be written outside of the target; inside of it only what is left."""
+        archive, world = self.folder / "evil.zip", fresh(self.folder / "world")
+        archive.write_bytes(contents)
+        done = run(*self.tvut, "unzip", "../../evil.zip", "--to", "target", *options, cwd=fresh(world / "a"), code=4)
+        expected = {"a", *(f"a/{name}" for name in left)}
+        if set(tree_of(world)) != expected:
+            faults.append(f"{what}: there is {sorted(tree_of(world))}")
+        if not done.stderr:
+            faults.append(f"{what}: nobody says why")
+
+    def hostile(self):
+        for name in ("../x", "..\\x", "/x", "\\x", "C:x", "C:\\x", "\\\\h\\s\\x", "a/../../x", "a/.."):
+            self.refused(name, made_by_zipfile([("good", b"g"), (name, b"x")]))
+        link = zipfile.ZipInfo("link")
+        link.create_system, link.external_attr = 3, 0o120777 << 16
+        self.refused("a link and a file through it", made_by_zipfile([(link, b".."), ("link/x", b"x")]),
+                     left=("target", "target/link", "target/link/x"))
+        two = made_by_zipfile([("one", b"data" * 20), ("two", b"data" * 20)])
+        directory = two.find(b"PK\1\2")
+        first, second = (two.find(name, directory) - 4 for name in (b"one", b"two"))  # where they say they are
+        self.refused("entries at one place", two[:second] + two[first:first + 4] + two[second + 4:])
+        bomb = made_by_zipfile([("zeros", b"\0" * 10_000_000)], compression=zipfile.ZIP_DEFLATED)
+        self.refused("a bomb", bomb, "--limit", "1MB")
+        at = bomb.find(b"PK\1\2") + 24  # the directory's word on the size
+        self.refused("a bomb that lies", bomb[:at] + b"\0\1\0\0" + bomb[at + 4:], "--limit", "1MB", left=("target",))
+
     def many(self):
         archive = self.folder / "many.zip"
         for count in (0, 65536):
@@ -208,7 +246,7 @@ def main():
     os.environ["LC_ALL"] = "C.UTF-8"
     checks = Checks(arguments.tvut, fresh(arguments.folder).resolve())
     for check in ("packed_by_us", "enciphered_by_us", "packed_by_others", "enciphered_by_others",
-                  "methods_that_are_not_known", "many"):
+                  "methods_that_are_not_known", "hostile", "many"):
         getattr(checks, check)()
     print("\n".join(faults) or "all of them agree")
     return 1 if faults else 0
