@@ -84,9 +84,19 @@ bool AreUnpackedFilesWhole() {
     return true;
 }
 
+constexpr wchar_t begun[] = L"tvut22_soak has begun";
+
+void TellBegun() {
+    const testing_prof::Handle event(OpenEventW(EVENT_MODIFY_STATE, FALSE, begun));
+    SetEvent(event.get());
+}
+
+// At a moment of its work, not of its start.
 void KillOne(clsRun& run, const wchar_t* part) {
+    const testing_prof::Handle event(CreateEventW(nullptr, FALSE, FALSE, begun));
     const testing_prof::Child child(part);
-    Sleep(20 + run.Random(200));
+    WaitForSingleObject(event.get(), 20000);
+    Sleep(run.Random(150));
     run.Require(child.runs(), "a call failed");
     child.kill();
 }
@@ -95,6 +105,7 @@ void KillOne(clsRun& run, const wchar_t* part) {
 
 // Packs one generation after another until it is killed.
 int PlayPacker(std::span<char*>) {
+    TellBegun();
     for (int generation = std::max(PackedGeneration(), 0) + 1;; ++generation) {
         fs::remove_all(source);
         testing_prof::makeTree(source, TreeOf(static_cast<unsigned>(generation)));
@@ -105,6 +116,7 @@ int PlayPacker(std::span<char*>) {
 
 // Unpacks one of two archives over the other's files until it is killed.
 int PlayUnpacker(std::span<char*>) {
+    TellBegun();
     for (std::size_t which = 0;; which = 1 - which)
         if (const INT result = UtilExtractZip(givenArchives[which], target, nullptr); result != UTIL_OK)
             return -result;
