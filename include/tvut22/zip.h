@@ -35,11 +35,9 @@ typedef struct UtilZipObject* UtilZip;
 /* Flags of an entry. */
 #define UTIL_ZIP_IS_FOLDER 0x1u
 #define UTIL_ZIP_IS_ENCRYPTED 0x2u
-#define UTIL_ZIP_IS_LINK 0x4u    /* a symbolic link of another system, which is never made */
-#define UTIL_ZIP_IS_RENAMED 0x8u /* the target differs from the name: Windows could not have it */
-#define UTIL_ZIP_IS_QUESTION                                                                                 \
-    0x10u /* the caller is asked whether it wants the entry; else progress is told                           \
-           */
+#define UTIL_ZIP_IS_LINK 0x4u      /* a symbolic link of another system, which is never made */
+#define UTIL_ZIP_IS_RENAMED 0x8u   /* the target differs from the name: Windows could not have it */
+#define UTIL_ZIP_IS_QUESTION 0x10u /* asks whether the entry is wanted; without it progress is told */
 
 /* An entry as a callback is shown it; all of it holds until the callback returns. 56 bytes. */
 typedef struct UtilZipEntry {
