@@ -63,11 +63,13 @@ std::size_t clsFileSource::Read(void* buffer, std::size_t bytes) {
 
 // ---- Overwriting a held file ------------------------------------------------------------------
 
-clsFileSink::clsFileSink(HANDLE file) : file_(file) {
+void clsFileSink::Extend(std::uint64_t bytes) {
+    if (bytes != unknownLength)
+        MakeRoom(bytes);
     PlatformMoveTo(file_, 0);
 }
 
-void clsFileSink::Extend(std::uint64_t bytes) {
+void clsFileSink::MakeRoom(std::uint64_t bytes) {
     const std::uint64_t size = PlatformSizeOf(file_);
     if (bytes > size) {
         PlatformMoveTo(file_, size);
@@ -84,7 +86,6 @@ void clsFileSink::Extend(std::uint64_t bytes) {
         PlatformMoveTo(file_, bytes);
         PlatformRequire(SetEndOfFile(file_), "file cannot be cut");
     }
-    PlatformMoveTo(file_, 0);
 }
 
 void clsFileSink::Write(const void* data, std::size_t bytes) {
@@ -97,14 +98,19 @@ void clsFileSink::Finish() {
 
 // ---- Replacing a file -------------------------------------------------------------------------
 
-clsReplacingSink::clsReplacingSink(const char16_t* target) : replacement_(target) {}
+clsReplacingSink::clsReplacingSink(const char16_t* target) : target_(target) {}
+
+// The length is of no use: a temporary file may grow as it likes.
+void clsReplacingSink::Extend(std::uint64_t) {
+    replacement_.emplace(target_.c_str());
+}
 
 void clsReplacingSink::Write(const void* data, std::size_t bytes) {
-    replacement_.File().Write(data, bytes);
+    replacement_->File().Write(data, bytes);
 }
 
 void clsReplacingSink::Finish() {
-    const DWORD error = replacement_.PutInPlace(replacePatience);
+    const DWORD error = replacement_->PutInPlace(replacePatience);
     if (error == ERROR_SHARING_VIOLATION)
         CopyOverTarget();
     else if (error != ERROR_SUCCESS)
@@ -133,7 +139,7 @@ void Copy(clsByteSource& source, clsByteSink& sink) {
 // What can be known before is asked before: whether there is room, and whether the file may be cut. From the
 // first byte on, the temporary file is the one that must not be lost.
 void clsReplacingSink::CopyOverTarget() {
-    clsBesideFile& file = replacement_.File();
+    clsBesideFile& file = replacement_->File();
     PlatformRequire(file.TakeLastingName(), "temporary file cannot be renamed");
     const clsFileHandle contents = OpenExisting(file.Path(), GENERIC_READ);
     const clsFileHandle target = OpenExisting(file.Target(), GENERIC_WRITE);

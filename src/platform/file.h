@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -47,12 +48,14 @@ class clsFileSource final : public clsByteSource {
 // bytes, so that a full disk shows while the old contents are still there.
 class clsFileSink final : public clsByteSink {
   public:
-    explicit clsFileSink(HANDLE file);
+    explicit clsFileSink(HANDLE file) : file_(file) {}
     void Extend(std::uint64_t bytes) override;
     void Write(const void* data, std::size_t bytes) override;
     void Finish() override;
 
   private:
+    void MakeRoom(std::uint64_t bytes);
+
     HANDLE file_;
 };
 
@@ -81,14 +84,15 @@ class clsReplacingSink final : public clsByteSink {
     clsReplacingSink(const clsReplacingSink&) = delete;
     clsReplacingSink& operator=(const clsReplacingSink&) = delete;
 
-    void Extend(std::uint64_t) override {} // a temporary file may grow as it likes
+    void Extend(std::uint64_t) override;
     void Write(const void* data, std::size_t bytes) override;
     void Finish() override;
 
   private:
     void CopyOverTarget();
 
-    clsReplacement replacement_;
+    std::u16string target_;
+    std::optional<clsReplacement> replacement_; // from Extend on
 };
 
 } // namespace tvut

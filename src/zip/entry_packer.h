@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/bytes.h"
-#include "text/raw_deflate.h"
+#include "text/bytes/raw_deflate.h"
 #include "zip/aes_cipher.h"
 #include "zip/archive_output.h"
 #include "zip/zip_progress.h"

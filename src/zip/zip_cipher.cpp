@@ -1,7 +1,7 @@
 #include "zip/zip_cipher.h"
 
 #include "platform/code_page.h"
-#include "text/utf8.h"
+#include "text/encoding/utf8.h"
 #include "zip/aes_cipher.h"
 #include "zip/pkware_cipher.h"
 #include "zip/zip_fault.h"

@@ -7,7 +7,7 @@
 // and could be one thing to us and another to the next program.
 #include "zip/zip_directory.h"
 
-#include "text/utf8.h"
+#include "text/encoding/utf8.h"
 #include "zip/zip_extra.h"
 #include "zip/zip_fault.h"
 #include "zip/zip_records.h"

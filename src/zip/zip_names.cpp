@@ -6,7 +6,7 @@
 #include "files/file_name.h"
 #include "files/path_root.h"
 #include "platform/code_page.h"
-#include "text/utf8.h"
+#include "text/encoding/utf8.h"
 
 #include <algorithm>
 

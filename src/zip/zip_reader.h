@@ -1,7 +1,7 @@
 // Reads archives: the directory, and each entry's contents into a sink.
 #pragma once
 
-#include "text/deflate.h"
+#include "text/bytes/deflate.h"
 #include "zip/zip_cipher.h"
 #include "zip/zip_directory.h"
 

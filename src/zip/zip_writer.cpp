@@ -2,7 +2,7 @@
 // memory: archives need no data descriptors, and 2,000 small files are a few dozen writes.
 #include "zip/zip_writer.h"
 
-#include "text/utf8.h"
+#include "text/encoding/utf8.h"
 #include "zip/zip_directory.h"
 #include "zip/zip_fault.h"
 

@@ -1,6 +1,9 @@
-#include "text/deflate.h"
+// zlib works from one buffer into another. Its state stands apart from the classes, so that nobody else needs
+// zlib's header. The sink hands on full blocks only: what is compressed is mostly small, and targets like few
+// calls.
+#include "text/bytes/deflate.h"
 
-#include "text/zlib_state.h"
+#include "text/bytes/zlib_state.h"
 
 #include <array>
 

@@ -1,7 +1,7 @@
 // zlib's states, owned, for the files that deflate and inflate.
 #pragma once
 
-#include "text/deflate.h"
+#include "text/bytes/deflate.h"
 
 #include <new>
 #include <zlib.h>

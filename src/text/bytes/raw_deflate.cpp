@@ -1,6 +1,6 @@
-#include "text/raw_deflate.h"
+#include "text/bytes/raw_deflate.h"
 
-#include "text/zlib_state.h"
+#include "text/bytes/zlib_state.h"
 
 namespace tvut {
 
