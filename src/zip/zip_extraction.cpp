@@ -83,7 +83,7 @@ class clsZIPExtraction::clsTargetSink final : public clsByteSink {
 
     void Extend(std::uint64_t) override {}
     void Write(const void* data, std::size_t bytes) override {
-        if (done_ - told_ >= progressBytes)
+        if (bytes != 0 && done_ - told_ >= progressBytes) // the end is told once the file is in place
             extraction_.TellProgress(index_, told_ = done_);
         if (IclsTargetFile* const file = File())
             CallFile([&] { file->Write(data, bytes); });

@@ -76,13 +76,32 @@ ExitCode ExitCodeOf(INT result) {
 }
 
 Failure FailureOf(INT result, const std::string& subject, const clsLibraryLog& log) {
-    const scResult& row = RowOf(result);
+    Failure failure{ExitCodeOf(result), subject, RowOf(result).words};
     for (const std::string& line : log.Reports()) {
         std::string reason = ReasonIn(line, "'): ");
-        if (!reason.empty() && line.starts_with("ERR: "))
-            return {row.code, subject, std::move(reason)};
+        if (reason.empty())
+            reason = ReasonIn(line, "(): ");
+        if (reason.empty() || !line.starts_with("ERR: "))
+            continue;
+        if (std::string file = PackedFileIn(line); !file.empty())
+            failure.subject = std::move(file);
+        if (reason.starts_with("cannot be read"))
+            failure.code = ExitCode::cannotOpen;
+        else if (reason.starts_with("cannot be written"))
+            failure.code = ExitCode::cannotSave;
+        if (result != UTIL_NOT_FOUND)
+            failure.reason = std::move(reason);
+        break;
     }
-    return {row.code, subject, row.words};
+    return failure;
+}
+
+std::string PackedFileIn(std::string_view line) {
+    constexpr std::string_view mark = "::Append('";
+    const std::size_t at = line.find(mark), end = line.rfind("'): ");
+    if (at == std::string_view::npos || end == std::string_view::npos || end < at + mark.size())
+        return {};
+    return std::string{line.substr(at + mark.size(), end - at - mark.size())};
 }
 
 std::string ReasonIn(std::string_view line, std::string_view mark) {

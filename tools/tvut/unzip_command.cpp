@@ -44,13 +44,15 @@ class clsUnzipCommand final : public IclsCommand {
   public:
     const char* Name() const override { return "unzip"; }
     const char* Purpose() const override { return "Unpack or test an archive"; }
+    std::string Footer() const override { return patternHelp; }
 
     void Declare(CLI::App& app) override {
         app.add_option("ARCHIVE", archive_, "The archive; - for standard input")->required();
         app.add_option("PATTERN", patterns_, "Entries to unpack; without any, all of them");
-        CLI::Option* const to = app.add_option("--to", folder_, "Where to unpack, made when it is missing; - for "
-                                                                "standard output, one file after the other")
-                                    ->capture_default_str();
+        CLI::Option* const to = app.add_option("--to", folder_,
+                                               "Where to unpack, made when it is missing; - for "
+                                               "standard output, one file after the other. Without it, here")
+                                    ->type_name("FOLDER");
         app.add_flag("--test", test_, "Write nothing: only look whether everything could be unpacked")
             ->excludes(to);
         app.add_flag("--keep", keep_, "Leave files alone that are there");
@@ -65,8 +67,12 @@ class clsUnzipCommand final : public IclsCommand {
             throw Failure{ExitCode::usage, "--json", "standard output cannot be two things"};
         if (archive_ == "-" && passwordFile_ == "-")
             throw Failure{ExitCode::usage, "-", "standard input cannot be two things"};
+        if (const DWORD there = GetFileAttributesW(toWide(folder_).c_str());
+            folder_ != "-" && there != INVALID_FILE_ATTRIBUTES && (there & FILE_ATTRIBUTE_DIRECTORY) == 0)
+            throw Failure{ExitCode::cannotSave, folder_, "is no folder"};
         const clsLibraryLog log;
         const std::wstring password = PasswordFrom(passwordFile_);
+        hasPassword_ = !password.empty();
         const clsArchiveInput archive(archive_);
         std::optional<clsTemporary> passage;
         if (folder_ == "-")
@@ -74,6 +80,8 @@ class clsUnzipCommand final : public IclsCommand {
         Unpack(archive, passage ? passage->Path() : toWide(folder_), password, log);
         if (passage)
             PassOn();
+        if (test_ && !json_)
+            PrintGood(archive.Subject());
         return ExitCode::ok;
     }
 
@@ -81,9 +89,10 @@ class clsUnzipCommand final : public IclsCommand {
     void Unpack(const clsArchiveInput& archive, const std::wstring& folder, const std::wstring& password,
                 const clsLibraryLog& log) {
         clsEntryPatterns patterns(patterns_);
-        clsArchiveOptions options(keep_ ? UTIL_ZIP_KEEP_EXISTING : 0, password, [&](const UtilZipEntry& entry) {
-            return (entry.flags & UTIL_ZIP_IS_QUESTION) != 0 ? Choose(entry, patterns) : Show(entry);
-        });
+        clsArchiveOptions options(
+            keep_ ? UTIL_ZIP_KEEP_EXISTING : 0, password, [&](const UtilZipEntry& entry) {
+                return (entry.flags & UTIL_ZIP_IS_QUESTION) != 0 ? Choose(entry, patterns) : Show(entry);
+            });
         options.Get()->limit = limit_;
         const INT result =
             UtilExtractZip(archive.Path().c_str(), test_ ? nullptr : folder.c_str(), options.Get());
@@ -100,6 +109,9 @@ class clsUnzipCommand final : public IclsCommand {
         const bool isFolder = (entry.flags & UTIL_ZIP_IS_FOLDER) != 0;
         if (keep_ && entry.target && !isFolder && IsThere(entry.target))
             return UTIL_ZIP_SKIP;
+        if ((entry.flags & UTIL_ZIP_IS_ENCRYPTED) != 0 && !hasPassword_)
+            throw Failure{ExitCode::wrongType, archive_,
+                          "is enciphered: --password-file names the password's file"};
         wanted_.emplace(entry.index, entry);
         return UTIL_ZIP_GO;
     }
@@ -112,7 +124,7 @@ class clsUnzipCommand final : public IclsCommand {
         wanted.isDone = true;
         if (json_)
             Output::standard().writeLine(toUtf8(JsonLine(entry)));
-        else if (wanted.Is(UTIL_ZIP_IS_RENAMED) && folder_ != "-")
+        else if (wanted.Is(UTIL_ZIP_IS_RENAMED) && entry.target && folder_ != "-")
             Say(wanted.name, "unpacked as " + Printable(wanted.target));
         return UTIL_ZIP_GO;
     }
@@ -124,8 +136,12 @@ class clsUnzipCommand final : public IclsCommand {
             if (line.starts_with("ERR: UtilExtractZip(") && line.find("')['") != std::string::npos)
                 reasons.push_back(ReasonIn(line, "']: "));
         }
-        if (reasons.empty())
-            throw FailureOf(result, archive.Subject(), log);
+        if (reasons.empty()) {
+            Failure failure = FailureOf(result, archive.Subject(), log);
+            if (failure.code == ExitCode::cannotSave)
+                failure.subject = folder_;
+            throw failure;
+        }
         std::size_t failed = 0;
         for (const auto& [index, wanted] : wanted_) {
             if (wanted.isDone || failed == reasons.size())
@@ -149,6 +165,14 @@ class clsUnzipCommand final : public IclsCommand {
         }
     }
 
+    void PrintGood(const std::string& archive) const {
+        std::uint64_t bytes = 0;
+        for (const auto& [index, wanted] : wanted_)
+            bytes += wanted.entry.bytes;
+        Output::standard().writeLine(archive + ": good, entries: " + std::to_string(wanted_.size()) +
+                                     ", bytes: " + std::to_string(bytes));
+    }
+
     static std::string Printable(const std::wstring& text) {
         std::string printable;
         appendEscaped(printable, text);
@@ -161,7 +185,7 @@ class clsUnzipCommand final : public IclsCommand {
     std::string archive_, folder_ = ".", passwordFile_;
     std::vector<std::string> patterns_;
     std::uint64_t limit_ = 0;
-    bool test_ = false, keep_ = false, json_ = false;
+    bool test_ = false, keep_ = false, json_ = false, hasPassword_ = false;
     std::map<UINT, scWanted> wanted_; // by their index
     clsProgressLine progress_;
 };

@@ -23,8 +23,9 @@ class clsZipCommand final : public IclsCommand {
 
     void Declare(CLI::App& app) override {
         app.add_option("ARCHIVE", archive_, "The archive to make; - for standard output")->required();
-        app.add_option("SOURCE", sources_, "A file, a folder with all below it, or files with * and ? in the "
-                                           "name; - for standard input")
+        app.add_option("SOURCE", sources_,
+                       "A file, a folder with all below it, or files with * and ? in the "
+                       "name; - for standard input")
             ->required();
         app.add_option("--name", name_, "The name in the archive, for a single SOURCE");
         app.add_option("--in", folder_, "The folder of the archive to put everything into");
@@ -51,6 +52,11 @@ class clsZipCommand final : public IclsCommand {
   private:
     void CheckWords() const {
         const bool readsInput = std::ranges::find(sources_, "-") != sources_.end();
+        if (archive_.empty() || std::ranges::find(sources_, "") != sources_.end())
+            throw Failure{ExitCode::usage, "ARCHIVE, SOURCE", "must not be empty"};
+        if (const DWORD there = GetFileAttributesW(toWide(archive_).c_str());
+            there != INVALID_FILE_ATTRIBUTES && (there & FILE_ATTRIBUTE_DIRECTORY) != 0)
+            throw Failure{ExitCode::cannotSave, archive_, "is a folder"};
         if (!name_.empty() && sources_.size() > 1)
             throw Failure{ExitCode::usage, "--name", "is for a single SOURCE"};
         if (readsInput && name_.empty())
@@ -80,14 +86,33 @@ class clsZipCommand final : public IclsCommand {
                 continue;
             UtilZIPClose(zip, FALSE);
             options.Rethrow();
-            throw FailureOf(result, source, log);
+            Failure failure = FailureOf(result, source, log);
+            failure.subject = Subject(source, failure.subject);
+            throw failure;
         }
+        TellPassedOver(log);
         const INT result = UtilZIPClose(zip, TRUE);
         if (result == UTIL_OK)
             return;
         Failure failure = FailureOf(result, archive_, log);
         failure.code = ExitCode::cannotSave;
         throw failure;
+    }
+
+    // The source as it was typed, or the file below it that failed.
+    static std::string Subject(const std::string& source, const std::string& file) {
+        std::string typed = source.substr(source.starts_with("./") || source.starts_with(".\\") ? 2 : 0);
+        std::ranges::replace(typed, '/', '\\');
+        if (source == "-")
+            return "standard input";
+        return file.ends_with(typed) ? source : file;
+    }
+
+    static void TellPassedOver(const clsLibraryLog& log) {
+        for (const std::string& line : log.Reports()) {
+            if (line.starts_with("WRN: clsZIPFile("))
+                printError("tvut", PackedFileIn(line), ReasonIn(line, "'): "));
+        }
     }
 
     INT Append(UtilZip zip, const std::string& source) const {

@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-namespace tool::prof {
+namespace tool {
 
 namespace {
 
@@ -56,26 +56,27 @@ std::string_view nearest(std::string_view typed, const std::vector<std::string_v
     return best;
 }
 
-std::string suggestionFor(const std::string& word, const std::vector<std::string_view>& commands) {
+std::string suggestionFor(const std::string& word, const ProgramWords& program) {
     if (GetFileAttributesW(toWide(word).c_str()) != INVALID_FILE_ATTRIBUTES)
-        return ", did you mean 'prof show " + word + "'?";
+        return ", did you mean '" + std::string{program.program} + " " + std::string{program.forFile} + " " +
+               word + "'?";
     std::string typed = word;
     std::transform(typed.begin(), typed.end(), typed.begin(), lower);
-    const std::string_view meant = nearest(typed, commands);
+    const std::string_view meant = nearest(typed, program.commands);
     return meant.empty() ? std::string{} : ", did you mean '" + std::string{meant} + "'?";
 }
 
-void requireCommand(const std::string& word, const std::vector<std::string_view>& commands) {
-    if (std::find(commands.begin(), commands.end(), word) == commands.end())
+void requireCommand(const std::string& word, const ProgramWords& program) {
+    const std::string name{program.program};
+    if (std::find(program.commands.begin(), program.commands.end(), word) == program.commands.end())
         throw Failure{ExitCode::usage, "",
-                      "unknown command '" + word + "'" + suggestionFor(word, commands) +
-                          "\nTry 'prof --help' or 'prof COMMAND --help'."};
+                      "unknown command '" + word + "'" + suggestionFor(word, program) + "\nTry '" + name +
+                          " --help' or '" + name + " COMMAND --help'."};
 }
 
 } // namespace
 
-std::vector<std::string> withOptionsForWords(std::vector<std::string> words,
-                                             const std::vector<std::string_view>& commands) {
+std::vector<std::string> withOptionsForWords(std::vector<std::string> words, const ProgramWords& program) {
     if (words.size() == 1 && words[0] == "version")
         return {"--version"};
     if (!words.empty() && words[0] == "help") {
@@ -84,8 +85,8 @@ std::vector<std::string> withOptionsForWords(std::vector<std::string> words,
         words.emplace_back("--help");
     }
     if (!words.empty() && !words[0].starts_with('-') && words[0] != "/?")
-        requireCommand(words[0], commands);
+        requireCommand(words[0], program);
     return words;
 }
 
-} // namespace tool::prof
+} // namespace tool

@@ -1,0 +1,23 @@
+// The first words of a command line, as people type them who do not know the commands yet.
+#ifndef TOOL_COMMAND_WORDS_H
+#define TOOL_COMMAND_WORDS_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tool {
+
+struct ProgramWords {
+    std::string_view program;
+    std::string_view forFile; // the command that may be meant where a file's name stands instead of one
+    std::vector<std::string_view> commands;
+};
+
+// "help" and "version" become the options of that name, "help COMMAND" that command's. Throws Failure with
+// usage for a command that there is not, and says which one may have been meant.
+std::vector<std::string> withOptionsForWords(std::vector<std::string> words, const ProgramWords& program);
+
+} // namespace tool
+
+#endif
