@@ -59,10 +59,9 @@ void ProcessAttaches() noexcept {
 
 // While the process ends, the lock may be one that a killed thread has left held.
 void ProcessDetaches() noexcept {
-    if (!tvut::UtilpGlobalLock().try_lock())
-        return;
-    const std::lock_guard lock(tvut::UtilpGlobalLock(), std::adopt_lock);
-    --attachCount;
+    const std::unique_lock lock(tvut::UtilpGlobalLock(), std::try_to_lock);
+    if (lock)
+        --attachCount;
 }
 
 } // namespace

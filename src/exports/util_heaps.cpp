@@ -2,10 +2,10 @@
 #include "platform/guarded.h"
 #include "platform/wide.h"
 #include "runtime/diagnostic_group.h"
-#include "runtime/global_lock.h"
 #include "runtime/heap/heap_objects.h"
 #include "runtime/heap/stack_names.h"
 #include "runtime/jobs.h"
+#include "runtime/locked_call.h"
 
 #include <tvut22/heaps.h>
 

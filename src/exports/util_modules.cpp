@@ -2,10 +2,10 @@
 #include "platform/host.h"
 #include "platform/wide.h"
 #include "runtime/diagnostic_group.h"
-#include "runtime/global_lock.h"
 #include "runtime/heap/stack_names.h"
 #include "runtime/jobs.h"
 #include "runtime/language.h"
+#include "runtime/locked_call.h"
 #include "runtime/output/writer.h"
 
 #include <tvut22/modules.h>
