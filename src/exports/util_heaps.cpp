@@ -1,57 +1,20 @@
-// Exports of the checked heaps: the global lock, the trace, and the C runtime's allocator for heap 0.
-#include "platform/guarded.h"
+// Exports of the checked heaps: the global lock, the trace, and the heap without a handle.
 #include "platform/wide.h"
 #include "runtime/diagnostic_group.h"
-#include "runtime/heap/heap_objects.h"
+#include "runtime/heap/allocate_object.h"
+#include "runtime/heap/examine_heap.h"
+#include "runtime/heap/free_object.h"
+#include "runtime/heap/heap_list.h"
+#include "runtime/heap/runtime_heap.h"
 #include "runtime/heap/stack_names.h"
 #include "runtime/jobs.h"
 #include "runtime/locked_call.h"
 
 #include <tvut22/heaps.h>
 
-#include <cstdlib>
-#include <cstring>
-
 using namespace tvut;
 
 namespace {
-
-// ---- Heap 0: a size, then the payload --------------------------------------------------------------
-
-std::int32_t* SizeWordOf(void* payload) noexcept {
-    return static_cast<std::int32_t*>(payload) - 1;
-}
-
-void* RuntimeAlloc(std::int32_t size, UINT flags) noexcept {
-    if (size < 0)
-        return nullptr;
-    const auto bytes = static_cast<std::size_t>(size);
-    auto* const word = static_cast<std::int32_t*>(std::malloc(bytes + sizeof(std::int32_t)));
-    if (!word)
-        return nullptr;
-    *word = size;
-    if ((flags & UTIL_HEAP_ZERO) != 0)
-        std::memset(word + 1, 0, bytes);
-    else if ((flags & UTIL_HEAP_FILL) != 0)
-        std::memset(word + 1, freshFill, bytes);
-    return word + 1;
-}
-
-INT RuntimeSize(void* payload) noexcept {
-    INT size = UTIL_HEAP_BAD_OBJECT;
-    auto read = [&] { size = *SizeWordOf(payload); };
-    if (!payload)
-        return 0;
-    PlatformGuarded(read);
-    return size;
-}
-
-void RuntimeFree(void* payload) noexcept {
-    if (payload)
-        std::free(SizeWordOf(payload));
-}
-
-// ---- Heaps -----------------------------------------------------------------------------------------
 
 clsHeapNode* FromHandle(UtilHeap heap) noexcept {
     return reinterpret_cast<clsHeapNode*>(heap);
@@ -127,7 +90,7 @@ UtilHeap Create(UtilJob job, const wchar_t* name, UINT flags) noexcept {
 // The system's exception is the caller's: it leaves with the lock released.
 void* Allocate(UtilHeap handle, const scAllocation& wanted) {
     if (!handle)
-        return RuntimeAlloc(wanted.size, wanted.flags);
+        return UtilpRuntimeAllocate(wanted.size, wanted.flags);
     void* payload = nullptr;
     unsigned long exception = 0;
     {
@@ -179,7 +142,7 @@ TVUT22_API void* TVUT22_CALL UtilHeapObjectAllocExt(UtilHeap heap, INT size, UIN
 
 TVUT22_API INT TVUT22_CALL UtilHeapObjectFree(UtilHeap heap, void* payload) {
     if (!heap) {
-        RuntimeFree(payload);
+        UtilpRuntimeFree(payload);
         return UTIL_OK;
     }
     const clsGlobalLockGuard lock;
@@ -188,7 +151,7 @@ TVUT22_API INT TVUT22_CALL UtilHeapObjectFree(UtilHeap heap, void* payload) {
 
 TVUT22_API INT TVUT22_CALL UtilHeapObjectSize(UtilHeap heap, void* payload) {
     if (!heap)
-        return RuntimeSize(payload);
+        return UtilpRuntimeSize(payload);
     const clsGlobalLockGuard lock;
     clsHeapNode* const node = FromHandle(heap);
     return UtilpIsHeap(node) ? UtilpObjectSize(*node, payload) : UTIL_HEAP_BAD_OBJECT;
