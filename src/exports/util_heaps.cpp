@@ -1,6 +1,6 @@
 // Exports of the checked heaps: the global lock, the trace, and the heap without a handle.
-#include "platform/wide.h"
-#include "runtime/diagnostic_group.h"
+#include "exports/call_trace.h"
+#include "exports/wide_text.h"
 #include "runtime/heap/allocate_object.h"
 #include "runtime/heap/examine_heap.h"
 #include "runtime/heap/free_object.h"
@@ -37,7 +37,7 @@ clsDiagnosticLine CreateTraceLine(UtilJob job, const wchar_t* name, UINT flags) 
         .Put(u"UtilHeapCreate(")
         .PutPointer(job)
         .Put(u",'")
-        .Put(name ? FromWide(std::wstring_view(name)) : u"(NULL)")
+        .Put(UtilpShown(name))
         .Put(u"',0x")
         .PutHex(flags, 8)
         .Put(u")");
@@ -52,12 +52,8 @@ INT OnHeap(UtilHeap handle, std::u16string_view name, Call call, Refuse refuse) 
     clsHeapNode* const heap = FromHandle(handle);
     if (!UtilpIsHeap(heap))
         return refuse();
-    const bool traced = heap->Traced() && UtilpDiagnosticsOn();
-    const clsDiagnosticGroup trace(traced, traced ? TraceLine(name, *heap) : clsDiagnosticLine());
-    const auto result = static_cast<INT>(call(*heap));
-    if (traced)
-        trace.Line(clsDiagnosticLine().Put(u"->").Put(result));
-    return result;
+    const clsCallTrace trace(heap->Traced(), [&] { return TraceLine(name, *heap); });
+    return trace.Result(static_cast<INT>(call(*heap)));
 }
 
 template <class Call>
@@ -78,13 +74,8 @@ UtilHeap Create(UtilJob job, const wchar_t* name, UINT flags) noexcept {
     auto* const module = reinterpret_cast<clsModuleNode*>(job);
     if (!module || !UtilpJobs().Holds(module))
         return nullptr;
-    const bool traced = module->Traced() && UtilpDiagnosticsOn();
-    const clsDiagnosticGroup trace(traced, traced ? CreateTraceLine(job, name, flags) : clsDiagnosticLine());
-    clsHeapNode* const heap =
-        UtilpCreateHeap(*module, name ? FromWide(std::wstring_view(name)) : std::u16string_view(), flags);
-    if (traced)
-        trace.Line(clsDiagnosticLine().Put(u"->").PutPointer(heap));
-    return reinterpret_cast<UtilHeap>(heap);
+    const clsCallTrace trace(module->Traced(), [&] { return CreateTraceLine(job, name, flags); });
+    return reinterpret_cast<UtilHeap>(trace.Result(UtilpCreateHeap(*module, UtilpView(name), flags)));
 }
 
 // The system's exception is the caller's: it leaves with the lock released.
