@@ -1,3 +1,7 @@
+// The scripts found so far are a set of bits. A text keeps to a few spans of units that can add nothing to
+// that set, so blocks of it are compared with three spans, and only a unit outside of them is looked up in
+// the table. As soon as the set holds more than one script, or an ideograph, which several languages share,
+// the walk ends and the code page decides.
 #include "locale/charset.h"
 
 #include "text/blocks.h"
@@ -39,8 +43,8 @@ constexpr scRow rows[] = {
     {0x3040, 0x30FF, kana},
     {0x3130, 0x318F, korean},
     {0x3300, 0x3357, kana},
-    {0x3400, 0x4DFF, korean}, // ideographs, which callers have always been told
-                              // to show as Korean
+    {0x3400, 0x4DFF, korean}, // ideographs, which have always been shown as
+                              // Korean
     {0x4E00, 0x9FAF, ideograph},
     {0xAC00, 0xD7A3, korean},
     {0xFE70, 0xFEFF, arabic},
@@ -73,7 +77,7 @@ struct scSpan {
     bool Holds(char16_t unit) const { return unit >= first && unit <= last; }
 };
 
-// The widest run of units around one that tell nothing new once some scripts were found; the unit is
+// The widest run of units around one that add nothing once some scripts were found; the unit is
 // such a one itself. The terminator lies in no span.
 scSpan SpanAround(char16_t unit, unsigned found) {
     scSpan span{1, 0xFFFF};
@@ -89,7 +93,6 @@ scSpan SpanAround(char16_t unit, unsigned found) {
     return span;
 }
 
-#ifdef TVUT_READS_BLOCKS
 // Marks the units of a block that lie in a span: those for which unit - first, which wraps below it, is
 // not above last - first.
 __m128i InSpan(__m128i block, const scSpan& span) {
@@ -97,7 +100,6 @@ __m128i InSpan(__m128i block, const scSpan& span) {
     const __m128i offset = _mm_sub_epi16(block, _mm_set1_epi16(static_cast<short>(span.first)));
     return _mm_cmpeq_epi16(_mm_subs_epu16(offset, _mm_set1_epi16(width)), _mm_setzero_si128());
 }
-#endif
 
 // The spans that a text keeps to: Latin letters, and the last two others. A text seldom leaves them, say
 // Cyrillic letters and typographic marks, so nearly all of it is only passed over, at the speed of memory.
@@ -113,7 +115,6 @@ class clsSpans {
 
     // The first unit outside, such as the terminator.
     const char16_t* FirstOutside(const char16_t* text) const {
-#ifdef TVUT_READS_BLOCKS
         if (clsBlocks::Fit(text)) {
             const scSpan latin = latin_, recent = recent_, before = before_;
             return UtilpFirstMarked(text, [&](__m128i block) {
@@ -122,7 +123,6 @@ class clsSpans {
                 return static_cast<unsigned>(_mm_movemask_epi8(inside)) ^ 0xFFFFu;
             });
         }
-#endif
         while (Hold(UtilpLoadUnit(text)))
             ++text;
         return text;

@@ -1,3 +1,5 @@
+// The wrapper does not say how long its contents are. So room is guessed from the wrapped length and doubled,
+// up to one byte beyond the limit: to get there is to be too large.
 #include "prof/formats/compression.h"
 
 #include "prof/formats/load_error.h"
@@ -44,8 +46,11 @@ clsInputText ProfpInflate(std::string_view wrapped, std::size_t limit) {
     }
 }
 
-clsCompressingSink::clsCompressingSink(clsByteSink& target) : deflating_(target) {
-    target.Write(magic.data(), magic.size());
+clsCompressingSink::clsCompressingSink(clsByteSink& target) : target_(target), deflating_(target) {}
+
+void clsCompressingSink::Extend(std::uint64_t) {
+    deflating_.Extend(unknownLength);
+    target_.Write(magic.data(), magic.size());
 }
 
 } // namespace tvut

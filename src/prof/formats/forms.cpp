@@ -1,3 +1,7 @@
+// A form shows in its first line, and a line that breaks off within our own header is still ours: files are
+// cut off by all kinds of accidents. What begins with other markup is no profile, unless the text form's root
+// follows somewhere.
+#include "prof/formats/flags.h"
 #include "prof/formats/form.h"
 #include "prof/formats/xml_form.h"
 
@@ -15,26 +19,26 @@ bool IsBeginOf(Header header, std::u16string_view line) {
 
 } // namespace
 
-const IclsFormReader& ProfpDetectForm(std::u16string_view firstLine, bool foreignXfdf) {
+FormReader ProfpDetectForm(std::u16string_view firstLine, bool foreignXfdf) {
     if (!firstLine.starts_with(u'<'))
-        return g_textReader;
+        return ProfpReadText;
     if (foreignXfdf && firstLine != xmlHeader.substr(0, xmlHeader.find(u'\r')))
-        return g_foreignXfdfReader;
+        return ProfpReadForeignXfdf;
     if (IsBeginOf(xmlHeader, firstLine))
-        return g_xmlReader;
+        return ProfpReadXml;
     if (IsBeginOf(xfdfHeader, firstLine))
-        return g_xfdfReader;
-    return g_textBehindMarkupReader;
+        return ProfpReadXfdf;
+    return ProfpReadTextAfterMarkup;
 }
 
-const IclsFormWriter& ProfpFormToWrite(std::uint32_t flags) {
-    switch (flags & 0xFu) {
-    case 0:
-        return g_textWriter;
-    case 2:
-        return g_xfdfWriter;
+const scFormWriter& ProfpFormToWrite(std::uint32_t flags) {
+    switch (flags & saveFlags::form) {
+    case saveFlags::textForm:
+        return textWriter;
+    case saveFlags::xfdfForm:
+        return xfdfWriter;
     default:
-        return g_xmlWriter;
+        return xmlWriter;
     }
 }
 

@@ -95,7 +95,7 @@ class clsForeignXfdfParser {
         SkipBehind(u"</value-richtext");
         SkipTag();
     }
-    // Behind a tag.
+    // After a tag.
     bool IsEmptyTag() const { return lines_.Line()[at_ - 2] == u'/'; }
 
     void SkipDeclaration() {
@@ -271,17 +271,10 @@ void clsForeignXfdfParser::ParseTag() {
     SkipTag();
 }
 
-class clsForeignXfdfReader final : public IclsFormReader {
-  public:
-    void Parse(clsLineReader& lines, clsItemList& target, const clsLoadWarnings&) const override {
-        clsForeignXfdfParser(lines, target).Parse();
-    }
-};
-
-const clsForeignXfdfReader foreignXfdfReader;
-
 } // namespace
 
-const IclsFormReader& g_foreignXfdfReader = foreignXfdfReader;
+void ProfpReadForeignXfdf(clsLineReader& lines, clsItemList& target, const clsLoadWarnings&) {
+    clsForeignXfdfParser(lines, target).Parse();
+}
 
 } // namespace tvut

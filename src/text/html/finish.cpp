@@ -1,3 +1,7 @@
+// One walk, in place: the result never gets ahead of what is read. Line ends are only counted when they are
+// met, since how many stay depends on how many there are; the next unit that stays puts them out. A row of
+// bracket characters is decided as a whole by the depth before it. Blocks of eight units that need no
+// decision are copied whole.
 #include "text/html/finish.h"
 
 #include "text/find.h"
@@ -89,7 +93,6 @@ class clsFinish {
 
     // Blocks of eight units of which none needs a decision.
     void PutPlainBlocks() {
-#ifdef TVUT_HAS_SSE2
         for (; end_ - next_ >= 8; next_ += 8, out_ += 8) {
             const __m128i block = UtilpLoadEight(next_);
             const unsigned blanks = clsFewUnits{u' ', noBreakSpace}.Marks(block);
@@ -101,7 +104,6 @@ class clsFinish {
             _mm_storeu_si128(reinterpret_cast<__m128i*>(out_), block);
             afterBlank_ = blanks >> 15 != 0;
         }
-#endif
     }
 
     const char16_t* next_;

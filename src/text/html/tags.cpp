@@ -1,3 +1,5 @@
+// Like the entities: a name is sixteen bytes in lower case, made in registers where sixteen units may be
+// read, and found in a table that the compiler made.
 #include "text/html/tags.h"
 
 #include "text/units.h"
@@ -61,7 +63,7 @@ constexpr scTag tags[] = {
     {"/style", "", -1},
 };
 
-// A name as bytes in lower case, filled up with zeros. Units beyond ASCII give bytes that no name has.
+// A name as bytes in lower case, filled up with zeros. Units beyond ASCII become bytes that no name has.
 constexpr std::size_t keySize = 16;
 using Key = std::array<std::uint32_t, keySize / 4>;
 
@@ -78,9 +80,7 @@ constexpr Key KeyOf(Name name) {
     return key;
 }
 
-#ifdef TVUT_HAS_SSE2
-
-// The same with as many units behind the name as fill it.
+// The same where enough units follow the name to fill a key.
 Key LongKeyOf(std::u16string_view name) {
     const __m128i places = _mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
     const __m128i bytes = _mm_packus_epi16(UtilpLoadEight(name.data()), UtilpLoadEight(name.data() + 8));
@@ -92,8 +92,6 @@ Key LongKeyOf(std::u16string_view name) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(key.data()), _mm_and_si128(lower, inside));
     return key;
 }
-
-#endif
 
 // Places by a hash of the first letters; neighbours hold what meets there.
 struct scSlot {
@@ -127,15 +125,11 @@ constexpr Slots slots = MakeSlots();
 
 } // namespace
 
-const scTag* UtilpFindTag(std::u16string_view name, [[maybe_unused]] const char16_t* end) {
+const scTag* UtilpFindTag(std::u16string_view name, const char16_t* end) {
     if (name.size() > longestTagName)
         return nullptr;
-#ifdef TVUT_HAS_SSE2
     const bool isRoomy = static_cast<std::size_t>(end - name.data()) >= keySize;
     const Key key = isRoomy ? LongKeyOf(name) : KeyOf(name);
-#else
-    const Key key = KeyOf(name);
-#endif
     std::size_t at = SlotOf(key);
     while (slots[at].tag && (slots[at].length != name.size() || !IsSame(slots[at].key, key)))
         at = (at + 1) % slotCount;

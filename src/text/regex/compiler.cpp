@@ -1,5 +1,5 @@
 // From a pattern's tree to instructions.
-#include "text/regex.h"
+#include "text/regex/errors.h"
 #include "text/regex/node_facts.h"
 #include "text/regex/program.h"
 

@@ -1,5 +1,5 @@
 // The parser: groups nest, and so do its calls, up to a fixed depth.
-#include "text/regex.h"
+#include "text/regex/errors.h"
 #include "text/regex/letter_pairs.h"
 #include "text/regex/node.h"
 #include "text/regex/pattern_reader.h"

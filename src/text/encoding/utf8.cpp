@@ -1,4 +1,7 @@
-#include "text/utf8.h"
+// A table row for each kind of first byte holds what well-formed means, and decoding and checking both go by
+// it. Overlong forms, surrogates and code points beyond the last are then ranges of the second byte, and need
+// no arithmetic.
+#include "text/encoding/utf8.h"
 
 #include <array>
 #include <cstdint>

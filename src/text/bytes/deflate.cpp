@@ -1,4 +1,7 @@
-#include "text/deflate.h"
+// zlib works from one buffer into another. Its state stands apart from the classes, so that nobody else needs
+// zlib's header. The sink hands on full blocks only: what is compressed is mostly small, and targets like few
+// calls.
+#include "text/bytes/deflate.h"
 
 #include <array>
 #include <new>

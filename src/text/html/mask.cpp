@@ -1,8 +1,8 @@
 // Masking and demasking: characters to references and back.
 #include "text/digits.h"
 #include "text/find.h"
-#include "text/html.h"
 #include "text/html/entities.h"
+#include "text/html/html.h"
 #include "text/html/mask_run.h"
 
 #include <algorithm>
@@ -41,8 +41,6 @@ char16_t NumberedUnit(std::u16string_view digits) {
     return static_cast<char16_t>(number);
 }
 
-#ifdef TVUT_HAS_SSE2
-
 void Store(char16_t* text, __m128i units) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(text), units);
 }
@@ -76,7 +74,7 @@ class clsWindow {
         const std::uint32_t behind = semicolons_ >> ampersand;
         return (behind != 0 ? static_cast<unsigned>(std::countr_zero(behind)) : windowUnits) + 1;
     }
-    // A reference has no ampersand but its first unit, so the place behind it need not be known: what is to
+    // A reference has no ampersand but its first unit, so the place after it need not be known: what is to
     // be found next does not wait for its length.
     void PassAmpersand() { ampersands_ &= ampersands_ - 1; }
 
@@ -95,8 +93,6 @@ void CopyInWindow(const char16_t* from, char16_t* to, unsigned count) {
     if (count > 16)
         copy(16);
 }
-
-#endif
 
 bool IsNumber(std::u16string_view reference) {
     return reference[1] == u'#';
@@ -133,7 +129,6 @@ class clsDemasker {
     // still to be read: out is never in front of next. These two are kept out of memory, or the way through
     // it would be most of the cost.
     void TakeNearOnes() {
-#ifdef TVUT_HAS_SSE2
         const char16_t* next = next_;
         char16_t* out = out_;
         bool near = true;
@@ -161,7 +156,6 @@ class clsDemasker {
         }
         next_ = next;
         out_ = out;
-#endif
     }
 
     // From the ampersand here to the next semicolon, both counted; 0 when that is too far.
@@ -181,17 +175,15 @@ class clsDemasker {
     void CopyTo(const char16_t* stop) {
         const std::ptrdiff_t count = stop - next_;
         std::ptrdiff_t at = 0;
-#ifdef TVUT_HAS_SSE2
         for (; at < count - 7; at += 8)
             Store(out_ + at, UtilpLoadEight(next_ + at));
-#endif
         for (; at < count; ++at)
             out_[at] = next_[at];
         next_ = stop;
         out_ += count;
     }
 
-    // A number that is none loses its ampersand, and what is behind that is text; an unknown name stays.
+    // A number that is none loses its ampersand, and what follows that is text; an unknown name stays.
     void Take(std::u16string_view reference) {
         if (const char16_t unit = UnitOf(reference, end_); unit != 0) {
             *out_++ = unit;
