@@ -41,7 +41,7 @@ class clsOwned {
     explicit operator bool() const noexcept { return value_ != Policy::None(); }
     Value Get() const noexcept { return value_; }
 
-    // Gives the resource away.
+    // Leaves the resource to the caller.
     Value Take() noexcept { return std::exchange(value_, Policy::None()); }
 
     // For functions that return a resource through a pointer.
@@ -49,9 +49,6 @@ class clsOwned {
         Reset();
         return &value_;
     }
-
-    // Leaves the resource to the caller.
-    Value Release() noexcept { return std::exchange(value_, Policy::None()); }
 
     void Reset() noexcept {
         if (value_ == Policy::None())
