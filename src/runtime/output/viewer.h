@@ -24,8 +24,12 @@ class clsViewer final : public IclsLineSink {
     // Sends a line as packets, as Wants has found the viewer.
     void Take(const scOutputLine& line) noexcept override;
 
-    // Stands for itself, whether a viewer is there or not: it is opened and given up without the lock.
-    clsViewerSocket& Socket() noexcept { return socket_; }
+    // The socket, which outlives the viewer: another copy of the library may send through it. It is opened
+    // without a lock held, because that may need the loader; what is given up is closed so, too.
+    bool HasSocket() const noexcept { return socket_.IsOpen(); }
+    void OpenSocket() noexcept { socket_.Open(); }
+    void ReopenSocket() noexcept { socket_.Reopen(); } // unless that has failed within the last second
+    clsTakenSocket GiveUpSocket() noexcept { return socket_.Take(); }
 
     // For when the library is unloaded.
     void Leave() noexcept;

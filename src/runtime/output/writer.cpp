@@ -116,11 +116,11 @@ bool clsDiagnosticWriter::ClaimLook(When when) noexcept {
 // Another copy of the library may have closed the socket, and it is closed when the last module goes; whoever
 // writes all the same opens it again.
 void clsDiagnosticWriter::OpenMissingSocket() noexcept {
-    if (!gate_.HasViewer() || viewer_.Socket().IsOpen() || !MayWait())
+    if (!gate_.HasViewer() || viewer_.HasSocket() || !MayWait())
         return;
     const clsLastErrorKept lastError;
     if (Locked([&] { return viewer_.Wants(); }))
-        viewer_.Socket().Reopen();
+        viewer_.ReopenSocket();
 }
 
 void clsDiagnosticWriter::LookForViewer() noexcept {
@@ -128,7 +128,7 @@ void clsDiagnosticWriter::LookForViewer() noexcept {
     clsViewerInfo info = clsViewerInfo::Find();
     clsMailslotViewer mailslot;
     if (info)
-        viewer_.Socket().Open();
+        viewer_.OpenSocket();
     else if (!mailslotOpen)
         mailslot.Attach();
 
@@ -203,7 +203,7 @@ void clsDiagnosticWriter::Detach() noexcept {
     gate_.NoteLookBegins();
     gate_.NoteLookEnds();
     if (shared_.IsOpen() && shared_.Modules() <= 0)
-        unneeded = viewer_.Socket().Take();
+        unneeded = viewer_.GiveUpSocket();
 }
 
 void clsDiagnosticWriter::ModuleComes() noexcept {
@@ -211,7 +211,7 @@ void clsDiagnosticWriter::ModuleComes() noexcept {
         return;
     shared_.CountModule();
     if (Locked([&] { return viewer_.IsThere(); }))
-        viewer_.Socket().Open();
+        viewer_.OpenSocket();
 }
 
 void clsDiagnosticWriter::ModuleGoes() noexcept {
@@ -219,7 +219,7 @@ void clsDiagnosticWriter::ModuleGoes() noexcept {
         return;
     clsTakenSocket unneeded; // is closed last, when the lock is free again
     const Lock lock(section_);
-    unneeded = viewer_.Socket().Take();
+    unneeded = viewer_.GiveUpSocket();
 }
 
 // Asks for no lock: a thread that holds it may be dead, or its code about to vanish.
