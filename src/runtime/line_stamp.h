@@ -1,5 +1,5 @@
-// What stands before the text of a line: its time, thread and processor, the last digit of its number, and its
-// indentation.
+// What stands before the text of a line: its time, thread and processor, the last digit of its number, and
+// its indentation.
 #pragma once
 
 #include "runtime/diagnostics.h"

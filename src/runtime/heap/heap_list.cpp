@@ -1,7 +1,7 @@
 // A heap goes in an order that damage cannot disturb: it leaves the list, is reported while its objects can
 // still be read, releases the records of call stacks that its DEBUG objects have, and only then
-// returns its memory. The handle's own word is unmade last, so that a stale handle is recognised as long as its
-// memory is not used again.
+// returns its memory. The handle's own word is unmade last, so that a stale handle is recognised as long as
+// its memory is not used again.
 #include "runtime/heap/heap_list.h"
 
 #include "platform/process_heap.h"
@@ -59,12 +59,8 @@ void Unlink(clsHeapNode& heap) noexcept {
 
 void ReportStatistics(const clsHeapNode& heap) noexcept {
     if (heap.mostObjects > 0)
-        UtilpReport(clsDiagnosticLine()
-                        .Put(u"Heap['")
-                        .Put(heap.module->Name())
-                        .Put(u"'/'")
-                        .Put(heap.ShownName())
-                        .Put(u"']: max ")
+        UtilpReport(UtilpShownHeapLine(heap)
+                        .Put(u"max ")
                         .Put(heap.mostObjects)
                         .Put(u", total ")
                         .Put(heap.allocations)

@@ -2,6 +2,14 @@
 
 namespace tvut {
 
+namespace {
+
+clsDiagnosticLine& PutNames(clsDiagnosticLine& line, const clsHeapNode& heap) noexcept {
+    return line.Put(u"['").Put(heap.module->Name()).Put(u"'/'").Put(heap.ShownName()).Put(u"']");
+}
+
+} // namespace
+
 bool UtilpIsHeap(const clsHeapNode* heap) noexcept {
     bool isHeap = false;
     auto look = [&] { isHeap = heap->self == heap; };
@@ -9,13 +17,11 @@ bool UtilpIsHeap(const clsHeapNode* heap) noexcept {
 }
 
 clsDiagnosticLine UtilpHeapLine(std::u16string_view beginning, const clsHeapNode& heap) noexcept {
-    return clsDiagnosticLine()
-        .Put(beginning)
-        .Put(u"clsHeapNode['")
-        .Put(heap.module->Name())
-        .Put(u"'/'")
-        .Put(heap.ShownName())
-        .Put(u"']::");
+    return PutNames(clsDiagnosticLine().Put(beginning).Put(u"clsHeapNode"), heap).Put(u"::");
+}
+
+clsDiagnosticLine UtilpShownHeapLine(const clsHeapNode& heap) noexcept {
+    return PutNames(clsDiagnosticLine().Put(u"Heap"), heap).Put(u": ");
 }
 
 clsDiagnosticLine UtilpHeapCallLine(std::u16string_view beginning, const clsHeapNode& heap,

@@ -60,6 +60,9 @@ bool UtilpIsHeap(const clsHeapNode* heap) noexcept;
 // "Error: clsHeapNode['module'/'heap']::" with a beginning such as "Error: ".
 clsDiagnosticLine UtilpHeapLine(std::u16string_view beginning, const clsHeapNode& heap) noexcept;
 
+// "Heap['module'/'heap']: "
+clsDiagnosticLine UtilpShownHeapLine(const clsHeapNode& heap) noexcept;
+
 // "Error: clsHeapNode['module'/'heap']::FreeObject(0X0012ABCD)"
 clsDiagnosticLine UtilpHeapCallLine(std::u16string_view beginning, const clsHeapNode& heap,
                                     std::u16string_view call, const void* payload) noexcept;

@@ -105,14 +105,7 @@ void UtilpReportCallStack(std::u16string_view title, const scCallStack* stack) n
 }
 
 void UtilpReportObjects(clsHeapNode& heap) noexcept {
-    UtilpReport(clsDiagnosticLine()
-                    .Put(u"Heap['")
-                    .Put(heap.module->Name())
-                    .Put(u"'/'")
-                    .Put(heap.ShownName())
-                    .Put(u"']: ")
-                    .Put(heap.objects)
-                    .Put(u" objects"));
+    UtilpReport(UtilpShownHeapLine(heap).Put(heap.objects).Put(u" objects"));
     UtilpReportCallStack(u"Heap allocation", heap.creation);
     auto dump = [&](void* block, std::size_t bytes) {
         if (scDebugHeader* const header = UtilpDebugObject(heap, block, bytes))
