@@ -9,8 +9,8 @@
 
 namespace tvut {
 
-// Its name is "~PRF........tmp". It goes again unless it is put in the target's place; a process that is killed
-// leaves it.
+// Its name is "~PRF........tmp". It goes again unless it is put in the target's place; a process that is
+// killed leaves it.
 class clsBesideFile final : public clsPatchableSink {
   public:
     // The target's path as PlatformLongPath or PlatformVerbatimPath gives it. Throws clsException,
@@ -37,8 +37,8 @@ class clsBesideFile final : public clsPatchableSink {
     // ERROR_SHARING_VIOLATION while somebody has it open.
     DWORD PutInPlace(bool replaces);
 
-    // Gives it a name, after Close, under which no later process removes it as left ("~PRF........sav"). False
-    // when that cannot be.
+    // Gives it a name, after Close, under which no later process removes it as left ("~PRF........sav").
+    // False when that cannot be.
     bool TakeLastingName();
 
     // Leaves the file where it is.
