@@ -22,7 +22,8 @@ struct CloseFile {
 using OwnedFile = std::unique_ptr<void, CloseFile>;
 
 OwnedFile Open(const std::wstring& path, DWORD access) {
-    const HANDLE handle = CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    const HANDLE handle =
+        CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
         throw Failure{ExitCode::cannotOpen, "temporary file", systemReason(GetLastError())};
     return OwnedFile{handle};

@@ -36,6 +36,10 @@ struct scWanted {
     bool Is(UINT flag) const { return (entry.flags & flag) != 0; }
 };
 
+std::string InWords(const std::string& reason) {
+    return reason.starts_with("method ") ? "compressed by " + reason + ", which is not read" : reason;
+}
+
 bool IsThere(const wchar_t* path) {
     return GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES;
 }
@@ -134,7 +138,7 @@ class clsUnzipCommand final : public IclsCommand {
         std::vector<std::string> reasons;
         for (const std::string& line : log.Reports()) {
             if (line.starts_with("ERR: UtilExtractZip(") && line.find("')['") != std::string::npos)
-                reasons.push_back(ReasonIn(line, "']: "));
+                reasons.push_back(InWords(ReasonIn(line, "']: ")));
         }
         if (reasons.empty()) {
             Failure failure = FailureOf(result, archive.Subject(), log);
