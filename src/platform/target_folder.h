@@ -20,8 +20,8 @@ struct scFileMarks {
 // A file that is being written, beside where it will be. It goes again unless it is put in its place.
 class IclsTargetFile : public clsByteSink {
   public:
-    // Puts it in its place with its marks, after Finish. A file that is there is replaced, or stays and this one
-    // goes. Throws clsException when that cannot be done.
+    // Puts it in its place with its marks, after Finish. A file that is there is replaced, or stays and this
+    // one goes. Throws clsException when that cannot be done.
     virtual void PutInPlace(const scFileMarks& marks, bool replaces) = 0;
 };
 
@@ -36,8 +36,8 @@ class IclsTargetFolder {
     // Makes it where it is missing, with the folders that it lies in.
     virtual void Make() = 0;
 
-    // Makes a folder, empty for this one itself, and those that it lies in, where they are missing. False when
-    // one of them leads elsewhere. Until another is entered, none of them can be exchanged.
+    // Makes a folder, empty for this one itself, and those that it lies in, where they are missing. False
+    // when one of them leads elsewhere. Until another is entered, none of them can be exchanged.
     virtual bool Enter(std::u16string_view folder) = 0;
 
     // Whether something is there.
