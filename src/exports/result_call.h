@@ -38,8 +38,8 @@ struct scWantedText {
     std::u16string_view text;
 };
 
-// Gives texts back. All are made before the first is handed over: without memory for one, all stay as they
-// were. A text may be part of a string that it replaces.
+// Hands texts to the caller. All are made before the first is handed over: without memory for one, all stay
+// as they were. A text may be part of a string that it replaces.
 UtilResult UtilpGive(std::initializer_list<scWantedText> texts) noexcept;
 
 } // namespace tvut

@@ -11,7 +11,7 @@ using namespace tvut;
 
 namespace {
 
-// Gives a text back where the work on it went well.
+// Hands a text to the caller where the work on it went well.
 UtilResult GiveIfOk(UtilResult result, BSTR* place, std::u16string_view text) {
     return result == UtilResult::ok ? UtilpGive({{place, text}}) : result;
 }

@@ -13,7 +13,7 @@ namespace tvut {
 // killed leaves it.
 class clsBesideFile final : public clsPatchableSink {
   public:
-    // The target's path as PlatformLongPath or PlatformVerbatimPath gives it. Throws clsException,
+    // The target's path as PlatformLongPath or PlatformVerbatimPath returns it. Throws clsException,
     // std::bad_alloc.
     explicit clsBesideFile(std::wstring target);
     clsBesideFile(const clsBesideFile&) = delete;
@@ -33,7 +33,7 @@ class clsBesideFile final : public clsPatchableSink {
     void Close() noexcept { file_.Reset(); }
 
     // One step of the file system, after Close: whoever opens the target meets the old file or the new one.
-    // Gives the system's error: ERROR_ALREADY_EXISTS for a target that is there and not replaced,
+    // Returns the system's error: ERROR_ALREADY_EXISTS for a target that is there and not replaced,
     // ERROR_SHARING_VIOLATION while somebody has it open.
     DWORD PutInPlace(bool replaces);
 

@@ -18,7 +18,7 @@ unsigned PlatformProcessCodePage() noexcept;
 unsigned PlatformOemCodePage() noexcept;
 
 // Converts into a buffer with room for as many characters as there are bytes, which is always
-// enough. Gives the number of characters written.
+// enough. Returns the number of characters written.
 std::size_t PlatformDecode(unsigned codePage, std::string_view bytes, char16_t* characters);
 
 // The number of bytes that a text takes in a code page, and the conversion into a buffer of that

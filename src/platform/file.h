@@ -30,7 +30,7 @@ constexpr scOpenMode openToHold{GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, O
 clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, clsPatience& patience,
                                DWORD& error);
 
-// Makes a folder; one that is there already will do. Gives the system's error, 0 for success.
+// Makes a folder; one that is there already will do. Returns the system's error, 0 for success.
 DWORD PlatformMakeFolder(const char16_t* name);
 
 // The contents of an open file from its beginning.
@@ -73,7 +73,7 @@ class clsTornFile : public clsException {
 };
 
 // Writes a new file beside a target and puts it in the target's place when it is complete. Until
-// then, and when anything fails, the target stays as it was and nothing is left behind; a process
+// then, and when anything fails, the target stays as it was and nothing else is left; a process
 // that is killed leaves the target and at most one file "~PRF........tmp" beside it.
 //
 // Others may have the target open so that it can be written, but not replaced. After some patience the new

@@ -15,7 +15,7 @@ class clsPatience {
     explicit clsPatience(ULONGLONG milliseconds) : left_(milliseconds) {}
 
     // Calls attempt, every 100 ms, until it succeeds, fails for another reason than sharing, or the time is
-    // over. Gives its last error, 0 for success.
+    // over. Returns its last error, 0 for success.
     template <class Attempt>
     DWORD Try(Attempt attempt) {
         const ULONGLONG start = GetTickCount64();

@@ -13,8 +13,8 @@ class clsReplacement {
     clsBesideFile& File() { return file_; }
     const clsBesideFile& File() const { return file_; }
 
-    // Puts the new file in the target's place; while somebody keeps the target open, again and again for so
-    // many milliseconds. Gives the system's error as clsBesideFile does.
+    // Puts the new file in the target's place; while somebody keeps the target open, again and again for a
+    // time in milliseconds. Returns the system's error as clsBesideFile does.
     DWORD PutInPlace(ULONGLONG patience);
 
   private:
