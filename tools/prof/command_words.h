@@ -1,6 +1,5 @@
 // The first words of a command line, as people type them who do not know the commands yet.
-#ifndef PROF_TOOL_COMMAND_WORDS_H
-#define PROF_TOOL_COMMAND_WORDS_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -10,9 +9,7 @@ namespace tool::prof {
 
 // "help" and "version" become the options of that name, "help COMMAND" that command's. Throws Failure with
 // usage for a command that there is not, and says which one may have been meant.
-std::vector<std::string> withOptionsForWords(std::vector<std::string> words,
+std::vector<std::string> WithOptionsForWords(std::vector<std::string> words,
                                              const std::vector<std::string_view>& commands);
 
 } // namespace tool::prof
-
-#endif

@@ -1,6 +1,5 @@
 // One diagnostic line as the viewer holds it.
-#ifndef LOGPAN_LINE_H
-#define LOGPAN_LINE_H
+#pragma once
 
 #include <cstdint>
 #include <memory>
@@ -9,7 +8,7 @@
 namespace tool::logpan {
 
 // Comes from outside: nothing says that it is a real time.
-struct Stamp {
+struct scStamp {
     std::uint16_t year = 0;
     std::uint16_t month = 0;
     std::uint16_t day = 0;
@@ -18,11 +17,11 @@ struct Stamp {
     std::uint16_t second = 0;
     std::uint16_t millisecond = 0;
 
-    bool operator==(const Stamp&) const = default;
+    bool operator==(const scStamp&) const = default;
 };
 
-struct Line {
-    Stamp time;
+struct scLine {
+    scStamp time;
     std::wstring module;
     std::uint32_t thread = 0;
     std::uint32_t processor = 0;
@@ -32,17 +31,15 @@ struct Line {
     std::wstring text;          // without line ends behind it
 };
 
-using LinePtr = std::shared_ptr<const Line>;
+using LinePtr = std::shared_ptr<const scLine>;
 
-constexpr bool hasSequence(const Line& line) {
+constexpr bool HasSequence(const scLine& line) {
     return line.sequence >= '0' && line.sequence <= '9';
 }
 
 // What a line takes in memory.
-inline std::size_t bytesOf(const Line& line) {
+inline std::size_t BytesOf(const scLine& line) {
     return sizeof line + (line.text.capacity() + line.module.capacity()) * sizeof(wchar_t);
 }
 
 } // namespace tool::logpan
-
-#endif

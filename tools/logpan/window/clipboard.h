@@ -1,6 +1,5 @@
 // Text to the clipboard.
-#ifndef LOGPAN_CLIPBOARD_H
-#define LOGPAN_CLIPBOARD_H
+#pragma once
 
 #include <windows.h>
 
@@ -9,8 +8,6 @@
 namespace tool::logpan {
 
 // False when another program holds the clipboard, or there is no memory for so much.
-bool copyToClipboard(HWND owner, std::wstring_view text);
+bool CopyToClipboard(HWND owner, std::wstring_view text);
 
 } // namespace tool::logpan
-
-#endif
