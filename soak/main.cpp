@@ -19,6 +19,7 @@ struct scWorkload {
 };
 
 const std::map<std::string, scWorkload> workloads = {
+    {"archives", {soak::RunArchives, "processes that are killed while they pack and unpack"}},
     {"crowd", {soak::RunCrowd, "8 threads on everything at once, and ExitProcess at any moment"}},
     {"heaps", {soak::RunHeaps, "8 threads on the checked heaps, with damage"}},
     {"kills", {soak::RunKills, "processes that are killed while they save"}},
@@ -28,7 +29,9 @@ const std::map<std::string, scWorkload> workloads = {
 };
 
 const std::map<std::string, int (*)(std::span<char*>)> parts = {{"play-crowd", soak::PlayCrowd},
-                                                                {"play-saver", soak::PlaySaver}};
+                                                                {"play-packer", soak::PlayPacker},
+                                                                {"play-saver", soak::PlaySaver},
+                                                                {"play-unpacker", soak::PlayUnpacker}};
 
 int Run(const std::string& name, const soak::scPlan& plan) {
     std::filesystem::create_directories(plan.folder);

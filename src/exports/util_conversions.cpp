@@ -1,12 +1,11 @@
 // Exports of the conversions between bytes (in memory, in a stream, in a global memory block) and text.
 #include "exports/guard.h"
+#include "exports/wide_text.h"
 #include "platform/global_memory.h"
 #include "platform/stream.h"
-#include "platform/wide.h"
 #include "runtime/diagnostics.h"
 #include "text/bytes/base64.h"
 #include "text/bytes/byte_text.h"
-#include "text/string_functions.h"
 
 #include <tvut22/text.h>
 
@@ -17,11 +16,6 @@ using namespace tvut;
 namespace {
 
 constexpr INT largestSize = std::numeric_limits<INT>::max();
-
-// The runtime's way to a length is several times slower, and such texts are long.
-std::u16string_view View(const wchar_t* text) {
-    return {FromWide(text), UtilpLength(FromWide(text))};
-}
 
 // Bytes that become text as they are, without a copy of them.
 class clsPlainBytes {
@@ -90,7 +84,7 @@ class clsBufferSink final : public clsByteSink {
 // All or nothing: the bytes are complete before the first is written.
 void WriteBytes(const wchar_t* text, IStream* stream) {
     clsByteBlocks blocks;
-    if (!UtilpWriteBytesOfText(View(text), {}, blocks))
+    if (!UtilpWriteBytesOfText(UtilpView(text), {}, blocks))
         return;
     clsStreamSink sink(stream, clsStreamSink::Contents::stay);
     sink.Extend(blocks.Size());
@@ -130,7 +124,7 @@ INT TVUT22_CALL UtilConvertStringToBLOB(const wchar_t* text, void* destination, 
         return UTIL_CONVERT_NO_ARGUMENT;
     return UtilpGuard(UTIL_CONVERT_FAILED, [&] {
         clsBufferSink sink(destination, size);
-        if (!UtilpWriteBytesOfText(View(text), {}, sink))
+        if (!UtilpWriteBytesOfText(UtilpView(text), {}, sink))
             return 0;
         if (destination && sink.Written() > size)
             return UTIL_CONVERT_TOO_LARGE;

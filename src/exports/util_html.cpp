@@ -1,9 +1,8 @@
 // Exports of the conversions between HTML and plain text.
 #include "exports/guard.h"
+#include "exports/wide_text.h"
 #include "platform/ole_string.h"
-#include "platform/wide.h"
 #include "text/html/html.h"
-#include "text/string_functions.h"
 
 #include <tvut22/html.h>
 
@@ -21,12 +20,16 @@ HtmlForm FormOf(BOOL markers) {
     return markers ? HtmlForm::markers : HtmlForm::tags;
 }
 
-// Whether there is anything to do; the text as a view.
-bool Prepare(const wchar_t* text, const BSTR* result, std::u16string_view& view) {
+// Calls the work with the text as a view. A text that is too long is not worked on.
+template <class Work>
+void WithText(const wchar_t* text, const BSTR* result, Work work) noexcept {
     if (!result)
-        return false;
-    view = text ? std::u16string_view(FromWide(text), UtilpLength(FromWide(text))) : std::u16string_view();
-    return view.size() <= longestText;
+        return;
+    UtilpGuard([&] {
+        const std::u16string_view view = UtilpView(text);
+        if (view.size() <= longestText)
+            work(view);
+    });
 }
 
 // Lets a function write a text of a length, straight into the result unless it overwrote its own source.
@@ -49,10 +52,7 @@ void Deliver(const wchar_t* text, BSTR& result, std::size_t length, Write write)
 } // namespace
 
 TVUT22_API void TVUT22_CALL UtilMaskAllHTMLCharacters(const wchar_t* text, BSTR* result) {
-    UtilpGuard([&] {
-        std::u16string_view view;
-        if (!Prepare(text, result, view))
-            return;
+    WithText(text, result, [&](std::u16string_view view) {
         Deliver(text, *result, UtilpMaskedLength(view), [&](std::span<char16_t> out) {
             UtilpMask(view, out);
             return out.size();
@@ -61,19 +61,14 @@ TVUT22_API void TVUT22_CALL UtilMaskAllHTMLCharacters(const wchar_t* text, BSTR*
 }
 
 TVUT22_API void TVUT22_CALL UtilDemaskAllHTMLCharacters(const wchar_t* text, BSTR* result) {
-    UtilpGuard([&] {
-        std::u16string_view view;
-        if (Prepare(text, result, view))
-            Deliver(text, *result, view.size(),
-                    [&](std::span<char16_t> out) { return UtilpDemask(view, out.data()); });
+    WithText(text, result, [&](std::u16string_view view) {
+        Deliver(text, *result, view.size(),
+                [&](std::span<char16_t> out) { return UtilpDemask(view, out.data()); });
     });
 }
 
 TVUT22_API void TVUT22_CALL UtilConvertText2HTML(const wchar_t* text, BSTR* result, BOOL markers) {
-    UtilpGuard([&] {
-        std::u16string_view view;
-        if (!Prepare(text, result, view))
-            return;
+    WithText(text, result, [&](std::u16string_view view) {
         Deliver(text, *result, UtilpHtmlLength(view, FormOf(markers)), [&](std::span<char16_t> out) {
             UtilpTextToHtml(view, FormOf(markers), out);
             return out.size();
@@ -82,11 +77,9 @@ TVUT22_API void TVUT22_CALL UtilConvertText2HTML(const wchar_t* text, BSTR* resu
 }
 
 TVUT22_API void TVUT22_CALL UtilConvertHtml2PlainText(const wchar_t* html, BSTR* result, BOOL markers) {
-    UtilpGuard([&] {
-        std::u16string_view view;
-        if (Prepare(html, result, view))
-            Deliver(html, *result, view.size(), [&](std::span<char16_t> out) {
-                return UtilpHtmlToPlainText(view, FormOf(markers), out.data());
-            });
+    WithText(html, result, [&](std::u16string_view view) {
+        Deliver(html, *result, view.size(), [&](std::span<char16_t> out) {
+            return UtilpHtmlToPlainText(view, FormOf(markers), out.data());
+        });
     });
 }

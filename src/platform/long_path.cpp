@@ -1,3 +1,6 @@
+// The system takes a path of more than 247 characters only in its verbatim form, which it does not
+// normalise. So a path stays as it is while it is short, and is made full first where it is not: a relative
+// path may be short and yet lead far.
 #include "platform/long_path.h"
 
 #include "platform/system_text.h"
@@ -18,6 +21,15 @@ std::wstring PlatformFullPath(std::wstring_view path) {
     const std::wstring from(path);
     return PlatformText(
         [&](wchar_t* text, DWORD size) { return GetFullPathNameW(from.c_str(), size, text, nullptr); });
+}
+
+std::wstring PlatformPlainPath(std::wstring full) {
+    constexpr std::wstring_view verbatim = L"\\\\?\\", share = L"\\\\?\\UNC\\";
+    if (!full.starts_with(verbatim))
+        return full;
+    std::wstring plain =
+        full.starts_with(share) ? L"\\\\" + full.substr(share.size()) : full.substr(verbatim.size());
+    return PlatformFullPath(plain) == plain ? plain : full;
 }
 
 scVerbatimPath PlatformVerbatimPath(std::wstring_view full) noexcept {

@@ -1,6 +1,6 @@
-// Ownership of Windows resources: one template, one line a kind.
+// Ownership of Windows resources: one template, and a policy for each kind.
 //
-// A policy gives the type, the value that means "none", and how to close. Closing keeps the thread's
+// A policy names the type, the value that means "none", and how to close. Closing keeps the thread's
 // last-error value, so that a failure can be reported after its resources are gone.
 #pragma once
 
@@ -41,7 +41,7 @@ class clsOwned {
     explicit operator bool() const noexcept { return value_ != Policy::None(); }
     Value Get() const noexcept { return value_; }
 
-    // Gives the resource away.
+    // Leaves the resource to the caller.
     Value Take() noexcept { return std::exchange(value_, Policy::None()); }
 
     // For functions that return a resource through a pointer.
@@ -49,9 +49,6 @@ class clsOwned {
         Reset();
         return &value_;
     }
-
-    // Leaves the resource to the caller.
-    Value Release() noexcept { return std::exchange(value_, Policy::None()); }
 
     void Reset() noexcept {
         if (value_ == Policy::None())

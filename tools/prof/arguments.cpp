@@ -154,7 +154,7 @@ ExitCode Dispatch(std::vector<std::string> words) {
         command.declare(*app.add_subcommand(command.name, command.purpose), arguments);
         names.emplace_back(command.name);
     }
-    words = WithOptionsForWords(std::move(words), names);
+    words = WithOptionsForWords(std::move(words), {"prof", "show", names});
     if (!ParseArguments(app, std::move(words), "Try 'prof --help' or 'prof COMMAND --help'."))
         return ExitCode::ok;
     const std::string chosen = app.get_subcommands().front()->get_name();
