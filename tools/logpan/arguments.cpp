@@ -25,9 +25,9 @@ void Declare(CLI::App& app, scArguments& arguments) {
                    "Show only lines whose text or module has this; case is ignored");
     app.add_option("--exclude", arguments.exclude, "Do not show lines that have this");
     app.add_flag("--regex", arguments.regularExpressions, "Both are regular expressions (ECMAScript)");
-    app.add_option("--max-lines", arguments.maxLines, "End after so many lines are printed")
+    app.add_option("--max-lines", arguments.maxLines, "End after this number of printed lines")
         ->check(CLI::PositiveNumber);
-    app.add_option("--exit-after", arguments.exitAfter, "End after so many seconds")
+    app.add_option("--exit-after", arguments.exitAfter, "End after this number of seconds")
         ->check(CLI::Range(0.0, 1e9));
     app.add_option("--capacity", arguments.capacity, "Lines held in memory; older ones are dropped")
         ->check(CLI::Range(1, 10'000'000))

@@ -19,7 +19,7 @@ namespace {
 constexpr const char* footer =
     "FILE, IN and OUT may be - for standard input and output. What has sections, but no root list [/], is\n"
     "a plain INI file: each section becomes a list of the root list. XFDF is read as any program's: a\n"
-    "field that holds fields is a list. A value or path that begins with a dash is written behind --.\n"
+    "field that holds fields is a list. A value or path that begins with a dash is written after --.\n"
     "Exit codes: 0 done, 1 not found, 2 wrong usage or a change that was refused, 3 cannot open,\n"
     "            4 malformed contents or no profile, 5 cannot save or write, 6 value not of the type,\n"
     "            7 out of memory.\n";

@@ -31,7 +31,7 @@ std::wstring FullPath(const std::wstring& path) {
     return Grown(fill, path.c_str());
 }
 
-// Without links, substitutes for drives and short names, where the system can tell.
+// Without links, substitutes for drives and short names, where the system knows.
 std::wstring FinalFolder(const std::wstring& folder) {
     const HANDLE handle =
         CreateFileW(folder.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -77,7 +77,7 @@ clsFileTurn::clsFileTurn(const std::string& file) {
     std::unique_ptr<void, decltype(&CloseHandle)> mutex{MakeMutex(MutexName(file)), CloseHandle};
     if (!mutex)
         throw scFailure{ExitCode::cannotOpen, file, SystemReason(GetLastError())};
-    // One that its holder left behind by dying is as good: files are replaced whole.
+    // One whose holder died is as good: files are replaced whole.
     const DWORD result = WaitForSingleObject(mutex.get(), patience);
     if (result != WAIT_OBJECT_0 && result != WAIT_ABANDONED)
         throw scFailure{ExitCode::cannotOpen, file, "others have been changing it for ten seconds"};

@@ -1,3 +1,6 @@
+// UTF-16 without a byte-order mark is known by the marks that every profile has: line ends, "=" and brackets.
+// In UTF-16 a zero byte follows each of them at an even place; more than half of those found must be so.
+// Bytes beyond ASCII become one character, so that callers look for words without knowing the encoding.
 #include "head_text.h"
 
 namespace tool::prof {

@@ -102,7 +102,7 @@ std::string clsLoadReport::Warning() const {
     std::string_view warning = BehindMark(lines, warningMarker);
     const std::size_t end = warning.find("': ");
     if (warning.starts_with('\'') &&
-        end != std::string_view::npos) // the input's name, which the caller tells
+        end != std::string_view::npos) // the input's name, which the caller reports
         warning.remove_prefix(end + 3);
     return FromCodePage(warning);
 }

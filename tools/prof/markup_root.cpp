@@ -1,3 +1,5 @@
+// Steps over what may come before the first element, one piece at a time, and takes the name in its tag.
+// Nothing else is read: a file that is cut off within a piece has no root.
 #include "markup_root.h"
 
 #include <algorithm>
@@ -12,7 +14,7 @@ void Skip(std::string_view& text, std::size_t count) {
     text.remove_prefix(std::min(count, text.size()));
 }
 
-void SkipBehind(std::string_view& text, std::string_view end) {
+void SkipPast(std::string_view& text, std::string_view end) {
     const std::size_t at = text.find(end);
     Skip(text, at == std::string_view::npos ? text.size() : at + end.size());
 }
@@ -21,8 +23,8 @@ void SkipBehind(std::string_view& text, std::string_view end) {
 void SkipDeclaration(std::string_view& text) {
     const std::size_t inner = text.substr(0, text.find('>')).find('[');
     if (inner != std::string_view::npos)
-        SkipBehind(text, "]");
-    SkipBehind(text, ">");
+        SkipPast(text, "]");
+    SkipPast(text, ">");
 }
 
 } // namespace
@@ -31,9 +33,9 @@ std::string_view MarkupRoot(std::string_view text) {
     for (;;) {
         Skip(text, std::min(text.find_first_not_of(blanks), text.size()));
         if (text.starts_with("<?"))
-            SkipBehind(text, "?>");
+            SkipPast(text, "?>");
         else if (text.starts_with("<!--"))
-            SkipBehind(text, "-->");
+            SkipPast(text, "-->");
         else if (text.starts_with("<!"))
             SkipDeclaration(text);
         else

@@ -5,7 +5,7 @@
 
 namespace tool::prof {
 
-// Its name, behind declarations and comments; nothing when there is none in this part of the text.
+// Its name, after declarations and comments; nothing when there is none in this part of the text.
 std::string_view MarkupRoot(std::string_view text);
 
 } // namespace tool::prof

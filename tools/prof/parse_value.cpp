@@ -36,7 +36,7 @@ std::optional<Number> ParseWhole(std::string_view text, Base... base) {
     return error == std::errc{} && stop == end ? std::optional{value} : std::nullopt;
 }
 
-// The digits behind x or 0x; nothing when the text does not begin so.
+// The digits after x or 0x; nothing when the text does not begin so.
 std::optional<std::string_view> HexDigits(std::string_view text) {
     if (text.starts_with('0'))
         text.remove_prefix(1);

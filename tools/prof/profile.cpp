@@ -34,7 +34,7 @@ ProfJob OpenJob(const std::string& name, bool plainIni) {
     return ProfJobOpenW(path.c_str());
 }
 
-// The library tells a file that it cannot open from one that it cannot load, but not why.
+// The library distinguishes a file that it cannot open from one that it cannot load, but does not say why.
 scFailure WhyNotLoaded(const std::string& name, INT error, const std::string& report) {
     const std::string subject = DisplayName(name);
     if (!report.empty())

@@ -11,13 +11,13 @@ namespace tool::prof {
 // The name that stands for standard input or output.
 inline constexpr const char* standardStream = "-";
 
-// How a file is called in messages.
+// The name of a file in messages.
 std::string DisplayName(const std::string& name);
 
 class clsProfile {
   public:
     // Opens and loads; throws Failure with cannotOpen or malformed. A plain INI file is known by its name,
-    // its contents or the caller's word; standard error tells when only the contents say so, and what was not
+    // its contents or the caller's word; standard error says so when only the contents show it, and what was not
     // read.
     static clsProfile Open(const std::string& name, bool plainIni);
 

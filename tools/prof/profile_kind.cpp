@@ -55,14 +55,14 @@ bool IsItem(std::string_view line) {
     return equals != std::string_view::npos && equals > 0;
 }
 
-// A name in brackets, and a comment at most behind it.
+// A name in brackets, and at most a comment after it.
 bool IsSection(std::string_view line) {
     const std::size_t end = line.find(']');
     if (!line.starts_with('[') || end == std::string_view::npos)
         return false;
-    std::string_view behind = line.substr(end + 1);
-    behind.remove_prefix(std::min(behind.find_first_not_of(blanks), behind.size()));
-    return behind.empty() || IsComment(behind);
+    std::string_view rest = line.substr(end + 1);
+    rest.remove_prefix(std::min(rest.find_first_not_of(blanks), rest.size()));
+    return rest.empty() || IsComment(rest);
 }
 
 // Texts know TAB, line ends, form feed, and the end of the file and the escape of terminals.

@@ -1,4 +1,4 @@
-// Tells profiles from plain INI files, and both from files that are neither.
+// Distinguishes profiles, plain INI files, and files that are neither.
 //
 // The library opens any text as a profile: what it does not understand is skipped, and would be gone after a
 // save. So the tool looks at the beginning of a file itself, before it calls it a profile and before it

@@ -1,3 +1,6 @@
+// The order of the questions is the rule: the caller's word, then the contents, then the name. Binary
+// contents are refused whatever the caller says, because a profile would take them for text and lose them at
+// the next save.
 #include "reading.h"
 
 #include "exit_code.h"

@@ -1,3 +1,6 @@
+// Looks at the file that would be replaced, not at the one that was read: a save may go elsewhere. Only a
+// file whose whole contents the profile can hold gives way; all others are refused with the way out in the
+// message.
 #include "replacing.h"
 
 #include "exit_code.h"

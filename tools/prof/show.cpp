@@ -10,7 +10,7 @@ namespace tool::prof {
 
 namespace {
 
-// Deeper entries stay at this indentation and tell their level: indenting each line by its depth would
+// Deeper entries stay at this indentation and show their level: indenting each line by its depth would
 // turn a deep profile into an output of the square of its size.
 constexpr std::size_t deepestIndentation = 32;
 

@@ -13,7 +13,7 @@ namespace tool {
 
 namespace {
 
-// As Windows' own programs are asked; alone, or behind a command. Elsewhere it could be a path.
+// As Windows' own programs are asked; alone, or after a command. Elsewhere it could be a path.
 bool AsksAsWindowsDoes(const std::vector<std::string>& words) {
     return !words.empty() && words.size() <= 2 && (words.back() == "/?" || words.back() == "-?");
 }

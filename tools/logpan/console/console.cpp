@@ -1,4 +1,4 @@
-// Reads the store and prints; standard error tells when to begin and how it ended.
+// Reads the store and prints; standard error says when it listens and how it ended.
 #include "console.h"
 
 #include "columns.h"

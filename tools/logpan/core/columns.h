@@ -10,7 +10,7 @@ std::wstring ThreadText(const scLine& line);    // 0000abcd, as in log files
 std::wstring ProcessorText(const scLine& line); // 0f
 std::wstring SequenceText(const scLine& line);  // 7, or nothing
 
-// The text behind its indentation, so many blanks a level; control characters are escaped, line ends before
+// The text after its indentation of that many blanks a level; control characters are escaped, line ends before
 // it left out.
 std::wstring IndentedText(const scLine& line, std::size_t blanks = 1);
 

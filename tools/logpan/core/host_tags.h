@@ -1,4 +1,4 @@
-// Tells the library's own reports from what programs write: a report bears no module's tag, but its text
+// Distinguishes the library's own reports from what programs write: a report bears no module's tag, but its text
 // begins with the name of the host program, padded to eight columns, and a colon:
 //
 //     heaps   :Error: clsHeapNode['EXAMPLE'/'Documents']::FreeObject(0X0116035C)
@@ -18,7 +18,7 @@ namespace tool::logpan {
 
 class clsHostTags {
   public:
-    // Makes the name the module of a report, and what stands behind the colon its text and level. Other lines
+    // Makes the name the module of a report, and what stands after the colon its text and level. Other lines
     // stay as they are.
     void TakeFrom(scLine& line);
 

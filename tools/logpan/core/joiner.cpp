@@ -32,7 +32,7 @@ void CutTo(std::wstring& text, std::size_t length) {
     text += cutMark;
 }
 
-// Pieces are joined as they come; only a whole line tells which blanks are its indentation.
+// Pieces are joined as they come; only a whole line shows which blanks are its indentation.
 void Finish(scLine& line) {
     std::wstring& text = line.text;
     CutTo(text, clsJoiner::longestLine);
@@ -112,7 +112,7 @@ clsJoiner::scWaiting* clsJoiner::Find(LineNumber number) {
 void clsJoiner::Append(LineNumber number, std::wstring_view text, Clock::time_point completeAt) {
     scWaiting& waiting = *Find(number);
     std::wstring& whole = waiting.line.text;
-    // One character more than is kept tells that the line was cut.
+    // One character more than is kept shows that the line was cut.
     const std::wstring_view piece = text.substr(0, longestLine + 1 - std::min(whole.size(), longestLine + 1));
     whole += piece;
     units_ += piece.size();

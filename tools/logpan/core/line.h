@@ -28,7 +28,7 @@ struct scLine {
     std::uint32_t sequence = 0; // '0' to '9'; anything else: none
     std::uint16_t port = 0;     // the sender's; 0: it came by the mailslot
     std::size_t level = 0;      // the blanks before the text
-    std::wstring text;          // without line ends behind it
+    std::wstring text;          // without the line ends after it
 };
 
 using LinePtr = std::shared_ptr<const scLine>;

@@ -1,4 +1,4 @@
-// The lines that the viewer holds: so many and so many bytes at most; the oldest ones give way.
+// The lines that the viewer holds: at most a number of lines and a number of bytes; the oldest ones give way.
 //
 // Each line has a number that it keeps, counted from 0.
 #pragma once

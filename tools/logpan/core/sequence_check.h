@@ -1,4 +1,4 @@
-// Tells how many lines of a sender are missing by the last digits of its line counter.
+// Counts how many lines of a sender are missing by the last digits of its line counter.
 #pragma once
 
 #include <cstdint>

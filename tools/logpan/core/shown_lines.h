@@ -13,7 +13,7 @@ namespace tool::logpan {
 
 class clsShownLines {
   public:
-    // So many lines and bytes are kept at most, and a tenth more between two calls of trim.
+    // At most these lines and bytes are kept, and a tenth more between two calls of trim.
     clsShownLines(clsStore& store, std::size_t mostLines, std::size_t mostBytes)
         : store_(store), mostLines_(mostLines), mostBytes_(mostBytes) {}
 
@@ -24,7 +24,7 @@ class clsShownLines {
     void Clear();
 
     // Looks at new lines for about that long, and not at those from a limit on; true when more are left.
-    // Rows are only added behind.
+    // Rows are only added at the end.
     bool Advance(std::chrono::milliseconds budget, std::optional<std::uint64_t> limit = {});
 
     // Once there are a tenth more than are wanted, drops that tenth: the number of rows that went at the

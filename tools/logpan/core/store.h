@@ -13,7 +13,7 @@ namespace tool::logpan {
 
 struct scCounters {
     std::uint64_t received = 0; // lines
-    std::uint64_t lost = 0;     // at least so many lines of senders did not arrive
+    std::uint64_t lost = 0;     // at least this number of lines of senders did not arrive
     std::uint64_t refused = 0;  // datagrams that are no lines
     std::size_t held = 0;
 };
@@ -29,8 +29,8 @@ class clsStore {
     void AddText(std::wstring_view message, const scStamp& arrived);
     void Refuse();
 
-    // Appends the lines from that number on, so many at most, and returns how many were skipped because
-    // they are no longer held. Moves the number behind the last one.
+    // Appends the lines from that number on, at most that number, and returns how many were skipped because
+    // they are no longer held. Moves the number past the last one.
     std::uint64_t Read(std::uint64_t& number, std::size_t most, std::vector<LinePtr>& lines);
 
     // Waits until there is something to read from that number on; false when the time is over or stop was

@@ -25,7 +25,7 @@ std::optional<scPacket> ParseDatagram(std::span<const wchar_t> units, std::size_
     if (bytes < sizeof header)
         return std::nullopt;
     std::memcpy(&header, units.data(), sizeof header);
-    // A header may have grown behind its known fields.
+    // A header may have grown after its known fields.
     if (header.kind != kindLine || header.headerSize < sizeof header || header.headerSize > bytes ||
         header.headerSize % sizeof(wchar_t) != 0)
         return std::nullopt;

@@ -1,4 +1,4 @@
-// Tells senders where the viewer listens, while it lives.
+// Publishes where the viewer listens, while the object lives.
 #pragma once
 
 #include "owned.h"

@@ -7,7 +7,7 @@
 
 namespace tool::logpan {
 
-// False when another program holds the clipboard, or there is no memory for so much.
+// False when another program holds the clipboard, or there is not enough memory.
 bool CopyToClipboard(HWND owner, std::wstring_view text);
 
 } // namespace tool::logpan

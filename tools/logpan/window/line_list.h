@@ -20,9 +20,9 @@ class clsLineList {
     HWND Handle() const { return list_; }
     void Place(const RECT& area);
 
-    // Shows the rows added behind; the last of them when the tail is followed.
+    // Shows the rows added at the end; the last of them when the tail is followed.
     void Grow(bool followTail);
-    // So many rows went at the front: keeps the selection and what is in view where they are.
+    // This number of rows left the front: keeps the selection and what is in view where they are.
     void DropFirst(std::size_t rows);
     void ShowLast();
     // All rows are others.
@@ -36,7 +36,7 @@ class clsLineList {
     // Answers the list's questions about texts and colours.
     LRESULT Notified(const NMHDR& header);
 
-    // Whether a notification tells that the focused row may be another one.
+    // Whether a notification means that the focused row may be another one.
     static bool IsFocusChange(const NMHDR& header);
 
   private:

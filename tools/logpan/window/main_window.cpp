@@ -34,7 +34,7 @@ constexpr UINT_PTR subclassId = 1;
 constexpr scControlKind detailKind{
     L"EDIT", WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL, WS_EX_CLIENTEDGE};
 
-// Tells the main window after the list did what the user wanted of it.
+// Notifies the main window after the list has handled what the user did.
 LRESULT CALLBACK WatchScrolling(HWND list, UINT message, WPARAM first, LPARAM second, UINT_PTR,
                                 DWORD_PTR main) {
     const LRESULT result = DefSubclassProc(list, message, first, second);
