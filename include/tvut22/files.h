@@ -138,7 +138,7 @@ TVUT22_API INT TVUT22_CALL UtilPathCollapse(const wchar_t* path, BSTR* result);
  *            UTIL_NOT_FOUND     there is no such folder
  *            UTIL_TOO_LARGE     10,000 are registered; the path would be too long
  *            UTIL_FAILED        the system failed, as with a full disk; all names are taken; no memory
- *          A diagnostic line tells the system's reason.
+ *          A diagnostic line reports the system's reason.
  */
 TVUT22_API INT TVUT22_CALL UtilTempFileCreate(const wchar_t* folder, const wchar_t* name, UINT flags,
                                               BSTR* path);
@@ -170,7 +170,7 @@ TVUT22_API INT TVUT22_CALL UtilTempFileAdd(const wchar_t* path);
  * Result     UTIL_OK            also when it is gone already
  *            UTIL_BAD_ARGUMENT  as of UtilTempFileAdd
  *            UTIL_NO_ACCESS     it, or something in it, is still in use or may not be removed; it stays
- *                               registered, and a diagnostic line tells the system's reason
+ *                               registered, and a diagnostic line reports the system's reason
  *            UTIL_NOT_FOUND     it is not registered
  *            UTIL_FAILED        the system failed; it stays registered; no memory
  */

@@ -1,6 +1,5 @@
 // The first words of a command line, as people type them who do not know the commands yet.
-#ifndef TOOL_COMMAND_WORDS_H
-#define TOOL_COMMAND_WORDS_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -8,7 +7,7 @@
 
 namespace tool {
 
-struct ProgramWords {
+struct scProgramWords {
     std::string_view program;
     std::string_view forFile; // the command that may be meant where a file's name stands instead of one
     std::vector<std::string_view> commands;
@@ -16,8 +15,6 @@ struct ProgramWords {
 
 // "help" and "version" become the options of that name, "help COMMAND" that command's. Throws Failure with
 // usage for a command that there is not, and says which one may have been meant.
-std::vector<std::string> withOptionsForWords(std::vector<std::string> words, const ProgramWords& program);
+std::vector<std::string> WithOptionsForWords(std::vector<std::string> words, const scProgramWords& program);
 
 } // namespace tool
-
-#endif

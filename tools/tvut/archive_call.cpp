@@ -75,8 +75,8 @@ ExitCode ExitCodeOf(INT result) {
     return result == UTIL_OK ? ExitCode::ok : RowOf(result).code;
 }
 
-Failure FailureOf(INT result, const std::string& subject, const clsLibraryLog& log) {
-    Failure failure{ExitCodeOf(result), subject, RowOf(result).words};
+scFailure FailureOf(INT result, const std::string& subject, const clsLibraryLog& log) {
+    scFailure failure{ExitCodeOf(result), subject, RowOf(result).words};
     for (const std::string& line : log.Reports()) {
         std::string reason = ReasonIn(line, "'): ");
         if (reason.empty())
@@ -114,7 +114,7 @@ std::string ReasonIn(std::string_view line, std::string_view mark) {
     if (open == std::string_view::npos || !reason.ends_with(')') ||
         std::from_chars(reason.data() + open + 2, reason.data() + reason.size() - 1, error).ec != std::errc{})
         return std::string{reason};
-    return std::string{reason.substr(0, open)} + ": " + systemReason(error);
+    return std::string{reason.substr(0, open)} + ": " + SystemReason(error);
 }
 
 } // namespace tool::tvut

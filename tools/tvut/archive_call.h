@@ -38,7 +38,7 @@ class clsArchiveOptions {
 
 // A result other than UTIL_OK as a failure. The reason is the library's own where its lines tell one, and the
 // subject the file that they name.
-Failure FailureOf(INT result, const std::string& subject, const clsLibraryLog& log);
+scFailure FailureOf(INT result, const std::string& subject, const clsLibraryLog& log);
 
 // The exit code for a result.
 ExitCode ExitCodeOf(INT result);

@@ -13,14 +13,14 @@ namespace {
 void RequireFile(const std::wstring& path, const std::string& archive) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES)
-        throw Failure{ExitCode::cannotOpen, archive, systemReason(GetLastError())};
+        throw scFailure{ExitCode::cannotOpen, archive, SystemReason(GetLastError())};
     if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
-        throw Failure{ExitCode::cannotOpen, archive, "is a folder"};
+        throw scFailure{ExitCode::cannotOpen, archive, "is a folder"};
 }
 
 } // namespace
 
-clsArchiveInput::clsArchiveInput(const std::string& archive) : path_(toWide(archive)), subject_(archive) {
+clsArchiveInput::clsArchiveInput(const std::string& archive) : path_(ToWide(archive)), subject_(archive) {
     if (archive != "-") {
         RequireFile(path_, archive);
     } else {

@@ -54,7 +54,7 @@ bool IsMatchOrBelow(std::wstring_view name, std::wstring_view pattern) {
 
 clsEntryPatterns::clsEntryPatterns(const std::vector<std::string>& patterns) : used_(patterns.size()) {
     for (const std::string& pattern : patterns) {
-        patterns_.push_back(toWide(pattern));
+        patterns_.push_back(ToWide(pattern));
         std::ranges::replace(patterns_.back(), L'\\', L'/');
         if (patterns_.back().ends_with(L'/'))
             patterns_.back().pop_back();

@@ -50,7 +50,7 @@ class clsListCommand final : public IclsCommand {
         if (result != UTIL_OK)
             throw FailureOf(result, archive.Subject(), log);
         if (const std::wstring* const unused = patterns.FirstUnused())
-            throw Failure{ExitCode::notFound, archive.Subject(), "no entry matches " + toUtf8(*unused)};
+            throw scFailure{ExitCode::notFound, archive.Subject(), "no entry matches " + ToUtf8(*unused)};
         if (!json_)
             PrintSums();
         return ExitCode::ok;
@@ -59,15 +59,15 @@ class clsListCommand final : public IclsCommand {
   private:
     void Print(const UtilZipEntry& entry) {
         if (json_)
-            return Output::standard().writeLine(toUtf8(JsonLine(entry)));
+            return clsOutput::Standard().WriteLine(ToUtf8(JsonLine(entry)));
         if (count_ == 0)
-            Output::standard().writeLine("       Bytes       Packed  Modified               Name");
+            clsOutput::Standard().WriteLine("       Bytes       Packed  Modified               Name");
         std::wstring time = LocalTimeText(entry.modified);
         time.resize(19, L' ');
-        std::string line = toUtf8(Right(entry.bytes) + L" " + Right(entry.packed) + L"  " + time + L" " +
+        std::string line = ToUtf8(Right(entry.bytes) + L" " + Right(entry.packed) + L"  " + time + L" " +
                                   Mark(entry) + L" ");
-        appendEscaped(line, entry.name);
-        Output::standard().writeLine(line);
+        AppendEscaped(line, entry.name);
+        clsOutput::Standard().WriteLine(line);
         ++count_;
         bytes_ += entry.bytes;
         packed_ += entry.packed;
@@ -80,9 +80,9 @@ class clsListCommand final : public IclsCommand {
     }
 
     void PrintSums() const {
-        Output::standard().writeLine(toUtf8(Right(bytes_) + L" " + Right(packed_) + L"  in " +
-                                            std::to_wstring(count_) +
-                                            (count_ == 1 ? L" entry" : L" entries")));
+        clsOutput::Standard().WriteLine(ToUtf8(Right(bytes_) + L" " + Right(packed_) + L"  in " +
+                                               std::to_wstring(count_) +
+                                               (count_ == 1 ? L" entry" : L" entries")));
     }
 
     std::string archive_;

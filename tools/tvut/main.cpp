@@ -40,8 +40,8 @@ ExitCode Run(std::vector<std::string> words) {
         command->Declare(declared);
         names.emplace_back(command->Name());
     }
-    words = tool::withOptionsForWords(std::move(words), {"tvut", "list", names});
-    if (!tool::parseArguments(app, std::move(words), "Try 'tvut --help' or 'tvut COMMAND --help'."))
+    words = tool::WithOptionsForWords(std::move(words), {"tvut", "list", names});
+    if (!tool::ParseArguments(app, std::move(words), "Try 'tvut --help' or 'tvut COMMAND --help'."))
         return ExitCode::ok;
     const std::string chosen = app.get_subcommands().front()->get_name();
     return (*std::ranges::find_if(commands, [&](const auto& command) { return chosen == command->Name(); }))
@@ -51,5 +51,5 @@ ExitCode Run(std::vector<std::string> words) {
 } // namespace
 
 int main() {
-    return tool::runProgram("tvut", Run);
+    return tool::RunProgram("tvut", Run);
 }

@@ -47,7 +47,7 @@ void clsProgressLine::Show(const UtilZipEntry& entry) {
         return;
     shownAt_ = now;
     isShown_ = true;
-    std::wstring line = Percent(entry) + L" " + printable(entry.name);
+    std::wstring line = Percent(entry) + L" " + Printable(entry.name);
     line.resize(lineWidth, L' ');
     Write(console_, L"\r" + line);
 }

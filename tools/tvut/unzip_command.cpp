@@ -68,12 +68,12 @@ class clsUnzipCommand final : public IclsCommand {
 
     ExitCode Run() override {
         if (folder_ == "-" && json_)
-            throw Failure{ExitCode::usage, "--json", "standard output cannot be two things"};
+            throw scFailure{ExitCode::usage, "--json", "standard output cannot be two things"};
         if (archive_ == "-" && passwordFile_ == "-")
-            throw Failure{ExitCode::usage, "-", "standard input cannot be two things"};
-        if (const DWORD there = GetFileAttributesW(toWide(folder_).c_str());
+            throw scFailure{ExitCode::usage, "-", "standard input cannot be two things"};
+        if (const DWORD there = GetFileAttributesW(ToWide(folder_).c_str());
             folder_ != "-" && there != INVALID_FILE_ATTRIBUTES && (there & FILE_ATTRIBUTE_DIRECTORY) == 0)
-            throw Failure{ExitCode::cannotSave, folder_, "is no folder"};
+            throw scFailure{ExitCode::cannotSave, folder_, "is no folder"};
         const clsLibraryLog log;
         const std::wstring password = PasswordFrom(passwordFile_);
         hasPassword_ = !password.empty();
@@ -81,7 +81,7 @@ class clsUnzipCommand final : public IclsCommand {
         std::optional<clsTemporary> passage;
         if (folder_ == "-")
             passage.emplace(clsTemporary::Kind::folder);
-        Unpack(archive, passage ? passage->Path() : toWide(folder_), password, log);
+        Unpack(archive, passage ? passage->Path() : ToWide(folder_), password, log);
         if (passage)
             PassOn();
         if (test_ && !json_)
@@ -104,7 +104,7 @@ class clsUnzipCommand final : public IclsCommand {
         if (result != UTIL_OK)
             Fail(result, archive, log);
         if (const std::wstring* const unused = patterns.FirstUnused())
-            throw Failure{ExitCode::notFound, archive.Subject(), "no entry matches " + toUtf8(*unused)};
+            throw scFailure{ExitCode::notFound, archive.Subject(), "no entry matches " + ToUtf8(*unused)};
     }
 
     INT Choose(const UtilZipEntry& entry, clsEntryPatterns& patterns) {
@@ -114,8 +114,8 @@ class clsUnzipCommand final : public IclsCommand {
         if (keep_ && entry.target && !isFolder && IsThere(entry.target))
             return UTIL_ZIP_SKIP;
         if ((entry.flags & UTIL_ZIP_IS_ENCRYPTED) != 0 && !hasPassword_)
-            throw Failure{ExitCode::wrongType, archive_,
-                          "is enciphered: --password-file names the password's file"};
+            throw scFailure{ExitCode::wrongType, archive_,
+                            "is enciphered: --password-file names the password's file"};
         wanted_.emplace(entry.index, entry);
         return UTIL_ZIP_GO;
     }
@@ -127,7 +127,7 @@ class clsUnzipCommand final : public IclsCommand {
         scWanted& wanted = wanted_.at(entry.index);
         wanted.isDone = true;
         if (json_)
-            Output::standard().writeLine(toUtf8(JsonLine(entry)));
+            clsOutput::Standard().WriteLine(ToUtf8(JsonLine(entry)));
         else if (wanted.Is(UTIL_ZIP_IS_RENAMED) && entry.target && folder_ != "-")
             Say(wanted.name, "unpacked as " + Printable(wanted.target));
         return UTIL_ZIP_GO;
@@ -141,7 +141,7 @@ class clsUnzipCommand final : public IclsCommand {
                 reasons.push_back(InWords(ReasonIn(line, "']: ")));
         }
         if (reasons.empty()) {
-            Failure failure = FailureOf(result, archive.Subject(), log);
+            scFailure failure = FailureOf(result, archive.Subject(), log);
             if (failure.code == ExitCode::cannotSave)
                 failure.subject = folder_;
             throw failure;
@@ -152,13 +152,14 @@ class clsUnzipCommand final : public IclsCommand {
                 continue;
             const std::string& reason = reasons[failed++];
             if (json_)
-                Output::standard().writeLine(toUtf8(JsonLine(wanted.Shown(), toWide(reason))));
+                clsOutput::Standard().WriteLine(ToUtf8(JsonLine(wanted.Shown(), ToWide(reason))));
             else
                 Say(wanted.name, reason);
         }
-        throw Failure{result == UTIL_NO_ACCESS ? ExitCode::cannotSave : ExitCodeOf(result), archive.Subject(),
-                      std::to_string(failed) + " of " + std::to_string(wanted_.size()) +
-                          " entries could not be unpacked"};
+        throw scFailure{result == UTIL_NO_ACCESS ? ExitCode::cannotSave : ExitCodeOf(result),
+                        archive.Subject(),
+                        std::to_string(failed) + " of " + std::to_string(wanted_.size()) +
+                            " entries could not be unpacked"};
     }
 
     // The files in the archive's order; others may have made the same folder, but not the same archive.
@@ -173,17 +174,17 @@ class clsUnzipCommand final : public IclsCommand {
         std::uint64_t bytes = 0;
         for (const auto& [index, wanted] : wanted_)
             bytes += wanted.entry.bytes;
-        Output::standard().writeLine(archive + ": good, entries: " + std::to_string(wanted_.size()) +
-                                     ", bytes: " + std::to_string(bytes));
+        clsOutput::Standard().WriteLine(archive + ": good, entries: " + std::to_string(wanted_.size()) +
+                                        ", bytes: " + std::to_string(bytes));
     }
 
     static std::string Printable(const std::wstring& text) {
         std::string printable;
-        appendEscaped(printable, text);
+        AppendEscaped(printable, text);
         return printable;
     }
     static void Say(const std::wstring& name, const std::string& what) {
-        printError("tvut", Printable(name), what);
+        PrintError("tvut", Printable(name), what);
     }
 
     std::string archive_, folder_ = ".", passwordFile_;
