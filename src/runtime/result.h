@@ -14,7 +14,12 @@ enum class UtilResult : std::int32_t {
     failed = UTIL_FAILED,
     notFound = UTIL_NOT_FOUND,
     tooLarge = UTIL_TOO_LARGE,
+    cancelled = UTIL_CANCELLED,
     unsafe = UTIL_UNSAFE,
+    jobsLeft = UTIL_JOBS_LEFT,
+    fromJob = UTIL_FROM_JOB,
+    inLoader = UTIL_IN_LOADER,
+    timeout = UTIL_TIMEOUT,
 };
 
 } // namespace tvut
