@@ -25,6 +25,7 @@ void MeasureXml(const scSettings& settings, clsReport& report);
 void MeasureClose(const scSettings& settings, clsReport& report);
 void MeasureStrings(const scSettings& settings, clsReport& report);
 void MeasureBase64(const scSettings& settings, clsReport& report);
+void MeasurePool(const scSettings& settings, clsReport& report);
 void MeasureLocale(const scSettings& settings, clsReport& report);
 
 // The part of the memory section that runs in a process of its own: opens the file the named way and
