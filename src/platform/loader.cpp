@@ -34,7 +34,7 @@ constinit clsNativeFunction<BOOL WINAPI(CRITICAL_SECTION*)> isLockedByThread{
     "RtlIsCriticalSectionLockedByThread"};
 constinit clsNativeFunction<BOOLEAN WINAPI()> shutdownInProgress{"RtlDllShutdownInProgress"};
 
-constinit clsNativeFunction<std::byte* WINAPI()> currentProcessBlock{"RtlGetCurrentPeb"};
+constinit clsNativeFunction<std::byte * WINAPI()> currentProcessBlock{"RtlGetCurrentPeb"};
 
 constexpr std::size_t loaderLockAt = 0xA0; // in the process block of a 32-bit process
 

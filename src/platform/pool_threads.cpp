@@ -71,7 +71,11 @@ class clsSystemPoolThreads final : public IclsPoolThreads {
         return static_cast<bool>(work_);
     }
 
-    bool Keep() noexcept override { return SetThreadpoolThreadMinimum(pool_.Get(), 1) != FALSE; }
+    // Left to itself the system would wait with another thread as long as the processors are busy, or give
+    // none where two are wanted in one moment.
+    bool Keep(unsigned threads) noexcept override {
+        return SetThreadpoolThreadMinimum(pool_.Get(), threads) != FALSE;
+    }
     void Rest() noexcept override { SetThreadpoolThreadMinimum(pool_.Get(), 0); }
     void Start() noexcept override { SubmitThreadpoolWork(work_.Get()); }
 

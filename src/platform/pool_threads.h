@@ -39,8 +39,8 @@ class IclsPoolThreads {
   public:
     virtual ~IclsPoolThreads() = default;
 
-    // Sees to it that there is a thread, and keeps one from now on. False: the system gives none.
-    virtual bool Keep() noexcept = 0;
+    // Sees to it that there are so many threads, and keeps them from now on. False: the system gives less.
+    virtual bool Keep(unsigned threads) noexcept = 0;
 
     // All threads may end when they have been idle for some seconds.
     virtual void Rest() noexcept = 0;

@@ -25,7 +25,7 @@ class clsNothingBetween final : public IclsBetweenCalls {
 class clsNativePoolThreads final : public IclsPoolThreads {
   public:
     explicit clsNativePoolThreads(IclsPoolRunner& runner) : runner_(runner) {}
-    bool Keep() noexcept override { return !g_noThreads; }
+    bool Keep(unsigned) noexcept override { return !g_noThreads; }
     void Rest() noexcept override {}
     void Start() noexcept override {
         ++running;

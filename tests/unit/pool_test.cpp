@@ -211,6 +211,8 @@ TEST(Pool, IsClosedOnceForAllWhoCloseIt) {
     scGate gate;
     const std::uint32_t pool = UtilpOpenPool(u"", 2, false);
     UtilpAddToPool(pool, gate.Job());
+    while (gate.begun == 0)
+        std::this_thread::yield();
     std::atomic<int> closed{0}, refused{0};
     std::vector<std::thread> threads;
     for (int i = 0; i < 3; ++i)

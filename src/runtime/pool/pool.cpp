@@ -51,13 +51,16 @@ UtilResult clsPool::Add(scPoolJob job) noexcept {
     return UtilResult::ok;
 }
 
-// Whether one more job in the queue will find a runner; starts one where more are allowed. Where there are
-// some, the system may take its time to give another thread.
+// Whether one more job in the queue will find a runner; starts one where more are allowed. Where the system
+// has no thread for it, the others do the work.
 bool clsPool::HasRunner() noexcept {
     if (runners_ == mostRunners_ || lingering_ > queue_.Count())
         return true;
-    if (runners_ == 0 && !threads_->Keep())
-        return false;
+    if (runners_ >= keptThreads_) {
+        if (!threads_->Keep(runners_ + 1))
+            return runners_ > 0;
+        keptThreads_ = runners_ + 1;
+    }
     ++runners_;
     threads_->Start();
     return true;
@@ -85,8 +88,10 @@ bool clsPool::Run(IclsBetweenCalls& between) noexcept {
         CallEnds();
     }
     self.Leave();
-    if (--runners_ == 0)
+    if (--runners_ == 0) {
         threads_->Rest();
+        keptThreads_ = 0;
+    }
     return letGo_ && runners_ == 0;
 }
 

@@ -93,9 +93,10 @@ class clsPool final : public IclsPoolRunner {
     clsJobQueue queue_;
     clsLink<scCaller> callers_;
     clsLink<scWaiter> waiters_;
-    unsigned runners_ = 0;   // that were started and have not returned
-    unsigned lingering_ = 0; // of them, that look for a job
-    std::size_t calls_ = 0;  // of jobs that run, and of threads that discard
+    unsigned runners_ = 0;     // that were started and have not returned
+    unsigned keptThreads_ = 0; // that the system was asked for
+    unsigned lingering_ = 0;   // of them, that look for a job
+    std::size_t calls_ = 0;    // of jobs that run, and of threads that discard
     bool aborted_ = false;
     bool closing_ = false;
     bool letGo_ = false;
