@@ -14,5 +14,6 @@
 #include <tvut22/results.h>
 #include <tvut22/text.h>
 #include <tvut22/zip.h>
+#include <tvut22/thread_pool.h>
 
 #endif
