@@ -14,16 +14,23 @@ namespace tvut {
 
 namespace {
 
-void Decode(std::string_view bytes, ZipNameForm form, std::u16string& name) {
+// True when a component is empty or begins with a dot: nearly no name has one, and all others need no second
+// look at their components.
+bool Decode(std::string_view bytes, ZipNameForm form, std::u16string& name) {
     name.resize(bytes.size());
     name.resize(form == ZipNameForm::utf8 ? UtilpDecodeUtf8(bytes, name.data())
                                           : PlatformDecode(PlatformOemCodePage(), bytes, name.data()));
+    bool isOdd = false;
+    char16_t before = u'/';
     for (char16_t& unit : name) {
         if (unit == u'\\')
             unit = u'/';
         else if (unit == u'\0')
             unit = u'\uFFFD';
+        isOdd |= before == u'/' && (unit == u'/' || unit == u'.');
+        before = unit;
     }
+    return isOdd;
 }
 
 // Calls a function with each component of a path.
@@ -46,7 +53,7 @@ bool HasComponent(std::u16string_view path, std::u16string_view wanted) {
     return found;
 }
 
-// Whether a component may have to be dropped; nearly no name has one.
+// Whether a component may have to be dropped.
 bool MayHoldDropped(std::u16string_view name) {
     return name.starts_with(u"./") || name.ends_with(u"/.") || name == u"." ||
            name.find(u"//") != name.npos || name.find(u"/./") != name.npos;
@@ -85,9 +92,11 @@ void PutPossible(std::u16string_view component, std::u16string& path) {
 } // namespace
 
 ZipNameKind UtilpReadZipName(std::string_view bytes, ZipNameForm form, std::u16string& name) {
-    Decode(bytes, form, name);
+    const bool isOdd = Decode(bytes, form, name);
     if (name.empty())
         return ZipNameKind::none;
+    if (!isOdd)
+        return UtilpBeginsWithDrive(name) ? ZipNameKind::unsafe : ZipNameKind::fine;
     if (name.front() == u'/' || UtilpBeginsWithDrive(name) || HasComponent(name, u".."))
         return ZipNameKind::unsafe;
     if (MayHoldDropped(name))
