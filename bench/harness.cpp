@@ -15,7 +15,7 @@ double NsPerTick() {
     return 1e9 / static_cast<double>(frequency.QuadPart);
 }
 
-volatile std::size_t g_sink;
+volatile std::size_t sink;
 
 } // namespace
 
@@ -27,7 +27,7 @@ double NowNs() {
 }
 
 void Consume(std::size_t value) {
-    g_sink = value;
+    sink = value;
 }
 
 double Median(std::vector<double> samples) {

@@ -33,7 +33,7 @@ double Timed(Function&& function) {
     return NowNs() - start;
 }
 
-// Nanoseconds that one of several calls of the function takes, which is told its number.
+// Nanoseconds that one of several calls of the function takes; it gets the call's number.
 template <typename Function>
 double PerCall(std::size_t calls, Function&& function) {
     const double all = Timed([&] {

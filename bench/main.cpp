@@ -36,6 +36,7 @@ constexpr scSection sections[] = {
     {"heap", MeasureHeap},
     {"files", MeasureFiles},
     {"locale", MeasureLocale},
+    {"pool", MeasurePool},
     {"html", MeasureHtml},
     {"regex", MeasureRegEx},
     {"zip", MeasureZip},

@@ -46,7 +46,7 @@ double DeleteFromMap(const clsNames& names, const Order& order) {
 
 constexpr std::size_t sizes[] = {1000, 10000, 100000};
 
-// A profile whose root holds entries of so many names, twice each, and their handles if they are lists.
+// A profile whose root holds entries of that many names, twice each, and the handles of those that are lists.
 struct scTwice {
     clsJob job;
     std::vector<ProfList> handles;

@@ -111,7 +111,7 @@ void MeasureLocale(const scSettings& settings, clsReport& report) {
         "Reading: every 16 bytes of the text loaded once, nothing done with them; the text is in the "
         "cache. wcslen is the system runtime's. Marks of many sorts: the worst that a text can do. "
         "Ideographs are not in the list: the first one ends the search. Daylight time: beside the "
-        "system's call there are two dates to reckon and four conversions of file times.");
+        "system's call there are two dates to calculate and four conversions of file times.");
 }
 
 } // namespace bench

@@ -13,7 +13,7 @@ namespace bench {
 
 namespace {
 
-// Bytes of this process's own that have memory or page file behind them.
+// Bytes of this process's own that are backed by memory or page file.
 std::size_t CommittedPrivateBytes() {
     std::size_t bytes = 0;
     MEMORY_BASIC_INFORMATION region;

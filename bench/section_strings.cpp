@@ -114,7 +114,7 @@ void MeasureWriting(clsComparison& comparison, std::size_t length) {
 } // namespace
 
 void MeasureStrings(const scSettings& settings, clsReport& report) {
-    report.Section("String functions: a call, on texts of so many characters");
+    report.Section("String functions: a call, by the length of its texts in characters");
     for (const std::size_t length : {std::size_t{12}, std::size_t{100}, std::size_t{10000}}) {
         clsComparison comparison(settings, report, length);
         MeasureReading(comparison, length);

@@ -37,7 +37,8 @@ uLong Crc(const Bytes& bytes) {
 
 std::size_t DeflateRaw(const Bytes& bytes, Bytes& packed) {
     z_stream stream{};
-    Require(deflateInit2(&stream, 6, Z_DEFLATED, -MAX_WBITS, 8, Z_DEFAULT_STRATEGY) == Z_OK, "zlib did not start");
+    Require(deflateInit2(&stream, 6, Z_DEFLATED, -MAX_WBITS, 8, Z_DEFAULT_STRATEGY) == Z_OK,
+            "zlib did not start");
     stream.next_in = const_cast<Bytef*>(Input(bytes));
     stream.avail_in = static_cast<uInt>(bytes.size());
     stream.next_out = reinterpret_cast<Bytef*>(packed.data());
@@ -70,7 +71,8 @@ void Unpack(const std::wstring& archive, const std::wstring& folder) {
     UtilZipOptions options{};
     options.size = sizeof options;
     options.limit = 1ull << 40;
-    Require(UtilExtractZip(archive.c_str(), folder.c_str(), &options) == UTIL_OK, "the archive was not unpacked");
+    Require(UtilExtractZip(archive.c_str(), folder.c_str(), &options) == UTIL_OK,
+            "the archive was not unpacked");
 }
 
 std::wstring NumberedFile(const std::wstring& folder, int number) {
@@ -117,9 +119,10 @@ void MeasureText(const scSettings& settings, clsReport& report, const Bytes& tex
     };
     const auto ns = Race(rounds, std::min(settings.rounds, 5));
     Require(ReadWholeFile(folder + L"\\large.txt") == text, "the file did not come out as it went in");
-    report.Against("create, one file of text", ns[0], "zlib deflate and crc32 in memory, one WriteFile", ns[1],
-                   AtMost(1.10));
-    report.Against("extract it", ns[2], "zlib inflate and crc32 in memory, one WriteFile", ns[3], AtMost(1.15));
+    report.Against("create, one file of text", ns[0], "zlib deflate and crc32 in memory, one WriteFile",
+                   ns[1], AtMost(1.10));
+    report.Against("extract it", ns[2], "zlib inflate and crc32 in memory, one WriteFile", ns[3],
+                   AtMost(1.15));
     Remove(folder, L"large.txt");
 }
 
@@ -163,8 +166,8 @@ void MeasureNoise(const scSettings& settings, clsReport& report, std::size_t byt
         [&] { return Timed([&] { CopyWithCrc(source, bare, true); }); },
     };
     const auto ns = Race(rounds, std::min(settings.rounds, 9));
-    report.Against("create, one file that does not shrink", ns[0], "ReadFile, crc32, WriteFile of 64 KB pieces",
-                   ns[1], AtMost(1.15));
+    report.Against("create, one file that does not shrink", ns[0],
+                   "ReadFile, crc32, WriteFile of 64 KB pieces", ns[1], AtMost(1.15));
     report.Against("the same", ns[0], "these and FlushFileBuffers, which archives are", ns[2]);
 }
 
@@ -189,18 +192,20 @@ void UnpackBare(const std::wstring& folder, const Bytes& bytes) {
         {
             const clsHandle file(temporary, GENERIC_WRITE, CREATE_NEW);
             DWORD written = 0;
-            Require(WriteFile(file.Get(), bytes.data(), smallFileBytes, &written, nullptr) != FALSE, "a write failed");
+            Require(WriteFile(file.Get(), bytes.data(), smallFileBytes, &written, nullptr) != FALSE,
+                    "a write failed");
             SetFileTime(file.Get(), nullptr, nullptr, &time);
         }
-        Require(MoveFileExW(temporary.c_str(), NumberedFile(folder, number).c_str(), MOVEFILE_REPLACE_EXISTING) !=
-                    FALSE,
+        Require(MoveFileExW(temporary.c_str(), NumberedFile(folder, number).c_str(),
+                            MOVEFILE_REPLACE_EXISTING) != FALSE,
                 "a rename failed");
     }
 }
 
 void MeasureManyFiles(const scSettings& settings, clsReport& report, const Bytes& text) {
     const std::wstring folder = settings.folder + L"many", archive = settings.folder + L"many.zip",
-                       bare = settings.folder + L"bare.bin", out = settings.folder + L"out", unpacked = out + L"\\many";
+                       bare = settings.folder + L"bare.bin", out = settings.folder + L"out",
+                       unpacked = out + L"\\many";
     CreateDirectoryW(folder.c_str(), nullptr);
     CreateDirectoryW(out.c_str(), nullptr);
     CreateDirectoryW(unpacked.c_str(), nullptr);
@@ -220,10 +225,10 @@ void MeasureManyFiles(const scSettings& settings, clsReport& report, const Bytes
         [&] { return intoEmpty([&] { UnpackBare(unpacked, text); }); },
     };
     const auto ns = Race(rounds, std::min(settings.rounds, 9));
-    report.Against("create, 2,000 files of 2 KB", ns[0], "open, read, zlib, close of each, one WriteFile", ns[1],
-                   AtMost(1.4));
-    report.Against("extract them", ns[2], "CreateFile, WriteFile, SetFileTime, CloseHandle, MoveFileEx of each",
-                   ns[3], AtMost(1.3));
+    report.Against("create, 2,000 files of 2 KB", ns[0], "open, read, zlib, close of each, one WriteFile",
+                   ns[1], AtMost(1.4));
+    report.Against("extract them", ns[2],
+                   "CreateFile, WriteFile, SetFileTime, CloseHandle, MoveFileEx of each", ns[3], AtMost(1.3));
     RemoveFiles(folder);
     for (const std::wstring& made : {folder, unpacked, out})
         RemoveDirectoryW(made.c_str());
@@ -276,7 +281,8 @@ void ListBare(const std::wstring& archive) {
     Require(ReadFile(file.Get(), end.data(), endBytes, &read, nullptr) != FALSE, "a read failed");
     Bytes directory(NumberAt(end, 40, 4));
     SetFilePointer(file.Get(), static_cast<LONG>(NumberAt(end, 48, 4)), nullptr, FILE_BEGIN);
-    Require(ReadFile(file.Get(), directory.data(), static_cast<DWORD>(directory.size()), &read, nullptr) != FALSE,
+    Require(ReadFile(file.Get(), directory.data(), static_cast<DWORD>(directory.size()), &read, nullptr) !=
+                FALSE,
             "a read failed");
     wchar_t name[260];
     std::size_t at = 0;
@@ -322,7 +328,8 @@ void MeasureZipMemory(const scSettings& settings, clsReport& report) {
         peaks[bytes == large] = static_cast<double>(RunMemoryProbe(L"zip", source));
     }
     RemoveFile(source);
-    report.Bytes("create and extract 2 GB, peak memory", peaks[1], "64 MB", peaks[0], AtMost(peaks[0] + 65536));
+    report.Bytes("create and extract 2 GB, peak memory", peaks[1], "64 MB", peaks[0],
+                 AtMost(peaks[0] + 65536));
 }
 
 } // namespace

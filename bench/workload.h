@@ -34,7 +34,7 @@ std::string IniText(const Work& work);
 // A name of about 12 characters; the first 100 are those of the work's lists, all differ.
 std::wstring NameAt(std::size_t index);
 
-// Names [first, first + count) as callers hold them: NUL-terminated texts, one behind the other.
+// Names [first, first + count) as callers hold them: NUL-terminated texts, one after the other.
 class clsNames {
   public:
     clsNames(std::size_t first, std::size_t count, const std::wstring& prefix = {});

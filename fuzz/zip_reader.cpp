@@ -1,5 +1,5 @@
-// Takes any bytes apart as an archive: nothing leaves the folder, nothing is larger than it says, nothing stays
-// half done.
+// Takes any bytes apart as an archive: nothing leaves the folder, nothing is larger than it says, nothing
+// stays half done.
 #include "files/file_name.h"
 #include "require.h"
 #include "unit/zip_support.h"
@@ -48,7 +48,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const UtilResult result = Extract(archive, &target, &caller, u"secret", limit);
     Require(FaultOf(target, caller, result));
     const bool isFine = Extract(archive, nullptr, nullptr, u"secret", limit) == UtilResult::ok;
-    Require(isFine == (result == UtilResult::ok) || result == UtilResult::noAccess ? nullptr
-                                                                                    : "a test says something else");
+    Require(isFine == (result == UtilResult::ok) || result == UtilResult::noAccess
+                ? nullptr
+                : "a test says something else");
     return 0;
 }

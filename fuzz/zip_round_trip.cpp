@@ -76,7 +76,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     writer.Finish();
     DiagnosticLines().clear();
     clsMemoryTarget target;
-    Require(Extract(archive.bytes, &target, nullptr, u"secret") == UtilResult::ok ? nullptr : "it cannot be read");
+    Require(Extract(archive.bytes, &target, nullptr, u"secret") == UtilResult::ok ? nullptr
+                                                                                  : "it cannot be read");
     Require(DiagnosticLines().empty() ? nullptr : "something is said of it");
     Require(target.files.size() == files.size() ? nullptr : "there are not as many files");
     for (const auto& [path, bytes] : files)

@@ -27,7 +27,7 @@ usage() {
     sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$0"
 }
 
-# Tells which Wine there is: sets wine_root, empty when Wine is installed on the machine itself, and
+# Finds which Wine there is: sets wine_root, empty when Wine is installed on the machine itself, and
 # wine_template, the prefix that runs are cloned from. Fails when there is none.
 find_wine() {
     if [ -e "$host_wine" ]; then

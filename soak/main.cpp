@@ -1,4 +1,4 @@
-// tvut22_soak: keeps the library under load for as long as it is told, and tells what has gone wrong.
+// tvut22_soak: keeps the library under load for as long as it is asked to, and reports what has gone wrong.
 //
 //     tvut22_soak kills --seconds 600 --seed 7 --folder Z:\tmp\kills
 //
@@ -19,6 +19,7 @@ struct scWorkload {
 };
 
 const std::map<std::string, scWorkload> workloads = {
+    {"archives", {soak::RunArchives, "processes that are killed while they pack and unpack"}},
     {"crowd", {soak::RunCrowd, "8 threads on everything at once, and ExitProcess at any moment"}},
     {"heaps", {soak::RunHeaps, "8 threads on the checked heaps, with damage"}},
     {"kills", {soak::RunKills, "processes that are killed while they save"}},
@@ -28,7 +29,9 @@ const std::map<std::string, scWorkload> workloads = {
 };
 
 const std::map<std::string, int (*)(std::span<char*>)> parts = {{"play-crowd", soak::PlayCrowd},
-                                                                {"play-saver", soak::PlaySaver}};
+                                                                {"play-packer", soak::PlayPacker},
+                                                                {"play-saver", soak::PlaySaver},
+                                                                {"play-unpacker", soak::PlayUnpacker}};
 
 int Run(const std::string& name, const soak::scPlan& plan) {
     std::filesystem::create_directories(plan.folder);
@@ -47,7 +50,7 @@ int Run(const std::string& name, const soak::scPlan& plan) {
 int main(int argc, char** argv) {
     if (argc > 1 && parts.contains(argv[1]))
         return parts.at(argv[1])(std::span(argv + 2, argv + argc));
-    CLI::App app("Keeps the library under load, and tells what has gone wrong.", "tvut22_soak");
+    CLI::App app("Keeps the library under load, and reports what has gone wrong.", "tvut22_soak");
     soak::scPlan plan;
     for (const auto& [name, workload] : workloads)
         app.add_subcommand(name, workload.does)->fallthrough();

@@ -12,7 +12,7 @@ namespace soak {
 
 namespace {
 
-// Takes up so many bytes of the disk, as far as there are so many.
+// Takes up that number of bytes of the disk, or all that are left.
 class clsPadding {
   public:
     clsPadding(const std::wstring& path, unsigned bytes)

@@ -1,6 +1,6 @@
 // tvut22_traffic: writes diagnostic lines as a large product does, to see whether they all arrive.
 //
-// Four modules, eight threads, groups of lines that nest. A line tells its thread, its number in the
+// Four modules, eight threads, groups of lines that nest. A line names its thread, its number in the
 // thread and the length of its filling, so that whoever reads it knows whether it is whole:
 //
 //     <3 1234 17 ................. 3>
@@ -8,7 +8,7 @@
 // Meanwhile modules may come and go on threads of their own, which write lines about themselves, too.
 //
 // Where the lines go is for the caller to set up: a log file (TVUT22_LOG) or a viewer that runs. The rate
-// is for viewers, whose sockets hold only so much.
+// is for viewers, whose sockets hold only a little.
 #include <tvut22/util.h>
 
 #include <CLI/CLI.hpp>
@@ -86,7 +86,7 @@ int main(int argc, char** argv) {
     app.add_option("--threads", plan.threads, "Threads that share them")->check(CLI::Range(1, 64));
     app.add_option("--modules", plan.modules, "Threads on which modules come and go meanwhile")
         ->check(CLI::Range(0, 64));
-    app.add_option("--rate", plan.rate, "At most so many lines a second, of all threads");
+    app.add_option("--rate", plan.rate, "At most this number of lines a second, of all threads");
     CLI11_PARSE(app, argc, argv);
     if (!UtilLOGPAN4Attach() && !UtilGetFlags()) {
         std::fprintf(stderr, "nobody listens: start a viewer, or name a log file in TVUT22_LOG\n");

@@ -7,6 +7,7 @@
 
 namespace soak {
 
+void RunArchives(clsRun& run);
 void RunCrowd(clsRun& run);
 void RunHeaps(clsRun& run);
 void RunKills(clsRun& run);
@@ -16,6 +17,8 @@ void RunSmallDisk(clsRun& run);
 
 // Each takes the words after its name; what it gives is the process's exit code.
 int PlayCrowd(std::span<char*> words);
+int PlayPacker(std::span<char*> words);
 int PlaySaver(std::span<char*> words);
+int PlayUnpacker(std::span<char*> words);
 
 } // namespace soak

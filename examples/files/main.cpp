@@ -1,4 +1,4 @@
-// An export: where it goes, what it is called, and the copy that a viewer gets and that is gone afterwards.
+// An export: where it goes, its name, and the copy that a viewer gets and that is gone afterwards.
 #include <cstdio>
 #include <string>
 #include <tvut22/files.h>

@@ -1,7 +1,7 @@
 /* Util: diagnostic output.
  *
  * Lines go to a viewer that runs on this machine, or to a log file; while there is neither, a call
- * returns within nanoseconds. docs/diagnostics.md tells how to switch output on and what lines look like.
+ * returns within nanoseconds. docs/diagnostics.md says how to switch output on and what lines look like.
  *
  * Every line carries the time, the thread, the processor, the last digit of a counter that counts every
  * line of the process, and an indentation, which callers raise and lower around groups of lines. A line
@@ -27,7 +27,7 @@ TVUT22_API void TVUT22_CALL_VARIADIC UtilDebug(const wchar_t* format, ...);
 
 /* Writes a line with a module's tag and a change of the nesting level.
  *   moduleTag    shown before the line; null or empty: none. A viewer gets its first 31 characters.
- *   levelChange  negative: the level is one less from this line on; positive: one more behind it;
+ *   levelChange  negative: the level is one less from this line on; positive: one more after it;
  *                0: as it is. Only the sign counts. Levels below 0 and above 50 count, but are shown as 0
  *                and 50. Nothing changes while output is off. */
 TVUT22_API void TVUT22_CALL_VARIADIC UtilDebugExt(const wchar_t* moduleTag, INT levelChange,

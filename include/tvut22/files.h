@@ -133,12 +133,12 @@ TVUT22_API INT TVUT22_CALL UtilPathCollapse(const wchar_t* path, BSTR* result);
  * path       receives the full path; not null
  *
  * Result     UTIL_OK
- *            UTIL_BAD_ARGUMENT  path is null; an unknown flag
+ *            UTIL_BAD_ARGUMENT  path is null; an unknown flag; no folder can have the name of folder
  *            UTIL_NO_ACCESS     the folder may not be written to
  *            UTIL_NOT_FOUND     there is no such folder
  *            UTIL_TOO_LARGE     10,000 are registered; the path would be too long
  *            UTIL_FAILED        the system failed, as with a full disk; all names are taken; no memory
- *          A diagnostic line tells the system's reason.
+ *          A diagnostic line reports the system's reason.
  */
 TVUT22_API INT TVUT22_CALL UtilTempFileCreate(const wchar_t* folder, const wchar_t* name, UINT flags,
                                               BSTR* path);
@@ -150,7 +150,8 @@ TVUT22_API INT TVUT22_CALL UtilTempFileCreate(const wchar_t* folder, const wchar
  * path       absolute, or relative to the folder that is current now
  *
  * Result     UTIL_OK
- *            UTIL_BAD_ARGUMENT  path is null or empty, the root of a drive or share, or a device
+ *            UTIL_BAD_ARGUMENT  path is null or empty, the root of a drive or share, a device, or a name that
+ *                               none can have
  *            UTIL_NO_ACCESS     it may not be looked at
  *            UTIL_NOT_FOUND     it is not there
  *            UTIL_TOO_LARGE     10,000 are registered
@@ -160,7 +161,8 @@ TVUT22_API INT TVUT22_CALL UtilTempFileAdd(const wchar_t* path);
 
 /* Releases a registered file or folder, to stay or to be removed now.
  *
- * path       of the file, written in whatever way
+ * path       of the file: absolute or relative, with either separator, in letters of either case, with "\\?\"
+ *            or without; its short name is another one
  * keep       not 0: it stays and is the caller's. 0: it is removed, read-only or not, and a folder with all
  *            that is in it; links in there are removed themselves, what they lead to stays. While somebody
  *            has it open and does not share its deletion, removing is tried for 2 seconds.
@@ -168,7 +170,7 @@ TVUT22_API INT TVUT22_CALL UtilTempFileAdd(const wchar_t* path);
  * Result     UTIL_OK            also when it is gone already
  *            UTIL_BAD_ARGUMENT  as of UtilTempFileAdd
  *            UTIL_NO_ACCESS     it, or something in it, is still in use or may not be removed; it stays
- *                               registered, and a diagnostic line tells the system's reason
+ *                               registered, and a diagnostic line reports the system's reason
  *            UTIL_NOT_FOUND     it is not registered
  *            UTIL_FAILED        the system failed; it stays registered; no memory
  */

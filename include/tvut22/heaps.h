@@ -1,7 +1,7 @@
 /* Util: checked heaps.
  *
  * A heap is a private heap of the system with a name and an owner. On a DEBUG heap every object carries its
- * size, the time and the call stack of its allocation, and words before and behind its data that tell whether
+ * size, the time and the call stack of its allocation, and words before and after its data that show whether
  * somebody wrote where he should not. Damage is reported as diagnostic lines, answered by a result, and
  * survived; a heap that is deleted with objects left writes who allocated each of them.
  *

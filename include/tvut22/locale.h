@@ -10,7 +10,7 @@
 
 /* ---- Character set --------------------------------------------------------------------------- */
 
-/* Tells which GDI character set a font needs to show a text, for the lfCharSet of a LOGFONT. Greek letters
+/* Returns the GDI character set that shows a text in a font, for the lfCharSet of a LOGFONT. Greek letters
  * need the Greek set, whatever the system's own language is.
  *
  * text     UTF-16, terminated; may begin at an odd address. Null counts as empty.
@@ -41,8 +41,8 @@ TVUT22_API INT TVUT22_CALL UtilGetLikelyCharsetFromString(const wchar_t* text);
 TVUT22_API HRESULT TVUT22_CALL UtilLocConvertLocalTimeToUTCTime(SYSTEMTIME* time);
 TVUT22_API HRESULT TVUT22_CALL UtilLocConvertUTCTimeToLocalTime(SYSTEMTIME* time);
 
-/* Tells when daylight time starts and ends in a year, in UTC, by the rules that the machine's zone has today.
- * South of the equator the start lies behind the end, since daylight time then spans the turn of the year.
+/* Finds when daylight time starts and ends in a year, in UTC, by the rules that the machine's zone has today.
+ * South of the equator the start lies after the end, since daylight time then spans the turn of the year.
  *
  * year     its low 16 bits count
  * start    receives the moment at which clocks go forward, day of the week included; all zero where the zone

@@ -103,7 +103,7 @@ typedef struct ProfListObject* ProfList;
  *           path may be longer than MAX_PATH without "\\?\" before it.
  *
  * Result    a job with one reference, to be released with ProfJobClose; 0 only when memory runs
- *           out. Every other failure leaves a usable job, and ProfGetError tells of it:
+ *           out. Every other failure leaves a usable job, and ProfGetError reports it:
  *           PROF_OPEN_FAILED   the last component is a reserved device name (CON, PRN, AUX, NUL,
  *                              COM1-9, LPT1-9, alone or with one extension), ends in a blank or a
  *                              dot, or holds one of < > : " / | ? * or a control character; or the
@@ -112,7 +112,7 @@ typedef struct ProfListObject* ProfList;
  *                              or the contents could not be read or would not fit into memory
  *           PROF_LOAD_FAILED   the contents are malformed (a compressed profile that is damaged or too
  *                              large, XML in another layout); what was read before stays in the tree.
- *                              A diagnostic line tells the reason and the number of the line, counted
+ *                              A diagnostic line reports the reason and the number of the line, counted
  *                              without blank lines.
  *
  * An empty file is an empty profile. A file that begins with "ZZmQ" is a compressed profile and may
@@ -228,7 +228,7 @@ TVUT22_API INT TVUT22_CALL ProfSaveW(ProfJob job, const wchar_t* fileName, UINT 
 
 /* Saves a profile into a stream, from its start, and cuts the stream where the profile ends. A
  * stream that cannot seek is written from where it stands; one that cannot change its size keeps what
- * it held behind the profile. flags and result as ProfSave; after PROF_SAVE_FAILED the stream's contents
+ * it held after the profile. flags and result as ProfSave; after PROF_SAVE_FAILED the stream's contents
  * are undefined. The stream may close the job while it is written to, but must not change it. */
 TVUT22_API INT TVUT22_CALL ProfSaveToStream(ProfJob job, IStream* stream, UINT flags);
 
@@ -499,7 +499,7 @@ TVUT22_API INT TVUT22_CALL ProfGetColorrefW(ProfJob job, ProfList list, const wc
  *          embedded NULs and odd byte counts included), UNKNOWN and DISPATCH that are null, and arrays of
  *          these and of VARIANT, with up to 64 dimensions and nested up to 64 deep.
  * Refused  UNKNOWN and DISPATCH that are not null, RECORD, anything else: nothing is stored, an item that
- *          was there stays, and a diagnostic line tells of it.
+ *          was there stays, and a diagnostic line reports it.
  *
  * The stored text is "var://" and the text form of the variant's bytes, compressed when these are 101 or
  * more; docs/variants.md fixes them.
@@ -526,7 +526,7 @@ TVUT22_API INT TVUT22_CALL ProfGetVariantFromContents(const wchar_t* text, VARIA
 
 /* ---- Bytes, streams and files -------------------------------------------------------------- */
 
-/* Items can hold bytes: compressed, as Base64 behind "@2@" (docs/byte-text.md). No bytes are the empty
+/* Items can hold bytes: compressed, as Base64 after "@2@" (docs/byte-text.md). No bytes are the empty
  * text. With a key text the compressed bytes are enciphered when they are 8 or more; a null key is the
  * empty key, which enciphers nothing. Read with another key they give PROF_DECODE_FAILED, or, hardly ever,
  * other bytes. More than 256 MiB cannot be stored, nor read. Storing n bytes takes up to 4 n of memory,
@@ -538,7 +538,7 @@ TVUT22_API INT TVUT22_CALL ProfGetVariantFromContents(const wchar_t* text, VARIA
  *           may change the profile while it is read.
  * fileName  a file, opened as by ProfJobOpen: while it is locked, for up to 10 seconds.
  *
- * Nothing is appended when the source fails, is too large or memory runs out: GetLastError tells why. It is
+ * Nothing is appended when the source fails, is too large or memory runs out: GetLastError says why. It is
  * ERROR_SUCCESS when the item was appended.
  */
 TVUT22_API void TVUT22_CALL ProfAppendStreamA(ProfJob job, ProfList list, const char* path, const char* key,
@@ -554,7 +554,7 @@ TVUT22_API void TVUT22_CALL ProfAppendFileW(ProfJob job, ProfList list, const wc
  *
  * stream    is written from its start and cut where the bytes end; one that cannot seek is written from
  *           where it stands. After PROF_DECODE_FAILED its contents are undefined.
- * fileName  is made, or replaced in one step as by ProfSave: when anything fails no file is left behind,
+ * fileName  is made, or replaced in one step as by ProfSave: when anything fails no file is left over,
  *           and one that was there stays as it was.
  *
  * Result    PROF_OK; PROF_NOT_FOUND when there is no such item; PROF_DECODE_FAILED when its text does not
@@ -583,8 +583,8 @@ TVUT22_API INT TVUT22_CALL ProfGetFileW(ProfJob job, ProfList list, const wchar_
  * elements, those of a pattern ordered by name without regard to case. Names are as the file system has them
  * and are not made unique.
  *
- * Result  PROF_OK, also when nothing was found (a diagnostic line tells of each element); PROF_NOT_FOUND
- *         for an invalid list; PROF_CONVERT_FAILED when a file could not be read or kept, which a line tells,
+ * Result  PROF_OK, also when nothing was found (a diagnostic line reports each element); PROF_NOT_FOUND
+ *         for an invalid list; PROF_CONVERT_FAILED when a file could not be read or kept, as a line says,
  *         too: the files before it have been appended, those after it have not.
  */
 TVUT22_API INT TVUT22_CALL ProfAppendFilesA(ProfJob job, ProfList list, const char* files, const char* key);
@@ -601,8 +601,8 @@ TVUT22_API INT TVUT22_CALL ProfAppendFilesW(ProfJob job, ProfList list, const wc
  * that no name may hold, a blank or dot at its end, a device.
  *
  * Result  PROF_OK when every entry was written; PROF_SAVE_FAILED when the folder could not be made, which
- *         ends the call, or an entry was skipped: each is told of by a diagnostic line and keeps none of the
- *         others from being written, and GetLastError tells of the last one; PROF_NOT_FOUND for an invalid
+ *         ends the call, or an entry was skipped: each is reported by a diagnostic line and keeps none of the
+ *         others from being written; GetLastError gives the last reason; PROF_NOT_FOUND for an invalid
  *         list.
  */
 TVUT22_API INT TVUT22_CALL ProfExtractFilesA(ProfJob job, ProfList list, const char* folder, const char* key);

@@ -7,7 +7,7 @@
  *           to string functions may begin at odd addresses.
  * Null      The string functions want valid pointers, as those of the C runtime do, unless they say
  *           otherwise. The conversions check theirs.
- * Buffers   Nothing is read behind a terminator's page or written behind what a result needs: strings
+ * Buffers   Nothing is read past a terminator's page or written past what a result needs: strings
  *           may end where memory does.
  * Threads   Any thread at any time; a text or buffer is used by one at a time.
  *
@@ -24,7 +24,7 @@
 
 /* ---- Formatting, copying --------------------------------------------------------------------- */
 
-/* Formats into a buffer and never writes behind it: what does not fit is cut.
+/* Formats into a buffer and never writes past its end: what does not fit is cut.
  *
  * destination  receives the text, always terminated unless size is 0
  * size         of the destination; 0 writes nothing
@@ -49,7 +49,7 @@ TVUT22_API INT TVUT22_CALL_VARIADIC UtilSafeSprintf(wchar_t* destination, UINT s
  */
 TVUT22_API wchar_t* TVUT22_CALL UtilStrcpy(wchar_t* destination, const wchar_t* source);
 
-/* Copies at most size - 1 characters and always terminates; nothing behind the terminator is written.
+/* Copies at most size - 1 characters and always terminates; nothing after the terminator is written.
  * The two may overlap. String check: as UtilStrcpy, before the size is looked at.
  *
  * size    of the destination; 0 writes nothing

@@ -67,6 +67,49 @@ using job = unique_handle<UtilJob, detail::close_job>;
 // A heap. It must go before its job does.
 using heap = unique_handle<UtilHeap, detail::delete_heap>;
 
+// ---- Thread pools ---------------------------------------------------------------------------------
+
+namespace detail {
+// A callable that was moved into memory of its own, which goes with its one call.
+template <class Function>
+void TVUT22_CALL call_and_free(UINT reason, UINT_PTR user, const volatile LONG* abort) {
+    const std::unique_ptr<Function> function(reinterpret_cast<Function*>(user));
+    if (reason != UTIL_POOL_RUN)
+        return;
+    if constexpr (std::is_invocable_v<Function&, const volatile LONG&>)
+        (*function)(*abort);
+    else
+        (*function)();
+}
+} // namespace detail
+
+// A thread pool. Its end discards the jobs that wait, and waits for those that run.
+class thread_pool : public unique_handle<UtilThreadPool, UtilThreadPoolClose> {
+  public:
+    thread_pool() noexcept = default;
+    explicit thread_pool(const wchar_t* name, UINT threads = 0, UINT flags = 0) noexcept
+        : unique_handle(UtilThreadPoolOpen(name, threads, flags)) {}
+
+    // Adds a callable, which is moved, called at most once, with the abort word if it takes one, and
+    // destroyed in any case: after its call, when it is discarded, or here when the pool does not take it.
+    // Throws std::bad_alloc, and what moving the callable throws.
+    template <class Callable>
+    INT add(Callable&& callable) const {
+        using function = std::decay_t<Callable>;
+        auto moved = std::make_unique<function>(std::forward<Callable>(callable));
+        const auto user = reinterpret_cast<UINT_PTR>(moved.get());
+        const INT result = UtilThreadPoolAdd(get(), detail::call_and_free<function>, user);
+        if (result == UTIL_OK)
+            (void)moved.release(); // the job's, which may be over by now
+        return result;
+    }
+
+    INT abort() const noexcept { return UtilThreadPoolAbort(get()); }
+    INT finalize(UINT milliseconds = UTIL_POOL_FOREVER) const noexcept {
+        return UtilThreadPoolFinalize(get(), milliseconds);
+    }
+};
+
 // ---- Objects on a heap ----------------------------------------------------------------------------
 
 // Heaps align to four bytes. For what needs more, an address is aligned within a larger block whose

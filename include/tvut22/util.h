@@ -1,6 +1,6 @@
 /* Util: the runtime of a product's modules. One header a subject, all of them here.
  *
- * Text is UTF-16 throughout; the calls carry no W behind their names.
+ * Text is UTF-16 throughout; the calls carry no W after their names.
  */
 #ifndef TVUT22_UTIL_H
 #define TVUT22_UTIL_H
@@ -14,5 +14,6 @@
 #include <tvut22/results.h>
 #include <tvut22/text.h>
 #include <tvut22/zip.h>
+#include <tvut22/thread_pool.h>
 
 #endif

@@ -42,7 +42,7 @@ typedef struct LogpanPacketHeader {
     UINT32 reserved;              /* 0 */
     UINT32 kind;                  /* 1: a line */
     UINT32 subKind;               /* 0 */
-    UINT32 textBytes;             /* bytes of UTF-16 text behind the header, not terminated. A line's
+    UINT32 textBytes;             /* bytes of UTF-16 text after the header, not terminated. A line's
                                      first text begins with its indentation, a blank a level. */
 } LogpanPacketHeader;
 

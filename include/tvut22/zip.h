@@ -1,21 +1,23 @@
-/* Util: ZIP archives, made so that every program opens them, and taken apart although nobody vouches for them.
+/* Util: ZIP archives, made so that every program opens them, and taken apart although nobody vouches for
+ * them.
  *
  *     UtilZip zip = UtilZIPCreate(L"report.zip", NULL);
  *     UtilZIPAppend(zip, L"C:\\Data\\Report 3", NULL);     // a folder with all below it
- *     if (UtilZIPClose(zip, TRUE) == UTIL_OK)             // report.zip is the old archive or the new one, whole
+ *     if (UtilZIPClose(zip, TRUE) == UTIL_OK)             // report.zip is the old archive or the new one,
+ * whole
  *         ...
  *     if (UtilExtractZip(L"received.zip", L"C:\\Unpacked", NULL) == UTIL_OK)
  *         ...                                            // nothing of it lies outside C:\Unpacked
  *
- * The format is PKWARE's (APPNOTE.TXT 6.3) with Zip64, names in UTF-8, and the AES encryption of WinZip (AE-1,
- * AE-2). docs/zip.md tells what is read and written in detail.
+ * The format is PKWARE's (APPNOTE.TXT 6.3) with Zip64, names in UTF-8, and the AES encryption of WinZip
+ * (AE-1, AE-2). docs/zip.md tells what is read and written in detail.
  *
  * Results are those of results.h; what failed and why goes to the diagnostic output in one line each. The
  * thread's last-error value stays as it is, except where a call says otherwise. Paths may be longer than
  * MAX_PATH. Texts end with a NUL and stay the caller's.
  *
- * One thread at a time uses an archive's handle; different handles and UtilExtractZip any threads. Ciphers load
- * a system library when they are first needed: no call belongs into a DllMain.
+ * One thread at a time uses an archive's handle; different handles and UtilExtractZip any threads. Ciphers
+ * load a system library when they are first needed: no call belongs into a DllMain.
  */
 #ifndef TVUT22_ZIP_H
 #define TVUT22_ZIP_H
@@ -33,9 +35,9 @@ typedef struct UtilZipObject* UtilZip;
 /* Flags of an entry. */
 #define UTIL_ZIP_IS_FOLDER 0x1u
 #define UTIL_ZIP_IS_ENCRYPTED 0x2u
-#define UTIL_ZIP_IS_LINK 0x4u     /* a symbolic link of another system, which is never made */
-#define UTIL_ZIP_IS_RENAMED 0x8u  /* the target differs from the name: Windows could not have it */
-#define UTIL_ZIP_IS_QUESTION 0x10u /* the caller is asked whether it wants the entry; else progress is told */
+#define UTIL_ZIP_IS_LINK 0x4u      /* a symbolic link of another system, which is never made */
+#define UTIL_ZIP_IS_RENAMED 0x8u   /* the target differs from the name: Windows could not have it */
+#define UTIL_ZIP_IS_QUESTION 0x10u /* asks whether the entry is wanted; without it progress is told */
 
 /* An entry as a callback is shown it; all of it holds until the callback returns. 56 bytes. */
 typedef struct UtilZipEntry {
@@ -65,8 +67,9 @@ typedef struct UtilZipEntry {
 typedef INT(TVUT22_CALL* UtilZipCallback)(const UtilZipEntry* entry, UINT_PTR user);
 
 /* Flags of options. */
-#define UTIL_ZIP_STORE 0x1u          /* UtilZIPCreate: nothing is compressed */
-#define UTIL_ZIP_KEEP_EXISTING 0x10u /* UtilExtractZip: a file that is there stays, its entry is passed over */
+#define UTIL_ZIP_STORE 0x1u /* UtilZIPCreate: nothing is compressed */
+#define UTIL_ZIP_KEEP_EXISTING                                                                               \
+    0x10u /* UtilExtractZip: a file that is there stays, its entry is passed over */
 
 /* 32 bytes. All that is 0 means: as usual. */
 typedef struct UtilZipOptions {
@@ -95,8 +98,8 @@ typedef struct UtilZipOptions {
 TVUT22_API UtilZip TVUT22_CALL UtilZIPCreate(const wchar_t* file, const UtilZipOptions* options);
 
 /* Adds a file, or a folder with all below it, hidden files and empty folders too. Links below it are passed
- * over, and so is the archive itself. An entry that fails takes all of the call back: the archive is as it was,
- * and goes on.
+ * over, and so is the archive itself. An entry that fails takes all of the call back: the archive is as it
+ * was, and goes on.
  *
  * zip        the archive
  * source     the file or folder; waited for up to 10 s while others keep it from being shared
@@ -108,16 +111,15 @@ TVUT22_API UtilZip TVUT22_CALL UtilZIPCreate(const wchar_t* file, const UtilZipO
  *            UTIL_EXISTS        the archive has the name, without regard to case, or a file in its way
  *            UTIL_NOT_FOUND     there is no such source
  *            UTIL_NO_ACCESS     a file or folder may not be read
- *            UTIL_TOO_LARGE     more than 1,000,000 entries, or 64 MiB of directory; a name of more than 32,700
- *                               characters; a file that grew past 4 GiB meanwhile
- *            UTIL_CANCELLED     the callback said so
+ *            UTIL_TOO_LARGE     more than 1,000,000 entries, or 64 MiB of directory; a name of more than
+ * 32,700 characters; a file that grew past 4 GiB meanwhile UTIL_CANCELLED     the callback said so
  *            UTIL_FAILED        reading failed, no memory; or the archive cannot be written: every later call
  *                               fails then
  */
 TVUT22_API INT TVUT22_CALL UtilZIPAppend(UtilZip zip, const wchar_t* source, const wchar_t* name);
 
-/* Adds files and folders under their own names, which get " (2)", " (3)" ... before their extension where they
- * are taken. Each source is added or not as UtilZIPAppend has it, and the others are not affected.
+/* Adds files and folders under their own names, which get " (2)", " (3)" ... before their extension where
+ * they are taken. Each source is added or not as UtilZIPAppend has it, and the others are not affected.
  *
  * zip        the archive
  * sources    files and folders. One with * or ? in its last component stands for the files that match, in the
@@ -125,8 +127,8 @@ TVUT22_API INT TVUT22_CALL UtilZIPAppend(UtilZip zip, const wchar_t* source, con
  * count      how many
  * folder     where in the archive they go; null or empty: at its top
  *
- * Result     UTIL_OK, or the code of the first source that failed as of UtilZIPAppend. UTIL_CANCELLED ends the
- *            call at once.
+ * Result     UTIL_OK, or the code of the first source that failed as of UtilZIPAppend. UTIL_CANCELLED ends
+ * the call at once.
  */
 TVUT22_API INT TVUT22_CALL UtilZIPAppendList(UtilZip zip, const wchar_t* const* sources, UINT count,
                                              const wchar_t* folder);
@@ -146,10 +148,9 @@ TVUT22_API INT TVUT22_CALL UtilZIPAppendStream(UtilZip zip, IStream* stream, con
 /* Ends an archive. Its handle is invalid afterwards, whatever the result.
  *
  * zip        the archive; 0: nothing happens
- * keep       not 0: the archive is completed, flushed to the disk, and put in the place of its file in one step.
- *            0: it is given up.
- *            Whenever it does not come into place, the file is as it was. A process that is killed leaves at
- *            most one file "~PRF........tmp" beside it.
+ * keep       not 0: the archive is completed, flushed to the disk, and put in the place of its file in one
+ * step. 0: it is given up. Whenever it does not come into place, the file is as it was. A process that is
+ * killed leaves at most one file "~PRF........tmp" beside it.
  *
  * Result     UTIL_OK
  *            UTIL_BAD_ARGUMENT  no such archive
@@ -164,9 +165,9 @@ TVUT22_API INT TVUT22_CALL UtilZIPClose(UtilZip zip, BOOL keep);
  * for each entry, the sizes of those wanted are held against the limit and the free space; nothing is written
  * before. Then each wanted entry is unpacked, the callback told after each 1 MiB of it and at its end.
  *
- * A file appears with its whole contents, checked, its times, and its attributes read-only and hidden, or not at
- * all; one that is there is replaced. An entry that fails writes nothing and does not keep the others from being
- * unpacked. No folder below the target is entered that is a link.
+ * A file appears with its whole contents, checked, its times, and its attributes read-only and hidden, or not
+ * at all; one that is there is replaced. An entry that fails writes nothing and does not keep the others from
+ * being unpacked. No folder below the target is entered that is a link.
  *
  * file       the archive; waited for up to 10 s while others keep it from being shared
  * folder     where to unpack, made when it is missing; null: nothing is written, each wanted entry is tested.

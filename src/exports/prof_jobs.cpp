@@ -1,4 +1,5 @@
 // Exports of the profile store: opening, closing and saving jobs, options, version.
+#include "exports/library_version.h"
 #include "exports/prof_handles.h"
 #include "exports/text_argument.h"
 #include "prof/formats/flags.h"
@@ -46,9 +47,6 @@ static_assert(saveFlags::textForm == PROF_FORM_TEXT && saveFlags::xfdfForm == PR
               saveFlags::compressed == PROF_SAVE_COMPRESSED &&
               saveFlags::compressedAsRead == PROF_SAVE_COMPRESSED_AS_READ);
 static_assert(readFlags::foreignXfdf == PROF_READ_FOREIGN_XFDF && readFlags::plainIni == PROF_READ_PLAIN_INI);
-
-constexpr INT majorVersion = 22;
-constexpr INT minorVersion = 10;
 
 } // namespace
 

@@ -1,5 +1,6 @@
 // Exports of modules, their jobs, the library's version and the language.
 #include "exports/call_trace.h"
+#include "exports/library_version.h"
 #include "exports/wide_text.h"
 #include "platform/host.h"
 #include "runtime/heap/stack_names.h"
@@ -16,8 +17,6 @@ using namespace tvut;
 
 namespace {
 
-constexpr UINT majorVersion = 22;
-constexpr UINT minorVersion = 10;
 constexpr UINT version[] = {majorVersion << 16 | minorVersion, majorVersion, minorVersion, 0};
 
 clsModuleNode* FromHandle(UtilJob job) noexcept {

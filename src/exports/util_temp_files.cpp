@@ -25,7 +25,7 @@ std::wstring_view WideView(std::u16string_view text) {
 // The full form of a path, without a separator at its end; empty for what is no file or folder but a
 // drive, share or device, and must not be removed.
 std::wstring RemovablePath(const wchar_t* path) {
-    std::wstring full = PlatformFullPath(path);
+    std::wstring full = PlatformPlainPath(PlatformFullPath(path));
     const std::size_t rootLength = UtilpRootOf(FromWide(std::wstring_view(full))).length;
     while (full.ends_with(L'\\') && full.size() > rootLength)
         full.pop_back();

@@ -66,8 +66,8 @@ class clsCallback final : public IclsZipCallback {
         UtilZipEntry entry{};
         entry.size = sizeof entry;
         entry.flags = (shown.isFolder ? UTIL_ZIP_IS_FOLDER : 0) |
-                      (shown.isEncrypted ? UTIL_ZIP_IS_ENCRYPTED : 0) | (shown.isLink ? UTIL_ZIP_IS_LINK : 0) |
-                      (shown.isRenamed ? UTIL_ZIP_IS_RENAMED : 0) |
+                      (shown.isEncrypted ? UTIL_ZIP_IS_ENCRYPTED : 0) |
+                      (shown.isLink ? UTIL_ZIP_IS_LINK : 0) | (shown.isRenamed ? UTIL_ZIP_IS_RENAMED : 0) |
                       (shown.isQuestion ? UTIL_ZIP_IS_QUESTION : 0);
         entry.name = ToWide(shown.name);
         entry.target = ToWide(shown.target);
@@ -95,11 +95,10 @@ std::unique_ptr<IclsZipCallback> CallbackOf(const UtilZipOptions& options) {
 // The thread's last error is what a failed call leaves to its caller.
 UtilZip Create(const wchar_t* file, const UtilZipOptions& options) {
     try {
-        auto archive = std::unique_ptr<scArchive>(
-            new scArchive{clsZIPFile(UtilpView(file),
-                                     (options.flags & UTIL_ZIP_STORE) != 0 ? ZipCompression::store
-                                                                           : ZipCompression::deflate,
-                                     UtilpView(options.password), CallbackOf(options))});
+        auto archive = std::unique_ptr<scArchive>(new scArchive{clsZIPFile(
+            UtilpView(file),
+            (options.flags & UTIL_ZIP_STORE) != 0 ? ZipCompression::store : ZipCompression::deflate,
+            UtilpView(options.password), CallbackOf(options))});
         const std::uint32_t handle = archives.Add(archive);
         if (handle == 0)
             SetLastError(ERROR_TOO_MANY_OPEN_FILES);
@@ -160,10 +159,9 @@ UtilResult Extract(const wchar_t* file, const wchar_t* folder, const UtilZipOpti
     if (folder)
         target.emplace(full);
     const std::unique_ptr<IclsZipCallback> callback = CallbackOf(options);
-    const scZipExtractionOrder order{UtilpView(file), FromWide(std::wstring_view(full)),
-                                     UtilpView(options.password),
-                                     options.limit != 0 ? options.limit : usualLimit,
-                                     (options.flags & UTIL_ZIP_KEEP_EXISTING) != 0};
+    const scZipExtractionOrder order{
+        UtilpView(file), FromWide(std::wstring_view(full)), UtilpView(options.password),
+        options.limit != 0 ? options.limit : usualLimit, (options.flags & UTIL_ZIP_KEEP_EXISTING) != 0};
     return clsZIPExtraction(source, order, target ? &*target : nullptr, callback.get()).Run();
 }
 

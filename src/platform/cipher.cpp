@@ -1,4 +1,5 @@
-// Windows' "Cryptography API: Next Generation", whose library is loaded when a function of it is first called.
+// Windows' "Cryptography API: Next Generation", whose library is loaded when a function of it is first
+// called.
 #include "platform/cipher.h"
 
 #include "platform/exception.h"

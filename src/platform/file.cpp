@@ -22,7 +22,8 @@ constexpr ULONGLONG replacePatience = 2000; // milliseconds
 void WriteZeros(HANDLE file, std::uint64_t count) {
     constexpr std::array<char, 4096> zeros{};
     for (; count != 0; count -= std::min<std::uint64_t>(count, zeros.size()))
-        PlatformWriteAll(file, zeros.data(), static_cast<std::size_t>(std::min<std::uint64_t>(count, zeros.size())));
+        PlatformWriteAll(file, zeros.data(),
+                         static_cast<std::size_t>(std::min<std::uint64_t>(count, zeros.size())));
 }
 
 } // namespace
@@ -62,7 +63,8 @@ std::uint64_t clsFileSource::SizeHint() {
 
 std::size_t clsFileSource::Read(void* buffer, std::size_t bytes) {
     DWORD read = 0;
-    PlatformRequire(ReadFile(file_, buffer, static_cast<DWORD>(bytes), &read, nullptr), "file cannot be read");
+    PlatformRequire(ReadFile(file_, buffer, static_cast<DWORD>(bytes), &read, nullptr),
+                    "file cannot be read");
     return read;
 }
 

@@ -33,7 +33,8 @@ scFoundFile Found(const Data& data) {
 // Files have reparse points for other reasons, too: to be fetched from elsewhere, or to share their bytes.
 bool IsLink(const WIN32_FIND_DATAW& data) {
     return (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-           ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 || data.dwReserved0 == IO_REPARSE_TAG_SYMLINK);
+           ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ||
+            data.dwReserved0 == IO_REPARSE_TAG_SYMLINK);
 }
 
 bool IsDots(std::wstring_view name) {
@@ -68,8 +69,8 @@ std::vector<scFoundFile> PlatformListFolder(const std::u16string& folder) {
     std::vector<scFoundFile> files;
     WIN32_FIND_DATAW data;
     const std::wstring pattern = PlatformLongPath(std::wstring(ToWide(folder.c_str())) + L"\\*");
-    const clsFindHandle search(FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &data, FindExSearchNameMatch,
-                                                nullptr, FIND_FIRST_EX_LARGE_FETCH));
+    const clsFindHandle search(FindFirstFileExW(pattern.c_str(), FindExInfoBasic, &data,
+                                                FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH));
     BOOL isThere = static_cast<bool>(search);
     for (; isThere; isThere = FindNextFileW(search.Get(), &data)) {
         if (IsDots(data.cFileName))

@@ -23,6 +23,15 @@ std::wstring PlatformFullPath(std::wstring_view path) {
         [&](wchar_t* text, DWORD size) { return GetFullPathNameW(from.c_str(), size, text, nullptr); });
 }
 
+std::wstring PlatformPlainPath(std::wstring full) {
+    constexpr std::wstring_view verbatim = L"\\\\?\\", share = L"\\\\?\\UNC\\";
+    if (!full.starts_with(verbatim))
+        return full;
+    std::wstring plain =
+        full.starts_with(share) ? L"\\\\" + full.substr(share.size()) : full.substr(verbatim.size());
+    return PlatformFullPath(plain) == plain ? plain : full;
+}
+
 scVerbatimPath PlatformVerbatimPath(std::wstring_view full) noexcept {
     if (full.starts_with(L"\\\\?\\") || full.starts_with(L"\\\\.\\"))
         return {{}, full};

@@ -15,6 +15,9 @@ std::wstring PlatformLongPath(std::wstring_view path);
 // Throws std::bad_alloc.
 std::wstring PlatformFullPath(std::wstring_view path);
 
+// A full path without "\\?\" at its beginning, where it means the same without it. Throws std::bad_alloc.
+std::wstring PlatformPlainPath(std::wstring full);
+
 // A full path with what lifts the limit, also from what lies below it: the two put together.
 struct scVerbatimPath {
     std::wstring_view prefix;

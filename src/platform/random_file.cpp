@@ -17,7 +17,8 @@ std::size_t clsRandomFile::ReadAt(std::uint64_t position, void* buffer, std::siz
         place.Offset = static_cast<DWORD>(position + done);
         place.OffsetHigh = static_cast<DWORD>((position + done) >> 32);
         DWORD read = 0;
-        if (!ReadFile(file_, static_cast<char*>(buffer) + done, static_cast<DWORD>(bytes - done), &read, &place) &&
+        if (!ReadFile(file_, static_cast<char*>(buffer) + done, static_cast<DWORD>(bytes - done), &read,
+                      &place) &&
             GetLastError() != ERROR_HANDLE_EOF)
             PlatformRequire(FALSE, "file cannot be read");
         if (read == 0)

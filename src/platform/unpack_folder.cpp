@@ -2,10 +2,10 @@
 // found to be, it stays.
 #include "platform/unpack_folder.h"
 
+#include "platform/beside_file.h"
 #include "platform/exception.h"
 #include "platform/file_calls.h"
 #include "platform/long_path.h"
-#include "platform/beside_file.h"
 #include "platform/patience.h"
 #include "platform/wide.h"
 
@@ -116,7 +116,8 @@ void clsUnpackFolder::Make() {
     DWORD error = ERROR_SUCCESS;
     for (;;) {
         const std::wstring folder = root_.substr(0, end);
-        if (CreateDirectoryW(folder.c_str(), nullptr) || IsFolder(GetFileAttributesW((folder + L'\\').c_str())))
+        if (CreateDirectoryW(folder.c_str(), nullptr) ||
+            IsFolder(GetFileAttributesW((folder + L'\\').c_str())))
             break;
         error = GetLastError();
         end = root_.rfind(L'\\', end - 1);
@@ -126,7 +127,8 @@ void clsUnpackFolder::Make() {
     while (end != root_.size() - 1) {
         end = root_.find(L'\\', end + 1);
         const std::wstring folder = root_.substr(0, end);
-        PlatformRequire(CreateDirectoryW(folder.c_str(), nullptr) || IsFolder(GetFileAttributesW(folder.c_str())),
+        PlatformRequire(CreateDirectoryW(folder.c_str(), nullptr) ||
+                            IsFolder(GetFileAttributesW(folder.c_str())),
                         "folder cannot be made");
     }
 }
@@ -145,7 +147,8 @@ bool clsUnpackFolder::Enter(std::u16string_view folder) {
 
 // What the way to a folder shares with the way to the one that was entered stays held.
 void clsUnpackFolder::LeaveFor(std::u16string_view folder) {
-    const auto shared = static_cast<std::size_t>(std::ranges::mismatch(folder, entered_).in1 - folder.begin());
+    const auto shared =
+        static_cast<std::size_t>(std::ranges::mismatch(folder, entered_).in1 - folder.begin());
     const auto isOnTheWay = [&](std::size_t end) {
         return end <= shared && (end == folder.size() || folder[end] == u'\\');
     };

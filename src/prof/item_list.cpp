@@ -13,19 +13,13 @@ namespace tvut {
 
 namespace {
 
-constexpr std::uint32_t toleratedGaps = 16;
-
-// A walk over fewer entries costs no more than a look into an index.
-constexpr std::uint32_t indexedFrom = 128;
-
 // An index grows by this factor. A larger one is filled anew, and with steps of two that would come to
 // two fillings of each entry of a growing list.
 constexpr std::uint32_t indexGrowth = 4;
 
 // Whether a list gets a larger index at this length: 128, 512, 2048 and so on.
-bool IsIndexStep(std::uint32_t count) {
-    return count >= indexedFrom && std::has_single_bit(count) &&
-           std::countr_zero(count / indexedFrom) % std::countr_zero(indexGrowth) == 0;
+bool IsIndexStep(std::uint32_t count, std::uint32_t first) {
+    return std::has_single_bit(count) && std::countr_zero(count / first) % std::countr_zero(indexGrowth) == 0;
 }
 
 } // namespace
@@ -45,13 +39,12 @@ void clsItemList::ExpectFind(EntryKind kind, const scName& name) const noexcept 
 
 // ---- Growing ----------------------------------------------------------------------------------
 
-void clsItemList::Added(clsSlab& slab) noexcept {
-    const std::uint32_t position = entries_.End();
-    entries_.Added();
-    if (IsIndexStep(entries_.End()))
-        ReserveIndex(slab, entries_.End() * indexGrowth);
+// Takes the last entry of a long list into the index, or begins a larger one.
+void clsItemList::IndexLast(clsSlab& slab) noexcept {
+    if (IsIndexStep(End(), indexedFrom))
+        ReserveIndex(slab, End() * indexGrowth);
     else if (index_ && index_->IsFilled())
-        index_->Append(entries_, position);
+        index_->Append(entries_, End() - 1);
 }
 
 // Makes an index for up to a number of entries, to be filled when it is first needed; or none, when there is
@@ -105,10 +98,6 @@ void clsItemList::MakeGap(std::uint32_t position) noexcept {
     entry.name = nullptr;
     entry.value = nullptr;
     ++gaps_;
-}
-
-bool clsItemList::HasManyGaps() const {
-    return gaps_ > toleratedGaps && gaps_ > End() / 2;
 }
 
 std::uint32_t clsItemList::CloseGaps(clsSlab& slab, std::uint32_t place) noexcept {

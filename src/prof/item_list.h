@@ -68,7 +68,11 @@ class clsItemList {
 
     // The place after the last entry, which counts once Added was called. Throws std::bad_alloc.
     clsItem& NewEntry(clsSlab& slab) { return entries_.Next(slab); }
-    void Added(clsSlab& slab) noexcept;
+    void Added(clsSlab& slab) noexcept {
+        entries_.Added();
+        if (End() >= indexedFrom)
+            IndexLast(slab);
+    }
 
     // Before entries become gaps: the index forgets all entries of a name, given the first, or a single one.
     void ForgetAll(const scMatch& first) noexcept;
@@ -78,13 +82,18 @@ class clsItemList {
     void MakeGap(std::uint32_t position) noexcept;
 
     // Whether gaps are enough to be closed: each entry then moves at most once for each deletion.
-    bool HasManyGaps() const;
+    bool HasManyGaps() const { return gaps_ > toleratedGaps && gaps_ > End() / 2; }
     // Closes all gaps and returns where the entry at a place, or the first one after it, stands then.
     std::uint32_t CloseGaps(clsSlab& slab, std::uint32_t place) noexcept;
 
     // Forgets all entries and gives the memory back.
     void Free(clsSlab& slab) noexcept;
 
+    // A walk over fewer entries costs no more than a look into an index.
+    static constexpr std::uint32_t indexedFrom = 128;
+    static constexpr std::uint32_t toleratedGaps = 16;
+
+    void IndexLast(clsSlab& slab) noexcept;
     void ReserveIndex(clsSlab& slab, std::uint32_t count) noexcept;
     void DropIndex(clsSlab& slab) noexcept;
 

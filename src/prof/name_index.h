@@ -25,7 +25,7 @@ class clsNameIndex {
     clsNameIndex& operator=(const clsNameIndex&) = delete;
     ~clsNameIndex();
 
-    // Takes memory for up to so many entries; what was filled is void. False when there is none.
+    // Takes memory for up to a number of entries; what was filled is void. False when there is none.
     bool Reserve(std::uint32_t count) noexcept;
 
     bool IsFilled() const { return filled_; }

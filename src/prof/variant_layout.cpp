@@ -1,6 +1,6 @@
 // The reader trusts nothing: each length is compared with what is left before it is used, a count of elements
-// with the least bytes that so many take, and nesting with a fixed depth. Its frames are an array in the
-// object, so that nested arrays cost no stack. The writer has nothing to check; who calls it does.
+// with the least bytes that they take, and nesting with a fixed depth. Its frames are an array in the object,
+// so that nested arrays cost no stack. The writer has nothing to check; who calls it does.
 #include "prof/variant_layout.h"
 
 #include "platform/exception.h"

@@ -20,6 +20,10 @@ enum class UtilResult : std::int32_t {
     unsafe = UTIL_UNSAFE,
     badPassword = UTIL_BAD_PASSWORD,
     exists = UTIL_EXISTS,
+    jobsLeft = UTIL_JOBS_LEFT,
+    fromJob = UTIL_FROM_JOB,
+    inLoader = UTIL_IN_LOADER,
+    timeout = UTIL_TIMEOUT,
 };
 
 } // namespace tvut

@@ -17,6 +17,8 @@ UtilResult UtilpResultOfError(unsigned long error) noexcept {
     case ERROR_DIRECTORY:
     case ERROR_NOT_READY:
         return UtilResult::notFound;
+    case ERROR_INVALID_NAME:
+        return UtilResult::badArgument;
     case ERROR_ACCESS_DENIED:
     case ERROR_SHARING_VIOLATION:
     case ERROR_LOCK_VIOLATION:

@@ -5,7 +5,8 @@
 
 namespace tvut {
 
-// Of Windows' errors: notFound, noAccess (denied, in use, write-protected), or failed for all others.
+// Of Windows' errors: notFound, noAccess (denied, in use, write-protected), badArgument for a name that
+// none can have, or failed for all others.
 UtilResult UtilpResultOfError(unsigned long error) noexcept;
 
 } // namespace tvut

@@ -55,7 +55,8 @@ inline std::uint32_t UtilpHashText(std::u16string_view text) {
 
 // The hash, of 64 bits, of a text that comes after what has a hash already.
 inline std::uint64_t UtilpHashAfter(std::uint64_t before, std::u16string_view text) {
-    std::uint32_t low = g_hashSeed ^ static_cast<std::uint32_t>(text.size()) ^ static_cast<std::uint32_t>(before);
+    std::uint32_t low =
+        g_hashSeed ^ static_cast<std::uint32_t>(text.size()) ^ static_cast<std::uint32_t>(before);
     std::uint32_t high = (g_hashSeed * 0x85EBCA6Bu + 1) ^ static_cast<std::uint32_t>(before >> 32);
     detail::FoldText(text, low, high);
     return std::uint64_t{high} << 32 | low;

@@ -1,6 +1,6 @@
-// Whether an entry is worth deflating shows on its first 64 KB: they are deflated into the output's block, and
-// packed as they are when that does not save a thirty-second. They are still at hand then, and nothing of them
-// has left the block.
+// Whether an entry is worth deflating shows on its first 64 KB: they are deflated into the output's block,
+// and packed as they are when that does not save a thirty-second. They are still at hand then, and nothing of
+// them has left the block.
 #include "zip/entry_packer.h"
 
 #include "zip/zip_fault.h"

@@ -57,9 +57,9 @@ class clsEntryPacker {
     clsByteSource* source_ = nullptr;
     IclsZipProgress* progress_ = nullptr;
     std::optional<clsAesZipCipher> cipher_;
-    std::size_t filled_ = 0;           // of the input
+    std::size_t filled_ = 0;            // of the input
     std::uint64_t read_ = 0, told_ = 0; // bytes, and how many of them the progress knows
-    std::uint64_t start_ = 0;          // of the data in the archive
+    std::uint64_t start_ = 0;           // of the data in the archive
     std::uint32_t crc_ = 0;
     bool isWhole_ = false;
 };

@@ -1,8 +1,8 @@
 // Which paths are taken, without regard to case, and by what: eight bytes a path.
 //
 // A path is known by a key of 62 bits, made of its components by a hash that is seeded once a process. Equal
-// paths have equal keys. Among a million others, two share one with a chance of one in a million: the second is
-// then taken for there already, which costs it a number and nothing else.
+// paths have equal keys. Among a million others, two share one with a chance of one in a million: the second
+// is then taken for there already, which costs it a number and nothing else.
 #pragma once
 
 #include <cstdint>

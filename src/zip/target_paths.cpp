@@ -42,7 +42,8 @@ void clsTargetPaths::Read(std::uint32_t index, std::u16string& path) const {
     if (numbered == numbers_.end())
         return;
     const std::size_t nameAt = NameStart(path);
-    path.replace(nameAt, path.npos, UtilpNumberedName(std::u16string_view(path).substr(nameAt), numbered->second));
+    path.replace(nameAt, path.npos,
+                 UtilpNumberedName(std::u16string_view(path).substr(nameAt), numbered->second));
 }
 
 void clsTargetPaths::ReadUnnumbered(std::uint32_t index, std::u16string& path) const {
@@ -52,7 +53,8 @@ void clsTargetPaths::ReadUnnumbered(std::uint32_t index, std::u16string& path) c
 }
 
 void clsTargetPaths::TakeFolders(std::u16string_view path, bool isFolder) {
-    const PathKey key = keys_.Along(path, u'\\', [this](PathKey folder) { taken_.Take(folder, Kind::folder); });
+    const PathKey key =
+        keys_.Along(path, u'\\', [this](PathKey folder) { taken_.Take(folder, Kind::folder); });
     if (isFolder)
         taken_.Take(key, Kind::folder);
 }

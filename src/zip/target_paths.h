@@ -13,8 +13,8 @@ namespace tvut {
 
 class clsTargetPaths {
   public:
-    // Numbers what would fall together, in the archive's order: files of one path, and files where a folder is.
-    // The directory must stay while the object does; its names are safe. Throws std::bad_alloc.
+    // Numbers what would fall together, in the archive's order: files of one path, and files where a folder
+    // is. The directory must stay while the object does; its names are safe. Throws std::bad_alloc.
     explicit clsTargetPaths(const clsZipDirectory& directory);
 
     // The path of an entry below the target folder, "\" between its components; empty for that folder itself.

@@ -50,7 +50,9 @@ struct scWrittenEntry {
     std::uint16_t marks = 0;
 
     bool Is(Mark mark) const { return (marks & mark) != 0; }
-    void Set(Mark mark, bool isSet) { marks = static_cast<std::uint16_t>(isSet ? marks | mark : marks & ~mark); }
+    void Set(Mark mark, bool isSet) {
+        marks = static_cast<std::uint16_t>(isSet ? marks | mark : marks & ~mark);
+    }
 
     bool IsLarge() const; // a size has 64 bits
 

@@ -3,8 +3,8 @@
 // right before the end record (or its Zip64 form), wherever it says it does: the difference is what was put
 // before the archive, and all positions move by it.
 //
-// Entries that share bytes are refused before any is unpacked: a small file could unfold to any size that way,
-// and could be one thing to us and another to the next program.
+// Entries that share bytes are refused before any is unpacked: a small file could unfold to any size that
+// way, and could be one thing to us and another to the next program.
 #include "zip/zip_directory.h"
 
 #include "text/encoding/utf8.h"
@@ -29,13 +29,14 @@ bool IsElsewhere(const scEndRecord& end) {
 // The positions of end records in the last bytes of a source, the last one first; the one whose comment ends
 // with the source alone, if there is one.
 std::vector<std::uint64_t> FindEndRecords(clsSourceWindow& window, std::uint64_t sourceBytes) {
-    const std::size_t bytes = static_cast<std::size_t>(
-        std::min<std::uint64_t>(sourceBytes, scEndRecord::size + longestComment));
+    const std::size_t bytes =
+        static_cast<std::size_t>(std::min<std::uint64_t>(sourceBytes, scEndRecord::size + longestComment));
     const std::uint64_t start = sourceBytes - bytes;
     const std::string_view tail = window.At(start, bytes);
     std::vector<std::uint64_t> found;
     scEndRecord record;
-    for (std::size_t at = tail.rfind("PK\5\6"); at != tail.npos; at = at == 0 ? tail.npos : tail.rfind("PK\5\6", at - 1)) {
+    for (std::size_t at = tail.rfind("PK\5\6"); at != tail.npos;
+         at = at == 0 ? tail.npos : tail.rfind("PK\5\6", at - 1)) {
         if (!UtilpReadRecord(tail.substr(at), record))
             continue;
         if (at + scEndRecord::size + record.commentBytes == tail.size())
@@ -58,9 +59,11 @@ std::optional<scFoundZip64> ReadZip64(clsSourceWindow& window, const scZip64Loca
         found.at = at;
         return at < locatorAt && UtilpReadRecord(window.At(at, scZip64EndRecord::size), found.record) &&
                found.record.restBytes >= scZip64EndRecord::sizeOfRest &&
-               found.record.restBytes == locatorAt - at - (scZip64EndRecord::size - scZip64EndRecord::sizeOfRest);
+               found.record.restBytes ==
+                   locatorAt - at - (scZip64EndRecord::size - scZip64EndRecord::sizeOfRest);
     };
-    if (isAt(locator.recordAt) || (locatorAt >= scZip64EndRecord::size && isAt(locatorAt - scZip64EndRecord::size)))
+    if (isAt(locator.recordAt) ||
+        (locatorAt >= scZip64EndRecord::size && isAt(locatorAt - scZip64EndRecord::size)))
         return found;
     return {};
 }
@@ -87,8 +90,13 @@ std::optional<scEnd> ReadEnd(clsSourceWindow& window, std::uint64_t at) {
     scEndRecord record;
     if (!UtilpReadRecord(window.At(at, scEndRecord::size), record))
         return {};
-    scEnd end{record.disk,    record.directoryDisk,  record.entriesHere,
-              record.entries, record.directoryBytes, record.directoryAt, at};
+    scEnd end{record.disk,
+              record.directoryDisk,
+              record.entriesHere,
+              record.entries,
+              record.directoryBytes,
+              record.directoryAt,
+              at};
     if (!IsElsewhere(record))
         return end;
     scZip64Locator locator;
@@ -227,7 +235,8 @@ bool clsZipDirectory::AddEntry(const scCentralHeader& header, std::string_view r
     entry.position = numbers.position + place.shift;
     entry.packed = numbers.packed;
     entry.bytes = numbers.bytes;
-    entry.modified = times.modified != 0 ? times.modified : UtilpFromDosTime(header.time).value_or(0);
+    entry.modified = times.modified != 0 ? UtilpUnwrappedTime(times.modified, header.time)
+                                         : UtilpFromDosTime(header.time).value_or(0);
     entry.created = times.created;
     entry.crc = header.crc;
     NoteAttributes(header, entry);
@@ -254,8 +263,8 @@ void clsZipDirectory::NoteName(scZipEntry& entry, std::string_view name, bool is
     // A backslash may be half of a character, and a dot a component that is dropped.
     const char last = unicode ? unicode->back() : name.back();
     std::u16string read;
-    if (last == '/' || ((last == '\\' || last == '.') && ReadName(entry, read) == ZipNameKind::fine &&
-                        read.ends_with(u'/')))
+    if (last == '/' ||
+        ((last == '\\' || last == '.') && ReadName(entry, read) == ZipNameKind::fine && read.ends_with(u'/')))
         entry.Set(scZipEntry::folder);
 }
 
@@ -283,8 +292,8 @@ ZipNameKind clsZipDirectory::ReadName(const scZipEntry& entry, std::u16string& n
     if (entry.Is(scZipEntry::unicodeName))
         return UtilpReadZipName(names_.View(entry.name, SecondName(names_, entry).before).substr(2),
                                 ZipNameForm::utf8, name);
-    return UtilpReadZipName(HeaderName(entry), entry.Is(scZipEntry::utf8Name) ? ZipNameForm::utf8 : ZipNameForm::oem,
-                            name);
+    return UtilpReadZipName(HeaderName(entry),
+                            entry.Is(scZipEntry::utf8Name) ? ZipNameForm::utf8 : ZipNameForm::oem, name);
 }
 
 // ---- Positions ----------------------------------------------------------------------------------
@@ -340,11 +349,11 @@ void clsZipDirectory::DropRepeated() {
 // No two stand at one position.
 std::uint64_t clsZipDirectory::EndOf(const scZipEntry& entry) const {
     const auto position = [this](std::uint32_t number) { return entries_[number].position; };
-    const auto next = byPosition_.empty()
-                          ? static_cast<std::size_t>(&entry - entries_.data()) + 1
-                          : static_cast<std::size_t>(
-                                std::ranges::upper_bound(byPosition_, entry.position, {}, position) -
-                                byPosition_.begin());
+    const auto next =
+        byPosition_.empty()
+            ? static_cast<std::size_t>(&entry - entries_.data()) + 1
+            : static_cast<std::size_t>(std::ranges::upper_bound(byPosition_, entry.position, {}, position) -
+                                       byPosition_.begin());
     return next < entries_.size() ? entries_[NumberAt(next)].position : start_;
 }
 

@@ -63,7 +63,8 @@ class clsZipDirectory {
     // Finds the directory and reads it once. Throws clsZIPError, std::bad_alloc.
     void Read(clsSourceWindow& window, std::uint64_t sourceBytes);
 
-    // Looks whether entries share bytes of the archive, and drops those that are there twice. Throws clsZIPError, std::bad_alloc.
+    // Looks whether entries share bytes of the archive, and drops those that are there twice. Throws
+    // clsZIPError, std::bad_alloc.
     void CheckPositions();
 
     std::span<const scZipEntry> Entries() const { return entries_; }

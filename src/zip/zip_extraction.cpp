@@ -1,6 +1,6 @@
 // Everything that can be refused is refused on the directory alone, before the first byte is written. What
-// shows only when an entry is unpacked costs that entry and no other, unless it is that nothing can be read or
-// written any more.
+// shows only when an entry is unpacked costs that entry and no other, unless it is that nothing can be read
+// or written any more.
 #include "zip/zip_extraction.h"
 
 #include "runtime/diagnostics.h"
@@ -78,11 +78,12 @@ bool EndsAll(ZipFault fault) {
 // that leaves no trace.
 class clsZIPExtraction::clsTargetSink final : public clsByteSink {
   public:
-    clsTargetSink(clsZIPExtraction& extraction, std::uint32_t index) : extraction_(extraction), index_(index) {}
+    clsTargetSink(clsZIPExtraction& extraction, std::uint32_t index)
+        : extraction_(extraction), index_(index) {}
 
     void Extend(std::uint64_t) override {}
     void Write(const void* data, std::size_t bytes) override {
-        if (done_ - told_ >= progressBytes)
+        if (bytes != 0 && done_ - told_ >= progressBytes) // the end is told once the file is in place
             extraction_.TellProgress(index_, told_ = done_);
         if (IclsTargetFile* const file = File())
             CallFile([&] { file->Write(data, bytes); });
@@ -281,9 +282,8 @@ void clsZIPExtraction::Look(std::uint32_t index) {
     paths_->Read(index, path_);
     const std::u16string_view plain =
         name_.ends_with(u'/') ? std::u16string_view(name_).substr(0, name_.size() - 1) : name_;
-    isRenamed_ = !std::ranges::equal(plain, path_, [](char16_t a, char16_t b) {
-        return a == b || (a == u'/' && b == u'\\');
-    });
+    isRenamed_ = !std::ranges::equal(
+        plain, path_, [](char16_t a, char16_t b) { return a == b || (a == u'/' && b == u'\\'); });
     const std::size_t start = order_.folder.size() + (order_.folder.ends_with(u'\\') ? 0 : 1);
     fullPath_.resize(path_.empty() ? order_.folder.size() : start, u'\\');
     fullPath_ += path_;

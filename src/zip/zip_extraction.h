@@ -18,8 +18,8 @@ struct scZipExtractionOrder {
     std::u16string_view archive; // for diagnostic lines
     std::u16string_view folder;  // full path of the target; empty without one
     std::u16string_view password;
-    std::uint64_t limit;  // bytes that may be unpacked in all
-    bool keepsExisting;   // files that are there stay
+    std::uint64_t limit; // bytes that may be unpacked in all
+    bool keepsExisting;  // files that are there stay
 };
 
 class clsZIPExtraction {

@@ -54,7 +54,8 @@ std::u16string Below(std::u16string_view folder, std::u16string_view name, char1
 }
 
 scNewZipEntry EntryOf(const scFoundFile& found, std::u16string_view name) {
-    return {name, found.isFolder, found.attributes, {found.modified, found.accessed, found.created}, found.bytes};
+    return {
+        name, found.isFolder, found.attributes, {found.modified, found.accessed, found.created}, found.bytes};
 }
 
 std::u16string_view WordsOf(ZipFault fault) {

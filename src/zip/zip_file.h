@@ -1,4 +1,5 @@
-// An archive that is being made on a disk: files, folders and streams go in, and it takes its place as a whole.
+// An archive that is being made on a disk: files, folders and streams go in, and it takes its place as a
+// whole.
 #pragma once
 
 #include "platform/file_finder.h"
@@ -26,8 +27,8 @@ class clsZIPFile {
     clsZIPFile(const clsZIPFile&) = delete;
     clsZIPFile& operator=(const clsZIPFile&) = delete;
 
-    // Add a file, or a folder with all below it, under a name or, without one, its own; several under a folder
-    // of the archive; a stream. What fails leaves nothing behind. Throw std::bad_alloc.
+    // Add a file, or a folder with all below it, under a name or, without one, its own; several under a
+    // folder of the archive; a stream. What fails leaves nothing behind. Throw std::bad_alloc.
     UtilResult Append(const std::u16string& source, std::u16string_view name);
     UtilResult AppendList(std::span<const std::u16string> sources, std::u16string_view folder);
     UtilResult AppendStream(clsByteSource& stream, std::u16string_view name, std::uint64_t modified);

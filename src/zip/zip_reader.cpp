@@ -76,7 +76,9 @@ class clsZIPReader::clsContents {
         sink_.Write(data, bytes);
     }
 
-    void End() { UtilpRequire(done_ == entry_.bytes && (!HasCrc() || crc_ == entry_.crc), ZipFault::damaged); }
+    void End() {
+        UtilpRequire(done_ == entry_.bytes && (!HasCrc() || crc_ == entry_.crc), ZipFault::damaged);
+    }
 
   private:
     bool HasCrc() const { return !entry_.Is(scZipEntry::authenticatedOnly); }
@@ -127,7 +129,8 @@ std::uint64_t clsZIPReader::DataOf(const scZipEntry& entry) {
     const std::size_t fixed = scLocalHeader::size + entry.nameBytes;
     const std::string_view bytes = window_.At(entry.position, fixed);
     scLocalHeader header;
-    UtilpRequire(bytes.size() == fixed && UtilpReadRecord(bytes, header) && header.nameBytes == entry.nameBytes &&
+    UtilpRequire(bytes.size() == fixed && UtilpReadRecord(bytes, header) &&
+                     header.nameBytes == entry.nameBytes &&
                      bytes.substr(scLocalHeader::size) == directory_.HeaderName(entry),
                  ZipFault::damaged);
     const bool isAes = entry.Is(scZipEntry::aesStrength);

@@ -110,7 +110,8 @@ template <std::unsigned_integral Number>
 Number UtilpReadNumber(const char* bytes) {
     Number number = 0;
     for (std::size_t i = sizeof(Number); i-- > 0;)
-        number = static_cast<Number>(number << (sizeof(Number) > 1 ? 8 : 0) | static_cast<unsigned char>(bytes[i]));
+        number = static_cast<Number>(number << (sizeof(Number) > 1 ? 8 : 0) |
+                                     static_cast<unsigned char>(bytes[i]));
     return number;
 }
 

@@ -96,4 +96,10 @@ std::uint64_t UtilpFromUnixTime(std::uint32_t seconds) noexcept {
     return static_cast<std::uint64_t>(unixStart + signedSeconds * ticksPerSecond);
 }
 
+std::uint64_t UtilpUnwrappedTime(std::uint64_t time, std::uint32_t dosTime) noexcept {
+    constexpr std::uint64_t span = (1ull << 32) * ticksPerSecond;
+    const std::uint32_t dosYear = 1980 + Bits(dosTime, 25, 7);
+    return time < static_cast<std::uint64_t>(unixStart) && dosYear >= 2038 ? time + span : time;
+}
+
 } // namespace tvut

@@ -22,4 +22,8 @@ bool UtilpHasUnixTime(std::uint64_t time) noexcept;
 std::uint32_t UtilpUnixTime(std::uint64_t time) noexcept;
 std::uint64_t UtilpFromUnixTime(std::uint32_t seconds) noexcept;
 
+// Some makers take those 32 bits for a number without sign. What such a one meant after 2038 reads as a time
+// before 1970; the DOS time of the same moment, which cannot be before 1980, tells.
+std::uint64_t UtilpUnwrappedTime(std::uint64_t time, std::uint32_t dosTime) noexcept;
+
 } // namespace tvut

@@ -81,7 +81,8 @@ void clsZIPWriter::AddFile(const scNewZipEntry& made, clsByteSource& source, Icl
         scWrittenEntry entry = NewEntry(made, name);
         entry.Set(scWrittenEntry::enciphered, isEnciphering_);
         packer_.Begin(source, progress);
-        entry.Set(scWrittenEntry::largeRoom, !packer_.IsWhole() && made.bytes.value_or(UINT64_MAX) > surelySmall);
+        entry.Set(scWrittenEntry::largeRoom,
+                  !packer_.IsWhole() && made.bytes.value_or(UINT64_MAX) > surelySmall);
         WriteHead(entry, name);
         const clsEntryPacker::scPacked packed = packer_.Pack();
         entry.packed = packed.packed;
@@ -118,8 +119,8 @@ void clsZIPWriter::WriteHead(const scWrittenEntry& entry, std::string_view name)
     output_.Write(extras.Data(), extras.Size());
 }
 
-// What was not known before the data: sizes, CRC, method, and of the extra fields those of a large entry or an
-// enciphered one.
+// What was not known before the data: sizes, CRC, method, and of the extra fields those of a large entry or
+// an enciphered one.
 void clsZIPWriter::PatchHead(const scWrittenEntry& entry, std::uint64_t position) {
     clsShortBytes head, extras;
     head.Put([&](char* to) { return UtilpWriteRecord(to, entry.LocalHeader()); });
@@ -201,8 +202,9 @@ void clsZIPWriter::WriteEnd(std::uint64_t directoryAt) {
     clsShortBytes records;
     if (count >= elsewhere16 || UtilpIsLarge(directoryAt) || UtilpIsLarge(bytes)) {
         records.Put([&](char* to) {
-            return UtilpWriteRecord(to, scZip64EndRecord{scZip64EndRecord::sizeOfRest, madeOnNtfs | zip64Version,
-                                                         zip64Version, 0, 0, count, count, bytes, directoryAt});
+            return UtilpWriteRecord(to,
+                                    scZip64EndRecord{scZip64EndRecord::sizeOfRest, madeOnNtfs | zip64Version,
+                                                     zip64Version, 0, 0, count, count, bytes, directoryAt});
         });
         records.Put([&](char* to) { return UtilpWriteRecord(to, scZip64Locator{0, end, 1}); });
     }

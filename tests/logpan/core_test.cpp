@@ -15,23 +15,23 @@ using namespace std::chrono_literals;
 
 // A joiner under a clock of its own. Each line's text is its result.
 struct Bench {
-    Joiner joiner;
-    Joiner::Clock::time_point now{};
+    clsJoiner joiner;
+    clsJoiner::Clock::time_point now{};
 
     void packet(std::uint16_t port, char digit, std::wstring_view text, std::uint32_t thread = 1,
                 bool full = false) {
-        Packet packet;
+        scPacket packet;
         packet.thread = thread;
         packet.sequence = static_cast<std::uint32_t>(digit);
         packet.text = text;
         packet.full = full;
-        joiner.add(port, packet, now);
+        joiner.Add(port, packet, now);
     }
-    void message(std::wstring_view text) { joiner.addText(text, {2024, 1, 31, 9, 8, 7, 6}, now); }
+    void message(std::wstring_view text) { joiner.AddText(text, {2024, 1, 31, 9, 8, 7, 6}, now); }
 
     std::wstring taken() {
         std::wstring texts;
-        while (const std::optional<Line> line = joiner.take(now))
+        while (const std::optional<scLine> line = joiner.Take(now))
             texts += line->text + L"|";
         return texts;
     }
@@ -42,19 +42,19 @@ struct Bench {
 };
 
 LinePtr lineOf(std::wstring text, std::wstring module = L"KX32UTIL") {
-    Line line;
+    scLine line;
     line.text = std::move(text);
     line.module = std::move(module);
-    return std::make_shared<const Line>(std::move(line));
+    return std::make_shared<const scLine>(std::move(line));
 }
 
-void addTo(Store& store, int number, std::wstring text = {}) {
+void addTo(clsStore& store, int number, std::wstring text = {}) {
     if (text.empty())
         text = L"line " + std::to_wstring(number);
-    Packet packet;
+    scPacket packet;
     packet.sequence = static_cast<std::uint32_t>('0' + number % 10);
     packet.text = text;
-    store.add(7, packet);
+    store.Add(7, packet);
 }
 
 } // namespace
@@ -67,21 +67,22 @@ TEST(Joiner, JoinsPiecesAndKeepsTheOrderOfBeginnings) {
     bench.packet(2, '6', L"next");
     EXPECT_EQ(bench.taken(), L"") << "what began first may still go on";
     bench.packet(1, '0', L"three");
-    EXPECT_EQ(bench.takenAfter(Joiner::moment), L"one two three|other|next|");
+    EXPECT_EQ(bench.takenAfter(clsJoiner::moment), L"one two three|other|next|");
     bench.packet(1, '0', L"late piece");
     bench.packet(1, '1', L"new");
-    EXPECT_EQ(bench.takenAfter(Joiner::moment), L"late piece|new|");
-    EXPECT_EQ(bench.joiner.missing(), 0u) << "a piece of a line that was shown is no gap";
+    EXPECT_EQ(bench.takenAfter(clsJoiner::moment), L"late piece|new|");
+    EXPECT_EQ(bench.joiner.Missing(), 0u) << "a piece of a line that was shown is no gap";
 }
 
 TEST(Joiner, WaitsLongerForALineThatFilledItsDatagram) {
     Bench bench;
     bench.packet(1, '0', L"full", 1, true);
-    EXPECT_EQ(bench.takenAfter(Joiner::moment), L"");
-    EXPECT_EQ(bench.takenAfter(Joiner::longWhile), L"full|");
-    for (auto waited = 0ms; waited < Joiner::longest; waited += 500ms) {
+    EXPECT_EQ(bench.takenAfter(clsJoiner::moment), L"");
+    EXPECT_EQ(bench.takenAfter(clsJoiner::longWhile), L"full|");
+    for (auto waited = 0ms; waited < clsJoiner::longest; waited += 500ms) {
         bench.packet(1, '1', L".", 1, true);
-        EXPECT_EQ(bench.takenAfter(500ms) == L"", waited + 500ms < Joiner::longest) << "endless pieces end";
+        EXPECT_EQ(bench.takenAfter(500ms) == L"", waited + 500ms < clsJoiner::longest)
+            << "endless pieces end";
     }
 }
 
@@ -90,10 +91,10 @@ TEST(Joiner, CountsMissingLinesBySender) {
     std::uint32_t thread = 1; // another one each time: no line is a piece of the one before
     for (const char digit : {'8', '9', '0', '4', '5', '5', 'x', '2', '3'})
         bench.packet(1, digit, L"", thread++);
-    EXPECT_EQ(bench.joiner.missing(), 3u + 9u);
+    EXPECT_EQ(bench.joiner.Missing(), 3u + 9u);
     bench.packet(2, '7', L"");
     bench.packet(2, '9', L"");
-    EXPECT_EQ(bench.joiner.missing(), 3u + 9u + 1u);
+    EXPECT_EQ(bench.joiner.Missing(), 3u + 9u + 1u);
 }
 
 TEST(Joiner, IsBounded) {
@@ -101,17 +102,17 @@ TEST(Joiner, IsBounded) {
     const std::wstring piece(30'000, L'x');
     for (int at = 0; at < 5; ++at)
         bench.packet(1, '0', piece, 1, true);
-    bench.now += Joiner::longest;
-    const std::optional<Line> cut = bench.joiner.take(bench.now);
+    bench.now += clsJoiner::longest;
+    const std::optional<scLine> cut = bench.joiner.Take(bench.now);
     ASSERT_TRUE(cut);
-    EXPECT_EQ(cut->text.size(), Joiner::longestLine);
+    EXPECT_EQ(cut->text.size(), clsJoiner::longestLine);
     EXPECT_EQ(cut->text.back(), L'\u2026');
 
     std::size_t early = 0;
     for (unsigned at = 0; at < 20'000; ++at) {
         bench.packet(static_cast<std::uint16_t>(at), '0', at % 4 == 0 ? std::wstring_view{piece} : L"", at,
                      true);
-        while (bench.joiner.take(bench.now))
+        while (bench.joiner.Take(bench.now))
             ++early;
     }
     EXPECT_GT(early, 15'000u) << "a flood pushes lines out that are not complete";
@@ -127,8 +128,8 @@ TEST(Joiner, SeparatesIndentationAndLineEnd) {
                            Case{L"\r\n", 0, L""}, Case{L" \na\n\n", 1, L"\na"}}) {
         Bench bench;
         bench.packet(1, '0', at.sent);
-        bench.now += Joiner::moment;
-        const std::optional<Line> line = bench.joiner.take(bench.now);
+        bench.now += clsJoiner::moment;
+        const std::optional<scLine> line = bench.joiner.Take(bench.now);
         ASSERT_TRUE(line);
         EXPECT_EQ(line->level, at.level) << at.sent.size();
         EXPECT_EQ(line->text, at.text);
@@ -168,13 +169,13 @@ TEST(Joiner, TakesTheHostsNameFromReports) {
     Bench bench;
     for (const Case& at : cases) {
         bench.packet(1, static_cast<char>('0' + (&at - cases) % 10), at.sent);
-        bench.now += Joiner::moment;
-        const std::optional<Line> line = bench.joiner.take(bench.now);
+        bench.now += clsJoiner::moment;
+        const std::optional<scLine> line = bench.joiner.Take(bench.now);
         ASSERT_TRUE(line);
         EXPECT_EQ(line->module, at.module) << &at - cases;
         EXPECT_EQ(line->level, at.level) << &at - cases;
         EXPECT_EQ(line->text, at.text);
-        EXPECT_EQ(severityOf(line->text), at.severity) << &at - cases;
+        EXPECT_EQ(SeverityOf(line->text), at.severity) << &at - cases;
     }
 }
 
@@ -194,14 +195,14 @@ TEST(TextMessage, IsTakenApartWhereItHasColumns) {
         {L"", L""},
     };
     for (const Case& at : cases) {
-        const std::optional<Line> line = parseTextMessage(at.message);
+        const std::optional<scLine> line = ParseTextMessage(at.message);
         ASSERT_EQ(line.has_value(), !at.plain.empty()) << std::string(at.message.begin(), at.message.end());
         if (!line)
             continue;
         Bench bench; // which splits off the indentation
         bench.message(at.message);
-        bench.now += Joiner::moment;
-        EXPECT_EQ(plainLine(*bench.joiner.take(bench.now)), at.plain);
+        bench.now += clsJoiner::moment;
+        EXPECT_EQ(PlainLine(*bench.joiner.Take(bench.now)), at.plain);
     }
 }
 
@@ -212,12 +213,12 @@ TEST(TextMessage, GoesOnBehindOneThatIsFull) {
     bench.message(L"tail");
     bench.message(L"alone");
     bench.message(L"12:34:56.789 00000001/01 0  next");
-    EXPECT_EQ(bench.takenAfter(Joiner::moment), full.substr(28) + L"tail|alone|next|");
+    EXPECT_EQ(bench.takenAfter(clsJoiner::moment), full.substr(28) + L"tail|alone|next|");
 }
 
 TEST(Columns, PrintHostileLinesHarmlessly) {
     struct Case {
-        Line line;
+        scLine line;
         std::wstring_view plain;
         std::wstring_view json;
     };
@@ -245,8 +246,8 @@ TEST(Columns, PrintHostileLinesHarmlessly) {
          L"\"severity\":\"\",\"text\":\"\xd83d\xde00 \xfffd\u00de\xfffd\xfffd\"}"},
     };
     for (const Case& at : cases) {
-        EXPECT_EQ(plainLine(at.line), at.plain);
-        EXPECT_EQ(jsonLine(at.line), at.json);
+        EXPECT_EQ(PlainLine(at.line), at.plain);
+        EXPECT_EQ(JsonLine(at.line), at.json);
     }
 }
 
@@ -270,7 +271,7 @@ TEST(Filter, ShowsByTextOrModule) {
     };
     const LinePtr line = lineOf(L"Heap 7 destroyed (2 objects)");
     for (const Case& at : cases)
-        EXPECT_EQ((Filter{{at.include, at.kind}, {at.exclude, at.kind}}.shows(*line)), at.shown)
+        EXPECT_EQ((scFilter{{at.include, at.kind}, {at.exclude, at.kind}}.Shows(*line)), at.shown)
             << &at - cases;
 }
 
@@ -278,7 +279,7 @@ TEST(Filter, RefusesPatternsThatAreNone) {
     for (const std::wstring& pattern :
          {std::wstring{L"("}, std::wstring{L"[a"}, std::wstring{L"*"}, std::wstring{L"(a{1000}){1000}"},
           std::wstring(301, L'a'), std::wstring{L"\\"}})
-        EXPECT_THROW(Pattern(pattern, PatternKind::regularExpression), BadPattern);
+        EXPECT_THROW(clsPattern(pattern, PatternKind::regularExpression), scBadPattern);
 }
 
 // The pattern decides nothing then, so the line is shown.
@@ -286,74 +287,74 @@ TEST(Filter, GivesUpWhereALineWouldHangOrCrashIt) {
     const LinePtr line = lineOf(std::wstring(100'000, L'a'));
     for (const std::wstring_view pattern :
          {L"(a+)+b", L"(a|aa)+$b", L"(.|\\n)*x", L"((a*)*)*c", L"(?:a?){90}a{90}z"}) {
-        const Pattern hard{pattern, PatternKind::regularExpression};
-        EXPECT_TRUE((Filter{hard, {}}.shows(*line) || Filter{{}, hard}.shows(*line)));
+        const clsPattern hard{pattern, PatternKind::regularExpression};
+        EXPECT_TRUE((scFilter{hard, {}}.Shows(*line) || scFilter{{}, hard}.Shows(*line)));
     }
-    EXPECT_FALSE((Filter{{L".*foo", PatternKind::regularExpression}, {}}.shows(*line)));
-    const Pattern exponential{L"(a+)+b", PatternKind::regularExpression};
-    EXPECT_TRUE((Filter{exponential, {}}.shows(*line)));
-    EXPECT_TRUE((Filter{{}, exponential}.shows(*line)));
+    EXPECT_FALSE((scFilter{{L".*foo", PatternKind::regularExpression}, {}}.Shows(*line)));
+    const clsPattern exponential{L"(a+)+b", PatternKind::regularExpression};
+    EXPECT_TRUE((scFilter{exponential, {}}.Shows(*line)));
+    EXPECT_TRUE((scFilter{{}, exponential}.Shows(*line)));
 }
 
 TEST(Ring, HoldsSoManyLinesAndBytes) {
-    Ring byLines{3, 1 << 20};
-    Ring byBytes{1000, 10'000};
+    clsRing byLines{3, 1 << 20};
+    clsRing byBytes{1000, 10'000};
     for (int at = 0; at < 100; ++at) {
-        byLines.push(lineOf(std::to_wstring(at)));
-        byBytes.push(lineOf(std::wstring(500, L'x')));
+        byLines.Push(lineOf(std::to_wstring(at)));
+        byBytes.Push(lineOf(std::wstring(500, L'x')));
     }
-    EXPECT_EQ(byLines.first(), 97u);
+    EXPECT_EQ(byLines.First(), 97u);
     EXPECT_EQ(byLines.at(97)->text, L"97");
     EXPECT_EQ(byLines.end(), 100u);
     EXPECT_GT(byBytes.size(), 1u);
     EXPECT_LT(byBytes.size(), 20u);
-    byBytes.push(lineOf(std::wstring(60'000, L'x')));
+    byBytes.Push(lineOf(std::wstring(60'000, L'x')));
     EXPECT_EQ(byBytes.size(), 1u) << "the newest one stays, however long";
 }
 
 TEST(Store, TellsAReaderWhatItMissed) {
-    Store store{10, 1 << 20};
+    clsStore store{10, 1 << 20};
     for (int at = 0; at < 25; ++at)
         addTo(store, at);
-    store.refuse();
-    store.stop();
+    store.Refuse();
+    store.Stop();
     std::uint64_t next = 0;
     std::vector<LinePtr> lines;
-    ASSERT_TRUE(store.wait(next, {}));
-    EXPECT_EQ(store.read(next, 4, lines), 15u);
-    EXPECT_EQ(store.read(next, 100, lines), 0u);
+    ASSERT_TRUE(store.Wait(next, {}));
+    EXPECT_EQ(store.Read(next, 4, lines), 15u);
+    EXPECT_EQ(store.Read(next, 100, lines), 0u);
     ASSERT_EQ(lines.size(), 10u);
     EXPECT_EQ(lines.front()->text, L"line 15");
     EXPECT_EQ(lines.back()->text, L"line 24");
-    EXPECT_FALSE(store.wait(next, {}));
-    const Counters counters = store.counters();
+    EXPECT_FALSE(store.Wait(next, {}));
+    const scCounters counters = store.Counters();
     EXPECT_EQ(counters.received, 25u);
     EXPECT_EQ(counters.refused, 1u);
     EXPECT_EQ(counters.held, 10u);
 }
 
 TEST(ShownLines, FollowFilterPauseAndTrim) {
-    Store store{1000, 1 << 20};
-    ShownLines shown{store, 100, 1 << 20};
+    clsStore store{1000, 1 << 20};
+    clsShownLines shown{store, 100, 1 << 20};
     for (int at = 0; at < 500; ++at)
         addTo(store, at);
-    store.stop();
+    store.Stop();
     const auto advance = [&](std::optional<std::uint64_t> limit = {}) {
-        while (shown.advance(1ms, limit)) {
+        while (shown.Advance(1ms, limit)) {
         }
         return shown.size();
     };
     EXPECT_EQ(advance(300), 300u) << "paused at line 300";
     EXPECT_EQ(advance(), 500u);
-    shown.setFilter({{L"line 4", PatternKind::substring}, {}});
+    shown.SetFilter({{L"line 4", PatternKind::substring}, {}});
     EXPECT_EQ(advance(), 111u); // 4, 40 to 49, 400 to 499
-    EXPECT_EQ(shown.trim(), 11u);
+    EXPECT_EQ(shown.Trim(), 11u);
     EXPECT_EQ(shown[0]->text, L"line 400");
-    EXPECT_EQ(shown.trim(), 0u);
-    EXPECT_EQ(shown.held(store.counters()), 500u);
-    shown.clear();
+    EXPECT_EQ(shown.Trim(), 0u);
+    EXPECT_EQ(shown.Held(store.Counters()), 500u);
+    shown.Clear();
     EXPECT_EQ(advance(), 0u);
-    EXPECT_EQ(store.counters().held, 0u);
+    EXPECT_EQ(store.Counters().held, 0u);
 }
 
 // Rows outlive their lines in the store, which are held all the same then, and are bounded as the store is.
@@ -364,19 +365,19 @@ TEST(ShownLines, CountAndBoundWhatOnlyTheyHold) {
         std::size_t rows; // that are left of 108
     };
     constexpr std::size_t length = 1000;
-    constexpr std::size_t tenLines = 10 * (sizeof(Line) + (length + 100) * sizeof(wchar_t));
+    constexpr std::size_t tenLines = 10 * (sizeof(scLine) + (length + 100) * sizeof(wchar_t));
     for (const Case& at : {Case{100, 1 << 20, 108}, Case{90, 1 << 20, 90}, Case{100, tenLines, 10}}) {
-        Store store{at.mostLines, at.mostBytes};
-        ShownLines shown{store, at.mostLines, at.mostBytes};
+        clsStore store{at.mostLines, at.mostBytes};
+        clsShownLines shown{store, at.mostLines, at.mostBytes};
         for (int line = 0; line <= 108; ++line) {
-            line < 108 ? addTo(store, line, std::wstring(length, L'x')) : store.stop();
-            while (shown.advance(1ms)) {
+            line < 108 ? addTo(store, line, std::wstring(length, L'x')) : store.Stop();
+            while (shown.Advance(1ms)) {
             }
         }
-        EXPECT_EQ(shown.held(store.counters()), 108u);
-        EXPECT_EQ(shown.trim(), 108 - at.rows);
+        EXPECT_EQ(shown.Held(store.Counters()), 108u);
+        EXPECT_EQ(shown.Trim(), 108 - at.rows);
         EXPECT_EQ(shown.size(), at.rows);
-        EXPECT_GE(shown.held(store.counters()), shown.size());
+        EXPECT_GE(shown.Held(store.Counters()), shown.size());
     }
 }
 

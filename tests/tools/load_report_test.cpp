@@ -25,34 +25,34 @@ void logLine(const std::string& text) {
 TEST(LoadReport, TellsTheFirstErrorOfItsTime) {
     logLine("PROF load error line 1: 'long ago'");
     SetEnvironmentVariableW(L"TVUT22_LOG", logName.c_str());
-    const tool::prof::LoadReport report;
-    EXPECT_EQ(report.reason(), "");
+    const tool::prof::clsLoadReport report;
+    EXPECT_EQ(report.Reason(), "");
     logLine("something else in line 7");
-    EXPECT_EQ(report.reason(), "");
+    EXPECT_EQ(report.Reason(), "");
     logLine("PROF load error line 12: 'it's not closed'");
     logLine("C:\\a: error 'b'.prf: error 'it's not closed' in line 12");
-    EXPECT_EQ(report.reason(), "line 12: it's not closed");
+    EXPECT_EQ(report.Reason(), "line 12: it's not closed");
 
-    const tool::prof::LoadReport later;
-    EXPECT_EQ(later.reason(), "");
+    const tool::prof::clsLoadReport later;
+    EXPECT_EQ(later.Reason(), "");
     logLine("PROF load error line 0: 'no line yet'");
-    EXPECT_EQ(later.reason(), "no line yet");
+    EXPECT_EQ(later.Reason(), "no line yet");
 
-    const tool::prof::LoadReport broken;
+    const tool::prof::clsLoadReport broken;
     logLine("PROF load error line 4");
     logLine("'");
-    EXPECT_EQ(broken.reason(), "");
+    EXPECT_EQ(broken.Reason(), "");
 
-    const tool::prof::LoadReport warned;
-    EXPECT_EQ(warned.warning(), "");
+    const tool::prof::clsLoadReport warned;
+    EXPECT_EQ(warned.Warning(), "");
     logLine("WRN: 'C:\\it's.xml': nothing of it was read");
     logLine("WRN: later");
-    EXPECT_EQ(warned.warning(), "nothing of it was read");
+    EXPECT_EQ(warned.Warning(), "nothing of it was read");
     logLine("'");
-    EXPECT_EQ(tool::prof::LoadReport{}.warning(), "");
-    const tool::prof::LoadReport odd;
+    EXPECT_EQ(tool::prof::clsLoadReport{}.Warning(), "");
+    const tool::prof::clsLoadReport odd;
     logLine("  WRN: '");
-    EXPECT_EQ(odd.warning(), "'");
+    EXPECT_EQ(odd.Warning(), "'");
     SetEnvironmentVariableW(L"TVUT22_LOG", nullptr);
 }
 

@@ -43,7 +43,7 @@ Process::Process(const std::filesystem::path& program, std::string_view commandL
     start.hStdOutput = out.write.get();
     start.hStdError = err.write.get();
     PROCESS_INFORMATION process{};
-    std::wstring words = tool::toWide(commandLine);
+    std::wstring words = tool::ToWide(commandLine);
     if (!CreateProcessW(program.c_str(), words.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(),
                         &start, &process)) {
         ADD_FAILURE() << program << " did not start: error " << GetLastError();

@@ -92,6 +92,7 @@ TEST(Compressed, ReadsAWrapperInAWrapperButNotWithoutEnd) {
     for (int depth = 1; depth <= 6; ++depth) {
         clsMemorySink sink;
         clsCompressingSink wrapper(sink);
+        wrapper.Extend(bytes.size());
         wrapper.Write(bytes.data(), bytes.size());
         wrapper.Finish();
         bytes = sink.bytes;

@@ -12,6 +12,7 @@
 #include "runtime/diagnostics.h"
 
 #include <cstdlib>
+#include <mutex>
 
 namespace tvut {
 
@@ -25,7 +26,9 @@ bool UtilpDiagnosticsOn() noexcept {
 }
 
 void UtilpWriteDiagnosticLine(std::u16string_view text) noexcept {
+    static std::mutex lines; // threads of a pool write some, too
     try {
+        const std::lock_guard lock(lines);
         DiagnosticLines().emplace_back(text);
     } catch (...) {
     }

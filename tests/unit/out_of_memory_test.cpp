@@ -3,7 +3,9 @@
 // The program's operator new counts down to a failure. Whatever the failing call was, the tree must
 // still be sound: it can be walked, saved and emptied, and the sanitizers find nothing.
 #include "prof/path.h"
+#include "runtime/pool/pools.h"
 #include "unit/native_platform.h"
+#include "unit/native_pool.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -142,6 +144,30 @@ TEST(OutOfMemory, ChangingAndCopying) {
         ProfpCreateList(tree.Root(), u"long/list/new");
     };
     FailEveryAllocation(change, ExpectSound);
+}
+
+// A pool says so, and calls no job that it did not take.
+TEST(OutOfMemory, ThreadPool) {
+    static std::atomic<int> called{0};
+    const scPoolJob job{[](unsigned, std::uintptr_t, const volatile long*) { ++called; }, 0};
+    const auto opened = [](long allocations) {
+        allocationsLeft = allocations;
+        const std::uint32_t pool = UtilpOpenPool(u"", 1, false);
+        allocationsLeft = -1;
+        return pool;
+    };
+    for (long allocations = 0; allocations < 3; ++allocations)
+        EXPECT_EQ(opened(allocations), 0u) << "without pool, threads or handle";
+    const std::uint32_t pool = opened(3);
+    allocationsLeft = 0;
+    const UtilResult result = UtilpAddToPool(pool, job);
+    allocationsLeft = -1;
+    EXPECT_EQ(result, UtilResult::failed);
+    EXPECT_EQ(UtilpAddToPool(pool, job), UtilResult::ok);
+    EXPECT_EQ(UtilpFinalizePool(pool, clsPoolSignal::forever, true), UtilResult::ok);
+    EXPECT_EQ(UtilpClosePool(pool, true), UtilResult::ok);
+    WaitForPoolThreads();
+    EXPECT_EQ(called, 1);
 }
 
 } // namespace

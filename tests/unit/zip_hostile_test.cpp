@@ -1,5 +1,5 @@
-// Archives that nobody vouches for: each is refused with its reason, before a byte is written where that can be
-// known, and nothing wrong is ever taken for right.
+// Archives that nobody vouches for: each is refused with its reason, before a byte is written where that can
+// be known, and nothing wrong is ever taken for right.
 #include "unit/zip_support.h"
 #include "zip/zip_extra.h"
 
@@ -31,10 +31,11 @@ std::string LastLine() {
 }
 
 TEST(ZipHostile, NamesThatLeadOutRefuseTheArchive) {
-    for (const char* name : {"../x", "..\\x", "/x", "\\x", "C:x", "c:\\x", "\\\\h\\s\\x", "//h/s/x", "a/../../x",
-                             "a/..", "..", "a\\..\\x", "./../x", "./C:x", "/", "C:"}) {
+    for (const char* name : {"../x", "..\\x", "/x", "\\x", "C:x", "c:\\x", "\\\\h\\s\\x", "//h/s/x",
+                             "a/../../x", "a/..", "..", "a\\..\\x", "./../x", "./C:x", "/", "C:"}) {
         EXPECT_EQ(Refused(Forged({File("good"), File(name)})), Result::unsafe) << name;
-        EXPECT_NE(LastLine().find("ERR: UtilExtractZip('a.zip'): name leads out of the folder: '"), std::string::npos);
+        EXPECT_NE(LastLine().find("ERR: UtilExtractZip('a.zip'): name leads out of the folder: '"),
+                  std::string::npos);
     }
 }
 
@@ -56,20 +57,35 @@ TEST(ZipHostile, DirectoriesThatDoNotAgreeRefuseTheArchive) {
     } rows[] = {
         {"nothing", "", Result::damaged, "no ZIP archive"},
         {"a text", "no archive at all", Result::damaged, "no ZIP archive"},
-        {"one entry less", end([](auto& e) { e.entries = e.entriesHere = 1; }), Result::damaged, "damaged directory"},
-        {"one entry more", end([](auto& e) { e.entries = e.entriesHere = 3; }), Result::damaged, "damaged directory"},
-        {"a longer directory", end([](auto& e) { ++e.directoryBytes; }), Result::damaged, "damaged directory"},
+        {"one entry less", end([](auto& e) { e.entries = e.entriesHere = 1; }), Result::damaged,
+         "damaged directory"},
+        {"one entry more", end([](auto& e) { e.entries = e.entriesHere = 3; }), Result::damaged,
+         "damaged directory"},
+        {"a longer directory", end([](auto& e) { ++e.directoryBytes; }), Result::damaged,
+         "damaged directory"},
         {"a later directory", end([](auto& e) { ++e.directoryAt; }), Result::damaged, "damaged directory"},
-        {"large numbers nowhere", end([](auto& e) { e.directoryAt = elsewhere32; }), Result::damaged, "damaged directory"},
+        {"large numbers nowhere", end([](auto& e) { e.directoryAt = elsewhere32; }), Result::damaged,
+         "damaged directory"},
         {"several disks", end([](auto& e) { e.disk = 1; }), Result::notSupported, "several disks"},
         {"entries elsewhere", end([](auto& e) { e.entriesHere = 1; }), Result::notSupported, "several disks"},
-        {"a signature", whole.substr(0, whole.find("PK\1\2") + 3) + '\3' + whole.substr(whole.find("PK\1\2") + 4), Result::damaged, "damaged directory"},
-        {"no name", with([](auto& e) { e.name = ""; e.localName = ""; }), Result::damaged, "damaged directory"},
-        {"a large size nowhere", with([](auto& e) { e.central.bytes = elsewhere32; }), Result::damaged, "damaged directory"},
-        {"an entry of another disk", with([](auto& e) { e.central.disk = 1; }), Result::notSupported, "several disks"},
-        {"overlapping entries", with([](auto& e) { e.central.position = 1; }), Result::damaged, "entries overlap"},
-        {"an entry far away", with([](auto& e) { e.central.position = 0x7FFFFFFF; }), Result::damaged, "damaged directory"},
-        {"data in the directory", with([](auto& e) { e.central.packed = 50; }), Result::damaged, "entries overlap"},
+        {"a signature",
+         whole.substr(0, whole.find("PK\1\2") + 3) + '\3' + whole.substr(whole.find("PK\1\2") + 4),
+         Result::damaged, "damaged directory"},
+        {"no name", with([](auto& e) {
+             e.name = "";
+             e.localName = "";
+         }),
+         Result::damaged, "damaged directory"},
+        {"a large size nowhere", with([](auto& e) { e.central.bytes = elsewhere32; }), Result::damaged,
+         "damaged directory"},
+        {"an entry of another disk", with([](auto& e) { e.central.disk = 1; }), Result::notSupported,
+         "several disks"},
+        {"overlapping entries", with([](auto& e) { e.central.position = 1; }), Result::damaged,
+         "entries overlap"},
+        {"an entry far away", with([](auto& e) { e.central.position = 0x7FFFFFFF; }), Result::damaged,
+         "damaged directory"},
+        {"data in the directory", with([](auto& e) { e.central.packed = 50; }), Result::damaged,
+         "entries overlap"},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Refused(row.archive), row.result) << row.what;
@@ -79,7 +95,8 @@ TEST(ZipHostile, DirectoriesThatDoNotAgreeRefuseTheArchive) {
 
 // A second entry whose header stands in the data of the first.
 TEST(ZipHostile, QuotedOverlapsAreRefused) {
-    EXPECT_EQ(Refused(Forged({File("x", BytesOf(scLocalHeader{}) + "y" + "data"), [] {
+    EXPECT_EQ(Refused(Forged({File("x", BytesOf(scLocalHeader{}) + "y" + "data"),
+                              [] {
                                   scForgedEntry entry = File("y", "data");
                                   entry.central.position = 31;
                                   return entry;
@@ -88,7 +105,8 @@ TEST(ZipHostile, QuotedOverlapsAreRefused) {
 }
 
 TEST(ZipHostile, LimitsHoldOnWhatTheDirectorySays) {
-    const std::string archive = Archive({{u"a", std::string(1000000, 'a')}, {u"b", std::string(1000000, 'b')}});
+    const std::string archive =
+        Archive({{u"a", std::string(1000000, 'a')}, {u"b", std::string(1000000, 'b')}});
     EXPECT_LT(archive.size(), 5000u);
     EXPECT_EQ(Refused(archive, {}, 1999999), Result::tooLarge);
     EXPECT_NE(LastLine().find("more than 1999999 bytes"), std::string::npos);
@@ -109,11 +127,13 @@ TEST(ZipHostile, LimitsHoldOnWhatTheDirectorySays) {
 // The bad one stands between two good ones, which are there afterwards.
 void ExpectOnlyThisFails(scForgedEntry bad, Result result, const char* words) {
     clsMemoryTarget target;
-    EXPECT_EQ(Extract(Forged({File("good", "1"), std::move(bad), File("fine", "2")}), &target), result) << words;
+    EXPECT_EQ(Extract(Forged({File("good", "1"), std::move(bad), File("fine", "2")}), &target), result)
+        << words;
     EXPECT_EQ(target.files.size(), 2u) << words;
     EXPECT_EQ(target.files[u"fine"].bytes, "2");
     EXPECT_EQ(target.unfinished, 0);
-    EXPECT_NE(LastLine().find(std::string("ERR: UtilExtractZip('a.zip')['bad']: ") + words), std::string::npos)
+    EXPECT_NE(LastLine().find(std::string("ERR: UtilExtractZip('a.zip')['bad']: ") + words),
+              std::string::npos)
         << LastLine();
 }
 
@@ -125,7 +145,12 @@ TEST(ZipHostile, ABadEntryCostsNoOther) {
     } rows[] = {
         {[](auto& e) { e.central.crc = 1; }, Result::damaged, "damaged"},
         {[](auto& e) { e.central.bytes = 2; }, Result::damaged, "damaged"},
-        {[](auto& e) { e.data = "xy"; e.central.bytes = 1; e.central.crc = CrcOf("x"); }, Result::damaged, "damaged"},
+        {[](auto& e) {
+             e.data = "xy";
+             e.central.bytes = 1;
+             e.central.crc = CrcOf("x");
+         },
+         Result::damaged, "damaged"},
         {[](auto& e) { e.localName = "bax"; }, Result::damaged, "damaged"},
         {[](auto& e) { e.localName = "bad1"; }, Result::damaged, "damaged"},
         {[](auto& e) { e.local.method = 8; }, Result::damaged, "damaged"},
@@ -134,11 +159,23 @@ TEST(ZipHostile, ABadEntryCostsNoOther) {
         {[](auto& e) { e.central.method = e.local.method = 8; }, Result::damaged, "damaged"},
         {[](auto& e) { e.central.method = e.local.method = 9; }, Result::notSupported, "method 9"},
         {[](auto& e) { e.central.method = e.local.method = 14; }, Result::notSupported, "method 14"},
-        {[](auto& e) { e.central.method = e.local.method = 99; e.central.flags = e.local.flags = 1; }, Result::notSupported, "method 99"},
+        {[](auto& e) {
+             e.central.method = e.local.method = 99;
+             e.central.flags = e.local.flags = 1;
+         },
+         Result::notSupported, "method 99"},
         {[](auto& e) { e.central.flags = e.local.flags = 0x41; }, Result::notSupported, "method 0"},
         {[](auto& e) { e.central.flags = e.local.flags = 1; }, Result::badPassword, "wrong password"},
-        {[](auto& e) { e.central.madeBy = 3 << 8; e.central.attributes = 0xA1FF0000; }, Result::notSupported, "symbolic link"},
-        {[](auto& e) { e.central.madeBy = 19 << 8; e.central.attributes = 0xA1FF0000; }, Result::notSupported, "symbolic link"},
+        {[](auto& e) {
+             e.central.madeBy = 3 << 8;
+             e.central.attributes = 0xA1FF0000;
+         },
+         Result::notSupported, "symbolic link"},
+        {[](auto& e) {
+             e.central.madeBy = 19 << 8;
+             e.central.attributes = 0xA1FF0000;
+         },
+         Result::notSupported, "symbolic link"},
     };
     for (const auto& row : rows) {
         scForgedEntry bad = File("bad");
@@ -158,8 +195,9 @@ TEST(ZipHostile, NothingIsWrittenThroughALink) {
     EXPECT_EQ(target.files.size(), 2u) << "the folder is made, for there is no link";
     clsMemoryTarget linked;
     linked.links.insert(u"out");
-    EXPECT_EQ(Extract(Forged({File("out/evil"), File("good"), File("out/deep/evil"), File("out/", "")}), &linked),
-              Result::unsafe);
+    EXPECT_EQ(
+        Extract(Forged({File("out/evil"), File("good"), File("out/deep/evil"), File("out/", "")}), &linked),
+        Result::unsafe);
     EXPECT_NE(LastLine().find("['out/']: folder is a link"), std::string::npos) << LastLine();
     EXPECT_EQ(linked.files.size(), 1u);
 }
@@ -192,11 +230,13 @@ TEST(ZipOdd, BytesBeforeAndAfterTheArchive) {
         {"before it, positions not moved", before + plain},
         {"before it, positions moved", Forged(entries, before)},
         {"a comment", comment},
-        {"a comment that looks like an end record",
-         plain.substr(0, plain.size() - 2) + std::string("\x16\0", 2) + std::string("PK\5\6") + std::string(18, '\xFF')},
+        {"a comment that looks like an end record", plain.substr(0, plain.size() - 2) +
+                                                        std::string("\x16\0", 2) + std::string("PK\5\6") +
+                                                        std::string(18, '\xFF')},
         {"appended bytes", plain + "more"},
         {"many appended bytes", plain + std::string(60000, 'm')},
-        {"a record twice", [&] {
+        {"a record twice",
+         [&] {
              std::vector<scForgedEntry> twice = entries;
              const std::string once = Forged(entries);
              const std::size_t at = once.find("PK\1\2");
@@ -224,11 +264,14 @@ TEST(ZipOdd, EntriesInAnotherOrderThanTheirData) {
     }
     for (const int number : {2, 0, 1}) {
         const std::string name(1, static_cast<char>('a' + number));
-        directory += BytesOf(scCentralHeader{20, 20, 0, 0, 0, CrcOf(name), 1, 1, 1, 0, 0, 0, 0, 0,
-                                             static_cast<std::uint32_t>(positions[static_cast<std::size_t>(number)])}) + name;
+        directory += BytesOf(scCentralHeader{
+                         20, 20, 0, 0, 0, CrcOf(name), 1, 1, 1, 0, 0, 0, 0, 0,
+                         static_cast<std::uint32_t>(positions[static_cast<std::size_t>(number)])}) +
+                     name;
     }
     const auto at = static_cast<std::uint32_t>(archive.size());
-    const std::string end = BytesOf(scEndRecord{0, 0, 3, 3, static_cast<std::uint32_t>(directory.size()), at, 0});
+    const std::string end =
+        BytesOf(scEndRecord{0, 0, 3, 3, static_cast<std::uint32_t>(directory.size()), at, 0});
     clsCaller caller;
     clsMemoryTarget target;
     EXPECT_EQ(Extract(archive + directory + end, &target, &caller), Result::ok);
@@ -244,10 +287,20 @@ TEST(ZipOdd, NamesThatWindowsCannotHaveAreChangedAndTold) {
         const char* name;
         const char16_t* path;
     } rows[] = {
-        {"ab:c", u"ab_c"},           {"q?.txt", u"q_.txt"},        {"aux.c", u"aux_.c"},   {"x/NUL/con", u"x\\NUL_\\con_"},
-        {"end.", u"end_"},         {"end. .", u"end___"},        {"...", u"___"},        {"a\\b/c", u"a\\b\\c"},
-        {"./a//b/./c", u"a\\b\\c"}, {"tab\there", u"tab_here"},   {"com1", u"com1_"},     {"lpt\xC2\xB2.x", u"lpt\u00B2_.x"},
-        {"\xE6\x97\xA5", u"\u65E5"}, {"\x81", u"\u0081"},
+        {"ab:c", u"ab_c"},
+        {"q?.txt", u"q_.txt"},
+        {"aux.c", u"aux_.c"},
+        {"x/NUL/con", u"x\\NUL_\\con_"},
+        {"end.", u"end_"},
+        {"end. .", u"end___"},
+        {"...", u"___"},
+        {"a\\b/c", u"a\\b\\c"},
+        {"./a//b/./c", u"a\\b\\c"},
+        {"tab\there", u"tab_here"},
+        {"com1", u"com1_"},
+        {"lpt\xC2\xB2.x", u"lpt\u00B2_.x"},
+        {"\xE6\x97\xA5", u"\u65E5"},
+        {"\x81", u"\u0081"},
     };
     for (const auto& row : rows) {
         clsMemoryTarget target;
@@ -259,7 +312,8 @@ TEST(ZipOdd, NamesThatWindowsCannotHaveAreChangedAndTold) {
         EXPECT_EQ(caller.seen[0].target, u"C:\\out\\" + std::u16string(row.path));
         EXPECT_EQ(caller.seen[0].entry.isRenamed, !DiagnosticLines().empty()) << row.name;
     }
-    EXPECT_EQ(Extract(Forged({File("aux.c")}), nullptr), Result::ok) << "without a target there is nothing to change";
+    EXPECT_EQ(Extract(Forged({File("aux.c")}), nullptr), Result::ok)
+        << "without a target there is nothing to change";
     clsMemoryTarget target;
     Extract(Forged({File("d/aux.c")}), &target);
     EXPECT_EQ(LastLine(), "WRN: UtilExtractZip('a.zip')['d/aux.c']: written as 'd\\aux_.c'");
@@ -320,7 +374,8 @@ TEST(ZipOdd, NamesInAllTheirForms) {
         entry.central.flags = entry.local.flags = row.flags;
         entry.centralExtra = row.extra;
         clsCaller caller;
-        EXPECT_EQ(Extract(Forged({entry}), nullptr, &caller), Result::ok) << testing::PrintToString(row.shown);
+        EXPECT_EQ(Extract(Forged({entry}), nullptr, &caller), Result::ok)
+            << testing::PrintToString(row.shown);
         ASSERT_FALSE(caller.seen.empty());
         EXPECT_EQ(caller.seen[0].name, row.shown);
         EXPECT_EQ(caller.seen[0].entry.isFolder, caller.seen[0].name.ends_with(u'/'));
@@ -354,20 +409,25 @@ TEST(ZipCaller, IsAskedForAllBeforeAnythingIsWrittenAndThenTold) {
     for (const auto& seen : caller.seen)
         calls.emplace_back((seen.entry.isQuestion ? u"?" : u"") + seen.name, seen.entry.done);
     const std::vector<std::pair<std::u16string, std::uint64_t>> wanted{
-        {u"?d/", 0}, {u"?d/a", 0}, {u"?b", 0}, {u"d/", 0}, {u"b", progressBytes}, {u"b", 2 * progressBytes}, {u"b", large.size()}};
+        {u"?d/", 0},         {u"?d/a", 0},          {u"?b", 0},
+        {u"d/", 0},          {u"b", progressBytes}, {u"b", 2 * progressBytes},
+        {u"b", large.size()}};
     EXPECT_EQ(calls, wanted);
     EXPECT_EQ(target.files.size(), 1u);
 }
 
 TEST(ZipCaller, MayCancelAtAnyCall) {
-    const std::string archive = Archive({{u"d/", ""}, {u"d/a", "1"}, {u"b", std::string(2 * progressBytes, 'l')}});
+    const std::string archive =
+        Archive({{u"d/", ""}, {u"d/a", "1"}, {u"b", std::string(2 * progressBytes, 'l')}});
     clsCaller all;
     clsMemoryTarget complete;
     EXPECT_EQ(Extract(archive, &complete, &all), Result::ok);
     for (std::size_t at = 1; at <= all.seen.size(); ++at) {
         clsMemoryTarget target;
         clsCaller caller;
-        caller.answer = [&](const scShownZipEntry&) { return caller.seen.size() == at ? ZipAnswer::cancel : ZipAnswer::go; };
+        caller.answer = [&](const scShownZipEntry&) {
+            return caller.seen.size() == at ? ZipAnswer::cancel : ZipAnswer::go;
+        };
         EXPECT_EQ(Extract(archive, &target, &caller), Result::cancelled) << at;
         EXPECT_EQ(caller.seen.size(), at) << "nobody is asked after that";
         EXPECT_EQ(target.unfinished, 0);
@@ -391,7 +451,8 @@ TEST(ZipCaller, KeepsWhatIsThere) {
 // ---- Sweeps -------------------------------------------------------------------------------------
 
 std::string SmallArchive() {
-    return Archive({{u"d/", ""}, {u"d/text", std::string(300, 't')}, {u"noise", "n\1o\2i\3s\4e"}, {u"e", ""}}, "key");
+    return Archive({{u"d/", ""}, {u"d/text", std::string(300, 't')}, {u"noise", "n\1o\2i\3s\4e"}, {u"e", ""}},
+                   "key");
 }
 
 void ExpectNothingWrong(const std::string& archive, const clsMemoryTarget& right, const std::string& what) {

@@ -13,7 +13,8 @@ inline const char* FaultOfZipName(std::string_view bytes, ZipNameForm form) {
     std::u16string name, path, again;
     if (UtilpReadZipName(bytes, form, name) != ZipNameKind::fine)
         return nullptr;
-    if (name.find(u'\\') != name.npos || name.find(u'\0') != name.npos || (name.starts_with(u'/') && name != u"/"))
+    if (name.find(u'\\') != name.npos || name.find(u'\0') != name.npos ||
+        (name.starts_with(u'/') && name != u"/"))
         return "the name is not as it is shown";
     UtilpMakePossiblePath(name, path);
     if (path.empty())

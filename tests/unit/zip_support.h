@@ -168,7 +168,8 @@ inline std::string Archive(const std::vector<scContents>& entries, std::string_v
 // ---- Unpacking ----------------------------------------------------------------------------------
 
 inline UtilResult Extract(std::string archive, clsMemoryTarget* target, IclsZipCallback* caller = nullptr,
-                          std::u16string_view password = {}, std::uint64_t limit = 1 << 30, bool keeps = false) {
+                          std::u16string_view password = {}, std::uint64_t limit = 1 << 30,
+                          bool keeps = false) {
     clsMemoryArchive source(std::move(archive));
     const scZipExtractionOrder order{u"a.zip", target ? u"C:\\out" : u"", password, limit, keeps};
     return clsZIPExtraction(source, order, target, caller).Run();
@@ -179,10 +180,10 @@ inline UtilResult Extract(std::string archive, clsMemoryTarget* target, IclsZipC
 // An entry whose headers may say anything.
 struct scForgedEntry {
     std::string name;
-    std::string data = {};                 // as it stands in the archive
-    scCentralHeader central = {};          // sizes, CRC and position are set unless they are not 0
-    scLocalHeader local = {};              // likewise, and nameBytes
-    std::string localName = {};            // the name unless it is given
+    std::string data = {};        // as it stands in the archive
+    scCentralHeader central = {}; // sizes, CRC and position are set unless they are not 0
+    scLocalHeader local = {};     // likewise, and nameBytes
+    std::string localName = {};   // the name unless it is given
     std::string centralExtra = {}, localExtra = {};
     std::string after = {}; // what follows the data
 };
@@ -211,7 +212,8 @@ inline std::string Forged(std::vector<scForgedEntry> entries, std::string before
     for (scForgedEntry& entry : entries) {
         const std::string& localName = entry.localName.empty() ? entry.name : entry.localName;
         SetUnlessGiven(entry.central.position, archive.size());
-        for (auto* sizes : {&entry.central.packed, &entry.central.bytes, &entry.local.packed, &entry.local.bytes})
+        for (auto* sizes :
+             {&entry.central.packed, &entry.central.bytes, &entry.local.packed, &entry.local.bytes})
             SetUnlessGiven(*sizes, entry.data.size());
         SetUnlessGiven(entry.central.crc, CrcOf(entry.data));
         SetUnlessGiven(entry.central.nameBytes, entry.name.size());
@@ -222,8 +224,13 @@ inline std::string Forged(std::vector<scForgedEntry> entries, std::string before
         directory += BytesOf(entry.central) + entry.name + entry.centralExtra;
     }
     const auto count = static_cast<std::uint16_t>(entries.size());
-    scEndRecord end{0, 0, count, count, static_cast<std::uint32_t>(directory.size()),
-                    static_cast<std::uint32_t>(archive.size()), 0};
+    scEndRecord end{0,
+                    0,
+                    count,
+                    count,
+                    static_cast<std::uint32_t>(directory.size()),
+                    static_cast<std::uint32_t>(archive.size()),
+                    0};
     if (changeEnd)
         changeEnd(end);
     return archive + directory + BytesOf(end);

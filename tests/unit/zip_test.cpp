@@ -28,10 +28,12 @@ std::string Noise(std::size_t size) {
 // Sizes around every bound on the way: the window, the block, the bytes below which nothing is deflated.
 std::vector<scContents> ManySizes() {
     std::vector<scContents> entries{{u"folder/", ""}};
-    for (const std::size_t size : {0u, 1u, 31u, 32u, 100u, 65535u, 65536u, 65537u, 131072u, 200000u, 3000000u}) {
+    for (const std::size_t size :
+         {0u, 1u, 31u, 32u, 100u, 65535u, 65536u, 65537u, 131072u, 200000u, 3000000u}) {
         const std::string number = std::to_string(size);
         entries.push_back({u"folder/text " + std::u16string(number.begin(), number.end()), Text(size)});
-        entries.push_back({u"\u65E5\u672C\U0001F600 noise " + std::u16string(number.begin(), number.end()), Noise(size)});
+        entries.push_back(
+            {u"\u65E5\u672C\U0001F600 noise " + std::u16string(number.begin(), number.end()), Noise(size)});
     }
     return entries;
 }
@@ -61,7 +63,8 @@ TEST(ZipRoundTrip, GivesBackWhatWasPacked) {
         for (const ZipCompression compression : {ZipCompression::deflate, ZipCompression::store}) {
             clsMemoryTarget target;
             const std::u16string given(password.begin(), password.end());
-            EXPECT_EQ(Extract(Archive(entries, password, compression), &target, nullptr, given), UtilResult::ok);
+            EXPECT_EQ(Extract(Archive(entries, password, compression), &target, nullptr, given),
+                      UtilResult::ok);
             ExpectUnpacked(entries, target);
             EXPECT_TRUE(target.folders.contains(u"folder"));
             EXPECT_EQ(target.files[u"folder\\text 1"].marks.modified, 0x01D9000000000000u);
@@ -116,9 +119,15 @@ TEST(ZipWriter, KnowsNamesWithoutRegardToCaseAndWhatLiesInTheirWay) {
         const char16_t* name;
         bool isFolder, isTaken;
     } rows[] = {
-        {u"docs", true, true},          {u"DOCS", false, true},          {u"docs/SUB", true, false},
-        {u"docs/sub", false, true},     {u"docs/sub/read.ME", false, true}, {u"docs/sub/read", false, false},
-        {u"docs/sub/read.me/x", false, true}, {u"doc", false, false},    {u"docs/subs", false, false},
+        {u"docs", true, true},
+        {u"DOCS", false, true},
+        {u"docs/SUB", true, false},
+        {u"docs/sub", false, true},
+        {u"docs/sub/read.ME", false, true},
+        {u"docs/sub/read", false, false},
+        {u"docs/sub/read.me/x", false, true},
+        {u"doc", false, false},
+        {u"docs/subs", false, false},
     };
     for (const auto& row : rows)
         EXPECT_EQ(writer.IsTaken(row.name, row.isFolder), row.isTaken) << testing::PrintToString(row.name);
@@ -236,8 +245,9 @@ TEST(ZipWriter, FailsForGoodWhenItsTargetDoes) {
 TEST(ZipRecords, StandInTheirDocumentedOrder) {
     EXPECT_EQ(BytesOf(scEndRecord{1, 2, 3, 4, 5, 6, 7}),
               std::string("PK\5\6\1\0\2\0\3\0\4\0\5\0\0\0\6\0\0\0\7\0", 22));
-    EXPECT_EQ(BytesOf(scLocalHeader{20, 0x0800, 8, 0x12345678, 0xAABBCCDD, 2, 3, 4, 5}),
-              std::string("PK\3\4\x14\0\0\x08\x08\0\x78\x56\x34\x12\xDD\xCC\xBB\xAA\2\0\0\0\3\0\0\0\4\0\5\0", 30));
+    EXPECT_EQ(
+        BytesOf(scLocalHeader{20, 0x0800, 8, 0x12345678, 0xAABBCCDD, 2, 3, 4, 5}),
+        std::string("PK\3\4\x14\0\0\x08\x08\0\x78\x56\x34\x12\xDD\xCC\xBB\xAA\2\0\0\0\3\0\0\0\4\0\5\0", 30));
     scCentralHeader header{};
     EXPECT_FALSE(UtilpReadRecord(std::string_view("PK\1\2"), header));
     EXPECT_FALSE(UtilpReadRecord(std::string(46, 'P'), header));
@@ -249,7 +259,7 @@ TEST(ZipRecords, HaveLargeNumbersOnlyWhereTheyDoNotFit) {
         scLargeNumbers numbers;
         std::size_t bytes;
     } rows[] = {
-        {{1, 2, 3, 0}, 0},          {{large, 2, 3, 0}, 12},        {{1, large, 3, 0}, 12},
+        {{1, 2, 3, 0}, 0},           {{large, 2, 3, 0}, 12},     {{1, large, 3, 0}, 12},
         {{1, 2, 0xFFFFFFFF, 0}, 12}, {{large, large, 3, 0}, 20}, {{large, large, large, 0}, 28},
     };
     for (const auto& [numbers, bytes] : rows) {
@@ -278,12 +288,19 @@ TEST(ZipTimes, ComeBackToTheirOwnPrecision) {
     EXPECT_EQ(UtilpFromDosTime(UtilpDosTime(noon + second)), noon) << "even seconds, downwards";
     EXPECT_EQ(UtilpDosTime(0), 0x00210000u);
     EXPECT_EQ(UtilpDosTime(UINT64_MAX), 0xFF9FBF7Du);
-    for (const std::uint32_t none : {0u, 0x00200000u, 0x01A00000u, 0x005E0000u, 0x0021C000u, 0x00210780u, 0x0021001Eu})
+    for (const std::uint32_t none :
+         {0u, 0x00200000u, 0x01A00000u, 0x005E0000u, 0x0021C000u, 0x00210780u, 0x0021001Eu})
         EXPECT_EQ(UtilpFromDosTime(none), std::nullopt) << std::hex << none;
     EXPECT_FALSE(UtilpHasUnixTime(0));
     EXPECT_TRUE(UtilpHasUnixTime(UtilpFromUnixTime(0)));
     EXPECT_TRUE(UtilpHasUnixTime(UtilpFromUnixTime(0x7FFFFFFF)));
     EXPECT_FALSE(UtilpHasUnixTime(UtilpFromUnixTime(0x7FFFFFFF) + second));
+    // Of makers without sign, when DOS agrees.
+    const std::uint64_t year2040 = UtilpFromUnixTime(0x7FFFFFFF) + 2 * 365 * 86400 * second,
+                        year1903 = year2040 - (second << 32);
+    EXPECT_EQ(UtilpUnwrappedTime(year1903, UtilpDosTime(year2040)), year2040);
+    EXPECT_EQ(UtilpUnwrappedTime(year1903, UtilpDosTime(year1903)), year1903);
+    EXPECT_EQ(UtilpUnwrappedTime(noon, UtilpDosTime(year2040)), noon);
 }
 
 } // namespace

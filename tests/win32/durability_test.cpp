@@ -2,84 +2,13 @@
 #include "support/fake_clock.h"
 #include "support/log.h"
 #include "support/piece_stream.h"
+#include "support/steps.h"
 
 #include <cstdlib>
 #include <optional>
 
 namespace testing_prof {
 namespace {
-
-// A step is one call of the DLL that can change the disk. What happens at a chosen step:
-enum class Fault { None, Die, Fail };
-Fault fault = Fault::None;
-int faultAt = 0;
-int steps = 0;
-
-constexpr UINT kDied = 77;
-
-bool faultHere() {
-    return ++steps == faultAt;
-}
-
-template <int Id, class Function>
-struct Step;
-template <int Id, class Result, class... Args>
-struct Step<Id, Result(WINAPI*)(Args...)> {
-    static inline Result(WINAPI* original)(Args...);
-
-    static Result WINAPI call(Args... args) {
-        if (!faultHere())
-            return original(args...);
-        if (fault == Fault::Die)
-            TerminateProcess(GetCurrentProcess(), kDied);
-        SetLastError(ERROR_DISK_FULL);
-        if constexpr (std::is_same_v<Result, HANDLE>)
-            return INVALID_HANDLE_VALUE;
-        else
-            return Result{};
-    }
-};
-
-// A write that is interrupted has written its first half.
-BOOL WINAPI writeHalf(HANDLE file, LPCVOID bytes, DWORD size, LPDWORD done, LPOVERLAPPED overlapped) {
-    if (!faultHere())
-        return WriteFile(file, bytes, size, done, overlapped);
-    WriteFile(file, bytes, size / 2, done, overlapped);
-    if (fault == Fault::Die)
-        TerminateProcess(GetCurrentProcess(), kDied);
-    SetLastError(ERROR_DISK_FULL);
-    return FALSE;
-}
-
-template <int Id, class Function>
-ImportHook step(const char* name, Function function) {
-    Step<Id, Function>::original = function;
-    return ImportHook(name, reinterpret_cast<void*>(&Step<Id, Function>::call));
-}
-
-/// Counts the steps of what runs while it lives, with a fault at one of them.
-class Steps {
-  public:
-    Steps(Fault what, int at) {
-        fault = what;
-        faultAt = at;
-        steps = 0;
-    }
-
-  private:
-    ImportHook hooks_[10] = {
-        ImportHook("WriteFile", reinterpret_cast<void*>(writeHalf)),
-        step<1>("CreateFileW", &CreateFileW),
-        step<2>("SetEndOfFile", &SetEndOfFile),
-        step<3>("SetFilePointerEx", &SetFilePointerEx),
-        step<4>("FlushFileBuffers", &FlushFileBuffers),
-        step<5>("MoveFileExW", &MoveFileExW),
-        step<6>("ReplaceFileW", &ReplaceFileW),
-        step<7>("GetTempFileNameW", &GetTempFileNameW),
-        step<8>("SetFileInformationByHandle", &SetFileInformationByHandle),
-        step<9>("CopyFileW", &CopyFileW),
-    };
-};
 
 constexpr wchar_t kName[] = L"target.prf";
 

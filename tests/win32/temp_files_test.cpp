@@ -191,6 +191,7 @@ TEST(TempFiles, AreMadeUnderTheNameWishedFor) {
     const std::wstring deep = there + L"\\" + std::wstring(150, L'd') + L"\\" + std::wstring(150, L'e');
     fs::create_directories(deep);
     EXPECT_EQ(Created(deep, L"a"), deep + L"\\a");
+    EXPECT_EQ(Created(L"\\\\?\\" + there, L"b"), L"\\\\?\\" + there + L"\\b");
     EXPECT_EQ(UtilTempFileAdd(fs::path(deep).parent_path().c_str()), UTIL_OK);
     for (const std::wstring& name : world.InGiven())
         UtilTempFileRelease((there + L"\\" + name).c_str(), FALSE);
@@ -241,6 +242,8 @@ TEST(TempFiles, ThatCannotBeMadeLeaveNothing) {
 
 TEST(TempFiles, AreReleased) {
     const clsWorld world;
+    std::wstring unused;
+    EXPECT_EQ(Create(L"<Temp>", L"a", 0, unused), UTIL_BAD_ARGUMENT);
     const std::wstring there = world.Given(), kept = Created(there, L"kept"), gone = Created(there, L"gone"),
                        tree = Created(there, L"tree", UTIL_TEMP_FOLDER), added = there + L"\\added";
     EXPECT_EQ(UtilTempFileRelease(kept.c_str(), TRUE), UTIL_OK);
@@ -256,8 +259,10 @@ TEST(TempFiles, AreReleased) {
     SetCurrentDirectoryW(there.c_str());
     EXPECT_EQ(UtilTempFileAdd(L"ADDED"), UTIL_OK);
     SetCurrentDirectoryW(L"C:\\");
-    EXPECT_EQ(UtilTempFileAdd(added.c_str()), UTIL_OK) << "twice is once";
+    for (const std::wstring& written : {added, L"\\\\?\\" + added})
+        EXPECT_EQ(UtilTempFileAdd(written.c_str()), UTIL_OK) << "twice is once";
     EXPECT_EQ(UtilTempFileRelease((there + L"\\.\\added").c_str(), FALSE), UTIL_OK);
+    EXPECT_EQ(UtilTempFileRelease((L"\\\\?\\" + added).c_str(), FALSE), UTIL_NOT_FOUND);
     EXPECT_EQ(UtilTempFileRelease(added.c_str(), FALSE), UTIL_NOT_FOUND);
     EXPECT_FALSE(fs::exists(added));
 
@@ -270,11 +275,13 @@ TEST(TempFiles, AreReleased) {
     EXPECT_EQ(UtilTempFileRelease((tree + L"\\").c_str(), FALSE), UTIL_OK);
     EXPECT_EQ(world.InGiven(), Names{L"kept"});
 
-    for (const wchar_t* path : {L"", L"C:\\", L"C:\\a\\..", L"\\\\srv\\share\\", L"nul", L"\\\\.\\x"}) {
+    for (const wchar_t* path :
+         {L"", L"C:\\", L"C:\\a\\..", L"\\\\srv\\share\\", L"nul", L"\\\\.\\x", L"\\\\?\\C:\\"}) {
         EXPECT_EQ(UtilTempFileAdd(path), UTIL_BAD_ARGUMENT) << std::wstring(path);
         EXPECT_EQ(UtilTempFileRelease(path, FALSE), UTIL_BAD_ARGUMENT) << std::wstring(path);
     }
-    EXPECT_EQ(UtilTempFileAdd(nullptr), UTIL_BAD_ARGUMENT);
+    for (const wchar_t* path : {L"C:\\*", L"<Temp>\\a", static_cast<const wchar_t*>(nullptr)})
+        EXPECT_EQ(UtilTempFileAdd(path), UTIL_BAD_ARGUMENT);
     EXPECT_EQ(UtilTempFileRelease(nullptr, TRUE), UTIL_BAD_ARGUMENT);
 }
 

@@ -18,16 +18,16 @@ constexpr const char* footer =
     "Exit codes: 0 done, 2 wrong usage, 3 cannot listen (another logpan runs), 5 cannot write,\n"
     "            7 out of memory.\n";
 
-void declare(CLI::App& app, Arguments& arguments) {
+void Declare(CLI::App& app, scArguments& arguments) {
     app.add_flag("--console", arguments.console, "Print lines to standard output; no window");
     app.add_flag("--json", arguments.json, "The same, each line a JSON object in UTF-8");
     app.add_option("--filter", arguments.filter,
                    "Show only lines whose text or module has this; case is ignored");
     app.add_option("--exclude", arguments.exclude, "Do not show lines that have this");
     app.add_flag("--regex", arguments.regularExpressions, "Both are regular expressions (ECMAScript)");
-    app.add_option("--max-lines", arguments.maxLines, "End after so many lines are printed")
+    app.add_option("--max-lines", arguments.maxLines, "End after this number of printed lines")
         ->check(CLI::PositiveNumber);
-    app.add_option("--exit-after", arguments.exitAfter, "End after so many seconds")
+    app.add_option("--exit-after", arguments.exitAfter, "End after this number of seconds")
         ->check(CLI::Range(0.0, 1e9));
     app.add_option("--capacity", arguments.capacity, "Lines held in memory; older ones are dropped")
         ->check(CLI::Range(1, 10'000'000))
@@ -40,34 +40,34 @@ void declare(CLI::App& app, Arguments& arguments) {
         ->capture_default_str();
 }
 
-Pattern patternOf(const std::string& text, PatternKind kind, const char* option) {
+clsPattern PatternOf(const std::string& text, PatternKind kind, const char* option) {
     try {
-        return {toWide(text), kind};
-    } catch (const BadPattern& bad) {
-        throw Failure{ExitCode::usage, option, bad.reason};
+        return {ToWide(text), kind};
+    } catch (const scBadPattern& bad) {
+        throw scFailure{ExitCode::usage, option, bad.reason};
     }
 }
 
 } // namespace
 
-std::optional<Arguments> parseCommandLine(std::vector<std::string> words) {
-    Arguments arguments;
+std::optional<scArguments> ParseCommandLine(std::vector<std::string> words) {
+    scArguments arguments;
     CLI::App app{"Shows the diagnostic lines of programs as they are written.", "logpan"};
     app.set_version_flag("--version", "logpan " LOGPAN_VERSION);
     app.footer(footer);
-    declare(app, arguments);
-    if (!parseArguments(app, std::move(words), hint))
+    Declare(app, arguments);
+    if (!ParseArguments(app, std::move(words), hint))
         return std::nullopt;
     arguments.console = arguments.console || arguments.json;
     if (!arguments.console && (arguments.maxLines > 0 || arguments.exitAfter))
-        throw Failure{ExitCode::usage, "",
-                      std::string{"--max-lines and --exit-after need --console or --json\n"} + hint};
+        throw scFailure{ExitCode::usage, "",
+                        std::string{"--max-lines and --exit-after need --console or --json\n"} + hint};
     return arguments;
 }
 
-Filter filterOf(const Arguments& arguments) {
-    return {patternOf(arguments.filter, arguments.patternKind(), "--filter"),
-            patternOf(arguments.exclude, arguments.patternKind(), "--exclude")};
+scFilter FilterOf(const scArguments& arguments) {
+    return {PatternOf(arguments.filter, arguments.PatternKind(), "--filter"),
+            PatternOf(arguments.exclude, arguments.PatternKind(), "--exclude")};
 }
 
 } // namespace tool::logpan

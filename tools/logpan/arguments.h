@@ -1,6 +1,5 @@
 // What a command line says.
-#ifndef LOGPAN_ARGUMENTS_H
-#define LOGPAN_ARGUMENTS_H
+#pragma once
 
 #include "exit_code.h"
 #include "filter.h"
@@ -12,7 +11,7 @@
 
 namespace tool::logpan {
 
-struct Arguments {
+struct scArguments {
     bool console = false;
     bool json = false;
     std::string filter;
@@ -24,19 +23,17 @@ struct Arguments {
     std::size_t megabytes = 128;
     std::uint32_t datagram = 65507;
 
-    PatternKind patternKind() const {
+    PatternKind PatternKind() const {
         return regularExpressions ? PatternKind::regularExpression : PatternKind::substring;
     }
-    std::size_t bytes() const { return megabytes * 1024 * 1024; }
+    std::size_t Bytes() const { return megabytes * 1024 * 1024; }
 };
 
 // Throws Failure for a command line that it does not understand. Nothing when it asked for help or the
 // version, which are printed then.
-std::optional<Arguments> parseCommandLine(std::vector<std::string> words);
+std::optional<scArguments> ParseCommandLine(std::vector<std::string> words);
 
 // Throws Failure for a pattern that is none.
-Filter filterOf(const Arguments& arguments);
+scFilter FilterOf(const scArguments& arguments);
 
 } // namespace tool::logpan
-
-#endif

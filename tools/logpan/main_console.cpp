@@ -11,9 +11,9 @@
 namespace {
 
 using tool::ExitCode;
-using tool::Failure;
+using tool::scFailure;
 
-std::wstring windowProgram() {
+std::wstring WindowProgram() {
     std::wstring path(32 * 1024, L'\0');
     path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
     if (const std::size_t dot = path.find_last_of(L".\\"); dot < path.size() && path[dot] == L'.')
@@ -21,30 +21,30 @@ std::wstring windowProgram() {
     return path + L".exe";
 }
 
-ExitCode startWindow() {
+ExitCode StartWindow() {
     STARTUPINFOW start{};
     start.cb = sizeof start;
     PROCESS_INFORMATION process{};
     std::wstring words = GetCommandLineW();
-    if (!CreateProcessW(windowProgram().c_str(), words.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+    if (!CreateProcessW(WindowProgram().c_str(), words.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
                         &start, &process))
-        throw Failure{ExitCode::cannotOpen, "logpan.exe", tool::systemReason(GetLastError())};
-    const tool::logpan::Handle thread{process.hThread};
-    const tool::logpan::Handle running{process.hProcess};
+        throw tool::scFailure{ExitCode::cannotOpen, "logpan.exe", tool::SystemReason(GetLastError())};
+    const tool::logpan::clsHandle thread{process.hThread};
+    const tool::logpan::clsHandle running{process.hProcess};
     AllowSetForegroundWindow(process.dwProcessId);
     return ExitCode::ok;
 }
 
-ExitCode run(std::vector<std::string> words) {
-    const auto arguments = tool::logpan::parseCommandLine(std::move(words));
+ExitCode Run(std::vector<std::string> words) {
+    const auto arguments = tool::logpan::ParseCommandLine(std::move(words));
     if (!arguments)
         return ExitCode::ok;
-    filterOf(*arguments); // says what is wrong with a pattern where it can be read
-    return arguments->console ? runConsole(*arguments) : startWindow();
+    FilterOf(*arguments); // says what is wrong with a pattern where it can be read
+    return arguments->console ? RunConsole(*arguments) : StartWindow();
 }
 
 } // namespace
 
 int main() {
-    return tool::runProgram("logpan", run);
+    return tool::RunProgram("logpan", Run);
 }

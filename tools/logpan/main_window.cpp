@@ -10,15 +10,15 @@
 namespace {
 
 using tool::ExitCode;
-using tool::Failure;
+using tool::scFailure;
 
-HANDLE standardError() {
+HANDLE StandardError() {
     return GetStdHandle(STD_ERROR_HANDLE);
 }
 
 // A program with a window starts without a console; what prints goes to that of its starter, unless it was
 // given pipes or files.
-void borrowConsole() {
+void BorrowConsole() {
     if (GetStdHandle(STD_OUTPUT_HANDLE) != nullptr || !AttachConsole(ATTACH_PARENT_PROCESS))
         return;
     const HANDLE console =
@@ -29,26 +29,26 @@ void borrowConsole() {
     // cppcheck-suppress resourceLeak ; the process's standard handles now, as long as it runs
 }
 
-void report(const char* name, const Failure& failure) {
-    if (standardError() != nullptr && standardError() != INVALID_HANDLE_VALUE) {
-        tool::reportOnStandardError(name, failure);
+void Report(const char* name, const scFailure& failure) {
+    if (StandardError() != nullptr && StandardError() != INVALID_HANDLE_VALUE) {
+        tool::ReportOnStandardError(name, failure);
         return;
     }
     const std::string subject = failure.subject.empty() ? failure.subject : failure.subject + ": ";
-    MessageBoxW(nullptr, tool::toWide(subject + failure.reason).c_str(), L"logpan", MB_ICONERROR | MB_OK);
+    MessageBoxW(nullptr, tool::ToWide(subject + failure.reason).c_str(), L"logpan", MB_ICONERROR | MB_OK);
 }
 
-ExitCode run(std::vector<std::string> words) {
+ExitCode Run(std::vector<std::string> words) {
     if (!words.empty())
-        borrowConsole();
-    const auto arguments = tool::logpan::parseCommandLine(std::move(words));
+        BorrowConsole();
+    const auto arguments = tool::logpan::ParseCommandLine(std::move(words));
     if (!arguments)
         return ExitCode::ok;
-    return arguments->console ? runConsole(*arguments) : runWindow(*arguments);
+    return arguments->console ? RunConsole(*arguments) : RunWindow(*arguments);
 }
 
 } // namespace
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
-    return tool::runProgram("logpan", run, report);
+    return tool::RunProgram("logpan", Run, Report);
 }

@@ -19,68 +19,68 @@ namespace {
 constexpr const char* footer =
     "FILE, IN and OUT may be - for standard input and output. What has sections, but no root list [/], is\n"
     "a plain INI file: each section becomes a list of the root list. XFDF is read as any program's: a\n"
-    "field that holds fields is a list. A value or path that begins with a dash is written behind --.\n"
+    "field that holds fields is a list. A value or path that begins with a dash is written after --.\n"
     "Exit codes: 0 done, 1 not found, 2 wrong usage or a change that was refused, 3 cannot open,\n"
     "            4 malformed contents or no profile, 5 cannot save or write, 6 value not of the type,\n"
     "            7 out of memory.\n";
 
-void addFile(CLI::App& app, Arguments& arguments) {
+void AddFile(CLI::App& app, scArguments& arguments) {
     app.add_option("FILE", arguments.file, "The profile")->required();
     app.add_flag("--ini", arguments.plainIni, "Read it as a plain INI file, whatever its name and contents");
 }
 
-void addItemPath(CLI::App& app, Arguments& arguments, const char* help) {
+void AddItemPath(CLI::App& app, scArguments& arguments, const char* help) {
     app.add_option("PATH", arguments.path, help)->required();
 }
 
-void addListPath(CLI::App& app, Arguments& arguments) {
+void AddListPath(CLI::App& app, scArguments& arguments) {
     app.add_option("PATH", arguments.path, "The list to begin with, like Print/Fonts; else the root");
 }
 
-void addType(CLI::App& app, Arguments& arguments, const std::vector<std::string>& names) {
+void AddType(CLI::App& app, scArguments& arguments, const std::vector<std::string>& names) {
     app.add_option("--type", arguments.type, "The value's type")
         ->check(CLI::IsMember(names))
         ->capture_default_str();
 }
 
-void addOutput(CLI::App& app, Arguments& arguments) {
+void AddOutput(CLI::App& app, scArguments& arguments) {
     app.add_option("--output", arguments.output, "Where to save instead of FILE; as a text profile");
 }
 
-void declareShow(CLI::App& app, Arguments& arguments) {
-    addFile(app, arguments);
-    addListPath(app, arguments);
+void DeclareShow(CLI::App& app, scArguments& arguments) {
+    AddFile(app, arguments);
+    AddListPath(app, arguments);
     app.add_flag("--flat", arguments.flat, "One item a line with its full path: /Print/Copies=2");
 }
 
-void declareGet(CLI::App& app, Arguments& arguments) {
-    addFile(app, arguments);
-    addItemPath(app, arguments, "The item, like Print/Copies");
-    addType(app, arguments, fetchableTypes());
+void DeclareGet(CLI::App& app, scArguments& arguments) {
+    AddFile(app, arguments);
+    AddItemPath(app, arguments, "The item, like Print/Copies");
+    AddType(app, arguments, FetchableTypes());
 }
 
-void declareSet(CLI::App& app, Arguments& arguments) {
-    addFile(app, arguments);
-    addItemPath(app, arguments, "The item; lists on the way that are missing are made");
+void DeclareSet(CLI::App& app, scArguments& arguments) {
+    AddFile(app, arguments);
+    AddItemPath(app, arguments, "The item; lists on the way that are missing are made");
     app.add_option("VALUE", arguments.value, "Its value; must be of the type")->required();
-    addType(app, arguments, storableTypes());
-    addOutput(app, arguments);
+    AddType(app, arguments, StorableTypes());
+    AddOutput(app, arguments);
     app.add_flag("--create", arguments.create, "Begin with an empty profile when there is no such file");
 }
 
-void declareDelete(CLI::App& app, Arguments& arguments) {
-    addFile(app, arguments);
-    addItemPath(app, arguments, "The item; all of that name are deleted");
+void DeclareDelete(CLI::App& app, scArguments& arguments) {
+    AddFile(app, arguments);
+    AddItemPath(app, arguments, "The item; all of that name are deleted");
     app.add_flag("--list", arguments.list, "Delete lists of that path, with all that is in them");
-    addOutput(app, arguments);
+    AddOutput(app, arguments);
 }
 
-void declareNames(CLI::App& app, Arguments& arguments) {
-    addFile(app, arguments);
-    addListPath(app, arguments);
+void DeclareNames(CLI::App& app, scArguments& arguments) {
+    AddFile(app, arguments);
+    AddListPath(app, arguments);
 }
 
-void declareConvert(CLI::App& app, Arguments& arguments) {
+void DeclareConvert(CLI::App& app, scArguments& arguments) {
     app.add_option("IN", arguments.file, "The profile to read")->required();
     app.add_option("OUT", arguments.output, "Where to save it")->required();
     app.add_flag("--ini", arguments.plainIni, "Read IN as a plain INI file, whatever its name and contents");
@@ -89,77 +89,77 @@ void declareConvert(CLI::App& app, Arguments& arguments) {
     app.add_flag("--compress", arguments.compress, "Save compressed");
 }
 
-void addKey(CLI::App& app, Arguments& arguments) {
+void AddKey(CLI::App& app, scArguments& arguments) {
     app.add_option("--key", arguments.key, "The key that enciphers the files' contents");
 }
 
-void declareAttach(CLI::App& app, Arguments& arguments) {
-    addFile(app, arguments);
+void DeclareAttach(CLI::App& app, scArguments& arguments) {
+    AddFile(app, arguments);
     app.add_option("LIST", arguments.path, "The list to put the files into; made when missing; / is the root")
         ->required();
     app.add_option("PATTERN", arguments.patterns, "A file, or files with * and ? in the name")->required();
-    addKey(app, arguments);
-    addOutput(app, arguments);
+    AddKey(app, arguments);
+    AddOutput(app, arguments);
     app.add_flag("--create", arguments.create, "Begin with an empty profile when there is no such file");
 }
 
-void declareExtract(CLI::App& app, Arguments& arguments) {
-    addFile(app, arguments);
+void DeclareExtract(CLI::App& app, scArguments& arguments) {
+    AddFile(app, arguments);
     app.add_option("LIST", arguments.path, "The list that holds the files; / is the root")->required();
     app.add_option("FOLDER", arguments.folder, "Where to put them; made when missing")->required();
-    addKey(app, arguments);
+    AddKey(app, arguments);
 }
 
-void declarePaste(CLI::App& app, Arguments& arguments) {
+void DeclarePaste(CLI::App& app, scArguments& arguments) {
     app.add_option("OUT", arguments.output, "Where to save it")->required();
     app.add_flag("--compress", arguments.compress, "Save compressed");
 }
 
-void declareHtml(CLI::App& app, Arguments& arguments) {
+void DeclareHtml(CLI::App& app, scArguments& arguments) {
     app.add_flag("--markers", arguments.markers, "Tags are written [_[p]_] instead of <p>");
 }
 
-constexpr Command commands[] = {
-    {"show", "Print a profile as a tree", declareShow, runShow},
-    {"get", "Print one item's value", declareGet, runGet},
-    {"set", "Give an item a value", declareSet, runSet},
-    {"delete", "Delete items or lists", declareDelete, runDelete},
-    {"lists", "Print the names of the lists in a list", declareNames, runLists},
-    {"items", "Print the items of a list", declareNames, runItems},
-    {"convert", "Save a profile in another form or place", declareConvert, runConvert},
-    {"check", "Load a profile and report the first error", addFile, runCheck},
-    {"attach", "Put files into a list", declareAttach, runAttach},
-    {"extract", "Write the files of a list into a folder", declareExtract, runExtract},
-    {"copy", "Put a profile on the clipboard", addFile, runCopy},
-    {"paste", "Save the profile on the clipboard", declarePaste, runPaste},
-    {"html2text", "Turn HTML from standard input into plain text", declareHtml, runHtmlToText},
-    {"text2html", "Turn plain text from standard input into HTML", declareHtml, runTextToHtml},
+constexpr scCommand commands[] = {
+    {"show", "Print a profile as a tree", DeclareShow, RunShow},
+    {"get", "Print one item's value", DeclareGet, RunGet},
+    {"set", "Give an item a value", DeclareSet, RunSet},
+    {"delete", "Delete items or lists", DeclareDelete, RunDelete},
+    {"lists", "Print the names of the lists in a list", DeclareNames, RunLists},
+    {"items", "Print the items of a list", DeclareNames, RunItems},
+    {"convert", "Save a profile in another form or place", DeclareConvert, RunConvert},
+    {"check", "Load a profile and report the first error", AddFile, RunCheck},
+    {"attach", "Put files into a list", DeclareAttach, RunAttach},
+    {"extract", "Write the files of a list into a folder", DeclareExtract, RunExtract},
+    {"copy", "Put a profile on the clipboard", AddFile, RunCopy},
+    {"paste", "Save the profile on the clipboard", DeclarePaste, RunPaste},
+    {"html2text", "Turn HTML from standard input into plain text", DeclareHtml, RunHtmlToText},
+    {"text2html", "Turn plain text from standard input into HTML", DeclareHtml, RunTextToHtml},
 };
 
-std::string version() {
+std::string Version() {
     return "prof " + std::to_string(ProfGetVersion(1)) + "." + std::to_string(ProfGetVersion(2));
 }
 
 } // namespace
 
-ExitCode dispatch(std::vector<std::string> words) {
-    Arguments arguments;
+ExitCode Dispatch(std::vector<std::string> words) {
+    scArguments arguments;
     CLI::App app{"Shows, changes and converts profiles; converts HTML.", "prof"};
     app.allow_windows_style_options(false); // /Print/Copies is a path
-    app.set_version_flag("--version", version());
+    app.set_version_flag("--version", Version());
     app.footer(footer);
     app.require_subcommand(1);
     std::vector<std::string_view> names;
-    for (const Command& command : commands) {
+    for (const scCommand& command : commands) {
         command.declare(*app.add_subcommand(command.name, command.purpose), arguments);
         names.emplace_back(command.name);
     }
-    words = withOptionsForWords(std::move(words), names);
-    if (!parseArguments(app, std::move(words), "Try 'prof --help' or 'prof COMMAND --help'."))
+    words = WithOptionsForWords(std::move(words), {"prof", "show", names});
+    if (!ParseArguments(app, std::move(words), "Try 'prof --help' or 'prof COMMAND --help'."))
         return ExitCode::ok;
     const std::string chosen = app.get_subcommands().front()->get_name();
     return std::find_if(std::begin(commands), std::end(commands),
-                        [&](const Command& command) { return chosen == command.name; })
+                        [&](const scCommand& command) { return chosen == command.name; })
         ->run(arguments);
 }
 

@@ -1,6 +1,5 @@
 // What a command line says, and how each command declares the part that it takes.
-#ifndef PROF_TOOL_ARGUMENTS_H
-#define PROF_TOOL_ARGUMENTS_H
+#pragma once
 
 #include "exit_code.h"
 
@@ -13,7 +12,7 @@ class App;
 
 namespace tool::prof {
 
-struct Arguments {
+struct scArguments {
     std::string file;
     std::string path;
     std::string value;
@@ -31,17 +30,15 @@ struct Arguments {
     bool markers = false;
 };
 
-struct Command {
+struct scCommand {
     const char* name;
     const char* purpose;
-    void (*declare)(CLI::App& app, Arguments& arguments);
-    ExitCode (*run)(const Arguments& arguments);
+    void (*declare)(CLI::App& app, scArguments& arguments);
+    ExitCode (*run)(const scArguments& arguments);
 };
 
 // Runs the command that the command line names. Prints help and the version itself; throws Failure for
 // a command line that it does not understand.
-ExitCode dispatch(std::vector<std::string> words);
+ExitCode Dispatch(std::vector<std::string> words);
 
 } // namespace tool::prof
-
-#endif

@@ -6,14 +6,14 @@
 
 namespace tool::prof {
 
-ExitCode runCheck(const Arguments& arguments) {
-    const Profile profile = Profile::open(arguments.file, arguments.plainIni);
+ExitCode RunCheck(const scArguments& arguments) {
+    const clsProfile profile = clsProfile::Open(arguments.file, arguments.plainIni);
     std::size_t lists = 0;
     std::size_t items = 0;
-    for (TreeWalk walk{profile.job(), nullptr, TreeWalk::Scope::wholeTree}; walk.next();)
-        ++(walk.entry().isList() ? lists : items);
-    Output::standard().writeLine(displayName(arguments.file) + ": good, lists: " + std::to_string(lists) +
-                                 ", items: " + std::to_string(items));
+    for (clsTreeWalk walk{profile.Job(), nullptr, clsTreeWalk::Scope::wholeTree}; walk.Next();)
+        ++(walk.Entry().IsList() ? lists : items);
+    clsOutput::Standard().WriteLine(DisplayName(arguments.file) + ": good, lists: " + std::to_string(lists) +
+                                    ", items: " + std::to_string(items));
     return ExitCode::ok;
 }
 

@@ -10,19 +10,19 @@ namespace tool::prof {
 
 namespace {
 
-struct DestroyOwner {
+struct scDestroyOwner {
     void operator()(HWND window) const { DestroyWindow(window); }
 };
-using Owner = std::unique_ptr<std::remove_pointer_t<HWND>, DestroyOwner>;
+using Owner = std::unique_ptr<std::remove_pointer_t<HWND>, scDestroyOwner>;
 
 // The clipboard belongs to a window; one that is never shown will do.
-Owner makeOwner() {
+Owner MakeOwner() {
     return Owner{
         CreateWindowExW(0, L"Message", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr)};
 }
 
 // The library adds to what is there; what was copied before is to be gone.
-bool emptyClipboard(HWND owner) {
+bool EmptyForOwner(HWND owner) {
     if (!OpenClipboard(owner))
         return false;
     const bool emptied = EmptyClipboard() != FALSE;
@@ -32,20 +32,20 @@ bool emptyClipboard(HWND owner) {
 
 } // namespace
 
-ExitCode runCopy(const Arguments& arguments) {
-    const Profile profile = Profile::open(arguments.file, arguments.plainIni);
-    const Owner owner = makeOwner();
-    if (!emptyClipboard(owner.get()) ||
-        ProfSaveToClipboard(profile.job(), owner.get(), PROF_FORM_TEXT) != PROF_OK)
-        throw Failure{ExitCode::cannotSave, "clipboard", "in use by another program, or no memory for it"};
+ExitCode RunCopy(const scArguments& arguments) {
+    const clsProfile profile = clsProfile::Open(arguments.file, arguments.plainIni);
+    const Owner owner = MakeOwner();
+    if (!EmptyForOwner(owner.get()) ||
+        ProfSaveToClipboard(profile.Job(), owner.get(), PROF_FORM_TEXT) != PROF_OK)
+        throw scFailure{ExitCode::cannotSave, "clipboard", "in use by another program, or no memory for it"};
     return ExitCode::ok;
 }
 
-ExitCode runPaste(const Arguments& arguments) {
-    const Profile profile = Profile::fromClipboard();
+ExitCode RunPaste(const scArguments& arguments) {
+    const clsProfile profile = clsProfile::FromClipboard();
     if (arguments.output != standardStream)
-        requireOverwritable(arguments.output);
-    profile.save(arguments.output, PROF_FORM_TEXT | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u));
+        RequireOverwritable(arguments.output);
+    profile.Save(arguments.output, PROF_FORM_TEXT | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u));
     return ExitCode::ok;
 }
 

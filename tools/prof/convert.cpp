@@ -9,28 +9,28 @@ namespace tool::prof {
 
 namespace {
 
-struct Form {
+struct scForm {
     std::string_view name;
     UINT flag;
 };
 
-constexpr Form forms[] = {{"text", PROF_FORM_TEXT}, {"xml", PROF_FORM_XML}, {"xfdf", PROF_FORM_XFDF}};
+constexpr scForm forms[] = {{"text", PROF_FORM_TEXT}, {"xml", PROF_FORM_XML}, {"xfdf", PROF_FORM_XFDF}};
 
 // The form that is asked for, or the one that the name of the file promises.
-UINT formFlag(const Arguments& arguments) {
-    for (const Form& form : forms)
+UINT FormFlag(const scArguments& arguments) {
+    for (const scForm& form : forms)
         if (form.name == arguments.form)
             return form.flag;
-    if (hasXfdfName(arguments.output))
+    if (HasXfdfName(arguments.output))
         return PROF_FORM_XFDF;
-    return hasXmlName(arguments.output) ? PROF_FORM_XML : PROF_FORM_TEXT;
+    return HasXmlName(arguments.output) ? PROF_FORM_XML : PROF_FORM_TEXT;
 }
 
 } // namespace
 
-ExitCode runConvert(const Arguments& arguments) {
-    EditedProfile profile{arguments, Replaceable::allProfiles};
-    profile.save(formFlag(arguments) | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u));
+ExitCode RunConvert(const scArguments& arguments) {
+    clsEditedProfile profile{arguments, Replaceable::allProfiles};
+    profile.Save(FormFlag(arguments) | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u));
     return ExitCode::ok;
 }
 

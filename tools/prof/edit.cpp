@@ -11,39 +11,39 @@ namespace tool::prof {
 
 namespace {
 
-void requireValue(const ValueType& type, const std::string& value) {
+void RequireValue(const scValueType& type, const std::string& value) {
     if (!type.store(nullptr, nullptr, value))
-        throw Failure{ExitCode::wrongType, value, "is not of type " + type.name};
+        throw scFailure{ExitCode::wrongType, value, "is not of type " + type.name};
 }
 
 } // namespace
 
-ExitCode runSet(const Arguments& arguments) {
-    const ValueType& type = valueType(arguments.type);
-    requireStorablePath(arguments.path);
-    requireValue(type, arguments.value);
-    EditedProfile profile{arguments, Replaceable::textProfiles};
-    const std::wstring path = toWide(arguments.path);
-    type.store(profile.job(), path.c_str(), arguments.value);
+ExitCode RunSet(const scArguments& arguments) {
+    const scValueType& type = ValueType(arguments.type);
+    RequireStorablePath(arguments.path);
+    RequireValue(type, arguments.value);
+    clsEditedProfile profile{arguments, Replaceable::textProfiles};
+    const std::wstring path = ToWide(arguments.path);
+    type.store(profile.Job(), path.c_str(), arguments.value);
     // Setting reports nothing; an item that is not there after it did not fit into memory.
-    if (ProfGetStringLengthW(profile.job(), nullptr, path.c_str()) < 0)
+    if (ProfGetStringLengthW(profile.Job(), nullptr, path.c_str()) < 0)
         throw std::bad_alloc{};
-    profile.saveAsText();
+    profile.SaveAsText();
     return ExitCode::ok;
 }
 
-ExitCode runDelete(const Arguments& arguments) {
-    requirePath(arguments.path);
+ExitCode RunDelete(const scArguments& arguments) {
+    RequirePath(arguments.path);
     if (arguments.list && arguments.path == "/")
-        throw Failure{ExitCode::usage, "", "the root list cannot be deleted"};
-    EditedProfile profile{arguments, Replaceable::textProfiles};
-    const auto reaches = arguments.list ? reachesList : reachesItem;
-    if (!reaches(profile.job(), arguments.path))
-        throw Failure{ExitCode::notFound, displayName(arguments.file),
-                      (arguments.list ? "there is no list " : "there is no item ") + arguments.path};
+        throw scFailure{ExitCode::usage, "", "the root list cannot be deleted"};
+    clsEditedProfile profile{arguments, Replaceable::textProfiles};
+    const auto reaches = arguments.list ? ReachesList : ReachesItem;
+    if (!reaches(profile.Job(), arguments.path))
+        throw scFailure{ExitCode::notFound, DisplayName(arguments.file),
+                        (arguments.list ? "there is no list " : "there is no item ") + arguments.path};
     const auto remove = arguments.list ? ProfDeleteListW : ProfDeleteItemW;
-    remove(profile.job(), nullptr, toWide(arguments.path).c_str());
-    profile.saveAsText();
+    remove(profile.Job(), nullptr, ToWide(arguments.path).c_str());
+    profile.SaveAsText();
     return ExitCode::ok;
 }
 

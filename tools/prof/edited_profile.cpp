@@ -9,48 +9,48 @@ namespace tool::prof {
 
 namespace {
 
-std::optional<FileTurn> takeTurn(const std::string& file, const std::string& target) {
+std::optional<clsFileTurn> TakeTurn(const std::string& file, const std::string& target) {
     if (target != file || target == standardStream)
         return std::nullopt;
-    return std::optional<FileTurn>{target};
+    return std::optional<clsFileTurn>{target};
 }
 
-FileKind kindOf(const std::string& file) {
-    return file == standardStream ? FileKind::unreadable : contentsOfFile(toWide(file)).kind;
+FileKind KindOf(const std::string& file) {
+    return file == standardStream ? FileKind::unreadable : ContentsOfFile(ToWide(file)).kind;
 }
 
 } // namespace
 
-EditedProfile::EditedProfile(const Arguments& arguments, Replaceable replaceable)
+clsEditedProfile::clsEditedProfile(const scArguments& arguments, Replaceable replaceable)
     : target_(arguments.output.empty() ? arguments.file : arguments.output),
-      turn_(takeTurn(arguments.file, target_)), kind_(kindOf(arguments.file)),
-      profile_(open(arguments, replaceable)) {}
+      turn_(TakeTurn(arguments.file, target_)), kind_(KindOf(arguments.file)),
+      profile_(Open(arguments, replaceable)) {}
 
-Profile EditedProfile::open(const Arguments& arguments, Replaceable replaceable) {
+clsProfile clsEditedProfile::Open(const scArguments& arguments, Replaceable replaceable) {
     if (turn_)
-        requireReplaceable(arguments.file, arguments.plainIni, replaceable);
+        RequireReplaceable(arguments.file, arguments.plainIni, replaceable);
     if (kind_ == FileKind::missing && arguments.create)
-        return Profile::makeEmpty();
-    if (turn_ && isTextProfile(kind_))
-        return openHeld(arguments, replaceable);
-    return Profile::open(arguments.file, arguments.plainIni);
+        return clsProfile::MakeEmpty();
+    if (turn_ && IsTextProfile(kind_))
+        return OpenHeld(arguments, replaceable);
+    return clsProfile::Open(arguments.file, arguments.plainIni);
 }
 
-Profile EditedProfile::openHeld(const Arguments& arguments, Replaceable replaceable) {
-    Profile profile = Profile::openHeld(arguments.file);
-    kind_ = kindOf(arguments.file); // others may have changed it while it was waited for
-    requireReplaceable(arguments.file, arguments.plainIni, replaceable);
+clsProfile clsEditedProfile::OpenHeld(const scArguments& arguments, Replaceable replaceable) {
+    clsProfile profile = clsProfile::OpenHeld(arguments.file);
+    kind_ = KindOf(arguments.file); // others may have changed it while it was waited for
+    RequireReplaceable(arguments.file, arguments.plainIni, replaceable);
     return profile;
 }
 
-void EditedProfile::save(UINT flags) {
+void clsEditedProfile::Save(UINT flags) {
     if (!turn_ && target_ != standardStream)
-        requireOverwritable(target_);
+        RequireOverwritable(target_);
     if (turn_)
-        profile_ = profile_.copy();
+        profile_ = profile_.Copy();
     if (turn_ && kind_ == FileKind::compressed && (flags & PROF_SAVE_COMPRESSED_AS_READ) != 0)
         flags |= PROF_SAVE_COMPRESSED;
-    profile_.save(target_, flags);
+    profile_.Save(target_, flags);
 }
 
 } // namespace tool::prof

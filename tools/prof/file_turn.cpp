@@ -16,7 +16,7 @@ namespace {
 
 constexpr DWORD patience = 10'000; // milliseconds, as the library has for a file that others hold
 
-std::wstring grown(DWORD (*fill)(const void* of, wchar_t* buffer, DWORD size), const void* of) {
+std::wstring Grown(DWORD (*fill)(const void* of, wchar_t* buffer, DWORD size), const void* of) {
     std::wstring text(MAX_PATH, L'\0');
     for (DWORD length = 0; (length = fill(of, text.data(), static_cast<DWORD>(text.size()))) > text.size();)
         text.resize(length);
@@ -24,15 +24,15 @@ std::wstring grown(DWORD (*fill)(const void* of, wchar_t* buffer, DWORD size), c
     return text;
 }
 
-std::wstring fullPath(const std::wstring& path) {
+std::wstring FullPath(const std::wstring& path) {
     const auto fill = [](const void* of, wchar_t* buffer, DWORD size) {
         return GetFullPathNameW(static_cast<const wchar_t*>(of), size, buffer, nullptr);
     };
-    return grown(fill, path.c_str());
+    return Grown(fill, path.c_str());
 }
 
-// Without links, substitutes for drives and short names, where the system can tell.
-std::wstring finalFolder(const std::wstring& folder) {
+// Without links, substitutes for drives and short names, where the system knows.
+std::wstring FinalFolder(const std::wstring& folder) {
     const HANDLE handle =
         CreateFileW(folder.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                     OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
@@ -41,29 +41,29 @@ std::wstring finalFolder(const std::wstring& folder) {
     const auto fill = [](const void* of, wchar_t* buffer, DWORD size) {
         return GetFinalPathNameByHandleW(const_cast<void*>(of), buffer, size, FILE_NAME_NORMALIZED);
     };
-    const std::wstring path = grown(fill, handle);
+    const std::wstring path = Grown(fill, handle);
     CloseHandle(handle);
     return path.empty() ? folder : path;
 }
 
 // FNV-1a.
-std::uint64_t numberOf(const std::wstring& text) {
+std::uint64_t NumberOf(const std::wstring& text) {
     std::uint64_t number = 0xcbf29ce484222325;
     for (const wchar_t unit : text)
         number = (number ^ unit) * 0x100000001b3;
     return number;
 }
 
-std::wstring mutexName(const std::string& file) {
-    const std::wstring path = fullPath(toWide(file));
+std::wstring MutexName(const std::string& file) {
+    const std::wstring path = FullPath(ToWide(file));
     const std::size_t name = path.find_last_of(L'\\') + 1;
-    std::wstring one = finalFolder(path.substr(0, name)) + L'\\' + path.substr(name);
+    std::wstring one = FinalFolder(path.substr(0, name)) + L'\\' + path.substr(name);
     CharUpperBuffW(one.data(), static_cast<DWORD>(one.size()));
-    return L"Global\\prof-" + std::to_wstring(numberOf(one));
+    return L"Global\\prof-" + std::to_wstring(NumberOf(one));
 }
 
 // Everybody may wait for it: without a list of who may, only its maker's own sessions could.
-HANDLE makeMutex(const std::wstring& name) {
+HANDLE MakeMutex(const std::wstring& name) {
     SECURITY_DESCRIPTOR everybody;
     InitializeSecurityDescriptor(&everybody, SECURITY_DESCRIPTOR_REVISION);
     SetSecurityDescriptorDacl(&everybody, TRUE, nullptr, FALSE);
@@ -73,18 +73,18 @@ HANDLE makeMutex(const std::wstring& name) {
 
 } // namespace
 
-FileTurn::FileTurn(const std::string& file) {
-    std::unique_ptr<void, decltype(&CloseHandle)> mutex{makeMutex(mutexName(file)), CloseHandle};
+clsFileTurn::clsFileTurn(const std::string& file) {
+    std::unique_ptr<void, decltype(&CloseHandle)> mutex{MakeMutex(MutexName(file)), CloseHandle};
     if (!mutex)
-        throw Failure{ExitCode::cannotOpen, file, systemReason(GetLastError())};
-    // One that its holder left behind by dying is as good: files are replaced whole.
+        throw scFailure{ExitCode::cannotOpen, file, SystemReason(GetLastError())};
+    // One whose holder died is as good: files are replaced whole.
     const DWORD result = WaitForSingleObject(mutex.get(), patience);
     if (result != WAIT_OBJECT_0 && result != WAIT_ABANDONED)
-        throw Failure{ExitCode::cannotOpen, file, "others have been changing it for ten seconds"};
+        throw scFailure{ExitCode::cannotOpen, file, "others have been changing it for ten seconds"};
     mutex_.reset(mutex.release());
 }
 
-void FileTurn::Release::operator()(void* mutex) const {
+void clsFileTurn::scRelease::operator()(void* mutex) const {
     ReleaseMutex(mutex);
     CloseHandle(mutex);
 }

@@ -8,23 +8,24 @@ namespace tool::prof {
 
 namespace {
 
-bool exists(const Profile& profile, const std::wstring& path) {
-    return ProfGetStringLengthW(profile.job(), nullptr, path.c_str()) >= 0;
+bool Exists(const clsProfile& profile, const std::wstring& path) {
+    return ProfGetStringLengthW(profile.Job(), nullptr, path.c_str()) >= 0;
 }
 
 } // namespace
 
-ExitCode runGet(const Arguments& arguments) {
-    requirePath(arguments.path);
-    const Profile profile = Profile::open(arguments.file, arguments.plainIni);
-    const std::wstring path = toWide(arguments.path);
-    if (!exists(profile, path))
-        throw Failure{ExitCode::notFound, displayName(arguments.file), "there is no item " + arguments.path};
+ExitCode RunGet(const scArguments& arguments) {
+    RequirePath(arguments.path);
+    const clsProfile profile = clsProfile::Open(arguments.file, arguments.plainIni);
+    const std::wstring path = ToWide(arguments.path);
+    if (!Exists(profile, path))
+        throw scFailure{ExitCode::notFound, DisplayName(arguments.file),
+                        "there is no item " + arguments.path};
     std::string text;
-    if (valueType(arguments.type).fetch(profile.job(), path.c_str(), text) != PROF_OK)
-        throw Failure{ExitCode::wrongType, displayName(arguments.file),
-                      "the value of " + arguments.path + " is not of type " + arguments.type};
-    Output::standard().writeLine(text);
+    if (ValueType(arguments.type).fetch(profile.Job(), path.c_str(), text) != PROF_OK)
+        throw scFailure{ExitCode::wrongType, DisplayName(arguments.file),
+                        "the value of " + arguments.path + " is not of type " + arguments.type};
+    clsOutput::Standard().WriteLine(text);
     return ExitCode::ok;
 }
 

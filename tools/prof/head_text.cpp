@@ -1,3 +1,6 @@
+// UTF-16 without a byte-order mark is known by the marks that every profile has: line ends, "=" and brackets.
+// In UTF-16 a zero byte follows each of them at an even place; more than half of those found must be so.
+// Bytes beyond ASCII become one character, so that callers look for words without knowing the encoding.
 #include "head_text.h"
 
 namespace tool::prof {
@@ -6,20 +9,20 @@ namespace {
 
 constexpr char notAscii = '\x80';
 
-char narrowed(unsigned unit) {
+char Narrowed(unsigned unit) {
     return unit < 0x80 ? static_cast<char>(unit) : notAscii;
 }
 
-std::string fromUtf16(std::string_view bytes, std::size_t low) {
+std::string FromUtf16(std::string_view bytes, std::size_t low) {
     std::string text;
     text.reserve(bytes.size() / 2);
     for (std::size_t at = 0; at + 1 < bytes.size(); at += 2)
         text +=
-            bytes[at + 1 - low] == '\0' ? narrowed(static_cast<unsigned char>(bytes[at + low])) : notAscii;
+            bytes[at + 1 - low] == '\0' ? Narrowed(static_cast<unsigned char>(bytes[at + low])) : notAscii;
     return text;
 }
 
-bool looksLikeUtf16(std::string_view bytes) {
+bool LooksLikeUtf16(std::string_view bytes) {
     std::size_t found = 0;
     std::size_t wide = 0;
     for (std::size_t at = 0; at < bytes.size(); ++at)
@@ -32,17 +35,17 @@ bool looksLikeUtf16(std::string_view bytes) {
 
 } // namespace
 
-std::string headText(std::string_view bytes) {
+std::string HeadText(std::string_view bytes) {
     if (bytes.starts_with("\xff\xfe"))
-        return fromUtf16(bytes.substr(2), 0);
+        return FromUtf16(bytes.substr(2), 0);
     if (bytes.starts_with("\xfe\xff"))
-        return fromUtf16(bytes.substr(2), 1);
+        return FromUtf16(bytes.substr(2), 1);
     const bool markedUtf8 = bytes.starts_with("\xef\xbb\xbf");
-    if (!markedUtf8 && looksLikeUtf16(bytes))
-        return fromUtf16(bytes, 0);
+    if (!markedUtf8 && LooksLikeUtf16(bytes))
+        return FromUtf16(bytes, 0);
     std::string text{bytes.substr(markedUtf8 ? 3 : 0)};
     for (char& unit : text)
-        unit = narrowed(static_cast<unsigned char>(unit));
+        unit = Narrowed(static_cast<unsigned char>(unit));
     return text;
 }
 

@@ -1,6 +1,5 @@
 // The beginning of a file as ASCII, in whatever encoding it is.
-#ifndef PROF_TOOL_HEAD_TEXT_H
-#define PROF_TOOL_HEAD_TEXT_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -9,8 +8,6 @@ namespace tool::prof {
 
 // Decodes UTF-16 with a byte-order mark, or without one where its line ends, "=" and brackets are, as the
 // library does; everything else counts as 8-bit text. Characters beyond ASCII become '\x80'.
-std::string headText(std::string_view bytes);
+std::string HeadText(std::string_view bytes);
 
 } // namespace tool::prof
-
-#endif

@@ -14,7 +14,7 @@ namespace tool::prof {
 
 namespace {
 
-struct FreeString {
+struct scFreeString {
     using pointer = BSTR;
     void operator()(BSTR string) const { SysFreeString(string); }
 };
@@ -22,26 +22,26 @@ struct FreeString {
 using Convert = void(TVUT22_CALL*)(const wchar_t*, BSTR*, BOOL);
 
 // A NUL would end the text for the library.
-std::wstring standardInput() {
-    std::string bytes = readStandardInput();
+std::wstring StandardInput() {
+    std::string bytes = ReadStandardInput();
     if (bytes.starts_with("\xEF\xBB\xBF"))
         bytes.erase(0, 3);
-    std::wstring text = toWide(bytes);
+    std::wstring text = ToWide(bytes);
     std::replace(text.begin(), text.end(), L'\0', L'\xFFFD');
     return text;
 }
 
-std::wstring converted(Convert convert, const std::wstring& text, bool markers) {
+std::wstring Converted(Convert convert, const std::wstring& text, bool markers) {
     BSTR result = nullptr;
     convert(text.c_str(), &result, markers);
-    const std::unique_ptr<wchar_t, FreeString> owner{result};
+    const std::unique_ptr<wchar_t, scFreeString> owner{result};
     if (!result)
         throw std::bad_alloc{};
     return {result, SysStringLen(result)};
 }
 
 // Every line of a text file ends with a line feed, the last one, too; with CR LF, the CR is enough.
-std::wstring linesAsParagraphs(std::wstring text) {
+std::wstring LinesAsParagraphs(std::wstring text) {
     if (text.ends_with(L'\n'))
         text.erase(text.size() - (text.ends_with(L"\r\n") ? 2 : 1));
     std::wstring result;
@@ -56,23 +56,23 @@ std::wstring linesAsParagraphs(std::wstring text) {
     return result;
 }
 
-void print(const std::wstring& text) {
-    Output::standard().write(toUtf8(text));
+void Print(const std::wstring& text) {
+    clsOutput::Standard().Write(ToUtf8(text));
     if (!text.empty() && !text.ends_with(L'\n'))
-        Output::standard().write("\n");
+        clsOutput::Standard().Write("\n");
 }
 
 } // namespace
 
-ExitCode runHtmlToText(const Arguments& arguments) {
-    std::wstring text = converted(UtilConvertHtml2PlainText, standardInput(), arguments.markers);
+ExitCode RunHtmlToText(const scArguments& arguments) {
+    std::wstring text = Converted(UtilConvertHtml2PlainText, StandardInput(), arguments.markers);
     std::replace(text.begin(), text.end(), L'\r', L'\n');
-    print(text);
+    Print(text);
     return ExitCode::ok;
 }
 
-ExitCode runTextToHtml(const Arguments& arguments) {
-    print(converted(UtilConvertText2HTML, linesAsParagraphs(standardInput()), arguments.markers));
+ExitCode RunTextToHtml(const scArguments& arguments) {
+    Print(Converted(UtilConvertText2HTML, LinesAsParagraphs(StandardInput()), arguments.markers));
     return ExitCode::ok;
 }
 

@@ -1,6 +1,5 @@
 // A file open for reading, which keeps nobody else from using it.
-#ifndef PROF_TOOL_INPUT_FILE_H
-#define PROF_TOOL_INPUT_FILE_H
+#pragma once
 
 #include <windows.h>
 
@@ -8,25 +7,25 @@
 
 namespace tool::prof {
 
-class InputFile {
+class clsInputFile {
   public:
-    explicit InputFile(const std::wstring& path)
+    explicit clsInputFile(const std::wstring& path)
         : handle_(CreateFileW(path.c_str(), GENERIC_READ,
                               FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
                               FILE_ATTRIBUTE_NORMAL, nullptr)),
-          error_(isOpen() ? ERROR_SUCCESS : GetLastError()) {}
-    ~InputFile() {
-        if (isOpen())
+          error_(IsOpen() ? ERROR_SUCCESS : GetLastError()) {}
+    ~clsInputFile() {
+        if (IsOpen())
             CloseHandle(handle_);
     }
-    InputFile(const InputFile&) = delete;
-    InputFile& operator=(const InputFile&) = delete;
+    clsInputFile(const clsInputFile&) = delete;
+    clsInputFile& operator=(const clsInputFile&) = delete;
 
-    bool isOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
-    DWORD error() const { return error_; }
+    bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+    DWORD Error() const { return error_; }
 
     // At most that many bytes from where the file stands; fewer at its end or when reading fails.
-    std::string read(DWORD size) const {
+    std::string Read(DWORD size) const {
         std::string bytes(size, '\0');
         DWORD count = 0;
         if (!ReadFile(handle_, bytes.data(), size, &count, nullptr))
@@ -41,5 +40,3 @@ class InputFile {
 };
 
 } // namespace tool::prof
-
-#endif

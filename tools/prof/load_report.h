@@ -8,29 +8,26 @@
 // and what was passed over though loading went well as "WRN: ...". The tool gives the library a log file of
 // its own for that, in the temporary folder, which vanishes with the process; where the user has named one by
 // TVUT22_LOG, that one is read.
-#ifndef PROF_TOOL_LOAD_REPORT_H
-#define PROF_TOOL_LOAD_REPORT_H
+#pragma once
 
 #include <string>
 
 namespace tool::prof {
 
 // Lives around a load. The first one must be made before the library writes its first line.
-class LoadReport {
+class clsLoadReport {
   public:
-    LoadReport();
+    clsLoadReport();
 
     // "line 3: closing tag expected", or the empty text when no load error was reported meanwhile.
-    std::string reason() const;
+    std::string Reason() const;
 
     // The first warning that the library wrote meanwhile: "XML: nothing is read behind the comment in line
     // 7". Empty without one.
-    std::string warning() const;
+    std::string Warning() const;
 
   private:
     long long start_; // where in the log file the load's own lines begin
 };
 
 } // namespace tool::prof
-
-#endif

@@ -3,5 +3,5 @@
 #include "program.h"
 
 int main() {
-    return tool::runProgram("prof", tool::prof::dispatch);
+    return tool::RunProgram("prof", tool::prof::Dispatch);
 }

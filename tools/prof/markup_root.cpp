@@ -1,3 +1,5 @@
+// Steps over what may come before the first element, one piece at a time, and takes the name in its tag.
+// Nothing else is read: a file that is cut off within a piece has no root.
 #include "markup_root.h"
 
 #include <algorithm>
@@ -8,34 +10,34 @@ namespace {
 
 constexpr std::string_view blanks = " \t\r\n";
 
-void skip(std::string_view& text, std::size_t count) {
+void Skip(std::string_view& text, std::size_t count) {
     text.remove_prefix(std::min(count, text.size()));
 }
 
-void skipBehind(std::string_view& text, std::string_view end) {
+void SkipPast(std::string_view& text, std::string_view end) {
     const std::size_t at = text.find(end);
-    skip(text, at == std::string_view::npos ? text.size() : at + end.size());
+    Skip(text, at == std::string_view::npos ? text.size() : at + end.size());
 }
 
 // A document type may hold declarations of its own, in brackets.
-void skipDeclaration(std::string_view& text) {
+void SkipDeclaration(std::string_view& text) {
     const std::size_t inner = text.substr(0, text.find('>')).find('[');
     if (inner != std::string_view::npos)
-        skipBehind(text, "]");
-    skipBehind(text, ">");
+        SkipPast(text, "]");
+    SkipPast(text, ">");
 }
 
 } // namespace
 
-std::string_view markupRoot(std::string_view text) {
+std::string_view MarkupRoot(std::string_view text) {
     for (;;) {
-        skip(text, std::min(text.find_first_not_of(blanks), text.size()));
+        Skip(text, std::min(text.find_first_not_of(blanks), text.size()));
         if (text.starts_with("<?"))
-            skipBehind(text, "?>");
+            SkipPast(text, "?>");
         else if (text.starts_with("<!--"))
-            skipBehind(text, "-->");
+            SkipPast(text, "-->");
         else if (text.starts_with("<!"))
-            skipDeclaration(text);
+            SkipDeclaration(text);
         else
             break;
     }

@@ -1,14 +1,11 @@
 // The root element of XML or HTML.
-#ifndef PROF_TOOL_MARKUP_ROOT_H
-#define PROF_TOOL_MARKUP_ROOT_H
+#pragma once
 
 #include <string_view>
 
 namespace tool::prof {
 
-// Its name, behind declarations and comments; nothing when there is none in this part of the text.
-std::string_view markupRoot(std::string_view text);
+// Its name, after declarations and comments; nothing when there is none in this part of the text.
+std::string_view MarkupRoot(std::string_view text);
 
 } // namespace tool::prof
-
-#endif

@@ -9,33 +9,33 @@ namespace tool::prof {
 namespace {
 
 template <typename Print>
-ExitCode printList(const Arguments& arguments, Print print) {
-    const Profile profile = Profile::open(arguments.file, arguments.plainIni);
-    const ProfList list = findList(profile, arguments.file, arguments.path);
+ExitCode PrintList(const scArguments& arguments, Print print) {
+    const clsProfile profile = clsProfile::Open(arguments.file, arguments.plainIni);
+    const ProfList list = FindList(profile, arguments.file, arguments.path);
     std::string line;
-    for (TreeWalk walk{profile.job(), list, TreeWalk::Scope::oneList}; walk.next();) {
+    for (clsTreeWalk walk{profile.Job(), list, clsTreeWalk::Scope::oneList}; walk.Next();) {
         line.clear();
-        if (print(line, walk.entry()))
-            Output::standard().writeLine(line);
+        if (print(line, walk.Entry()))
+            clsOutput::Standard().WriteLine(line);
     }
     return ExitCode::ok;
 }
 
 } // namespace
 
-ExitCode runLists(const Arguments& arguments) {
-    return printList(arguments, [](std::string& line, const Entry& entry) {
-        appendEscaped(line, entry.name);
-        return entry.isList();
+ExitCode RunLists(const scArguments& arguments) {
+    return PrintList(arguments, [](std::string& line, const scEntry& entry) {
+        AppendEscaped(line, entry.name);
+        return entry.IsList();
     });
 }
 
-ExitCode runItems(const Arguments& arguments) {
-    return printList(arguments, [](std::string& line, const Entry& entry) {
-        appendEscaped(line, entry.name);
+ExitCode RunItems(const scArguments& arguments) {
+    return PrintList(arguments, [](std::string& line, const scEntry& entry) {
+        AppendEscaped(line, entry.name);
         line += '=';
-        appendEscaped(line, entry.value);
-        return !entry.isList();
+        AppendEscaped(line, entry.value);
+        return !entry.IsList();
     });
 }
 

@@ -1,6 +1,5 @@
 // One open profile: from a file in whatever form, or standard input, and saved again.
-#ifndef PROF_TOOL_PROFILE_H
-#define PROF_TOOL_PROFILE_H
+#pragma once
 
 #include <tvut22/prof.h>
 
@@ -12,45 +11,43 @@ namespace tool::prof {
 // The name that stands for standard input or output.
 inline constexpr const char* standardStream = "-";
 
-// How a file is called in messages.
-std::string displayName(const std::string& name);
+// The name of a file in messages.
+std::string DisplayName(const std::string& name);
 
-class Profile {
+class clsProfile {
   public:
     // Opens and loads; throws Failure with cannotOpen or malformed. A plain INI file is known by its name,
-    // its contents or the caller's word; standard error tells when only the contents say so, and what was not
+    // its contents or the caller's word; standard error says so when only the contents show it, and what was not
     // read.
-    static Profile open(const std::string& name, bool plainIni);
+    static clsProfile Open(const std::string& name, bool plainIni);
 
     // Opens a file that is there, and keeps others from changing it while the profile lives; waits for those
     // who do so. Throws Failure, also for contents that are not read to the end.
-    static Profile openHeld(const std::string& name);
+    static clsProfile OpenHeld(const std::string& name);
 
     // A profile with nothing in it.
-    static Profile makeEmpty();
+    static clsProfile MakeEmpty();
 
     // Throws Failure with notFound when there is none, or malformed.
-    static Profile fromClipboard();
+    static clsProfile FromClipboard();
 
-    ProfJob job() const { return job_.get(); }
+    ProfJob Job() const { return job_.get(); }
 
     // Everything that is in it, without a file.
-    Profile copy() const;
+    clsProfile Copy() const;
 
     // Saves to a file or standard output; throws Failure with cannotSave.
-    void save(const std::string& name, UINT flags) const;
+    void Save(const std::string& name, UINT flags) const;
 
   private:
-    explicit Profile(ProfJob job);
-    void saveToStandardOutput(UINT flags) const;
+    explicit clsProfile(ProfJob job);
+    void SaveToStandardOutput(UINT flags) const;
 
-    struct CloseJob {
+    struct scCloseJob {
         void operator()(ProfJob job) const { ProfJobClose(job); }
     };
 
-    std::unique_ptr<ProfJobObject, CloseJob> job_;
+    std::unique_ptr<ProfJobObject, scCloseJob> job_;
 };
 
 } // namespace tool::prof
-
-#endif

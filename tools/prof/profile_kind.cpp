@@ -24,18 +24,18 @@ constexpr std::string_view xfdfBeginning[] = {
 constexpr std::string_view blanks = " \t";
 constexpr std::string_view lineEnds = "\r\n";
 
-bool isSame(std::string_view a, std::string_view b) {
+bool IsSame(std::string_view a, std::string_view b) {
     const auto lower = [](char unit) { return unit >= 'A' && unit <= 'Z' ? unit + ('a' - 'A') : unit; };
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                       [&](char one, char other) { return lower(one) == lower(other); });
 }
 
-bool endsWith(std::string_view name, std::string_view ending) {
-    return name.size() >= ending.size() && isSame(name.substr(name.size() - ending.size()), ending);
+bool EndsWith(std::string_view name, std::string_view ending) {
+    return name.size() >= ending.size() && IsSame(name.substr(name.size() - ending.size()), ending);
 }
 
 // Takes the next line that is not blank, without its indentation; nothing at the end.
-std::string_view takeLine(std::string_view& text) {
+std::string_view TakeLine(std::string_view& text) {
     while (!text.empty()) {
         std::string_view line = text.substr(0, text.find_first_of(lineEnds));
         text.remove_prefix(std::min(line.size() + 1, text.size()));
@@ -46,61 +46,61 @@ std::string_view takeLine(std::string_view& text) {
     return {};
 }
 
-bool isComment(std::string_view line) {
+bool IsComment(std::string_view line) {
     return line.starts_with('#') || line.starts_with(';');
 }
 
-bool isItem(std::string_view line) {
+bool IsItem(std::string_view line) {
     const std::size_t equals = line.find('=');
     return equals != std::string_view::npos && equals > 0;
 }
 
-// A name in brackets, and a comment at most behind it.
-bool isSection(std::string_view line) {
+// A name in brackets, and at most a comment after it.
+bool IsSection(std::string_view line) {
     const std::size_t end = line.find(']');
     if (!line.starts_with('[') || end == std::string_view::npos)
         return false;
-    std::string_view behind = line.substr(end + 1);
-    behind.remove_prefix(std::min(behind.find_first_not_of(blanks), behind.size()));
-    return behind.empty() || isComment(behind);
+    std::string_view rest = line.substr(end + 1);
+    rest.remove_prefix(std::min(rest.find_first_not_of(blanks), rest.size()));
+    return rest.empty() || IsComment(rest);
 }
 
 // Texts know TAB, line ends, form feed, and the end of the file and the escape of terminals.
-bool isControl(char unit) {
+bool IsControl(char unit) {
     return (unit >= 0 && unit < ' ' &&
             std::string_view{"\t\n\v\f\r\x1a\x1b"}.find(unit) == std::string_view::npos) ||
            unit == '\x7f';
 }
 
-bool isBinary(std::string_view text) {
-    const auto controls = static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isControl));
+bool IsBinary(std::string_view text) {
+    const auto controls = static_cast<std::size_t>(std::count_if(text.begin(), text.end(), IsControl));
     return text.find('\0') != std::string_view::npos || controls > text.size() / 20;
 }
 
-FileKind kindOfLines(std::string_view text) {
+FileKind KindOfLines(std::string_view text) {
     bool items = false;
-    for (std::string_view line = takeLine(text); !line.empty(); line = takeLine(text)) {
+    for (std::string_view line = TakeLine(text); !line.empty(); line = TakeLine(text)) {
         if (line == rootHeader)
             return FileKind::text;
-        if (isSection(line)) // a block would make it a list of a profile whose root list is missing
-            return takeLine(text) == "{" ? FileKind::other : FileKind::plainIni;
-        if (!isComment(line) && !isItem(line))
+        if (IsSection(line)) // a block would make it a list of a profile whose root list is missing
+            return TakeLine(text) == "{" ? FileKind::other : FileKind::plainIni;
+        if (!IsComment(line) && !IsItem(line))
             return FileKind::other;
-        items = items || !isComment(line);
+        items = items || !IsComment(line);
     }
     return items ? FileKind::plainIni : FileKind::comments;
 }
 
 // A profile that something precedes is one for the library, too.
-bool hasRootHeader(std::string_view text) {
-    for (std::string_view line = takeLine(text); !line.empty(); line = takeLine(text))
+bool HasRootHeader(std::string_view text) {
+    for (std::string_view line = TakeLine(text); !line.empty(); line = TakeLine(text))
         if (line.starts_with('['))
             return line == rootHeader;
     return false;
 }
 
 // The last line of a beginning may be half a line.
-std::string wholeLines(std::string text, bool cut) {
+std::string WholeLines(std::string text, bool cut) {
     const std::size_t end = text.find_last_of(lineEnds);
     if (cut && end != std::string::npos)
         text.resize(end);
@@ -108,67 +108,67 @@ std::string wholeLines(std::string text, bool cut) {
 }
 
 // What other tools wrote anew has other declarations, or several elements in a line, which are not read.
-bool isOwnXml(std::string_view text) {
-    if (takeLine(text) != xmlDeclaration)
+bool IsOwnXml(std::string_view text) {
+    if (TakeLine(text) != xmlDeclaration)
         return false;
-    std::string_view line = takeLine(text);
+    std::string_view line = TakeLine(text);
     while (!line.empty() &&
-           !isSame(line.substr(0, xmlRoot.size() - 1), xmlRoot.substr(0, xmlRoot.size() - 1)))
-        line = takeLine(text);
-    return isSame(line, xmlRoot);
+           !IsSame(line.substr(0, xmlRoot.size() - 1), xmlRoot.substr(0, xmlRoot.size() - 1)))
+        line = TakeLine(text);
+    return IsSame(line, xmlRoot);
 }
 
-bool isOwnXfdf(std::string_view text) {
+bool IsOwnXfdf(std::string_view text) {
     return std::all_of(std::begin(xfdfBeginning), std::end(xfdfBeginning),
-                       [&](std::string_view line) { return takeLine(text) == line; });
+                       [&](std::string_view line) { return TakeLine(text) == line; });
 }
 
-Contents contentsOfMarkup(std::string_view text) {
-    const std::string_view root = markupRoot(text);
-    if (isSame(root, "xfdf"))
-        return {isOwnXfdf(text) ? FileKind::xfdf : FileKind::otherXfdf, std::string{root}};
-    if (isSame(root, "profile") && isOwnXml(text))
+scContents ContentsOfMarkup(std::string_view text) {
+    const std::string_view root = MarkupRoot(text);
+    if (IsSame(root, "xfdf"))
+        return {IsOwnXfdf(text) ? FileKind::xfdf : FileKind::otherXfdf, std::string{root}};
+    if (IsSame(root, "profile") && IsOwnXml(text))
         return {FileKind::xml, std::string{root}};
     return {FileKind::markup, std::string{root}};
 }
 
 } // namespace
 
-Contents contentsOfBytes(std::string_view bytes) {
+scContents ContentsOfBytes(std::string_view bytes) {
     if (bytes.starts_with(compressedMark))
         return {FileKind::compressed, {}};
-    const std::string text = wholeLines(headText(bytes.substr(0, lookAhead)), bytes.size() >= lookAhead);
+    const std::string text = WholeLines(HeadText(bytes.substr(0, lookAhead)), bytes.size() >= lookAhead);
     std::string_view rest = text;
-    const std::string_view first = takeLine(rest);
+    const std::string_view first = TakeLine(rest);
     if (first.empty())
         return {FileKind::empty, {}};
-    if (hasRootHeader(text))
+    if (HasRootHeader(text))
         return {FileKind::text, {}};
-    if (isBinary(text))
+    if (IsBinary(text))
         return {FileKind::binary, {}};
-    return first.starts_with('<') ? contentsOfMarkup(text) : Contents{kindOfLines(text), {}};
+    return first.starts_with('<') ? ContentsOfMarkup(text) : scContents{KindOfLines(text), {}};
 }
 
-Contents contentsOfFile(const std::wstring& path) {
-    const InputFile file{path};
-    if (file.isOpen())
-        return contentsOfBytes(file.read(lookAhead));
-    return {file.error() == ERROR_FILE_NOT_FOUND || file.error() == ERROR_PATH_NOT_FOUND
+scContents ContentsOfFile(const std::wstring& path) {
+    const clsInputFile file{path};
+    if (file.IsOpen())
+        return ContentsOfBytes(file.Read(lookAhead));
+    return {file.Error() == ERROR_FILE_NOT_FOUND || file.Error() == ERROR_PATH_NOT_FOUND
                 ? FileKind::missing
                 : FileKind::unreadable,
             {}};
 }
 
-bool hasIniName(std::string_view name) {
-    return endsWith(name, ".ini") || endsWith(name, ".conf");
+bool HasIniName(std::string_view name) {
+    return EndsWith(name, ".ini") || EndsWith(name, ".conf");
 }
 
-bool hasXfdfName(std::string_view name) {
-    return endsWith(name, ".xfdf");
+bool HasXfdfName(std::string_view name) {
+    return EndsWith(name, ".xfdf");
 }
 
-bool hasXmlName(std::string_view name) {
-    return endsWith(name, ".xml");
+bool HasXmlName(std::string_view name) {
+    return EndsWith(name, ".xml");
 }
 
 } // namespace tool::prof

@@ -1,10 +1,9 @@
-// Tells profiles from plain INI files, and both from files that are neither.
+// Distinguishes profiles, plain INI files, and files that are neither.
 //
 // The library opens any text as a profile: what it does not understand is skipped, and would be gone after a
 // save. So the tool looks at the beginning of a file itself, before it calls it a profile and before it
 // replaces it.
-#ifndef PROF_TOOL_PROFILE_KIND_H
-#define PROF_TOOL_PROFILE_KIND_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -28,29 +27,27 @@ enum class FileKind {
 };
 
 // What a file is, and for markup the name of its root element.
-struct Contents {
+struct scContents {
     FileKind kind;
     std::string root;
 };
 
 // Whether a text profile that takes its place would hold all that it holds: it is one, or empty.
-constexpr bool isTextProfile(FileKind kind) {
+constexpr bool IsTextProfile(FileKind kind) {
     return kind == FileKind::empty || kind == FileKind::text || kind == FileKind::compressed;
 }
 
 // The bytes may be the beginning of a file; more than 64 KB of them are not looked at.
-Contents contentsOfBytes(std::string_view bytes);
-Contents contentsOfFile(const std::wstring& path);
+scContents ContentsOfBytes(std::string_view bytes);
+scContents ContentsOfFile(const std::wstring& path);
 
 // Ends in .ini or .conf, in any case.
-bool hasIniName(std::string_view name);
+bool HasIniName(std::string_view name);
 
 // Ends in .xfdf, in any case: XFDF of any program, whose nested fields are lists.
-bool hasXfdfName(std::string_view name);
+bool HasXfdfName(std::string_view name);
 
 // Ends in .xml, in any case.
-bool hasXmlName(std::string_view name);
+bool HasXmlName(std::string_view name);
 
 } // namespace tool::prof
-
-#endif

@@ -1,3 +1,6 @@
+// The order of the questions is the rule: the caller's word, then the contents, then the name. Binary
+// contents are refused whatever the caller says, because a profile would take them for text and lose them at
+// the next save.
 #include "reading.h"
 
 #include "exit_code.h"
@@ -7,7 +10,7 @@ namespace tool::prof {
 
 namespace {
 
-std::string whyNoProfile(const Contents& contents) {
+std::string WhyNoProfile(const scContents& contents) {
     if (contents.kind == FileKind::binary)
         return "is no profile: its contents are binary";
     if (contents.kind == FileKind::other)
@@ -21,14 +24,14 @@ std::string whyNoProfile(const Contents& contents) {
            (contents.root.empty() ? "" : ": its root element is <" + contents.root + ">");
 }
 
-bool isNoProfile(FileKind kind) {
+bool IsNoProfile(FileKind kind) {
     return kind == FileKind::binary || kind == FileKind::markup || kind == FileKind::other;
 }
 
 } // namespace
 
-Reading howToRead(const std::string& name, const Contents& contents, bool plainIni) {
-    const bool named = hasIniName(name);
+scReading HowToRead(const std::string& name, const scContents& contents, bool plainIni) {
+    const bool named = HasIniName(name);
     if (plainIni && contents.kind != FileKind::binary)
         return {PROF_READ_PLAIN_INI, nullptr};
     if (contents.kind == FileKind::plainIni)
@@ -36,10 +39,10 @@ Reading howToRead(const std::string& name, const Contents& contents, bool plainI
                 named ? nullptr : "is no profile; read as a plain INI file, as with --ini"};
     if (named && contents.kind == FileKind::other)
         return {PROF_READ_PLAIN_INI, "has lines that INI files do not have; read as one because of its name"};
-    if (isNoProfile(contents.kind))
-        throw Failure{ExitCode::malformed, displayName(name), whyNoProfile(contents)};
+    if (IsNoProfile(contents.kind))
+        throw scFailure{ExitCode::malformed, DisplayName(name), WhyNoProfile(contents)};
     const bool xfdf = contents.kind == FileKind::xfdf || contents.kind == FileKind::otherXfdf;
-    return {xfdf || hasXfdfName(name) ? PROF_READ_FOREIGN_XFDF : 0u, nullptr};
+    return {xfdf || HasXfdfName(name) ? PROF_READ_FOREIGN_XFDF : 0u, nullptr};
 }
 
 } // namespace tool::prof

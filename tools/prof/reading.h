@@ -1,6 +1,5 @@
 // How a file is read: by its name, its contents and what the command line says.
-#ifndef PROF_TOOL_READING_H
-#define PROF_TOOL_READING_H
+#pragma once
 
 #include "profile_kind.h"
 
@@ -8,15 +7,13 @@
 
 namespace tool::prof {
 
-struct Reading {
+struct scReading {
     unsigned flags;   // PROF_READ_...
     const char* note; // what the caller should know of the choice; null: nothing
 };
 
 // name is what the command line says, "-" too. Throws Failure with malformed for what is no profile: the
 // library would make an empty one of it.
-Reading howToRead(const std::string& name, const Contents& contents, bool plainIni);
+scReading HowToRead(const std::string& name, const scContents& contents, bool plainIni);
 
 } // namespace tool::prof
-
-#endif

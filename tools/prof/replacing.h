@@ -1,6 +1,5 @@
 // What a save may replace: nothing that a profile would not hold is lost.
-#ifndef PROF_TOOL_REPLACING_H
-#define PROF_TOOL_REPLACING_H
+#pragma once
 
 #include <string>
 
@@ -13,12 +12,10 @@ enum class Replaceable {
 
 // For a command that saves what it has read from the same file. Throws Failure when that would lose
 // something.
-void requireReplaceable(const std::string& file, bool plainIni, Replaceable replaceable);
+void RequireReplaceable(const std::string& file, bool plainIni, Replaceable replaceable);
 
 // For a command that saves to a file that it has not read. Throws Failure for any file but a profile in
 // whatever form, an empty file or none.
-void requireOverwritable(const std::string& file);
+void RequireOverwritable(const std::string& file);
 
 } // namespace tool::prof
-
-#endif

@@ -10,40 +10,40 @@ namespace tool::prof {
 
 namespace {
 
-// Deeper entries stay at this indentation and tell their level: indenting each line by its depth would
+// Deeper entries stay at this indentation and show their level: indenting each line by its depth would
 // turn a deep profile into an output of the square of its size.
 constexpr std::size_t deepestIndentation = 32;
 
-void appendIndentation(std::string& line, std::size_t depth) {
+void AppendIndentation(std::string& line, std::size_t depth) {
     line.append(2 * std::min(depth, deepestIndentation), ' ');
     if (depth > deepestIndentation)
         line += std::to_string(depth) + "> ";
 }
 
-void appendEntry(std::string& line, const Entry& entry) {
-    if (entry.isList())
+void AppendEntry(std::string& line, const scEntry& entry) {
+    if (entry.IsList())
         line += '[';
-    appendEscaped(line, entry.name);
-    line += entry.isList() ? ']' : '=';
-    appendEscaped(line, entry.value);
+    AppendEscaped(line, entry.name);
+    line += entry.IsList() ? ']' : '=';
+    AppendEscaped(line, entry.value);
 }
 
-void showTree(TreeWalk& walk) {
+void ShowTree(clsTreeWalk& walk) {
     std::string line;
-    while (walk.next()) {
+    while (walk.Next()) {
         line.clear();
-        appendIndentation(line, walk.entry().depth);
-        appendEntry(line, walk.entry());
-        Output::standard().writeLine(line);
+        AppendIndentation(line, walk.Entry().depth);
+        AppendEntry(line, walk.Entry());
+        clsOutput::Standard().WriteLine(line);
     }
 }
 
 // The path of the list that is being walked: grows and shrinks by one name, whatever the depth.
-class ListPath {
+class clsListPath {
   public:
-    explicit ListPath(std::string start) : text_(std::move(start)) {}
+    explicit clsListPath(std::string start) : text_(std::move(start)) {}
 
-    const std::string& at(std::size_t depth) {
+    const std::string& At(std::size_t depth) {
         while (ends_.size() > depth) {
             text_.resize(ends_.back());
             ends_.pop_back();
@@ -51,10 +51,10 @@ class ListPath {
         return text_;
     }
 
-    void enter(std::wstring_view name) {
+    void Enter(std::wstring_view name) {
         ends_.push_back(text_.size());
         text_ += '/';
-        appendEscaped(text_, name);
+        AppendEscaped(text_, name);
     }
 
   private:
@@ -62,40 +62,40 @@ class ListPath {
     std::vector<std::size_t> ends_;
 };
 
-std::string fullPath(const std::string& path) {
+std::string FullPath(const std::string& path) {
     if (path.empty() || path == "/")
         return {};
     return path.starts_with('/') ? path : '/' + path;
 }
 
-void showFlat(TreeWalk& walk, const std::string& start) {
-    ListPath path{fullPath(start)};
+void ShowFlat(clsTreeWalk& walk, const std::string& start) {
+    clsListPath path{FullPath(start)};
     std::string line;
-    while (walk.next()) {
-        const Entry& entry = walk.entry();
-        const std::string& parent = path.at(entry.depth);
-        if (entry.isList()) {
-            path.enter(entry.name);
+    while (walk.Next()) {
+        const scEntry& entry = walk.Entry();
+        const std::string& parent = path.At(entry.depth);
+        if (entry.IsList()) {
+            path.Enter(entry.name);
             continue;
         }
         line.clear();
-        appendEntry(line, entry);
-        Output::standard().write(parent);
-        Output::standard().write("/");
-        Output::standard().writeLine(line);
+        AppendEntry(line, entry);
+        clsOutput::Standard().Write(parent);
+        clsOutput::Standard().Write("/");
+        clsOutput::Standard().WriteLine(line);
     }
 }
 
 } // namespace
 
-ExitCode runShow(const Arguments& arguments) {
-    const Profile profile = Profile::open(arguments.file, arguments.plainIni);
-    const ProfList start = findList(profile, arguments.file, arguments.path);
-    TreeWalk walk{profile.job(), start, TreeWalk::Scope::wholeTree};
+ExitCode RunShow(const scArguments& arguments) {
+    const clsProfile profile = clsProfile::Open(arguments.file, arguments.plainIni);
+    const ProfList start = FindList(profile, arguments.file, arguments.path);
+    clsTreeWalk walk{profile.Job(), start, clsTreeWalk::Scope::wholeTree};
     if (arguments.flat)
-        showFlat(walk, arguments.path);
+        ShowFlat(walk, arguments.path);
     else
-        showTree(walk);
+        ShowTree(walk);
     return ExitCode::ok;
 }
 

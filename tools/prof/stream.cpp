@@ -16,12 +16,12 @@ namespace tool::prof {
 
 namespace {
 
-void check(HRESULT result) {
+void Check(HRESULT result) {
     if (FAILED(result))
         throw std::bad_alloc{};
 }
 
-ULARGE_INTEGER position(std::size_t bytes) {
+ULARGE_INTEGER Position(std::size_t bytes) {
     ULARGE_INTEGER result;
     result.QuadPart = bytes;
     return result;
@@ -29,38 +29,38 @@ ULARGE_INTEGER position(std::size_t bytes) {
 
 } // namespace
 
-StreamPtr memoryStream(std::string_view bytes) {
+StreamPtr MemoryStream(std::string_view bytes) {
     IStream* raw = nullptr;
-    check(CreateStreamOnHGlobal(nullptr, TRUE, &raw));
+    Check(CreateStreamOnHGlobal(nullptr, TRUE, &raw));
     StreamPtr stream{raw};
     if (!bytes.empty()) {
-        check(stream->SetSize(position(bytes.size()))); // once, instead of growing while it is written
-        check(stream->Write(bytes.data(), static_cast<ULONG>(bytes.size()), nullptr));
-        check(stream->Seek(LARGE_INTEGER{}, STREAM_SEEK_SET, nullptr));
+        Check(stream->SetSize(Position(bytes.size()))); // once, instead of growing while it is written
+        Check(stream->Write(bytes.data(), static_cast<ULONG>(bytes.size()), nullptr));
+        Check(stream->Seek(LARGE_INTEGER{}, STREAM_SEEK_SET, nullptr));
     }
     return stream;
 }
 
-StreamPtr fileStream(const std::wstring& path, const std::string& subject) {
-    if (const std::string reason = whyNotReadable(path); !reason.empty())
-        throw Failure{ExitCode::cannotOpen, subject, reason};
+StreamPtr FileStream(const std::wstring& path, const std::string& subject) {
+    if (const std::string reason = WhyNotReadable(path); !reason.empty())
+        throw scFailure{ExitCode::cannotOpen, subject, reason};
     IStream* raw = nullptr;
     const HRESULT result = SHCreateStreamOnFileEx(path.c_str(), STGM_READ | STGM_SHARE_DENY_NONE,
                                                   FILE_ATTRIBUTE_NORMAL, FALSE, nullptr, &raw);
     if (FAILED(result))
-        throw Failure{ExitCode::cannotOpen, subject, systemReason(HRESULT_CODE(result))};
+        throw scFailure{ExitCode::cannotOpen, subject, SystemReason(HRESULT_CODE(result))};
     return StreamPtr{raw};
 }
 
-std::string contentsOf(IStream& stream) {
+std::string ContentsOf(IStream& stream) {
     STATSTG facts{};
-    check(stream.Stat(&facts, STATFLAG_NONAME));
+    Check(stream.Stat(&facts, STATFLAG_NONAME));
     if (facts.cbSize.QuadPart > std::numeric_limits<LONG>::max())
         throw std::bad_alloc{};
     std::string bytes(facts.cbSize.LowPart, '\0');
     ULONG count = 0;
-    check(stream.Seek(LARGE_INTEGER{}, STREAM_SEEK_SET, nullptr));
-    check(stream.Read(bytes.data(), facts.cbSize.LowPart, &count));
+    Check(stream.Seek(LARGE_INTEGER{}, STREAM_SEEK_SET, nullptr));
+    Check(stream.Read(bytes.data(), facts.cbSize.LowPart, &count));
     bytes.resize(count);
     return bytes;
 }

@@ -1,6 +1,5 @@
 // IStream objects: what the library reads plain INI files and standard input from, and saves to.
-#ifndef PROF_TOOL_STREAM_H
-#define PROF_TOOL_STREAM_H
+#pragma once
 
 #include <objidl.h>
 
@@ -10,21 +9,19 @@
 
 namespace tool::prof {
 
-struct ReleaseObject {
+struct scReleaseObject {
     void operator()(IUnknown* object) const { object->Release(); }
 };
 
-using StreamPtr = std::unique_ptr<IStream, ReleaseObject>;
+using StreamPtr = std::unique_ptr<IStream, scReleaseObject>;
 
 // A stream in memory that holds a copy of the bytes and stands at its start.
-StreamPtr memoryStream(std::string_view bytes);
+StreamPtr MemoryStream(std::string_view bytes);
 
 // A file as a stream for reading; throws Failure.
-StreamPtr fileStream(const std::wstring& path, const std::string& subject);
+StreamPtr FileStream(const std::wstring& path, const std::string& subject);
 
 // Everything that a stream of memoryStream holds.
-std::string contentsOf(IStream& stream);
+std::string ContentsOf(IStream& stream);
 
 } // namespace tool::prof
-
-#endif

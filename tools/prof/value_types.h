@@ -1,6 +1,5 @@
 // The types of --type: a table that get and set read.
-#ifndef PROF_TOOL_VALUE_TYPES_H
-#define PROF_TOOL_VALUE_TYPES_H
+#pragma once
 
 #include <tvut22/prof.h>
 
@@ -11,7 +10,7 @@
 
 namespace tool::prof {
 
-struct ValueType {
+struct scValueType {
     std::string name;
 
     // Stores a value that is given as text; false, and nothing is stored, when it is not of the type.
@@ -24,11 +23,9 @@ struct ValueType {
 };
 
 // Throws std::out_of_range for an unknown name: the command line has been checked before.
-const ValueType& valueType(std::string_view name);
+const scValueType& ValueType(std::string_view name);
 
-std::vector<std::string> storableTypes();
-std::vector<std::string> fetchableTypes();
+std::vector<std::string> StorableTypes();
+std::vector<std::string> FetchableTypes();
 
 } // namespace tool::prof
-
-#endif

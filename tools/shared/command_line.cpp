@@ -12,17 +12,17 @@
 
 namespace tool {
 
-std::vector<std::string> commandLine() {
-    struct FreeLocal {
+std::vector<std::string> CommandLine() {
+    struct scFreeLocal {
         void operator()(wchar_t** memory) const { LocalFree(memory); }
     };
     int count = 0;
-    const std::unique_ptr<wchar_t*, FreeLocal> words{CommandLineToArgvW(GetCommandLineW(), &count)};
+    const std::unique_ptr<wchar_t*, scFreeLocal> words{CommandLineToArgvW(GetCommandLineW(), &count)};
     if (!words)
         throw std::bad_alloc{};
     std::vector<std::string> result;
     for (int at = 1; at < count; ++at)
-        result.push_back(toUtf8(words.get()[at]));
+        result.push_back(ToUtf8(words.get()[at]));
     return result;
 }
 

@@ -1,6 +1,5 @@
 // What the program was called with.
-#ifndef TOOL_COMMAND_LINE_H
-#define TOOL_COMMAND_LINE_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -8,8 +7,6 @@
 namespace tool {
 
 // The process's own command line in UTF-8, without the program's name.
-std::vector<std::string> commandLine();
+std::vector<std::string> CommandLine();
 
 } // namespace tool
-
-#endif

@@ -1,6 +1,5 @@
 // The exit codes of the tools and the one exception that carries them to main.
-#ifndef TOOL_EXIT_CODE_H
-#define TOOL_EXIT_CODE_H
+#pragma once
 
 #include <string>
 
@@ -19,12 +18,10 @@ enum class ExitCode : int {
 };
 
 // Ends a command: printed as "program: subject: reason", or "program: reason" without a subject.
-struct Failure {
+struct scFailure {
     ExitCode code;
     std::string subject;
     std::string reason;
 };
 
 } // namespace tool
-
-#endif

@@ -1,4 +1,5 @@
-// Control characters are escaped; a surrogate without its other half, which no UTF-8 can hold, becomes U+FFFD.
+// Control characters are escaped; a surrogate without its other half, which no UTF-8 can hold, becomes
+// U+FFFD.
 #include "json_object.h"
 
 #include "printable.h"
@@ -21,11 +22,11 @@ void AppendQuoted(std::wstring& json, std::wstring_view text) {
         const wchar_t unit = text[at];
         if (unit == L'"' || unit == L'\\')
             json.append({L'\\', unit});
-        else if (isControl(unit))
+        else if (IsControl(unit))
             AppendEscaped(json, unit);
-        else if (plainRun(text.substr(at, 2), 0) == 0)
+        else if (PlainRun(text.substr(at, 2), 0) == 0)
             json += L'\xfffd';
-        else if (isHighSurrogate(unit))
+        else if (IsHighSurrogate(unit))
             json += text.substr(at++, 2);
         else
             json += unit;

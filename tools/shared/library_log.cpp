@@ -66,7 +66,7 @@ std::string FromCodePage(std::string_view text) {
     const int size = static_cast<int>(text.size());
     std::wstring wide(text.size(), L'\0');
     const int length = MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), size);
-    return toUtf8({wide.data(), static_cast<std::size_t>(length)});
+    return ToUtf8({wide.data(), static_cast<std::size_t>(length)});
 }
 
 } // namespace

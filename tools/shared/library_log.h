@@ -14,8 +14,8 @@ class clsLibraryLog {
   public:
     clsLibraryLog();
 
-    // The lines that were written meanwhile, in UTF-8, without their stamps: from "ERR: " or "WRN: " on. Others
-    // are left out.
+    // The lines that were written meanwhile, in UTF-8, without their stamps: from "ERR: " or "WRN: " on.
+    // Others are left out.
     std::vector<std::string> Reports() const;
 
   private:

@@ -13,15 +13,15 @@ namespace tool {
 
 namespace {
 
-// As Windows' own programs are asked; alone, or behind a command. Elsewhere it could be a path.
-bool asksAsWindowsDoes(const std::vector<std::string>& words) {
+// As Windows' own programs are asked; alone, or after a command. Elsewhere it could be a path.
+bool AsksAsWindowsDoes(const std::vector<std::string>& words) {
     return !words.empty() && words.size() <= 2 && (words.back() == "/?" || words.back() == "-?");
 }
 
 } // namespace
 
-bool parseArguments(CLI::App& app, std::vector<std::string> words, const std::string& hint) {
-    if (asksAsWindowsDoes(words))
+bool ParseArguments(CLI::App& app, std::vector<std::string> words, const std::string& hint) {
+    if (AsksAsWindowsDoes(words))
         words.back() = "--help";
     try {
         std::reverse(words.begin(), words.end()); // the parser takes them from the back
@@ -29,10 +29,10 @@ bool parseArguments(CLI::App& app, std::vector<std::string> words, const std::st
         return true;
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::Success))
-            throw Failure{ExitCode::usage, "", std::string{error.what()} + "\n" + hint};
+            throw scFailure{ExitCode::usage, "", std::string{error.what()} + "\n" + hint};
         std::ostringstream text;
         app.exit(error, text, text);
-        Output::standard().write(text.str());
+        clsOutput::Standard().Write(text.str());
         return false;
     }
 }

@@ -1,6 +1,5 @@
 // The way from the argument parser's exceptions to a tool's own.
-#ifndef TOOL_PARSE_ARGUMENTS_H
-#define TOOL_PARSE_ARGUMENTS_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -13,8 +12,6 @@ namespace tool {
 
 // False when the words asked for help or the version, which are printed then. Throws Failure with the hint
 // for words that the parser does not understand.
-bool parseArguments(CLI::App& app, std::vector<std::string> words, const std::string& hint);
+bool ParseArguments(CLI::App& app, std::vector<std::string> words, const std::string& hint);
 
 } // namespace tool
-
-#endif

@@ -5,17 +5,17 @@ namespace tool {
 
 namespace {
 
-bool isPairAt(std::wstring_view text, std::size_t at) {
-    return isHighSurrogate(text[at]) && at + 1 < text.size() && isLowSurrogate(text[at + 1]);
+bool IsPairAt(std::wstring_view text, std::size_t at) {
+    return IsHighSurrogate(text[at]) && at + 1 < text.size() && IsLowSurrogate(text[at + 1]);
 }
 
-void appendHex(std::wstring& line, std::wstring_view prefix, unsigned value, unsigned digits) {
+void AppendHex(std::wstring& line, std::wstring_view prefix, unsigned value, unsigned digits) {
     line += prefix;
     while (digits-- > 0)
         line += L"0123456789abcdef"[(value >> (4 * digits)) & 0xf];
 }
 
-void appendEscape(std::wstring& line, wchar_t unit) {
+void AppendEscape(std::wstring& line, wchar_t unit) {
     switch (unit) {
     case L'\n':
         line += L"\\n";
@@ -27,34 +27,34 @@ void appendEscape(std::wstring& line, wchar_t unit) {
         line += L"\\t";
         return;
     default:
-        isControl(unit) ? appendHex(line, L"\\x", static_cast<unsigned>(unit), 2)
-                        : appendHex(line, L"\\u", static_cast<unsigned>(unit), 4);
+        IsControl(unit) ? AppendHex(line, L"\\x", static_cast<unsigned>(unit), 2)
+                        : AppendHex(line, L"\\u", static_cast<unsigned>(unit), 4);
     }
 }
 
 } // namespace
 
-std::size_t plainRun(std::wstring_view text, std::size_t start) {
+std::size_t PlainRun(std::wstring_view text, std::size_t start) {
     std::size_t at = start;
-    while (at < text.size() && !isControl(text[at])) {
-        if (isPairAt(text, at))
+    while (at < text.size() && !IsControl(text[at])) {
+        if (IsPairAt(text, at))
             ++at;
-        else if (isHighSurrogate(text[at]) || isLowSurrogate(text[at]))
+        else if (IsHighSurrogate(text[at]) || IsLowSurrogate(text[at]))
             break;
         ++at;
     }
     return at - start;
 }
 
-std::wstring printable(std::wstring_view text) {
+std::wstring Printable(std::wstring_view text) {
     std::wstring line;
     line.reserve(text.size());
     for (std::size_t at = 0; at < text.size(); ++at) {
-        const std::size_t run = plainRun(text, at);
+        const std::size_t run = PlainRun(text, at);
         line += text.substr(at, run);
         at += run;
         if (at < text.size())
-            appendEscape(line, text[at]);
+            AppendEscape(line, text[at]);
     }
     return line;
 }

@@ -11,33 +11,33 @@ namespace tool {
 
 namespace {
 
-int leave(const char* name, const Failure& failure, Report report) {
+int Leave(const char* name, const scFailure& failure, Report report) {
     report(name, failure);
     return static_cast<int>(failure.code);
 }
 
 } // namespace
 
-void reportOnStandardError(const char* name, const Failure& failure) {
+void ReportOnStandardError(const char* name, const scFailure& failure) {
     try {
-        Output::standard().flush(); // what was found before the failure
-    } catch (const Failure&) {
+        clsOutput::Standard().Flush(); // what was found before the failure
+    } catch (const scFailure&) {
         // The failure that ends the command is the one to report.
     }
-    printError(name, failure.subject, failure.reason);
+    PrintError(name, failure.subject, failure.reason);
 }
 
-int runProgram(const char* name, Run run, Report report) {
+int RunProgram(const char* name, Run run, Report report) {
     try {
-        const ExitCode code = run(commandLine());
-        Output::standard().flush();
+        const ExitCode code = run(CommandLine());
+        clsOutput::Standard().Flush();
         return static_cast<int>(code);
-    } catch (const Failure& failure) {
-        return leave(name, failure, report);
+    } catch (const scFailure& failure) {
+        return Leave(name, failure, report);
     } catch (const std::bad_alloc&) {
-        return leave(name, {ExitCode::outOfMemory, "", "out of memory"}, report);
+        return Leave(name, {ExitCode::outOfMemory, "", "out of memory"}, report);
     } catch (const std::length_error&) { // a text that no memory of this process could hold
-        return leave(name, {ExitCode::outOfMemory, "", "out of memory"}, report);
+        return Leave(name, {ExitCode::outOfMemory, "", "out of memory"}, report);
     }
 }
 

@@ -1,7 +1,6 @@
 // The frame around a tool's work: every failure arrives there and leaves as one line on standard error and
 // an exit code.
-#ifndef TOOL_PROGRAM_H
-#define TOOL_PROGRAM_H
+#pragma once
 
 #include "exit_code.h"
 
@@ -11,13 +10,11 @@
 namespace tool {
 
 using Run = ExitCode (*)(std::vector<std::string> words);
-using Report = void (*)(const char* name, const Failure& failure);
+using Report = void (*)(const char* name, const scFailure& failure);
 
-void reportOnStandardError(const char* name, const Failure& failure);
+void ReportOnStandardError(const char* name, const scFailure& failure);
 
 // Runs a tool with its command line; the result is the process's exit code.
-int runProgram(const char* name, Run run, Report report = reportOnStandardError);
+int RunProgram(const char* name, Run run, Report report = ReportOnStandardError);
 
 } // namespace tool
-
-#endif

@@ -9,12 +9,12 @@ namespace tool {
 
 namespace {
 
-struct Known {
+struct scKnown {
     DWORD error;
     const char* reason;
 };
 
-constexpr Known knownErrors[] = {
+constexpr scKnown knownErrors[] = {
     {ERROR_FILE_NOT_FOUND, "no such file"},
     {ERROR_PATH_NOT_FOUND, "no such folder"},
     {ERROR_INVALID_NAME, "not a valid file name"},
@@ -28,28 +28,28 @@ constexpr Known knownErrors[] = {
     {ERROR_PIPE_NOT_CONNECTED, "the reader has gone away"},
 };
 
-std::string ownWords(DWORD error) {
-    for (const Known& known : knownErrors)
+std::string OwnWords(DWORD error) {
+    for (const scKnown& known : knownErrors)
         if (known.error == error)
             return known.reason;
     return {};
 }
 
-std::string systemWords(DWORD error) {
+std::string SystemWords(DWORD error) {
     wchar_t text[512];
     const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
                                         error, 0, text, static_cast<DWORD>(std::size(text)), nullptr);
     const std::wstring_view words{text, length};
     const std::size_t last = words.find_last_not_of(L"\r\n .");
-    return last == std::wstring_view::npos ? std::string{} : toUtf8(words.substr(0, last + 1));
+    return last == std::wstring_view::npos ? std::string{} : ToUtf8(words.substr(0, last + 1));
 }
 
 } // namespace
 
-std::string systemReason(unsigned long error) {
-    if (std::string words = ownWords(error); !words.empty())
+std::string SystemReason(unsigned long error) {
+    if (std::string words = OwnWords(error); !words.empty())
         return words;
-    if (std::string words = systemWords(error); !words.empty())
+    if (std::string words = SystemWords(error); !words.empty())
         return words;
     return "system error " + std::to_string(error);
 }

@@ -1,6 +1,5 @@
 // Reasons in words for what the system refused.
-#ifndef TOOL_SYSTEM_REASON_H
-#define TOOL_SYSTEM_REASON_H
+#pragma once
 
 #include <string>
 
@@ -8,8 +7,6 @@ namespace tool {
 
 // The common errors in the tools' own words (the system's depend on its language), the others in the
 // system's, without its full stop and line end.
-std::string systemReason(unsigned long error);
+std::string SystemReason(unsigned long error);
 
 } // namespace tool
-
-#endif

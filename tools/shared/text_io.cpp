@@ -17,12 +17,12 @@ constexpr std::size_t bufferSize = 64 * 1024;
 constexpr std::size_t consolePiece = 8 * 1024; // older consoles refuse more than 64 KB a call
 constexpr std::wstring_view byteOrderMark = L"\xfeff";
 
-bool isConsole(HANDLE handle) {
+bool IsConsole(HANDLE handle) {
     DWORD mode = 0;
     return GetConsoleMode(handle, &mode) != 0;
 }
 
-bool writeBytes(HANDLE handle, std::string_view bytes) {
+bool WriteBytes(HANDLE handle, std::string_view bytes) {
     while (!bytes.empty()) {
         DWORD written = 0;
         if (!WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr))
@@ -43,12 +43,12 @@ bool writeConsole(HANDLE handle, std::wstring_view text) {
     return true;
 }
 
-bool writeText(HANDLE handle, bool console, std::string_view utf8) {
-    return console ? writeConsole(handle, toWide(utf8)) : writeBytes(handle, utf8);
+bool WriteText(HANDLE handle, bool console, std::string_view utf8) {
+    return console ? writeConsole(handle, ToWide(utf8)) : WriteBytes(handle, utf8);
 }
 
 // The characters of a UTF-16 document with a byte-order mark, or nothing for other bytes.
-std::wstring_view wideDocument(std::string_view bytes) {
+std::wstring_view WideDocument(std::string_view bytes) {
     const std::wstring_view text{reinterpret_cast<const wchar_t*>(bytes.data()),
                                  bytes.size() / sizeof(wchar_t)};
     return text.starts_with(byteOrderMark) ? text.substr(1) : std::wstring_view{};
@@ -56,7 +56,7 @@ std::wstring_view wideDocument(std::string_view bytes) {
 
 } // namespace
 
-std::wstring toWide(std::string_view utf8) {
+std::wstring ToWide(std::string_view utf8) {
     const int size = static_cast<int>(utf8.size());
     std::wstring text(utf8.size(), L'\0');
     const int length = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, text.data(), size);
@@ -64,7 +64,7 @@ std::wstring toWide(std::string_view utf8) {
     return text;
 }
 
-std::string toUtf8(std::wstring_view text) {
+std::string ToUtf8(std::wstring_view text) {
     const int size = static_cast<int>(text.size());
     const int length = WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
     std::string utf8(static_cast<std::size_t>(length), '\0');
@@ -72,58 +72,58 @@ std::string toUtf8(std::wstring_view text) {
     return utf8;
 }
 
-void appendEscaped(std::string& line, std::wstring_view text) {
-    line += toUtf8(printable(text));
+void AppendEscaped(std::string& line, std::wstring_view text) {
+    line += ToUtf8(Printable(text));
 }
 
-Output& Output::standard() {
-    static Output output;
+clsOutput& clsOutput::Standard() {
+    static clsOutput output;
     return output;
 }
 
-Output::Output() : handle_(GetStdHandle(STD_OUTPUT_HANDLE)), console_(isConsole(handle_)) {
+clsOutput::clsOutput() : handle_(GetStdHandle(STD_OUTPUT_HANDLE)), console_(IsConsole(handle_)) {
     buffer_.reserve(bufferSize);
 }
 
-void Output::write(std::string_view utf8) {
+void clsOutput::Write(std::string_view utf8) {
     if (buffer_.size() + utf8.size() > bufferSize)
-        flush();
+        Flush();
     buffer_ += utf8;
 }
 
-void Output::writeLine(std::string_view utf8) {
-    write(utf8);
-    write("\n");
+void clsOutput::WriteLine(std::string_view utf8) {
+    Write(utf8);
+    Write("\n");
 }
 
-void Output::writeDocument(std::string_view bytes) {
-    flush();
-    const std::wstring_view text = wideDocument(bytes);
+void clsOutput::WriteDocument(std::string_view bytes) {
+    Flush();
+    const std::wstring_view text = WideDocument(bytes);
     if (console_ && text.empty())
-        throw Failure{ExitCode::cannotSave, "standard output", "a console cannot show binary contents"};
-    if (!(console_ ? writeConsole(handle_, text) : writeBytes(handle_, bytes)))
-        throw Failure{ExitCode::cannotSave, "standard output", systemReason(GetLastError())};
+        throw scFailure{ExitCode::cannotSave, "standard output", "a console cannot show binary contents"};
+    if (!(console_ ? writeConsole(handle_, text) : WriteBytes(handle_, bytes)))
+        throw scFailure{ExitCode::cannotSave, "standard output", SystemReason(GetLastError())};
 }
 
-void Output::flush() {
-    const bool written = writeText(handle_, console_, buffer_);
+void clsOutput::Flush() {
+    const bool written = WriteText(handle_, console_, buffer_);
     const DWORD error = GetLastError();
     buffer_.clear();
     if (!written)
-        throw Failure{ExitCode::cannotSave, "standard output", systemReason(error)};
+        throw scFailure{ExitCode::cannotSave, "standard output", SystemReason(error)};
 }
 
-void printError(std::string_view program, std::string_view subject, std::string_view reason) {
+void PrintError(std::string_view program, std::string_view subject, std::string_view reason) {
     std::string line{program};
     line += ": ";
     if (!subject.empty())
         line.append(subject).append(": ");
     line.append(reason).append("\n");
     const HANDLE handle = GetStdHandle(STD_ERROR_HANDLE);
-    writeText(handle, isConsole(handle), line);
+    WriteText(handle, IsConsole(handle), line);
 }
 
-std::string readStandardInput() {
+std::string ReadStandardInput() {
     const HANDLE handle = GetStdHandle(STD_INPUT_HANDLE);
     std::string contents;
     for (DWORD count = 1; count > 0;) {
@@ -135,7 +135,7 @@ std::string readStandardInput() {
         const DWORD error = GetLastError();
         contents.resize(size + count);
         if (!read && error != ERROR_BROKEN_PIPE) // the writer's end of a pipe was closed: the end
-            throw Failure{ExitCode::cannotOpen, "standard input", systemReason(error)};
+            throw scFailure{ExitCode::cannotOpen, "standard input", SystemReason(error)};
     }
     return contents;
 }

@@ -2,8 +2,7 @@
 //
 // Pipes and files receive the bytes as they are, without any line end translation; a console receives
 // UTF-16 through its own call, so that its code page does not matter.
-#ifndef TOOL_TEXT_IO_H
-#define TOOL_TEXT_IO_H
+#pragma once
 
 #include <cstddef>
 #include <string>
@@ -11,29 +10,29 @@
 
 namespace tool {
 
-std::wstring toWide(std::string_view utf8);
+std::wstring ToWide(std::string_view utf8);
 
 // Lone surrogates become U+FFFD, for there is no UTF-8 for them.
-std::string toUtf8(std::wstring_view text);
+std::string ToUtf8(std::wstring_view text);
 
 // Appends a text in its printable form.
-void appendEscaped(std::string& line, std::wstring_view text);
+void AppendEscaped(std::string& line, std::wstring_view text);
 
 // Standard output, buffered. Everything that fails throws Failure with cannotSave.
-class Output {
+class clsOutput {
   public:
-    static Output& standard();
+    static clsOutput& Standard();
 
-    void write(std::string_view utf8);
-    void writeLine(std::string_view utf8);
+    void Write(std::string_view utf8);
+    void WriteLine(std::string_view utf8);
 
     // A saved profile. On a console its UTF-16 text is shown; other binary contents are refused there.
-    void writeDocument(std::string_view bytes);
+    void WriteDocument(std::string_view bytes);
 
-    void flush();
+    void Flush();
 
   private:
-    Output();
+    clsOutput();
 
     void* handle_;
     bool console_;
@@ -41,11 +40,9 @@ class Output {
 };
 
 // Writes "program: subject: reason" to standard error. Never throws for a standard error that is closed.
-void printError(std::string_view program, std::string_view subject, std::string_view reason);
+void PrintError(std::string_view program, std::string_view subject, std::string_view reason);
 
 // All of standard input.
-std::string readStandardInput();
+std::string ReadStandardInput();
 
 } // namespace tool
-
-#endif

@@ -75,14 +75,33 @@ ExitCode ExitCodeOf(INT result) {
     return result == UTIL_OK ? ExitCode::ok : RowOf(result).code;
 }
 
-Failure FailureOf(INT result, const std::string& subject, const clsLibraryLog& log) {
-    const scResult& row = RowOf(result);
+scFailure FailureOf(INT result, const std::string& subject, const clsLibraryLog& log) {
+    scFailure failure{ExitCodeOf(result), subject, RowOf(result).words};
     for (const std::string& line : log.Reports()) {
         std::string reason = ReasonIn(line, "'): ");
-        if (!reason.empty() && line.starts_with("ERR: "))
-            return {row.code, subject, std::move(reason)};
+        if (reason.empty())
+            reason = ReasonIn(line, "(): ");
+        if (reason.empty() || !line.starts_with("ERR: "))
+            continue;
+        if (std::string file = PackedFileIn(line); !file.empty())
+            failure.subject = std::move(file);
+        if (reason.starts_with("cannot be read"))
+            failure.code = ExitCode::cannotOpen;
+        else if (reason.starts_with("cannot be written"))
+            failure.code = ExitCode::cannotSave;
+        if (result != UTIL_NOT_FOUND)
+            failure.reason = std::move(reason);
+        break;
     }
-    return {row.code, subject, row.words};
+    return failure;
+}
+
+std::string PackedFileIn(std::string_view line) {
+    constexpr std::string_view mark = "::Append('";
+    const std::size_t at = line.find(mark), end = line.rfind("'): ");
+    if (at == std::string_view::npos || end == std::string_view::npos || end < at + mark.size())
+        return {};
+    return std::string{line.substr(at + mark.size(), end - at - mark.size())};
 }
 
 std::string ReasonIn(std::string_view line, std::string_view mark) {
@@ -95,7 +114,7 @@ std::string ReasonIn(std::string_view line, std::string_view mark) {
     if (open == std::string_view::npos || !reason.ends_with(')') ||
         std::from_chars(reason.data() + open + 2, reason.data() + reason.size() - 1, error).ec != std::errc{})
         return std::string{reason};
-    return std::string{reason.substr(0, open)} + ": " + systemReason(error);
+    return std::string{reason.substr(0, open)} + ": " + SystemReason(error);
 }
 
 } // namespace tool::tvut

@@ -36,8 +36,9 @@ class clsArchiveOptions {
     std::exception_ptr thrown_;
 };
 
-// A result other than UTIL_OK as a failure. The reason is the library's own where its lines tell one.
-Failure FailureOf(INT result, const std::string& subject, const clsLibraryLog& log);
+// A result other than UTIL_OK as a failure. The reason is the library's own where its lines tell one, and the
+// subject the file that they name.
+scFailure FailureOf(INT result, const std::string& subject, const clsLibraryLog& log);
 
 // The exit code for a result.
 ExitCode ExitCodeOf(INT result);
@@ -45,5 +46,8 @@ ExitCode ExitCodeOf(INT result);
 // What a line of the library says after the last mark in it; "(32)" at its end is put into words. Empty for a
 // line without the mark.
 std::string ReasonIn(std::string_view line, std::string_view mark);
+
+// The file that a line about packing is about; empty for another line.
+std::string PackedFileIn(std::string_view line);
 
 } // namespace tool::tvut

@@ -4,6 +4,7 @@
 #include "exit_code.h"
 
 #include <memory>
+#include <string>
 
 namespace CLI {
 class App;
@@ -16,6 +17,7 @@ class IclsCommand {
     virtual ~IclsCommand() = default;
     virtual const char* Name() const = 0;
     virtual const char* Purpose() const = 0;
+    virtual std::string Footer() const { return {}; } // of its help, with line ends
     // Declares the arguments, which are kept in the object.
     virtual void Declare(CLI::App& app) = 0;
     // Throws Failure.

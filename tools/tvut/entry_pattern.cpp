@@ -21,7 +21,8 @@ bool IsMatch(std::wstring_view name, std::wstring_view pattern) {
         if (wanted < pattern.size() && pattern[wanted] == L'*') {
             star = wanted++;
             starTook = at;
-        } else if (wanted < pattern.size() && (pattern[wanted] == L'?' || IsSame(name[at], pattern[wanted]))) {
+        } else if (wanted < pattern.size() &&
+                   (pattern[wanted] == L'?' || IsSame(name[at], pattern[wanted]))) {
             ++at;
             ++wanted;
         } else if (star != pattern.npos) {
@@ -38,12 +39,25 @@ std::wstring_view LastComponent(std::wstring_view name) {
     return name.substr(name.rfind(L'/') + 1); // nothing found: npos + 1 is 0
 }
 
+// The name, or the one of a folder that it is in.
+bool IsMatchOrBelow(std::wstring_view name, std::wstring_view pattern) {
+    const bool isWhole = pattern.find(L'/') != pattern.npos;
+    for (std::size_t length = name.size(); length != name.npos; length = name.rfind(L'/')) {
+        name = name.substr(0, length);
+        if (IsMatch(isWhole ? name : LastComponent(name), pattern))
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 clsEntryPatterns::clsEntryPatterns(const std::vector<std::string>& patterns) : used_(patterns.size()) {
     for (const std::string& pattern : patterns) {
-        patterns_.push_back(toWide(pattern));
+        patterns_.push_back(ToWide(pattern));
         std::ranges::replace(patterns_.back(), L'\\', L'/');
+        if (patterns_.back().ends_with(L'/'))
+            patterns_.back().pop_back();
     }
 }
 
@@ -52,9 +66,7 @@ bool clsEntryPatterns::Match(std::wstring_view name) {
         name.remove_suffix(1);
     bool isMatch = patterns_.empty();
     for (std::size_t number = 0; number < patterns_.size(); ++number) {
-        const std::wstring& pattern = patterns_[number];
-        const bool isWhole = pattern.find(L'/') != pattern.npos;
-        if (!IsMatch(isWhole ? name : LastComponent(name), pattern))
+        if (!IsMatchOrBelow(name, patterns_[number]))
             continue;
         isMatch = true;
         used_[number] = true;

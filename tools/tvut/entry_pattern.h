@@ -1,4 +1,6 @@
-// Patterns that choose entries of an archive.
+// Patterns that choose entries of an archive: * stands for any characters, ? for one, and case is ignored.
+// One with a slash is held against the whole name, another one against the last component. What matches a
+// folder chooses all that is in it.
 #pragma once
 
 #include <string>
@@ -6,6 +8,10 @@
 #include <vector>
 
 namespace tool::tvut {
+
+constexpr const char* patternHelp =
+    "A PATTERN compares with the whole name of an entry, or with its last component where it has no slash;\n"
+    "* stands for any characters, ? for one, and case is ignored. A folder's means all that is in it, too.\n";
 
 class clsEntryPatterns {
   public:

@@ -25,6 +25,10 @@ class clsListCommand final : public IclsCommand {
   public:
     const char* Name() const override { return "list"; }
     const char* Purpose() const override { return "Print what is in an archive"; }
+    std::string Footer() const override {
+        return patternHelp +
+               std::string{"Before a name, * marks an entry that is enciphered, @ a symbolic link.\n"};
+    }
 
     void Declare(CLI::App& app) override {
         app.add_option("ARCHIVE", archive_, "The archive; - for standard input")->required();
@@ -46,7 +50,7 @@ class clsListCommand final : public IclsCommand {
         if (result != UTIL_OK)
             throw FailureOf(result, archive.Subject(), log);
         if (const std::wstring* const unused = patterns.FirstUnused())
-            throw Failure{ExitCode::notFound, archive.Subject(), "no entry matches " + toUtf8(*unused)};
+            throw scFailure{ExitCode::notFound, archive.Subject(), "no entry matches " + ToUtf8(*unused)};
         if (!json_)
             PrintSums();
         return ExitCode::ok;
@@ -55,22 +59,30 @@ class clsListCommand final : public IclsCommand {
   private:
     void Print(const UtilZipEntry& entry) {
         if (json_)
-            return Output::standard().writeLine(toUtf8(JsonLine(entry)));
-        const bool isEncrypted = (entry.flags & UTIL_ZIP_IS_ENCRYPTED) != 0;
+            return clsOutput::Standard().WriteLine(ToUtf8(JsonLine(entry)));
+        if (count_ == 0)
+            clsOutput::Standard().WriteLine("       Bytes       Packed  Modified               Name");
         std::wstring time = LocalTimeText(entry.modified);
         time.resize(19, L' ');
-        std::string line = toUtf8(Right(entry.bytes) + L" " + Right(entry.packed) + L"  " + time +
-                                  (isEncrypted ? L" * " : L"   "));
-        appendEscaped(line, entry.name);
-        Output::standard().writeLine(line);
+        std::string line = ToUtf8(Right(entry.bytes) + L" " + Right(entry.packed) + L"  " + time + L" " +
+                                  Mark(entry) + L" ");
+        AppendEscaped(line, entry.name);
+        clsOutput::Standard().WriteLine(line);
         ++count_;
         bytes_ += entry.bytes;
         packed_ += entry.packed;
     }
 
+    static wchar_t Mark(const UtilZipEntry& entry) {
+        if ((entry.flags & UTIL_ZIP_IS_LINK) != 0)
+            return L'@';
+        return (entry.flags & UTIL_ZIP_IS_ENCRYPTED) != 0 ? L'*' : L' ';
+    }
+
     void PrintSums() const {
-        Output::standard().writeLine(toUtf8(Right(bytes_) + L" " + Right(packed_) + L"  in " +
-                                            std::to_wstring(count_) + (count_ == 1 ? L" entry" : L" entries")));
+        clsOutput::Standard().WriteLine(ToUtf8(Right(bytes_) + L" " + Right(packed_) + L"  in " +
+                                               std::to_wstring(count_) +
+                                               (count_ == 1 ? L" entry" : L" entries")));
     }
 
     std::string archive_;

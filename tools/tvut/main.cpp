@@ -1,5 +1,6 @@
 // tvut: a command line tool on the public interface of the families after the profile store.
 #include "command.h"
+#include "command_words.h"
 #include "parse_arguments.h"
 #include "program.h"
 
@@ -14,9 +15,7 @@ namespace {
 
 using tool::ExitCode;
 
-constexpr const char* footer =
-    "A PATTERN compares with the whole name of an entry, or with its last component where it has no slash;\n"
-    "* stands for any characters, ? for one, and case is ignored.\n"
+constexpr const char* exitCodes =
     "Exit codes: 0 done, 1 not found, 2 wrong usage, 3 cannot open, 4 damaged or refused contents,\n"
     "            5 cannot save or write, 6 password missing or wrong, 7 out of memory, 8 interrupted.\n";
 
@@ -32,11 +31,17 @@ ExitCode Run(std::vector<std::string> words) {
     CLI::App app{"Packs, unpacks and lists ZIP archives.", "tvut"};
     app.allow_windows_style_options(false); // paths of other systems begin with a slash
     app.set_version_flag("--version", Version());
-    app.footer(footer);
+    app.footer(exitCodes);
     app.require_subcommand(1);
-    for (const auto& command : commands)
-        command->Declare(*app.add_subcommand(command->Name(), command->Purpose()));
-    if (!tool::parseArguments(app, std::move(words), "Try 'tvut --help' or 'tvut COMMAND --help'."))
+    std::vector<std::string_view> names;
+    for (const auto& command : commands) {
+        CLI::App& declared = *app.add_subcommand(command->Name(), command->Purpose());
+        declared.footer(command->Footer() + std::string{exitCodes});
+        command->Declare(declared);
+        names.emplace_back(command->Name());
+    }
+    words = tool::WithOptionsForWords(std::move(words), {"tvut", "list", names});
+    if (!tool::ParseArguments(app, std::move(words), "Try 'tvut --help' or 'tvut COMMAND --help'."))
         return ExitCode::ok;
     const std::string chosen = app.get_subcommands().front()->get_name();
     return (*std::ranges::find_if(commands, [&](const auto& command) { return chosen == command->Name(); }))
@@ -46,5 +51,5 @@ ExitCode Run(std::vector<std::string> words) {
 } // namespace
 
 int main() {
-    return tool::runProgram("tvut", Run);
+    return tool::RunProgram("tvut", Run);
 }

@@ -17,7 +17,7 @@ namespace {
 std::string ReadStart(const std::string& file) {
     std::array<char, 4096> bytes;
     DWORD count = 0;
-    const HANDLE handle = CreateFileW(toWide(file).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+    const HANDLE handle = CreateFileW(ToWide(file).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                       nullptr, OPEN_EXISTING, 0, nullptr);
     const bool isRead =
         handle != INVALID_HANDLE_VALUE &&
@@ -26,7 +26,7 @@ std::string ReadStart(const std::string& file) {
     if (handle != INVALID_HANDLE_VALUE)
         CloseHandle(handle);
     if (!isRead)
-        throw Failure{ExitCode::cannotOpen, file, systemReason(error)};
+        throw scFailure{ExitCode::cannotOpen, file, SystemReason(error)};
     return {bytes.data(), count};
 }
 
@@ -39,13 +39,13 @@ void DeclarePasswordFile(CLI::App& app, std::string& file) {
 std::wstring PasswordFrom(const std::string& file) {
     if (file.empty())
         return {};
-    std::string text = file == "-" ? readStandardInput() : ReadStart(file);
+    std::string text = file == "-" ? ReadStandardInput() : ReadStart(file);
     if (text.starts_with("\xEF\xBB\xBF"))
         text.erase(0, 3);
     text.resize(std::min(text.find_first_of("\r\n"), text.size()));
     if (text.empty())
-        throw Failure{ExitCode::usage, file, "holds no password"};
-    return toWide(text);
+        throw scFailure{ExitCode::usage, file, "holds no password"};
+    return ToWide(text);
 }
 
 } // namespace tool::tvut

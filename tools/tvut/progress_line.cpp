@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <string>
 
 namespace tool::tvut {
@@ -27,7 +28,7 @@ void Write(void* console, std::wstring_view text) {
 std::wstring Percent(const UtilZipEntry& entry) {
     if (entry.bytes == 0)
         return L"    ";
-    std::wstring text = std::to_wstring(entry.done * 100 / entry.bytes) + L"%";
+    std::wstring text = std::to_wstring(std::min(entry.done, entry.bytes) * 100 / entry.bytes) + L"%";
     return std::wstring(4 - text.size(), L' ') + text;
 }
 
@@ -46,7 +47,7 @@ void clsProgressLine::Show(const UtilZipEntry& entry) {
         return;
     shownAt_ = now;
     isShown_ = true;
-    std::wstring line = Percent(entry) + L" " + printable(entry.name);
+    std::wstring line = Percent(entry) + L" " + Printable(entry.name);
     line.resize(lineWidth, L' ');
     Write(console_, L"\r" + line);
 }

@@ -22,9 +22,10 @@ struct CloseFile {
 using OwnedFile = std::unique_ptr<void, CloseFile>;
 
 OwnedFile Open(const std::wstring& path, DWORD access) {
-    const HANDLE handle = CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    const HANDLE handle =
+        CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
-        throw Failure{ExitCode::cannotOpen, "temporary file", systemReason(GetLastError())};
+        throw scFailure{ExitCode::cannotOpen, "temporary file", SystemReason(GetLastError())};
     return OwnedFile{handle};
 }
 
@@ -36,7 +37,7 @@ clsTemporary::clsTemporary(Kind kind) {
     BSTR path = nullptr;
     const UINT flags = kind == Kind::folder ? UTIL_TEMP_FOLDER : 0;
     if (UtilTempFileCreate(nullptr, L"archive.zip", flags, &path) != UTIL_OK)
-        throw Failure{ExitCode::cannotSave, "temporary file", "cannot be made"};
+        throw scFailure{ExitCode::cannotSave, "temporary file", "cannot be made"};
     path_.assign(path, SysStringLen(path));
     SysFreeString(path);
 }
@@ -52,11 +53,11 @@ void CopyInputTo(const std::wstring& path) {
         DWORD count = 0, written = 0;
         if (!ReadFile(GetStdHandle(STD_INPUT_HANDLE), piece.data(), pieceBytes, &count, nullptr) &&
             GetLastError() != ERROR_BROKEN_PIPE) // the writer's end of a pipe was closed: the end
-            throw Failure{ExitCode::cannotOpen, "standard input", systemReason(GetLastError())};
+            throw scFailure{ExitCode::cannotOpen, "standard input", SystemReason(GetLastError())};
         if (count == 0)
             return;
         if (!WriteFile(file.get(), piece.data(), count, &written, nullptr))
-            throw Failure{ExitCode::cannotSave, "temporary file", systemReason(GetLastError())};
+            throw scFailure{ExitCode::cannotSave, "temporary file", SystemReason(GetLastError())};
     }
 }
 
@@ -66,10 +67,10 @@ void CopyToOutput(const std::wstring& path) {
     for (;;) {
         DWORD count = 0;
         if (!ReadFile(file.get(), piece.data(), pieceBytes, &count, nullptr))
-            throw Failure{ExitCode::cannotOpen, "temporary file", systemReason(GetLastError())};
+            throw scFailure{ExitCode::cannotOpen, "temporary file", SystemReason(GetLastError())};
         if (count == 0)
             return;
-        Output::standard().writeDocument({piece.data(), count});
+        clsOutput::Standard().WriteDocument({piece.data(), count});
     }
 }
 

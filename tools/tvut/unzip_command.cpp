@@ -36,6 +36,10 @@ struct scWanted {
     bool Is(UINT flag) const { return (entry.flags & flag) != 0; }
 };
 
+std::string InWords(const std::string& reason) {
+    return reason.starts_with("method ") ? "compressed by " + reason + ", which is not read" : reason;
+}
+
 bool IsThere(const wchar_t* path) {
     return GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES;
 }
@@ -44,13 +48,15 @@ class clsUnzipCommand final : public IclsCommand {
   public:
     const char* Name() const override { return "unzip"; }
     const char* Purpose() const override { return "Unpack or test an archive"; }
+    std::string Footer() const override { return patternHelp; }
 
     void Declare(CLI::App& app) override {
         app.add_option("ARCHIVE", archive_, "The archive; - for standard input")->required();
         app.add_option("PATTERN", patterns_, "Entries to unpack; without any, all of them");
-        CLI::Option* const to = app.add_option("--to", folder_, "Where to unpack, made when it is missing; - for "
-                                                                "standard output, one file after the other")
-                                    ->capture_default_str();
+        CLI::Option* const to = app.add_option("--to", folder_,
+                                               "Where to unpack, made when it is missing; - for "
+                                               "standard output, one file after the other. Without it, here")
+                                    ->type_name("FOLDER");
         app.add_flag("--test", test_, "Write nothing: only look whether everything could be unpacked")
             ->excludes(to);
         app.add_flag("--keep", keep_, "Leave files alone that are there");
@@ -62,18 +68,24 @@ class clsUnzipCommand final : public IclsCommand {
 
     ExitCode Run() override {
         if (folder_ == "-" && json_)
-            throw Failure{ExitCode::usage, "--json", "standard output cannot be two things"};
+            throw scFailure{ExitCode::usage, "--json", "standard output cannot be two things"};
         if (archive_ == "-" && passwordFile_ == "-")
-            throw Failure{ExitCode::usage, "-", "standard input cannot be two things"};
+            throw scFailure{ExitCode::usage, "-", "standard input cannot be two things"};
+        if (const DWORD there = GetFileAttributesW(ToWide(folder_).c_str());
+            folder_ != "-" && there != INVALID_FILE_ATTRIBUTES && (there & FILE_ATTRIBUTE_DIRECTORY) == 0)
+            throw scFailure{ExitCode::cannotSave, folder_, "is no folder"};
         const clsLibraryLog log;
         const std::wstring password = PasswordFrom(passwordFile_);
+        hasPassword_ = !password.empty();
         const clsArchiveInput archive(archive_);
         std::optional<clsTemporary> passage;
         if (folder_ == "-")
             passage.emplace(clsTemporary::Kind::folder);
-        Unpack(archive, passage ? passage->Path() : toWide(folder_), password, log);
+        Unpack(archive, passage ? passage->Path() : ToWide(folder_), password, log);
         if (passage)
             PassOn();
+        if (test_ && !json_)
+            PrintGood(archive.Subject());
         return ExitCode::ok;
     }
 
@@ -81,9 +93,10 @@ class clsUnzipCommand final : public IclsCommand {
     void Unpack(const clsArchiveInput& archive, const std::wstring& folder, const std::wstring& password,
                 const clsLibraryLog& log) {
         clsEntryPatterns patterns(patterns_);
-        clsArchiveOptions options(keep_ ? UTIL_ZIP_KEEP_EXISTING : 0, password, [&](const UtilZipEntry& entry) {
-            return (entry.flags & UTIL_ZIP_IS_QUESTION) != 0 ? Choose(entry, patterns) : Show(entry);
-        });
+        clsArchiveOptions options(
+            keep_ ? UTIL_ZIP_KEEP_EXISTING : 0, password, [&](const UtilZipEntry& entry) {
+                return (entry.flags & UTIL_ZIP_IS_QUESTION) != 0 ? Choose(entry, patterns) : Show(entry);
+            });
         options.Get()->limit = limit_;
         const INT result =
             UtilExtractZip(archive.Path().c_str(), test_ ? nullptr : folder.c_str(), options.Get());
@@ -91,7 +104,7 @@ class clsUnzipCommand final : public IclsCommand {
         if (result != UTIL_OK)
             Fail(result, archive, log);
         if (const std::wstring* const unused = patterns.FirstUnused())
-            throw Failure{ExitCode::notFound, archive.Subject(), "no entry matches " + toUtf8(*unused)};
+            throw scFailure{ExitCode::notFound, archive.Subject(), "no entry matches " + ToUtf8(*unused)};
     }
 
     INT Choose(const UtilZipEntry& entry, clsEntryPatterns& patterns) {
@@ -100,6 +113,9 @@ class clsUnzipCommand final : public IclsCommand {
         const bool isFolder = (entry.flags & UTIL_ZIP_IS_FOLDER) != 0;
         if (keep_ && entry.target && !isFolder && IsThere(entry.target))
             return UTIL_ZIP_SKIP;
+        if ((entry.flags & UTIL_ZIP_IS_ENCRYPTED) != 0 && !hasPassword_)
+            throw scFailure{ExitCode::wrongType, archive_,
+                            "is enciphered: --password-file names the password's file"};
         wanted_.emplace(entry.index, entry);
         return UTIL_ZIP_GO;
     }
@@ -111,8 +127,8 @@ class clsUnzipCommand final : public IclsCommand {
         scWanted& wanted = wanted_.at(entry.index);
         wanted.isDone = true;
         if (json_)
-            Output::standard().writeLine(toUtf8(JsonLine(entry)));
-        else if (wanted.Is(UTIL_ZIP_IS_RENAMED) && folder_ != "-")
+            clsOutput::Standard().WriteLine(ToUtf8(JsonLine(entry)));
+        else if (wanted.Is(UTIL_ZIP_IS_RENAMED) && entry.target && folder_ != "-")
             Say(wanted.name, "unpacked as " + Printable(wanted.target));
         return UTIL_ZIP_GO;
     }
@@ -122,23 +138,28 @@ class clsUnzipCommand final : public IclsCommand {
         std::vector<std::string> reasons;
         for (const std::string& line : log.Reports()) {
             if (line.starts_with("ERR: UtilExtractZip(") && line.find("')['") != std::string::npos)
-                reasons.push_back(ReasonIn(line, "']: "));
+                reasons.push_back(InWords(ReasonIn(line, "']: ")));
         }
-        if (reasons.empty())
-            throw FailureOf(result, archive.Subject(), log);
+        if (reasons.empty()) {
+            scFailure failure = FailureOf(result, archive.Subject(), log);
+            if (failure.code == ExitCode::cannotSave)
+                failure.subject = folder_;
+            throw failure;
+        }
         std::size_t failed = 0;
         for (const auto& [index, wanted] : wanted_) {
             if (wanted.isDone || failed == reasons.size())
                 continue;
             const std::string& reason = reasons[failed++];
             if (json_)
-                Output::standard().writeLine(toUtf8(JsonLine(wanted.Shown(), toWide(reason))));
+                clsOutput::Standard().WriteLine(ToUtf8(JsonLine(wanted.Shown(), ToWide(reason))));
             else
                 Say(wanted.name, reason);
         }
-        throw Failure{result == UTIL_NO_ACCESS ? ExitCode::cannotSave : ExitCodeOf(result), archive.Subject(),
-                      std::to_string(failed) + " of " + std::to_string(wanted_.size()) +
-                          " entries could not be unpacked"};
+        throw scFailure{result == UTIL_NO_ACCESS ? ExitCode::cannotSave : ExitCodeOf(result),
+                        archive.Subject(),
+                        std::to_string(failed) + " of " + std::to_string(wanted_.size()) +
+                            " entries could not be unpacked"};
     }
 
     // The files in the archive's order; others may have made the same folder, but not the same archive.
@@ -149,19 +170,27 @@ class clsUnzipCommand final : public IclsCommand {
         }
     }
 
+    void PrintGood(const std::string& archive) const {
+        std::uint64_t bytes = 0;
+        for (const auto& [index, wanted] : wanted_)
+            bytes += wanted.entry.bytes;
+        clsOutput::Standard().WriteLine(archive + ": good, entries: " + std::to_string(wanted_.size()) +
+                                        ", bytes: " + std::to_string(bytes));
+    }
+
     static std::string Printable(const std::wstring& text) {
         std::string printable;
-        appendEscaped(printable, text);
+        AppendEscaped(printable, text);
         return printable;
     }
     static void Say(const std::wstring& name, const std::string& what) {
-        printError("tvut", Printable(name), what);
+        PrintError("tvut", Printable(name), what);
     }
 
     std::string archive_, folder_ = ".", passwordFile_;
     std::vector<std::string> patterns_;
     std::uint64_t limit_ = 0;
-    bool test_ = false, keep_ = false, json_ = false;
+    bool test_ = false, keep_ = false, json_ = false, hasPassword_ = false;
     std::map<UINT, scWanted> wanted_; // by their index
     clsProgressLine progress_;
 };

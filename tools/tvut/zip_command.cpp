@@ -23,8 +23,9 @@ class clsZipCommand final : public IclsCommand {
 
     void Declare(CLI::App& app) override {
         app.add_option("ARCHIVE", archive_, "The archive to make; - for standard output")->required();
-        app.add_option("SOURCE", sources_, "A file, a folder with all below it, or files with * and ? in the "
-                                           "name; - for standard input")
+        app.add_option("SOURCE", sources_,
+                       "A file, a folder with all below it, or files with * and ? in the "
+                       "name; - for standard input")
             ->required();
         app.add_option("--name", name_, "The name in the archive, for a single SOURCE");
         app.add_option("--in", folder_, "The folder of the archive to put everything into");
@@ -42,7 +43,7 @@ class clsZipCommand final : public IclsCommand {
             copy.emplace(clsTemporary::Kind::file);
         clsArchiveOptions options(store_ ? UTIL_ZIP_STORE : 0, password,
                                   [this](const UtilZipEntry& entry) { return Show(entry); });
-        Pack(copy ? copy->Path() : toWide(archive_), options, log);
+        Pack(copy ? copy->Path() : ToWide(archive_), options, log);
         if (copy)
             CopyToOutput(copy->Path());
         return ExitCode::ok;
@@ -51,14 +52,19 @@ class clsZipCommand final : public IclsCommand {
   private:
     void CheckWords() const {
         const bool readsInput = std::ranges::find(sources_, "-") != sources_.end();
+        if (archive_.empty() || std::ranges::find(sources_, "") != sources_.end())
+            throw scFailure{ExitCode::usage, "ARCHIVE, SOURCE", "must not be empty"};
+        if (const DWORD there = GetFileAttributesW(ToWide(archive_).c_str());
+            there != INVALID_FILE_ATTRIBUTES && (there & FILE_ATTRIBUTE_DIRECTORY) != 0)
+            throw scFailure{ExitCode::cannotSave, archive_, "is a folder"};
         if (!name_.empty() && sources_.size() > 1)
-            throw Failure{ExitCode::usage, "--name", "is for a single SOURCE"};
+            throw scFailure{ExitCode::usage, "--name", "is for a single SOURCE"};
         if (readsInput && name_.empty())
-            throw Failure{ExitCode::usage, "-", "standard input needs --name"};
+            throw scFailure{ExitCode::usage, "-", "standard input needs --name"};
         if (readsInput && passwordFile_ == "-")
-            throw Failure{ExitCode::usage, "-", "standard input cannot be two things"};
+            throw scFailure{ExitCode::usage, "-", "standard input cannot be two things"};
         if (archive_ == "-" && json_)
-            throw Failure{ExitCode::usage, "--json", "standard output cannot be two things"};
+            throw scFailure{ExitCode::usage, "--json", "standard output cannot be two things"};
     }
 
     INT Show(const UtilZipEntry& entry) {
@@ -66,36 +72,55 @@ class clsZipCommand final : public IclsCommand {
             return UTIL_ZIP_GO;
         progress_.Show(entry);
         if (json_ && entry.done == entry.bytes)
-            Output::standard().writeLine(toUtf8(JsonLine(entry)));
+            clsOutput::Standard().WriteLine(ToUtf8(JsonLine(entry)));
         return UTIL_ZIP_GO;
     }
 
     void Pack(const std::wstring& path, clsArchiveOptions& options, const clsLibraryLog& log) {
         const UtilZip zip = UtilZIPCreate(path.c_str(), options.Get());
         if (!zip)
-            throw Failure{ExitCode::cannotSave, archive_, systemReason(GetLastError())};
+            throw scFailure{ExitCode::cannotSave, archive_, SystemReason(GetLastError())};
         for (const std::string& source : sources_) {
             const INT result = Append(zip, source);
             if (result == UTIL_OK)
                 continue;
             UtilZIPClose(zip, FALSE);
             options.Rethrow();
-            throw FailureOf(result, source, log);
+            scFailure failure = FailureOf(result, source, log);
+            failure.subject = Subject(source, failure.subject);
+            throw failure;
         }
+        TellPassedOver(log);
         const INT result = UtilZIPClose(zip, TRUE);
         if (result == UTIL_OK)
             return;
-        Failure failure = FailureOf(result, archive_, log);
+        scFailure failure = FailureOf(result, archive_, log);
         failure.code = ExitCode::cannotSave;
         throw failure;
     }
 
+    // The source as it was typed, or the file below it that failed.
+    static std::string Subject(const std::string& source, const std::string& file) {
+        std::string typed = source.substr(source.starts_with("./") || source.starts_with(".\\") ? 2 : 0);
+        std::ranges::replace(typed, '/', '\\');
+        if (source == "-")
+            return "standard input";
+        return file.ends_with(typed) ? source : file;
+    }
+
+    static void TellPassedOver(const clsLibraryLog& log) {
+        for (const std::string& line : log.Reports()) {
+            if (line.starts_with("WRN: clsZIPFile("))
+                PrintError("tvut", PackedFileIn(line), ReasonIn(line, "'): "));
+        }
+    }
+
     INT Append(UtilZip zip, const std::string& source) const {
-        const std::wstring folder = toWide(folder_);
-        const std::wstring name = (folder.empty() ? L"" : folder + L"/") + toWide(name_);
+        const std::wstring folder = ToWide(folder_);
+        const std::wstring name = (folder.empty() ? L"" : folder + L"/") + ToWide(name_);
         if (source == "-")
             return AppendInput(zip, name);
-        const std::wstring wide = toWide(source);
+        const std::wstring wide = ToWide(source);
         if (!name_.empty())
             return UtilZIPAppend(zip, wide.c_str(), name.c_str());
         const wchar_t* const list[] = {wide.c_str()};

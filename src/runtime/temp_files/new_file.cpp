@@ -66,7 +66,7 @@ void clsWishedPaths::Number(std::uint32_t number) {
         path_ += text.data();
     }
     path_ += wish_.extension;
-    systemPath_ = PlatformLongPath(path_);
+    systemPath_ = PlatformLongPath(PlatformPlainPath(path_));
 }
 
 unsigned long UtilpMakeNewFile(clsWishedPaths& paths, bool isFolder, std::uint32_t& number) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/bytes.h"
+#include "text/bytes/wrapping.h"
 
 #include <cstddef>
 #include <memory>
@@ -9,11 +10,6 @@
 namespace tvut {
 
 struct scInflateState;
-
-enum class Wrapping {
-    zlib, // RFC 1950: a header before the stream and a check value after it
-    none, // RFC 1951: the bare stream
-};
 
 // A sink that compresses on the way into another, which it hands whole blocks of 64 KB until the end.
 class clsDeflatingSink final : public clsByteSink {

@@ -28,7 +28,7 @@ class clsRawDeflater {
         wholeStream, // no more is fed
     };
 
-    // Deflates what was fed; gives how many bytes. More of the same is to come while IsMore().
+    // Deflates what was fed; returns how many bytes. More of the same is to come while IsMore().
     std::size_t Fold(void* room, std::size_t bytes, Wanted wanted) noexcept;
     bool IsMore() const noexcept { return isMore_; }
 

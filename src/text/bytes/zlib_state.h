@@ -1,8 +1,9 @@
 // zlib's states, owned, for the files that deflate and inflate.
 #pragma once
 
-#include "text/bytes/deflate.h"
+#include "text/bytes/wrapping.h"
 
+#include <cstddef>
 #include <new>
 #include <zlib.h>
 

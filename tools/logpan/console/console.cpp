@@ -1,4 +1,4 @@
-// Reads the store and prints; standard error tells when to begin and how it ended.
+// Reads the store and prints; standard error says when it listens and how it ended.
 #include "console.h"
 
 #include "columns.h"
@@ -13,88 +13,88 @@ namespace {
 
 constexpr std::size_t batchSize = 256;
 
-void say(const std::string& text) {
-    printError("logpan", "", text);
+void Say(const std::string& text) {
+    PrintError("logpan", "", text);
 }
 
-class Printer {
+class clsPrinter {
   public:
-    Printer(const Arguments& arguments, Store& store)
-        : arguments_(arguments), filter_(filterOf(arguments)), store_(store) {}
+    clsPrinter(const scArguments& arguments, clsStore& store)
+        : arguments_(arguments), filter_(FilterOf(arguments)), store_(store) {}
 
     // Until the time is over, enough lines are printed or the store is stopped.
-    void run(std::optional<Store::Clock::time_point> end) {
-        while (!isDone() && store_.wait(next_, end)) {
-            printBatch();
+    void Run(std::optional<clsStore::Clock::time_point> end) {
+        while (!IsDone() && store_.Wait(next_, end)) {
+            PrintBatch();
             if (next_ == store_.end())
-                Output::standard().flush();
+                clsOutput::Standard().Flush();
         }
-        store_.stop(); // completes the lines that waited for more
-        while (!isDone() && printBatch()) {
+        store_.Stop(); // completes the lines that waited for more
+        while (!IsDone() && PrintBatch()) {
         }
-        Output::standard().flush();
+        clsOutput::Standard().Flush();
     }
 
-    std::string summary() const {
-        const Counters counters = store_.counters();
+    std::string Summary() const {
+        const scCounters counters = store_.Counters();
         return "received " + std::to_string(counters.received) + ", shown " + std::to_string(shown_) +
                ", lost " + std::to_string(counters.lost) + ", refused " + std::to_string(counters.refused) +
                ", skipped " + std::to_string(skipped_);
     }
 
   private:
-    bool isDone() const { return arguments_.maxLines > 0 && shown_ >= arguments_.maxLines; }
+    bool IsDone() const { return arguments_.maxLines > 0 && shown_ >= arguments_.maxLines; }
 
     // False when there was nothing more to read.
-    bool printBatch() {
+    bool PrintBatch() {
         batch_.clear();
-        skipped_ += store_.read(next_, batchSize, batch_);
+        skipped_ += store_.Read(next_, batchSize, batch_);
         for (const LinePtr& line : batch_) {
-            if (isDone())
+            if (IsDone())
                 break;
-            if (filter_.shows(*line))
-                print(*line);
+            if (filter_.Shows(*line))
+                Print(*line);
         }
         return !batch_.empty();
     }
 
-    void print(const Line& line) {
-        Output::standard().writeLine(toUtf8(arguments_.json ? jsonLine(line) : plainLine(line)));
+    void Print(const scLine& line) {
+        clsOutput::Standard().WriteLine(ToUtf8(arguments_.json ? JsonLine(line) : PlainLine(line)));
         ++shown_;
     }
 
-    const Arguments& arguments_;
-    Filter filter_;
-    Store& store_;
+    const scArguments& arguments_;
+    scFilter filter_;
+    clsStore& store_;
     std::uint64_t next_ = 0;
     std::uint64_t shown_ = 0;
     std::uint64_t skipped_ = 0;
     std::vector<LinePtr> batch_;
 };
 
-std::optional<Store::Clock::time_point> endOf(const Arguments& arguments) {
+std::optional<clsStore::Clock::time_point> EndOf(const scArguments& arguments) {
     if (!arguments.exitAfter)
         return std::nullopt;
-    return Store::Clock::now() + std::chrono::duration_cast<Store::Clock::duration>(
-                                     std::chrono::duration<double>{*arguments.exitAfter});
+    return clsStore::Clock::now() + std::chrono::duration_cast<clsStore::Clock::duration>(
+                                        std::chrono::duration<double>{*arguments.exitAfter});
 }
 
 } // namespace
 
-ExitCode runConsole(const Arguments& arguments) {
-    Store store{arguments.capacity, arguments.bytes()};
-    Printer printer{arguments, store};
-    const Interrupt interrupt{store};
-    const OnlyViewer only;
+ExitCode RunConsole(const scArguments& arguments) {
+    clsStore store{arguments.capacity, arguments.Bytes()};
+    clsPrinter printer{arguments, store};
+    const clsInterrupt interrupt{store};
+    const clsOnlyViewer only;
     {
-        const HiddenWindow window;
-        const Session session{store, arguments.datagram, window.handle()};
-        if (!session.hasMailslot())
-            say("another program has the mailslot; older senders are not heard");
-        say("listening on port " + std::to_string(session.port()));
-        printer.run(endOf(arguments));
+        const clsHiddenWindow window;
+        const clsSession session{store, arguments.datagram, window.Handle()};
+        if (!session.HasMailslot())
+            Say("another program has the mailslot; older senders are not heard");
+        Say("listening on port " + std::to_string(session.Port()));
+        printer.Run(EndOf(arguments));
     }
-    say(printer.summary());
+    Say(printer.Summary());
     return ExitCode::ok;
 }
 

@@ -1,13 +1,10 @@
 // Lines to standard output, for pipes and servers.
-#ifndef LOGPAN_CONSOLE_H
-#define LOGPAN_CONSOLE_H
+#pragma once
 
 #include "arguments.h"
 
 namespace tool::logpan {
 
-ExitCode runConsole(const Arguments& arguments);
+ExitCode RunConsole(const scArguments& arguments);
 
 } // namespace tool::logpan
-
-#endif

@@ -9,15 +9,15 @@ namespace tool::logpan {
 
 namespace {
 
-LRESULT CALLBACK handleMessage(HWND window, UINT message, WPARAM first, LPARAM second) {
+LRESULT CALLBACK HandleMessage(HWND window, UINT message, WPARAM first, LPARAM second) {
     if (message == WM_DESTROY)
         PostQuitMessage(0);
     return DefWindowProcW(window, message, first, second);
 }
 
-HWND makeWindow() {
+HWND MakeWindow() {
     WNDCLASSW description{};
-    description.lpfnWndProc = handleMessage;
+    description.lpfnWndProc = HandleMessage;
     description.hInstance = GetModuleHandleW(nullptr);
     description.lpszClassName = LOGPAN_WINDOW_CLASS;
     RegisterClassW(&description);
@@ -27,20 +27,20 @@ HWND makeWindow() {
 
 } // namespace
 
-HiddenWindow::HiddenWindow() {
-    const Handle ready{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
-    thread_ = std::thread{[this, event = ready.get()] { run(event); }};
+clsHiddenWindow::clsHiddenWindow() {
+    const clsHandle ready{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    thread_ = std::thread{[this, event = ready.get()] { Run(event); }};
     WaitForSingleObject(ready.get(), INFINITE);
 }
 
-HiddenWindow::~HiddenWindow() {
+clsHiddenWindow::~clsHiddenWindow() {
     if (window_ != nullptr)
         PostMessageW(window_, WM_CLOSE, 0, 0);
     thread_.join();
 }
 
-void HiddenWindow::run(HANDLE ready) {
-    window_ = makeWindow();
+void clsHiddenWindow::Run(HANDLE ready) {
+    window_ = MakeWindow();
     SetEvent(ready);
     if (window_ == nullptr)
         return;

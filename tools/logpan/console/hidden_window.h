@@ -1,6 +1,5 @@
 // The window that older senders look for when the viewer shows none. It is never visible.
-#ifndef LOGPAN_HIDDEN_WINDOW_H
-#define LOGPAN_HIDDEN_WINDOW_H
+#pragma once
 
 #include <windows.h>
 
@@ -9,23 +8,21 @@
 namespace tool::logpan {
 
 // Lives in a thread of its own, because a window must take its messages: others may send it some and wait.
-class HiddenWindow {
+class clsHiddenWindow {
   public:
-    HiddenWindow();
-    ~HiddenWindow();
-    HiddenWindow(const HiddenWindow&) = delete;
-    HiddenWindow& operator=(const HiddenWindow&) = delete;
+    clsHiddenWindow();
+    ~clsHiddenWindow();
+    clsHiddenWindow(const clsHiddenWindow&) = delete;
+    clsHiddenWindow& operator=(const clsHiddenWindow&) = delete;
 
     // Null where there is no desktop to make windows on.
-    HWND handle() const { return window_; }
+    HWND Handle() const { return window_; }
 
   private:
-    void run(HANDLE ready);
+    void Run(HANDLE ready);
 
     HWND window_ = nullptr;
     std::thread thread_;
 };
 
 } // namespace tool::logpan
-
-#endif

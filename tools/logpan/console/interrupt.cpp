@@ -10,42 +10,42 @@ namespace {
 constexpr DWORD longestFinish = 4000; // milliseconds; the system kills after five seconds
 
 std::mutex guard;
-Store* stoppable = nullptr;
+clsStore* stoppable = nullptr;
 
 // Never freed: a handler may still wait for it while the program ends.
-HANDLE finishedEvent() {
+HANDLE FinishedEvent() {
     static const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, nullptr);
     return event;
 }
 
-BOOL WINAPI handle(DWORD kind) {
+BOOL WINAPI Handle(DWORD kind) {
     {
         const std::lock_guard lock{guard};
         if (stoppable == nullptr)
             return FALSE;
-        stoppable->stop();
+        stoppable->Stop();
     }
     if (kind != CTRL_C_EVENT && kind != CTRL_BREAK_EVENT)
-        WaitForSingleObject(finishedEvent(), longestFinish);
+        WaitForSingleObject(FinishedEvent(), longestFinish);
     return TRUE;
 }
 
 } // namespace
 
-Interrupt::Interrupt(Store& store) {
-    ResetEvent(finishedEvent());
+clsInterrupt::clsInterrupt(clsStore& store) {
+    ResetEvent(FinishedEvent());
     {
         const std::lock_guard lock{guard};
         stoppable = &store;
     }
-    SetConsoleCtrlHandler(handle, TRUE);
+    SetConsoleCtrlHandler(Handle, TRUE);
 }
 
-Interrupt::~Interrupt() {
-    SetConsoleCtrlHandler(handle, FALSE);
+clsInterrupt::~clsInterrupt() {
+    SetConsoleCtrlHandler(Handle, FALSE);
     const std::lock_guard lock{guard};
     stoppable = nullptr;
-    SetEvent(finishedEvent());
+    SetEvent(FinishedEvent());
 }
 
 } // namespace tool::logpan

@@ -13,26 +13,26 @@ namespace {
 constexpr std::size_t moduleWidth = 8;
 constexpr std::size_t deepestIndentation = 50; // senders stop there, too
 
-std::wstring number(std::uint64_t value, std::size_t width, unsigned base = 10) {
+std::wstring Number(std::uint64_t value, std::size_t width, unsigned base = 10) {
     std::wstring text;
     for (; value > 0 || text.size() < width; value /= base)
         text.insert(text.begin(), L"0123456789abcdef"[value % base]);
     return text;
 }
 
-bool isClock(const Stamp& time) {
+bool IsClock(const scStamp& time) {
     return time.hour < 24 && time.minute < 60 && time.second < 60 && time.millisecond < 1000;
 }
 
-bool isDate(const Stamp& time) {
+bool IsDate(const scStamp& time) {
     return time.year < 10000 && time.month >= 1 && time.month <= 12 && time.day >= 1 && time.day <= 31;
 }
 
-std::wstring dateText(const Stamp& time) {
-    return number(time.year, 4) + L"-" + number(time.month, 2) + L"-" + number(time.day, 2);
+std::wstring DateText(const scStamp& time) {
+    return Number(time.year, 4) + L"-" + Number(time.month, 2) + L"-" + Number(time.day, 2);
 }
 
-std::wstring_view severityName(Severity severity) {
+std::wstring_view SeverityName(Severity severity) {
     switch (severity) {
     case Severity::warning:
         return L"warning";
@@ -43,17 +43,17 @@ std::wstring_view severityName(Severity severity) {
     }
 }
 
-void appendQuoted(std::wstring& json, std::wstring_view text) {
+void AppendQuoted(std::wstring& json, std::wstring_view text) {
     json += L'"';
     for (std::size_t at = 0; at < text.size(); ++at) {
         const wchar_t unit = text[at];
         if (unit == L'"' || unit == L'\\')
             json.append({L'\\', unit});
-        else if (isControl(unit))
-            json += L"\\u" + number(static_cast<std::uint64_t>(unit), 4, 16);
-        else if (const std::size_t run = plainRun(text.substr(at, 2), 0); run == 0)
+        else if (IsControl(unit))
+            json += L"\\u" + Number(static_cast<std::uint64_t>(unit), 4, 16);
+        else if (const std::size_t run = PlainRun(text.substr(at, 2), 0); run == 0)
             json += L'\xfffd';
-        else if (isHighSurrogate(unit))
+        else if (IsHighSurrogate(unit))
             json += text.substr(at++, 2);
         else
             json += unit;
@@ -62,21 +62,21 @@ void appendQuoted(std::wstring& json, std::wstring_view text) {
 }
 
 // "name":value pairs; the value is JSON already.
-class Object {
+class clsObject {
   public:
-    void add(std::wstring_view name, std::wstring_view value) {
+    void Add(std::wstring_view name, std::wstring_view value) {
         json_ += json_.empty() ? L"{\"" : L",\"";
         json_ += name;
         json_ += L"\":";
         json_ += value;
     }
-    void addText(std::wstring_view name, std::wstring_view text) {
+    void AddText(std::wstring_view name, std::wstring_view text) {
         std::wstring quoted;
-        appendQuoted(quoted, text);
-        add(name, quoted);
+        AppendQuoted(quoted, text);
+        Add(name, quoted);
     }
-    void addNumber(std::wstring_view name, std::uint64_t value) { add(name, number(value, 1)); }
-    std::wstring close() && { return std::move(json_ += L'}'); }
+    void AddNumber(std::wstring_view name, std::uint64_t value) { Add(name, Number(value, 1)); }
+    std::wstring Close() && { return std::move(json_ += L'}'); }
 
   private:
     std::wstring json_;
@@ -84,55 +84,55 @@ class Object {
 
 } // namespace
 
-std::wstring timeText(const Line& line) {
-    const Stamp& time = line.time;
-    if (!isClock(time))
+std::wstring TimeText(const scLine& line) {
+    const scStamp& time = line.time;
+    if (!IsClock(time))
         return L"--:--:--.---";
-    return number(time.hour, 2) + L":" + number(time.minute, 2) + L":" + number(time.second, 2) + L"." +
-           number(time.millisecond, 3);
+    return Number(time.hour, 2) + L":" + Number(time.minute, 2) + L":" + Number(time.second, 2) + L"." +
+           Number(time.millisecond, 3);
 }
 
-std::wstring threadText(const Line& line) {
-    return number(line.thread, 8, 16);
+std::wstring ThreadText(const scLine& line) {
+    return Number(line.thread, 8, 16);
 }
 
-std::wstring processorText(const Line& line) {
-    return number(line.processor, 2, 16);
+std::wstring ProcessorText(const scLine& line) {
+    return Number(line.processor, 2, 16);
 }
 
-std::wstring sequenceText(const Line& line) {
-    return hasSequence(line) ? std::wstring(1, static_cast<wchar_t>(line.sequence)) : std::wstring{};
+std::wstring SequenceText(const scLine& line) {
+    return HasSequence(line) ? std::wstring(1, static_cast<wchar_t>(line.sequence)) : std::wstring{};
 }
 
-std::wstring indentedText(const Line& line, std::size_t blanks) {
+std::wstring IndentedText(const scLine& line, std::size_t blanks) {
     const std::size_t start = std::min(line.text.find_first_not_of(L"\r\n"), line.text.size());
     return std::wstring(std::min(line.level, deepestIndentation) * blanks, L' ') +
-           printable(std::wstring_view{line.text}.substr(start));
+           Printable(std::wstring_view{line.text}.substr(start));
 }
 
-std::wstring plainLine(const Line& line) {
-    std::wstring module = printable(line.module);
+std::wstring PlainLine(const scLine& line) {
+    std::wstring module = Printable(line.module);
     module.resize(std::max(module.size(), moduleWidth), L' ');
-    const std::wstring sequence = hasSequence(line) ? sequenceText(line) : L"-";
-    return timeText(line) + L" " + module + L" " + threadText(line) + L"/" + processorText(line) + L" " +
-           sequence + L" " + indentedText(line);
+    const std::wstring sequence = HasSequence(line) ? SequenceText(line) : L"-";
+    return TimeText(line) + L" " + module + L" " + ThreadText(line) + L"/" + ProcessorText(line) + L" " +
+           sequence + L" " + IndentedText(line);
 }
 
-std::wstring jsonLine(const Line& line) {
-    Object json;
-    if (isDate(line.time) && isClock(line.time))
-        json.addText(L"time", dateText(line.time) + L"T" + timeText(line));
+std::wstring JsonLine(const scLine& line) {
+    clsObject json;
+    if (IsDate(line.time) && IsClock(line.time))
+        json.AddText(L"time", DateText(line.time) + L"T" + TimeText(line));
     else
-        json.add(L"time", L"null");
-    json.addText(L"module", line.module);
-    json.addText(L"thread", threadText(line));
-    json.addText(L"processor", processorText(line));
-    json.add(L"sequence", hasSequence(line) ? sequenceText(line) : L"null");
-    json.addNumber(L"port", line.port);
-    json.addNumber(L"level", line.level);
-    json.addText(L"severity", severityName(severityOf(line.text)));
-    json.addText(L"text", line.text);
-    return std::move(json).close();
+        json.Add(L"time", L"null");
+    json.AddText(L"module", line.module);
+    json.AddText(L"thread", ThreadText(line));
+    json.AddText(L"processor", ProcessorText(line));
+    json.Add(L"sequence", HasSequence(line) ? SequenceText(line) : L"null");
+    json.AddNumber(L"port", line.port);
+    json.AddNumber(L"level", line.level);
+    json.AddText(L"severity", SeverityName(SeverityOf(line.text)));
+    json.AddText(L"text", line.text);
+    return std::move(json).Close();
 }
 
 } // namespace tool::logpan

@@ -1,26 +1,23 @@
 // A line's parts as text, and the whole line as people and programs read it.
-#ifndef LOGPAN_COLUMNS_H
-#define LOGPAN_COLUMNS_H
+#pragma once
 
 #include "line.h"
 
 namespace tool::logpan {
 
-std::wstring timeText(const Line& line);      // 12:34:56.789
-std::wstring threadText(const Line& line);    // 0000abcd, as in log files
-std::wstring processorText(const Line& line); // 0f
-std::wstring sequenceText(const Line& line);  // 7, or nothing
+std::wstring TimeText(const scLine& line);      // 12:34:56.789
+std::wstring ThreadText(const scLine& line);    // 0000abcd, as in log files
+std::wstring ProcessorText(const scLine& line); // 0f
+std::wstring SequenceText(const scLine& line);  // 7, or nothing
 
-// The text behind its indentation, so many blanks a level; control characters are escaped, line ends before
+// The text after its indentation of that many blanks a level; control characters are escaped, line ends before
 // it left out.
-std::wstring indentedText(const Line& line, std::size_t blanks = 1);
+std::wstring IndentedText(const scLine& line, std::size_t blanks = 1);
 
 // All columns in one line, without a line end.
-std::wstring plainLine(const Line& line);
+std::wstring PlainLine(const scLine& line);
 
 // One JSON object; lone surrogates become U+FFFD.
-std::wstring jsonLine(const Line& line);
+std::wstring JsonLine(const scLine& line);
 
 } // namespace tool::logpan
-
-#endif

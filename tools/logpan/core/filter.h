@@ -1,6 +1,5 @@
 // Which lines are shown.
-#ifndef LOGPAN_FILTER_H
-#define LOGPAN_FILTER_H
+#pragma once
 
 #include "line.h"
 #include "pattern.h"
@@ -9,16 +8,14 @@ namespace tool::logpan {
 
 // A line is shown when its text or module has what is included, and neither has what is excluded. An empty
 // pattern decides nothing. Where a pattern cannot decide, the line is shown.
-struct Filter {
-    Pattern include;
-    Pattern exclude;
+struct scFilter {
+    clsPattern include;
+    clsPattern exclude;
 
-    bool shows(const Line& line) const {
-        return (include.isEmpty() || include.isIn(line.text, true) || include.isIn(line.module, true)) &&
-               !exclude.isIn(line.text, false) && !exclude.isIn(line.module, false);
+    bool Shows(const scLine& line) const {
+        return (include.IsEmpty() || include.IsIn(line.text, true) || include.IsIn(line.module, true)) &&
+               !exclude.IsIn(line.text, false) && !exclude.IsIn(line.module, false);
     }
 };
 
 } // namespace tool::logpan
-
-#endif

@@ -13,8 +13,8 @@ constexpr std::size_t mostWaiting = 4096;
 constexpr std::size_t mostUnits = 4 * 1024 * 1024;
 constexpr std::wstring_view cutMark = L"\u2026";
 
-Line lineOf(std::uint16_t port, const Packet& packet) {
-    Line line;
+scLine LineOf(std::uint16_t port, const scPacket& packet) {
+    scLine line;
     line.time = packet.time;
     line.module = packet.module;
     line.thread = packet.thread;
@@ -25,17 +25,17 @@ Line lineOf(std::uint16_t port, const Packet& packet) {
     return line;
 }
 
-void cutTo(std::wstring& text, std::size_t length) {
+void CutTo(std::wstring& text, std::size_t length) {
     if (text.size() <= length)
         return;
     text.resize(length - cutMark.size());
     text += cutMark;
 }
 
-// Pieces are joined as they come; only a whole line tells which blanks are its indentation.
-void finish(Line& line) {
+// Pieces are joined as they come; only a whole line shows which blanks are its indentation.
+void Finish(scLine& line) {
     std::wstring& text = line.text;
-    cutTo(text, Joiner::longestLine);
+    CutTo(text, clsJoiner::longestLine);
     text.resize(text.find_last_not_of(L"\r\n") + 1);
     line.level = std::min(text.find_first_not_of(L' '), text.size());
     text.erase(0, line.level);
@@ -43,94 +43,94 @@ void finish(Line& line) {
 
 } // namespace
 
-void Joiner::add(std::uint16_t port, const Packet& packet, Clock::time_point now) {
-    Sender& sender = senders_[port];
-    const Key key{packet.time, packet.thread, packet.sequence};
+void clsJoiner::Add(std::uint16_t port, const scPacket& packet, Clock::time_point now) {
+    scSender& sender = senders_[port];
+    const scKey key{packet.time, packet.thread, packet.sequence};
     const bool goesOn = sender.current == key;
     const Clock::time_point completeAt = now + (packet.full ? longWhile : moment);
-    if (goesOn && find(sender.line) != nullptr) {
-        append(sender.line, packet.text, completeAt);
+    if (goesOn && Find(sender.line) != nullptr) {
+        Append(sender.line, packet.text, completeAt);
         return;
     }
     if (!goesOn) {
-        complete(sender.line, now);
-        missing_ += sender.check.missingBefore(packet.sequence);
+        Complete(sender.line, now);
+        missing_ += sender.check.MissingBefore(packet.sequence);
     }
     sender.current = key;
-    sender.line = begin(lineOf(port, packet), now, completeAt);
+    sender.line = Begin(LineOf(port, packet), now, completeAt);
 }
 
-void Joiner::addText(std::wstring_view message, const Stamp& arrived, Clock::time_point now) {
+void clsJoiner::AddText(std::wstring_view message, const scStamp& arrived, Clock::time_point now) {
     const bool full = message.size() >= longestTextMessage;
     const Clock::time_point completeAt = now + (full ? longWhile : moment);
-    std::optional<Line> line = parseTextMessage(message);
-    if (!line && textGoesOn_ && find(textLine_) != nullptr) {
-        append(textLine_, message, completeAt);
+    std::optional<scLine> line = ParseTextMessage(message);
+    if (!line && textGoesOn_ && Find(textLine_) != nullptr) {
+        Append(textLine_, message, completeAt);
     } else {
-        complete(textLine_, now);
+        Complete(textLine_, now);
         if (!line) {
             line.emplace();
             line->text = message;
         }
-        const Stamp sent = line->time; // the older form has no date
+        const scStamp sent = line->time; // the older form has no date
         line->time = arrived;
-        if (hasSequence(*line)) {
+        if (HasSequence(*line)) {
             line->time.hour = sent.hour;
             line->time.minute = sent.minute;
             line->time.second = sent.second;
             line->time.millisecond = sent.millisecond;
         }
-        textLine_ = begin(std::move(*line), now, completeAt);
+        textLine_ = Begin(std::move(*line), now, completeAt);
     }
     textGoesOn_ = full;
 }
 
-std::optional<Line> Joiner::take(Clock::time_point now) {
-    if (queue_.empty() || (queue_.front().completeAt > now && !isCrowded()))
+std::optional<scLine> clsJoiner::Take(Clock::time_point now) {
+    if (queue_.empty() || (queue_.front().completeAt > now && !IsCrowded()))
         return std::nullopt;
-    Line line = std::move(queue_.front().line);
+    scLine line = std::move(queue_.front().line);
     units_ -= line.text.size();
     queue_.pop_front();
     ++firstNumber_;
-    finish(line);
-    hosts_.takeFrom(line);
+    Finish(line);
+    hosts_.TakeFrom(line);
     line.text.shrink_to_fit();
     return line;
 }
 
-std::optional<Joiner::Clock::time_point> Joiner::nextComplete() const {
+std::optional<clsJoiner::Clock::time_point> clsJoiner::NextComplete() const {
     if (queue_.empty())
         return std::nullopt;
     return queue_.front().completeAt;
 }
 
-Joiner::Waiting* Joiner::find(LineNumber number) {
+clsJoiner::scWaiting* clsJoiner::Find(LineNumber number) {
     const bool waits = number >= firstNumber_ && number - firstNumber_ < queue_.size();
     return waits ? &queue_[static_cast<std::size_t>(number - firstNumber_)] : nullptr;
 }
 
-void Joiner::append(LineNumber number, std::wstring_view text, Clock::time_point completeAt) {
-    Waiting& waiting = *find(number);
+void clsJoiner::Append(LineNumber number, std::wstring_view text, Clock::time_point completeAt) {
+    scWaiting& waiting = *Find(number);
     std::wstring& whole = waiting.line.text;
-    // One character more than is kept tells that the line was cut.
+    // One character more than is kept shows that the line was cut.
     const std::wstring_view piece = text.substr(0, longestLine + 1 - std::min(whole.size(), longestLine + 1));
     whole += piece;
     units_ += piece.size();
     waiting.completeAt = std::min(completeAt, waiting.latest);
 }
 
-Joiner::LineNumber Joiner::begin(Line line, Clock::time_point now, Clock::time_point completeAt) {
+clsJoiner::LineNumber clsJoiner::Begin(scLine line, Clock::time_point now, Clock::time_point completeAt) {
     units_ += line.text.size();
     queue_.push_back({std::move(line), completeAt, now + longest});
     return firstNumber_ + queue_.size() - 1;
 }
 
-void Joiner::complete(LineNumber number, Clock::time_point now) {
-    if (Waiting* waiting = find(number))
+void clsJoiner::Complete(LineNumber number, Clock::time_point now) {
+    if (scWaiting* waiting = Find(number))
         waiting->completeAt = std::min(waiting->completeAt, now);
 }
 
-bool Joiner::isCrowded() const {
+bool clsJoiner::IsCrowded() const {
     return queue_.size() > mostWaiting || units_ > mostUnits;
 }
 

@@ -1,6 +1,5 @@
 // One diagnostic line as the viewer holds it.
-#ifndef LOGPAN_LINE_H
-#define LOGPAN_LINE_H
+#pragma once
 
 #include <cstdint>
 #include <memory>
@@ -9,7 +8,7 @@
 namespace tool::logpan {
 
 // Comes from outside: nothing says that it is a real time.
-struct Stamp {
+struct scStamp {
     std::uint16_t year = 0;
     std::uint16_t month = 0;
     std::uint16_t day = 0;
@@ -18,31 +17,29 @@ struct Stamp {
     std::uint16_t second = 0;
     std::uint16_t millisecond = 0;
 
-    bool operator==(const Stamp&) const = default;
+    bool operator==(const scStamp&) const = default;
 };
 
-struct Line {
-    Stamp time;
+struct scLine {
+    scStamp time;
     std::wstring module;
     std::uint32_t thread = 0;
     std::uint32_t processor = 0;
     std::uint32_t sequence = 0; // '0' to '9'; anything else: none
     std::uint16_t port = 0;     // the sender's; 0: it came by the mailslot
     std::size_t level = 0;      // the blanks before the text
-    std::wstring text;          // without line ends behind it
+    std::wstring text;          // without the line ends after it
 };
 
-using LinePtr = std::shared_ptr<const Line>;
+using LinePtr = std::shared_ptr<const scLine>;
 
-constexpr bool hasSequence(const Line& line) {
+constexpr bool HasSequence(const scLine& line) {
     return line.sequence >= '0' && line.sequence <= '9';
 }
 
 // What a line takes in memory.
-inline std::size_t bytesOf(const Line& line) {
+inline std::size_t BytesOf(const scLine& line) {
     return sizeof line + (line.text.capacity() + line.module.capacity()) * sizeof(wchar_t);
 }
 
 } // namespace tool::logpan
-
-#endif

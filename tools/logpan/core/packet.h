@@ -1,6 +1,5 @@
 // One datagram, decoded: a line or a piece of one.
-#ifndef LOGPAN_PACKET_H
-#define LOGPAN_PACKET_H
+#pragma once
 
 #include "line.h"
 
@@ -8,8 +7,8 @@
 
 namespace tool::logpan {
 
-struct Packet {
-    Stamp time;
+struct scPacket {
+    scStamp time;
     std::wstring_view module;
     std::uint32_t thread = 0;
     std::uint32_t processor = 0;
@@ -19,5 +18,3 @@ struct Packet {
 };
 
 } // namespace tool::logpan
-
-#endif

@@ -1,6 +1,5 @@
 // What is looked for in a text: a piece of it or a regular expression. Case does not count.
-#ifndef LOGPAN_PATTERN_H
-#define LOGPAN_PATTERN_H
+#pragma once
 
 #include <memory>
 #include <string>
@@ -8,40 +7,38 @@
 
 namespace tool::logpan {
 
-struct BadPattern {
+struct scBadPattern {
     std::string reason;
 };
 
 enum class PatternKind { substring, regularExpression };
 
-class Pattern {
+class clsPattern {
   public:
-    Pattern() = default; // the empty one, which is found nowhere
+    clsPattern() = default; // the empty one, which is found nowhere
 
     // Throws BadPattern for a regular expression that is none, or too large.
-    Pattern(std::wstring_view text, PatternKind kind);
+    clsPattern(std::wstring_view text, PatternKind kind);
 
-    bool isEmpty() const { return !matcher_; }
+    bool IsEmpty() const { return !matcher_; }
 
     // tooHard is the answer where a regular expression takes too long or too deep; it sees no more than a
     // text's first 2,000 characters.
-    bool isIn(std::wstring_view text, bool tooHard) const {
-        return matcher_ && matcher_->finds(text, tooHard);
+    bool IsIn(std::wstring_view text, bool tooHard) const {
+        return matcher_ && matcher_->Finds(text, tooHard);
     }
 
-    class Matcher {
+    class IclsMatcher {
       public:
-        virtual ~Matcher() = default;
-        virtual bool finds(std::wstring_view text, bool tooHard) const = 0;
+        virtual ~IclsMatcher() = default;
+        virtual bool Finds(std::wstring_view text, bool tooHard) const = 0;
     };
 
   private:
-    std::shared_ptr<const Matcher> matcher_;
+    std::shared_ptr<const IclsMatcher> matcher_;
 };
 
 // regular_expression.cpp
-std::shared_ptr<const Pattern::Matcher> makeRegularExpression(std::wstring_view pattern);
+std::shared_ptr<const clsPattern::IclsMatcher> MakeRegularExpression(std::wstring_view pattern);
 
 } // namespace tool::logpan
-
-#endif

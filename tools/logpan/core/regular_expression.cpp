@@ -19,18 +19,18 @@ constexpr std::size_t longestText = 2000;
 constexpr std::size_t mostSteps = 300'000;
 constexpr std::uintptr_t mostStack = 4 * 1024 * 1024; // the programs reserve twice as much
 
-struct TooHard {};
+struct scTooHard {};
 
 // Lives on the stack where the search begins.
-class Guard {
+class clsGuard {
   public:
-    void step() {
-        if (++steps_ > mostSteps || depth() > mostStack)
-            throw TooHard{};
+    void Step() {
+        if (++steps_ > mostSteps || Depth() > mostStack)
+            throw scTooHard{};
     }
 
   private:
-    std::uintptr_t depth() const {
+    std::uintptr_t Depth() const {
         const volatile char here = 0;
         const auto position = reinterpret_cast<std::uintptr_t>(&here);
         const auto start = reinterpret_cast<std::uintptr_t>(this);
@@ -40,7 +40,7 @@ class Guard {
     std::size_t steps_ = 0;
 };
 
-class GuardedIterator {
+class clsGuardedIterator {
   public:
     using iterator_category = std::bidirectional_iterator_tag;
     using value_type = wchar_t;
@@ -48,51 +48,51 @@ class GuardedIterator {
     using pointer = const wchar_t*;
     using reference = const wchar_t&;
 
-    GuardedIterator() = default;
-    GuardedIterator(const wchar_t* at, Guard& guard) : at_(at), guard_(&guard) {}
+    clsGuardedIterator() = default;
+    clsGuardedIterator(const wchar_t* at, clsGuard& guard) : at_(at), guard_(&guard) {}
 
     reference operator*() const { return *at_; }
     pointer operator->() const { return at_; }
-    GuardedIterator& operator++() {
-        guard_->step();
+    clsGuardedIterator& operator++() {
+        guard_->Step();
         ++at_;
         return *this;
     }
-    GuardedIterator operator++(int) {
-        const GuardedIterator before = *this;
+    clsGuardedIterator operator++(int) {
+        const clsGuardedIterator before = *this;
         ++*this;
         return before;
     }
-    GuardedIterator& operator--() {
-        guard_->step();
+    clsGuardedIterator& operator--() {
+        guard_->Step();
         --at_;
         return *this;
     }
-    GuardedIterator operator--(int) {
-        const GuardedIterator before = *this;
+    clsGuardedIterator operator--(int) {
+        const clsGuardedIterator before = *this;
         --*this;
         return before;
     }
-    bool operator==(const GuardedIterator& other) const { return at_ == other.at_; }
+    bool operator==(const clsGuardedIterator& other) const { return at_ == other.at_; }
 
   private:
     const wchar_t* at_ = nullptr;
-    Guard* guard_ = nullptr;
+    clsGuard* guard_ = nullptr;
 };
 
-class RegularExpression : public Pattern::Matcher {
+class clsRegularExpression : public clsPattern::IclsMatcher {
   public:
-    explicit RegularExpression(const std::wstring& pattern)
+    explicit clsRegularExpression(const std::wstring& pattern)
         : expression_(pattern, std::regex_constants::ECMAScript | std::regex_constants::icase |
                                    std::regex_constants::nosubs | std::regex_constants::optimize) {}
 
-    bool finds(std::wstring_view text, bool tooHard) const override {
+    bool Finds(std::wstring_view text, bool tooHard) const override {
         const std::wstring_view seen = text.substr(0, longestText);
-        Guard guard;
+        clsGuard guard;
         try {
-            return std::regex_search(GuardedIterator{seen.data(), guard},
-                                     GuardedIterator{seen.data() + seen.size(), guard}, expression_);
-        } catch (const TooHard&) {
+            return std::regex_search(clsGuardedIterator{seen.data(), guard},
+                                     clsGuardedIterator{seen.data() + seen.size(), guard}, expression_);
+        } catch (const scTooHard&) {
             return tooHard;
         } catch (const std::regex_error&) { // a library that counts by itself
             return tooHard;
@@ -105,7 +105,7 @@ class RegularExpression : public Pattern::Matcher {
 
 // ".*" at the start finds nothing that would not be found without it, in time that grows with the square of
 // a text's length.
-std::wstring_view withoutLeadingAnything(std::wstring_view pattern) {
+std::wstring_view WithoutLeadingAnything(std::wstring_view pattern) {
     for (const std::wstring_view anything : {L".*?", L".*"})
         if (pattern.starts_with(anything) && pattern.size() > anything.size())
             return pattern.substr(anything.size());
@@ -114,14 +114,14 @@ std::wstring_view withoutLeadingAnything(std::wstring_view pattern) {
 
 } // namespace
 
-std::shared_ptr<const Pattern::Matcher> makeRegularExpression(std::wstring_view pattern) {
-    pattern = withoutLeadingAnything(pattern);
+std::shared_ptr<const clsPattern::IclsMatcher> MakeRegularExpression(std::wstring_view pattern) {
+    pattern = WithoutLeadingAnything(pattern);
     if (pattern.size() > longestPattern)
-        throw BadPattern{"the regular expression is longer than 300 characters"};
+        throw scBadPattern{"the regular expression is longer than 300 characters"};
     try {
-        return std::make_shared<RegularExpression>(std::wstring{pattern});
+        return std::make_shared<clsRegularExpression>(std::wstring{pattern});
     } catch (const std::regex_error& error) {
-        throw BadPattern{error.what()};
+        throw scBadPattern{error.what()};
     }
 }
 

@@ -1,8 +1,7 @@
-// The lines that the viewer holds: so many and so many bytes at most; the oldest ones give way.
+// The lines that the viewer holds: at most a number of lines and a number of bytes; the oldest ones give way.
 //
 // Each line has a number that it keeps, counted from 0.
-#ifndef LOGPAN_RING_H
-#define LOGPAN_RING_H
+#pragma once
 
 #include "line.h"
 
@@ -10,32 +9,32 @@
 
 namespace tool::logpan {
 
-class Ring {
+class clsRing {
   public:
-    Ring(std::size_t mostLines, std::size_t mostBytes) : mostLines_(mostLines), mostBytes_(mostBytes) {}
+    clsRing(std::size_t mostLines, std::size_t mostBytes) : mostLines_(mostLines), mostBytes_(mostBytes) {}
 
-    void push(LinePtr line) {
-        bytes_ += bytesOf(*line);
+    void Push(LinePtr line) {
+        bytes_ += BytesOf(*line);
         lines_.push_back(std::move(line));
         while (lines_.size() > mostLines_ || (bytes_ > mostBytes_ && lines_.size() > 1))
-            dropFirst();
+            DropFirst();
     }
 
-    void clear() {
+    void Clear() {
         while (!lines_.empty())
-            dropFirst();
+            DropFirst();
     }
 
-    std::uint64_t first() const { return first_; }
+    std::uint64_t First() const { return first_; }
     std::uint64_t end() const { return first_ + lines_.size(); }
     std::size_t size() const { return lines_.size(); }
-    const LinePtr& at(std::uint64_t number) const {
+    const LinePtr& At(std::uint64_t number) const {
         return lines_[static_cast<std::size_t>(number - first_)];
     }
 
   private:
-    void dropFirst() {
-        bytes_ -= bytesOf(*lines_.front());
+    void DropFirst() {
+        bytes_ -= BytesOf(*lines_.front());
         lines_.pop_front();
         ++first_;
     }
@@ -48,5 +47,3 @@ class Ring {
 };
 
 } // namespace tool::logpan
-
-#endif

@@ -1,16 +1,15 @@
-// Tells how many lines of a sender are missing by the last digits of its line counter.
-#ifndef LOGPAN_SEQUENCE_CHECK_H
-#define LOGPAN_SEQUENCE_CHECK_H
+// Counts how many lines of a sender are missing by the last digits of its line counter.
+#pragma once
 
 #include <cstdint>
 #include <optional>
 
 namespace tool::logpan {
 
-class SequenceCheck {
+class clsSequenceCheck {
   public:
     // The lines that are missing before this one: at least that many, for ten more leave no trace.
-    unsigned missingBefore(std::uint32_t digit) {
+    unsigned MissingBefore(std::uint32_t digit) {
         if (digit < '0' || digit > '9') {
             expected_.reset(); // nothing can be said about the next one either
             return 0;
@@ -26,5 +25,3 @@ class SequenceCheck {
 };
 
 } // namespace tool::logpan
-
-#endif

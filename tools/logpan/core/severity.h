@@ -1,6 +1,5 @@
 // Warnings and errors, by how their text begins.
-#ifndef LOGPAN_SEVERITY_H
-#define LOGPAN_SEVERITY_H
+#pragma once
 
 #include <string_view>
 
@@ -9,17 +8,17 @@ namespace tool::logpan {
 enum class Severity { none, warning, error };
 
 // Errors of the library that have none of the beginnings below.
-constexpr bool isLibraryError(std::wstring_view text) {
+constexpr bool IsLibraryError(std::wstring_view text) {
     return text.starts_with(L"PROF load error ") ||
            (text.starts_with(L"KX32UTIL['") && text.find(L"']: error in '") != std::wstring_view::npos);
 }
 
-constexpr Severity severityOf(std::wstring_view text) {
-    struct Beginning {
+constexpr Severity SeverityOf(std::wstring_view text) {
+    struct scBeginning {
         std::wstring_view text;
         Severity severity;
     };
-    constexpr Beginning beginnings[] = {
+    constexpr scBeginning beginnings[] = {
         {L"WRN:", Severity::warning},
         {L"Warning:", Severity::warning},
         {L"ERR:", Severity::error},
@@ -27,12 +26,10 @@ constexpr Severity severityOf(std::wstring_view text) {
     };
     while (text.starts_with(L'\r') || text.starts_with(L'\n'))
         text.remove_prefix(1);
-    for (const Beginning& beginning : beginnings)
+    for (const scBeginning& beginning : beginnings)
         if (text.starts_with(beginning.text))
             return beginning.severity;
-    return isLibraryError(text) ? Severity::error : Severity::none;
+    return IsLibraryError(text) ? Severity::error : Severity::none;
 }
 
 } // namespace tool::logpan
-
-#endif

@@ -5,63 +5,63 @@
 
 namespace tool::logpan {
 
-void Store::add(std::uint16_t port, const Packet& packet) {
+void clsStore::Add(std::uint16_t port, const scPacket& packet) {
     const Clock::time_point now = Clock::now();
     const std::lock_guard lock{mutex_};
     if (stopped_)
         return;
-    joiner_.add(port, packet, now);
-    settle(now);
-    wake();
+    joiner_.Add(port, packet, now);
+    Settle(now);
+    Wake();
 }
 
-void Store::addText(std::wstring_view message, const Stamp& arrived) {
+void clsStore::AddText(std::wstring_view message, const scStamp& arrived) {
     const Clock::time_point now = Clock::now();
     const std::lock_guard lock{mutex_};
     if (stopped_)
         return;
-    joiner_.addText(message, arrived, now);
-    settle(now);
-    wake();
+    joiner_.AddText(message, arrived, now);
+    Settle(now);
+    Wake();
 }
 
-void Store::refuse() {
+void clsStore::Refuse() {
     const std::lock_guard lock{mutex_};
     ++refused_;
 }
 
-std::uint64_t Store::read(std::uint64_t& number, std::size_t most, std::vector<LinePtr>& lines) {
+std::uint64_t clsStore::Read(std::uint64_t& number, std::size_t most, std::vector<LinePtr>& lines) {
     const std::lock_guard lock{mutex_};
-    settle(Clock::now());
-    const std::uint64_t start = std::max(number, ring_.first());
+    Settle(Clock::now());
+    const std::uint64_t start = std::max(number, ring_.First());
     const std::uint64_t skipped = start - number;
     const std::uint64_t end = std::min<std::uint64_t>(ring_.end(), start + most);
     for (number = start; number < end; ++number)
-        lines.push_back(ring_.at(number));
+        lines.push_back(ring_.At(number));
     return skipped;
 }
 
-bool Store::wait(std::uint64_t number, std::optional<Clock::time_point> until) {
+bool clsStore::Wait(std::uint64_t number, std::optional<Clock::time_point> until) {
     std::unique_lock lock{mutex_};
     for (;;) {
         const Clock::time_point now = Clock::now();
-        settle(now);
+        Settle(now);
         if (number < ring_.end())
             return true;
         if (stopped_ || (until && *until <= now))
             return false;
         // A line may be complete earlier than it seems now, but it is never worth a wake-up of its own.
-        const bool pending = joiner_.nextComplete().has_value();
+        const bool pending = joiner_.NextComplete().has_value();
         asleep_ = !pending;
         if (!pending && !until)
             changed_.wait(lock);
         else
-            changed_.wait_until(lock, pending ? now + Joiner::moment : *until);
+            changed_.wait_until(lock, pending ? now + clsJoiner::moment : *until);
         asleep_ = false;
     }
 }
 
-void Store::stop() {
+void clsStore::Stop() {
     {
         const std::lock_guard lock{mutex_};
         stopped_ = true;
@@ -69,36 +69,36 @@ void Store::stop() {
     changed_.notify_all();
 }
 
-void Store::clear() {
+void clsStore::Clear() {
     const std::lock_guard lock{mutex_};
-    ring_.clear();
+    ring_.Clear();
 }
 
-Counters Store::counters() const {
+scCounters clsStore::Counters() const {
     const std::lock_guard lock{mutex_};
-    return {ring_.end(), joiner_.missing(), refused_, ring_.size()};
+    return {ring_.end(), joiner_.Missing(), refused_, ring_.size()};
 }
 
-std::uint64_t Store::first() const {
+std::uint64_t clsStore::First() const {
     const std::lock_guard lock{mutex_};
-    return ring_.first();
+    return ring_.First();
 }
 
-std::uint64_t Store::end() const {
+std::uint64_t clsStore::end() const {
     const std::lock_guard lock{mutex_};
     return ring_.end();
 }
 
-void Store::wake() {
+void clsStore::Wake() {
     if (!asleep_)
         return;
     asleep_ = false;
     changed_.notify_one();
 }
 
-void Store::settle(Clock::time_point now) {
-    while (std::optional<Line> line = joiner_.take(stopped_ ? Clock::time_point::max() : now))
-        ring_.push(std::make_shared<const Line>(std::move(*line)));
+void clsStore::Settle(Clock::time_point now) {
+    while (std::optional<scLine> line = joiner_.Take(stopped_ ? Clock::time_point::max() : now))
+        ring_.Push(std::make_shared<const scLine>(std::move(*line)));
 }
 
 } // namespace tool::logpan

@@ -7,11 +7,11 @@ namespace {
 
 constexpr std::wstring_view tagEnd = L": ";
 
-class Columns {
+class clsColumns {
   public:
-    explicit Columns(std::wstring_view text) : rest_(text) {}
+    explicit clsColumns(std::wstring_view text) : rest_(text) {}
 
-    bool take(wchar_t expected) {
+    bool Take(wchar_t expected) {
         if (rest_.empty() || rest_.front() != expected)
             return false;
         rest_.remove_prefix(1);
@@ -20,10 +20,10 @@ class Columns {
 
     // Exactly that many digits.
     template <class Number>
-    bool take(Number& number, std::size_t digits, unsigned base) {
+    bool Take(Number& number, std::size_t digits, unsigned base) {
         unsigned value = 0;
         for (; digits > 0; --digits) {
-            const unsigned digit = rest_.empty() ? base : digitOf(rest_.front());
+            const unsigned digit = rest_.empty() ? base : DigitOf(rest_.front());
             if (digit >= base)
                 return false;
             value = value * base + digit;
@@ -33,10 +33,10 @@ class Columns {
         return true;
     }
 
-    std::wstring_view rest() const { return rest_; }
+    std::wstring_view Rest() const { return rest_; }
 
   private:
-    static unsigned digitOf(wchar_t unit) {
+    static unsigned DigitOf(wchar_t unit) {
         if (unit >= L'0' && unit <= L'9')
             return static_cast<unsigned>(unit - L'0');
         if (unit >= L'a' && unit <= L'f')
@@ -47,49 +47,49 @@ class Columns {
     std::wstring_view rest_;
 };
 
-bool takeTime(Columns& columns, Stamp& time) {
+bool TakeTime(clsColumns& columns, scStamp& time) {
     std::uint16_t first = 0;
     std::uint16_t second = 0;
-    if (!columns.take(first, 2, 10) || !columns.take(L':') || !columns.take(second, 2, 10))
+    if (!columns.Take(first, 2, 10) || !columns.Take(L':') || !columns.Take(second, 2, 10))
         return false;
-    if (columns.take(L':')) {
+    if (columns.Take(L':')) {
         time.hour = first;
         time.minute = second;
-        if (!columns.take(time.second, 2, 10))
+        if (!columns.Take(time.second, 2, 10))
             return false;
     } else {
         time.minute = first;
         time.second = second;
     }
-    return columns.take(L'.') && columns.take(time.millisecond, 3, 10);
+    return columns.Take(L'.') && columns.Take(time.millisecond, 3, 10);
 }
 
-bool takeOrigin(Columns& columns, Line& line) {
-    return columns.take(L' ') && columns.take(line.thread, 8, 16) && columns.take(L'/') &&
-           columns.take(line.processor, 2, 16) && columns.take(L' ') && columns.take(line.sequence, 1, 10) &&
-           columns.take(L' ');
+bool TakeOrigin(clsColumns& columns, scLine& line) {
+    return columns.Take(L' ') && columns.Take(line.thread, 8, 16) && columns.Take(L'/') &&
+           columns.Take(line.processor, 2, 16) && columns.Take(L' ') && columns.Take(line.sequence, 1, 10) &&
+           columns.Take(L' ');
 }
 
-std::optional<Line> parseUntagged(std::wstring_view message) {
-    Line line;
-    Columns columns{message};
-    if (!takeTime(columns, line.time) || !takeOrigin(columns, line))
+std::optional<scLine> ParseUntagged(std::wstring_view message) {
+    scLine line;
+    clsColumns columns{message};
+    if (!TakeTime(columns, line.time) || !TakeOrigin(columns, line))
         return std::nullopt;
     line.sequence += '0';
-    columns.take(L' '); // stands where a thread's name would
-    line.text = columns.rest();
+    columns.Take(L' '); // stands where a thread's name would
+    line.text = columns.Rest();
     return line;
 }
 
 } // namespace
 
-std::optional<Line> parseTextMessage(std::wstring_view message) {
-    if (std::optional<Line> line = parseUntagged(message))
+std::optional<scLine> ParseTextMessage(std::wstring_view message) {
+    if (std::optional<scLine> line = ParseUntagged(message))
         return line;
     const std::size_t end = message.find(tagEnd);
     if (end == std::wstring_view::npos)
         return std::nullopt;
-    std::optional<Line> line = parseUntagged(message.substr(end + tagEnd.size()));
+    std::optional<scLine> line = ParseUntagged(message.substr(end + tagEnd.size()));
     if (line)
         line->module = message.substr(0, message.find_last_not_of(L' ', end - (end > 0 ? 1 : 0)) + 1);
     return line;

@@ -1,6 +1,5 @@
 // The bytes of a datagram as a packet.
-#ifndef LOGPAN_DATAGRAM_H
-#define LOGPAN_DATAGRAM_H
+#pragma once
 
 #include "packet.h"
 
@@ -11,9 +10,7 @@ namespace tool::logpan {
 
 // The units hold the datagram, bytes says how long it is; the packet's texts lie in it. Nothing for what is
 // no line: shorter than its header, a header size or kind of something else. A text length that lies is
-// corrected to what is there. largest is the published limit, which tells whether the datagram is full.
-std::optional<Packet> parseDatagram(std::span<const wchar_t> units, std::size_t bytes, std::size_t largest);
+// corrected to what is there. largest is the published limit, which shows whether the datagram is full.
+std::optional<scPacket> ParseDatagram(std::span<const wchar_t> units, std::size_t bytes, std::size_t largest);
 
 } // namespace tool::logpan
-
-#endif

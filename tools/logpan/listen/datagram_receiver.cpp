@@ -15,64 +15,65 @@ namespace {
 constexpr std::size_t largestUnits = 32 * 1024;
 constexpr int receiveBuffer = 8 * 1024 * 1024; // the system may give less
 
-void check(bool good, const char* what) {
+void Check(bool good, const char* what) {
     if (!good)
-        throw Failure{ExitCode::cannotOpen, "",
-                      std::string{what} + ": " + systemReason(static_cast<unsigned long>(WSAGetLastError()))};
+        throw scFailure{ExitCode::cannotOpen, "",
+                        std::string{what} + ": " +
+                            SystemReason(static_cast<unsigned long>(WSAGetLastError()))};
 }
 
 } // namespace
 
-DatagramReceiver::Library::Library() {
+clsDatagramReceiver::clsLibrary::clsLibrary() {
     WSADATA facts;
     WSASetLastError(WSAStartup(MAKEWORD(2, 2), &facts));
-    check(WSAGetLastError() == 0, "no sockets on this machine");
+    Check(WSAGetLastError() == 0, "no sockets on this machine");
 }
 
-DatagramReceiver::Socket::Socket() : socket_(socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP)) {
-    check(socket_ != INVALID_SOCKET, "cannot make a socket");
+clsDatagramReceiver::clsSocket::clsSocket() : socket_(socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP)) {
+    Check(socket_ != INVALID_SOCKET, "cannot make a socket");
 }
 
-DatagramReceiver::DatagramReceiver(Store& store, std::uint32_t largestDatagram)
+clsDatagramReceiver::clsDatagramReceiver(clsStore& store, std::uint32_t largestDatagram)
     : store_(store), largestDatagram_(largestDatagram) {
-    setsockopt(socket_.get(), SOL_SOCKET, SO_RCVBUF, reinterpret_cast<const char*>(&receiveBuffer),
+    setsockopt(socket_.Get(), SOL_SOCKET, SO_RCVBUF, reinterpret_cast<const char*>(&receiveBuffer),
                sizeof receiveBuffer);
     address_.sin_family = AF_INET;
     address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     int size = sizeof address_;
-    check(bind(socket_.get(), reinterpret_cast<sockaddr*>(&address_), size) == 0, "cannot use a socket");
-    check(getsockname(socket_.get(), reinterpret_cast<sockaddr*>(&address_), &size) == 0,
+    Check(bind(socket_.Get(), reinterpret_cast<sockaddr*>(&address_), size) == 0, "cannot use a socket");
+    Check(getsockname(socket_.Get(), reinterpret_cast<sockaddr*>(&address_), &size) == 0,
           "cannot use a socket");
-    thread_ = std::thread{[this] { receive(); }};
+    thread_ = std::thread{[this] { Receive(); }};
 }
 
-DatagramReceiver::~DatagramReceiver() {
+clsDatagramReceiver::~clsDatagramReceiver() {
     stopping_ = true;
     // Wakes the thread; where the buffer has no room for it, the thread is not asleep.
-    sendto(socket_.get(), "", 0, 0, reinterpret_cast<const sockaddr*>(&address_), sizeof address_);
+    sendto(socket_.Get(), "", 0, 0, reinterpret_cast<const sockaddr*>(&address_), sizeof address_);
     thread_.join();
 }
 
-void DatagramReceiver::receive() {
+void clsDatagramReceiver::Receive() {
     SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_ABOVE_NORMAL); // what is not taken in time is lost
     static wchar_t units[largestUnits];
     while (!stopping_) {
         sockaddr_in from{};
         int size = sizeof from;
-        const int bytes = recvfrom(socket_.get(), reinterpret_cast<char*>(units), sizeof units, 0,
+        const int bytes = recvfrom(socket_.Get(), reinterpret_cast<char*>(units), sizeof units, 0,
                                    reinterpret_cast<sockaddr*>(&from), &size);
         if (stopping_)
             return;
         try {
-            const std::optional<Packet> packet =
+            const std::optional<scPacket> packet =
                 bytes < 0 ? std::nullopt
-                          : parseDatagram(units, static_cast<std::size_t>(bytes), largestDatagram_);
+                          : ParseDatagram(units, static_cast<std::size_t>(bytes), largestDatagram_);
             if (packet)
-                store_.add(ntohs(from.sin_port), *packet);
+                store_.Add(ntohs(from.sin_port), *packet);
             else
-                store_.refuse();
+                store_.Refuse();
         } catch (const std::bad_alloc&) {
-            store_.refuse();
+            store_.Refuse();
         }
     }
 }

@@ -1,6 +1,5 @@
 // Takes datagrams off a loopback socket as fast as they come, in a thread of its own.
-#ifndef LOGPAN_DATAGRAM_RECEIVER_H
-#define LOGPAN_DATAGRAM_RECEIVER_H
+#pragma once
 
 #include "store.h"
 
@@ -11,47 +10,45 @@
 
 namespace tool::logpan {
 
-class DatagramReceiver {
+class clsDatagramReceiver {
   public:
     // Throws Failure when there is no socket to be had.
-    DatagramReceiver(Store& store, std::uint32_t largestDatagram);
-    ~DatagramReceiver();
-    DatagramReceiver(const DatagramReceiver&) = delete;
-    DatagramReceiver& operator=(const DatagramReceiver&) = delete;
+    clsDatagramReceiver(clsStore& store, std::uint32_t largestDatagram);
+    ~clsDatagramReceiver();
+    clsDatagramReceiver(const clsDatagramReceiver&) = delete;
+    clsDatagramReceiver& operator=(const clsDatagramReceiver&) = delete;
 
-    std::uint16_t port() const { return ntohs(address_.sin_port); }
+    std::uint16_t Port() const { return ntohs(address_.sin_port); }
 
   private:
-    class Library {
+    class clsLibrary {
       public:
-        Library();
-        ~Library() { WSACleanup(); }
-        Library(const Library&) = delete;
-        Library& operator=(const Library&) = delete;
+        clsLibrary();
+        ~clsLibrary() { WSACleanup(); }
+        clsLibrary(const clsLibrary&) = delete;
+        clsLibrary& operator=(const clsLibrary&) = delete;
     };
-    class Socket {
+    class clsSocket {
       public:
-        Socket();
-        ~Socket() { closesocket(socket_); }
-        Socket(const Socket&) = delete;
-        Socket& operator=(const Socket&) = delete;
-        SOCKET get() const { return socket_; }
+        clsSocket();
+        ~clsSocket() { closesocket(socket_); }
+        clsSocket(const clsSocket&) = delete;
+        clsSocket& operator=(const clsSocket&) = delete;
+        SOCKET Get() const { return socket_; }
 
       private:
         SOCKET socket_;
     };
 
-    void receive();
+    void Receive();
 
-    Store& store_;
+    clsStore& store_;
     std::uint32_t largestDatagram_;
-    Library library_;
-    Socket socket_;
+    clsLibrary library_;
+    clsSocket socket_;
     sockaddr_in address_{};
     std::atomic<bool> stopping_ = false;
     std::thread thread_;
 };
 
 } // namespace tool::logpan
-
-#endif

@@ -13,13 +13,13 @@ namespace {
 constexpr DWORD largestMessage = 64 * 1024;
 constexpr unsigned mostFailures = 1000; // in a row: then the mailslot is beyond help
 
-Stamp now() {
+scStamp Now() {
     SYSTEMTIME time;
     GetLocalTime(&time);
     return {time.wYear, time.wMonth, time.wDay, time.wHour, time.wMinute, time.wSecond, time.wMilliseconds};
 }
 
-std::wstring fromCodePage(const char* text, DWORD bytes) {
+std::wstring FromCodePage(const char* text, DWORD bytes) {
     std::wstring wide(bytes, L'\0');
     const int length = MultiByteToWideChar(CP_ACP, 0, text, static_cast<int>(bytes), wide.data(),
                                            static_cast<int>(wide.size()));
@@ -29,26 +29,26 @@ std::wstring fromCodePage(const char* text, DWORD bytes) {
 
 } // namespace
 
-MailslotReceiver::MailslotReceiver(Store& store)
-    : store_(store), mailslot_(fileHandle(
+clsMailslotReceiver::clsMailslotReceiver(clsStore& store)
+    : store_(store), mailslot_(FileHandle(
                          CreateMailslotW(LOGPAN_MAILSLOT, largestMessage, MAILSLOT_WAIT_FOREVER, nullptr))) {
-    if (isOpen())
-        thread_ = std::thread{[this] { receive(); }};
+    if (IsOpen())
+        thread_ = std::thread{[this] { Receive(); }};
 }
 
-MailslotReceiver::~MailslotReceiver() {
-    if (!isOpen())
+clsMailslotReceiver::~clsMailslotReceiver() {
+    if (!IsOpen())
         return;
     stopping_ = true;
-    const Handle self =
-        fileHandle(CreateFileW(LOGPAN_MAILSLOT, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+    const clsHandle self =
+        FileHandle(CreateFileW(LOGPAN_MAILSLOT, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     DWORD written = 0;
     WriteFile(self.get(), "\n", 1, &written, nullptr); // wakes the thread
     thread_.join();
 }
 
-void MailslotReceiver::receive() {
+void clsMailslotReceiver::Receive() {
     static char message[largestMessage];
     unsigned failures = 0;
     while (!stopping_ && failures < mostFailures) {
@@ -60,9 +60,9 @@ void MailslotReceiver::receive() {
         if (bytes == 0)
             continue;
         try {
-            store_.addText(fromCodePage(message, bytes), now());
+            store_.AddText(FromCodePage(message, bytes), Now());
         } catch (const std::bad_alloc&) {
-            store_.refuse();
+            store_.Refuse();
         }
     }
 }

@@ -1,6 +1,5 @@
 // Reads the mailslot of the older transport, in a thread of its own.
-#ifndef LOGPAN_MAILSLOT_RECEIVER_H
-#define LOGPAN_MAILSLOT_RECEIVER_H
+#pragma once
 
 #include "owned.h"
 #include "store.h"
@@ -10,25 +9,23 @@
 
 namespace tool::logpan {
 
-class MailslotReceiver {
+class clsMailslotReceiver {
   public:
     // Without a mailslot, because another program has it, nothing is received and isOpen is false.
-    explicit MailslotReceiver(Store& store);
-    ~MailslotReceiver();
-    MailslotReceiver(const MailslotReceiver&) = delete;
-    MailslotReceiver& operator=(const MailslotReceiver&) = delete;
+    explicit clsMailslotReceiver(clsStore& store);
+    ~clsMailslotReceiver();
+    clsMailslotReceiver(const clsMailslotReceiver&) = delete;
+    clsMailslotReceiver& operator=(const clsMailslotReceiver&) = delete;
 
-    bool isOpen() const { return mailslot_ != nullptr; }
+    bool IsOpen() const { return mailslot_ != nullptr; }
 
   private:
-    void receive();
+    void Receive();
 
-    Store& store_;
-    Handle mailslot_;
+    clsStore& store_;
+    clsHandle mailslot_;
     std::atomic<bool> stopping_ = false;
     std::thread thread_;
 };
 
 } // namespace tool::logpan
-
-#endif

@@ -1,6 +1,5 @@
 // Owners of the system's objects.
-#ifndef LOGPAN_OWNED_H
-#define LOGPAN_OWNED_H
+#pragma once
 
 #include <windows.h>
 
@@ -8,23 +7,21 @@
 
 namespace tool::logpan {
 
-struct CloseHandleOnce {
+struct scCloseHandleOnce {
     using pointer = HANDLE;
     void operator()(HANDLE handle) const { CloseHandle(handle); }
 };
-using Handle = std::unique_ptr<void, CloseHandleOnce>;
+using clsHandle = std::unique_ptr<void, scCloseHandleOnce>;
 
 // For functions whose handle of failure is not null.
-inline Handle fileHandle(HANDLE handle) {
-    return Handle{handle == INVALID_HANDLE_VALUE ? nullptr : handle};
+inline clsHandle FileHandle(HANDLE handle) {
+    return clsHandle{handle == INVALID_HANDLE_VALUE ? nullptr : handle};
 }
 
-struct Unmap {
+struct scUnmap {
     void operator()(const void* view) const { UnmapViewOfFile(view); }
 };
 template <class T>
-using View = std::unique_ptr<T, Unmap>;
+using clsView = std::unique_ptr<T, scUnmap>;
 
 } // namespace tool::logpan
-
-#endif

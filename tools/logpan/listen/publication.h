@@ -1,6 +1,5 @@
-// Tells senders where the viewer listens, while it lives.
-#ifndef LOGPAN_PUBLICATION_H
-#define LOGPAN_PUBLICATION_H
+// Publishes where the viewer listens, while the object lives.
+#pragma once
 
 #include "owned.h"
 
@@ -9,35 +8,33 @@
 namespace tool::logpan {
 
 // Only one viewer runs in a session: what is published has room for one. Throws Failure when there is one.
-class OnlyViewer {
+class clsOnlyViewer {
   public:
-    OnlyViewer();
-    ~OnlyViewer();
-    OnlyViewer(const OnlyViewer&) = delete;
-    OnlyViewer& operator=(const OnlyViewer&) = delete;
+    clsOnlyViewer();
+    ~clsOnlyViewer();
+    clsOnlyViewer(const clsOnlyViewer&) = delete;
+    clsOnlyViewer& operator=(const clsOnlyViewer&) = delete;
 
   private:
-    Handle mutex_;
+    clsHandle mutex_;
 };
 
 // Senders keep the mapping of a viewer that died, so it may be there already: its fields are then changed
 // in an order that never shows a half-made state. Throws Failure when it cannot be written.
-class Publication {
+class clsPublication {
   public:
-    Publication(UINT32 port, UINT32 largestDatagram, HWND window);
-    ~Publication();
-    Publication(const Publication&) = delete;
-    Publication& operator=(const Publication&) = delete;
+    clsPublication(UINT32 port, UINT32 largestDatagram, HWND window);
+    ~clsPublication();
+    clsPublication(const clsPublication&) = delete;
+    clsPublication& operator=(const clsPublication&) = delete;
 
   private:
-    void setWanted(bool wanted);
+    void SetWanted(bool wanted);
 
-    Handle infoMapping_;
-    View<LogpanSharedInfo> info_;
-    Handle windowMapping_;
-    View<UINT32> window_;
+    clsHandle infoMapping_;
+    clsView<LogpanSharedInfo> info_;
+    clsHandle windowMapping_;
+    clsView<UINT32> window_;
 };
 
 } // namespace tool::logpan
-
-#endif

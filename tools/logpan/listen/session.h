@@ -1,6 +1,5 @@
 // Everything that makes a viewer heard of: receivers first, then the publication; ended the other way round.
-#ifndef LOGPAN_SESSION_H
-#define LOGPAN_SESSION_H
+#pragma once
 
 #include "datagram_receiver.h"
 #include "mailslot_receiver.h"
@@ -8,21 +7,19 @@
 
 namespace tool::logpan {
 
-class Session {
+class clsSession {
   public:
-    Session(Store& store, std::uint32_t largestDatagram, HWND window)
+    clsSession(clsStore& store, std::uint32_t largestDatagram, HWND window)
         : datagrams_(store, largestDatagram), mailslot_(store),
-          publication_(datagrams_.port(), largestDatagram, window) {}
+          publication_(datagrams_.Port(), largestDatagram, window) {}
 
-    std::uint16_t port() const { return datagrams_.port(); }
-    bool hasMailslot() const { return mailslot_.isOpen(); }
+    std::uint16_t Port() const { return datagrams_.Port(); }
+    bool HasMailslot() const { return mailslot_.IsOpen(); }
 
   private:
-    DatagramReceiver datagrams_;
-    MailslotReceiver mailslot_;
-    Publication publication_;
+    clsDatagramReceiver datagrams_;
+    clsMailslotReceiver mailslot_;
+    clsPublication publication_;
 };
 
 } // namespace tool::logpan
-
-#endif

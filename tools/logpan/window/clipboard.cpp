@@ -8,12 +8,12 @@ namespace tool::logpan {
 
 namespace {
 
-struct FreeBlock {
+struct scFreeBlock {
     void operator()(HGLOBAL block) const { GlobalFree(block); }
 };
-using Block = std::unique_ptr<void, FreeBlock>;
+using Block = std::unique_ptr<void, scFreeBlock>;
 
-Block blockOf(std::wstring_view text) {
+Block BlockOf(std::wstring_view text) {
     Block block{GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, (text.size() + 1) * sizeof(wchar_t))};
     if (block) {
         std::memcpy(GlobalLock(block.get()), text.data(), text.size() * sizeof(wchar_t));
@@ -24,8 +24,8 @@ Block blockOf(std::wstring_view text) {
 
 } // namespace
 
-bool copyToClipboard(HWND owner, std::wstring_view text) {
-    Block block = blockOf(text);
+bool CopyToClipboard(HWND owner, std::wstring_view text) {
+    Block block = BlockOf(text);
     if (!block || !OpenClipboard(owner))
         return false;
     const bool taken = EmptyClipboard() && SetClipboardData(CF_UNICODETEXT, block.get()) != nullptr;

@@ -1,6 +1,5 @@
 // Text to the clipboard.
-#ifndef LOGPAN_CLIPBOARD_H
-#define LOGPAN_CLIPBOARD_H
+#pragma once
 
 #include <windows.h>
 
@@ -8,9 +7,7 @@
 
 namespace tool::logpan {
 
-// False when another program holds the clipboard, or there is no memory for so much.
-bool copyToClipboard(HWND owner, std::wstring_view text);
+// False when another program holds the clipboard, or there is not enough memory.
+bool CopyToClipboard(HWND owner, std::wstring_view text);
 
 } // namespace tool::logpan
-
-#endif

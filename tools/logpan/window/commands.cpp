@@ -15,68 +15,68 @@
 
 namespace tool::logpan {
 
-struct MainWindow::Command {
+struct clsMainWindow::scCommand {
     int id;
-    void (MainWindow::*run)();
+    void (clsMainWindow::*run)();
 };
 
-const MainWindow::Command MainWindow::commands[] = {
-    {ID_SAVE, &MainWindow::save},
-    {ID_EXIT, &MainWindow::exit},
-    {ID_COPY, &MainWindow::copy},
-    {ID_SELECT_ALL, &MainWindow::selectAll},
-    {ID_CLEAR, &MainWindow::clear},
-    {ID_GO_INCLUDE, &MainWindow::goToInclude},
-    {ID_GO_EXCLUDE, &MainWindow::goToExclude},
-    {ID_CLEAR_FILTER, &MainWindow::clearFilter},
-    {ID_ABOUT, &MainWindow::about},
-    {ID_PAUSE, &MainWindow::togglePause},
-    {ID_FOLLOW, &MainWindow::toggleFollow},
-    {ID_REGULAR, &MainWindow::toggleRegular},
+const clsMainWindow::scCommand clsMainWindow::commands[] = {
+    {ID_SAVE, &clsMainWindow::Save},
+    {ID_EXIT, &clsMainWindow::Exit},
+    {ID_COPY, &clsMainWindow::Copy},
+    {ID_SELECT_ALL, &clsMainWindow::SelectAll},
+    {ID_CLEAR, &clsMainWindow::Clear},
+    {ID_GO_INCLUDE, &clsMainWindow::GoToInclude},
+    {ID_GO_EXCLUDE, &clsMainWindow::GoToExclude},
+    {ID_CLEAR_FILTER, &clsMainWindow::ClearFilter},
+    {ID_ABOUT, &clsMainWindow::About},
+    {ID_PAUSE, &clsMainWindow::TogglePause},
+    {ID_FOLLOW, &clsMainWindow::ToggleFollow},
+    {ID_REGULAR, &clsMainWindow::ToggleRegular},
 };
 
 namespace {
 
 constexpr int fromAccelerator = 1; // the notification of a key; 0 is that of a menu and of a clicked button
 
-bool isBox(HWND window) {
+bool IsBox(HWND window) {
     const int id = GetDlgCtrlID(window);
     return id == ID_INCLUDE || id == ID_EXCLUDE || id == ID_DETAIL;
 }
 
-bool isCheckBox(int id) {
+bool IsCheckBox(int id) {
     return id == ID_FOLLOW || id == ID_REGULAR;
 }
 
 } // namespace
 
-void MainWindow::command(int id, int notification, HWND control) {
+void clsMainWindow::Command(int id, int notification, HWND control) {
     if (id == ID_INCLUDE || id == ID_EXCLUDE) {
         if (notification == EN_CHANGE)
-            applyFilter();
+            ApplyFilter();
         return;
     }
     // A check box that was clicked has changed already; menu and key change it here.
-    if (isCheckBox(id) && control == nullptr)
-        bar_->check(id, !bar_->isChecked(id));
-    for (const Command& known : commands)
+    if (IsCheckBox(id) && control == nullptr)
+        bar_->Check(id, !bar_->IsChecked(id));
+    for (const scCommand& known : commands)
         if (known.id == id && notification <= fromAccelerator) {
             (this->*known.run)();
             return;
         }
 }
 
-void MainWindow::prepareMenu() const {
+void clsMainWindow::PrepareMenu() const {
     const HMENU menu = GetMenu(window_);
     const auto mark = [&](UINT id, bool marked) {
         CheckMenuItem(menu, id, MF_BYCOMMAND | (marked ? MF_CHECKED : MF_UNCHECKED));
     };
     mark(ID_PAUSE, pausedAt_.has_value());
-    mark(ID_FOLLOW, bar_->isChecked(ID_FOLLOW));
-    mark(ID_REGULAR, bar_->isChecked(ID_REGULAR));
+    mark(ID_FOLLOW, bar_->IsChecked(ID_FOLLOW));
+    mark(ID_REGULAR, bar_->IsChecked(ID_REGULAR));
 }
 
-void MainWindow::save() {
+void clsMainWindow::Save() {
     wchar_t path[MAX_PATH] = L"lines.log";
     OPENFILENAMEW question{};
     question.lStructSize = sizeof question;
@@ -89,56 +89,56 @@ void MainWindow::save() {
     if (!GetSaveFileNameW(&question))
         return;
     try {
-        saveLines(lines_, path);
-    } catch (const Failure& failure) {
-        complain(toWide(failure.subject + ": " + failure.reason));
+        SaveLines(lines_, path);
+    } catch (const scFailure& failure) {
+        Complain(ToWide(failure.subject + ": " + failure.reason));
     }
 }
 
-void MainWindow::exit() {
+void clsMainWindow::Exit() {
     SendMessageW(window_, WM_CLOSE, 0, 0);
 }
 
-void MainWindow::copy() {
-    if (const HWND focus = GetFocus(); isBox(focus)) {
+void clsMainWindow::Copy() {
+    if (const HWND focus = GetFocus(); IsBox(focus)) {
         SendMessageW(focus, WM_COPY, 0, 0);
         return;
     }
     std::wstring text;
-    for (const std::size_t row : list_->selectedRows())
-        text += plainLine(*lines_[row]) + L"\r\n";
-    if (!text.empty() && !copyToClipboard(window_, text))
-        complain(L"The lines cannot be copied: another program uses the clipboard, or they are too many.");
+    for (const std::size_t row : list_->SelectedRows())
+        text += PlainLine(*lines_[row]) + L"\r\n";
+    if (!text.empty() && !CopyToClipboard(window_, text))
+        Complain(L"The lines cannot be copied: another program uses the clipboard, or they are too many.");
 }
 
-void MainWindow::selectAll() {
-    if (const HWND focus = GetFocus(); isBox(focus))
+void clsMainWindow::SelectAll() {
+    if (const HWND focus = GetFocus(); IsBox(focus))
         SendMessageW(focus, EM_SETSEL, 0, -1);
     else
-        list_->selectAll();
+        list_->SelectAll();
 }
 
-void MainWindow::clear() {
-    lines_.clear();
-    list_->reset();
-    showDetail();
-    update();
+void clsMainWindow::Clear() {
+    lines_.Clear();
+    list_->Reset();
+    ShowDetail();
+    Update();
 }
 
-void MainWindow::clearFilter() {
-    bar_->clearFilter();
-    SetFocus(list_->handle());
+void clsMainWindow::ClearFilter() {
+    bar_->ClearFilter();
+    SetFocus(list_->Handle());
 }
 
-void MainWindow::goToInclude() {
-    bar_->goTo(ID_INCLUDE);
+void clsMainWindow::GoToInclude() {
+    bar_->GoTo(ID_INCLUDE);
 }
 
-void MainWindow::goToExclude() {
-    bar_->goTo(ID_EXCLUDE);
+void clsMainWindow::GoToExclude() {
+    bar_->GoTo(ID_EXCLUDE);
 }
 
-void MainWindow::about() {
+void clsMainWindow::About() {
     MessageBoxW(window_,
                 L"logpan " LOGPAN_WIDE_VERSION L"\n\n"
                 L"Shows the diagnostic lines of programs as they are written.\n\n"
@@ -155,35 +155,35 @@ void MainWindow::about() {
                 L"About logpan", MB_OK | MB_ICONINFORMATION);
 }
 
-void MainWindow::togglePause() {
+void clsMainWindow::TogglePause() {
     if (pausedAt_)
         pausedAt_.reset();
     else
         pausedAt_ = store_.end();
-    bar_->setPauseText(pausedAt_.has_value());
-    update();
+    bar_->SetPauseText(pausedAt_.has_value());
+    Update();
 }
 
-void MainWindow::toggleFollow() {
-    if (bar_->isChecked(ID_FOLLOW))
-        list_->showLast();
+void clsMainWindow::ToggleFollow() {
+    if (bar_->IsChecked(ID_FOLLOW))
+        list_->ShowLast();
 }
 
-void MainWindow::toggleRegular() {
-    applyFilter();
+void clsMainWindow::ToggleRegular() {
+    ApplyFilter();
 }
 
 // Whoever scrolls away from the tail wants to read there; whoever scrolls back wants to follow.
-void MainWindow::afterScroll() {
-    bar_->check(ID_FOLLOW, list_->showsLastRow());
+void clsMainWindow::AfterScroll() {
+    bar_->Check(ID_FOLLOW, list_->ShowsLastRow());
 }
 
-void MainWindow::showDetail() const {
-    const std::optional<std::size_t> row = list_->focusedRow();
-    SetWindowTextW(detail_, row ? indentedText(*lines_[*row]).c_str() : L"");
+void clsMainWindow::ShowDetail() const {
+    const std::optional<std::size_t> row = list_->FocusedRow();
+    SetWindowTextW(detail_, row ? IndentedText(*lines_[*row]).c_str() : L"");
 }
 
-void MainWindow::complain(const std::wstring& text) const {
+void clsMainWindow::Complain(const std::wstring& text) const {
     MessageBoxW(window_, text.c_str(), L"logpan", MB_OK | MB_ICONWARNING);
 }
 

@@ -3,7 +3,7 @@
 
 namespace tool::logpan {
 
-HWND makeControl(HWND parent, const ControlKind& kind, int id, const wchar_t* text, HFONT font) {
+HWND MakeControl(HWND parent, const scControlKind& kind, int id, const wchar_t* text, HFONT font) {
     const HWND control = CreateWindowExW(
         kind.extendedStyle, kind.windowClass, text, WS_CHILD | WS_VISIBLE | kind.style, 0, 0, 0, 0, parent,
         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
@@ -11,15 +11,15 @@ HWND makeControl(HWND parent, const ControlKind& kind, int id, const wchar_t* te
     return control;
 }
 
-std::wstring textOf(HWND control) {
+std::wstring TextOf(HWND control) {
     std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(control)) + 1, L'\0');
     text.resize(
         static_cast<std::size_t>(GetWindowTextW(control, text.data(), static_cast<int>(text.size()))));
     return text;
 }
 
-int textWidth(HWND control) {
-    const std::wstring text = textOf(control);
+int TextWidth(HWND control) {
+    const std::wstring text = TextOf(control);
     const HDC screen = GetDC(control);
     const HGDIOBJ before =
         SelectObject(screen, reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));

@@ -1,6 +1,5 @@
 // Making child windows and reading them.
-#ifndef LOGPAN_CONTROLS_H
-#define LOGPAN_CONTROLS_H
+#pragma once
 
 #include <windows.h>
 
@@ -8,19 +7,17 @@
 
 namespace tool::logpan {
 
-struct ControlKind {
+struct scControlKind {
     const wchar_t* windowClass;
     DWORD style;
     DWORD extendedStyle = 0;
 };
 
-HWND makeControl(HWND parent, const ControlKind& kind, int id, const wchar_t* text, HFONT font);
+HWND MakeControl(HWND parent, const scControlKind& kind, int id, const wchar_t* text, HFONT font);
 
-std::wstring textOf(HWND control);
+std::wstring TextOf(HWND control);
 
 // The width that a control's text takes in its font.
-int textWidth(HWND control);
+int TextWidth(HWND control);
 
 } // namespace tool::logpan
-
-#endif

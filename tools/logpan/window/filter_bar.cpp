@@ -11,10 +11,10 @@ namespace tool::logpan {
 
 namespace {
 
-constexpr ControlKind label{L"STATIC", SS_CENTERIMAGE};
-constexpr ControlKind box{L"EDIT", WS_TABSTOP | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE};
-constexpr ControlKind checkBox{L"BUTTON", WS_TABSTOP | BS_AUTOCHECKBOX};
-constexpr ControlKind button{L"BUTTON", WS_TABSTOP | BS_PUSHBUTTON};
+constexpr scControlKind label{L"STATIC", SS_CENTERIMAGE};
+constexpr scControlKind box{L"EDIT", WS_TABSTOP | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE};
+constexpr scControlKind checkBox{L"BUTTON", WS_TABSTOP | BS_AUTOCHECKBOX};
+constexpr scControlKind button{L"BUTTON", WS_TABSTOP | BS_PUSHBUTTON};
 
 constexpr int margin = 6;
 constexpr int gap = 8;
@@ -26,84 +26,84 @@ constexpr WPARAM longestPattern = 300;
 
 } // namespace
 
-FilterBar::FilterBar(HWND parent, const Look& look, const Arguments& arguments)
+clsFilterBar::clsFilterBar(HWND parent, const clsLook& look, const scArguments& arguments)
     : parent_(parent), look_(look),
-      includeLabel_(makeControl(parent, label, -1, L"&Include:", look.controls())),
-      include_(makeControl(parent, box, ID_INCLUDE, toWide(arguments.filter).c_str(), look.controls())),
-      excludeLabel_(makeControl(parent, label, -1, L"E&xclude:", look.controls())),
-      exclude_(makeControl(parent, box, ID_EXCLUDE, toWide(arguments.exclude).c_str(), look.controls())),
-      regular_(makeControl(parent, checkBox, ID_REGULAR, L"&Regular expressions", look.controls())),
-      follow_(makeControl(parent, checkBox, ID_FOLLOW, L"Follow &tail", look.controls())),
-      pause_(makeControl(parent, button, ID_PAUSE, L"&Pause", look.controls())),
-      clear_(makeControl(parent, button, ID_CLEAR, L"&Clear", look.controls())) {
+      includeLabel_(MakeControl(parent, label, -1, L"&Include:", look.Controls())),
+      include_(MakeControl(parent, box, ID_INCLUDE, ToWide(arguments.filter).c_str(), look.Controls())),
+      excludeLabel_(MakeControl(parent, label, -1, L"E&xclude:", look.Controls())),
+      exclude_(MakeControl(parent, box, ID_EXCLUDE, ToWide(arguments.exclude).c_str(), look.Controls())),
+      regular_(MakeControl(parent, checkBox, ID_REGULAR, L"&Regular expressions", look.Controls())),
+      follow_(MakeControl(parent, checkBox, ID_FOLLOW, L"Follow &tail", look.Controls())),
+      pause_(MakeControl(parent, button, ID_PAUSE, L"&Pause", look.Controls())),
+      clear_(MakeControl(parent, button, ID_CLEAR, L"&Clear", look.Controls())) {
     for (const HWND edit : {include_, exclude_})
         SendMessageW(edit, EM_LIMITTEXT, longestPattern, 0);
-    check(ID_REGULAR, arguments.regularExpressions);
-    check(ID_FOLLOW, true);
+    Check(ID_REGULAR, arguments.regularExpressions);
+    Check(ID_FOLLOW, true);
 }
 
-int FilterBar::height() const {
-    return look_.scaled(controlHeight + 2 * margin);
+int clsFilterBar::Height() const {
+    return look_.Scaled(controlHeight + 2 * margin);
 }
 
-void FilterBar::place(int width) {
-    struct Place {
+void clsFilterBar::Place(int width) {
+    struct scPlace {
         HWND control;
         int width;
     };
-    const int check = look_.scaled(checkMark);
-    const int space = look_.scaled(gap);
-    Place places[] = {
-        {includeLabel_, textWidth(includeLabel_)}, {include_, 0},
-        {excludeLabel_, textWidth(excludeLabel_)}, {exclude_, 0},
-        {regular_, textWidth(regular_) + check},   {follow_, textWidth(follow_) + check},
-        {pause_, look_.scaled(buttonWidth)},       {clear_, look_.scaled(buttonWidth)},
+    const int check = look_.Scaled(checkMark);
+    const int space = look_.Scaled(gap);
+    scPlace places[] = {
+        {includeLabel_, TextWidth(includeLabel_)}, {include_, 0},
+        {excludeLabel_, TextWidth(excludeLabel_)}, {exclude_, 0},
+        {regular_, TextWidth(regular_) + check},   {follow_, TextWidth(follow_) + check},
+        {pause_, look_.Scaled(buttonWidth)},       {clear_, look_.Scaled(buttonWidth)},
     };
-    int taken = 2 * look_.scaled(margin) - space;
-    for (const Place& place : places)
+    int taken = 2 * look_.Scaled(margin) - space;
+    for (const scPlace& place : places)
         taken += place.width + space;
-    const int boxWidth = std::max((width - taken) / 2, look_.scaled(smallestBox));
-    int x = look_.scaled(margin);
-    for (const Place& place : places) {
+    const int boxWidth = std::max((width - taken) / 2, look_.Scaled(smallestBox));
+    int x = look_.Scaled(margin);
+    for (const scPlace& place : places) {
         const int own = place.width > 0 ? place.width : boxWidth;
-        MoveWindow(place.control, x, look_.scaled(margin), own, look_.scaled(controlHeight), TRUE);
+        MoveWindow(place.control, x, look_.Scaled(margin), own, look_.Scaled(controlHeight), TRUE);
         x += own + space;
     }
 }
 
-Pattern FilterBar::patternOf(HWND control, const char* name) const {
-    const PatternKind kind = isChecked(ID_REGULAR) ? PatternKind::regularExpression : PatternKind::substring;
+clsPattern clsFilterBar::PatternOf(HWND control, const char* name) const {
+    const PatternKind kind = IsChecked(ID_REGULAR) ? PatternKind::regularExpression : PatternKind::substring;
     try {
-        return {textOf(control), kind};
-    } catch (const BadPattern& bad) {
-        throw BadPattern{std::string{name} + ": " + bad.reason};
+        return {TextOf(control), kind};
+    } catch (const scBadPattern& bad) {
+        throw scBadPattern{std::string{name} + ": " + bad.reason};
     }
 }
 
-Filter FilterBar::filter() const {
-    return {patternOf(include_, "Include"), patternOf(exclude_, "Exclude")};
+scFilter clsFilterBar::Filter() const {
+    return {PatternOf(include_, "Include"), PatternOf(exclude_, "Exclude")};
 }
 
-void FilterBar::clearFilter() {
+void clsFilterBar::ClearFilter() {
     SetWindowTextW(include_, L"");
     SetWindowTextW(exclude_, L"");
 }
 
-void FilterBar::goTo(int id) const {
+void clsFilterBar::GoTo(int id) const {
     const HWND control = GetDlgItem(parent_, id);
     SetFocus(control);
     SendMessageW(control, EM_SETSEL, 0, -1);
 }
 
-bool FilterBar::isChecked(int id) const {
+bool clsFilterBar::IsChecked(int id) const {
     return IsDlgButtonChecked(parent_, id) == BST_CHECKED;
 }
 
-void FilterBar::check(int id, bool checked) {
+void clsFilterBar::Check(int id, bool checked) {
     CheckDlgButton(parent_, id, checked ? BST_CHECKED : BST_UNCHECKED);
 }
 
-void FilterBar::setPauseText(bool paused) {
+void clsFilterBar::SetPauseText(bool paused) {
     SetWindowTextW(pause_, paused ? L"&Go on" : L"&Pause");
 }
 

@@ -1,34 +1,33 @@
 // The row of controls above the lines.
-#ifndef LOGPAN_FILTER_BAR_H
-#define LOGPAN_FILTER_BAR_H
+#pragma once
 
 #include "arguments.h"
 #include "look.h"
 
 namespace tool::logpan {
 
-class FilterBar {
+class clsFilterBar {
   public:
-    FilterBar(HWND parent, const Look& look, const Arguments& arguments);
+    clsFilterBar(HWND parent, const clsLook& look, const scArguments& arguments);
 
     // Lays the controls out in a row; the boxes share what the others leave.
-    void place(int width);
-    int height() const;
+    void Place(int width);
+    int Height() const;
 
     // What stands in the boxes; throws BadPattern, whose reason then names the box.
-    Filter filter() const;
-    void clearFilter();
-    void goTo(int box) const; // its number
+    scFilter Filter() const;
+    void ClearFilter();
+    void GoTo(int box) const; // its number
 
-    bool isChecked(int id) const;
-    void check(int id, bool checked);
-    void setPauseText(bool paused);
+    bool IsChecked(int id) const;
+    void Check(int id, bool checked);
+    void SetPauseText(bool paused);
 
   private:
-    Pattern patternOf(HWND box, const char* name) const;
+    clsPattern PatternOf(HWND box, const char* name) const;
 
     HWND parent_;
-    const Look& look_;
+    const clsLook& look_;
     HWND includeLabel_;
     HWND include_;
     HWND excludeLabel_;
@@ -40,5 +39,3 @@ class FilterBar {
 };
 
 } // namespace tool::logpan
-
-#endif

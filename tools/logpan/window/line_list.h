@@ -1,6 +1,5 @@
 // The list of lines: a view that asks for the text of the rows it shows, however many there are.
-#ifndef LOGPAN_LINE_LIST_H
-#define LOGPAN_LINE_LIST_H
+#pragma once
 
 #include "look.h"
 #include "shown_lines.h"
@@ -14,44 +13,42 @@
 
 namespace tool::logpan {
 
-class LineList {
+class clsLineList {
   public:
-    LineList(HWND parent, const Look& look, const ShownLines& lines);
+    clsLineList(HWND parent, const clsLook& look, const clsShownLines& lines);
 
-    HWND handle() const { return list_; }
-    void place(const RECT& area);
+    HWND Handle() const { return list_; }
+    void Place(const RECT& area);
 
-    // Shows the rows added behind; the last of them when the tail is followed.
-    void grow(bool followTail);
-    // So many rows went at the front: keeps the selection and what is in view where they are.
-    void dropFirst(std::size_t rows);
-    void showLast();
+    // Shows the rows added at the end; the last of them when the tail is followed.
+    void Grow(bool followTail);
+    // This number of rows left the front: keeps the selection and what is in view where they are.
+    void DropFirst(std::size_t rows);
+    void ShowLast();
     // All rows are others.
-    void reset();
+    void Reset();
 
-    void selectAll();
-    std::vector<std::size_t> selectedRows() const;
-    std::optional<std::size_t> focusedRow() const;
-    bool showsLastRow() const;
+    void SelectAll();
+    std::vector<std::size_t> SelectedRows() const;
+    std::optional<std::size_t> FocusedRow() const;
+    bool ShowsLastRow() const;
 
     // Answers the list's questions about texts and colours.
-    LRESULT notified(const NMHDR& header);
+    LRESULT Notified(const NMHDR& header);
 
-    // Whether a notification tells that the focused row may be another one.
-    static bool isFocusChange(const NMHDR& header);
+    // Whether a notification means that the focused row may be another one.
+    static bool IsFocusChange(const NMHDR& header);
 
   private:
-    void giveText(LVITEMW& item);
-    LRESULT colour(NMLVCUSTOMDRAW& drawing) const;
-    void fillWidth();
+    void GiveText(LVITEMW& item);
+    LRESULT Colour(NMLVCUSTOMDRAW& drawing) const;
+    void FillWidth();
 
     HWND list_;
-    const Look& look_;
-    const ShownLines& lines_;
+    const clsLook& look_;
+    const clsShownLines& lines_;
     int width_ = 0;     // inside, without a scroll bar
     std::wstring text_; // of the cell asked for last; the list reads it before it asks again
 };
 
 } // namespace tool::logpan
-
-#endif

@@ -7,14 +7,14 @@ namespace {
 
 constexpr int linesFontPoints = 10;
 
-Font messageFont() {
+Font MessageFont() {
     NONCLIENTMETRICSW metrics{};
     metrics.cbSize = sizeof metrics;
     SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
     return Font{CreateFontIndirectW(&metrics.lfMessageFont)};
 }
 
-Font fixedFont(int dotsPerInch) {
+Font FixedFont(int dotsPerInch) {
     return Font{CreateFontW(-MulDiv(linesFontPoints, dotsPerInch, 72), 0, 0, 0, FW_NORMAL, FALSE, FALSE,
                             FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
                             FIXED_PITCH | FF_MODERN, L"Consolas")};
@@ -22,10 +22,10 @@ Font fixedFont(int dotsPerInch) {
 
 } // namespace
 
-Look::Look() : controls_(messageFont()) {
+clsLook::clsLook() : controls_(MessageFont()) {
     const HDC screen = GetDC(nullptr);
     dotsPerInch_ = GetDeviceCaps(screen, LOGPIXELSY);
-    lines_ = fixedFont(dotsPerInch_);
+    lines_ = FixedFont(dotsPerInch_);
     const HGDIOBJ before = SelectObject(screen, lines_.get());
     TEXTMETRICW metrics{};
     if (GetTextMetricsW(screen, &metrics)) {

@@ -1,6 +1,5 @@
 // Fonts and measures of the window.
-#ifndef LOGPAN_LOOK_H
-#define LOGPAN_LOOK_H
+#pragma once
 
 #include <windows.h>
 
@@ -9,22 +8,22 @@
 
 namespace tool::logpan {
 
-struct DeleteFont {
+struct scDeleteFont {
     void operator()(HFONT font) const { DeleteObject(font); }
 };
-using Font = std::unique_ptr<std::remove_pointer_t<HFONT>, DeleteFont>;
+using Font = std::unique_ptr<std::remove_pointer_t<HFONT>, scDeleteFont>;
 
-class Look {
+class clsLook {
   public:
-    Look();
+    clsLook();
 
-    HFONT controls() const { return controls_.get(); }
-    HFONT lines() const { return lines_.get(); }
+    HFONT Controls() const { return controls_.get(); }
+    HFONT Lines() const { return lines_.get(); }
 
     // A measure of 96 dots an inch in the screen's own.
-    int scaled(int pixels) const { return MulDiv(pixels, dotsPerInch_, 96); }
-    int characterWidth() const { return characterWidth_; } // of the lines' font
-    int lineHeight() const { return lineHeight_; }         // of the lines' font
+    int Scaled(int pixels) const { return MulDiv(pixels, dotsPerInch_, 96); }
+    int CharacterWidth() const { return characterWidth_; } // of the lines' font
+    int LineHeight() const { return lineHeight_; }         // of the lines' font
 
   private:
     int dotsPerInch_ = 96;
@@ -35,5 +34,3 @@ class Look {
 };
 
 } // namespace tool::logpan
-
-#endif

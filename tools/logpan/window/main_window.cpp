@@ -31,11 +31,11 @@ constexpr int detailRows = 3;
 constexpr UINT messageScrolled = WM_APP;
 constexpr UINT_PTR subclassId = 1;
 
-constexpr ControlKind detailKind{
+constexpr scControlKind detailKind{
     L"EDIT", WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL, WS_EX_CLIENTEDGE};
 
-// Tells the main window after the list did what the user wanted of it.
-LRESULT CALLBACK watchScrolling(HWND list, UINT message, WPARAM first, LPARAM second, UINT_PTR,
+// Notifies the main window after the list has handled what the user did.
+LRESULT CALLBACK WatchScrolling(HWND list, UINT message, WPARAM first, LPARAM second, UINT_PTR,
                                 DWORD_PTR main) {
     const LRESULT result = DefSubclassProc(list, message, first, second);
     if (message == WM_VSCROLL || message == WM_MOUSEWHEEL || message == WM_KEYDOWN ||
@@ -46,11 +46,11 @@ LRESULT CALLBACK watchScrolling(HWND list, UINT message, WPARAM first, LPARAM se
 
 } // namespace
 
-MainWindow::MainWindow(const Arguments& arguments, Store& store)
-    : arguments_(arguments), store_(store), lines_(store, arguments.capacity, arguments.bytes()) {
+clsMainWindow::clsMainWindow(const scArguments& arguments, clsStore& store)
+    : arguments_(arguments), store_(store), lines_(store, arguments.capacity, arguments.Bytes()) {
     WNDCLASSEXW description{};
     description.cbSize = sizeof description;
-    description.lpfnWndProc = receive;
+    description.lpfnWndProc = Receive;
     description.hInstance = GetModuleHandleW(nullptr);
     description.hIcon = LoadIconW(nullptr, reinterpret_cast<LPCWSTR>(IDI_APPLICATION));
     description.hCursor = LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_ARROW));
@@ -59,39 +59,39 @@ MainWindow::MainWindow(const Arguments& arguments, Store& store)
     description.lpszClassName = LOGPAN_WINDOW_CLASS;
     RegisterClassExW(&description);
     window_ = CreateWindowExW(0, LOGPAN_WINDOW_CLASS, L"logpan", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-                              CW_USEDEFAULT, CW_USEDEFAULT, look_.scaled(startWidth),
-                              look_.scaled(startHeight), nullptr, nullptr, description.hInstance, this);
+                              CW_USEDEFAULT, CW_USEDEFAULT, look_.Scaled(startWidth),
+                              look_.Scaled(startHeight), nullptr, nullptr, description.hInstance, this);
     if (window_ == nullptr)
-        throw Failure{ExitCode::cannotOpen, "", "there is no desktop for a window; try --console"};
-    makeParts();
+        throw scFailure{ExitCode::cannotOpen, "", "there is no desktop for a window; try --console"};
+    MakeParts();
 }
 
-MainWindow::~MainWindow() {
+clsMainWindow::~clsMainWindow() {
     if (window_ != nullptr)
         DestroyWindow(window_);
 }
 
-void MainWindow::makeParts() {
+void clsMainWindow::MakeParts() {
     bar_.emplace(window_, look_, arguments_);
     list_.emplace(window_, look_, lines_);
-    detail_ = makeControl(window_, detailKind, ID_DETAIL, L"", look_.lines());
+    detail_ = MakeControl(window_, detailKind, ID_DETAIL, L"", look_.Lines());
     status_.emplace(window_, look_);
-    SetWindowSubclass(list_->handle(), watchScrolling, subclassId, reinterpret_cast<DWORD_PTR>(window_));
-    applyFilter();
+    SetWindowSubclass(list_->Handle(), WatchScrolling, subclassId, reinterpret_cast<DWORD_PTR>(window_));
+    ApplyFilter();
 }
 
-void MainWindow::show(std::uint16_t port) {
+void clsMainWindow::Show(std::uint16_t port) {
     listening_ = L"Listening on port " + std::to_wstring(port);
-    place();
-    status_->say(listening_);
-    status_->showRate(store_.counters());
+    Place();
+    status_->Say(listening_);
+    status_->ShowRate(store_.Counters());
     SetTimer(window_, timerLines, linesInterval, nullptr);
     SetTimer(window_, timerStatus, statusInterval, nullptr);
     ShowWindow(window_, SW_SHOWDEFAULT);
-    SetFocus(list_->handle());
+    SetFocus(list_->Handle());
 }
 
-void MainWindow::run() {
+void clsMainWindow::Run() {
     const HACCEL keys = LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(ID_ACCELERATORS));
     for (MSG message; GetMessageW(&message, nullptr, 0, 0) > 0;) {
         if (TranslateAcceleratorW(window_, keys, &message) || IsDialogMessageW(window_, &message))
@@ -101,31 +101,32 @@ void MainWindow::run() {
     }
 }
 
-LRESULT CALLBACK MainWindow::receive(HWND window, UINT message, WPARAM first, LPARAM second) {
+LRESULT CALLBACK clsMainWindow::Receive(HWND window, UINT message, WPARAM first, LPARAM second) {
     if (message == WM_NCCREATE) {
-        auto* self = static_cast<MainWindow*>(reinterpret_cast<const CREATESTRUCTW*>(second)->lpCreateParams);
+        auto* self =
+            static_cast<clsMainWindow*>(reinterpret_cast<const CREATESTRUCTW*>(second)->lpCreateParams);
         self->window_ = window;
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
     }
-    auto* self = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    auto* self = reinterpret_cast<clsMainWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (self == nullptr || !self->status_) // while the parts are being made
         return DefWindowProcW(window, message, first, second);
     try {
-        return self->handle(message, first, second);
+        return self->Handle(message, first, second);
     } catch (const std::bad_alloc&) {
-        self->status_->say(L"Out of memory"); // and nothing may be thrown through the system
+        self->status_->Say(L"Out of memory"); // and nothing may be thrown through the system
         return 0;
     }
 }
 
-LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
+LRESULT clsMainWindow::Handle(UINT message, WPARAM first, LPARAM second) {
     switch (message) {
     case WM_SIZE:
-        place();
+        Place();
         return 0;
     case WM_GETMINMAXINFO:
-        reinterpret_cast<MINMAXINFO*>(second)->ptMinTrackSize = {look_.scaled(smallestWidth),
-                                                                 look_.scaled(smallestHeight)};
+        reinterpret_cast<MINMAXINFO*>(second)->ptMinTrackSize = {look_.Scaled(smallestWidth),
+                                                                 look_.Scaled(smallestHeight)};
         return 0;
     case WM_ACTIVATE: // the focus returns to where it was
         if (LOWORD(first) == WA_INACTIVE)
@@ -134,21 +135,21 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
             SetFocus(focusBefore_);
         return 0;
     case WM_SETFOCUS:
-        SetFocus(focusBefore_ != nullptr ? focusBefore_ : list_->handle());
+        SetFocus(focusBefore_ != nullptr ? focusBefore_ : list_->Handle());
         return 0;
     case WM_COMMAND:
-        command(LOWORD(first), HIWORD(first), reinterpret_cast<HWND>(second));
+        Command(LOWORD(first), HIWORD(first), reinterpret_cast<HWND>(second));
         return 0;
     case WM_NOTIFY:
-        return notified(*reinterpret_cast<const NMHDR*>(second));
+        return Notified(*reinterpret_cast<const NMHDR*>(second));
     case WM_INITMENUPOPUP:
-        prepareMenu();
+        PrepareMenu();
         return 0;
     case WM_TIMER:
-        first == timerLines ? update() : status_->showRate(store_.counters());
+        first == timerLines ? Update() : status_->ShowRate(store_.Counters());
         return 0;
     case messageScrolled:
-        afterScroll();
+        AfterScroll();
         return 0;
     case WM_DESTROY:
         window_ = nullptr;
@@ -159,45 +160,45 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
     }
 }
 
-LRESULT MainWindow::notified(const NMHDR& header) {
+LRESULT clsMainWindow::Notified(const NMHDR& header) {
     if (header.idFrom != ID_LINES)
         return 0;
-    if (LineList::isFocusChange(header))
-        showDetail();
-    return list_->notified(header);
+    if (clsLineList::IsFocusChange(header))
+        ShowDetail();
+    return list_->Notified(header);
 }
 
-void MainWindow::place() {
+void clsMainWindow::Place() {
     RECT inside{};
     GetClientRect(window_, &inside);
-    status_->place();
-    bar_->place(inside.right);
-    const int detailHeight = detailRows * look_.lineHeight() + look_.scaled(8);
-    const LONG bottom = inside.bottom - status_->height() - detailHeight;
-    list_->place({0, bar_->height(), inside.right, bottom});
+    status_->Place();
+    bar_->Place(inside.right);
+    const int detailHeight = detailRows * look_.LineHeight() + look_.Scaled(8);
+    const LONG bottom = inside.bottom - status_->Height() - detailHeight;
+    list_->Place({0, bar_->Height(), inside.right, bottom});
     MoveWindow(detail_, 0, bottom, inside.right, detailHeight, TRUE);
 }
 
-void MainWindow::update() {
-    lines_.advance(filterBudget, pausedAt_);
-    list_->dropFirst(lines_.trim());
-    list_->grow(bar_->isChecked(ID_FOLLOW));
-    Counters counters = store_.counters();
-    counters.held = lines_.held(counters);
-    status_->showCounts(counters, lines_.size(), pausedAt_.has_value());
+void clsMainWindow::Update() {
+    lines_.Advance(filterBudget, pausedAt_);
+    list_->DropFirst(lines_.Trim());
+    list_->Grow(bar_->IsChecked(ID_FOLLOW));
+    scCounters counters = store_.Counters();
+    counters.held = lines_.Held(counters);
+    status_->ShowCounts(counters, lines_.size(), pausedAt_.has_value());
 }
 
-void MainWindow::applyFilter() {
+void clsMainWindow::ApplyFilter() {
     try {
-        lines_.setFilter(bar_->filter());
-        status_->say(listening_);
-    } catch (const BadPattern& bad) { // the filter before stays until this one is whole
-        status_->say(toWide(bad.reason));
+        lines_.SetFilter(bar_->Filter());
+        status_->Say(listening_);
+    } catch (const scBadPattern& bad) { // the filter before stays until this one is whole
+        status_->Say(ToWide(bad.reason));
         return;
     }
-    list_->reset();
-    showDetail();
-    update();
+    list_->Reset();
+    ShowDetail();
+    Update();
 }
 
 } // namespace tool::logpan

@@ -1,6 +1,5 @@
 // The window: its parts, its commands, and the timers by which it follows the store.
-#ifndef LOGPAN_MAIN_WINDOW_H
-#define LOGPAN_MAIN_WINDOW_H
+#pragma once
 
 #include "filter_bar.h"
 #include "line_list.h"
@@ -10,59 +9,59 @@
 
 namespace tool::logpan {
 
-class MainWindow {
+class clsMainWindow {
   public:
     // Made hidden, for its handle is published before it is shown. Throws Failure where there is no desktop.
-    MainWindow(const Arguments& arguments, Store& store);
-    ~MainWindow();
-    MainWindow(const MainWindow&) = delete;
-    MainWindow& operator=(const MainWindow&) = delete;
+    clsMainWindow(const scArguments& arguments, clsStore& store);
+    ~clsMainWindow();
+    clsMainWindow(const clsMainWindow&) = delete;
+    clsMainWindow& operator=(const clsMainWindow&) = delete;
 
-    HWND handle() const { return window_; }
-    void show(std::uint16_t port);
+    HWND Handle() const { return window_; }
+    void Show(std::uint16_t port);
 
     // Runs until the window is closed.
-    void run();
+    void Run();
 
   private:
-    struct Command;
-    static const Command commands[];
+    struct scCommand;
+    static const scCommand commands[];
 
-    static LRESULT CALLBACK receive(HWND window, UINT message, WPARAM first, LPARAM second);
-    LRESULT handle(UINT message, WPARAM first, LPARAM second);
-    LRESULT notified(const NMHDR& header);
-    void makeParts();
-    void place();
-    void command(int id, int notification, HWND control);
-    void prepareMenu() const;
+    static LRESULT CALLBACK Receive(HWND window, UINT message, WPARAM first, LPARAM second);
+    LRESULT Handle(UINT message, WPARAM first, LPARAM second);
+    LRESULT Notified(const NMHDR& header);
+    void MakeParts();
+    void Place();
+    void Command(int id, int notification, HWND control);
+    void PrepareMenu() const;
 
-    void update();
-    void applyFilter();
-    void showDetail() const;
-    void afterScroll();
+    void Update();
+    void ApplyFilter();
+    void ShowDetail() const;
+    void AfterScroll();
 
-    void save();
-    void exit();
-    void copy();
-    void selectAll();
-    void clear();
-    void clearFilter();
-    void goToInclude();
-    void goToExclude();
-    void about();
-    void togglePause();
-    void toggleFollow();
-    void toggleRegular();
-    void complain(const std::wstring& text) const;
+    void Save();
+    void Exit();
+    void Copy();
+    void SelectAll();
+    void Clear();
+    void ClearFilter();
+    void GoToInclude();
+    void GoToExclude();
+    void About();
+    void TogglePause();
+    void ToggleFollow();
+    void ToggleRegular();
+    void Complain(const std::wstring& text) const;
 
-    const Arguments& arguments_;
-    Store& store_;
-    Look look_;
-    ShownLines lines_;
+    const scArguments& arguments_;
+    clsStore& store_;
+    clsLook look_;
+    clsShownLines lines_;
     HWND window_ = nullptr;
-    std::optional<FilterBar> bar_;
-    std::optional<LineList> list_;
-    std::optional<StatusBar> status_;
+    std::optional<clsFilterBar> bar_;
+    std::optional<clsLineList> list_;
+    std::optional<clsStatusBar> status_;
     HWND detail_ = nullptr;
     HWND focusBefore_ = nullptr;
     std::wstring listening_;
@@ -70,5 +69,3 @@ class MainWindow {
 };
 
 } // namespace tool::logpan
-
-#endif

@@ -1,6 +1,5 @@
 // Numbers of the commands and controls, for the code and the resource script.
-#ifndef LOGPAN_RESOURCE_H
-#define LOGPAN_RESOURCE_H
+#pragma once
 
 #define ID_MENU 1
 #define ID_ACCELERATORS 2
@@ -25,5 +24,3 @@
 #define ID_LINES 132
 #define ID_DETAIL 133
 #define ID_STATUS 134
-
-#endif

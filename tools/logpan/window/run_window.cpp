@@ -9,7 +9,7 @@ namespace tool::logpan {
 namespace {
 
 // Whoever starts a second viewer wants to see the first one.
-void showOther() {
+void ShowOther() {
     const HWND other = FindWindowW(LOGPAN_WINDOW_CLASS, nullptr);
     if (other == nullptr || !IsWindowVisible(other))
         return;
@@ -17,23 +17,23 @@ void showOther() {
     SetForegroundWindow(other);
 }
 
-void runAlone(const Arguments& arguments) {
-    Store store{arguments.capacity, arguments.bytes()};
-    MainWindow window{arguments, store};
-    const Session session{store, arguments.datagram, window.handle()};
-    window.show(session.port());
-    window.run();
+void RunAlone(const scArguments& arguments) {
+    clsStore store{arguments.capacity, arguments.Bytes()};
+    clsMainWindow window{arguments, store};
+    const clsSession session{store, arguments.datagram, window.Handle()};
+    window.Show(session.Port());
+    window.Run();
 }
 
 } // namespace
 
-ExitCode runWindow(const Arguments& arguments) {
-    filterOf(arguments); // a bad pattern ends the program before it takes another viewer's place
+ExitCode RunWindow(const scArguments& arguments) {
+    FilterOf(arguments); // a bad pattern ends the program before it takes another viewer's place
     try {
-        const OnlyViewer only;
-        runAlone(arguments);
-    } catch (const Failure&) {
-        showOther();
+        const clsOnlyViewer only;
+        RunAlone(arguments);
+    } catch (const scFailure&) {
+        ShowOther();
         throw;
     }
     return ExitCode::ok;

@@ -1,13 +1,10 @@
 // The viewer with its window.
-#ifndef LOGPAN_RUN_WINDOW_H
-#define LOGPAN_RUN_WINDOW_H
+#pragma once
 
 #include "arguments.h"
 
 namespace tool::logpan {
 
-ExitCode runWindow(const Arguments& arguments);
+ExitCode RunWindow(const scArguments& arguments);
 
 } // namespace tool::logpan
-
-#endif

@@ -13,51 +13,51 @@ namespace {
 
 constexpr std::size_t pieceSize = 64 * 1024;
 
-[[noreturn]] void fail(const std::wstring& path, DWORD error) {
-    throw Failure{ExitCode::cannotSave, toUtf8(path), systemReason(error)};
+[[noreturn]] void Fail(const std::wstring& path, DWORD error) {
+    throw scFailure{ExitCode::cannotSave, ToUtf8(path), SystemReason(error)};
 }
 
-class TemporaryFile {
+class clsTemporaryFile {
   public:
-    explicit TemporaryFile(const std::wstring& target) : target_(target), path_(target + L".tmp") {
-        file_ = fileHandle(CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+    explicit clsTemporaryFile(const std::wstring& target) : target_(target), path_(target + L".tmp") {
+        file_ = FileHandle(CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                                        FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!file_)
-            fail(target_, GetLastError());
+            Fail(target_, GetLastError());
     }
-    ~TemporaryFile() {
+    ~clsTemporaryFile() {
         if (!file_)
             return;
         file_.reset();
         DeleteFileW(path_.c_str());
     }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    clsTemporaryFile(const clsTemporaryFile&) = delete;
+    clsTemporaryFile& operator=(const clsTemporaryFile&) = delete;
 
-    void write(const std::string& bytes) {
+    void Write(const std::string& bytes) {
         DWORD written = 0;
         if (!WriteFile(file_.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr))
-            fail(target_, GetLastError());
+            Fail(target_, GetLastError());
         if (written != bytes.size())
-            fail(target_, ERROR_DISK_FULL);
+            Fail(target_, ERROR_DISK_FULL);
     }
 
-    void takePlace() {
+    void TakePlace() {
         file_.reset();
         if (MoveFileExW(path_.c_str(), target_.c_str(), MOVEFILE_REPLACE_EXISTING))
             return;
         const DWORD error = GetLastError();
         DeleteFileW(path_.c_str());
-        fail(target_, error);
+        Fail(target_, error);
     }
 
   private:
     std::wstring target_;
     std::wstring path_;
-    Handle file_;
+    clsHandle file_;
 };
 
-bool isJson(const std::wstring& path) {
+bool IsJson(const std::wstring& path) {
     constexpr std::wstring_view ending = L".json";
     return path.size() >= ending.size() &&
            _wcsicmp(path.c_str() + path.size() - ending.size(), ending.data()) == 0;
@@ -65,19 +65,19 @@ bool isJson(const std::wstring& path) {
 
 } // namespace
 
-void saveLines(const ShownLines& lines, const std::wstring& path) {
-    const bool json = isJson(path);
-    TemporaryFile file{path};
+void SaveLines(const clsShownLines& lines, const std::wstring& path) {
+    const bool json = IsJson(path);
+    clsTemporaryFile file{path};
     std::string piece;
     for (std::size_t row = 0; row < lines.size(); ++row) {
-        piece += json ? toUtf8(jsonLine(*lines[row])) + "\n" : toUtf8(plainLine(*lines[row])) + "\r\n";
+        piece += json ? ToUtf8(JsonLine(*lines[row])) + "\n" : ToUtf8(PlainLine(*lines[row])) + "\r\n";
         if (piece.size() >= pieceSize) {
-            file.write(piece);
+            file.Write(piece);
             piece.clear();
         }
     }
-    file.write(piece);
-    file.takePlace();
+    file.Write(piece);
+    file.TakePlace();
 }
 
 } // namespace tool::logpan

@@ -1,6 +1,5 @@
 // Lines to a file.
-#ifndef LOGPAN_SAVE_LINES_H
-#define LOGPAN_SAVE_LINES_H
+#pragma once
 
 #include "shown_lines.h"
 
@@ -8,8 +7,6 @@ namespace tool::logpan {
 
 // In UTF-8: JSON objects when the name ends in .json, else plain lines. What was in the file before stays
 // when it cannot be written; throws Failure then.
-void saveLines(const ShownLines& lines, const std::wstring& path);
+void SaveLines(const clsShownLines& lines, const std::wstring& path);
 
 } // namespace tool::logpan
-
-#endif

@@ -15,13 +15,13 @@ namespace tool::logpan {
 
 namespace {
 
-constexpr ControlKind barKind{STATUSCLASSNAMEW, SBARS_SIZEGRIP};
+constexpr scControlKind barKind{STATUSCLASSNAMEW, SBARS_SIZEGRIP};
 
 enum Part { partMessage, partState, partRate, partLines, partLost };
 constexpr int partWidths[] = {0, 70, 110, 230, 150}; // the first one takes the rest
 constexpr int gripWidth = 18;
 
-std::wstring lostText(const Counters& counters) {
+std::wstring LostText(const scCounters& counters) {
     std::wstring text = L"No line lost";
     if (counters.lost > 0)
         text = L"At least " + std::to_wstring(counters.lost) + L" lost";
@@ -32,53 +32,53 @@ std::wstring lostText(const Counters& counters) {
 
 } // namespace
 
-StatusBar::StatusBar(HWND parent, const Look& look)
-    : bar_(makeControl(parent, barKind, ID_STATUS, L"", look.controls())), look_(look) {
-    place(); // a part that is not there yet takes no text
+clsStatusBar::clsStatusBar(HWND parent, const clsLook& look)
+    : bar_(MakeControl(parent, barKind, ID_STATUS, L"", look.Controls())), look_(look) {
+    Place(); // a part that is not there yet takes no text
 }
 
-void StatusBar::place() {
+void clsStatusBar::Place() {
     SendMessageW(bar_, WM_SIZE, 0, 0);
     RECT area{};
     GetClientRect(bar_, &area);
     int right[partCount];
     static_assert(std::size(partWidths) == partCount);
-    int x = area.right - look_.scaled(gripWidth);
+    int x = area.right - look_.Scaled(gripWidth);
     for (std::size_t part = partCount; part-- > 0;) {
         right[part] = x;
-        x = std::max(x - look_.scaled(partWidths[part]), 0);
+        x = std::max(x - look_.Scaled(partWidths[part]), 0);
     }
     right[partCount - 1] = -1; // to the border
     SendMessageW(bar_, SB_SETPARTS, partCount, reinterpret_cast<LPARAM>(right));
 }
 
-int StatusBar::height() const {
+int clsStatusBar::Height() const {
     RECT area{};
     GetWindowRect(bar_, &area);
     return area.bottom - area.top;
 }
 
-void StatusBar::say(const std::wstring& text) {
-    setPart(partMessage, text);
+void clsStatusBar::Say(const std::wstring& text) {
+    SetPart(partMessage, text);
 }
 
-void StatusBar::showRate(const Counters& counters) {
-    const Store::Clock::time_point now = Store::Clock::now();
+void clsStatusBar::ShowRate(const scCounters& counters) {
+    const clsStore::Clock::time_point now = clsStore::Clock::now();
     const double seconds = std::chrono::duration<double>{now - updatedBefore_}.count();
     const double rate = seconds > 0 ? static_cast<double>(counters.received - receivedBefore_) / seconds : 0;
     receivedBefore_ = counters.received;
     updatedBefore_ = now;
-    setPart(partRate, std::to_wstring(std::llround(rate)) + L" lines/s");
+    SetPart(partRate, std::to_wstring(std::llround(rate)) + L" lines/s");
 }
 
-void StatusBar::showCounts(const Counters& counters, std::size_t shown, bool paused) {
-    setPart(partState, paused ? L"Paused" : L"Live");
-    setPart(partLines, std::to_wstring(counters.held) + L" held, " + std::to_wstring(shown) + L" shown");
-    setPart(partLost, lostText(counters));
+void clsStatusBar::ShowCounts(const scCounters& counters, std::size_t shown, bool paused) {
+    SetPart(partState, paused ? L"Paused" : L"Live");
+    SetPart(partLines, std::to_wstring(counters.held) + L" held, " + std::to_wstring(shown) + L" shown");
+    SetPart(partLost, LostText(counters));
 }
 
 // Called often and mostly with what is there.
-void StatusBar::setPart(int part, std::wstring text) {
+void clsStatusBar::SetPart(int part, std::wstring text) {
     std::wstring& before = texts_[static_cast<std::size_t>(part)];
     if (text == before)
         return;

@@ -1,6 +1,5 @@
 // The bar below: where the viewer listens, how fast lines come, how many there are and how many are lost.
-#ifndef LOGPAN_STATUS_BAR_H
-#define LOGPAN_STATUS_BAR_H
+#pragma once
 
 #include "look.h"
 #include "store.h"
@@ -10,31 +9,29 @@
 
 namespace tool::logpan {
 
-class StatusBar {
+class clsStatusBar {
   public:
-    StatusBar(HWND parent, const Look& look);
+    clsStatusBar(HWND parent, const clsLook& look);
 
-    void place();
-    int height() const;
+    void Place();
+    int Height() const;
 
     // What it says in its first part: the port, or what is wrong with the filter.
-    void say(const std::wstring& text);
+    void Say(const std::wstring& text);
     // The rate is that since the call before.
-    void showRate(const Counters& counters);
-    void showCounts(const Counters& counters, std::size_t shown, bool paused);
+    void ShowRate(const scCounters& counters);
+    void ShowCounts(const scCounters& counters, std::size_t shown, bool paused);
 
   private:
-    void setPart(int part, std::wstring text);
+    void SetPart(int part, std::wstring text);
 
     static constexpr std::size_t partCount = 5;
 
     HWND bar_;
-    const Look& look_;
+    const clsLook& look_;
     std::array<std::wstring, partCount> texts_;
     std::uint64_t receivedBefore_ = 0;
-    Store::Clock::time_point updatedBefore_ = Store::Clock::now();
+    clsStore::Clock::time_point updatedBefore_ = clsStore::Clock::now();
 };
 
 } // namespace tool::logpan
-
-#endif

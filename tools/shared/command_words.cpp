@@ -9,19 +9,19 @@
 
 #include <algorithm>
 
-namespace tool::prof {
+namespace tool {
 
 namespace {
 
 constexpr std::size_t mostSlips = 2;
 
-char lower(char unit) {
+char Lower(char unit) {
     return unit >= 'A' && unit <= 'Z' ? static_cast<char>(unit + ('a' - 'A')) : unit;
 }
 
 // Letters left out, added, changed or swapped with their neighbour; by rows of the well-known table of the
 // distances between all beginnings of both texts.
-std::size_t slipsBetween(std::string_view typed, std::string_view meant) {
+std::size_t SlipsBetween(std::string_view typed, std::string_view meant) {
     std::vector<std::size_t> beforeLast;
     std::vector<std::size_t> last(meant.size() + 1);
     for (std::size_t column = 0; column <= meant.size(); ++column)
@@ -41,7 +41,7 @@ std::size_t slipsBetween(std::string_view typed, std::string_view meant) {
     return last.back();
 }
 
-std::string_view nearest(std::string_view typed, const std::vector<std::string_view>& commands) {
+std::string_view Nearest(std::string_view typed, const std::vector<std::string_view>& commands) {
     const auto longer = std::find_if(commands.begin(), commands.end(),
                                      [&](std::string_view command) { return command.starts_with(typed); });
     if (longer != commands.end())
@@ -49,33 +49,34 @@ std::string_view nearest(std::string_view typed, const std::vector<std::string_v
     std::string_view best;
     std::size_t fewest = std::min(mostSlips, typed.size() / 2) + 1;
     for (const std::string_view command : commands)
-        if (const std::size_t slips = slipsBetween(typed, command); slips < fewest) {
+        if (const std::size_t slips = SlipsBetween(typed, command); slips < fewest) {
             best = command;
             fewest = slips;
         }
     return best;
 }
 
-std::string suggestionFor(const std::string& word, const std::vector<std::string_view>& commands) {
-    if (GetFileAttributesW(toWide(word).c_str()) != INVALID_FILE_ATTRIBUTES)
-        return ", did you mean 'prof show " + word + "'?";
+std::string SuggestionFor(const std::string& word, const scProgramWords& program) {
+    if (GetFileAttributesW(ToWide(word).c_str()) != INVALID_FILE_ATTRIBUTES)
+        return ", did you mean '" + std::string{program.program} + " " + std::string{program.forFile} + " " +
+               word + "'?";
     std::string typed = word;
-    std::transform(typed.begin(), typed.end(), typed.begin(), lower);
-    const std::string_view meant = nearest(typed, commands);
+    std::transform(typed.begin(), typed.end(), typed.begin(), Lower);
+    const std::string_view meant = Nearest(typed, program.commands);
     return meant.empty() ? std::string{} : ", did you mean '" + std::string{meant} + "'?";
 }
 
-void requireCommand(const std::string& word, const std::vector<std::string_view>& commands) {
-    if (std::find(commands.begin(), commands.end(), word) == commands.end())
-        throw Failure{ExitCode::usage, "",
-                      "unknown command '" + word + "'" + suggestionFor(word, commands) +
-                          "\nTry 'prof --help' or 'prof COMMAND --help'."};
+void RequireCommand(const std::string& word, const scProgramWords& program) {
+    const std::string name{program.program};
+    if (std::find(program.commands.begin(), program.commands.end(), word) == program.commands.end())
+        throw scFailure{ExitCode::usage, "",
+                        "unknown command '" + word + "'" + SuggestionFor(word, program) + "\nTry '" + name +
+                            " --help' or '" + name + " COMMAND --help'."};
 }
 
 } // namespace
 
-std::vector<std::string> withOptionsForWords(std::vector<std::string> words,
-                                             const std::vector<std::string_view>& commands) {
+std::vector<std::string> WithOptionsForWords(std::vector<std::string> words, const scProgramWords& program) {
     if (words.size() == 1 && words[0] == "version")
         return {"--version"};
     if (!words.empty() && words[0] == "help") {
@@ -84,8 +85,8 @@ std::vector<std::string> withOptionsForWords(std::vector<std::string> words,
         words.emplace_back("--help");
     }
     if (!words.empty() && !words[0].starts_with('-') && words[0] != "/?")
-        requireCommand(words[0], commands);
+        RequireCommand(words[0], program);
     return words;
 }
 
-} // namespace tool::prof
+} // namespace tool

@@ -1,0 +1,358 @@
+// The thread pool against the system's own, and against no pool.
+#include "sections.h"
+
+#include <tvut22/tvut22.hpp>
+
+#include <windows.h>
+
+#include <array>
+#include <atomic>
+#include <thread>
+
+namespace bench {
+
+namespace {
+
+std::atomic<unsigned> called{0};
+
+unsigned Jobs(const scSettings& settings) {
+    return settings.quick ? 20000 : 300000;
+}
+
+// ---- The system's pool -----------------------------------------------------------------------------
+
+// A pool of the system with two threads and whatever is called in it.
+class clsSystemPool {
+  public:
+    clsSystemPool() : pool_(CreateThreadpool(nullptr)), group_(CreateThreadpoolCleanupGroup()) {
+        SetThreadpoolThreadMaximum(pool_, threads);
+        InitializeThreadpoolEnvironment(&environment);
+        SetThreadpoolCallbackPool(&environment, pool_);
+    }
+    ~clsSystemPool() {
+        CloseThreadpoolCleanupGroup(group_);
+        CloseThreadpool(pool_);
+    }
+    clsSystemPool(const clsSystemPool&) = delete;
+    clsSystemPool& operator=(const clsSystemPool&) = delete;
+
+    static constexpr unsigned threads = 2;
+    TP_CALLBACK_ENVIRON environment;
+    PTP_CLEANUP_GROUP Group() const { return group_; }
+
+  private:
+    PTP_POOL pool_;
+    PTP_CLEANUP_GROUP group_;
+};
+
+// Work that the system does as often as it is submitted.
+class clsSystemWork {
+  public:
+    clsSystemWork(clsSystemPool& pool, PTP_WORK_CALLBACK call)
+        : work_(CreateThreadpoolWork(call, this, &pool.environment)) {}
+    ~clsSystemWork() { CloseThreadpoolWork(work_); }
+    clsSystemWork(const clsSystemWork&) = delete;
+    clsSystemWork& operator=(const clsSystemWork&) = delete;
+
+    void Submit() const { SubmitThreadpoolWork(work_); }
+    void Wait() const { WaitForThreadpoolWorkCallbacks(work_, FALSE); }
+
+  private:
+    PTP_WORK work_;
+};
+
+void CALLBACK CountedWork(PTP_CALLBACK_INSTANCE, void*, PTP_WORK) {
+    called.fetch_add(1, std::memory_order_relaxed);
+}
+void CALLBACK CountedCall(PTP_CALLBACK_INSTANCE, void*) {
+    called.fetch_add(1, std::memory_order_relaxed);
+}
+void TVUT22_CALL CountedJob(UINT, UINT_PTR, const volatile LONG*) {
+    called.fetch_add(1, std::memory_order_relaxed);
+}
+
+// Nanoseconds a job of work that has all of them called.
+template <typename Work>
+double PerJob(unsigned jobs, Work work) {
+    called = 0;
+    const double ns = Timed(work);
+    Require(called == jobs, "a job was not called, or twice");
+    return ns / jobs;
+}
+
+// ---- Empty jobs ------------------------------------------------------------------------------------
+
+void Add(UtilThreadPool pool, UtilThreadPoolJob job, UINT_PTR user) {
+    Require(UtilThreadPoolAdd(pool, job, user) == UTIL_OK, "UtilThreadPoolAdd");
+}
+
+void Finish(UtilThreadPool pool) {
+    Require(UtilThreadPoolFinalize(pool, UTIL_POOL_FOREVER) == UTIL_OK, "UtilThreadPoolFinalize");
+}
+
+void MeasureEmptyJobs(const scSettings& settings, clsReport& report) {
+    const unsigned jobs = Jobs(settings);
+    const tvut22::thread_pool pool(L"bench", clsSystemPool::threads);
+    clsSystemPool system;
+    const clsSystemWork work(system, CountedWork);
+    const Round rounds[] = {
+        [&] {
+            return PerJob(jobs, [&] {
+                for (unsigned i = 0; i < jobs; ++i)
+                    Add(pool.get(), CountedJob, i);
+                Finish(pool.get());
+            });
+        },
+        [&] {
+            return PerJob(jobs, [&] {
+                for (unsigned i = 0; i < jobs; ++i)
+                    work.Submit();
+                work.Wait();
+            });
+        },
+        [&] {
+            SetThreadpoolCallbackCleanupGroup(&system.environment, system.Group(), nullptr);
+            return PerJob(jobs, [&] {
+                for (unsigned i = 0; i < jobs; ++i)
+                    Require(TrySubmitThreadpoolCallback(CountedCall, nullptr, &system.environment) != FALSE,
+                            "TrySubmitThreadpoolCallback");
+                CloseThreadpoolCleanupGroupMembers(system.Group(), FALSE, nullptr);
+            });
+        }};
+    const auto ns = Race(rounds, settings.rounds);
+    report.Against("an empty job, added by one thread", ns[0], "SubmitThreadpoolWork", ns[1], AtMost(0.5));
+    report.Against("an empty job, added by one thread", ns[0], "TrySubmitThreadpoolCallback", ns[2],
+                   AtMost(0.25));
+}
+
+// ---- Jobs that add jobs ----------------------------------------------------------------------------
+
+constexpr int treeDepth = 18, quickTreeDepth = 14;
+std::atomic<UtilThreadPool> treePool{nullptr};
+std::atomic<const clsSystemWork*> treeWork{nullptr};
+std::atomic<unsigned> treeLeft{0};
+
+void TVUT22_CALL TreeJob(UINT, UINT_PTR depth, const volatile LONG*) {
+    called.fetch_add(1, std::memory_order_relaxed);
+    for (int i = 0; i < 2 && depth > 0; ++i)
+        UtilThreadPoolAdd(treePool.load(std::memory_order_relaxed), TreeJob, depth - 1);
+}
+
+// The system hands nothing over with each submission, so the tree is given by the count of what is left.
+void CALLBACK TreeCall(PTP_CALLBACK_INSTANCE, void*, PTP_WORK) {
+    called.fetch_add(1, std::memory_order_relaxed);
+    for (int i = 0; i < 2; ++i) {
+        unsigned left = treeLeft.load(std::memory_order_relaxed);
+        while (left > 0 && !treeLeft.compare_exchange_weak(left, left - 1, std::memory_order_relaxed)) {
+        }
+        if (left > 0)
+            treeWork.load(std::memory_order_relaxed)->Submit();
+    }
+}
+
+void MeasureTree(const scSettings& settings, clsReport& report) {
+    const int depth = settings.quick ? quickTreeDepth : treeDepth;
+    const unsigned jobs = (2u << depth) - 1;
+    const tvut22::thread_pool pool(L"bench", clsSystemPool::threads);
+    clsSystemPool system;
+    const clsSystemWork work(system, TreeCall);
+    treePool = pool.get();
+    treeWork = &work;
+    const Round rounds[] = {[&] {
+                                return PerJob(jobs, [&] {
+                                    Add(pool.get(), TreeJob, static_cast<UINT_PTR>(depth));
+                                    Finish(pool.get());
+                                });
+                            },
+                            [&] {
+                                treeLeft = jobs - 1;
+                                return PerJob(jobs, [&] {
+                                    work.Submit();
+                                    work.Wait();
+                                });
+                            }};
+    const auto ns = Race(rounds, settings.rounds);
+    report.Against("an empty job, added by a job", ns[0], "SubmitThreadpoolWork in a callback", ns[1],
+                   AtMost(0.7));
+}
+
+// ---- The first job ---------------------------------------------------------------------------------
+
+std::atomic<double> begunAt{0};
+
+void TVUT22_CALL BeginJob(UINT, UINT_PTR, const volatile LONG*) {
+    begunAt = NowNs();
+}
+void CALLBACK BeginWork(PTP_CALLBACK_INSTANCE, void*, PTP_WORK) {
+    begunAt = NowNs();
+}
+
+// A job into a pool that has been idle for a moment, until it has begun.
+template <typename Start>
+double UntilBegun(Start start) {
+    Sleep(2);
+    begunAt = 0;
+    const double from = NowNs();
+    start();
+    double begun = 0;
+    while ((begun = begunAt) == 0)
+        SwitchToThread();
+    return begun - from;
+}
+
+void MeasureFirstJob(const scSettings& settings, clsReport& report) {
+    const tvut22::thread_pool pool(L"bench", clsSystemPool::threads);
+    clsSystemPool system;
+    const clsSystemWork work(system, BeginWork);
+    const int times = settings.quick ? 3 : 25;
+    const auto median = [times](auto start) {
+        std::vector<double> all;
+        for (int i = 0; i < times; ++i)
+            all.push_back(UntilBegun(start));
+        return Median(all);
+    };
+    const Round rounds[] = {[&] { return median([&] { Add(pool.get(), BeginJob, 0); }); },
+                            [&] { return median([&] { work.Submit(); }); }};
+    const auto ns = Race(rounds, settings.rounds);
+    report.Against("a job into an idle pool, until it has begun", ns[0], "SubmitThreadpoolWork", ns[1],
+                   AtMost(1.2));
+}
+
+// ---- Jobs that compute -----------------------------------------------------------------------------
+
+std::size_t turnsInMicrosecond = 0;
+
+void Compute(std::size_t microseconds) {
+    std::size_t value = microseconds;
+    for (std::size_t turn = microseconds * turnsInMicrosecond; turn > 0; --turn)
+        value = value * 1664525 + 1013904223;
+    Consume(value);
+}
+
+void Calibrate() {
+    turnsInMicrosecond = 1000;
+    std::vector<double> all;
+    for (int i = 0; i < 21; ++i)
+        all.push_back(Timed([] { Compute(1000); }));
+    turnsInMicrosecond = static_cast<std::size_t>(1000 * 1000 * 1000.0 / Median(all));
+}
+
+void TVUT22_CALL ComputeJob(UINT, UINT_PTR microseconds, const volatile LONG*) {
+    Compute(microseconds);
+    called.fetch_add(1, std::memory_order_relaxed);
+}
+
+struct scComputing {
+    const char* work;
+    unsigned jobs;
+    UINT_PTR microseconds;
+    double goal;
+};
+
+void MeasureComputing(const scSettings& settings, clsReport& report, const scComputing& computing) {
+    const tvut22::thread_pool pool(L"bench", clsSystemPool::threads);
+    const unsigned jobs = settings.quick ? computing.jobs / 10 : computing.jobs;
+    const auto [work, all, microseconds, goal] = computing;
+    const Round rounds[] = {[&] {
+                                return PerJob(jobs, [&] {
+                                    for (unsigned i = 0; i < jobs; ++i)
+                                        Add(pool.get(), ComputeJob, microseconds);
+                                    Finish(pool.get());
+                                });
+                            },
+                            [&] {
+                                return PerJob(jobs, [&] {
+                                    for (unsigned i = 0; i < jobs; ++i)
+                                        ComputeJob(UTIL_POOL_RUN, microseconds, nullptr);
+                                });
+                            }};
+    const auto ns = Race(rounds, settings.rounds);
+    report.FasterThan(work, ns[0], "a loop on one thread", ns[1], AtLeast(goal));
+}
+
+// ---- Memory ----------------------------------------------------------------------------------------
+
+// Bytes of the process that are committed and its own.
+std::size_t PrivateBytes() {
+    std::size_t bytes = 0;
+    MEMORY_BASIC_INFORMATION region;
+    for (char* at = nullptr; VirtualQuery(at, &region, sizeof region) != 0;
+         at = static_cast<char*>(region.BaseAddress) + region.RegionSize)
+        if (region.State == MEM_COMMIT && region.Type == MEM_PRIVATE)
+            bytes += region.RegionSize;
+    return bytes;
+}
+
+std::atomic<bool> held{false};
+
+void TVUT22_CALL HoldingJob(UINT reason, UINT_PTR, const volatile LONG*) {
+    while (reason == UTIL_POOL_RUN && held)
+        SwitchToThread();
+}
+
+void MeasureMemoryOfJobs(clsReport& report) {
+    constexpr unsigned jobs = 1000000;
+    const tvut22::thread_pool pool(L"bench", 1);
+    held = true;
+    Add(pool.get(), HoldingJob, 0);
+    const std::size_t before = PrivateBytes();
+    for (unsigned i = 0; i < jobs; ++i)
+        Add(pool.get(), CountedJob, i);
+    const auto waiting = static_cast<double>(PrivateBytes() - before);
+    held = false;
+    Finish(pool.get());
+    report.Bytes("a waiting job", waiting / jobs, "its two words", sizeof(UINT_PTR) * 2, AtMost(17));
+}
+
+void MeasureMemoryOfPools(clsReport& report) {
+    constexpr std::size_t pools = 200;
+    std::array<tvut22::thread_pool, pools> open;
+    std::array<PTP_POOL, pools> systems;
+    const std::size_t before = PrivateBytes();
+    for (auto& pool : open) {
+        pool = tvut22::thread_pool(L"bench", clsSystemPool::threads);
+        Require(static_cast<bool>(pool), "UtilThreadPoolOpen");
+    }
+    const std::size_t between = PrivateBytes();
+    for (auto& system : systems)
+        system = CreateThreadpool(nullptr);
+    const std::size_t after = PrivateBytes();
+    for (const auto system : systems)
+        CloseThreadpool(system);
+    report.Bytes("an idle pool", static_cast<double>(between - before) / pools, "CreateThreadpool",
+                 static_cast<double>(after - between) / pools, AtMost(8192));
+}
+
+// The run is pinned to one processor, which is no place for a pool of two threads.
+class clsAllProcessors {
+  public:
+    clsAllProcessors() {
+        DWORD_PTR system = 0;
+        GetProcessAffinityMask(GetCurrentProcess(), &before_, &system);
+        SetProcessAffinityMask(GetCurrentProcess(), system);
+    }
+    ~clsAllProcessors() { SetProcessAffinityMask(GetCurrentProcess(), before_); }
+    clsAllProcessors(const clsAllProcessors&) = delete;
+    clsAllProcessors& operator=(const clsAllProcessors&) = delete;
+
+  private:
+    DWORD_PTR before_ = 0;
+};
+
+} // namespace
+
+void MeasurePool(const scSettings& settings, clsReport& report) {
+    report.Section("Thread pool: two threads on two processors");
+    const clsAllProcessors all;
+    Calibrate();
+    MeasureEmptyJobs(settings, report);
+    MeasureTree(settings, report);
+    MeasureFirstJob(settings, report);
+    MeasureComputing(settings, report, {"200 jobs of 1 ms", 200, 1000, 1.8});
+    MeasureComputing(settings, report, {"20,000 jobs of 10 us", 20000, 10, 1.7});
+    MeasureMemoryOfJobs(report);
+    MeasureMemoryOfPools(report);
+    report.Remark("Unlike all other sections this one is not pinned to one processor.");
+}
+
+} // namespace bench

@@ -1,0 +1,59 @@
+#include "platform/loader.h"
+
+#include <atomic>
+#include <cstddef>
+#include <windows.h>
+
+namespace tvut {
+
+namespace {
+
+// A function of ntdll, which is always there: nothing is loaded to find it.
+template <class Function>
+class clsNativeFunction {
+  public:
+    explicit constexpr clsNativeFunction(const char* name) noexcept : name_(name) {}
+
+    // Null when the system has no such function.
+    Function* Get() noexcept {
+        Function* found = function_.load(std::memory_order_relaxed);
+        if (!found) {
+            found = reinterpret_cast<Function*>(
+                reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), name_)));
+            function_.store(found, std::memory_order_relaxed);
+        }
+        return found;
+    }
+
+  private:
+    const char* name_;
+    std::atomic<Function*> function_{nullptr};
+};
+
+constinit clsNativeFunction<BOOL WINAPI(CRITICAL_SECTION*)> isLockedByThread{
+    "RtlIsCriticalSectionLockedByThread"};
+constinit clsNativeFunction<BOOLEAN WINAPI()> shutdownInProgress{"RtlDllShutdownInProgress"};
+
+constinit clsNativeFunction<std::byte * WINAPI()> currentProcessBlock{"RtlGetCurrentPeb"};
+
+constexpr std::size_t loaderLockAt = 0xA0; // in the process block of a 32-bit process
+
+CRITICAL_SECTION* LoaderLock() noexcept {
+    const auto processBlock = currentProcessBlock.Get();
+    return processBlock ? *reinterpret_cast<CRITICAL_SECTION**>(processBlock() + loaderLockAt) : nullptr;
+}
+
+} // namespace
+
+bool PlatformHoldsLoaderLock() noexcept {
+    const auto isLocked = isLockedByThread.Get();
+    CRITICAL_SECTION* const lock = LoaderLock();
+    return isLocked && lock && isLocked(lock) != FALSE;
+}
+
+bool PlatformProcessEnds() noexcept {
+    const auto ends = shutdownInProgress.Get();
+    return ends && ends() != FALSE;
+}
+
+} // namespace tvut
