@@ -4,7 +4,10 @@
 // provision for a process without memory needs a lock that is itself allocated when first used, and
 // whose failure throws: an endless recursion. These definitions take the place of the runtime's own;
 // the interface is that of the Itanium C++ ABI (https://itanium-cxx-abi.github.io/cxx-abi/abi-eh.html).
+// Other compilers keep exceptions on the stack and need none of this.
 #include "platform/exception_memory.h"
+
+#ifdef __MINGW32__
 
 #include "platform/exception.h"
 
@@ -158,3 +161,13 @@ void PlatformExceptionsEnd() noexcept {
 }
 
 } // namespace tvut
+
+#else
+
+bool tvut::PlatformExceptionsBegin() noexcept {
+    return true;
+}
+void tvut::PlatformThreadEnds() noexcept {}
+void tvut::PlatformExceptionsEnd() noexcept {}
+
+#endif

@@ -1,7 +1,7 @@
-// What is guarded calls this from assembler, because the compiler for this target has no way to catch what the
-// system raises. A frame costs a dozen instructions on entry and none while it stands; the search for a handler
-// finds it before any that callers have, as it is the newest in the thread's chain. Codes that are not listed
-// pass on to them.
+// The compiler for this target has no way to catch what the system raises, so a frame is linked by hand into
+// the thread's chain of handlers. It costs a dozen instructions on entry and none while it stands. The search
+// for a handler meets it before any of the callers', as it is the newest in the chain; codes that are not
+// listed pass on to them. MSVC does the same by its own words.
 #include "platform/guarded.h"
 
 #include <windows.h>
@@ -15,6 +15,32 @@ extern "C" void TvutPutGuardBack(const EXCEPTION_RECORD* record) noexcept {
     if (record->NumberParameters >= 2 && VirtualQuery(page, &memory, sizeof memory) != 0)
         VirtualProtect(page, 1, memory.Protect | PAGE_GUARD, &before);
 }
+
+#ifdef _MSC_VER
+
+namespace {
+
+int Filter(const EXCEPTION_RECORD* record) noexcept {
+    const DWORD code = record->ExceptionCode;
+    if (code == STATUS_GUARD_PAGE_VIOLATION)
+        TvutPutGuardBack(record);
+    const bool ours = code == STATUS_ACCESS_VIOLATION || code == STATUS_IN_PAGE_ERROR ||
+                      code == STATUS_GUARD_PAGE_VIOLATION || code == STATUS_NO_MEMORY || code == 0xC0000374;
+    return ours ? EXCEPTION_EXECUTE_HANDLER : EXCEPTION_CONTINUE_SEARCH;
+}
+
+} // namespace
+
+unsigned long TvutGuardedCall(void (*body)(void*), void* argument) {
+    __try {
+        body(argument);
+        return 0;
+    } __except (Filter(GetExceptionInformation()->ExceptionRecord)) {
+        return GetExceptionCode();
+    }
+}
+
+#else
 
 // A registration record on the stack, {previous, handler}, linked into the thread's chain at fs:0. The
 // handler unwinds the chain to the record and goes on after the call with the exception's code.
@@ -81,3 +107,5 @@ _GuardedHandler:
     popl %ebp
     ret
 )");
+
+#endif

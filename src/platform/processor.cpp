@@ -1,16 +1,56 @@
-// The compiler's own support asks both the processor and, for AVX, the system.
 #include "platform/processor.h"
+
+#if defined(TVUT_HAS_X86) && !defined(__GNUC__)
+#include <immintrin.h>
+#include <intrin.h>
+#endif
 
 namespace tvut {
 
+#ifndef TVUT_HAS_X86
+
+bool PlatformHasSsse3() noexcept {
+    return false;
+}
+bool PlatformHasAvx2() noexcept {
+    return false;
+}
+
+#elif defined(__GNUC__)
+
+// The compiler's own support asks both the processor and, for AVX, the system.
 bool PlatformHasSsse3() noexcept {
     __builtin_cpu_init(); // questions come from the start of the library, too
     return __builtin_cpu_supports("ssse3") != 0;
 }
-
 bool PlatformHasAvx2() noexcept {
     __builtin_cpu_init();
     return __builtin_cpu_supports("avx2") != 0;
 }
+
+#else
+
+namespace {
+
+bool Bit(int leaf, int word, int bit) noexcept {
+    int answer[4];
+    __cpuid(answer, 0);
+    if (answer[0] < leaf)
+        return false;
+    __cpuidex(answer, leaf, 0);
+    return (answer[word] >> bit & 1) != 0;
+}
+
+} // namespace
+
+bool PlatformHasSsse3() noexcept {
+    return Bit(1, 2, 9);
+}
+bool PlatformHasAvx2() noexcept {
+    constexpr unsigned long long bothHalves = 6;
+    return Bit(1, 2, 27) && (_xgetbv(0) & bothHalves) == bothHalves && Bit(7, 1, 5);
+}
+
+#endif
 
 } // namespace tvut

@@ -4,8 +4,16 @@
 // A function marked TVUT_FOR_... may only be called where the matching question is answered by yes.
 #pragma once
 
+#if defined(__i386__) || defined(__x86_64__) || defined(_M_IX86) || defined(_M_X64)
+#define TVUT_HAS_X86 1
+#ifdef __GNUC__
 #define TVUT_FOR_SSSE3 __attribute__((target("ssse3")))
 #define TVUT_FOR_AVX2 __attribute__((target("avx2")))
+#else // any function may use any instruction
+#define TVUT_FOR_SSSE3
+#define TVUT_FOR_AVX2
+#endif
+#endif
 
 namespace tvut {
 

@@ -7,6 +7,10 @@
 // It also registers the library's unwind tables with the runtime's DLL where the program has loaded one, and
 // not with the copy that is linked here and does the unwinding: nothing thrown would ever be caught. It asks
 // for that DLL by the 8-bit form of a call that the library does not use itself, and finds none.
+//
+// Other compilers need none of this.
+#ifdef __MINGW32__
+
 #include <atomic>
 #include <cassert>
 #include <cstdlib>
@@ -67,4 +71,6 @@ void std::__glibcxx_assert_fail(const char* file, int line, const char*, const c
     _assert(condition ? condition : "unreachable", file ? file : "?", static_cast<unsigned>(line));
     std::abort();
 }
+#endif
+
 #endif

@@ -98,7 +98,8 @@ void ReportFailure(const clsHeapNode& heap, bool debug, std::int32_t size) noexc
 
 void* UtilpAllocateObject(clsHeapNode* heap, const scAllocation& wanted, unsigned long& exception) noexcept {
     scFound found;
-    void* const block = clsSystemHeap::Allocate([&] { return LookAt(heap, wanted, found); }, exception);
+    void* const block =
+        clsSystemHeap::Allocate([heap, &wanted, &found] { return LookAt(heap, wanted, found); }, exception);
     if (!found.isHeap)
         return nullptr;
     ++heap->allocations;

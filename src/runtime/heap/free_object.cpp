@@ -31,7 +31,7 @@ bool IsWhole(const clsHeapNode& heap, scDebugHeader* header) noexcept {
            HasFence(header);
 }
 
-// Within a guard. Gives a block only where nothing is wrong.
+// Within a guard. Returns a block only where nothing is wrong.
 clsSystemHeap::scBlock LookAt(clsHeapNode* heap, void* payload, bool silent, scFound& found) noexcept {
     found.isHeap = heap->self == heap;
     if (!found.isHeap)
@@ -174,7 +174,7 @@ HeapResult FreeTheLongWay(clsHeapNode& heap, void* payload, std::uint32_t mark) 
 
 HeapResult UtilpFreeObject(clsHeapNode* heap, void* payload, bool silent) noexcept {
     scFound found;
-    if (Free(heap, found, [&] { return LookAt(heap, payload, silent, found); }))
+    if (Free(heap, found, [=, &found] { return LookAt(heap, payload, silent, found); }))
         return HeapResult::success;
     return found.isHeap ? FreeTheLongWay(*heap, payload, found.mark) : HeapResult::badObject;
 }

@@ -45,44 +45,52 @@ class clsSystemHeap {
     };
 
     // Both call `look`, which returns one of these and may fail in the memory of callers. The exception is
-    // the system's, 0 for none.
+    // the system's, 0 for none. What is captured stands in one place, by value where it can: this is the hot
+    // path.
     template <class Look>
     static void* Allocate(Look look, unsigned long& exception) noexcept {
-        scWanted wanted;
-        void* block = nullptr;
+        struct {
+            scWanted wanted;
+            void* block = nullptr;
+        } call;
         exception = Enter(
-            [&] {
-                wanted = look();
-                return wanted.heap && !wanted.heap->broken_ ? wanted.heap : nullptr;
+            [look, &call] {
+                call.wanted = look();
+                return Usable(call.wanted.heap);
             },
-            [&](clsSystemHeap& heap) { block = HeapAlloc(heap.handle_, wanted.options, wanted.bytes); });
-        if (exception != 0 || !block)
+            [&call](clsSystemHeap& heap) {
+                call.block = HeapAlloc(heap.handle_, call.wanted.options, call.wanted.bytes);
+            });
+        if (exception != 0 || !call.block)
             return nullptr;
-        ++wanted.heap->blocks_;
-        return block;
+        ++call.wanted.heap->blocks_;
+        return call.block;
     }
     template <class Look>
     static bool Free(Look look) noexcept {
-        scBlock found;
-        BOOL freed = FALSE;
-        std::uint32_t mark = 0;
+        struct {
+            scBlock found;
+            std::uint32_t mark = 0;
+            BOOL freed = FALSE;
+        } call;
         Enter(
-            [&]() -> clsSystemHeap* {
-                found = look();
-                if (!found.heap || found.heap->broken_)
-                    return nullptr;
-                LookBefore(found.block);
-                mark = std::exchange(*found.mark, freedMark);
-                return found.heap;
+            [look, &call] {
+                call.found = look();
+                clsSystemHeap* const heap = Usable(call.found.heap);
+                if (heap) {
+                    LookBefore(call.found.block);
+                    call.mark = std::exchange(*call.found.mark, freedMark);
+                }
+                return heap;
             },
-            [&](clsSystemHeap& heap) {
-                freed = HeapFree(heap.handle_, heap.Serialisation(), found.block);
-                if (!freed)
-                    *found.mark = mark;
+            [&call](clsSystemHeap& heap) {
+                call.freed = HeapFree(heap.handle_, heap.Serialisation(), call.found.block);
+                if (!call.freed)
+                    *call.found.mark = call.mark;
             });
-        if (freed)
-            --found.heap->blocks_;
-        return freed != FALSE;
+        if (call.freed)
+            --call.found.heap->blocks_;
+        return call.freed != FALSE;
     }
 
     // Bytes of a block; 0 where there is no telling.
@@ -91,7 +99,7 @@ class clsSystemHeap {
     // Of the whole heap, or of one block.
     bool IsValid(const void* block) noexcept;
 
-    // Gives back what is free; the largest free block, 0 for a failure.
+    // Returns what is free to the system. The size of the largest free block, 0 for a failure.
     std::size_t Compact() noexcept;
 
     // Visits every busy block while the heap is locked; a negative result ends the walk. False when the heap
@@ -114,7 +122,7 @@ class clsSystemHeap {
     template <class Look, class Work>
     static unsigned long Enter(Look look, Work work) noexcept {
         clsSystemHeap* entered = nullptr;
-        auto body = [&] {
+        auto body = [look, work, &entered] {
             clsSystemHeap* const heap = look();
             if (!heap)
                 return;
@@ -126,6 +134,10 @@ class clsSystemHeap {
         if (entered && exception != 0 && exception != STATUS_NO_MEMORY)
             entered->broken_ = true;
         return exception;
+    }
+
+    static clsSystemHeap* Usable(clsSystemHeap* heap) noexcept {
+        return heap && !heap->broken_ ? heap : nullptr;
     }
 
     // The system reads its own words before a block. Where a page begins with what looks like an object, the
