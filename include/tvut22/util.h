@@ -13,7 +13,7 @@
 #include <tvut22/modules.h>
 #include <tvut22/results.h>
 #include <tvut22/text.h>
-#include <tvut22/zip.h>
 #include <tvut22/thread_pool.h>
+#include <tvut22/zip.h>
 
 #endif

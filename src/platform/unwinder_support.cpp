@@ -33,6 +33,8 @@ HMODULE WINAPI FindNoModule(LPCSTR) noexcept {
 
 } // namespace
 
+// The names are those that the unwinder asks for.
+// NOLINTBEGIN(readability-identifier-naming)
 extern "C" {
 
 int pthread_mutex_init(pthread_mutex_t* mutex, const pthread_mutexattr_t*) {
@@ -63,6 +65,7 @@ extern const decltype(&FindNoModule) importedGetModuleHandleA __asm__("__imp__Ge
 const decltype(&FindNoModule) importedGetModuleHandleA = FindNoModule;
 
 } // extern "C"
+// NOLINTEND(readability-identifier-naming)
 
 // What a failed check of the standard library calls comes with the whole layer as well.
 #ifdef _GLIBCXX_ASSERTIONS

@@ -304,7 +304,7 @@ TEST(Ring, HoldsSoManyLinesAndBytes) {
         byBytes.Push(lineOf(std::wstring(500, L'x')));
     }
     EXPECT_EQ(byLines.First(), 97u);
-    EXPECT_EQ(byLines.at(97)->text, L"97");
+    EXPECT_EQ(byLines.At(97)->text, L"97");
     EXPECT_EQ(byLines.end(), 100u);
     EXPECT_GT(byBytes.size(), 1u);
     EXPECT_LT(byBytes.size(), 20u);

@@ -32,7 +32,7 @@ bool WriteBytes(HANDLE handle, std::string_view bytes) {
     return true;
 }
 
-bool writeConsole(HANDLE handle, std::wstring_view text) {
+bool WriteToConsole(HANDLE handle, std::wstring_view text) {
     while (!text.empty()) {
         DWORD written = 0;
         const auto piece = static_cast<DWORD>(std::min(text.size(), consolePiece));
@@ -44,7 +44,7 @@ bool writeConsole(HANDLE handle, std::wstring_view text) {
 }
 
 bool WriteText(HANDLE handle, bool console, std::string_view utf8) {
-    return console ? writeConsole(handle, ToWide(utf8)) : WriteBytes(handle, utf8);
+    return console ? WriteToConsole(handle, ToWide(utf8)) : WriteBytes(handle, utf8);
 }
 
 // The characters of a UTF-16 document with a byte-order mark, or nothing for other bytes.
@@ -101,7 +101,7 @@ void clsOutput::WriteDocument(std::string_view bytes) {
     const std::wstring_view text = WideDocument(bytes);
     if (console_ && text.empty())
         throw scFailure{ExitCode::cannotSave, "standard output", "a console cannot show binary contents"};
-    if (!(console_ ? writeConsole(handle_, text) : WriteBytes(handle_, bytes)))
+    if (!(console_ ? WriteToConsole(handle_, text) : WriteBytes(handle_, bytes)))
         throw scFailure{ExitCode::cannotSave, "standard output", SystemReason(GetLastError())};
 }
 
