@@ -90,19 +90,21 @@ void Finish(UtilThreadPool pool) {
     Require(UtilThreadPoolFinalize(pool, UTIL_POOL_FOREVER) == UTIL_OK, "UtilThreadPoolFinalize");
 }
 
+double PerJobInPool(UtilThreadPool pool, UtilThreadPoolJob job, unsigned jobs, UINT_PTR user) {
+    return PerJob(jobs, [=] {
+        for (unsigned i = 0; i < jobs; ++i)
+            Add(pool, job, user);
+        Finish(pool);
+    });
+}
+
 void MeasureEmptyJobs(const scSettings& settings, clsReport& report) {
     const unsigned jobs = Jobs(settings);
     const tvut22::thread_pool pool(L"bench", clsSystemPool::threads);
     clsSystemPool system;
     const clsSystemWork work(system, CountedWork);
     const Round rounds[] = {
-        [&] {
-            return PerJob(jobs, [&] {
-                for (unsigned i = 0; i < jobs; ++i)
-                    Add(pool.get(), CountedJob, i);
-                Finish(pool.get());
-            });
-        },
+        [&] { return PerJobInPool(pool.get(), CountedJob, jobs, 0); },
         [&] {
             return PerJob(jobs, [&] {
                 for (unsigned i = 0; i < jobs; ++i)
@@ -253,13 +255,7 @@ void MeasureComputing(const scSettings& settings, clsReport& report, const scCom
     const tvut22::thread_pool pool(L"bench", clsSystemPool::threads);
     const unsigned jobs = settings.quick ? computing.jobs / 10 : computing.jobs;
     const auto [work, all, microseconds, goal] = computing;
-    const Round rounds[] = {[&] {
-                                return PerJob(jobs, [&] {
-                                    for (unsigned i = 0; i < jobs; ++i)
-                                        Add(pool.get(), ComputeJob, microseconds);
-                                    Finish(pool.get());
-                                });
-                            },
+    const Round rounds[] = {[&] { return PerJobInPool(pool.get(), ComputeJob, jobs, microseconds); },
                             [&] {
                                 return PerJob(jobs, [&] {
                                     for (unsigned i = 0; i < jobs; ++i)

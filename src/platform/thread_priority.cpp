@@ -16,6 +16,7 @@ clsThreadPriority::clsThreadPriority(bool background) noexcept
     : meant_(background ? THREAD_PRIORITY_BELOW_NORMAL : THREAD_PRIORITY_NORMAL) {
     if (background)
         PutBack();
+    nextAt_ = 0; // after the first call in any case
 }
 
 clsThreadPriority::~clsThreadPriority() {
