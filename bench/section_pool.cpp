@@ -5,9 +5,7 @@
 
 #include <windows.h>
 
-#include <array>
 #include <atomic>
-#include <thread>
 
 namespace bench {
 
@@ -266,59 +264,6 @@ void MeasureComputing(const scSettings& settings, clsReport& report, const scCom
     report.FasterThan(work, ns[0], "a loop on one thread", ns[1], AtLeast(goal));
 }
 
-// ---- Memory ----------------------------------------------------------------------------------------
-
-// Bytes of the process that are committed and its own.
-std::size_t PrivateBytes() {
-    std::size_t bytes = 0;
-    MEMORY_BASIC_INFORMATION region;
-    for (char* at = nullptr; VirtualQuery(at, &region, sizeof region) != 0;
-         at = static_cast<char*>(region.BaseAddress) + region.RegionSize)
-        if (region.State == MEM_COMMIT && region.Type == MEM_PRIVATE)
-            bytes += region.RegionSize;
-    return bytes;
-}
-
-std::atomic<bool> held{false};
-
-void TVUT22_CALL HoldingJob(UINT reason, UINT_PTR, const volatile LONG*) {
-    while (reason == UTIL_POOL_RUN && held)
-        SwitchToThread();
-}
-
-void MeasureMemoryOfJobs(clsReport& report) {
-    constexpr unsigned jobs = 1000000;
-    const tvut22::thread_pool pool(L"bench", 1);
-    held = true;
-    Add(pool.get(), HoldingJob, 0);
-    const std::size_t before = PrivateBytes();
-    for (unsigned i = 0; i < jobs; ++i)
-        Add(pool.get(), CountedJob, i);
-    const auto waiting = static_cast<double>(PrivateBytes() - before);
-    held = false;
-    Finish(pool.get());
-    report.Bytes("a waiting job", waiting / jobs, "its two words", sizeof(UINT_PTR) * 2, AtMost(17));
-}
-
-void MeasureMemoryOfPools(clsReport& report) {
-    constexpr std::size_t pools = 200;
-    std::array<tvut22::thread_pool, pools> open;
-    std::array<PTP_POOL, pools> systems;
-    const std::size_t before = PrivateBytes();
-    for (auto& pool : open) {
-        pool = tvut22::thread_pool(L"bench", clsSystemPool::threads);
-        Require(static_cast<bool>(pool), "UtilThreadPoolOpen");
-    }
-    const std::size_t between = PrivateBytes();
-    for (auto& system : systems)
-        system = CreateThreadpool(nullptr);
-    const std::size_t after = PrivateBytes();
-    for (const auto system : systems)
-        CloseThreadpool(system);
-    report.Bytes("an idle pool", static_cast<double>(between - before) / pools, "CreateThreadpool",
-                 static_cast<double>(after - between) / pools, AtMost(8192));
-}
-
 // The run is pinned to one processor, which is no place for a pool of two threads.
 class clsAllProcessors {
   public:
@@ -346,8 +291,6 @@ void MeasurePool(const scSettings& settings, clsReport& report) {
     MeasureFirstJob(settings, report);
     MeasureComputing(settings, report, {"200 jobs of 1 ms", 200, 1000, 1.8});
     MeasureComputing(settings, report, {"20,000 jobs of 10 us", 20000, 10, 1.7});
-    MeasureMemoryOfJobs(report);
-    MeasureMemoryOfPools(report);
     report.Remark("Unlike all other sections this one is not pinned to one processor.");
 }
 

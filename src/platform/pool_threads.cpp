@@ -63,6 +63,25 @@ class clsSystemPoolThreads final : public IclsPoolThreads {
         if (!library_ || !pool_)
             return false;
         SetThreadpoolThreadMaximum(pool_.Get(), most);
+        return true;
+    }
+
+    // Left to itself the system would wait with another thread as long as the processors are busy, or give
+    // none where two are wanted in one moment.
+    bool Keep(unsigned threads) noexcept override {
+        return MakeWork() && SetThreadpoolThreadMinimum(pool_.Get(), threads) != FALSE;
+    }
+    void Rest() noexcept override { SetThreadpoolThreadMinimum(pool_.Get(), 0); }
+    void Start() noexcept override {
+        if (MakeWork())
+            SubmitThreadpoolWork(work_.Get());
+    }
+
+  private:
+    // A system may start a thread for it, so it is made when there is work.
+    bool MakeWork() noexcept {
+        if (work_)
+            return true;
         TP_CALLBACK_ENVIRON environment;
         InitializeThreadpoolEnvironment(&environment);
         SetThreadpoolCallbackPool(&environment, pool_.Get());
@@ -71,15 +90,6 @@ class clsSystemPoolThreads final : public IclsPoolThreads {
         return static_cast<bool>(work_);
     }
 
-    // Left to itself the system would wait with another thread as long as the processors are busy, or give
-    // none where two are wanted in one moment.
-    bool Keep(unsigned threads) noexcept override {
-        return SetThreadpoolThreadMinimum(pool_.Get(), threads) != FALSE;
-    }
-    void Rest() noexcept override { SetThreadpoolThreadMinimum(pool_.Get(), 0); }
-    void Start() noexcept override { SubmitThreadpoolWork(work_.Get()); }
-
-  private:
     static void CALLBACK Called(PTP_CALLBACK_INSTANCE instance, void* context, PTP_WORK) noexcept {
         auto* const threads = static_cast<clsSystemPoolThreads*>(context);
         clsRunnerPriority priority(threads->background_);
