@@ -1,7 +1,7 @@
 // Regular expressions against memcpy. They are no export: the core's own code is linked in here.
 #include "runtime/diagnostics.h"
 #include "sections.h"
-#include "text/regex.h"
+#include "text/regex/regex.h"
 
 #include <cstring>
 

@@ -1,6 +1,6 @@
 // Decodes any text; all engines must agree, and what was decoded must encode to a text that gives it back.
-#include "text/base64.h"
-#include "text/base64_engine.h"
+#include "text/bytes/base64.h"
+#include "text/bytes/base64_engine.h"
 
 #include <cstdlib>
 #include <string>

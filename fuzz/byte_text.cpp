@@ -1,5 +1,5 @@
 // Takes the input as a text of bytes, with and without a key, and as bytes that must come back.
-#include "text/byte_text.h"
+#include "text/bytes/byte_text.h"
 #include "unit/native_platform.h"
 
 #include <cstdlib>

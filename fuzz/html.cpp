@@ -1,8 +1,8 @@
 // Any text both ways: results fit what was measured, masking can be undone, and links are those that the
 // pattern finds.
-#include "text/html.h"
+#include "text/html/html.h"
 #include "text/html/links.h"
-#include "text/regex.h"
+#include "text/regex/regex.h"
 
 #include <cstdlib>
 #include <string>

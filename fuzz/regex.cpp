@@ -1,7 +1,7 @@
 // Compiles and runs any pattern: the first line of the input; the rest is the text.
 //
 // A match must lie in the text, and finding it again from where it begins must give the same.
-#include "text/regex.h"
+#include "text/regex/regex.h"
 
 #include <cstdlib>
 #include <cstring>

@@ -4,7 +4,7 @@
 #include "platform/stream.h"
 #include "prof/embedded_files.h"
 #include "prof/path.h"
-#include "text/byte_text.h"
+#include "text/bytes/byte_text.h"
 
 #include <string>
 

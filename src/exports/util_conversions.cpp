@@ -4,8 +4,8 @@
 #include "platform/stream.h"
 #include "platform/wide.h"
 #include "runtime/diagnostics.h"
-#include "text/base64.h"
-#include "text/byte_text.h"
+#include "text/bytes/base64.h"
+#include "text/bytes/byte_text.h"
 #include "text/string_functions.h"
 
 #include <tvut22/text.h>
@@ -93,6 +93,7 @@ void WriteBytes(const wchar_t* text, IStream* stream) {
     if (!UtilpWriteBytesOfText(View(text), {}, blocks))
         return;
     clsStreamSink sink(stream, clsStreamSink::Contents::stay);
+    sink.Extend(blocks.Size());
     for (const auto& block : blocks.Blocks())
         sink.Write(block.data(), block.size());
 }

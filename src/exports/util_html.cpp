@@ -2,7 +2,7 @@
 #include "exports/guard.h"
 #include "platform/ole_string.h"
 #include "platform/wide.h"
-#include "text/html.h"
+#include "text/html/html.h"
 #include "text/string_functions.h"
 
 #include <tvut22/html.h>

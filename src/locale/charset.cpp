@@ -89,7 +89,6 @@ scSpan SpanAround(char16_t unit, unsigned found) {
     return span;
 }
 
-#ifdef TVUT_READS_BLOCKS
 // Marks the units of a block that lie in a span: those for which unit - first, which wraps below it, is
 // not above last - first.
 __m128i InSpan(__m128i block, const scSpan& span) {
@@ -97,7 +96,6 @@ __m128i InSpan(__m128i block, const scSpan& span) {
     const __m128i offset = _mm_sub_epi16(block, _mm_set1_epi16(static_cast<short>(span.first)));
     return _mm_cmpeq_epi16(_mm_subs_epu16(offset, _mm_set1_epi16(width)), _mm_setzero_si128());
 }
-#endif
 
 // The spans that a text keeps to: Latin letters, and the last two others. A text seldom leaves them, say
 // Cyrillic letters and typographic marks, so nearly all of it is only passed over, at the speed of memory.
@@ -113,7 +111,6 @@ class clsSpans {
 
     // The first unit outside, such as the terminator.
     const char16_t* FirstOutside(const char16_t* text) const {
-#ifdef TVUT_READS_BLOCKS
         if (clsBlocks::Fit(text)) {
             const scSpan latin = latin_, recent = recent_, before = before_;
             return UtilpFirstMarked(text, [&](__m128i block) {
@@ -122,7 +119,6 @@ class clsSpans {
                 return static_cast<unsigned>(_mm_movemask_epi8(inside)) ^ 0xFFFFu;
             });
         }
-#endif
         while (Hold(UtilpLoadUnit(text)))
             ++text;
         return text;

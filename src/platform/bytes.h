@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string>
+#include <utility>
 
 namespace tvut {
 
@@ -39,13 +41,31 @@ class clsSpanSource final : public clsByteSource {
 
 class clsByteSink {
   public:
+    static constexpr std::uint64_t unknownLength = UINT64_MAX;
+
     virtual ~clsByteSink() = default;
-    // Tells how many bytes will come, so that a lack of room shows before anything is written.
+    // Called once before the first Write; until then the target is as it was. Takes how many bytes will come,
+    // so that a lack of room shows before anything is overwritten, or unknownLength. Throws clsException.
     virtual void Extend(std::uint64_t bytes) = 0;
     // Writes all bytes or throws clsException.
     virtual void Write(const void* data, std::size_t bytes) = 0;
     // Everything is written: ends the target where writing stands. Throws clsException.
     virtual void Finish() = 0;
+};
+
+// Bytes collected in memory.
+class clsStringSink final : public clsByteSink {
+  public:
+    void Extend(std::uint64_t) override {}
+    void Write(const void* data, std::size_t bytes) override { // throws std::bad_alloc
+        bytes_.append(static_cast<const char*>(data), bytes);
+    }
+    void Finish() override {}
+    const std::string& Bytes() const { return bytes_; }
+    std::string Take() { return std::move(bytes_); }
+
+  private:
+    std::string bytes_;
 };
 
 } // namespace tvut

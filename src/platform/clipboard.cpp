@@ -1,9 +1,6 @@
 #include "platform/clipboard.h"
 
-#include "platform/exception.h"
-
 #include <atomic>
-#include <cstring>
 
 namespace tvut {
 
@@ -13,24 +10,6 @@ constexpr int openAttempts = 20;
 constexpr DWORD openInterval = 10; // milliseconds
 
 std::atomic<UINT> profileFormat = 0;
-
-struct scLockPolicy {
-    using Value = HGLOBAL;
-    static Value None() noexcept { return nullptr; }
-    static void Close(Value value) noexcept { GlobalUnlock(value); }
-};
-
-// The memory of a movable block while the object lives.
-class clsLockedBlock {
-  public:
-    explicit clsLockedBlock(HGLOBAL block)
-        : data_(static_cast<char*>(GlobalLock(block))), lock_(data_ ? block : nullptr) {}
-    char* Data() const { return data_; } // none for a block that is no memory
-
-  private:
-    char* data_;
-    clsOwned<scLockPolicy> lock_;
-};
 
 // Clipboard viewers and remote desktops open the clipboard for moments whenever it changes.
 bool Open(HWND owner) {
@@ -64,24 +43,21 @@ clsClipboard::~clsClipboard() {
     CloseClipboard();
 }
 
-clsGlobalMemory::clsGlobalMemory(std::size_t bytes)
-    : block_(GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT | GMEM_SHARE, bytes)), size_(bytes) {}
-
-void clsGlobalMemory::Fill(clsByteSource& source) {
-    const clsLockedBlock locked(block_.Get());
-    for (std::size_t filled = 0, read = 1; read != 0 && filled < size_; filled += read)
-        read = source.Read(locked.Data() + filled, size_ - filled);
+clsGlobalMemory PlatformClipboardMemory(clsByteSource& source, std::size_t bytes) {
+    clsGlobalMemory block(GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT | GMEM_SHARE, bytes));
+    if (!block)
+        return block;
+    const clsLockedMemory locked(block.Get());
+    auto* const data = static_cast<char*>(locked.Data());
+    for (std::size_t filled = 0, read = 1; read != 0 && filled < bytes; filled += read)
+        read = source.Read(data + filled, bytes - filled);
+    return block;
 }
 
-void clsGlobalMemory::Fill(const void* data, std::size_t bytes) {
-    const clsLockedBlock locked(block_.Get());
-    std::memcpy(locked.Data(), data, bytes);
-}
-
-bool clsGlobalMemory::Give(UINT format) {
-    if (!SetClipboardData(format, block_.Get()))
+bool PlatformGiveToClipboard(UINT format, clsGlobalMemory block) {
+    if (!SetClipboardData(format, block.Get()))
         return false;
-    block_.Release();
+    block.Take();
     return true;
 }
 
@@ -90,10 +66,11 @@ bool PlatformReadClipboard(UINT format, clsByteSink& sink) {
     const HGLOBAL block = IsClipboardFormatAvailable(format) ? GetClipboardData(format) : nullptr;
     if (!block)
         return false;
-    const clsLockedBlock locked(block);
+    const clsLockedMemory locked(block);
     if (!locked.Data())
         return false;
-    sink.Write(locked.Data(), GlobalSize(block));
+    sink.Extend(clsByteSink::unknownLength);
+    sink.Write(locked.Data(), locked.Size());
     sink.Finish();
     return true;
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/bytes.h"
-#include "platform/owned.h"
+#include "platform/global_memory.h"
 
 #include <cstddef>
 
@@ -28,29 +28,12 @@ class clsClipboard {
     bool open_;
 };
 
-struct scGlobalMemoryPolicy {
-    using Value = HGLOBAL;
-    static Value None() noexcept { return nullptr; }
-    static void Close(Value value) noexcept { GlobalFree(value); }
-};
+// A movable block, as the clipboard takes it, with what a source has from its start and zeros after that.
+// None when there is no memory for it. Throws what the source throws.
+clsGlobalMemory PlatformClipboardMemory(clsByteSource& source, std::size_t bytes);
 
-// A movable block, as the clipboard takes it; zero at first, none when there is no memory for it.
-class clsGlobalMemory {
-  public:
-    explicit clsGlobalMemory(std::size_t bytes);
-    explicit operator bool() const { return static_cast<bool>(block_); }
-
-    // Fills the block from its start.
-    void Fill(clsByteSource& source);
-    void Fill(const void* data, std::size_t bytes);
-
-    // Hands the block to the open clipboard. False when it does not take it.
-    bool Give(UINT format);
-
-  private:
-    clsOwned<scGlobalMemoryPolicy> block_;
-    std::size_t size_;
-};
+// Hands a block to the open clipboard. False when it does not take it; the block is freed then.
+bool PlatformGiveToClipboard(UINT format, clsGlobalMemory block);
 
 // The whole block that the open clipboard holds under a format, which lives as long as the clipboard is
 // open, into a sink. False when there is none; the thread's last error tells why.

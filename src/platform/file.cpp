@@ -98,11 +98,13 @@ std::size_t clsFileSource::Read(void* buffer, std::size_t bytes) {
 
 // ---- Overwriting a held file ------------------------------------------------------------------
 
-clsFileSink::clsFileSink(HANDLE file) : file_(file) {
+void clsFileSink::Extend(std::uint64_t bytes) {
+    if (bytes != unknownLength)
+        MakeRoom(bytes);
     MoveTo(file_, 0);
 }
 
-void clsFileSink::Extend(std::uint64_t bytes) {
+void clsFileSink::MakeRoom(std::uint64_t bytes) {
     const std::uint64_t size = SizeOf(file_);
     if (bytes > size) {
         MoveTo(file_, size);
@@ -119,7 +121,6 @@ void clsFileSink::Extend(std::uint64_t bytes) {
         MoveTo(file_, bytes);
         Require(SetEndOfFile(file_), "file cannot be cut");
     }
-    MoveTo(file_, 0);
 }
 
 void clsFileSink::Write(const void* data, std::size_t bytes) {
@@ -177,7 +178,10 @@ DWORD PutInPlace(const std::wstring& target, const std::wstring& temporary) {
 
 } // namespace
 
-clsReplacingSink::clsReplacingSink(const char16_t* target) : target_(PlatformLongPath(ToWide(target))) {
+clsReplacingSink::clsReplacingSink(const char16_t* target) : target_(PlatformLongPath(ToWide(target))) {}
+
+// The length is of no use: a temporary file may grow as it likes.
+void clsReplacingSink::Extend(std::uint64_t) {
     targetExists_ = GetFileAttributesExW(target_.c_str(), GetFileExInfoStandard, &targetData_);
     if (targetExists_ &&
         (targetData_.dwFileAttributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)))

@@ -74,12 +74,14 @@ class clsFileSource final : public clsByteSource {
 // bytes, so that a full disk shows while the old contents are still there.
 class clsFileSink final : public clsByteSink {
   public:
-    explicit clsFileSink(HANDLE file);
+    explicit clsFileSink(HANDLE file) : file_(file) {}
     void Extend(std::uint64_t bytes) override;
     void Write(const void* data, std::size_t bytes) override;
     void Finish() override;
 
   private:
+    void MakeRoom(std::uint64_t bytes);
+
     HANDLE file_;
 };
 
@@ -109,7 +111,7 @@ class clsReplacingSink final : public clsByteSink {
     clsReplacingSink& operator=(const clsReplacingSink&) = delete;
     ~clsReplacingSink() override;
 
-    void Extend(std::uint64_t) override {} // a temporary file may grow as it likes
+    void Extend(std::uint64_t) override;
     void Write(const void* data, std::size_t bytes) override;
     void Finish() override;
 

@@ -14,14 +14,14 @@ struct scGlobalMemoryPolicy {
 };
 using clsGlobalMemory = clsOwned<scGlobalMemoryPolicy>;
 
-// A block that is locked while the object lives. An empty block has no data.
+// A block that is locked while the object lives. An empty block may have no data.
 class clsLockedMemory {
   public:
     explicit clsLockedMemory(HGLOBAL block) noexcept : block_(block) {
         SetLastError(NO_ERROR);
         size_ = GlobalSize(block); // 0 for what is no block, too
         isBlock_ = size_ != 0 || GetLastError() == NO_ERROR;
-        data_ = size_ != 0 ? GlobalLock(block) : nullptr;
+        data_ = isBlock_ ? GlobalLock(block) : nullptr;
         isBlock_ = isBlock_ && (data_ || size_ == 0);
     }
     clsLockedMemory(const clsLockedMemory&) = delete;

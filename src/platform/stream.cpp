@@ -50,11 +50,11 @@ std::size_t clsStreamSource::Read(void* buffer, std::size_t bytes) {
     return read;
 }
 
-clsStreamSink::clsStreamSink(IStream* stream, Contents contents)
-    : stream_(stream), fromStart_(contents == Contents::areReplaced && SeekToStart(stream)) {}
+clsStreamSink::clsStreamSink(IStream* stream, Contents contents) : stream_(stream), contents_(contents) {}
 
 void clsStreamSink::Extend(std::uint64_t bytes) {
-    if (!fromStart_)
+    fromStart_ = contents_ == Contents::areReplaced && SeekToStart(stream_);
+    if (!fromStart_ || bytes == unknownLength)
         return;
     const HRESULT result = stream_->SetSize(Size(bytes));
     if (result == STG_E_MEDIUMFULL) // a stream that cannot change its size says so in other words

@@ -40,8 +40,9 @@ class clsStreamSink final : public clsByteSink {
 
   private:
     IStream* stream_;
+    Contents contents_;
     std::uint64_t written_ = 0;
-    bool fromStart_;
+    bool fromStart_ = false;
 };
 
 } // namespace tvut

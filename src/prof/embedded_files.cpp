@@ -9,7 +9,7 @@
 #include "prof/path.h"
 #include "prof/torn_file.h"
 #include "runtime/diagnostics.h"
-#include "text/byte_text.h"
+#include "text/bytes/byte_text.h"
 
 #include <algorithm>
 #include <vector>

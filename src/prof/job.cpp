@@ -28,23 +28,6 @@ struct scReleaseJob {
 };
 using clsNewJob = std::unique_ptr<clsProfJob, scReleaseJob>;
 
-// Makes a sink of one type on one target when the writer asks for it.
-template <class Sink, class Target>
-class clsSinkMaker final : public IclsSinkMaker {
-  public:
-    explicit clsSinkMaker(Target target) : target_(target) {}
-    clsByteSink& MakeSink() override { return sink_.emplace(target_); }
-
-  private:
-    Target target_;
-    std::optional<Sink> sink_;
-};
-
-template <class Sink, class Target>
-clsSinkMaker<Sink, Target> SinkOn(Target target) {
-    return clsSinkMaker<Sink, Target>(target);
-}
-
 void RequireSaved(bool saved) {
     if (!saved)
         throw clsException("profile is too large", reason::tooLarge);
@@ -55,17 +38,18 @@ void RequireSaved(bool saved) {
 int GiveToClipboard(HANDLE profile) {
     constexpr std::array text = std::to_array(L"PROF data available");
     clsFileSource source(profile);
-    clsGlobalMemory contents(static_cast<std::size_t>(source.SizeHint()) + 1);
+    clsGlobalMemory contents =
+        PlatformClipboardMemory(source, static_cast<std::size_t>(source.SizeHint()) + 1);
     if (!contents)
         return profResult::noGlobalMemory;
-    contents.Fill(source);
-    if (!contents.Give(PlatformProfileFormat()))
+    if (!PlatformGiveToClipboard(PlatformProfileFormat(), std::move(contents)))
         return profResult::clipboardFailed;
-    clsGlobalMemory notice(sizeof text);
-    if (!notice)
+    clsSpanSource notice(text.data(), sizeof text);
+    clsGlobalMemory textBlock = PlatformClipboardMemory(notice, sizeof text);
+    if (!textBlock)
         return profResult::noGlobalMemory;
-    notice.Fill(text.data(), sizeof text);
-    return notice.Give(CF_TEXT) ? profResult::ok : profResult::noGlobalMemory;
+    return PlatformGiveToClipboard(CF_TEXT, std::move(textBlock)) ? profResult::ok
+                                                                  : profResult::noGlobalMemory;
 }
 
 } // namespace
@@ -160,13 +144,13 @@ void clsProfJob::LoadSource(clsByteSource& source, const scLoadRequest& request)
 void clsProfJob::Save(std::optional<std::u16string_view> fileName, std::uint32_t flags) {
     const IString target = fileName ? IString(*fileName) : fileName_;
     if (heldFile_ && target == fileName_) {
-        auto maker = SinkOn<clsFileSink>(heldFile_.Get());
-        return RequireSaved(ProfpSave(tree_.Root(), flags, compressed_, maker));
+        clsFileSink sink(heldFile_.Get());
+        return RequireSaved(ProfpSave(tree_.Root(), flags, compressed_, sink));
     }
     UtilpRequireFileName(target.View());
-    auto maker = SinkOn<clsReplacingSink>(target.Characters());
+    clsReplacingSink sink(target.Characters());
     try {
-        RequireSaved(ProfpSave(tree_.Root(), flags, compressed_, maker));
+        RequireSaved(ProfpSave(tree_.Root(), flags, compressed_, sink));
     } catch (const clsTornFile& torn) {
         ProfpTellOfTornFile(target.View(), torn);
         throw;
@@ -174,16 +158,16 @@ void clsProfJob::Save(std::optional<std::u16string_view> fileName, std::uint32_t
 }
 
 void clsProfJob::SaveToStream(IStream& stream, std::uint32_t flags) {
-    auto maker = SinkOn<clsStreamSink>(&stream);
-    RequireSaved(ProfpSave(tree_.Root(), flags, compressed_, maker));
+    clsStreamSink sink(&stream);
+    RequireSaved(ProfpSave(tree_.Root(), flags, compressed_, sink));
 }
 
 int clsProfJob::SaveToClipboard(HWND owner, std::uint32_t flags) {
     const clsTemporaryFile file(temporaryPrefix);
     if (!file)
         return profResult::clipboardFailed;
-    auto maker = SinkOn<clsFileSink>(file.Get());
-    RequireSaved(ProfpSave(tree_.Root(), flags & formMask, false, maker));
+    clsFileSink sink(file.Get());
+    RequireSaved(ProfpSave(tree_.Root(), flags & formMask, false, sink));
     const clsClipboard clipboard(owner);
     return clipboard ? GiveToClipboard(file.Get()) : profResult::clipboardFailed;
 }

@@ -1,25 +1,10 @@
 #include "prof/slab.h"
 
+#include "platform/sanitizer.h"
+
 #include <algorithm>
 #include <limits>
 #include <new>
-
-#if defined(__SANITIZE_ADDRESS__)
-#define TVUT_POISONS_FREED_BLOCKS 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define TVUT_POISONS_FREED_BLOCKS 1
-#endif
-#endif
-
-#ifdef TVUT_POISONS_FREED_BLOCKS
-#include <sanitizer/asan_interface.h>
-#define TVUT_POISON(block, bytes) __asan_poison_memory_region(block, bytes)
-#define TVUT_UNPOISON(block, bytes) __asan_unpoison_memory_region(block, bytes)
-#else
-#define TVUT_POISON(block, bytes) static_cast<void>(0)
-#define TVUT_UNPOISON(block, bytes) static_cast<void>(0)
-#endif
 
 namespace tvut {
 
@@ -49,7 +34,7 @@ void* clsSlab::Allocate(std::size_t bytes) {
         return AllocateLarge(bytes);
     bytes = RoundUp(bytes);
     if (scFree* const block = free_[bytes / granularity]) {
-        TVUT_UNPOISON(block, bytes);
+        PlatformUnpoison(block, bytes);
         free_[bytes / granularity] = block->next;
         return block;
     }
@@ -57,7 +42,7 @@ void* clsSlab::Allocate(std::size_t bytes) {
         return TakeFromNewChunk(bytes);
     char* const block = next_;
     next_ += bytes;
-    TVUT_UNPOISON(block, bytes);
+    PlatformUnpoison(block, bytes);
     return block;
 }
 
@@ -72,7 +57,7 @@ void clsSlab::Free(void* block, std::size_t bytes) noexcept {
     auto* const entry = static_cast<scFree*>(block);
     entry->next = free_[bytes / granularity];
     free_[bytes / granularity] = entry;
-    TVUT_POISON(block, bytes);
+    PlatformPoison(block, bytes);
 }
 
 void* clsSlab::TakeFromNewChunk(std::size_t bytes) {
@@ -81,7 +66,7 @@ void* clsSlab::TakeFromNewChunk(std::size_t bytes) {
     chunks_ = chunk;
     next_ = reinterpret_cast<char*>(chunk + 1);
     end_ = reinterpret_cast<char*>(chunk) + chunkSize_;
-    TVUT_POISON(next_, static_cast<std::size_t>(end_ - next_));
+    PlatformPoison(next_, static_cast<std::size_t>(end_ - next_));
     chunkSize_ = std::min(chunkSize_ * 2, largestChunk);
     return Allocate(bytes);
 }

@@ -1,27 +1,16 @@
 // Texts read in aligned blocks of 16 bytes.
 //
 // A block lies in one page with a unit of the text that has to be read, so that strings may end where
-// readable memory does.
+// readable memory does. The sanitizer would take that for an error: under it, units are read one by one.
 #pragma once
 
+#include "platform/sanitizer.h"
 #include "text/units.h"
 
 #include <cstddef>
 #include <cstdint>
 
-// A sanitizer sees every byte that is read behind the end of a string, page or not.
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define TVUT_READS_STRICTLY 1
-#endif
-#endif
-#if defined(TVUT_HAS_SSE2) && !defined(TVUT_READS_STRICTLY)
-#define TVUT_READS_BLOCKS 1
-#endif
-
 namespace tvut {
-
-#ifdef TVUT_READS_BLOCKS
 
 constexpr std::size_t blockBytes = sizeof(__m128i);
 constexpr std::size_t blockUnits = blockBytes / sizeof(char16_t);
@@ -30,7 +19,9 @@ constexpr std::size_t blockUnits = blockBytes / sizeof(char16_t);
 class clsBlocks {
   public:
     // Strings at odd addresses exist, in packed structures; their units do not lie in one block each.
-    static bool Fit(const char16_t* text) { return reinterpret_cast<std::uintptr_t>(text) % 2 == 0; }
+    static bool Fit(const char16_t* text) {
+        return !isAddressSanitized && reinterpret_cast<std::uintptr_t>(text) % 2 == 0;
+    }
 
     explicit clsBlocks(const char16_t* text)
         : skipped_(reinterpret_cast<std::uintptr_t>(text) % blockBytes),
@@ -61,7 +52,5 @@ const char16_t* UtilpFirstMarked(const char16_t* text, Mark mark) {
     }
     return blocks.Unit(UtilpFirstUnit(marked));
 }
-
-#endif
 
 } // namespace tvut

@@ -26,7 +26,6 @@ class clsFewUnits {
     constexpr bool Hold(char16_t unit) const {
         return unit == units_[0] || unit == units_[1] || unit == units_[2] || unit == units_[3];
     }
-#ifdef TVUT_HAS_SSE2
     // Two bits a unit of the block that is one of these.
     unsigned Marks(__m128i block) const {
         const auto equal = [&](std::size_t at) {
@@ -35,7 +34,6 @@ class clsFewUnits {
         return static_cast<unsigned>(_mm_movemask_epi8(
             _mm_or_si128(_mm_or_si128(equal(0), equal(1)), _mm_or_si128(equal(2), equal(3)))));
     }
-#endif
 
   private:
     std::array<char16_t, most> units_{};
@@ -43,13 +41,11 @@ class clsFewUnits {
 
 // The first of some units.
 inline const char16_t* UtilpFindAny(const char16_t* text, const char16_t* end, const clsFewUnits& units) {
-#ifdef TVUT_HAS_SSE2
     for (; end - text >= 8; text += 8) {
         const unsigned marks = units.Marks(UtilpLoadEight(text));
         if (marks != 0)
             return text + std::countr_zero(marks) / 2;
     }
-#endif
     while (text != end && !units.Hold(*text))
         ++text;
     return text;
@@ -58,7 +54,8 @@ inline const char16_t* UtilpFindAny(const char16_t* text, const char16_t* end, c
 // The last unit of a kind; null when there is none.
 const char16_t* UtilpFindLast(const char16_t* text, const char16_t* end, char16_t unit);
 
-// The first and the last place of a part that is not empty; null where there is none.
+// The first and the last place of a part that is not empty; null where there is none. Text and part may stand
+// at odd addresses.
 const char16_t* UtilpFindFirst(const char16_t* text, const char16_t* end, std::u16string_view part);
 const char16_t* UtilpFindLast(const char16_t* text, const char16_t* end, std::u16string_view part);
 

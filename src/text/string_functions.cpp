@@ -1,6 +1,7 @@
 #include "text/string_functions.h"
 
 #include "text/blocks.h"
+#include "text/find.h"
 #include "text/units.h"
 
 #include <algorithm>
@@ -29,18 +30,12 @@ char16_t Lower(char16_t c) {
     return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 0x20) : c;
 }
 
-#ifdef TVUT_HAS_SSE2
-
 __m128i Load(const void* from) {
     return _mm_loadu_si128(static_cast<const __m128i*>(from));
 }
 void Store(void* to, __m128i block) {
     _mm_storeu_si128(static_cast<__m128i*>(to), block);
 }
-
-#endif
-
-#ifdef TVUT_READS_BLOCKS
 
 unsigned Zeros(__m128i block) {
     return UtilpEqualUnits(block, _mm_setzero_si128());
@@ -49,7 +44,8 @@ unsigned Zeros(__m128i block) {
 // Whether a block may be read that begins anywhere: not where it would touch the next page.
 bool InOnePage(const void* from) {
     constexpr std::size_t pageBytes = 4096; // or a multiple
-    return reinterpret_cast<std::uintptr_t>(from) % pageBytes <= pageBytes - blockBytes;
+    return !isAddressSanitized &&
+           reinterpret_cast<std::uintptr_t>(from) % pageBytes <= pageBytes - blockBytes;
 }
 
 __m128i LowerBlock(__m128i block) {
@@ -60,44 +56,6 @@ __m128i LowerBlock(__m128i block) {
 
 unsigned AsciiUnits(__m128i block) {
     return UtilpEqualUnits(_mm_srli_epi16(block, 7), _mm_setzero_si128());
-}
-
-#endif
-
-// Whether a part stands at a place where its first and last unit do.
-bool HasMiddle(const char16_t* place, const char16_t* part, std::size_t length) {
-    for (std::size_t at = 1; at + 1 < length; ++at) {
-        if (UtilpLoadUnit(place + at) != UtilpLoadUnit(part + at))
-            return false;
-    }
-    return true;
-}
-
-// The first of some positions where a part stands; all of them are followed by its length of units.
-const char16_t* FindInWindow(const char16_t* text, std::size_t positions, const char16_t* part,
-                             std::size_t length) {
-    const char16_t first = UtilpLoadUnit(part);
-    const char16_t last = UtilpLoadUnit(part + length - 1);
-    std::size_t at = 0;
-#ifdef TVUT_HAS_SSE2
-    const __m128i firsts = _mm_set1_epi16(static_cast<short>(first));
-    const __m128i lasts = _mm_set1_epi16(static_cast<short>(last));
-    for (; at + 8 <= positions; at += 8) {
-        unsigned hits =
-            UtilpEqualUnits(Load(text + at), firsts) & UtilpEqualUnits(Load(text + at + length - 1), lasts);
-        for (; hits != 0; hits &= hits - 1, hits &= hits - 1) { // two bits a unit
-            const char16_t* const place = text + at + UtilpFirstUnit(hits);
-            if (HasMiddle(place, part, length))
-                return place;
-        }
-    }
-#endif
-    for (; at < positions; ++at) {
-        if (UtilpLoadUnit(text + at) == first && UtilpLoadUnit(text + at + length - 1) == last &&
-            HasMiddle(text + at, part, length))
-            return text + at;
-    }
-    return nullptr;
 }
 
 // Writes both ends of a run of one to two words; they overlap, and all is read before.
@@ -121,11 +79,9 @@ void FillEnds(char* to, std::uint64_t pattern, std::size_t bytes) {
 } // namespace
 
 std::size_t UtilpLength(const char16_t* text) {
-    const char16_t* end = text;
-#ifdef TVUT_READS_BLOCKS
     if (clsBlocks::Fit(text))
         return static_cast<std::size_t>(UtilpFirstMarked(text, Zeros) - text);
-#endif
+    const char16_t* end = text;
     while (UtilpLoadUnit(end) != 0)
         ++end;
     return static_cast<std::size_t>(end - text);
@@ -133,8 +89,6 @@ std::size_t UtilpLength(const char16_t* text) {
 
 std::size_t UtilpLength(const char16_t* text, std::size_t count) {
     const char16_t* const end = EndOf(text, count);
-    const char16_t* at = text;
-#ifdef TVUT_READS_BLOCKS
     if (clsBlocks::Fit(text)) {
         for (clsBlocks blocks(text); blocks.Unit(0) < end; blocks.Next()) {
             const unsigned zeros = blocks.OfText(Zeros(blocks.Block()));
@@ -143,7 +97,7 @@ std::size_t UtilpLength(const char16_t* text, std::size_t count) {
         }
         return static_cast<std::size_t>(end - text);
     }
-#endif
+    const char16_t* at = text;
     while (at != end && UtilpLoadUnit(at) != 0)
         ++at;
     return static_cast<std::size_t>(at - text);
@@ -154,7 +108,6 @@ std::size_t UtilpLength(const char16_t* text, std::size_t count) {
 void UtilpMove(void* to, const void* from, std::size_t bytes) {
     auto* const target = static_cast<char*>(to);
     const auto* const source = static_cast<const char*>(from);
-#ifdef TVUT_HAS_SSE2
     const bool forwards =
         reinterpret_cast<std::uintptr_t>(to) - reinterpret_cast<std::uintptr_t>(from) >= bytes;
     if (bytes > 16 && bytes <= mostInLine && forwards) {
@@ -164,7 +117,6 @@ void UtilpMove(void* to, const void* from, std::size_t bytes) {
         Store(target + bytes - 16, last);
         return;
     }
-#endif
     if (bytes > 16)
         std::memmove(to, from, bytes);
     else if (bytes >= 8)
@@ -179,7 +131,6 @@ void UtilpMove(void* to, const void* from, std::size_t bytes) {
 
 void UtilpFill(void* to, std::uint8_t byte, std::size_t bytes) {
     auto* const target = static_cast<char*>(to);
-#ifdef TVUT_HAS_SSE2
     if (bytes > 16 && bytes <= mostInLine) {
         const __m128i block = _mm_set1_epi8(static_cast<char>(byte));
         for (std::size_t at = 0; at < bytes - 16; at += 16)
@@ -187,7 +138,6 @@ void UtilpFill(void* to, std::uint8_t byte, std::size_t bytes) {
         Store(target + bytes - 16, block);
         return;
     }
-#endif
     const std::uint64_t pattern = 0x0101010101010101u * byte;
     if (bytes > 16)
         std::memset(to, byte, bytes);
@@ -203,7 +153,6 @@ void UtilpFill(void* to, std::uint8_t byte, std::size_t bytes) {
 
 int UtilpCompare(const char16_t* a, const char16_t* b, std::size_t count) {
     while (count != 0) {
-#ifdef TVUT_READS_BLOCKS
         if (count >= blockUnits && InOnePage(a) && InOnePage(b)) {
             const __m128i block = Load(a);
             const unsigned goOn = UtilpEqualUnits(block, Load(b)) & ~Zeros(block);
@@ -216,7 +165,6 @@ int UtilpCompare(const char16_t* a, const char16_t* b, std::size_t count) {
             count -= blockUnits;
             continue;
         }
-#endif
         const char16_t unitA = UtilpLoadUnit(a);
         const char16_t unitB = UtilpLoadUnit(b);
         if (unitA != unitB || unitA == 0)
@@ -230,7 +178,6 @@ int UtilpCompare(const char16_t* a, const char16_t* b, std::size_t count) {
 
 scOrder UtilpCompareAscii(const char16_t*& a, const char16_t*& b, std::size_t& count) {
     while (count != 0) {
-#ifdef TVUT_READS_BLOCKS
         if (count >= blockUnits && InOnePage(a) && InOnePage(b)) {
             const __m128i lowerA = LowerBlock(Load(a));
             const __m128i lowerB = LowerBlock(Load(b));
@@ -242,7 +189,6 @@ scOrder UtilpCompareAscii(const char16_t*& a, const char16_t*& b, std::size_t& c
             if (same == blockUnits)
                 continue;
         }
-#endif
         const char16_t lowerA = Lower(UtilpLoadUnit(a));
         const char16_t lowerB = Lower(UtilpLoadUnit(b));
         if ((lowerA | lowerB) > 0x7F)
@@ -257,14 +203,12 @@ scOrder UtilpCompareAscii(const char16_t*& a, const char16_t*& b, std::size_t& c
 }
 
 const char16_t* UtilpFind(const char16_t* text, char16_t character) {
-#ifdef TVUT_READS_BLOCKS
     if (clsBlocks::Fit(text)) {
         const __m128i wanted = _mm_set1_epi16(static_cast<short>(character));
         text = UtilpFirstMarked(text,
                                 [&](__m128i block) { return UtilpEqualUnits(block, wanted) | Zeros(block); });
         return *text == character ? text : nullptr;
     }
-#endif
     for (;; ++text) {
         const char16_t unit = UtilpLoadUnit(text);
         if (unit == character)
@@ -278,7 +222,6 @@ const char16_t* UtilpFindLast(const char16_t* text, char16_t character) {
     if (character == 0)
         return text + UtilpLength(text);
     const char16_t* last = nullptr;
-#ifdef TVUT_READS_BLOCKS
     if (clsBlocks::Fit(text)) {
         const __m128i wanted = _mm_set1_epi16(static_cast<short>(character));
         for (clsBlocks blocks(text);; blocks.Next()) {
@@ -292,7 +235,6 @@ const char16_t* UtilpFindLast(const char16_t* text, char16_t character) {
                 return last;
         }
     }
-#endif
     for (char16_t unit; (unit = UtilpLoadUnit(text)) != 0; ++text) {
         if (unit == character)
             last = text;
@@ -300,8 +242,8 @@ const char16_t* UtilpFindLast(const char16_t* text, char16_t character) {
     return last;
 }
 
-// The text is measured and searched a window at a time: where all is known to be readable, a position is
-// looked at only if the part's first and last unit are where they belong.
+// The text is measured and searched a window at a time, so that a part near its beginning costs no look at
+// its end. Windows overlap by what a part that begins in the one before may need.
 const char16_t* UtilpFindPart(const char16_t* text, const char16_t* part) {
     constexpr std::size_t windowPositions = 512;
     const std::size_t length = UtilpLength(part);
@@ -311,10 +253,9 @@ const char16_t* UtilpFindPart(const char16_t* text, const char16_t* part) {
         const std::size_t units = UtilpLength(text, windowPositions + length - 1);
         if (units < length)
             return nullptr;
-        const std::size_t positions = units - length + 1;
-        if (const char16_t* const found = FindInWindow(text, positions, part, length))
+        if (const char16_t* const found = UtilpFindFirst(text, text + units, {part, length}))
             return found;
-        if (positions < windowPositions)
+        if (units - length + 1 < windowPositions)
             return nullptr;
     }
 }

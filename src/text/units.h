@@ -3,18 +3,17 @@
 // Names and values have a dozen characters or two. At that length a call of memcmp or memcpy, which on
 // this platform leads through an import into a routine made for long blocks, costs more than its work,
 // and the standard library compares char16_t unit by unit.
+//
+// SSE2 belongs to the language here, as it does for every compiler of the target: the code is written with it
+// and has no other form.
 #pragma once
 
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <string_view>
-
-#if defined(__SSE2__) || (defined(_M_IX86_FP) && _M_IX86_FP >= 2) || defined(_M_X64)
-#define TVUT_HAS_SSE2 1
 #include <emmintrin.h>
-#endif
+#include <string_view>
 
 namespace tvut {
 
@@ -35,8 +34,6 @@ inline std::uint32_t UtilpLoadPair(const char16_t* text) {
     return pair;
 }
 
-#ifdef TVUT_HAS_SSE2
-
 // Eight units that stand side by side.
 inline __m128i UtilpLoadEight(const char16_t* text) {
     return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
@@ -51,13 +48,9 @@ inline std::size_t UtilpFirstUnit(unsigned mask) {
     return static_cast<std::size_t>(std::countr_zero(mask)) / 2;
 }
 
-#endif
-
 // Asks for memory that will soon be read.
-inline void UtilpPrefetch([[maybe_unused]] const void* address) {
-#ifdef TVUT_HAS_SSE2
+inline void UtilpPrefetch(const void* address) {
     _mm_prefetch(static_cast<const char*>(address), _MM_HINT_T0);
-#endif
 }
 
 inline bool UtilpEqual(std::u16string_view a, std::u16string_view b) {
@@ -76,10 +69,8 @@ inline bool UtilpEqual(std::u16string_view a, std::u16string_view b) {
 
 inline void UtilpCopy(char16_t* to, const char16_t* from, std::size_t length) {
     std::size_t at = 0;
-#ifdef TVUT_HAS_SSE2
     for (; at + 8 <= length; at += 8)
         _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at), UtilpLoadEight(from + at));
-#endif
     for (; at + 2 <= length; at += 2) {
         const std::uint32_t pair = UtilpLoadPair(from + at);
         std::memcpy(to + at, &pair, sizeof pair);

@@ -1,8 +1,8 @@
 // Base64 and its engines, the block cipher, and the text form of bytes.
-#include "text/base64.h"
-#include "text/base64_engine.h"
-#include "text/block_cipher.h"
-#include "text/byte_text.h"
+#include "text/bytes/base64.h"
+#include "text/bytes/base64_engine.h"
+#include "text/bytes/block_cipher.h"
+#include "text/bytes/byte_text.h"
 #include "unit/native_platform.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "files/file_name.h"
-#include "text/regex.h"
+#include "text/regex/regex.h"
 
 #include <string_view>
 

@@ -1,8 +1,8 @@
 // The HTML conversions: cases, and each pass against a plain form of it that is written for clarity.
-#include "text/html.h"
+#include "text/encoding/utf8.h"
+#include "text/html/html.h"
 #include "text/html/links.h"
-#include "text/regex.h"
-#include "text/utf8.h"
+#include "text/regex/regex.h"
 
 #include <gtest/gtest.h>
 

@@ -34,7 +34,7 @@ class clsMemorySource final : public clsByteSource {
 };
 
 // Bytes into memory; fails, like a full disk, beyond a given size.
-class clsMemorySink final : public clsByteSink, public IclsSinkMaker {
+class clsMemorySink final : public clsByteSink {
   public:
     explicit clsMemorySink(std::size_t room = SIZE_MAX) : room_(room) {}
     void Extend(std::uint64_t total) override { extended = total; }
@@ -44,7 +44,6 @@ class clsMemorySink final : public clsByteSink, public IclsSinkMaker {
         bytes.append(static_cast<const char*>(data), count);
     }
     void Finish() override { finished = true; }
-    clsByteSink& MakeSink() override { return *this; }
 
     std::string bytes;
     std::uint64_t extended = 0;

@@ -1,5 +1,5 @@
 // clsRegEx: what the syntax means, what a bad pattern is told, and that no pattern hangs.
-#include "text/regex.h"
+#include "text/regex/regex.h"
 #include "unit/native_platform.h"
 
 #include <gtest/gtest.h>

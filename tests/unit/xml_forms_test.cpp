@@ -1,7 +1,7 @@
 // The XML and XFDF forms: bytes written, every message and its line, texts that come back, other readers.
 #include "prof/path.h"
 #include "prof/tree_walk.h"
-#include "text/utf8.h"
+#include "text/encoding/utf8.h"
 #include "unit/native_platform.h"
 #include "unit/random_tree.h"
 

@@ -44,8 +44,11 @@ clsInputText ProfpInflate(std::string_view wrapped, std::size_t limit) {
     }
 }
 
-clsCompressingSink::clsCompressingSink(clsByteSink& target) : deflating_(target) {
-    target.Write(magic.data(), magic.size());
+clsCompressingSink::clsCompressingSink(clsByteSink& target) : target_(target), deflating_(target) {}
+
+void clsCompressingSink::Extend(std::uint64_t) {
+    deflating_.Extend(unknownLength);
+    target_.Write(magic.data(), magic.size());
 }
 
 } // namespace tvut

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/bytes.h"
-#include "text/deflate.h"
-#include "text/input_text.h"
+#include "text/bytes/deflate.h"
+#include "text/encoding/input_text.h"
 
 #include <string_view>
 
@@ -23,11 +23,12 @@ class clsCompressingSink final : public clsByteSink {
   public:
     explicit clsCompressingSink(clsByteSink& target);
 
-    void Extend(std::uint64_t) override {} // what it comes to shows in the end
+    void Extend(std::uint64_t) override; // what it comes to shows in the end
     void Write(const void* data, std::size_t bytes) override { deflating_.Write(data, bytes); }
     void Finish() override { deflating_.Finish(); }
 
   private:
+    clsByteSink& target_;
     clsDeflatingSink deflating_;
 };
 

@@ -1,6 +1,7 @@
 // The persistent forms of a profile: what each can do, and which one is meant.
 //
-// Adding a form is adding a file that defines a reader, a writer or both, and naming it in forms.cpp.
+// A reader is a function, a writer a pair of them. Adding a form is adding a file that defines one or both,
+// and naming it here and in forms.cpp.
 #pragma once
 
 #include "platform/bytes.h"
@@ -13,37 +14,32 @@
 
 namespace tvut {
 
-class IclsFormReader {
-  public:
-    virtual ~IclsFormReader() = default;
-    // Parses all lines into a list. Throws clsLoadException, std::bad_alloc.
-    virtual void Parse(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings) const = 0;
+// Reads all lines into a list. Throws clsLoadException, std::bad_alloc.
+using FormReader = void (*)(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings);
+
+void ProfpReadText(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings);
+void ProfpReadTextAfterMarkup(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings);
+void ProfpReadPlainIni(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings);
+void ProfpReadXml(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings);
+void ProfpReadXfdf(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings);
+void ProfpReadForeignXfdf(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings);
+
+struct scFormWriter {
+    // The exact number of bytes that write will write.
+    std::uint64_t (*measure)(const clsItemList& root);
+    // bytes is what measure returned. The sink hears of them when all memory that writing takes is at hand:
+    // from then on old contents may be gone. The sink is not finished. Throws what the sink throws.
+    void (*write)(const clsItemList& root, std::uint64_t bytes, clsByteSink& sink);
 };
 
-class IclsFormWriter {
-  public:
-    virtual ~IclsFormWriter() = default;
-    // The exact number of bytes that Write will write.
-    virtual std::uint64_t Measure(const clsItemList& root) const = 0;
-    // bytes is what Measure gave. The sink is told of them when all memory that writing takes is at hand:
-    // from then on old contents may be gone.
-    virtual void Write(const clsItemList& root, std::uint64_t bytes, clsByteSink& sink) const = 0;
-};
+extern const scFormWriter textWriter;
+extern const scFormWriter xmlWriter;
+extern const scFormWriter xfdfWriter;
 
-extern const IclsFormReader& g_textReader;
-extern const IclsFormWriter& g_textWriter;
-extern const IclsFormReader& g_textBehindMarkupReader;
-extern const IclsFormReader& g_plainIniReader;
-extern const IclsFormReader& g_xmlReader;
-extern const IclsFormWriter& g_xmlWriter;
-extern const IclsFormReader& g_xfdfReader;
-extern const IclsFormWriter& g_xfdfWriter;
-extern const IclsFormReader& g_foreignXfdfReader;
+// The reader of the form that an input's first line that is not blank belongs to.
+FormReader ProfpDetectForm(std::u16string_view firstLine, bool foreignXfdf);
 
-// The form that an input's first line that is not blank tells of.
-const IclsFormReader& ProfpDetectForm(std::u16string_view firstLine, bool foreignXfdf);
-
-// The form that the low four bits of save flags ask for.
-const IclsFormWriter& ProfpFormToWrite(std::uint32_t flags);
+// The writer of the form that the low four bits of save flags ask for.
+const scFormWriter& ProfpFormToWrite(std::uint32_t flags);
 
 } // namespace tvut

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/bytes.h"
-#include "text/scan.h"
+#include "text/units.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -34,20 +34,17 @@ class clsFormOutput {
     }
 
     void Put(View text) {
-        while (!text.empty()) {
-            const std::size_t part = Part(text.size());
-            std::memcpy(block_.get() + used_, text.data(), part * sizeof(Unit));
-            used_ += part;
-            text.remove_prefix(part);
-        }
+        PutBy([](Unit* to, const Unit* from,
+                 std::size_t count) { std::memcpy(to, from, count * sizeof(Unit)); },
+              text);
     }
 
-    // Writes text whose characters may have to be replaced; see clsReplacingCopy.
-    template <bool isName, class Replace>
-    void PutReplacing(View text, Replace replace) {
+    // Puts a text piece by piece, each copied by a function of where to, where from and how many characters.
+    template <class Copy>
+    void PutBy(Copy copy, View text) {
         while (!text.empty()) {
             const std::size_t part = Part(text.size());
-            clsReplacingCopy<isName>::Copy(block_.get() + used_, text.data(), part, replace);
+            copy(block_.get() + used_, text.data(), part);
             used_ += part;
             text.remove_prefix(part);
         }

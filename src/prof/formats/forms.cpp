@@ -15,26 +15,26 @@ bool IsBeginOf(Header header, std::u16string_view line) {
 
 } // namespace
 
-const IclsFormReader& ProfpDetectForm(std::u16string_view firstLine, bool foreignXfdf) {
+FormReader ProfpDetectForm(std::u16string_view firstLine, bool foreignXfdf) {
     if (!firstLine.starts_with(u'<'))
-        return g_textReader;
+        return ProfpReadText;
     if (foreignXfdf && firstLine != xmlHeader.substr(0, xmlHeader.find(u'\r')))
-        return g_foreignXfdfReader;
+        return ProfpReadForeignXfdf;
     if (IsBeginOf(xmlHeader, firstLine))
-        return g_xmlReader;
+        return ProfpReadXml;
     if (IsBeginOf(xfdfHeader, firstLine))
-        return g_xfdfReader;
-    return g_textBehindMarkupReader;
+        return ProfpReadXfdf;
+    return ProfpReadTextAfterMarkup;
 }
 
-const IclsFormWriter& ProfpFormToWrite(std::uint32_t flags) {
+const scFormWriter& ProfpFormToWrite(std::uint32_t flags) {
     switch (flags & 0xFu) {
     case 0:
-        return g_textWriter;
+        return textWriter;
     case 2:
-        return g_xfdfWriter;
+        return xfdfWriter;
     default:
-        return g_xmlWriter;
+        return xmlWriter;
     }
 }
 

@@ -1,8 +1,9 @@
 // Lines of a profile's text, without indentation and without blank lines.
 #pragma once
 
-#include "text/input_text.h"
-#include "text/scan.h"
+#include "prof/formats/line_scan.h"
+#include "prof/formats/markup_scan.h"
+#include "text/encoding/input_text.h"
 
 #include <cstdint>
 #include <string_view>
@@ -18,14 +19,14 @@ class clsLineReader {
     // Moves to the next line that holds more than blanks. False at the end of the text. What was
     // seen of the line before is gone then.
     bool Next() {
-        return NextBy(text_, [](const char16_t* begin, scLine& line) { line = UtilpScanLine(begin); });
+        return NextBy(text_, [](const char16_t* begin, scLine& line) { line = ProfpScanLine(begin); });
     }
 
     // The same for a form of markup. Markup tells of the line, but not of what ExtendTo adds to it; quotes
     // among so many first characters do not count there.
     template <unsigned firstCharacters = 0>
     bool NextElement() {
-        return NextBy(markup_, UtilpScanMarkupLine<firstCharacters>);
+        return NextBy(markup_, ProfpScanMarkupLine<firstCharacters>);
     }
     const scMarkupLine& Markup() const { return markup_; }
 
@@ -106,7 +107,7 @@ class clsLineReader {
         for (;;) {
             while (line < end_ && IsSkipped(*line))
                 ++line;
-            const char16_t* const end = line < end_ ? UtilpScanLine(line).end : line;
+            const char16_t* const end = line < end_ ? ProfpScanLine(line).end : line;
             if (end >= end_) {
                 const std::ptrdiff_t seen = line - begin_;
                 if (Refill(begin_)) {

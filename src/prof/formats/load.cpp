@@ -38,12 +38,12 @@ void Unwrap(clsInputText& input, scLoadResult& result) {
     }
 }
 
-const IclsFormReader& ReaderFor(clsLineReader& lines, ReadMode mode) {
+FormReader ReaderFor(clsLineReader& lines, ReadMode mode) {
     if (mode == ReadMode::plainIni)
-        return g_plainIniReader;
+        return ProfpReadPlainIni;
     if (!lines.Next())
-        return g_xmlReader; // nothing at all is an empty profile in any form
-    const IclsFormReader& reader = ProfpDetectForm(lines.Line(), mode == ReadMode::foreignXfdf);
+        return ProfpReadXml; // nothing at all is an empty profile in any form
+    const FormReader reader = ProfpDetectForm(lines.Line(), mode == ReadMode::foreignXfdf);
     lines.Unread();
     return reader;
 }
@@ -67,7 +67,7 @@ scLoadResult ProfpLoad(clsByteSource& source, clsItemList& target, const scLoadR
         if (request.isFilledUp)
             input.DropZerosAtEnd();
         clsLineReader lines(input);
-        ReaderFor(lines, request.mode).Parse(lines, target, clsLoadWarnings(request.inputName));
+        ReaderFor(lines, request.mode)(lines, target, clsLoadWarnings(request.inputName));
         result.parsed = true;
     } catch (const clsLoadException& error) {
         clsDiagnosticLine()

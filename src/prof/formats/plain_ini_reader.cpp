@@ -12,30 +12,23 @@ std::u16string_view Trimmed(std::u16string_view text) {
     return text.substr(first, text.find_last_not_of(u" \t") + 1 - first);
 }
 
-class clsPlainIniReader final : public IclsFormReader {
-  public:
-    void Parse(clsLineReader& lines, clsItemList& target, const clsLoadWarnings&) const override {
-        clsTree& tree = *target.Tree();
-        clsItemList* section = &target;
-        while (lines.Next()) {
-            switch (lines.First()) {
-            case u'#':
-            case u';':
-                break;
-            case u'[':
-                section = tree.AppendList(target, scName(lines.HeaderName()));
-                break;
-            default:
-                tree.AppendItem(*section, scName(Trimmed(lines.Name())), Trimmed(lines.Value()));
-            }
-        }
-    }
-};
-
-const clsPlainIniReader plainIniReader;
-
 } // namespace
 
-const IclsFormReader& g_plainIniReader = plainIniReader;
+void ProfpReadPlainIni(clsLineReader& lines, clsItemList& target, const clsLoadWarnings&) {
+    clsTree& tree = *target.Tree();
+    clsItemList* section = &target;
+    while (lines.Next()) {
+        switch (lines.First()) {
+        case u'#':
+        case u';':
+            break;
+        case u'[':
+            section = tree.AppendList(target, scName(lines.HeaderName()));
+            break;
+        default:
+            tree.AppendItem(*section, scName(Trimmed(lines.Name())), Trimmed(lines.Value()));
+        }
+    }
+}
 
 } // namespace tvut

@@ -16,15 +16,8 @@ constexpr std::uint32_t compressedAsRead = 0x80;
 // Beyond this a 32-bit process could not read back what it wrote.
 constexpr std::uint64_t largestSavedProfile = 0x7FFFFFFF;
 
-// Makes a sink when, and only when, there is something that can be written.
-class IclsSinkMaker {
-  public:
-    virtual ~IclsSinkMaker() = default;
-    virtual clsByteSink& MakeSink() = 0;
-};
-
-// Writes a tree and finishes the sink. False, with no sink made, when the result would be
-// too large. Throws std::bad_alloc and what the sink throws.
-bool ProfpSave(const clsItemList& root, std::uint32_t flags, bool wasCompressed, IclsSinkMaker& maker);
+// Writes a tree and finishes the sink. False when the result would be too large; the sink has heard of
+// nothing then. Throws std::bad_alloc and what the sink throws.
+bool ProfpSave(const clsItemList& root, std::uint32_t flags, bool wasCompressed, clsByteSink& sink);
 
 } // namespace tvut

@@ -75,41 +75,28 @@ class clsTextParser {
     std::u16string value_;
 };
 
-class clsTextReader final : public IclsFormReader {
-  public:
-    // Behind the root's closing brace another root may follow, which is read into the same list; any other
-    // header there is a list of it.
-    void Parse(clsLineReader& lines, clsItemList& target, const clsLoadWarnings&) const override {
-        for (bool first = true; FindHeader(lines); first = false) {
-            if (!first && lines.Line() != rootHeader)
-                lines.Unread();
-            clsTextParser(lines, target).ParseList();
-        }
-    }
-};
+} // namespace
 
-const clsTextReader textReader;
+// After the root's closing brace another root may follow, which is read into the same list; any other header
+// there is a list of it.
+void ProfpReadText(clsLineReader& lines, clsItemList& target, const clsLoadWarnings&) {
+    for (bool first = true; FindHeader(lines); first = false) {
+        if (!first && lines.Line() != rootHeader)
+            lines.Unread();
+        clsTextParser(lines, target).ParseList();
+    }
+}
 
 // Lines before the root are skipped, markup among them. With no root at all it is some other program's file,
 // and an empty profile.
-class clsTextBehindMarkupReader final : public IclsFormReader {
-  public:
-    void Parse(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings) const override {
-        while (lines.Next()) {
-            if (lines.Line() == rootHeader) {
-                lines.Unread();
-                return textReader.Parse(lines, target, warnings);
-            }
+void ProfpReadTextAfterMarkup(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings) {
+    while (lines.Next()) {
+        if (lines.Line() == rootHeader) {
+            lines.Unread();
+            return ProfpReadText(lines, target, warnings);
         }
-        warnings.Tell(u"markup that is no profile of ours");
     }
-};
-
-const clsTextBehindMarkupReader textBehindMarkupReader;
-
-} // namespace
-
-const IclsFormReader& g_textReader = textReader;
-const IclsFormReader& g_textBehindMarkupReader = textBehindMarkupReader;
+    warnings.Tell(u"markup that is no profile of ours");
+}
 
 } // namespace tvut

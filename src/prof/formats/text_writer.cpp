@@ -1,15 +1,13 @@
 // Writes the text form: UTF-16 little-endian with a byte-order mark, CR LF after every line.
-#include "prof/formats/form.h"
-#include "prof/formats/form_output.h"
+#include "prof/formats/form_frame.h"
 #include "prof/formats/text_marks.h"
-#include "prof/tree_walk.h"
+
+#include <array>
 
 namespace tvut {
 
 namespace {
 
-constexpr std::u16string_view head = u"\uFEFF[/]\r\n{\r\n";
-constexpr std::u16string_view tail = u"}\r\n";
 constexpr std::u16string_view lineEnd = u"\r\n";
 
 // Every character is written as one character, so lengths are all it takes.
@@ -25,7 +23,7 @@ class clsMeasure {
     std::uint64_t Units() const { return units_; }
 
   private:
-    std::uint64_t units_ = head.size() + tail.size();
+    std::uint64_t units_ = 0;
 };
 
 class clsWriter {
@@ -37,10 +35,10 @@ class clsWriter {
         const std::u16string_view value = item.Value();
         output_.PutIndentation(level);
         if (char16_t* const line = output_.Reserve(name.size() + value.size() + 3)) {
-            clsReplacingCopy<true>::Copy(line, name.data(), name.size(), ProfpMarkInName);
+            clsMarkingCopy<true>::Copy(line, name.data(), name.size());
             line[name.size()] = u'=';
             char16_t* const text = line + name.size() + 1;
-            clsReplacingCopy<false>::Copy(text, value.data(), value.size(), ProfpMarkInValue);
+            clsMarkingCopy<false>::Copy(text, value.data(), value.size());
             text[value.size()] = u'\r';
             text[value.size() + 1] = u'\n';
             output_.Took(name.size() + value.size() + 3);
@@ -63,36 +61,25 @@ class clsWriter {
 
   private:
     void PutLongItem(std::u16string_view name, std::u16string_view value) {
-        output_.PutReplacing<true>(name, ProfpMarkInName);
+        output_.PutBy(clsMarkingCopy<true>::Copy, name);
         output_.Put(u'=');
-        output_.PutReplacing<false>(value, ProfpMarkInValue);
+        output_.PutBy(clsMarkingCopy<false>::Copy, value);
         output_.Put(lineEnd);
     }
 
     clsTextOutput& output_;
 };
 
-class clsTextWriter final : public IclsFormWriter {
-  public:
-    std::uint64_t Measure(const clsItemList& root) const override {
-        clsMeasure measure;
-        ProfpWalk(root, 1, measure);
-        return measure.Units() * sizeof(char16_t);
-    }
-
-    void Write(const clsItemList& root, std::uint64_t bytes, clsByteSink& sink) const override {
-        clsTextOutput output(sink, bytes);
-        output.Put(head);
-        ProfpWalk(root, 1, clsWriter(output));
-        output.Put(tail);
-        output.Flush();
-    }
+struct scTextForm {
+    using Unit = char16_t;
+    using Measure = clsMeasure;
+    using Writer = clsWriter;
+    static constexpr std::array head{std::u16string_view(u"\uFEFF[/]\r\n{\r\n")};
+    static constexpr std::u16string_view tail = u"}\r\n";
 };
-
-const clsTextWriter textWriter;
 
 } // namespace
 
-const IclsFormWriter& g_textWriter = textWriter;
+constexpr scFormWriter textWriter = formWriter<scTextForm>;
 
 } // namespace tvut

@@ -271,17 +271,10 @@ void clsForeignXfdfParser::ParseTag() {
     SkipTag();
 }
 
-class clsForeignXfdfReader final : public IclsFormReader {
-  public:
-    void Parse(clsLineReader& lines, clsItemList& target, const clsLoadWarnings&) const override {
-        clsForeignXfdfParser(lines, target).Parse();
-    }
-};
-
-const clsForeignXfdfReader foreignXfdfReader;
-
 } // namespace
 
-const IclsFormReader& g_foreignXfdfReader = foreignXfdfReader;
+void ProfpReadForeignXfdf(clsLineReader& lines, clsItemList& target, const clsLoadWarnings&) {
+    clsForeignXfdfParser(lines, target).Parse();
+}
 
 } // namespace tvut

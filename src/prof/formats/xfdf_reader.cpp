@@ -1,6 +1,6 @@
 // Fields open by lines that begin with <field> and name themselves behind it; a value is an item under the
 // name of the innermost open field, which changes neither level nor list. Field tags with attributes, those
-// that the writer and other programs write, are skipped like any other line: g_foreignXfdfReader reads them.
+// that the writer and other programs write, are skipped like any other line: ProfpReadForeignXfdf reads them.
 #include "prof/formats/xfdf_reader.h"
 
 #include "prof/formats/form.h"
@@ -108,22 +108,11 @@ void clsXfdfParser::Fail(std::u16string_view message) const {
     throw clsLoadException(lines_.Number(), message);
 }
 
-namespace {
-
-class clsXfdfReader final : public IclsFormReader {
-  public:
-    void Parse(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings) const override {
-        const std::uint32_t endBefore = target.End();
-        clsXfdfParser parser(lines, target);
-        parser.ParseDocument();
-        parser.Finish(target.End() == endBefore, warnings);
-    }
-};
-
-const clsXfdfReader xfdfReader;
-
-} // namespace
-
-const IclsFormReader& g_xfdfReader = xfdfReader;
+void ProfpReadXfdf(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings) {
+    const std::uint32_t endBefore = target.End();
+    clsXfdfParser parser(lines, target);
+    parser.ParseDocument();
+    parser.Finish(target.End() == endBefore, warnings);
+}
 
 } // namespace tvut

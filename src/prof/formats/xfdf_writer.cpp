@@ -2,18 +2,16 @@
 //
 // Nothing is escaped and a list's start tag has no name attribute: the programs that read these files
 // expect them so. docs/profile-forms.md says what of it can be read again.
-#include "prof/formats/form.h"
-#include "prof/formats/form_output.h"
+#include "prof/formats/form_frame.h"
 #include "prof/formats/xml_form.h"
-#include "prof/tree_walk.h"
-#include "text/utf8.h"
+#include "text/encoding/utf8.h"
+
+#include <array>
 
 namespace tvut {
 
 namespace {
 
-constexpr std::string_view head = "<fields>\r\n";
-constexpr std::string_view tail = "</fields>\r\n</xfdf>\r\n";
 constexpr std::string_view itemBegin = "<field name=\"";
 constexpr std::string_view listBegin = "<field=\"";
 constexpr std::string_view nameEnd = "\">\r\n";
@@ -36,10 +34,10 @@ class clsMeasure {
             ProfpIndentationLength(level) + listBegin.size() + nameEnd.size() + UtilpUtf8Length(entry.Name());
     }
     void EndList(std::uint32_t level) { bytes_ += ProfpIndentationLength(level) + fieldEnd.size(); }
-    std::uint64_t Bytes() const { return bytes_; }
+    std::uint64_t Units() const { return bytes_; }
 
   private:
-    std::uint64_t bytes_ = xfdfHeader.size() + head.size() + tail.size();
+    std::uint64_t bytes_ = 0;
 };
 
 class clsWriter {
@@ -94,28 +92,16 @@ class clsWriter {
     clsByteOutput& output_;
 };
 
-class clsXfdfWriter final : public IclsFormWriter {
-  public:
-    std::uint64_t Measure(const clsItemList& root) const override {
-        clsMeasure measure;
-        ProfpWalk(root, 1, measure);
-        return measure.Bytes();
-    }
-
-    void Write(const clsItemList& root, std::uint64_t bytes, clsByteSink& sink) const override {
-        clsByteOutput output(sink, bytes);
-        output.Put(xfdfHeader);
-        output.Put(head);
-        ProfpWalk(root, 1, clsWriter(output));
-        output.Put(tail);
-        output.Flush();
-    }
+struct scXfdfForm {
+    using Unit = char;
+    using Measure = clsMeasure;
+    using Writer = clsWriter;
+    static constexpr std::array head{xfdfHeader, std::string_view("<fields>\r\n")};
+    static constexpr std::string_view tail = "</fields>\r\n</xfdf>\r\n";
 };
-
-const clsXfdfWriter xfdfWriter;
 
 } // namespace
 
-const IclsFormWriter& g_xfdfWriter = xfdfWriter;
+constexpr scFormWriter xfdfWriter = formWriter<scXfdfForm>;
 
 } // namespace tvut

@@ -4,7 +4,7 @@
 #include "prof/formats/xfdf_reader.h"
 #include "prof/formats/xml_tags.h"
 #include "prof/formats/xml_text.h"
-#include "text/scan.h"
+#include "text/units.h"
 
 #include <algorithm>
 #include <string>
@@ -198,17 +198,10 @@ void clsXmlParser::ParseTag(std::u16string_view line) {
     NoteElementIn(line);
 }
 
-class clsXmlReader final : public IclsFormReader {
-  public:
-    void Parse(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings) const override {
-        clsXmlParser(lines, target).Parse(warnings);
-    }
-};
-
-const clsXmlReader xmlReader;
-
 } // namespace
 
-const IclsFormReader& g_xmlReader = xmlReader;
+void ProfpReadXml(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings) {
+    clsXmlParser(lines, target).Parse(warnings);
+}
 
 } // namespace tvut

@@ -1,7 +1,7 @@
 #include "prof/formats/xml_text.h"
 
 #include "text/digits.h"
-#include "text/input_text.h"
+#include "text/encoding/input_text.h"
 
 #include <algorithm>
 

@@ -10,6 +10,54 @@
 
 namespace tvut {
 
+// What cannot stand in XML text as it is.
+struct scXmlSpecial {
+    static constexpr bool Is(char16_t c) {
+        return c < 0x20 || c == u'<' || c == u'>' || c == u'&' || c == u'\'' || c == u'"';
+    }
+    // A byte for each of sixteen characters, all its bits set where one is special.
+    static __m128i Find(__m128i low, __m128i high) {
+        const __m128i block = UtilpPackAscii(low, high);
+        const __m128i control = UtilpEqualBytes(_mm_subs_epu8(block, _mm_set1_epi8(0x1F)), 0);
+        const __m128i angle = UtilpEqualBytes(_mm_or_si128(block, _mm_set1_epi8(2)), '>');  // 3C and 3E
+        const __m128i quote = UtilpEqualBytes(_mm_or_si128(block, _mm_set1_epi8(1)), '\''); // 26 and 27
+        return _mm_or_si128(_mm_or_si128(control, angle), _mm_or_si128(quote, UtilpEqualBytes(block, '"')));
+    }
+};
+
+// Copies text and returns whether any of it has to be escaped.
+inline bool ProfpCopyFindingSpecial(char16_t* out, std::u16string_view text) {
+    const std::size_t length = text.size();
+    std::size_t at = 0;
+    bool special = false;
+    const char16_t* const begin = text.data();
+    const auto copy = [&](std::size_t place) {
+        const __m128i block = UtilpLoadEight(begin + place);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + place), block);
+        return block;
+    };
+    __m128i found = _mm_setzero_si128();
+    for (; length - at >= 16; at += 16)
+        found = _mm_or_si128(found, scXmlSpecial::Find(copy(at), copy(at + 8)));
+    if (length - at >= 4) {
+        const auto copyFour = [&](std::size_t place) {
+            const __m128i block = UtilpLoadFour(begin + at + place);
+            _mm_storel_epi64(reinterpret_cast<__m128i*>(out + at + place), block);
+            return block;
+        };
+        const clsQuarters quarters(length - at);
+        found = _mm_or_si128(found,
+                             scXmlSpecial::Find(quarters.LowerHalf(copyFour), quarters.UpperHalf(copyFour)));
+        at = length;
+    }
+    special = _mm_movemask_epi8(found) != 0;
+    for (; at < length; ++at) {
+        out[at] = text[at];
+        special |= scXmlSpecial::Is(text[at]);
+    }
+    return special;
+}
+
 // What a character is written as; the text behind a character decides, too: of CR LF only the LF is
 // written. Room for the longest reference, &#x001f;
 class clsXmlReference {
@@ -50,7 +98,7 @@ inline std::size_t ProfpEscapedLength(std::u16string_view text) {
 
 // The text is copied first and looked at while that is done.
 inline void ProfpPutEscaped(clsReservedOutput<char16_t>& output, std::u16string_view text) {
-    const bool special = UtilpCopyFinding<scXmlSpecial>(output.Next(), text);
+    const bool special = ProfpCopyFindingSpecial(output.Next(), text);
     output.Took(special ? detail::PutEscaped(output.Next(), text) : text.size());
 }
 

@@ -1,17 +1,14 @@
 // Writes the XML form: UTF-16 little-endian with a byte-order mark, an element a line.
-#include "prof/formats/form.h"
-#include "prof/formats/form_output.h"
+#include "prof/formats/form_frame.h"
 #include "prof/formats/xml_form.h"
 #include "prof/formats/xml_text.h"
-#include "prof/tree_walk.h"
+
+#include <array>
 
 namespace tvut {
 
 namespace {
 
-constexpr std::u16string_view byteOrderMark = u"\uFEFF";
-constexpr std::u16string_view head = u"<profile>\r\n";
-constexpr std::u16string_view tail = u"</profile>\r\n";
 constexpr std::u16string_view itemBegin = u"<item name=\"";
 constexpr std::u16string_view itemMiddle = u"\">";
 constexpr std::u16string_view itemEnd = u"</item>\r\n";
@@ -33,7 +30,7 @@ class clsMeasure {
     std::uint64_t Units() const { return units_; }
 
   private:
-    std::uint64_t units_ = byteOrderMark.size() + xmlHeader.size() + head.size() + tail.size();
+    std::uint64_t units_ = 0;
 };
 
 class clsWriter {
@@ -70,29 +67,17 @@ class clsWriter {
     clsTextOutput& output_;
 };
 
-class clsXmlWriter final : public IclsFormWriter {
-  public:
-    std::uint64_t Measure(const clsItemList& root) const override {
-        clsMeasure measure;
-        ProfpWalk(root, 1, measure);
-        return measure.Units() * sizeof(char16_t);
-    }
-
-    void Write(const clsItemList& root, std::uint64_t bytes, clsByteSink& sink) const override {
-        clsTextOutput output(sink, bytes);
-        output.Put(byteOrderMark);
-        output.Put(xmlHeader);
-        output.Put(head);
-        ProfpWalk(root, 1, clsWriter(output));
-        output.Put(tail);
-        output.Flush();
-    }
+struct scXmlForm {
+    using Unit = char16_t;
+    using Measure = clsMeasure;
+    using Writer = clsWriter;
+    static constexpr std::array head{std::u16string_view(u"\uFEFF"), xmlHeader,
+                                     std::u16string_view(u"<profile>\r\n")};
+    static constexpr std::u16string_view tail = u"</profile>\r\n";
 };
-
-const clsXmlWriter xmlWriter;
 
 } // namespace
 
-const IclsFormWriter& g_xmlWriter = xmlWriter;
+constexpr scFormWriter xmlWriter = formWriter<scXmlForm>;
 
 } // namespace tvut

@@ -93,7 +93,6 @@ constexpr scEntityKey KeyOf(Name name) {
     return key;
 }
 
-#ifdef TVUT_HAS_SSE2
 // The bytes of a number that the first so many characters of a name have.
 constexpr std::uint32_t bytesOfLow[] = {0, 0xFF, 0xFFFF, 0xFFFFFF, ~0u, ~0u, ~0u, ~0u, ~0u};
 constexpr std::uint32_t bytesOfHigh[] = {0, 0, 0, 0, 0, 0xFF, 0xFFFF, 0xFFFFFF, ~0u};
@@ -106,7 +105,6 @@ scEntityKey KeyOfEightUnits(const char16_t* name, std::size_t length) {
             static_cast<std::uint32_t>(_mm_cvtsi128_si32(_mm_srli_si128(bytes, 4))) & bytesOfHigh[length],
             static_cast<std::uint32_t>(length)};
 }
-#endif
 
 // A table with a place for every name, found from its key; neighbours hold what meets there.
 struct scSlot {
@@ -142,12 +140,8 @@ constexpr Slots slots = MakeSlots();
 
 constexpr std::array<scMasked, 0x100> maskedUnits = MakeMaskedUnits();
 
-char16_t UtilpNamedUnit(std::u16string_view name, [[maybe_unused]] const char16_t* end) {
-#ifdef TVUT_HAS_SSE2
+char16_t UtilpNamedUnit(std::u16string_view name, const char16_t* end) {
     const scEntityKey key = end - name.data() >= 8 ? KeyOfEightUnits(name.data(), name.size()) : KeyOf(name);
-#else
-    const scEntityKey key = KeyOf(name);
-#endif
     std::size_t at = SlotOf(key);
     while (slots[at].key != key && slots[at].unit != 0)
         at = (at + 1) % slotCount;

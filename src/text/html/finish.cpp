@@ -89,7 +89,6 @@ class clsFinish {
 
     // Blocks of eight units of which none needs a decision.
     void PutPlainBlocks() {
-#ifdef TVUT_HAS_SSE2
         for (; end_ - next_ >= 8; next_ += 8, out_ += 8) {
             const __m128i block = UtilpLoadEight(next_);
             const unsigned blanks = clsFewUnits{u' ', noBreakSpace}.Marks(block);
@@ -101,7 +100,6 @@ class clsFinish {
             _mm_storeu_si128(reinterpret_cast<__m128i*>(out_), block);
             afterBlank_ = blanks >> 15 != 0;
         }
-#endif
     }
 
     const char16_t* next_;

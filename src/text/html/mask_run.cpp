@@ -41,8 +41,6 @@ char16_t* PutExact(char16_t unit, char16_t* result) {
     return std::copy_n(masked.begin(), length, result);
 }
 
-#ifdef TVUT_HAS_SSE2
-
 bool IsAscii(__m128i units) {
     return _mm_movemask_epi8(_mm_cmpeq_epi16(_mm_srli_epi16(units, 7), _mm_setzero_si128())) == 0xFFFF;
 }
@@ -71,13 +69,10 @@ bool IsPlain(__m128i block) {
     return IsAscii(block) && _mm_movemask_epi8(_mm_cmpeq_epi8(growth, _mm_setzero_si128())) == 0xFFFF;
 }
 
-#endif
-
 } // namespace
 
 std::size_t UtilpMaskedRunLength(const char16_t* text, const char16_t* end) {
     auto length = static_cast<std::size_t>(end - text);
-#ifdef TVUT_HAS_SSE2
     for (; end - text >= 16; text += 16) {
         const __m128i first = UtilpLoadEight(text), second = UtilpLoadEight(text + 8);
         if (IsAscii(_mm_or_si128(first, second))) {
@@ -87,14 +82,12 @@ std::size_t UtilpMaskedRunLength(const char16_t* text, const char16_t* end) {
         for (int i = 0; i < 16; ++i)
             length += LengthOf(text[i]) - 1;
     }
-#endif
     for (; text != end; ++text)
         length += LengthOf(*text) - 1;
     return length;
 }
 
 char16_t* UtilpMaskRun(const char16_t* text, const char16_t* end, char16_t* result, char16_t* resultEnd) {
-#ifdef TVUT_HAS_SSE2
     constexpr std::ptrdiff_t mostOfBlock = 8 * longestReference;
     for (; end - text >= 8 && resultEnd - result >= mostOfBlock; text += 8) {
         const __m128i block = UtilpLoadEight(text);
@@ -106,7 +99,6 @@ char16_t* UtilpMaskRun(const char16_t* text, const char16_t* end, char16_t* resu
         for (int i = 0; i < 8; ++i)
             result = PutFast(text[i], result);
     }
-#endif
     while (text != end && static_cast<std::size_t>(resultEnd - result) >= longestReference)
         result = PutFast(*text++, result);
     while (text != end)

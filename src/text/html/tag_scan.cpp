@@ -66,7 +66,6 @@ class clsTagScan {
 
     // Blocks of eight units without a tag, without two blanks in a row and without one to be converted.
     void PutPlainBlocks() {
-#ifdef TVUT_HAS_SSE2
         for (; end_ - next_ >= 8; next_ += 8, out_ += 8) {
             const __m128i block = UtilpLoadEight(next_);
             const unsigned blanks = clsFewUnits{u' ', noBreakSpace}.Marks(block);
@@ -77,7 +76,6 @@ class clsTagScan {
             _mm_storeu_si128(reinterpret_cast<__m128i*>(out_), block);
             afterBlank_ = blanks >> 15 != 0;
         }
-#endif
     }
 
     void TakeTag() {
@@ -104,7 +102,6 @@ class clsTagScan {
     // The end of the name that begins here. One that is too long means nothing, whatever its rest is.
     const char16_t* NameEnd() const {
         const char16_t* at = next_;
-#ifdef TVUT_HAS_SSE2
         if (end_ - next_ >= 8) {
             const __m128i block = UtilpLoadEight(next_);
             const unsigned ends = clsFewUnits{brackets.close, u' ', noBreakSpace, u'\r'}.Marks(block) |
@@ -113,7 +110,6 @@ class clsTagScan {
                 return next_ + std::countr_zero(ends) / 2;
             at += 8;
         }
-#endif
         const char16_t* const limit = next_ + std::min<std::ptrdiff_t>(end_ - next_, longestTagName + 1);
         while (at != limit && *at != brackets.close && !IsBlank(*at))
             ++at;

@@ -1,7 +1,7 @@
 // Drops the tags of a page, puts in what stands for them, and folds white space.
 #pragma once
 
-#include "text/html.h"
+#include "text/html/html.h"
 
 namespace tvut {
 

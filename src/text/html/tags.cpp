@@ -78,8 +78,6 @@ constexpr Key KeyOf(Name name) {
     return key;
 }
 
-#ifdef TVUT_HAS_SSE2
-
 // The same with as many units behind the name as fill it.
 Key LongKeyOf(std::u16string_view name) {
     const __m128i places = _mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
@@ -92,8 +90,6 @@ Key LongKeyOf(std::u16string_view name) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(key.data()), _mm_and_si128(lower, inside));
     return key;
 }
-
-#endif
 
 // Places by a hash of the first letters; neighbours hold what meets there.
 struct scSlot {
@@ -127,15 +123,11 @@ constexpr Slots slots = MakeSlots();
 
 } // namespace
 
-const scTag* UtilpFindTag(std::u16string_view name, [[maybe_unused]] const char16_t* end) {
+const scTag* UtilpFindTag(std::u16string_view name, const char16_t* end) {
     if (name.size() > longestTagName)
         return nullptr;
-#ifdef TVUT_HAS_SSE2
     const bool isRoomy = static_cast<std::size_t>(end - name.data()) >= keySize;
     const Key key = isRoomy ? LongKeyOf(name) : KeyOf(name);
-#else
-    const Key key = KeyOf(name);
-#endif
     std::size_t at = SlotOf(key);
     while (slots[at].tag && (slots[at].length != name.size() || !IsSame(slots[at].key, key)))
         at = (at + 1) % slotCount;

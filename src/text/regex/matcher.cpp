@@ -1,7 +1,7 @@
 #include "text/regex/matcher.h"
 
-#include "text/regex.h"
 #include "text/regex/letter_pairs.h"
+#include "text/regex/regex.h"
 
 #include <algorithm>
 

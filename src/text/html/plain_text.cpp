@@ -1,7 +1,7 @@
 // A page as plain text, pass after pass: no pass makes the text longer.
 #include "text/find.h"
-#include "text/html.h"
 #include "text/html/finish.h"
+#include "text/html/html.h"
 #include "text/html/links.h"
 #include "text/html/tag_scan.h"
 

@@ -1,10 +1,10 @@
-#include "text/byte_text.h"
+#include "text/bytes/byte_text.h"
 
 #include "platform/exception.h"
 #include "runtime/diagnostics.h"
-#include "text/base64.h"
-#include "text/block_cipher.h"
-#include "text/deflate.h"
+#include "text/bytes/base64.h"
+#include "text/bytes/block_cipher.h"
+#include "text/bytes/deflate.h"
 
 #include <algorithm>
 #include <memory>
@@ -41,6 +41,7 @@ constexpr std::size_t unfoldedAtOnce = 256 * 1024;
 std::size_t Drain(clsByteSource& source, clsByteSink& sink) {
     const clsRoom room(readAtOnce);
     std::size_t all = 0;
+    sink.Extend(clsByteSink::unknownLength);
     while (const std::size_t read = source.Read(room.Span().data(), room.Span().size())) {
         all += read;
         UtilpRequireReadable(all);
@@ -178,6 +179,7 @@ void clsPackedBytes::WriteText(char16_t* text) const {
 
 bool UtilpWriteBytesOfText(std::u16string_view text, std::u16string_view keyText, clsByteSink& sink,
                            std::uint64_t limit) {
+    sink.Extend(clsByteSink::unknownLength);
     const bool compressed = text.starts_with(zlibMark);
     const bool filled = text.starts_with(filledMark);
     if (compressed || filled)

@@ -1,8 +1,8 @@
 // Masking and demasking: characters to references and back.
 #include "text/digits.h"
 #include "text/find.h"
-#include "text/html.h"
 #include "text/html/entities.h"
+#include "text/html/html.h"
 #include "text/html/mask_run.h"
 
 #include <algorithm>
@@ -40,8 +40,6 @@ char16_t NumberedUnit(std::u16string_view digits) {
         number = static_cast<unsigned>(RuntimeNumber(digits, static_cast<int>(base)).value_or(0));
     return static_cast<char16_t>(number);
 }
-
-#ifdef TVUT_HAS_SSE2
 
 void Store(char16_t* text, __m128i units) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(text), units);
@@ -96,8 +94,6 @@ void CopyInWindow(const char16_t* from, char16_t* to, unsigned count) {
         copy(16);
 }
 
-#endif
-
 bool IsNumber(std::u16string_view reference) {
     return reference[1] == u'#';
 }
@@ -133,7 +129,6 @@ class clsDemasker {
     // still to be read: out is never in front of next. These two are kept out of memory, or the way through
     // it would be most of the cost.
     void TakeNearOnes() {
-#ifdef TVUT_HAS_SSE2
         const char16_t* next = next_;
         char16_t* out = out_;
         bool near = true;
@@ -161,7 +156,6 @@ class clsDemasker {
         }
         next_ = next;
         out_ = out;
-#endif
     }
 
     // From the ampersand here to the next semicolon, both counted; 0 when that is too far.
@@ -181,10 +175,8 @@ class clsDemasker {
     void CopyTo(const char16_t* stop) {
         const std::ptrdiff_t count = stop - next_;
         std::ptrdiff_t at = 0;
-#ifdef TVUT_HAS_SSE2
         for (; at < count - 7; at += 8)
             Store(out_ + at, UtilpLoadEight(next_ + at));
-#endif
         for (; at < count; ++at)
             out_[at] = next_[at];
         next_ = stop;

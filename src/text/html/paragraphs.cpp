@@ -1,6 +1,6 @@
 // Plain text as a sequence of paragraphs.
 #include "text/find.h"
-#include "text/html.h"
+#include "text/html/html.h"
 #include "text/html/mask_run.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // Base64 by tables: what every machine can do, and what the vector engines are measured by.
-#include "text/base64_engine.h"
+#include "text/bytes/base64_engine.h"
 
 #include <array>
 #include <cstring>

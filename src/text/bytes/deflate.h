@@ -16,7 +16,7 @@ class clsDeflatingSink final : public clsByteSink {
     clsDeflatingSink& operator=(const clsDeflatingSink&) = delete;
     ~clsDeflatingSink() override;
 
-    void Extend(std::uint64_t) override {} // what it comes to shows in the end
+    void Extend(std::uint64_t) override { target_.Extend(unknownLength); } // it shows in the end
     void Write(const void* data, std::size_t bytes) override;
     void Finish() override;
 

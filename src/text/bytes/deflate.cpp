@@ -1,4 +1,4 @@
-#include "text/deflate.h"
+#include "text/bytes/deflate.h"
 
 #include <array>
 #include <new>

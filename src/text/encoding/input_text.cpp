@@ -1,7 +1,7 @@
-#include "text/input_text.h"
+#include "text/encoding/input_text.h"
 
 #include "platform/code_page.h"
-#include "text/utf8.h"
+#include "text/encoding/utf8.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,6 +1,6 @@
-#include "text/base64.h"
+#include "text/bytes/base64.h"
 
-#include "text/base64_engine.h"
+#include "text/bytes/base64_engine.h"
 
 #include <algorithm>
 #include <limits>

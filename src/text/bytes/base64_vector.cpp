@@ -4,17 +4,13 @@
 // Instructions" (2018), with characters of 16 bits at the outer side. Packing those to 8 bits saturates,
 // so that a character beyond Latin-1 becomes 0 or 255, neither of which is in the alphabet.
 #include "platform/processor.h"
-#include "text/base64_engine.h"
+#include "text/bytes/base64_engine.h"
 
 #include <array>
 
-#ifdef TVUT_HAS_X86
 #include <immintrin.h>
-#endif
 
 namespace tvut {
-
-#ifdef TVUT_HAS_X86
 
 namespace {
 
@@ -150,14 +146,10 @@ TVUT_FOR_AVX2 std::size_t DecodeAvx2(const char16_t* text, std::size_t count, st
 
 } // namespace
 
-#endif
-
 std::span<const scBase64Engine> UtilpBase64Engines() {
     static constexpr scBase64Engine engines[] = {
-#ifdef TVUT_HAS_X86
         {"AVX2", PlatformHasAvx2, EncodeAvx2, DecodeAvx2},
         {"SSSE3", PlatformHasSsse3, EncodeSsse3, DecodeSsse3},
-#endif
         {"table", []() noexcept { return true; }, UtilpBase64EncodeByTable, UtilpBase64DecodeByTable},
     };
     return engines;

@@ -64,10 +64,10 @@ class clsPackedBytes {
     bool compressed_;
 };
 
-// Writes the bytes that a text stands for to a sink, which is not finished. A text that cannot be
-// decoded, or unfolds to more than a limit, gives false and a diagnostic line; the sink may have got
-// some bytes by then, so whoever promises all or nothing gives a sink that can be dropped. Throws what
-// the sink throws, std::bad_alloc.
+// Writes the bytes that a text stands for to a sink, whose length it does not know and which is not finished.
+// A text that cannot be decoded, or unfolds to more than a limit, gives false and a diagnostic line; the sink
+// may have got some bytes by then, so whoever promises all or nothing gives a sink that can be dropped.
+// Throws what the sink throws, std::bad_alloc.
 bool UtilpWriteBytesOfText(std::u16string_view text, std::u16string_view keyText, clsByteSink& sink,
                            std::uint64_t limit = largestUnfoldedBytes);
 

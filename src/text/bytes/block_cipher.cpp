@@ -1,4 +1,4 @@
-#include "text/block_cipher.h"
+#include "text/bytes/block_cipher.h"
 
 #include "text/units.h"
 
@@ -43,8 +43,6 @@ constexpr void Round(std::uint32_t& x, std::uint32_t& y, std::uint32_t key) {
 
 using Halves = std::array<std::uint32_t, blocksAtOnce>;
 
-#ifdef TVUT_HAS_SSE2
-
 __m128i RotateLeft(__m128i values, int bits) {
     return _mm_or_si128(_mm_slli_epi32(values, bits), _mm_srli_epi32(values, 32 - bits));
 }
@@ -73,19 +71,6 @@ void UndoRounds(Halves& xs, Halves& ys, std::span<const std::uint32_t> keys) {
     _mm_storeu_si128(at(ys, 0), y0);
     _mm_storeu_si128(at(ys, 4), y1);
 }
-
-#else
-
-void UndoRounds(Halves& xs, Halves& ys, std::span<const std::uint32_t> keys) {
-    for (std::size_t number = keys.size(); number-- != 0;) {
-        for (std::size_t at = 0; at < blocksAtOnce; ++at) {
-            ys[at] = std::rotr(ys[at] ^ xs[at], 3);
-            xs[at] = std::rotl((xs[at] ^ keys[number]) - ys[at], 8);
-        }
-    }
-}
-
-#endif
 
 // The two halves of a text's key, while it is being absorbed.
 struct scHalves {

@@ -1,4 +1,4 @@
-#include "text/utf8.h"
+#include "text/encoding/utf8.h"
 
 #include <array>
 #include <cstdint>

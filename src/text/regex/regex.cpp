@@ -1,4 +1,4 @@
-#include "text/regex.h"
+#include "text/regex/regex.h"
 
 #include "runtime/diagnostics.h"
 #include "text/regex/matcher.h"
