@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
 namespace prof_test {
@@ -24,7 +22,11 @@ class ProfTool : public ::testing::Test {
 
     // What follows "prof" on a command line, in UTF-8.
     Outcome prof(const std::string& arguments, std::string_view input = {}) const {
-        return run(std::filesystem::absolute(PROF_EXECUTABLE), "prof " + arguments, folder_, input);
+        return runHere(std::filesystem::absolute(PROF_EXECUTABLE), "prof " + arguments, input);
+    }
+    Outcome runHere(const std::filesystem::path& program, const std::string& commandLine,
+                    std::string_view input) const {
+        return run(program, commandLine, folder_, input);
     }
 
     std::unique_ptr<Process> start(const std::string& arguments) const {
@@ -32,13 +34,9 @@ class ProfTool : public ::testing::Test {
                                          folder_);
     }
 
-    std::string read(const std::string& name) const {
-        std::ifstream file{folder_ / name, std::ios::binary};
-        return {std::istreambuf_iterator<char>{file}, {}};
-    }
+    std::string read(const std::string& name) const { return testing_prof::readFile(folder_ / name); }
     void write(const std::string& name, std::string_view bytes) const {
-        std::ofstream{folder_ / name, std::ios::binary}.write(bytes.data(),
-                                                              static_cast<std::streamsize>(bytes.size()));
+        testing_prof::writeFile(folder_ / name, bytes);
     }
     std::filesystem::path pathOf(const std::string& name) const { return folder_ / name; }
 

@@ -10,8 +10,8 @@ namespace prof_test {
 namespace {
 
 struct Pipe {
-    OwnedHandle read;
-    OwnedHandle write;
+    testing_prof::Handle read;
+    testing_prof::Handle write;
 };
 
 // Only the child's end may be inherited: a child holding the other one would never see the end.
@@ -21,10 +21,10 @@ Pipe makePipe(bool childReads) {
     HANDLE write = nullptr;
     EXPECT_TRUE(CreatePipe(&read, &write, &inherited, 0));
     SetHandleInformation(childReads ? write : read, HANDLE_FLAG_INHERIT, 0);
-    return {OwnedHandle{read}, OwnedHandle{write}};
+    return {testing_prof::Handle{read}, testing_prof::Handle{write}};
 }
 
-void feed(OwnedHandle pipe, const std::string& text) {
+void feed(testing_prof::Handle pipe, const std::string& text) {
     DWORD count = 0;
     WriteFile(pipe.get(), text.data(), static_cast<DWORD>(text.size()), &count, nullptr);
 }
@@ -50,7 +50,7 @@ Process::Process(const std::filesystem::path& program, std::string_view commandL
         errorEnded_ = true;
         return;
     }
-    const OwnedHandle thread{process.hThread};
+    const testing_prof::Handle thread{process.hThread};
     process_.reset(process.hProcess);
     out_ = std::move(out.read);
     err_ = std::move(err.read);

@@ -1,11 +1,9 @@
 // Runs a program with its three standard streams on pipes.
 #pragma once
 
-#include <windows.h>
+#include "support/files.h"
 
 #include <condition_variable>
-#include <filesystem>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -22,12 +20,6 @@ struct Outcome {
 // commandLine is UTF-8 and begins with the program's name, which only fills its place there.
 Outcome run(const std::filesystem::path& program, std::string_view commandLine,
             const std::filesystem::path& folder, std::string_view input);
-
-struct CloseOnce {
-    using pointer = HANDLE;
-    void operator()(HANDLE handle) const { CloseHandle(handle); }
-};
-using OwnedHandle = std::unique_ptr<void, CloseOnce>;
 
 // A program that runs beside the test. It is killed when the test gives it up.
 class Process {
@@ -47,9 +39,9 @@ class Process {
   private:
     void drain(HANDLE pipe, std::string& text);
 
-    OwnedHandle process_;
-    OwnedHandle out_;
-    OwnedHandle err_;
+    testing_prof::Handle process_;
+    testing_prof::Handle out_;
+    testing_prof::Handle err_;
     Outcome outcome_;
     std::mutex mutex_;
     std::condition_variable changed_;
