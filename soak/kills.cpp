@@ -2,7 +2,7 @@
 // saved or the next one, whole, and no more than one temporary file is left beside it.
 #include "workloads.h"
 
-#include "win32/support/child.h"
+#include "support/child.h"
 
 #include <tvut22/tvut22.hpp>
 

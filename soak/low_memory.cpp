@@ -4,7 +4,7 @@
 // Between taking the address space and giving it back nothing here allocates.
 #include "workloads.h"
 
-#include "win32/support/files.h"
+#include "support/files.h"
 
 #include <tvut22/tvut22.hpp>
 #include <tvut22/util.h>

@@ -1,7 +1,7 @@
 // A disk that is full at any moment: a save that fails leaves the old file, one that does not leaves the new.
 #include "workloads.h"
 
-#include "win32/support/files.h"
+#include "support/files.h"
 
 #include <tvut22/tvut22.hpp>
 

@@ -49,18 +49,31 @@ class CountedAllocations {
 
     static inline int failFrom_ = 0;
 
-    ImportHook hooks_[10] = {
-        ImportHook("malloc", reinterpret_cast<void*>(malloc)),
-        ImportHook("calloc", reinterpret_cast<void*>(calloc)),
-        ImportHook("realloc", reinterpret_cast<void*>(realloc)),
-        ImportHook("HeapAlloc", reinterpret_cast<void*>(heapAlloc)),
-        ImportHook("VirtualAlloc", reinterpret_cast<void*>(virtualAlloc)),
-        ImportHook("GlobalAlloc", reinterpret_cast<void*>(globalAlloc)),
-        ImportHook("SysAllocStringByteLen", reinterpret_cast<void*>(text)),
-        ImportHook("SafeArrayCreate", reinterpret_cast<void*>(array)),
-        ImportHook("SysAllocStringLen", reinterpret_cast<void*>(sysAlloc)),
-        ImportHook("SysReAllocStringLen", reinterpret_cast<void*>(sysReAlloc)),
-    };
+    ImportHook hooks_[10] = {ImportHook("malloc", reinterpret_cast<void*>(malloc)),
+                             ImportHook("calloc", reinterpret_cast<void*>(calloc)),
+                             ImportHook("realloc", reinterpret_cast<void*>(realloc)),
+                             ImportHook("HeapAlloc", reinterpret_cast<void*>(heapAlloc)),
+                             ImportHook("VirtualAlloc", reinterpret_cast<void*>(virtualAlloc)),
+                             ImportHook("GlobalAlloc", reinterpret_cast<void*>(globalAlloc)),
+                             ImportHook("SysAllocStringByteLen", reinterpret_cast<void*>(text)),
+                             ImportHook("SafeArrayCreate", reinterpret_cast<void*>(array)),
+                             ImportHook("SysAllocStringLen", reinterpret_cast<void*>(sysAlloc)),
+                             ImportHook("SysReAllocStringLen", reinterpret_cast<void*>(sysReAlloc))};
 };
+
+/// Does the work with the n-th allocation and all later ones failing, for every n, until it needs no more;
+/// and lets the check look at what came of it, with whether an allocation has failed.
+template <class Work, class Check>
+void failEachAllocation(Work work, Check check) {
+    bool failed = true;
+    for (int n = 1; failed; ++n) {
+        {
+            const CountedAllocations failing(n);
+            work();
+            failed = CountedAllocations::count >= n;
+        }
+        check(failed);
+    }
+}
 
 } // namespace testing_prof

@@ -54,7 +54,7 @@ std::span<const TextCall<F>> textCalls() {
         PROF_TEXT_CALL(appendFile, F::appendFile(j, 0, t, t, t)),
         PROF_TEXT_CALL(appendFiles, F::appendFiles(j, 0, t, t)),
         PROF_TEXT_CALL(enumerate, F::enumerate(j, 0, visitNothing<Char>, 0)),
-        PROF_TEXT_CALL(deleteItem, F::deleteItem(j, 0, t)), PROF_TEXT_CALL(deleteList, F::deleteList(j, 0, t)),
+        PROF_TEXT_CALL(deleteItem, F::deleteItem(j, 0, t)), PROF_TEXT_CALL(deleteList, F::deleteList(j, 0, t))
     };
 #undef PROF_TEXT_CALL
 #undef PROF_EDIT

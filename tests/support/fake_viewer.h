@@ -3,7 +3,7 @@
 
 #include <winsock2.h>
 
-#include "files.h"
+#include "shared_view.h"
 
 #include <gtest/gtest.h>
 #include <tvut22/viewer.h>
@@ -75,25 +75,12 @@ class Receiver {
 };
 
 /// The shared info under one of its names.
-class PublishedInfo {
+class PublishedInfo : public SharedView<LogpanSharedInfo> {
   public:
-    explicit PublishedInfo(const wchar_t* name, const LogpanSharedInfo& info)
-        : mapping_(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, 64, name)),
-          view_(static_cast<LogpanSharedInfo*>(MapViewOfFile(mapping_.get(), FILE_MAP_WRITE, 0, 0, 0))) {
-        *view_ = info;
+    explicit PublishedInfo(const wchar_t* name, const LogpanSharedInfo& info) : SharedView(name, 64) {
+        **this = info;
     }
-    ~PublishedInfo() {
-        view_->mask = 0; // somebody may still have it mapped
-        UnmapViewOfFile(view_);
-    }
-    PublishedInfo(const PublishedInfo&) = delete;
-    PublishedInfo& operator=(const PublishedInfo&) = delete;
-
-    LogpanSharedInfo* operator->() const { return view_; }
-
-  private:
-    Handle mapping_;
-    LogpanSharedInfo* view_;
+    ~PublishedInfo() { (*this)->mask = 0; } // somebody may still have it mapped
 };
 
 } // namespace testing_prof
