@@ -5,20 +5,14 @@
 // holds as something else is told by an account of its own, not by the library's. What is loaded must be what
 // that account expects, entry by entry.
 #include "choices.h"
+#include "require.h"
 
 #include "prof/tree_walk.h"
 #include "unit/native_platform.h"
 
-#include <cstdlib>
-
 using namespace tvut;
 
 namespace {
-
-void Require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 // ---- A tree as a sequence of entries ----------------------------------------------------------------
 
@@ -188,11 +182,9 @@ void ExpectFromXfdf(scEntry& entry) {
     ReplaceHalves(entry.value);
 }
 
-constexpr scForm forms[] = {
-    {0, ReadMode::detect, RestrictToText, ExpectFromText},
-    {1, ReadMode::detect, [](scEntry&) {}, ExpectFromXml},
-    {2, ReadMode::foreignXfdf, RestrictToXfdf, ExpectFromXfdf},
-};
+constexpr scForm forms[] = {{0, ReadMode::detect, RestrictToText, ExpectFromText},
+                            {1, ReadMode::detect, [](scEntry&) {}, ExpectFromXml},
+                            {2, ReadMode::foreignXfdf, RestrictToXfdf, ExpectFromXfdf}};
 
 void Check(const scForm& form, Entries entries, bool pooling, bool compress) {
     std::ranges::for_each(entries, form.restrict);

@@ -1,4 +1,5 @@
 // Base64 and its engines, the block cipher, and the text form of bytes.
+#include "support/cases.h"
 #include "text/bytes/base64.h"
 #include "text/bytes/base64_engine.h"
 #include "text/bytes/block_cipher.h"
@@ -65,25 +66,10 @@ TEST(Base64, EveryLengthComesBackInRoomsOfEverySize) {
 }
 
 TEST(Base64, WhatIsTakenAndWhatIsBadFormat) {
-    const std::pair<std::u16string_view, std::optional<std::string>> cases[] = {
-        {u"", ""},           {u" \t\r\n", ""},
-        {u"QUJD", "ABC"},    {u" Q U\tJ\r\nD ", "ABC"},
-        {u"QUI=\r\n", "AB"}, {u"QQ = = ", "A"},
-        {u"QUI", "AB"},                      // no padding at all
-        {u"QUJDQQ", "ABCA"}, {u"QR==", "A"}, // bits that are not used
-        {u"Q", {}},          {u"QUJDQ", {}},
-        {u"QQ=", {}}, // too short, too long, alone, in the middle
-        {u"QUI==", {}},      {u"QUJD=", {}},
-        {u"QUJD====", {}},   {u"====", {}},
-        {u"=", {}},          {u"Q===", {}},
-        {u"QQ==QUJD", {}},   {u"QQ==x", {}},
-        {u"QU=D", {}},       {u"QUJD-_", {}},
-        {u"QUJ\u0144", {}}, // 'D' + 256
-        {u"QUJ\u8044", {}},  {std::u16string_view(u"QUJ\0", 4), {}},
-        {u"@3@QUJD", {}},
-    };
-    for (const auto& [text, bytes] : cases)
-        EXPECT_EQ(Decoded(text), bytes) << testing::PrintToString(std::u16string(text));
+    for (const scCaseRow& row : CaseRows("base64", 2)) {
+        const std::optional<std::string> bytes = Decoded(row[0]);
+        EXPECT_EQ(bytes ? Ascii(*bytes) : u"bad format", row[1]) << row.where;
+    }
 }
 
 TEST(Base64, LineBreaksAnywhereInLongTexts) {

@@ -1,6 +1,7 @@
 // Character sets against their plain definition; days of clock changes against a calendar walked day by day.
 #include "locale/charset.h"
 #include "locale/transition.h"
+#include "support/cases.h"
 #include "unit/charset_reference.h"
 
 #include <gtest/gtest.h>
@@ -12,31 +13,9 @@ using namespace tvut;
 namespace {
 
 TEST(Charset, OfTexts) {
-    const struct {
-        std::u16string_view text;
-        int on1252, on936;
-    } rows[] = {
-        {u"", 0, 0},
-        {u"Latin letters \u00FC\u0159, digits 1, marks \u2014", 0, 0},
-        {u"\u0393\u03BB\u03CE\u03C3\u03C3\u03B1", 161, 161},
-        {u"\u1F00\u1FFF", 161, 161},
-        {u"\u0420\u0443\u0441\u0441\u043A\u0438\u0439 \u2014 text", 204, 204},
-        {u"\u05E2\u05D1\u05E8\u05D9\u05EA", 177, 177},
-        {u"\u0639\u0631\u0628\u064A", 178, 178},
-        {u"\u0E44\u0E17\u0E22", 222, 222},
-        {u"\uD55C\uAE00", 129, 129},
-        {u"\u3400", 129, 129},
-        {u"\u3072\u3089", 128, 128},
-        {u"\u6F22", 0, 134},
-        {u"\u03B1\u0431", 0, 134},
-        {u"\u03B1 and much later, behind a block or two of Latin letters, \u0431", 0, 134},
-        {u"\u03B1\0\u0431", 161, 161}, // what is behind the terminator does not count
-    };
-    for (const auto& row : rows) {
-        const std::u16string text(row.text);
-        SCOPED_TRACE(testing::PrintToString(text));
-        EXPECT_EQ(UtilpLikelyCharset(text.c_str(), 1252), row.on1252);
-        EXPECT_EQ(UtilpLikelyCharset(text.c_str(), 936), row.on936);
+    for (const scCaseRow& row : CaseRows("charsets", 3)) {
+        EXPECT_EQ(std::to_string(UtilpLikelyCharset(row[0].c_str(), 1252)), NarrowCase(row[1])) << row.where;
+        EXPECT_EQ(std::to_string(UtilpLikelyCharset(row[0].c_str(), 936)), NarrowCase(row[2])) << row.where;
     }
 }
 
@@ -134,8 +113,7 @@ TEST(Transition, KeepsToUnusualRules) {
          2018,
          {2018, 12, noDayOfWeek, 7, 2, 30, 15, 0}},
         {"a weekday counted on: 8 is Monday", Rule(12, 8, 1), 2018, {2018, 12, noDayOfWeek, 3, 2, 30, 15, 0}},
-        {"a month there is not", Rule(13, 0, 2), 2018, {2018, 13, noDayOfWeek, 2, 2, 30, 15, 0}},
-    };
+        {"a month there is not", Rule(13, 0, 2), 2018, {2018, 13, noDayOfWeek, 2, 2, 30, 15, 0}}};
     for (const auto& row : rows)
         EXPECT_EQ(UtilpTransitionInYear(row.rule, row.year), row.expected) << row.what;
 }

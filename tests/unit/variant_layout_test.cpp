@@ -40,8 +40,7 @@ constexpr std::string_view stored[] = {
     "01 0820 0100 02000000 01000000 00000000 FFFFFFFF",
     "01 0920 0100 02000000 00000000 00 00",
     "01 0C20 0100 02000000 00000000 0000 0C20 0100 01000000 00000000 0B00 FFFF",
-    "01 0C20 0100 00000000 05000000",
-};
+    "01 0C20 0100 00000000 05000000"};
 
 TEST(Variants, ReadAsTheyWereWrittenAndNotWhenCutOrLengthened) {
     for (const std::string_view hex : stored) {
@@ -57,25 +56,16 @@ TEST(Variants, ReadAsTheyWereWrittenAndNotWhenCutOrLengthened) {
 }
 
 TEST(Variants, ThatNobodyWroteAreRefusedBeforeAnythingIsMade) {
-    for (const std::string_view hex : {
-             "00 0000",
-             "02 0000", // another layout
-             "01 0C00",
-             "01 0F00",
-             "01 2400",
-             "01 0340 00000000",
-             "01 0D00 01",
-             "01 0E00 1D00 00000000 0000000000000000", // decimal of scale 29
-             "01 0E00 0001 00000000 0000000000000000", // of an unknown sign
-             "01 0020 0100 00000000 00000000",
-             "01 0120 0000",
-             "01 2420 0000",
-             "01 0320 4100",
-             "01 1120 0100 FFFFFFFF 00000000 00", // counts that the bytes do not hold
-             "01 1120 0200 00000100 00000000 00000100 00000000 00",
-             "01 0C20 0100 02000000 00000000 0000",
-             "01 0820 0100 01000000 00000000 05000000 00",
-         }) {
+    for (const std::string_view hex :
+         {"00 0000",
+          "02 0000", // another layout
+          "01 0C00", "01 0F00", "01 2400", "01 0340 00000000", "01 0D00 01",
+          "01 0E00 1D00 00000000 0000000000000000", // decimal of scale 29
+          "01 0E00 0001 00000000 0000000000000000", // of an unknown sign
+          "01 0020 0100 00000000 00000000", "01 0120 0000", "01 2420 0000", "01 0320 4100",
+          "01 1120 0100 FFFFFFFF 00000000 00", // counts that the bytes do not hold
+          "01 1120 0200 00000100 00000000 00000100 00000000 00", "01 0C20 0100 02000000 00000000 0000",
+          "01 0820 0100 01000000 00000000 05000000 00"}) {
         clsVariantWriter written;
         EXPECT_FALSE(Reads(FromHex(hex), written)) << hex;
     }
