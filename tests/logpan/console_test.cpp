@@ -122,13 +122,11 @@ TEST(Console, ShowsWhatTheFilterLetsThrough) {
         const char* arguments;
         const char* shown; // the first letters of the lines
     };
-    constexpr Case cases[] = {
-        {"--filter LOAD --max-lines 2", "ac"},
-        {"--filter load --exclude printer --max-lines 1", "c"},
-        {"--regex --filter \"^(alpha|c.*d$)\" --max-lines 2", "ac"},
-        {"--regex --exclude \"^[ac]|^d\" --max-lines 2", "be"},
-        {"--filter kx32util --max-lines 5", "abcde"},
-    };
+    constexpr Case cases[] = {{"--filter LOAD --max-lines 2", "ac"},
+                              {"--filter load --exclude printer --max-lines 1", "c"},
+                              {"--regex --filter \"^(alpha|c.*d$)\" --max-lines 2", "ac"},
+                              {"--regex --exclude \"^[ac]|^d\" --max-lines 2", "be"},
+                              {"--filter kx32util --max-lines 5", "abcde"}};
     for (const Case& at : cases) {
         Viewer viewer{std::string{"--console "} + at.arguments};
         const Sender sender{viewer.port()};
@@ -153,15 +151,13 @@ TEST(Console, RefusesWrongUsage) {
         const char* arguments;
         const char* reason;
     };
-    constexpr Case cases[] = {
-        {"--console --regex --filter \"(\"", "logpan: --filter: "},
-        {"--regex --exclude \"[\"", "logpan: --exclude: "},
-        {"--max-lines 3", "need --console or --json"},
-        {"--console --max-lines 0", "--max-lines"},
-        {"--console --datagram 100", "--datagram"},
-        {"--console --exit-after -1", "--exit-after"},
-        {"--unknown", "Try 'logpan --help'."},
-    };
+    constexpr Case cases[] = {{"--console --regex --filter \"(\"", "logpan: --filter: "},
+                              {"--regex --exclude \"[\"", "logpan: --exclude: "},
+                              {"--max-lines 3", "need --console or --json"},
+                              {"--console --max-lines 0", "--max-lines"},
+                              {"--console --datagram 100", "--datagram"},
+                              {"--console --exit-after -1", "--exit-after"},
+                              {"--unknown", "Try 'logpan --help'."}};
     for (const Case& at : cases) {
         const Outcome outcome = Viewer{at.arguments}.finish();
         EXPECT_EQ(outcome.code, 2u) << at.arguments;

@@ -5,9 +5,15 @@
 #include "shown_lines.h"
 #include "text_message.h"
 
+#include "support/cases.h"
+
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace tool::logpan {
+
+using tvut::CaseRows, tvut::NarrowCase, tvut::scCaseRow, tvut::wideCase;
 
 namespace {
 
@@ -138,70 +144,33 @@ TEST(Joiner, SeparatesIndentationAndLineEnd) {
 // The library's own reports bear the host program's name in their text. One that is longer than its columns
 // counts once it is known: a colon behind a word is no rarity.
 TEST(Joiner, TakesTheHostsNameFromReports) {
-    struct Case {
-        std::wstring_view sent;
-        std::wstring_view module;
-        std::size_t level;
-        std::wstring_view text;
-        Severity severity = Severity::none;
-    };
-    constexpr Case cases[] = {
-        {L"heaps   :Error: clsHeap[]\n", L"heaps", 0, L"Error: clsHeap[]", Severity::error},
-        {L"  heaps   :  Warning: left\n", L"heaps", 4, L"Warning: left", Severity::warning},
-        {L"a b     :->3", L"a b", 0, L"->3"},
-        {L"settings: more", L"", 0, L"settings: more"},
-        {L"settings:8080", L"", 0, L"settings:8080"},
-        {L"settings:WRN: left", L"settings", 0, L"WRN: left", Severity::warning},
-        {L"settings: more", L"settings", 1, L"more"},
-        {L"report viewer: more", L"", 0, L"report viewer: more"},
-        {L"++report viewer.exe [C:\\r.exe] [r]", L"", 0, L"++report viewer.exe [C:\\r.exe] [r]"},
-        {L"report viewer: more", L"report viewer", 1, L"more"},
-        {L"customers:UtilJobOpen('A',0)", L"customers", 0, L"UtilJobOpen('A',0)"},
-        {L"heaps   Error: no colon", L"", 0, L"heaps   Error: no colon"},
-        {L"heaps  :Error: too short", L"", 0, L"heaps  :Error: too short"},
-        {L"C:/a/b/c:Error: a path", L"", 0, L"C:/a/b/c:Error: a path"},
-        {L"        :Error: no name", L"", 8, L":Error: no name"},
-        {L"\nKX32UTIL['a']: error in 'b' (c): d\n", L"", 0, L"\nKX32UTIL['a']: error in 'b' (c): d",
-         Severity::error},
-        {L"PROF load error line 3: 'x'", L"", 0, L"PROF load error line 3: 'x'", Severity::error},
-    };
+    const std::map<std::u16string, Severity> severities{
+        {u"none", Severity::none}, {u"warning", Severity::warning}, {u"error", Severity::error}};
     Bench bench;
-    for (const Case& at : cases) {
-        bench.packet(1, static_cast<char>('0' + (&at - cases) % 10), at.sent);
+    char digit = '0';
+    for (const scCaseRow& row : CaseRows("logpan/reports", 5)) {
+        bench.packet(1, digit, wideCase(row[0]));
+        digit = digit == '9' ? '0' : static_cast<char>(digit + 1);
         bench.now += Joiner::moment;
         const std::optional<Line> line = bench.joiner.take(bench.now);
         ASSERT_TRUE(line);
-        EXPECT_EQ(line->module, at.module) << &at - cases;
-        EXPECT_EQ(line->level, at.level) << &at - cases;
-        EXPECT_EQ(line->text, at.text);
-        EXPECT_EQ(severityOf(line->text), at.severity) << &at - cases;
+        EXPECT_EQ(line->module, wideCase(row[1])) << row.where;
+        EXPECT_EQ(std::to_string(line->level), NarrowCase(row[2])) << row.where;
+        EXPECT_EQ(line->text, wideCase(row[3])) << row.where;
+        EXPECT_EQ(severityOf(line->text), severities.at(row[4])) << row.where;
     }
 }
 
 TEST(TextMessage, IsTakenApartWhereItHasColumns) {
-    struct Case {
-        std::wstring_view message;
-        std::wstring_view plain; // empty: it has none
-    };
-    constexpr Case cases[] = {
-        {L"KX32UTIL: 12:34:56.789 0000abcd/0f 7    two", L"12:34:56.789 KX32UTIL 0000abcd/0f 7   two"},
-        {L"App     : 34:56.789 ffffffff/00 0  text", L"00:34:56.789 App      ffffffff/00 0 text"},
-        {L"12:34:56.789 00000001/01 9 worker text", L"12:34:56.789          00000001/01 9 worker text"},
-        {L"12:34:56.789 0000abcd/01 7", L""},
-        {L"12:34:56.78 0000abcd/01 7  x", L""},
-        {L": ", L""},
-        {L"error: nothing", L""},
-        {L"", L""},
-    };
-    for (const Case& at : cases) {
-        const std::optional<Line> line = parseTextMessage(at.message);
-        ASSERT_EQ(line.has_value(), !at.plain.empty()) << std::string(at.message.begin(), at.message.end());
-        if (!line)
+    for (const scCaseRow& row : CaseRows("logpan/messages", 2)) {
+        const std::wstring message = wideCase(row[0]);
+        ASSERT_EQ(parseTextMessage(message).has_value(), !row[1].empty()) << row.where;
+        if (row[1].empty())
             continue;
         Bench bench; // which splits off the indentation
-        bench.message(at.message);
+        bench.message(message);
         bench.now += Joiner::moment;
-        EXPECT_EQ(plainLine(*bench.joiner.take(bench.now)), at.plain);
+        EXPECT_EQ(plainLine(*bench.joiner.take(bench.now)), wideCase(row[1])) << row.where;
     }
 }
 
@@ -242,8 +211,7 @@ TEST(Columns, PrintHostileLinesHarmlessly) {
          L"00:00:00.000          00000000/00 0 \xd83d\xde00 \\ud83d\u00de\\udc00\\ud800",
          L"{\"time\":null,\"module\":\"\",\"thread\":\"00000000\",\"processor\":\"00\",\"sequence\":0,"
          L"\"port\":0,\"level\":0,"
-         L"\"severity\":\"\",\"text\":\"\xd83d\xde00 \xfffd\u00de\xfffd\xfffd\"}"},
-    };
+         L"\"severity\":\"\",\"text\":\"\xd83d\xde00 \xfffd\u00de\xfffd\xfffd\"}"}};
     for (const Case& at : cases) {
         EXPECT_EQ(plainLine(at.line), at.plain);
         EXPECT_EQ(jsonLine(at.line), at.json);
@@ -251,27 +219,13 @@ TEST(Columns, PrintHostileLinesHarmlessly) {
 }
 
 TEST(Filter, ShowsByTextOrModule) {
-    constexpr auto substring = PatternKind::substring;
-    constexpr auto regular = PatternKind::regularExpression;
-    struct Case {
-        std::wstring_view include;
-        std::wstring_view exclude;
-        PatternKind kind;
-        bool shown; // of "KX32UTIL", "Heap 7 destroyed (2 objects)"
-    };
-    constexpr Case cases[] = {
-        {L"", L"", substring, true},        {L"heap", L"", substring, true},
-        {L"kx32", L"", substring, true},    {L"HEAP 7 DES", L"", substring, true},
-        {L"heap 8", L"", substring, false}, {L"", L"heap", substring, false},
-        {L"heap", L"(2", substring, false}, {L"", L"other", substring, true},
-        {L"heap.", L"", substring, false},  {L"^heap \\d+", L"", regular, true},
-        {L"^util|obj", L"", regular, true}, {L"^\\d", L"", regular, false},
-        {L"", L"util$", regular, false},    {L"destroyed$", L"", regular, false},
-    };
     const LinePtr line = lineOf(L"Heap 7 destroyed (2 objects)");
-    for (const Case& at : cases)
-        EXPECT_EQ((Filter{{at.include, at.kind}, {at.exclude, at.kind}}.shows(*line)), at.shown)
-            << &at - cases;
+    for (const scCaseRow& row : CaseRows("logpan/filters", 4)) {
+        const PatternKind kind =
+            row[2] == u"regular" ? PatternKind::regularExpression : PatternKind::substring;
+        const Filter filter{{wideCase(row[0]), kind}, {wideCase(row[1]), kind}};
+        EXPECT_EQ(filter.shows(*line), row[3] == u"true") << row.where;
+    }
 }
 
 TEST(Filter, RefusesPatternsThatAreNone) {

@@ -49,8 +49,7 @@ constexpr Sample samples[] = {
     {0, L"", 0x1b0, L"Kontor  :Error: clsHeapNode['KXFORM'/'Forms']::FreeObjectD(0X00A31F5C)"},
     {0, L"", 0x1b0, L"Kontor  : Memory overrun, fence value has been changed (object not freed)"},
     {0, L"", 0x1b0, L"Kontor  : -Object at 0X00A31F5C, 64(=0x00000040) Bytes"},
-    {0, L"KX32UTIL", 0x1b0, L"job 00a31f00 closed"},
-};
+    {0, L"KX32UTIL", 0x1b0, L"job 00a31f00 closed"}};
 
 void sendSamples(UINT32 port) {
     const Sender programs[] = {Sender{port}, Sender{port}};

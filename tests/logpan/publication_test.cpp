@@ -1,26 +1,11 @@
 // What a viewer publishes, and what happens when there was one before.
 #include "viewer.h"
 
+#include "support/shared_view.h"
+
 namespace logpan_test {
 
 namespace {
-
-template <class T>
-class Mapping {
-  public:
-    explicit Mapping(const wchar_t* name)
-        : handle_(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(T), name)),
-          view_(static_cast<T*>(MapViewOfFile(handle_.get(), FILE_MAP_WRITE, 0, 0, sizeof(T)))) {}
-    ~Mapping() { UnmapViewOfFile(view_); }
-    Mapping(const Mapping&) = delete;
-    Mapping& operator=(const Mapping&) = delete;
-    T* operator->() const { return view_; }
-    T& operator*() const { return *view_; }
-
-  private:
-    prof_test::OwnedHandle handle_;
-    T* view_;
-};
 
 HWND windowOf(UINT32 handle) {
     return reinterpret_cast<HWND>(static_cast<UINT_PTR>(handle));
@@ -29,8 +14,8 @@ HWND windowOf(UINT32 handle) {
 } // namespace
 
 TEST(Publication, TakesOverWhatADeadViewerLeft) {
-    const Mapping<LogpanSharedInfo> info{LOGPAN_SHARED_INFO_LOCAL};
-    const Mapping<UINT32> window{LOGPAN_GLOBAL_DATA};
+    const testing_prof::SharedView<LogpanSharedInfo> info{LOGPAN_SHARED_INFO_LOCAL};
+    const testing_prof::SharedView<UINT32> window{LOGPAN_GLOBAL_DATA};
     *info = {32, 1, ~0ull, 77, 0x1234};
     *window = 0x1234;
     Viewer viewer{"--console --max-lines 1"};

@@ -1,5 +1,7 @@
 #include "sender.h"
 
+#include "support/files.h"
+
 #include <cstring>
 #include <cwchar>
 #include <string>
@@ -8,14 +10,12 @@ namespace logpan_test {
 
 LogpanSharedInfo publishedInfo() {
     LogpanSharedInfo info{};
-    const HANDLE mapping = OpenFileMappingW(FILE_MAP_READ, FALSE, LOGPAN_SHARED_INFO_LOCAL);
-    if (mapping == nullptr)
-        return info;
-    if (const void* view = MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, sizeof info)) {
+    const testing_prof::Handle mapping(OpenFileMappingW(FILE_MAP_READ, FALSE, LOGPAN_SHARED_INFO_LOCAL));
+    if (const void* view =
+            mapping ? MapViewOfFile(mapping.get(), FILE_MAP_READ, 0, 0, sizeof info) : nullptr) {
         std::memcpy(&info, view, sizeof info);
         UnmapViewOfFile(view);
     }
-    CloseHandle(mapping);
     return info;
 }
 
@@ -68,15 +68,11 @@ void Sender::sendAsIs(const LogpanPacketHeader& header, std::wstring_view text) 
 }
 
 bool sendToMailslot(std::string_view message) {
-    const HANDLE mailslot = CreateFileW(LOGPAN_MAILSLOT, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (mailslot == INVALID_HANDLE_VALUE)
-        return false;
+    const testing_prof::Handle mailslot =
+        testing_prof::openFile(LOGPAN_MAILSLOT, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
     DWORD written = 0;
-    const bool sent =
-        WriteFile(mailslot, message.data(), static_cast<DWORD>(message.size()), &written, nullptr) != 0;
-    CloseHandle(mailslot);
-    return sent;
+    return mailslot &&
+           WriteFile(mailslot.get(), message.data(), static_cast<DWORD>(message.size()), &written, nullptr);
 }
 
 } // namespace logpan_test

@@ -142,8 +142,7 @@ TEST(Clipboard, FailuresAreToldApart) {
     } rows[] = {
         {"GetTempFileNameW", reinterpret_cast<void*>(noName), PROF_CLIPBOARD_FAILED, PROF_OPEN_FAILED},
         {"WriteFile", reinterpret_cast<void*>(noWrite), PROF_SAVE_FAILED, PROF_OPEN_FAILED},
-        {"GlobalAlloc", reinterpret_cast<void*>(noBlock), PROF_NO_GLOBAL_MEMORY, PROF_OK},
-    };
+        {"GlobalAlloc", reinterpret_cast<void*>(noBlock), PROF_NO_GLOBAL_MEMORY, PROF_OK}};
     ASSERT_EQ(ProfSaveToClipboard(job, nullptr, 0), PROF_OK);
     for (const auto& row : rows) {
         const ImportHook hook(row.call, row.replacement);

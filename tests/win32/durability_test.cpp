@@ -67,18 +67,16 @@ class Steps {
     }
 
   private:
-    ImportHook hooks_[10] = {
-        ImportHook("WriteFile", reinterpret_cast<void*>(writeHalf)),
-        step<1>("CreateFileW", &CreateFileW),
-        step<2>("SetEndOfFile", &SetEndOfFile),
-        step<3>("SetFilePointerEx", &SetFilePointerEx),
-        step<4>("FlushFileBuffers", &FlushFileBuffers),
-        step<5>("MoveFileExW", &MoveFileExW),
-        step<6>("ReplaceFileW", &ReplaceFileW),
-        step<7>("GetTempFileNameW", &GetTempFileNameW),
-        step<8>("SetFileInformationByHandle", &SetFileInformationByHandle),
-        step<9>("CopyFileW", &CopyFileW),
-    };
+    ImportHook hooks_[10] = {ImportHook("WriteFile", reinterpret_cast<void*>(writeHalf)),
+                             step<1>("CreateFileW", &CreateFileW),
+                             step<2>("SetEndOfFile", &SetEndOfFile),
+                             step<3>("SetFilePointerEx", &SetFilePointerEx),
+                             step<4>("FlushFileBuffers", &FlushFileBuffers),
+                             step<5>("MoveFileExW", &MoveFileExW),
+                             step<6>("ReplaceFileW", &ReplaceFileW),
+                             step<7>("GetTempFileNameW", &GetTempFileNameW),
+                             step<8>("SetFileInformationByHandle", &SetFileInformationByHandle),
+                             step<9>("CopyFileW", &CopyFileW)};
 };
 
 constexpr wchar_t kName[] = L"target.prf";

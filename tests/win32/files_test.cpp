@@ -192,8 +192,7 @@ TYPED_TEST(Files, AreFoundByNamesAndPatternsInOrder) {
         {L"@?.txt;@*.l?g", L"e.txt \x00FC.txt A.log b.log "},
         {L"@A.LOG", L"A.log "},
         {L"@none;@*.none;@none\\*;@folder.log;@;@.;@..;NUL;@NUL;?:\\*", L""},
-        {L"@folder.log\\*", L"inner.log "},
-    };
+        {L"@folder.log\\*", L"inner.log "}};
     for (const auto& [patterns, expected] : rows) {
         std::wstring text;
         for (const wchar_t* at = patterns; *at; ++at)
@@ -273,26 +272,24 @@ TYPED_TEST(Files, NeverLeaveTheirFolder) {
     const TempFolder folder;
     writeFile(folder / L"kept", "kept");
     const std::wstring out = folder / L"out", drive = out.substr(0, 2);
-    const std::vector<std::wstring> refused = {
-        L"..\\a",
-        L"../kept",
-        L"..",
-        L".",
-        L"\\a",
-        L"/a",
-        drive + L"a",
-        folder / L"kept",
-        L"a:b",
-        L"NUL",
-        L"con.txt",
-        L"b\\c",
-        L"a ",
-        L"a.",
-        L"a*",
-        L"\x0001",
-        L"\\\\?\\" + (folder / L"a"),
-        L"COM\x00B9",
-    };
+    const std::vector<std::wstring> refused = {L"..\\a",
+                                               L"../kept",
+                                               L"..",
+                                               L".",
+                                               L"\\a",
+                                               L"/a",
+                                               drive + L"a",
+                                               folder / L"kept",
+                                               L"a:b",
+                                               L"NUL",
+                                               L"con.txt",
+                                               L"b\\c",
+                                               L"a ",
+                                               L"a.",
+                                               L"a*",
+                                               L"\x0001",
+                                               L"\\\\?\\" + (folder / L"a"),
+                                               L"COM\x00B9"};
     const Job job;
     addEntry(job, L"first", L"YQ==");
     for (const std::wstring& name : refused)

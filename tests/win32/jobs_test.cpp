@@ -3,7 +3,6 @@
 #include "support/import_hook.h"
 #include "support/piece_stream.h"
 
-#include <cwctype>
 #include <future>
 #include <thread>
 #include <vector>
@@ -328,51 +327,6 @@ TEST(CodePages, OfTheOptionConvertTheAnsiForms) {
         EXPECT_EQ(ProfGetStringA(job, 0, (bytes + "/" + bytes).c_str(), buffer, sizeof buffer, nullptr),
                   static_cast<INT>(text.size()));
         EXPECT_EQ(buffer, bytes);
-    }
-}
-
-// The setting that lets equal texts of a profile share one object, in this program's registry key.
-class CacheSetting {
-  public:
-    explicit CacheSetting(DWORD value) {
-        wchar_t path[MAX_PATH];
-        GetModuleFileNameW(nullptr, path, MAX_PATH);
-        for (const wchar_t letter : std::filesystem::path(path).stem().wstring())
-            key_ += static_cast<wchar_t>(std::towupper(letter));
-        RegSetKeyValueW(HKEY_CURRENT_USER, key_.c_str(), L"ProfCacheEnabled", REG_DWORD, &value,
-                        sizeof value);
-    }
-    ~CacheSetting() { RegDeleteTreeW(HKEY_CURRENT_USER, key_.c_str()); }
-    CacheSetting(const CacheSetting&) = delete;
-    CacheSetting& operator=(const CacheSetting&) = delete;
-
-  private:
-    std::wstring key_ = L"software\\Velmor\\";
-};
-
-std::wstring editWithEqualTexts() {
-    const Job job;
-    for (int i = 0; i < 300; ++i) {
-        const std::wstring list = L"list" + std::to_wstring(i % 20), name = L"name" + std::to_wstring(i % 7);
-        for (const wchar_t* value : {L"", L"same", L"(1,2)", L"1234", L"123", L"-1", L"-12345"})
-            ProfAppendStringW(job, 0, (list + L"/" + name).c_str(), value);
-        ProfSetStringW(job, 0, (list + L"/" + name).c_str(), name.c_str());
-        if (i % 11 == 0)
-            ProfDeleteListW(job, 0, list.c_str());
-        if (i % 13 == 0)
-            ProfDeleteItemW(job, 0, (list + L"/" + name).c_str());
-    }
-    const Job copy(opened(saved(job)));
-    ProfCopyList(copy, 0, job, 0);
-    return describe(copy);
-}
-
-TEST(SharedTexts, MakeNoDifferenceThatACallerCanSee) {
-    const std::wstring withoutSetting = editWithEqualTexts();
-    EXPECT_GT(withoutSetting.size(), 1000u);
-    for (const DWORD enabled : {0u, 1u, 2u}) {
-        const CacheSetting setting(enabled);
-        EXPECT_EQ(editWithEqualTexts(), withoutSetting) << enabled;
     }
 }
 

@@ -35,13 +35,11 @@ TYPED_TEST(Reasons, OfOpeningAreTheSystems) {
         const wchar_t* name;
         INT error, exclusiveError;
         DWORD reason;
-    } rows[] = {
-        {L"none", PROF_OPEN_FAILED, PROF_OK, ERROR_FILE_NOT_FOUND},
-        {L"none\\a", PROF_OPEN_FAILED, PROF_EXCLUSIVE_FAILED, ERROR_PATH_NOT_FOUND},
-        {L"..\\prof-test-folder", PROF_OPEN_FAILED, PROF_EXCLUSIVE_FAILED, ERROR_ACCESS_DENIED},
-        {L"a?", PROF_OPEN_FAILED, PROF_OPEN_FAILED, ERROR_INVALID_NAME},
-        {L"damaged.prf", PROF_LOAD_FAILED, PROF_LOAD_FAILED, ERROR_INVALID_DATA},
-    };
+    } rows[] = {{L"none", PROF_OPEN_FAILED, PROF_OK, ERROR_FILE_NOT_FOUND},
+                {L"none\\a", PROF_OPEN_FAILED, PROF_EXCLUSIVE_FAILED, ERROR_PATH_NOT_FOUND},
+                {L"..\\prof-test-folder", PROF_OPEN_FAILED, PROF_EXCLUSIVE_FAILED, ERROR_ACCESS_DENIED},
+                {L"a?", PROF_OPEN_FAILED, PROF_OPEN_FAILED, ERROR_INVALID_NAME},
+                {L"damaged.prf", PROF_LOAD_FAILED, PROF_LOAD_FAILED, ERROR_INVALID_DATA}};
     std::filesystem::create_directory(folder / L"..\\prof-test-folder");
     const auto reason = [](auto open, const std::wstring& path, INT error) {
         Job job;

@@ -1,4 +1,6 @@
 // The string family: against the C runtime, on buffers that fit exactly, and with the string check.
+#include "support/cases.h"
+#include "support/copy.h"
 #include "support/log.h"
 #include "support/page_end.h"
 
@@ -6,13 +8,14 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cwchar>
 #include <random>
 #include <string>
 
 namespace testing_prof {
 namespace {
+
+using tvut::CaseRows, tvut::NarrowCase, tvut::scCaseRow, tvut::wideCase;
 
 int sign(int order) {
     return (order > 0) - (order < 0);
@@ -122,75 +125,35 @@ TEST(Strings, CopyAndFillBytesOfEveryCount) {
 }
 
 TEST(Strings, ChangeInPlace) {
-    const struct {
-        const wchar_t* before;
-        const wchar_t *left, *right, *both;
-    } trims[] = {
-        {L"", L"", L"", L""},
-        {L"   ", L"", L"", L""},
-        {L"  a b ", L"a b ", L"  a b", L"a b"},
-        {L"a \t ", L"a \t ", L"a \t", L"a \t"},
-        {L"\t a", L"\t a", L"\t a", L"\t a"},
-        {L" \x3000", L"\x3000", L" \x3000", L"\x3000"},
-    };
     PageEnd page;
-    const auto changed = [&](const wchar_t* before, auto change, size_t units = 0) {
-        wchar_t* const text = page.text(before, std::max(units, std::wcslen(before) + 1));
+    const auto changed = [&](const std::wstring& before, auto change, size_t units) {
+        wchar_t* const text = page.text(before, std::max(units, before.size() + 1));
         change(text);
         return std::wstring(text);
     };
-    for (const auto& c : trims) {
-        EXPECT_EQ(changed(c.before, UtilLtrim), c.left);
-        EXPECT_EQ(changed(c.before, UtilRtrim), c.right);
-        EXPECT_EQ(changed(c.before, UtilAtrim), c.both);
-    }
-
-    const struct {
-        UINT position, count;
-        const wchar_t *insertion, *after;
-    } stuffs[] = {
-        {3, 2, L"XY", L"abXYef"},
-        {1, 0, L"123", L"123abcdef"},
-        {7, 9, L"!", L"abcdef!"},
-        {8, 0, L"!", L"abcdef"},
-        {0, 1, L"!", L"abcdef"},
-        {1, 0xFFFFFFFF, nullptr, L""},
-        {2, 4, L"", L"af"},
-        {3, 2, L"XYZ", L"abXYZef"},
-        {0xFFFFFFFF, 1, L"!", L"abcdef"},
-        {6, 1, L"0123456789", L"abcde0123456789"},
+    const auto number = [](const std::u16string& column) {
+        return static_cast<UINT>(std::stoll(NarrowCase(column), nullptr, 0));
     };
-    for (const auto& c : stuffs) {
+    for (const scCaseRow& row : CaseRows("strings/trimmed", 4)) {
+        EXPECT_EQ(changed(wideCase(row[0]), UtilLtrim, 0), wideCase(row[1])) << row.where;
+        EXPECT_EQ(changed(wideCase(row[0]), UtilRtrim, 0), wideCase(row[2])) << row.where;
+        EXPECT_EQ(changed(wideCase(row[0]), UtilAtrim, 0), wideCase(row[3])) << row.where;
+    }
+    for (const scCaseRow& row : CaseRows("strings/stuffed", 4)) {
+        const std::wstring insertion = wideCase(row[2]);
         const auto stuff = [&](wchar_t* text) {
-            EXPECT_EQ(UtilStuff(text, c.position, c.count, c.insertion), 0);
+            EXPECT_EQ(UtilStuff(text, number(row[0]), number(row[1]),
+                                insertion == L"-" ? nullptr : insertion.c_str()),
+                      0);
         };
-        EXPECT_EQ(changed(L"abcdef", stuff, std::wcslen(c.after) + 1), c.after);
+        EXPECT_EQ(changed(L"abcdef", stuff, row[3].size() + 1), wideCase(row[3])) << row.where;
     }
-
-    const struct {
-        INT start;
-        UINT count;
-        const wchar_t* after;
-    } parts[] = {
-        {3, 2, L"cd"},
-        {7, 1, L""},
-        {1, 3, L"abc"},
-        {6, 100, L"f"},
-        {0, 3, L""},
-        {-2, 1, L""},
-        {-7, 1, L""},
-        {3, 0, L""},
-        {3, 0xFFFFFFFE, L"cdef"},
-        {3, 0xFFFFFFFF, L"abcdef"},
-        {7, 0xFFFFFFFF, L""},
-        {0, 0xFFFFFFFF, L"abcdef"},
-        {INT_MIN, 1, L""},
-    };
-    for (const auto& c : parts)
-        EXPECT_EQ(
-            changed(L"abcdef", [&](wchar_t* text) { EXPECT_EQ(UtilSubstr(text, c.start, c.count), 0); }),
-            c.after)
-            << c.start << " " << c.count;
+    for (const scCaseRow& row : CaseRows("strings/parts", 3)) {
+        const auto cut = [&](wchar_t* text) {
+            EXPECT_EQ(UtilSubstr(text, static_cast<INT>(number(row[0])), number(row[1])), 0);
+        };
+        EXPECT_EQ(changed(L"abcdef", cut, 0), wideCase(row[2])) << row.where;
+    }
 }
 
 TEST(Strings, FormatIsCutAndTerminated) {
@@ -224,37 +187,12 @@ TEST(Strings, PointersAreAlwaysGood) {
 }
 
 // The check is switched on when the library is loaded: a copy of it, under another name.
-class CheckedCopy {
-  public:
-    CheckedCopy() {
-        std::array<wchar_t, MAX_PATH> library, folder;
-        GetModuleFileNameW(GetModuleHandleW(L"tvUT22.dll"), library.data(), MAX_PATH);
-        GetTempPathW(MAX_PATH, folder.data());
-        path_ = std::wstring(folder.data()) + L"tvUT22_checked.dll";
-        CopyFileW(library.data(), path_.c_str(), FALSE);
-        SetEnvironmentVariableW(L"TVUT22_STRING_CHECK", L"1");
-        module_ = LoadLibraryW(path_.c_str());
-        SetEnvironmentVariableW(L"TVUT22_STRING_CHECK", nullptr);
-    }
-    CheckedCopy(const CheckedCopy&) = delete;
-    CheckedCopy& operator=(const CheckedCopy&) = delete;
-    ~CheckedCopy() {
-        FreeLibrary(module_);
-        DeleteFileW(path_.c_str());
-    }
-
-    template <class Function>
-    Function* find(Function*, const char* name) const {
-        return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module_, name)));
-    }
-
-  private:
-    std::wstring path_;
-    HMODULE module_;
-};
-
 TEST(StringCheck, ClearsBeforeItCopiesAndReportsCuts) {
-    const CheckedCopy library;
+    const TempFolder folder;
+    Copy::makeFile(folder / L"checked.dll");
+    SetEnvironmentVariableW(L"TVUT22_STRING_CHECK", L"1");
+    const Copy library(folder / L"checked.dll");
+    SetEnvironmentVariableW(L"TVUT22_STRING_CHECK", nullptr);
     auto* const copy = library.find(UtilStrcpy, "UtilStrcpy");
     auto* const copyPart = library.find(UtilStrncpy, "UtilStrncpy");
     auto* const part = library.find(UtilSubstr, "UtilSubstr");

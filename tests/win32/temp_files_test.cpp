@@ -165,8 +165,7 @@ const std::map<std::wstring, std::function<int(const std::wstring&)>> roles{
     {L"unload", LoadAndUnloadACopy},
     {L"many", MakeManyAndReturn},
     {L"hold", HoldOneOpen},
-    {L"live", Live},
-};
+    {L"live", Live}};
 
 // ---- In this process ---------------------------------------------------------------------------------
 
@@ -224,18 +223,16 @@ TEST(TempFiles, ThatCannotBeMadeLeaveNothing) {
                   "ERR: clsTempFileRemover::Create('" + shown + "\\none\\a'): cannot be made (3)",
                   "ERR: clsTempFileRemover::Create('" + shown + "\\b'): cannot be made (112)",
                   "ERR: clsTempFileRemover::Create('" + shown + "\\b'): cannot be made (5)"}));
-    bool failed = true;
-    for (int failing = 1; failed; ++failing) {
-        INT result;
-        clsOleText text;
-        {
-            const CountedAllocations refusing(failing);
+    INT result = 0;
+    failEachAllocation(
+        [&] {
+            clsOleText text;
             result = UtilTempFileCreate(world.Given().c_str(), L"c", 0, text.Out());
-            failed = CountedAllocations::count >= failing;
-        }
-        EXPECT_EQ(result, failed ? UTIL_FAILED : UTIL_OK);
-        EXPECT_EQ(world.InGiven(), failed ? Names{} : Names{L"c"});
-    }
+        },
+        [&](bool failed) {
+            EXPECT_EQ(result, failed ? UTIL_FAILED : UTIL_OK);
+            EXPECT_EQ(world.InGiven(), failed ? Names{} : Names{L"c"});
+        });
     UtilTempFileRelease((world.Given() + L"\\c").c_str(), FALSE);
 }
 

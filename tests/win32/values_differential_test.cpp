@@ -96,8 +96,7 @@ const Reader kReaders[] = {
     {"Int64", platformInt64, [](ProfJob job) { return got(job, ProfGetInt64W); }},
     {"Rect", platformRect, [](ProfJob job) { return got(job, ProfGetRectW); }},
     {"Point", platformPoint, [](ProfJob job) { return got(job, ProfGetPointW); }},
-    {"Colorref", platformColour, [](ProfJob job) { return got(job, ProfGetColorrefW); }},
-};
+    {"Colorref", platformColour, [](ProfJob job) { return got(job, ProfGetColorrefW); }}};
 
 std::string shown(const std::wstring& text) {
     return toBytes(text, CP_UTF8);

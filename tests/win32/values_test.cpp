@@ -96,26 +96,22 @@ TYPED_TEST(Values, NumbersAreReadUpToTheFirstCharacterThatDoesNotFit) {
     const std::tuple<const wchar_t*, INT, INT> ints[] = {
         {L"12abc", 0, 12},   {L"  -7", 0, -7},      {L"x000000FF", 0, 255}, {L"xff", 0, 255},
         {L"x", kBad, 123},   {L"X1", kBad, 123},    {L" x1", kBad, 123},    {L"x-1", 0, -1},
-        {L"abc", kBad, 123}, {L"4294967296", 0, 0}, {L"\xFF11", kBad, 123}, {L"", kNone, 77},
-    };
+        {L"abc", kBad, 123}, {L"4294967296", 0, 0}, {L"\xFF11", kBad, 123}, {L"", kNone, 77}};
     for (const auto& [text, result, value] : ints)
         reads(F::getInt, text, 123, 77, result, value);
     const std::tuple<const wchar_t*, INT, INT64> wides[] = {
         {L"18446744073709551615", 0, -1}, {L"-1", 0, -1},    {L"x8000000000000000", 0, kMin64},
-        {L"x10000000000000000", 0, 0},    {L"q", kBad, 123}, {L"", kNone, 77},
-    };
+        {L"x10000000000000000", 0, 0},    {L"q", kBad, 123}, {L"", kNone, 77}};
     for (const auto& [text, result, value] : wides)
         reads(F::getInt64, text, 123, 77, result, value);
     const std::tuple<const wchar_t*, INT, double> doubles[] = {
         {L"1.5", 0, 1.5}, {L"-2e3x", 0, -2000}, {L"1,5", 0, 1},           {L"abc", 0, 0},  {L"1e", 0, 1},
-        {L"inf", 0, 0},   {L"0x10", 0, 0},      {L"1e400", 0, kInfinity}, {L"", kNone, 7}, {L"1e-400", 0, 0},
-    };
+        {L"inf", 0, 0},   {L"0x10", 0, 0},      {L"1e400", 0, kInfinity}, {L"", kNone, 7}, {L"1e-400", 0, 0}};
     for (const auto& [text, result, value] : doubles)
         reads(F::getDouble, text, 9, 7, result, value);
     const std::tuple<const wchar_t*, INT, BOOL> bools[] = {
         {L"TRUE", 0, 1}, {L"T", 0, 1},  {L"Yes", 0, 1}, {L"yes", 0, 1},   {L"true", 0, 0},
-        {L"1", 0, 0},    {L" T", 0, 0}, {L"t", 0, 0},   {L"FALSE", 0, 0}, {L"", kNone, 5},
-    };
+        {L"1", 0, 0},    {L" T", 0, 0}, {L"t", 0, 0},   {L"FALSE", 0, 0}, {L"", kNone, 5}};
     for (const auto& [text, result, value] : bools)
         reads(F::getBool, text, 9, 5, result, value);
 }
@@ -124,11 +120,10 @@ TYPED_TEST(Values, GroupsKeepWhatWasReadBeforeAFault) {
     using F = TypeParam;
     const POINT point{7, 8};
     const std::tuple<const wchar_t*, INT, POINT> points[] = {
-        {L"(1,2)", 0, {1, 2}},       {L"(1,2", 0, {1, 2}},    {L"( 1, 2)", 0, {1, 2}},
-        {L"(1,2)x", 0, {1, 2}},      {L"(1", kBad, {1, 99}},  {L"(1 ,2)", kBad, {1, 99}},
-        {L"(1,x)", kBad, {1, 99}},   {L"", kNone, {7, 8}},    {L"1,2", kBad, {99, 99}},
-        {L" (1,2)", kBad, {99, 99}}, {L"()", kBad, {99, 99}},
-    };
+        {L"(1,2)", 0, {1, 2}},       {L"(1,2", 0, {1, 2}},   {L"( 1, 2)", 0, {1, 2}},
+        {L"(1,2)x", 0, {1, 2}},      {L"(1", kBad, {1, 99}}, {L"(1 ,2)", kBad, {1, 99}},
+        {L"(1,x)", kBad, {1, 99}},   {L"", kNone, {7, 8}},   {L"1,2", kBad, {99, 99}},
+        {L" (1,2)", kBad, {99, 99}}, {L"()", kBad, {99, 99}}};
     for (const auto& [text, result, value] : points)
         reads(F::getPoint, text, {99, 99}, &point, result, value);
     const RECT rect{1, 2, 3, 4};
@@ -139,15 +134,13 @@ TYPED_TEST(Values, GroupsKeepWhatWasReadBeforeAFault) {
         {F::getRect, L"", kNone, rect},
         {F::getRectLTWH, L"(10,20,100,50)", 0, {10, 20, 110, 70}},
         {F::getRectLTWH, L"(2147483647,0,1,0)", 0, {kMax, 0, kMin, 0}},
-        {F::getRectLTWH, L"", kNone, rect},
-    };
+        {F::getRectLTWH, L"", kNone, rect}};
     for (const auto& [get, text, result, value] : rects)
         reads(get, text, {9, 9, 9, 9}, &rect, result, value);
     const std::tuple<const wchar_t*, INT, COLORREF> colours[] = {
         {L"(0,128,255)", 0, 0xFF8000}, {L"x00ff8000", 0, 0xFF8000},  {L"(256,-128,511)", 0, 0xFF8000},
         {L"xFFFFFFFF", 0, 0xFFFFFFFF}, {L"(0,128,255", 0, 0xFF8000}, {L"(1,2)", kBad, 0xABCD},
-        {L"16", kBad, 0xABCD},         {L"", kNone, 0x123456},
-    };
+        {L"16", kBad, 0xABCD},         {L"", kNone, 0x123456}};
     for (const auto& [text, result, value] : colours)
         reads(F::getColorref, text, 0xABCD, 0x123456, result, value);
 }
@@ -214,8 +207,7 @@ TYPED_TEST(Values, StringsAreCutToTheBuffer) {
 TEST(AnsiStrings, NeverEndInHalfACharacter) {
     const std::tuple<UINT, std::wstring, std::vector<size_t>> samples[] = {
         {932, L"a\x65E5\xFF71\x672C", {0, 1, 3, 4, 6}}, // bytes of whole beginnings
-        {CP_UTF8, L"a\xE9\x65E5\xD83D\xDE00", {0, 1, 3, 6, 10}},
-    };
+        {CP_UTF8, L"a\xE9\x65E5\xD83D\xDE00", {0, 1, 3, 6, 10}}};
     for (const auto& [codePage, stored, boundaries] : samples) {
         const CodePage set(codePage);
         const Job job;

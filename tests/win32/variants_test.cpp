@@ -99,8 +99,7 @@ TEST(Variants, AreStoredInTextsThatNeverChange) {
         {L"var://AQ0gAQADAAAAAAAAAAAAAA==", Variant(VT_ARRAY | VT_UNKNOWN, array(VT_UNKNOWN, {{3, 0}}))},
         {L"var://AQwgAQACAAAAAAAAAAAAAAA=", Variant(VT_ARRAY | VT_VARIANT, array(VT_VARIANT, {{2, 0}}))},
         {L"var://AQUgAQAAAAAABwAAAA==", Variant(VT_ARRAY | VT_R8, array(VT_R8, {{0, 7}}))},
-        {L"var://AQ4AAoAAAAAAewAAAAAAAAA=", Variant()},
-    };
+        {L"var://AQ4AAoAAAAAAewAAAAAAAAA=", Variant()}};
     auto& last = *std::rbegin(rows);
     V_DECIMAL(&*last.value) = decimal;
     V_VT(&*last.value) = VT_DECIMAL;
@@ -206,12 +205,11 @@ TEST(Variants, ThatMeanNothingElsewhereAreRefused) {
 TEST(Variants, AreReadFromVariantsOnly) {
     const Job job(L"empty=;text=abc;plain=AQMAKgAAAA==;cut=var://AQMAKgAA;bad=var://AQMAKgA*AA==;"
                   L"packed=var://@2@AQMAKgAAAA==;none=var://;good=var://AQMAKgAAAA==;");
-    const std::pair<const wchar_t*, INT> rows[] = {
-        {L"empty", PROF_NOT_FOUND}, {L"missing", PROF_NOT_FOUND}, {nullptr, PROF_NOT_FOUND},
-        {L"text", PROF_NOT_PARSED}, {L"plain", PROF_NOT_PARSED},  {L"cut", PROF_NOT_PARSED},
-        {L"bad", PROF_NOT_PARSED},  {L"packed", PROF_NOT_PARSED}, {L"none", PROF_NOT_PARSED},
-        {L"good", PROF_OK},
-    };
+    const std::pair<const wchar_t*, INT> rows[] = {{L"empty", PROF_NOT_FOUND},  {L"missing", PROF_NOT_FOUND},
+                                                   {nullptr, PROF_NOT_FOUND},   {L"text", PROF_NOT_PARSED},
+                                                   {L"plain", PROF_NOT_PARSED}, {L"cut", PROF_NOT_PARSED},
+                                                   {L"bad", PROF_NOT_PARSED},   {L"packed", PROF_NOT_PARSED},
+                                                   {L"none", PROF_NOT_PARSED},  {L"good", PROF_OK}};
     for (const auto& [path, result] : rows) {
         VARIANT out;
         std::memset(&out, 0xCC, sizeof out); // initialised by the call, not cleared

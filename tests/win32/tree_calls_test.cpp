@@ -1,116 +1,65 @@
 // Lists and items: paths, order, creation, deletion, and handles that outlive their list.
+#include "support/cases.h"
 #include "support/log.h"
 #include "support/piece_stream.h"
 
 #include <cstring>
+#include <map>
 
 namespace testing_prof {
 namespace {
+
+using tvut::CaseRows, tvut::scCaseRow, tvut::wideCase;
 
 template <class F>
 using Tree = InBothForms<F>;
 TYPED_TEST_SUITE(Tree, BothForms, FormNames);
 
-enum Op { Create, AppendList, DeleteList, DeleteItem, Set, Append };
-
 template <class F>
-void run(Op op, ProfJob job, ProfList list, const typename F::Char* path) {
+void edit(const std::wstring& operation, ProfJob job, ProfList list, const typename F::Char* path) {
     static constexpr typename F::Char nine[] = {'9', 0};
-    switch (op) { // clang-format off
-    case Create: F::createList(job, list, path); break;
-    case AppendList: F::appendList(job, list, path); break;
-    case DeleteList: F::deleteList(job, list, path); break;
-    case DeleteItem: F::deleteItem(job, list, path); break;
-    case Set: F::setString(job, list, path, nine); break;
-    case Append: F::appendString(job, list, path, nine); break;
-    } // clang-format on
+    static const std::map<std::wstring, void (*)(ProfJob, ProfList, const typename F::Char*)> operations{
+        {L"Create", [](auto j, auto l, auto p) { F::createList(j, l, p); }},
+        {L"AppendList", [](auto j, auto l, auto p) { F::appendList(j, l, p); }},
+        {L"DeleteList", [](auto j, auto l, auto p) { F::deleteList(j, l, p); }},
+        {L"DeleteItem", [](auto j, auto l, auto p) { F::deleteItem(j, l, p); }},
+        {L"Set", [](auto j, auto l, auto p) { F::setString(j, l, p, nine); }},
+        {L"Append", [](auto j, auto l, auto p) { F::appendString(j, l, p, nine); }}};
+    operations.at(operation)(job, list, path);
 }
 
-struct Edit {
-    const wchar_t* before;
-    Op op;
-    const wchar_t* start; // path of the list that is passed; null passes 0
-    const wchar_t* path;
-    const wchar_t* after;
+/// A path of a case: the text, and its pointer, which is null for "-".
+template <class Char>
+struct CasePath {
+    explicit CasePath(const std::u16string& column)
+        : isNull(column == u"-"), text(in<Char>(wideCase(column))) {}
+    operator const Char*() const { return isNull ? nullptr : text.c_str(); }
+    bool isNull;
+    std::basic_string<Char> text;
 };
 
-constexpr Edit kEdits[] = {
-    {L"", Create, nullptr, L"A/B", L"A{B{}}"},
-    {L"A{x=1;B{y=2;C{}}z=3;}", Create, nullptr, L"A/B", L"A{x=1;B{}z=3;}"},
-    {L"A{}A{B{k=1;}}", Create, nullptr, L"A/B", L"A{B{}}A{B{k=1;}}"},
-    {L"A=1;", Create, nullptr, L"A", L"A=1;A{}"},
-    {L"L{}", Create, L"L", L"A", L"L{A{}}"},
-    {L"L{}", Create, L"L", L"/A", L"L{}A{}"},
-    {L"a{}", Create, nullptr, L"A", L"a{}A{}"},
-    {L"", Create, nullptr, L"", L"{}"},
-    {L"", Create, nullptr, L"/", L"{}"},
-    {L"", Create, nullptr, L"..", L"..{}"},
-    {L"a=1;", Create, nullptr, nullptr, L"a=1;"},
-    {L"A{x=1;}", AppendList, nullptr, L"A/B", L"A{x=1;}A{B{}}"},
-    {L"", AppendList, nullptr, L"A//B", L"A{{B{}}}"},
-    {L"", AppendList, nullptr, L"A/", L"A{{}}"},
-    {L"L{}", AppendList, L"L", L"/A", L"L{}A{}"},
-    {L"", AppendList, nullptr, nullptr, L""},
-    {L"K=1;K=2;", Set, nullptr, L"K", L"K=9;K=2;"},
-    {L"K{}k=1;", Set, nullptr, L"K", L"K{}k=1;K=9;"},
-    {L"A{}A{x=1;}", Set, nullptr, L"A/x", L"A{x=9;}A{x=1;}"},
-    {L"A=1;", Set, nullptr, L"A/B/c", L"A=1;A{B{c=9;}}"},
-    {L"L{x=1;}x=2;", Set, L"L", L"/x", L"L{x=1;}x=9;"},
-    {L"L{x=1;}x=2;", Set, L"L", L"x", L"L{x=9;}x=2;"},
-    {L"=1;", Set, nullptr, L"", L"=9;"},
-    {L"a=1;", Set, nullptr, nullptr, L"a=1;"},
-    {L"A{x=1;}", Append, nullptr, L"A/x", L"A{x=1;x=9;}"},
-    {L"", Append, nullptr, L"/../a", L"..{a=9;}"},
-    {L"a=1;", Append, nullptr, nullptr, L"a=1;"},
-    {L"K=1;K{}k=2;K=3;", DeleteItem, nullptr, L"K", L"K{}k=2;"},
-    {L"A{B{C=1;}B{C=2;}}A{B{C=3;}}a{B{C=4;}}", DeleteItem, nullptr, L"A/B/C", L"A{B{}B{}}A{B{}}a{B{C=4;}}"},
-    {L"L{a=1;}a=2;", DeleteItem, L"L", L"/a", L"L{a=1;}"},
-    {L"a=1;=2;", DeleteItem, nullptr, L"", L"a=1;"},
-    {L"a=1;", DeleteItem, nullptr, nullptr, L"a=1;"},
-    {L"A{x=1;}A=1;A{}", DeleteList, nullptr, L"A", L"A=1;"},
-    {L"A{B{}}A{B{}B=2;}", DeleteList, nullptr, L"A/B", L"A{}A{B=2;}"},
-    {L"L{M{}}", DeleteList, L"L", L"..", L"L{M{}}"},
-    {L"a=1;L{x=1;}L{y=2;}", DeleteList, L"L", nullptr, L"a=1;L{y=2;}"},
-    {L"A{B{C{}}D{}}", DeleteList, L"A/B", nullptr, L"A{D{}}"},
-    // List 0 names no entry: like the sub-list of an item, so the first item of the walk goes.
-    {L"a=1;L{}", DeleteList, nullptr, nullptr, L"L{}"},
-    {L"L{x=1;y=2;}a=1;", DeleteList, nullptr, nullptr, L"L{y=2;}a=1;"},
-    {L"L{M{}}", DeleteList, nullptr, nullptr, L"L{M{}}"},
-};
+ProfList listAt(ProfJob job, const std::u16string& column) {
+    const CasePath<wchar_t> path(column);
+    return path.isNull ? nullptr : ProfGetListW(job, 0, path);
+}
 
 TYPED_TEST(Tree, EditsGiveTheExpectedTree) {
-    for (const Edit& edit : kEdits) {
-        const Job job(edit.before);
-        const auto path = in<typename TypeParam::Char>(edit.path ? edit.path : L"");
-        const ProfList start = edit.start ? ProfGetListW(job, 0, edit.start) : 0;
-        run<TypeParam>(edit.op, job, start, edit.path ? path.c_str() : nullptr);
-        EXPECT_EQ(describe(job), edit.after) << edit.before << " op " << edit.op << " path " << path.c_str();
+    for (const scCaseRow& row : CaseRows("tree/edits", 5)) {
+        const Job job(wideCase(row[0]));
+        const CasePath<typename TypeParam::Char> path(row[3]);
+        edit<TypeParam>(wideCase(row[1]), job, listAt(job, row[2]), path);
+        EXPECT_EQ(describe(job), wideCase(row[4])) << row.where;
     }
 }
 
-struct Lookup {
-    const wchar_t* start;
-    const wchar_t* path;
-    const wchar_t* holds; // the tree text of the list reached
-};
-
 TYPED_TEST(Tree, LookupsTakeTheFirstListOfEachSegment) {
     const wchar_t* whole = L"A=item;A{n=1;S{n=2;}}A{n=3;B{n=4;}}a{n=5;}{n=6;}..{n=7;}";
-    const wchar_t* none = L"(none)";
-    const Lookup lookups[] = {
-        {nullptr, nullptr, whole}, {nullptr, L"..", none},  {nullptr, L"A", L"n=1;S{n=2;}"},
-        {nullptr, L"a", L"n=5;"},  {nullptr, L"A/B", none}, {nullptr, L"A/S", L"n=2;"},
-        {L"a", L"/A/S", L"n=2;"},  {L"A", L"S", L"n=2;"},   {L"A/S", L"..", L"n=1;S{n=2;}"},
-        {L"A", L"..", whole},      {nullptr, L"A/n", none}, {L"A", nullptr, L"n=1;S{n=2;}"},
-        {nullptr, L"/", L"n=6;"},  {L"A/S", L"../S", none}, {nullptr, L"/..", L"n=7;"},
-        {nullptr, L"S", none},     {nullptr, L"A/", none},  {nullptr, L"", L"n=6;"},
-    };
     const Job job(whole);
-    for (const Lookup& lookup : lookups) {
-        const ProfList start = lookup.start ? ProfGetListW(job, 0, lookup.start) : 0;
-        const auto path = in<typename TypeParam::Char>(lookup.path ? lookup.path : L"");
-        const ProfList list = TypeParam::getList(job, start, lookup.path ? path.c_str() : nullptr);
-        EXPECT_EQ(list ? describe(job, list) : none, lookup.holds) << path.c_str();
+    for (const scCaseRow& row : CaseRows("tree/lookups", 3)) {
+        const CasePath<typename TypeParam::Char> path(row[1]);
+        const ProfList list = TypeParam::getList(job, listAt(job, row[0]), path);
+        const std::wstring expected = row[2] == u"whole" ? whole : wideCase(row[2]);
+        EXPECT_EQ(list ? describe(job, list) : L"-", expected) << row.where;
     }
     for (const auto& [path, text] : {std::pair{L"A", L"item"}, {L"A/S/n", L"2"}, {L"A/B/n", L"<none>"}})
         EXPECT_EQ(textOf(job, path), text);
@@ -236,13 +185,11 @@ TYPED_TEST(Tree, EnumerationsStopWhenTold) {
 TEST(Lists, CopiesHoldWhatWasThereWhenTheyBegan) {
     const struct {
         const wchar_t *before, *destination, *source, *after;
-    } copies[] = {
-        {L"a=1;L{b=2;}", L"", L"", L"a=1;L{b=2;}a=1;L{b=2;}"},
-        {L"a=1;L{b=2;M{}}", L"L/M", L"", L"a=1;L{b=2;M{a=1;L{b=2;M{}}}}"},
-        {L"a=1;L{b=2;M{c=3;}}", L"", L"L", L"a=1;L{b=2;M{c=3;}}b=2;M{c=3;}"},
-        {L"L{b=2;M{c=3;}}", L"L", L"L", L"L{b=2;M{c=3;}b=2;M{c=3;}}"},
-        {L"L{}", L"L", L"L", L"L{}"},
-    };
+    } copies[] = {{L"a=1;L{b=2;}", L"", L"", L"a=1;L{b=2;}a=1;L{b=2;}"},
+                  {L"a=1;L{b=2;M{}}", L"L/M", L"", L"a=1;L{b=2;M{a=1;L{b=2;M{}}}}"},
+                  {L"a=1;L{b=2;M{c=3;}}", L"", L"L", L"a=1;L{b=2;M{c=3;}}b=2;M{c=3;}"},
+                  {L"L{b=2;M{c=3;}}", L"L", L"L", L"L{b=2;M{c=3;}b=2;M{c=3;}}"},
+                  {L"L{}", L"L", L"L", L"L{}"}};
     for (const auto& [before, destination, source, after] : copies) {
         const Job job(before);
         const auto list = [&](const wchar_t* path) { return *path ? ProfGetListW(job, 0, path) : 0; };
