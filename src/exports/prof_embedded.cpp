@@ -12,11 +12,15 @@ using namespace tvut;
 
 namespace {
 
-// Calls the body of an export that appends. It has no result: its caller tells success by the last error, 0.
+// Calls the body of an export that appends. It has no result: a last error of 0 means success to its caller.
 template <class Body>
-void AppendWithReason(Body&& body) {
+void AppendWithReason(ProfJob handle, Body&& body) {
+    clsProfJob* const job = FromHandle(handle);
+    if (!job)
+        return;
+    const clsJobKeeper keeper(*job);
     const bool appended = UtilpGuardWithReason(false, [&] {
-        body();
+        body(*job);
         return true;
     });
     if (appended)
@@ -27,18 +31,14 @@ void AppendWithReason(Body&& body) {
 template <class Char>
 void AppendStream(ProfJob handle, ProfList listHandle, const Char* path, const Char* keyText,
                   IStream* stream) {
-    clsProfJob* const job = FromHandle(handle);
-    if (!job)
-        return;
-    const clsJobKeeper keeper(*job);
-    AppendWithReason([&] {
+    AppendWithReason(handle, [&](clsProfJob& job) {
         RequireArguments(path, stream);
         const clsTextArgument<Char> name(path);
         const clsTextArgument<Char> key(keyText);
-        RequireArguments(StartOf(*job, listHandle, name.View()));
+        RequireArguments(StartOf(job, listHandle, name.View()));
         clsStreamSource source(stream);
         const clsPackedBytes bytes = ProfpPackBytes(source, key.View());
-        clsItemList* const list = StartOf(*job, listHandle, name.View());
+        clsItemList* const list = StartOf(job, listHandle, name.View());
         RequireArguments(list);
         ProfpAppendBytes(*list, name.View(), bytes);
     });
@@ -47,13 +47,10 @@ void AppendStream(ProfJob handle, ProfList listHandle, const Char* path, const C
 template <class Char>
 void AppendFile(ProfJob handle, ProfList listHandle, const Char* path, const Char* keyText,
                 const Char* fileName) {
-    clsProfJob* const job = FromHandle(handle);
-    if (!job)
-        return;
-    AppendWithReason([&] {
+    AppendWithReason(handle, [&](clsProfJob& job) {
         RequireArguments(path, fileName);
         const clsTextArgument<Char> name(path);
-        clsItemList* const list = StartOf(*job, listHandle, name.View());
+        clsItemList* const list = StartOf(job, listHandle, name.View());
         RequireArguments(list);
         const std::u16string file(clsTextArgument<Char>(fileName).View());
         const clsTextArgument<Char> key(keyText);
@@ -99,10 +96,9 @@ INT GetFile(ProfJob job, ProfList list, const Char* path, const Char* keyText, c
 template <class Char>
 INT WithFiles(void (*work)(clsItemList&, std::u16string_view, std::u16string_view), ProfJob handle,
               ProfList listHandle, const Char* files, const Char* keyText, INT failure) {
-    clsProfJob* const job = FromHandle(handle);
-    if (!job)
+    if (!handle)
         return PROF_OK;
-    clsItemList* const list = FromHandle(*job, listHandle);
+    clsItemList* const list = ListOf(handle, listHandle);
     if (!list)
         return PROF_NOT_FOUND;
     return UtilpGuardWithReason(failure, [&] {

@@ -1,6 +1,7 @@
 // Exports of the profile store: opening, closing and saving jobs, options, version.
 #include "exports/prof_handles.h"
 #include "exports/text_argument.h"
+#include "prof/formats/flags.h"
 #include "runtime/default_code_page.h"
 
 #include <array>
@@ -40,6 +41,11 @@ INT Save(ProfJob handle, const Char* fileName, UINT flags) {
         return PROF_OK;
     });
 }
+
+static_assert(saveFlags::textForm == PROF_FORM_TEXT && saveFlags::xfdfForm == PROF_FORM_XFDF &&
+              saveFlags::compressed == PROF_SAVE_COMPRESSED &&
+              saveFlags::compressedAsRead == PROF_SAVE_COMPRESSED_AS_READ);
+static_assert(readFlags::foreignXfdf == PROF_READ_FOREIGN_XFDF && readFlags::plainIni == PROF_READ_PLAIN_INI);
 
 constexpr INT majorVersion = 22;
 constexpr INT minorVersion = 10;

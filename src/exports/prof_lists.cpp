@@ -1,5 +1,4 @@
 // Exports of the profile store: finding, making, deleting, copying and walking lists.
-#include "exports/guard.h"
 #include "exports/prof_handles.h"
 #include "exports/text_argument.h"
 #include "prof/debug_list.h"
@@ -9,25 +8,10 @@ using namespace tvut;
 
 namespace {
 
-// Calls an operation with the list and the path of an export's arguments, or gives a failure value
-// when one of them means nothing.
-template <class Char, class Result, class Operation>
-Result WithPath(ProfJob handle, ProfList listHandle, const Char* path, Result failure, Operation operation) {
-    clsProfJob* const job = FromHandle(handle);
-    if (!job || !path)
-        return failure;
-    return UtilpGuard(failure, [&] {
-        const clsTextArgument<Char> text(path);
-        clsItemList* const list = StartOf(*job, listHandle, text.View());
-        return list ? operation(*list, text.View()) : failure;
-    });
-}
-
 template <class Char>
 ProfList GetList(ProfJob handle, ProfList listHandle, const Char* path) {
-    clsProfJob* const job = FromHandle(handle);
-    if (job && !path)
-        return ToHandle(FromHandle(*job, listHandle));
+    if (!path)
+        return ToHandle(ListOf(handle, listHandle));
     return WithPath(handle, listHandle, path, ProfList{}, [](clsItemList& list, std::u16string_view text) {
         return ToHandle(text == u".." ? list.Parent() : ProfpFindList(list, text));
     });
@@ -61,10 +45,8 @@ void DeleteByHandle(ProfJob handle, ProfList listHandle) {
 
 template <class Char>
 void Delete(ProfJob job, ProfList list, const Char* path, EntryKind kind) {
-    WithPath(job, list, path, false, [kind](clsItemList& start, std::u16string_view text) {
-        ProfpRemove(start, kind, text);
-        return true;
-    });
+    WithPath(job, list, path,
+             [kind](clsItemList& start, std::u16string_view text) { ProfpRemove(start, kind, text); });
 }
 
 template <class Char>
@@ -107,11 +89,10 @@ BOOL Walk(clsProfJob& job, clsItemList& list, Callback callback, UINT_PTR user) 
 
 template <class Result, class Callback>
 BOOL Enumerate(ProfJob handle, ProfList listHandle, Callback callback, UINT_PTR user) {
-    clsProfJob* const job = FromHandle(handle);
-    clsItemList* const list = job ? FromHandle(*job, listHandle) : nullptr;
+    clsItemList* const list = ListOf(handle, listHandle);
     if (!list || !callback)
         return FALSE;
-    return UtilpGuard(FALSE, [&] { return Walk<Result>(*job, *list, callback, user); });
+    return UtilpGuard(FALSE, [&] { return Walk<Result>(*FromHandle(handle), *list, callback, user); });
 }
 
 } // namespace
@@ -152,23 +133,20 @@ void TVUT22_CALL ProfDeleteItemW(ProfJob job, ProfList list, const wchar_t* path
 }
 
 void TVUT22_CALL ProfEmptyList(ProfJob handle, ProfList listHandle) {
-    clsProfJob* const job = FromHandle(handle);
-    if (clsItemList* const list = job ? FromHandle(*job, listHandle) : nullptr)
-        job->Tree().Empty(*list);
+    if (clsItemList* const list = ListOf(handle, listHandle))
+        list->Tree()->Empty(*list);
 }
 
 INT TVUT22_CALL ProfCopyList(ProfJob destinationJob, ProfList destinationList, ProfJob sourceJob,
                              ProfList sourceList) {
-    clsProfJob* const source = FromHandle(sourceJob);
-    if (!source)
+    if (!sourceJob)
         return PROF_INVALID_JOB;
-    clsProfJob* const destination = FromHandle(destinationJob);
-    clsItemList* const from = FromHandle(*source, sourceList);
-    clsItemList* const to = destination ? FromHandle(*destination, destinationList) : nullptr;
+    clsItemList* const from = ListOf(sourceJob, sourceList);
+    clsItemList* const to = ListOf(destinationJob, destinationList);
     if (!from || !to)
         return PROF_COPY_FAILED;
     return UtilpGuard(PROF_COPY_FAILED, [&] {
-        destination->Tree().Copy(*to, *from);
+        to->Tree()->Copy(*to, *from);
         return PROF_OK;
     });
 }
@@ -181,10 +159,9 @@ BOOL TVUT22_CALL ProfEnumW(ProfJob job, ProfList list, ProfEnumCallbackW callbac
 }
 
 INT TVUT22_CALL ProfDebugList(ProfJob handle, ProfList listHandle) {
-    clsProfJob* const job = FromHandle(handle);
-    if (!job)
+    if (!handle)
         return PROF_INVALID_JOB;
-    if (const clsItemList* const list = FromHandle(*job, listHandle))
+    if (const clsItemList* const list = ListOf(handle, listHandle))
         ProfpDebugList(*list);
     return PROF_OK;
 }

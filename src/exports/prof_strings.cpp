@@ -1,5 +1,4 @@
 // Exports of the profile store: items as text.
-#include "exports/guard.h"
 #include "exports/prof_handles.h"
 #include "exports/text_argument.h"
 #include "prof/path.h"
@@ -11,22 +10,10 @@ using namespace tvut;
 namespace {
 
 template <class Char>
-void Add(void (*add)(clsItemList&, std::u16string_view, std::u16string_view), ProfJob handle,
-         ProfList listHandle, const Char* path, const Char* value) {
-    clsProfJob* const job = FromHandle(handle);
-    if (!job || !path)
-        return;
-    UtilpGuard([&] {
-        const clsTextArgument<Char> name(path);
-        if (clsItemList* const list = StartOf(*job, listHandle, name.View()))
-            add(*list, name.View(), clsTextArgument<Char>(value).View());
+void Add(AddItem add, ProfJob job, ProfList list, const Char* path, const Char* value) {
+    WithPath(job, list, path, [&](clsItemList& start, std::u16string_view name) {
+        add(start, name, clsTextArgument<Char>(value).View());
     });
-}
-
-// A path that cannot be converted names nothing.
-template <class Char>
-const clsItem* FindGuarded(clsProfJob& job, ProfList listHandle, const Char* path) {
-    return UtilpGuard(static_cast<const clsItem*>(nullptr), [&] { return FindItem(job, listHandle, path); });
 }
 
 // ---- Into a caller's buffer -----------------------------------------------------------------------
@@ -64,14 +51,17 @@ void FillWithDefault(Char* buffer, UINT size, const Char* defaultValue) {
 
 // The item is found before anything is written: its path may stand in the buffer.
 template <class Char>
-INT GetString(ProfJob handle, ProfList listHandle, const Char* path, Char* buffer, UINT size,
+INT GetString(ProfJob job, ProfList list, const Char* path, Char* buffer, UINT size,
               const Char* defaultValue) {
-    clsProfJob* const job = FromHandle(handle);
+    const clsItem* item = nullptr;
+    const INT found = WithItem(job, list, path, [&item](const clsItem& named) {
+        item = &named;
+        return PROF_OK;
+    });
     return UtilpGuard(PROF_NOT_FOUND, [&]() -> INT {
-        const clsItem* const item = job ? FindGuarded(*job, listHandle, path) : nullptr;
         FillWithDefault(buffer, size, defaultValue);
         if (!item)
-            return job ? PROF_NOT_FOUND : PROF_OK;
+            return found;
         if (buffer && size != 0)
             FillFromStored(buffer, size, item->Value());
         return static_cast<INT>(item->Value().size());
@@ -79,14 +69,9 @@ INT GetString(ProfJob handle, ProfList listHandle, const Char* path, Char* buffe
 }
 
 template <class Char>
-INT GetStringLength(ProfJob handle, ProfList listHandle, const Char* path) {
-    clsProfJob* const job = FromHandle(handle);
-    if (!job)
-        return 0;
-    return UtilpGuard(PROF_NOT_FOUND, [&]() -> INT {
-        const clsItem* const item = FindItem(*job, listHandle, path);
-        return item ? static_cast<INT>(item->Value().size()) : PROF_NOT_FOUND;
-    });
+INT GetStringLength(ProfJob job, ProfList list, const Char* path) {
+    return WithItem(job, list, path,
+                    [](const clsItem& item) { return static_cast<INT>(item.Value().size()); });
 }
 
 } // namespace

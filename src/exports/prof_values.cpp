@@ -2,7 +2,6 @@
 //
 // All of them are templates over the type's descriptor and the caller's character type; the exports
 // at the end only give them names.
-#include "exports/guard.h"
 #include "exports/prof_handles.h"
 #include "exports/text_argument.h"
 #include "prof/path.h"
@@ -47,21 +46,12 @@ Value OrZeros(const Value* value) {
 
 // ---- Append and Set -------------------------------------------------------------------------------
 
-using AddItem = void (*)(clsItemList& start, std::u16string_view path, std::u16string_view value);
-
 template <class Type, class Char, class Value>
-void Add(AddItem add, ProfJob handle, ProfList listHandle, const Char* path, const Value& value) {
-    clsProfJob* const job = FromHandle(handle);
-    if (!job || !path)
-        return;
-    UtilpGuard([&] {
-        const clsTextArgument<Char> name(path);
-        clsItemList* const list = StartOf(*job, listHandle, name.View());
-        if (!list)
-            return;
+void Add(AddItem add, ProfJob job, ProfList list, const Char* path, const Value& value) {
+    WithPath(job, list, path, [&](clsItemList& start, std::u16string_view name) {
         clsValueText text;
         Type::Format(text, FromCaller(value));
-        add(*list, name.View(), text.View());
+        add(start, name, text.View());
     });
 }
 
@@ -88,18 +78,14 @@ std::u16string_view Examined(std::u16string_view text) {
 }
 
 template <class Type, class Char, class Out>
-INT Get(ProfJob handle, ProfList listHandle, const Char* path, Out* out, const Out& defaultValue) {
-    clsProfJob* const job = FromHandle(handle);
-    if (!job)
-        return PROF_OK;
+INT Get(ProfJob job, ProfList list, const Char* path, Out* out, const Out& defaultValue) {
     Out unwanted{};
     Out& target = out ? *out : unwanted;
     const Out fallback = defaultValue; // may be the target itself
-    const INT result = UtilpGuard(PROF_NOT_FOUND, [&]() -> INT {
-        const clsItem* const item = FindItem(*job, listHandle, path);
-        if (!item || item->Value().empty())
+    const INT result = WithItem(job, list, path, [&](const clsItem& item) {
+        if (item.Value().empty())
             return PROF_NOT_FOUND;
-        return ParseInto<Type>(Examined<Type>(item->Value()), target) ? PROF_OK : PROF_NOT_PARSED;
+        return ParseInto<Type>(Examined<Type>(item.Value()), target) ? PROF_OK : PROF_NOT_PARSED;
     });
     if (result == PROF_NOT_FOUND)
         target = fallback;

@@ -1,5 +1,4 @@
 // Exports of the profile store: variants.
-#include "exports/guard.h"
 #include "exports/prof_handles.h"
 #include "exports/text_argument.h"
 #include "prof/path.h"
@@ -10,16 +9,12 @@ using namespace tvut;
 
 namespace {
 
-using AddItem = void (*)(clsItemList& start, std::u16string_view path, std::u16string_view value);
-
-void Add(AddItem add, ProfJob handle, ProfList listHandle, const wchar_t* path, const VARIANT* value) {
-    clsProfJob* const job = FromHandle(handle);
-    if (!job || !path || !value)
+void Add(AddItem add, ProfJob job, ProfList list, const wchar_t* path, const VARIANT* value) {
+    if (!value)
         return;
-    const std::u16string_view name = FromWide(std::wstring_view(path));
-    clsItemList* const list = StartOf(*job, listHandle, name);
-    if (list)
-        UtilpGuard([&] { add(*list, name, ProfpVariantText(ProfpStoreVariant(*value))); });
+    WithPath(job, list, path, [&](clsItemList& start, std::u16string_view name) {
+        add(start, name, ProfpVariantText(ProfpStoreVariant(*value)));
+    });
 }
 
 // out, which may be null, is empty unless the text is a variant. The text may stand where out is.
@@ -48,12 +43,11 @@ void TVUT22_CALL ProfSetVariant(ProfJob job, ProfList list, const wchar_t* path,
     Add(ProfpSetItem, job, list, path, value);
 }
 
-INT TVUT22_CALL ProfGetVariant(ProfJob handle, ProfList listHandle, const wchar_t* path, VARIANT* out) {
-    clsProfJob* const job = FromHandle(handle);
-    if (!job)
-        return PROF_OK;
-    const clsItem* const item = FindItem(*job, listHandle, path);
-    return EmptyUnlessRead(item && !item->Value().empty() ? Parse(item->Value(), out) : PROF_NOT_FOUND, out);
+INT TVUT22_CALL ProfGetVariant(ProfJob job, ProfList list, const wchar_t* path, VARIANT* out) {
+    const INT result = WithItem(job, list, path, [out](const clsItem& item) {
+        return item.Value().empty() ? PROF_NOT_FOUND : Parse(item.Value(), out);
+    });
+    return EmptyUnlessRead(result, out);
 }
 
 INT TVUT22_CALL ProfGetVariantFromContents(const wchar_t* text, VARIANT* out) {

@@ -67,7 +67,7 @@ class clsTextArgument<char> : public clsCharsetConversionString {
     using clsCharsetConversionString::clsCharsetConversionString;
 };
 
-// A stored text as an A form gives it to its caller. Ordinary texts do without an allocation.
+// A stored text as an A form returns it to its caller. Ordinary texts do without an allocation.
 class clsAnsiText {
   public:
     explicit clsAnsiText(std::u16string_view text) {

@@ -1,3 +1,7 @@
+// The scripts found so far are a set of bits. A text keeps to a few spans of units that can add nothing to
+// that set, so blocks of it are compared with three spans, and only a unit outside of them is looked up in
+// the table. As soon as the set holds more than one script, or an ideograph, which several languages share,
+// the walk ends and the code page decides.
 #include "locale/charset.h"
 
 #include "text/blocks.h"
@@ -39,8 +43,8 @@ constexpr scRow rows[] = {
     {0x3040, 0x30FF, kana},
     {0x3130, 0x318F, korean},
     {0x3300, 0x3357, kana},
-    {0x3400, 0x4DFF, korean}, // ideographs, which callers have always been told
-                              // to show as Korean
+    {0x3400, 0x4DFF, korean}, // ideographs, which have always been shown as
+                              // Korean
     {0x4E00, 0x9FAF, ideograph},
     {0xAC00, 0xD7A3, korean},
     {0xFE70, 0xFEFF, arabic},
@@ -73,7 +77,7 @@ struct scSpan {
     bool Holds(char16_t unit) const { return unit >= first && unit <= last; }
 };
 
-// The widest run of units around one that tell nothing new once some scripts were found; the unit is
+// The widest run of units around one that add nothing once some scripts were found; the unit is
 // such a one itself. The terminator lies in no span.
 scSpan SpanAround(char16_t unit, unsigned found) {
     scSpan span{1, 0xFFFF};

@@ -1,4 +1,4 @@
-// The GDI character set that a font needs to show a text, told from the scripts of its characters.
+// The GDI character set that a font needs to show a text, judged by the scripts of its characters.
 #pragma once
 
 #include <cstdint>

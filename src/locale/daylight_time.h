@@ -5,8 +5,8 @@
 
 namespace tvut {
 
-// Both all zero where the zone has no daylight time; each of them where its change cannot be reckoned,
-// because its rule gives no date or the date is not in the system's range.
+// Both all zero where the zone has no daylight time; each of them where its change cannot be computed,
+// because its rule names no date or the date is not in the system's range.
 struct scDaylightSpan {
     scDateTime start{};
     scDateTime end{};

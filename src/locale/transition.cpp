@@ -1,3 +1,5 @@
+// A zone states a change by month, weekday and occurrence (5 is the last one), or by a full date that holds
+// for one year.
 #include "locale/transition.h"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// A file is packed first, so that the length of its text is known; the text is then written once, to where it
+// stays in the tree. Out of the tree it is decoded straight into a file that takes its name only when it is
+// complete. Appending files stops at the first that fails; extracting goes on to the next.
 #include "prof/embedded_files.h"
 
 #include "files/file_name.h"

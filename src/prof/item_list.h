@@ -27,30 +27,26 @@ struct scName {
     }
 };
 
-// What a lookup found: the first entry of that name and kind, and whether there may be more.
-struct scMatch {
-    std::uint32_t position;
-    bool mayRepeat;
-};
-
 class clsItemList {
   public:
-    static constexpr std::uint32_t notFound = 0xFFFFFFFFu;
+    static constexpr std::uint32_t notFound = scMatch::notFound;
 
     clsTree* Tree() const { return tree_; }
     clsItemList* Parent() const { return parent_; }
     // Where this list's entry stands in its parent.
     std::uint32_t Position() const { return position_; }
     // Positions run from 0 to End() - 1; some may be gaps.
-    std::uint32_t End() const { return used_; }
+    std::uint32_t End() const { return entries_.End(); }
     const clsItem& At(std::uint32_t position) const { return entries_.At(position); }
-    std::uint32_t Count() const { return used_ - gaps_; }
+    std::uint32_t Count() const { return End() - gaps_; }
 
     scMatch Find(EntryKind kind, const scName& name);
-    // Tells that a Find is to come, so that what it will look at is on its way from memory.
+    // Call it some time before a Find, so that what that will look at is on its way from memory.
     void ExpectFind(EntryKind kind, const scName& name) const noexcept;
-    // The next entry of that key and name at or behind a position, by walking; notFound if none.
-    std::uint32_t FindFrom(std::uint32_t position, std::uint32_t key, std::u16string_view name) const;
+    // The next entry of that key and name at or after a position, by walking; notFound if none.
+    std::uint32_t FindFrom(std::uint32_t position, std::uint32_t key, std::u16string_view name) const {
+        return entries_.FindFrom(position, key, name);
+    }
 
     const clsItem* FindItem(const scName& name) {
         const scMatch match = Find(EntryKind::item, name);
@@ -67,10 +63,34 @@ class clsItemList {
     clsItemList(clsTree* tree, clsItemList* parent, std::uint32_t position)
         : tree_(tree), parent_(parent), position_(position) {}
 
-    clsTree* tree_; // first: it is what tells a list from a block that is free
+    // ---- What the tree changes a list with. Texts and sub-lists of entries are the tree's to make and free.
+    // ----
+
+    // The place after the last entry, which counts once Added was called. Throws std::bad_alloc.
+    clsItem& NewEntry(clsSlab& slab) { return entries_.Next(slab); }
+    void Added(clsSlab& slab) noexcept;
+
+    // Before entries become gaps: the index forgets all entries of a name, given the first, or a single one.
+    void ForgetAll(const scMatch& first) noexcept;
+    void ForgetAt(std::uint32_t position) noexcept;
+    // The next entry of the name and kind of one that is still in its place.
+    std::uint32_t NextAlike(std::uint32_t position) const noexcept;
+    void MakeGap(std::uint32_t position) noexcept;
+
+    // Whether gaps are enough to be closed: each entry then moves at most once for each deletion.
+    bool HasManyGaps() const;
+    // Closes all gaps and returns where the entry at a place, or the first one after it, stands then.
+    std::uint32_t CloseGaps(clsSlab& slab, std::uint32_t place) noexcept;
+
+    // Forgets all entries and gives the memory back.
+    void Free(clsSlab& slab) noexcept;
+
+    void ReserveIndex(clsSlab& slab, std::uint32_t count) noexcept;
+    void DropIndex(clsSlab& slab) noexcept;
+
+    clsTree* tree_; // first: a block that is free has null there
     clsItemList* parent_;
     clsItemSequence entries_{};
-    std::uint32_t used_ = 0;
     std::uint32_t gaps_ = 0;
     std::uint32_t position_;
     clsNameIndex* index_ = nullptr;

@@ -1,3 +1,6 @@
+// How the memory of a sequence grows: blocks by half their size up to one segment, then a segment at a time,
+// found through a table of segments that doubles. The first segment is the last block, so going over from one
+// to the other moves nothing.
 #include "prof/item_sequence.h"
 
 #include <algorithm>
@@ -78,7 +81,7 @@ void clsItemSequence::Free(clsSlab& slab) noexcept {
         slab.Free(segments_, TableBytes(SegmentCount()));
     }
     block_ = nullptr;
-    capacity_ = 0;
+    capacity_ = used_ = 0;
 }
 
 } // namespace tvut

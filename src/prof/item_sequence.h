@@ -1,4 +1,5 @@
-// The entries of one list by position: one block while they are few, segments of equal size then.
+// The entries of one list by position: one block while they are few, segments of equal size then; found by
+// walking.
 //
 // A long list never moves what it holds. Growing by copying into ever larger blocks would touch
 // several times the memory, and in a 32-bit process a block of tens of megabytes may not be had.
@@ -6,13 +7,26 @@
 
 #include "prof/item.h"
 #include "prof/slab.h"
+#include "text/units.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <string_view>
 
 namespace tvut {
 
+// What a lookup found: the first entry of that name and kind, and whether there may be more.
+struct scMatch {
+    static constexpr std::uint32_t notFound = 0xFFFFFFFFu;
+
+    std::uint32_t position;
+    bool mayRepeat;
+};
+
 class clsItemSequence {
   public:
+    // Positions run from 0 to End() - 1.
+    std::uint32_t End() const { return used_; }
     clsItem& At(std::uint32_t position) {
         return IsOneBlock() ? block_[position] : SegmentOf(position)[position % segmentLength];
     }
@@ -20,16 +34,33 @@ class clsItemSequence {
         return const_cast<clsItemSequence*>(this)->At(position);
     }
 
-    // The number of places from a position on that follow each other in memory.
-    std::uint32_t RunLength(std::uint32_t position) const {
-        return IsOneBlock() ? capacity_ - position : segmentLength - position % segmentLength;
+    // The next entry of that key and name at or after a position; scMatch::notFound if none.
+    std::uint32_t FindFrom(std::uint32_t position, std::uint32_t key, std::u16string_view name) const {
+        while (position < used_) {
+            const clsItem* const run = &At(position);
+            const std::uint32_t length = std::min(used_ - position, RunLength(position));
+            for (std::uint32_t i = 0; i < length; ++i) {
+                if (run[i].key == key && UtilpEqual(run[i].Name(), name))
+                    return position + i;
+            }
+            position += length;
+        }
+        return scMatch::notFound;
     }
 
-    std::uint32_t Capacity() const { return capacity_; }
+    // The place after the last entry. It counts only once Added was called, so that a failure in between
+    // leaves all as it was. Throws std::bad_alloc.
+    clsItem& Next(clsSlab& slab) {
+        if (used_ == capacity_)
+            Grow(slab);
+        return At(used_);
+    }
+    void Added() { ++used_; }
 
-    // Makes room for at least one more entry than there is room for now. Throws std::bad_alloc, changing
-    // nothing.
-    void Grow(clsSlab& slab);
+    // Takes the last entry off.
+    clsItem TakeLast() { return At(--used_); }
+    // Drops the entries from an end on.
+    void Cut(std::uint32_t end) { used_ = end; }
 
     // Gives all memory back.
     void Free(clsSlab& slab) noexcept;
@@ -43,6 +74,13 @@ class clsItemSequence {
     std::uint32_t SegmentCount() const { return capacity_ / segmentLength; }
     bool IsOneBlock() const { return capacity_ <= segmentLength; }
 
+    // The number of places from a position on that follow each other in memory.
+    std::uint32_t RunLength(std::uint32_t position) const {
+        return IsOneBlock() ? capacity_ - position : segmentLength - position % segmentLength;
+    }
+
+    // Makes room for at least one more entry. Throws std::bad_alloc, changing nothing.
+    void Grow(clsSlab& slab);
     void GrowBlock(clsSlab& slab);
     void AddSegment(clsSlab& slab);
     void GrowTable(clsSlab& slab);
@@ -52,6 +90,7 @@ class clsItemSequence {
         clsItem** segments_;       // beyond
     };
     std::uint32_t capacity_ = 0;
+    std::uint32_t used_ = 0;
 };
 
 } // namespace tvut

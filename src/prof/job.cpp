@@ -1,3 +1,8 @@
+// Opening returns a job whatever goes wrong, unless there is no memory for the job itself: Error() says why
+// it was not filled. Saving throws, so that no failure can pass for a saved profile.
+//
+// The clipboard goes through a temporary file both ways. It is open only while bytes are copied: other
+// programs wait for it, and a profile may take long to parse.
 #include "prof/job.h"
 
 #include "files/file_name.h"
@@ -18,8 +23,6 @@ namespace tvut {
 
 namespace {
 
-constexpr std::uint32_t formMask = 0xF; // the part of save flags that names the form
-
 constexpr const wchar_t* temporaryPrefix = L"Prf";
 
 // A job that nobody has a handle of yet.
@@ -33,7 +36,7 @@ void RequireSaved(bool saved) {
         throw clsException("profile is too large", reason::tooLarge);
 }
 
-// What the open clipboard is given: the profile, and for programs that know no profiles a text. The text
+// What is put on the open clipboard: the profile, and for programs that know no profiles a text. The text
 // is UTF-16 under the format of 8-bit text, as programs in the field have found it all along.
 int GiveToClipboard(HANDLE profile) {
     constexpr std::array text = std::to_array(L"PROF data available");
@@ -41,15 +44,14 @@ int GiveToClipboard(HANDLE profile) {
     clsGlobalMemory contents =
         PlatformClipboardMemory(source, static_cast<std::size_t>(source.SizeHint()) + 1);
     if (!contents)
-        return profResult::noGlobalMemory;
+        return PROF_NO_GLOBAL_MEMORY;
     if (!PlatformGiveToClipboard(PlatformProfileFormat(), std::move(contents)))
-        return profResult::clipboardFailed;
+        return PROF_CLIPBOARD_FAILED;
     clsSpanSource notice(text.data(), sizeof text);
     clsGlobalMemory textBlock = PlatformClipboardMemory(notice, sizeof text);
     if (!textBlock)
-        return profResult::noGlobalMemory;
-    return PlatformGiveToClipboard(CF_TEXT, std::move(textBlock)) ? profResult::ok
-                                                                  : profResult::noGlobalMemory;
+        return PROF_NO_GLOBAL_MEMORY;
+    return PlatformGiveToClipboard(CF_TEXT, std::move(textBlock)) ? PROF_OK : PROF_NO_GLOBAL_MEMORY;
 }
 
 } // namespace
@@ -91,22 +93,22 @@ void clsProfJob::Fail(int error, unsigned long why) {
 
 void clsProfJob::LoadFile(bool exclusive) {
     if (!UtilpIsFileName(fileName_.View()))
-        return Fail(profResult::openFailed, reason::invalidName);
+        return Fail(PROF_OPEN_FAILED, reason::invalidName);
     DWORD openError = 0;
     clsPatience patience(openPatience);
     clsFileHandle file =
         PlatformOpenFile(fileName_.Characters(), exclusive ? openToHold : openToRead, patience, openError);
     if (!file) {
-        const int error = exclusive ? profResult::exclusiveFailed : profResult::openFailed;
-        return Fail(openError == ERROR_SHARING_VIOLATION ? profResult::locked : error, openError);
+        const int error = exclusive ? PROF_EXCLUSIVE_FAILED : PROF_OPEN_FAILED;
+        return Fail(openError == ERROR_SHARING_VIOLATION ? PROF_LOCKED : error, openError);
     }
     try {
         clsFileSource source(file.Get());
         LoadSource(source, {fileName_.View(), ReadMode::detect, UtilpCodePage()});
     } catch (const clsException& exception) {
-        Fail(profResult::locked, exception.Reason());
+        Fail(PROF_LOCKED, exception.Reason());
     }
-    if (exclusive && error_ == profResult::ok)
+    if (exclusive && error_ == PROF_OK)
         heldFile_ = std::move(file);
 }
 
@@ -114,16 +116,16 @@ void clsProfJob::LoadFile(bool exclusive) {
 void clsProfJob::LoadClipboard(HWND owner) {
     const clsTemporaryFile file(temporaryPrefix);
     if (!file)
-        return Fail(profResult::openFailed, GetLastError());
+        return Fail(PROF_OPEN_FAILED, GetLastError());
     try {
         clsFileSink copy(file.Get());
         if (const clsClipboard clipboard(owner);
             !clipboard || !PlatformReadClipboard(PlatformProfileFormat(), copy))
-            return Fail(profResult::openFailed, GetLastError());
+            return Fail(PROF_OPEN_FAILED, GetLastError());
         clsFileSource source(file.Get());
         LoadSource(source, {u"clipboard", ReadMode::detect, UtilpCodePage(), true});
     } catch (const clsException& exception) { // the temporary file has no room
-        Fail(profResult::openFailed, exception.Reason());
+        Fail(PROF_OPEN_FAILED, exception.Reason());
     }
 }
 
@@ -133,11 +135,11 @@ void clsProfJob::LoadSource(clsByteSource& source, const scLoadRequest& request)
         const scLoadResult result = ProfpLoad(source, tree_.Root(), request);
         compressed_ = result.compressed;
         if (!result.parsed)
-            Fail(profResult::loadFailed, reason::invalidData);
+            Fail(PROF_LOAD_FAILED, reason::invalidData);
     } catch (const clsException& exception) {
-        Fail(profResult::locked, exception.Reason());
+        Fail(PROF_LOCKED, exception.Reason());
     } catch (const std::bad_alloc&) {
-        Fail(profResult::locked, reason::noMemory);
+        Fail(PROF_LOCKED, reason::noMemory);
     }
 }
 
@@ -165,11 +167,11 @@ void clsProfJob::SaveToStream(IStream& stream, std::uint32_t flags) {
 int clsProfJob::SaveToClipboard(HWND owner, std::uint32_t flags) {
     const clsTemporaryFile file(temporaryPrefix);
     if (!file)
-        return profResult::clipboardFailed;
+        return PROF_CLIPBOARD_FAILED;
     clsFileSink sink(file.Get());
-    RequireSaved(ProfpSave(tree_.Root(), flags & formMask, false, sink));
+    RequireSaved(ProfpSave(tree_.Root(), flags & saveFlags::form, false, sink));
     const clsClipboard clipboard(owner);
-    return clipboard ? GiveToClipboard(file.Get()) : profResult::clipboardFailed;
+    return clipboard ? GiveToClipboard(file.Get()) : PROF_CLIPBOARD_FAILED;
 }
 
 } // namespace tvut

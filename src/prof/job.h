@@ -11,24 +11,9 @@
 #include <objidl.h>
 #include <optional>
 #include <string_view>
+#include <tvut22/prof.h>
 
 namespace tvut {
-
-// Results of the profile store; the public header names them.
-namespace profResult {
-constexpr int ok = 0;
-constexpr int openFailed = -1;
-constexpr int exclusiveFailed = -3;
-constexpr int clipboardFailed = -3;
-constexpr int saveFailed = -4;
-constexpr int invalidJob = -5;
-constexpr int notFound = -6;
-constexpr int loadFailed = -7;
-constexpr int copyFailed = -8;
-constexpr int noGlobalMemory = -8;
-constexpr int notParsed = -9;
-constexpr int locked = -10;
-} // namespace profResult
 
 class clsProfJob {
   public:
@@ -46,15 +31,15 @@ class clsProfJob {
     void Release() noexcept;
 
     clsTree& Tree() { return tree_; }
-    int Error() const { return error_; }
+    int Error() const { return error_; }             // PROF_OK, or why the job was not filled
     unsigned long Reason() const { return reason_; } // of the error, as the system numbers them
 
     // Saves to a file, or to the job's own when no name is given. Throws on failure.
     void Save(std::optional<std::u16string_view> fileName, std::uint32_t flags);
     void SaveToStream(IStream& stream, std::uint32_t flags);
 
-    // Gives a result, and the thread's last error when it is a failure; throws when the profile cannot be
-    // written.
+    // Returns a result, and sets the thread's last error when it is a failure; throws when the profile cannot
+    // be written.
     int SaveToClipboard(HWND owner, std::uint32_t flags);
 
   private:
@@ -67,7 +52,7 @@ class clsProfJob {
     void Fail(int error, unsigned long why);
 
     std::atomic<std::uint32_t> references_{1};
-    int error_ = profResult::ok;
+    int error_ = PROF_OK;
     unsigned long reason_ = 0;
     bool compressed_ = false; // what was loaded was in the compressed wrapper
     IString fileName_;

@@ -1,3 +1,7 @@
+// Pieces double up to 64 KB, so even the largest tree has few of them, and they are kept in order: an address
+// is looked for by halving. The piece that answered last is tried first, because calls tend to be about lists
+// that were made together. A free block begins with a null pointer where a list has its tree, which is how a
+// stale handle is recognised.
 #include "prof/list_memory.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 // The memory of a tree's lists, which are blocks of one size.
 //
 // A caller's list handle is the address of a list, or of anything at all. So lists stand apart from the
-// tree's other memory, in a few pieces whose bounds are known: whether an address is that of a list is told
-// by comparing it, and memory that is not ours is never looked at.
+// tree's other memory, in a few pieces whose bounds are known: whether an address is that of a list is found
+// out by comparing it, and memory that is not ours is never looked at.
 #pragma once
 
 #include "prof/slab.h"

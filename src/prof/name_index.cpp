@@ -1,3 +1,9 @@
+// Slots are probed one after the other. A slot's tag, what bits of the key fit beside the position, rules out
+// nearly all other names before an entry is looked at. Deleting moves later slots of a run back into the
+// hole, so that no markers are left and a run never grows by deletions.
+//
+// Names that repeat share one slot, which says so. The entries after it are found by a walk as long as that
+// is cheap, and by rings of positions from then on; see name_index.h.
 #include "prof/name_index.h"
 
 #include <bit>
@@ -46,25 +52,26 @@ bool clsNameIndex::Reserve(std::uint32_t count) noexcept {
     return true;
 }
 
-void clsNameIndex::Fill(const clsItemList& list) noexcept {
+void clsNameIndex::Fill(const clsItemSequence& entries) noexcept {
     std::memset(slots_, 0, capacity_ * sizeof(std::uint32_t));
     filled_ = true;
-    for (std::uint32_t position = 0; position < list.End(); ++position) {
-        if (!list.At(position).IsGap())
-            Append(list, position);
+    for (std::uint32_t position = 0; position < entries.End(); ++position) {
+        if (!entries.At(position).IsGap())
+            Append(entries, position);
     }
 }
 
-scMatch clsNameIndex::Find(const clsItemList& list, std::uint32_t key, std::u16string_view name) const {
-    const std::uint32_t slot = slots_[SlotOf(list, key, name)];
+scMatch clsNameIndex::Find(const clsItemSequence& entries, std::uint32_t key,
+                           std::u16string_view name) const {
+    const std::uint32_t slot = slots_[SlotOf(entries, key, name)];
     if (slot == 0)
-        return {clsItemList::notFound, false};
+        return {scMatch::notFound, false};
     return {PositionIn(slot), (slot & repeats) != 0};
 }
 
-void clsNameIndex::Append(const clsItemList& list, std::uint32_t position) noexcept {
-    const clsItem& entry = list.At(position);
-    std::uint32_t& slot = slots_[SlotOf(list, entry.key, entry.Name())];
+void clsNameIndex::Append(const clsItemSequence& entries, std::uint32_t position) noexcept {
+    const clsItem& entry = entries.At(position);
+    std::uint32_t& slot = slots_[SlotOf(entries, entry.key, entry.Name())];
     if (slot != 0) {
         if (links_)
             AppendToRing(PositionIn(slot), position);
@@ -76,14 +83,14 @@ void clsNameIndex::Append(const clsItemList& list, std::uint32_t position) noexc
     slot = Tag(entry.key) | (position + 1);
 }
 
-// Linear probing without markers: the slots behind the gap that may move into it do.
-void clsNameIndex::Remove(const clsItemList& list, std::uint32_t position) noexcept {
+// Linear probing without markers: the slots after the gap that may move into it do.
+void clsNameIndex::Remove(const clsItemSequence& entries, std::uint32_t position) noexcept {
     const std::uint32_t mask = capacity_ - 1;
-    std::uint32_t gap = SlotOf(list, list.At(position).key, list.At(position).Name());
+    std::uint32_t gap = SlotOf(entries, entries.At(position).key, entries.At(position).Name());
     if (slots_[gap] == 0)
         return;
     for (std::uint32_t at = (gap + 1) & mask; slots_[at] != 0; at = (at + 1) & mask) {
-        const std::uint32_t home = Home(list.At(PositionIn(slots_[at])).key);
+        const std::uint32_t home = Home(entries.At(PositionIn(slots_[at])).key);
         if (((at - home) & mask) >= ((at - gap) & mask)) {
             slots_[gap] = slots_[at];
             gap = at;
@@ -92,39 +99,39 @@ void clsNameIndex::Remove(const clsItemList& list, std::uint32_t position) noexc
     slots_[gap] = 0;
 }
 
-void clsNameIndex::RemoveAt(const clsItemList& list, std::uint32_t position) noexcept {
-    const clsItem& entry = list.At(position);
-    if ((slots_[SlotOf(list, entry.key, entry.Name())] & repeats) != 0)
-        ExpectRepeats(list); // after which there may turn out to be no other entry
-    std::uint32_t& slot = slots_[SlotOf(list, entry.key, entry.Name())];
+void clsNameIndex::RemoveAt(const clsItemSequence& entries, std::uint32_t position) noexcept {
+    const clsItem& entry = entries.At(position);
+    if ((slots_[SlotOf(entries, entry.key, entry.Name())] & repeats) != 0)
+        ExpectRepeats(entries); // after which there may turn out to be no other entry
+    std::uint32_t& slot = slots_[SlotOf(entries, entry.key, entry.Name())];
     if ((slot & repeats) == 0)
-        return Remove(list, position);
+        return Remove(entries, position);
     if (links_)
         return LeaveRing(slot, position);
     if (PositionIn(slot) != position)
         return;
-    const std::uint32_t next = NextAlike(list, position);
-    if (next == clsItemList::notFound)
-        Remove(list, position);
+    const std::uint32_t next = NextAlike(entries, position);
+    if (next == scMatch::notFound)
+        Remove(entries, position);
     else
         SetPosition(slot, next);
 }
 
 // ---- Names that repeat ------------------------------------------------------------------------
 
-void clsNameIndex::ExpectRepeats(const clsItemList& list) noexcept {
+void clsNameIndex::ExpectRepeats(const clsItemSequence& entries) noexcept {
     if (!links_ && ++repeatWalks_ > walksBeforeChaining)
-        Chain(list);
+        Chain(entries);
 }
 
 // Filled anew, the entries of each name are met in their order. Without memory for it all stays as it is.
-void clsNameIndex::Chain(const clsItemList& list) noexcept {
+void clsNameIndex::Chain(const clsItemSequence& entries) noexcept {
     try {
         links_ = static_cast<scLink*>(slab_.Allocate(LinkCount() * sizeof(scLink)));
     } catch (const std::bad_alloc&) {
         return;
     }
-    Fill(list);
+    Fill(entries);
 }
 
 // After the last one, which in a ring stands before the first.
@@ -145,16 +152,16 @@ void clsNameIndex::LeaveRing(std::uint32_t& slot, std::uint32_t position) noexce
         slot &= ~repeats;
 }
 
-std::uint32_t clsNameIndex::NextAlike(const clsItemList& list, std::uint32_t position) const noexcept {
-    const clsItem& entry = list.At(position);
+std::uint32_t clsNameIndex::NextAlike(const clsItemSequence& entries, std::uint32_t position) const noexcept {
+    const clsItem& entry = entries.At(position);
     if (!links_)
-        return list.FindFrom(position + 1, entry.key, entry.Name());
+        return entries.FindFrom(position + 1, entry.key, entry.Name());
     const std::uint32_t next = links_[position].next;
-    return next > position ? next : clsItemList::notFound;
+    return next > position ? next : scMatch::notFound;
 }
 
 // The slot that holds the name, or the free one where it would go.
-std::uint32_t clsNameIndex::SlotOf(const clsItemList& list, std::uint32_t key,
+std::uint32_t clsNameIndex::SlotOf(const clsItemSequence& entries, std::uint32_t key,
                                    std::u16string_view name) const {
     const std::uint32_t mask = capacity_ - 1;
     const std::uint32_t tag = Tag(key);
@@ -162,7 +169,7 @@ std::uint32_t clsNameIndex::SlotOf(const clsItemList& list, std::uint32_t key,
     for (; slots_[at] != 0; at = (at + 1) & mask) {
         if ((slots_[at] & ~(positionMask_ | repeats)) != tag)
             continue;
-        const clsItem& entry = list.At(PositionIn(slots_[at]));
+        const clsItem& entry = entries.At(PositionIn(slots_[at]));
         if (entry.key == key && UtilpEqual(entry.Name(), name))
             break;
     }

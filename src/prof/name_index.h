@@ -13,7 +13,7 @@
 // rings by position. A ring is in order: its first entry is the slot's.
 #pragma once
 
-#include "prof/item_list.h"
+#include "prof/item_sequence.h"
 #include "text/units.h"
 
 namespace tvut {
@@ -31,29 +31,29 @@ class clsNameIndex {
     bool IsFilled() const { return filled_; }
 
     // Takes in all entries of a list, which are no more than there is room for.
-    void Fill(const clsItemList& list) noexcept;
+    void Fill(const clsItemSequence& entries) noexcept;
 
     // The calls below are for a filled index.
 
     // Fetches the slot where a key is looked for.
     void Expect(std::uint32_t key) const noexcept { UtilpPrefetch(&slots_[Home(key)]); }
 
-    scMatch Find(const clsItemList& list, std::uint32_t key, std::u16string_view name) const;
+    scMatch Find(const clsItemSequence& entries, std::uint32_t key, std::u16string_view name) const;
 
-    // Takes in the entry at a position behind all that it knows.
-    void Append(const clsItemList& list, std::uint32_t position) noexcept;
+    // Takes in the entry at a position after all that it knows.
+    void Append(const clsItemSequence& entries, std::uint32_t position) noexcept;
 
-    // Tells that entries of a repeated name are about to be deleted.
-    void ExpectRepeats(const clsItemList& list) noexcept;
+    // Call it before entries of a repeated name are deleted.
+    void ExpectRepeats(const clsItemSequence& entries) noexcept;
 
     // The entry of the same name and kind after one that is still in its place; notFound if none.
-    std::uint32_t NextAlike(const clsItemList& list, std::uint32_t position) const noexcept;
+    std::uint32_t NextAlike(const clsItemSequence& entries, std::uint32_t position) const noexcept;
 
     // Forgets the name and kind of an entry that is still in its place.
-    void Remove(const clsItemList& list, std::uint32_t position) noexcept;
+    void Remove(const clsItemSequence& entries, std::uint32_t position) noexcept;
 
     // Forgets one entry that is still in its place; the next one of its name takes over.
-    void RemoveAt(const clsItemList& list, std::uint32_t position) noexcept;
+    void RemoveAt(const clsItemSequence& entries, std::uint32_t position) noexcept;
 
   private:
     struct scLink {
@@ -67,12 +67,12 @@ class clsNameIndex {
     std::uint32_t PositionIn(std::uint32_t slot) const { return (slot & positionMask_) - 1; }
     std::uint32_t Tag(std::uint32_t key) const { return key << positionBits_ & ~(positionMask_ | repeats); }
     std::uint32_t Home(std::uint32_t key) const { return (key * 0x9E3779B1u) >> shift_; }
-    std::uint32_t SlotOf(const clsItemList& list, std::uint32_t key, std::u16string_view name) const;
+    std::uint32_t SlotOf(const clsItemSequence& entries, std::uint32_t key, std::u16string_view name) const;
     void SetPosition(std::uint32_t& slot, std::uint32_t position) const {
         slot = (slot & ~positionMask_) | (position + 1);
     }
     std::uint32_t LinkCount() const { return capacity_ / 2; }
-    void Chain(const clsItemList& list) noexcept;
+    void Chain(const clsItemSequence& entries) noexcept;
     void AppendToRing(std::uint32_t first, std::uint32_t position) noexcept;
     void LeaveRing(std::uint32_t& slot, std::uint32_t position) noexcept;
     void FreeAll() noexcept;

@@ -1,3 +1,6 @@
+// All calls take a path apart in the same way: followed segments first, then the last one, which alone says
+// what is wanted. A lookup takes the first list of each name. Only deletion follows every list of a name, so
+// it remembers its segments and walks the branches depth first.
 #include "prof/path.h"
 
 #include <vector>
@@ -117,7 +120,7 @@ void ProfpRemove(clsItemList& start, EntryKind kind, std::u16string_view path) {
     const scName last(reader.Last());
 
     // Depth first through every branch, without recursion: the depth is the number of segments
-    // followed so far, and a list's place in its parent tells where to go on after it.
+    // followed so far, and a list's place in its parent is where to go on after it.
     clsItemList* list = &reader.Start();
     std::size_t depth = 0;
     std::uint32_t position = 0;

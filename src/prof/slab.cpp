@@ -1,3 +1,9 @@
+// Small blocks are cut from chunks that double up to a size; a freed one goes to the list of its size class
+// and is the next one handed out, while it is still in the processor's cache. Large blocks stand in a list of
+// their own, so that they can be freed alone and all at once. Small blocks are never merged or given back
+// before the end: what a profile frees it mostly needs again.
+//
+// Under the address sanitizer, memory that is not handed out may not be touched.
 #include "prof/slab.h"
 
 #include "platform/sanitizer.h"

@@ -1,3 +1,6 @@
+// Pooling is an economy and no promise: two equal texts may stand beside each other, and nothing relies on
+// equal texts being one. So a table may forget, and it does: each hash has one pair of places, and a new text
+// takes the place of the older one.
 #include "prof/text_pool.h"
 
 #include "text/hash.h"

@@ -73,7 +73,7 @@ class clsTextStore {
   public:
     clsTextStore(clsSlab& slab, bool pooling) : slab_(slab), names_(slab), values_(slab), pooling_(pooling) {}
 
-    // Give a text with one reference more. Throw std::bad_alloc.
+    // Return a text with one reference more. Throw std::bad_alloc.
     scText* Name(std::u16string_view text, std::uint32_t hash);
     scText* Value(std::u16string_view text);
 

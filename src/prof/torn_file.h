@@ -1,4 +1,5 @@
-// Tells where the contents are that a file should have, which was torn while they were copied over it.
+// Writes a line on where the contents are that a file should have, which was torn while they were copied over
+// it.
 #pragma once
 
 #include "platform/file.h"

@@ -1,30 +1,15 @@
+// What a change of the tree has to keep true: every list knows its parent and its place in it, every entry
+// owns a reference to its texts, and the place from which RemoveFirstItem goes on lies before any item. Each
+// function that creates takes all memory first, in holders that give it back, and counts the new entry in
+// last; so a failure leaves the list as it was.
+//
+// The walks down the tree hold one list and one position. A sub-list leads back to its own entry, so the way
+// back needs no stack: a million nested lists are freed with as little of it as one.
 #include "prof/tree.h"
 
-#include "prof/name_index.h"
-
-#include <bit>
 #include <new>
 
 namespace tvut {
-
-namespace {
-
-constexpr std::uint32_t toleratedGaps = 16;
-
-// A walk over fewer entries costs no more than a look into an index.
-constexpr std::uint32_t indexedFrom = 128;
-
-// An index grows by this factor. A larger one is filled anew, and with steps of two that would come to
-// two fillings of each entry of a growing list.
-constexpr std::uint32_t indexGrowth = 4;
-
-// Whether a list of so many entries is where its index gets larger: 128, 512, 2048 and so on.
-bool IsIndexStep(std::uint32_t count) {
-    return count >= indexedFrom && std::has_single_bit(count) &&
-           std::countr_zero(count / indexedFrom) % std::countr_zero(indexGrowth) == 0;
-}
-
-} // namespace
 
 // Returns a text to its store unless the entry that was to hold it came about.
 class clsTree::clsTextHolder {
@@ -87,59 +72,29 @@ void clsTree::SetItem(clsItemList& list, const scName& name, std::u16string_view
 }
 
 void clsTree::AddItem(clsItemList& list, std::uint32_t key, clsTextHolder& name, clsTextHolder& value) {
-    clsItem& entry = NewEntry(list);
+    clsItem& entry = list.NewEntry(slab_);
     entry.key = key;
     entry.name = name.Hand();
     entry.value = value.Hand();
-    Added(list);
+    list.Added(slab_);
     if (&list != beforeItems_.list && &list != &root_) // whose ends come after that place
         beforeItems_ = {&root_, 0};
 }
 
 clsItemList* clsTree::AddList(clsItemList& list, std::uint32_t key, clsTextHolder& name) {
-    clsItem& entry = NewEntry(list);
-    auto* const subList = new (lists_.Allocate()) clsItemList(this, &list, list.used_);
+    clsItem& entry = list.NewEntry(slab_);
+    auto* const subList = new (lists_.Allocate()) clsItemList(this, &list, list.End());
     entry.key = key;
     entry.name = name.Hand();
     entry.subList = subList;
-    Added(list);
+    list.Added(slab_);
     return subList;
-}
-
-// The place behind the last entry. It counts only once Added was called, so that a failure in between
-// leaves the list as it was.
-clsItem& clsTree::NewEntry(clsItemList& list) {
-    if (list.used_ == list.entries_.Capacity())
-        list.entries_.Grow(slab_);
-    return list.entries_.At(list.used_);
-}
-
-void clsTree::Added(clsItemList& list) noexcept {
-    const std::uint32_t position = list.used_++;
-    if (IsIndexStep(list.used_))
-        ReserveIndex(list, list.used_ * indexGrowth);
-    else if (list.index_ && list.index_->IsFilled())
-        list.index_->Append(list, position);
-}
-
-// Gives a list an index for up to so many entries, to be filled when it is first needed; or none, when
-// there is no memory for it.
-void clsTree::ReserveIndex(clsItemList& list, std::uint32_t count) noexcept {
-    if (!list.index_) {
-        try {
-            list.index_ = new (slab_.Allocate(sizeof(clsNameIndex))) clsNameIndex(slab_);
-        } catch (const std::bad_alloc&) {
-            return;
-        }
-    }
-    if (!list.index_->Reserve(count))
-        DropIndex(list);
 }
 
 // ---- Copying ----------------------------------------------------------------------------------
 
 void clsTree::Copy(clsItemList& destination, clsItemList& source) {
-    // The copies all land behind these entries of the destination; should the walk come by there,
+    // The copies all come after these entries of the destination; should the walk come by there,
     // it stops short of them.
     const std::uint32_t destinationEnd = destination.End();
     const bool sameTree = source.Tree() == this;
@@ -190,16 +145,9 @@ void clsTree::RemoveAll(clsItemList& list, EntryKind kind, const scName& name) n
     const scMatch first = list.Find(kind, name);
     if (first.position == clsItemList::notFound)
         return;
-    clsNameIndex* const index = list.index_; // filled by Find
-    if (index && first.mayRepeat)
-        index->ExpectRepeats(list);
-    if (index)
-        index->Remove(list, first.position);
+    list.ForgetAll(first);
     for (std::uint32_t position = first.position; position != clsItemList::notFound;) {
-        std::uint32_t next = clsItemList::notFound;
-        if (first.mayRepeat)
-            next = index ? index->NextAlike(list, position)
-                         : list.FindFrom(position + 1, name.Key(kind), name.text);
+        const std::uint32_t next = first.mayRepeat ? list.NextAlike(position) : clsItemList::notFound;
         MakeGap(list, position);
         position = next;
     }
@@ -207,8 +155,7 @@ void clsTree::RemoveAll(clsItemList& list, EntryKind kind, const scName& name) n
 }
 
 void clsTree::RemoveAt(clsItemList& list, std::uint32_t position) noexcept {
-    if (list.index_ && list.index_->IsFilled())
-        list.index_->RemoveAt(list, position);
+    list.ForgetAt(position);
     MakeGap(list, position);
     Close(list);
 }
@@ -245,56 +192,27 @@ void clsTree::Empty(clsItemList& list) noexcept {
     ReleaseEntries(list);
     if (beforeItems_.list == &list)
         beforeItems_.position = 0;
-    DropIndex(list);
-    list.entries_.Free(slab_);
-    list.used_ = list.gaps_ = 0;
+    list.Free(slab_);
 }
 
 void clsTree::MakeGap(clsItemList& list, std::uint32_t position) noexcept {
-    clsItem& entry = list.entries_.At(position);
+    const clsItem& entry = list.At(position);
     texts_.Release(entry.name);
     if (entry.IsList())
         DestroyList(entry.subList);
     else
         texts_.Release(entry.value);
-    entry.key = static_cast<std::uint32_t>(EntryKind::gap);
-    entry.name = nullptr;
-    entry.value = nullptr;
-    ++list.gaps_;
+    list.MakeGap(position);
 }
 
-// Closes the gaps of a list once they are many: each entry moves at most once for each deletion.
+// Nobody may walk the list meanwhile: positions hold during a walk.
 void clsTree::Close(clsItemList& list) noexcept {
-    if (list.gaps_ <= toleratedGaps || list.gaps_ <= list.used_ / 2 || IsWalked(list))
+    if (!list.HasManyGaps() || IsWalked(list))
         return;
-    std::uint32_t kept = 0;
-    std::uint32_t placeBefore = 0;
-    for (std::uint32_t i = 0; i < list.used_; ++i) {
-        if (i == beforeItems_.position)
-            placeBefore = kept;
-        const clsItem entry = list.entries_.At(i);
-        if (entry.IsGap())
-            continue;
-        if (entry.IsList())
-            entry.subList->position_ = kept;
-        list.entries_.At(kept++) = entry;
-    }
-    if (beforeItems_.list == &list)
-        beforeItems_.position = beforeItems_.position < list.used_ ? placeBefore : kept;
-    list.used_ = kept;
-    list.gaps_ = 0;
-    if (kept < indexedFrom)
-        DropIndex(list);
-    else
-        ReserveIndex(list, kept * indexGrowth);
-}
-
-void clsTree::DropIndex(clsItemList& list) noexcept {
-    if (!list.index_)
-        return;
-    list.index_->~clsNameIndex();
-    slab_.Free(list.index_, sizeof(clsNameIndex));
-    list.index_ = nullptr;
+    const bool isPlaceHere = beforeItems_.list == &list;
+    const std::uint32_t place = list.CloseGaps(slab_, isPlaceHere ? beforeItems_.position : 0);
+    if (isPlaceHere)
+        beforeItems_.position = place;
 }
 
 // Releases all entries of a list and of the lists below it, last ones first, without recursion: a
@@ -302,7 +220,7 @@ void clsTree::DropIndex(clsItemList& list) noexcept {
 void clsTree::ReleaseEntries(clsItemList& top) noexcept {
     clsItemList* list = &top;
     for (;;) {
-        if (list->used_ == 0) {
+        if (list->End() == 0) {
             if (list == &top)
                 return;
             clsItemList* const parent = list->parent_;
@@ -310,7 +228,7 @@ void clsTree::ReleaseEntries(clsItemList& top) noexcept {
             list = parent;
             continue;
         }
-        const clsItem entry = list->entries_.At(--list->used_);
+        const clsItem entry = list->entries_.TakeLast();
         if (entry.IsGap())
             continue;
         texts_.Release(entry.name);
@@ -330,8 +248,7 @@ void clsTree::FreeList(clsItemList* list) noexcept {
     EndWalks(*list);
     if (beforeItems_.list == list)
         beforeItems_ = {list->parent_, list->position_};
-    DropIndex(*list);
-    list->entries_.Free(slab_);
+    list->Free(slab_);
     lists_.Free(list);
 }
 

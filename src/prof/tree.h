@@ -1,4 +1,4 @@
-// The tree of one profile: its root list, the memory behind it, and every change to it.
+// The tree of one profile: its root list, its memory, and every change to it.
 //
 // All walks are iterative (lists know their parent and their place in it), so depth costs memory but
 // never stack. Operations that create throw std::bad_alloc and leave the tree consistent.
@@ -17,7 +17,7 @@ class IclsValueWriter {
   public:
     virtual ~IclsValueWriter() = default;
     virtual std::size_t Length() const = 0;
-    virtual void Write(char16_t* text) const = 0; // exactly so many characters
+    virtual void Write(char16_t* text) const = 0; // exactly that number of characters
 };
 
 class clsTree {
@@ -31,8 +31,8 @@ class clsTree {
 
     clsItemList& Root() { return root_; }
 
-    // The list of this tree that stands at an address, whatever a caller gives for one; null if there is
-    // none. That a deleted list stood there cannot be told once a new one does.
+    // The list of this tree that stands at an address, whatever a caller passes as one; null if there is
+    // none. A deleted list is not recognised as such once a new one stands there.
     clsItemList* ListAt(const void* address) {
         if (address == &root_)
             return &root_;
@@ -47,7 +47,7 @@ class clsTree {
     // Appends an item with the name of one that this tree has.
     void AppendItem(clsItemList& list, const clsItem& namesake, std::u16string_view value);
 
-    // Gives the first item of that name a new value, or appends one.
+    // Sets the value of the first item of that name, or appends one.
     void SetItem(clsItemList& list, const scName& name, std::u16string_view value);
 
     // Removes every entry of that name and kind, with what is in it.
@@ -90,9 +90,6 @@ class clsTree {
         scWalkState* next;
     };
 
-    clsItem& NewEntry(clsItemList& list);
-    void Added(clsItemList& list) noexcept;
-    void ReserveIndex(clsItemList& list, std::uint32_t count) noexcept;
     void AddItem(clsItemList& list, std::uint32_t key, clsTextHolder& name, clsTextHolder& value);
     clsItemList* AddList(clsItemList& list, std::uint32_t key, clsTextHolder& name);
     void CopyItem(clsItemList& destination, const clsItem& item, bool sameTree);
@@ -100,7 +97,6 @@ class clsTree {
     scText* CopyName(const clsItem& entry, bool sameTree);
     void MakeGap(clsItemList& list, std::uint32_t position) noexcept;
     void Close(clsItemList& list) noexcept;
-    void DropIndex(clsItemList& list) noexcept;
     bool IsWalked(const clsItemList& list) const noexcept;
     void EndWalks(const clsItemList& list) noexcept;
     bool FindFirstItem() noexcept;

@@ -1,3 +1,7 @@
+// Integers are scanned by hand, because their overflow wraps and the standard library's does not. Doubles are
+// the standard library's work both ways; what stands here is where the C runtime, which wrote the files in
+// the field, differs from it: ties are rounded away from zero, infinities and NaNs have names, "d" marks an
+// exponent, too, and a number out of range is infinite or zero.
 #include "prof/value_text.h"
 
 #include "text/digits.h"
@@ -153,7 +157,7 @@ std::u16string_view NumberPart(std::u16string_view text) {
     return text.substr(0, at);
 }
 
-// A number whose exponent is out of range: nothing or infinity, as its leading digit's place tells.
+// A number whose exponent is out of range: nothing or infinity, by the place of its leading digit.
 double OutOfRange(std::string_view number) {
     const bool negative = number.front() == '-';
     const std::size_t exponentAt = number.find('e');

@@ -22,7 +22,7 @@ class clsValueText {
     }
     void PutDecimal(std::int32_t number);
     void PutUnsigned(std::uint64_t number);
-    void PutHexadecimal(std::uint64_t number, std::size_t digits); // at least so many, upper case
+    void PutHexadecimal(std::uint64_t number, std::size_t digits); // this many at least, upper case
     void PutFixed(double number);                                  // six decimals
 
     std::u16string_view View() const { return {text_.data(), length_}; }
@@ -34,7 +34,7 @@ class clsValueText {
     std::size_t length_ = 0;
 };
 
-// Reads text from the front. Every call moves past what it read and tells whether it fitted.
+// Reads text from the front. Every call moves past what it read and returns whether it fitted.
 class clsValueScanner {
   public:
     explicit clsValueScanner(std::u16string_view text) : next_(text.data()), end_(next_ + text.size()) {}

@@ -1,7 +1,7 @@
 // The typed values of a profile: one descriptor a type, all the typed calls are templates over them.
 //
 // A descriptor says what a caller passes (Value), how it becomes an item's text (Format), and how a
-// text becomes it (Parse). Parse tells whether the text is of the type; a type may have stored part
+// text becomes it (Parse). Parse returns whether the text is of the type; a type may have stored part
 // of a value before it says no. Adding a type is adding a descriptor.
 #pragma once
 

@@ -1,3 +1,7 @@
+// Into bytes: a VARIANT is walked by recursion, whose depth has a limit, and everything by reference is
+// stored as what it refers to. Out of bytes: ProfpReadVariant calls a sink, which builds the VARIANT from the
+// outside in. Each array is in the VARIANT around it before its elements come, so that one VariantClear frees
+// whatever there is when a later part fails.
 #include "prof/variant.h"
 
 #include "platform/exception.h"
@@ -157,7 +161,7 @@ class clsVariantBuilder final : public IclsVariantSink {
         char* next; // element
     };
 
-    // Gives the variant that waits for its contents its type. Only with contents: a type alone would
+    // Sets the type of the variant that waits for its contents. Only with contents: a type alone would
     // make whoever frees the variant follow a pointer that is not there.
     VARIANT& Put();
     void* NextElement(std::size_t size);

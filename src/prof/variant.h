@@ -26,7 +26,7 @@ class clsVariant {
 };
 
 // The bytes of a variant and of everything it refers to. Throws clsException for one that means nothing
-// outside the process (an interface pointer) or that cannot be copied, and a diagnostic line tells of it;
+// outside the process (an interface pointer) or that cannot be copied, and a diagnostic line says so;
 // std::bad_alloc.
 std::string ProfpStoreVariant(const VARIANT& value);
 

@@ -1,3 +1,6 @@
+// The reader trusts nothing: each length is compared with what is left before it is used, a count of elements
+// with the least bytes that so many take, and nesting with a fixed depth. Its frames are an array in the
+// object, so that nested arrays cost no stack. The writer has nothing to check; who calls it does.
 #include "prof/variant_layout.h"
 
 #include "platform/exception.h"
@@ -30,7 +33,7 @@ bool IsInterface(std::uint16_t type) {
     return type == variantType::dispatch || type == variantType::unknown;
 }
 
-// Every element takes at least so many bytes; 0 for a type that no array has.
+// The least number of bytes that an element takes; 0 for a type that no array has.
 std::size_t LeastElementSize(std::uint16_t type) {
     if (type == variantType::bstr)
         return sizeof(std::uint32_t);

@@ -72,7 +72,7 @@ class clsVariantWriter final : public IclsVariantSink {
 };
 
 // Reads what the writer wrote. Throws clsException for anything else, and what the sink throws; by then
-// the sink may have been told of a part. Asks for nothing that the bytes do not hold.
+// the sink may have been called for a part by then. Asks for nothing that the bytes do not hold.
 void ProfpReadVariant(std::string_view bytes, IclsVariantSink& sink);
 
 } // namespace tvut

@@ -1,5 +1,5 @@
 // A part is looked for by two of its units: eight places at a time are compared with its first unit, and
-// those behind them with its last. Only where both agree is the rest compared. Texts where that happens all
+// those after them with its last. Only where both agree is the rest compared. Texts where that happens all
 // the time cost their length times the part's; parts are short here.
 #include "text/find.h"
 

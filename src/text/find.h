@@ -1,6 +1,7 @@
 // Finding units in text whose length is known, eight at a time where the processor allows it.
 //
-// Nothing outside the text is read. Everything gives the end of the text when there is none.
+// Nothing outside the text is read. Where nothing is found, the result is the end of the text, unless it is
+// said to be null.
 #pragma once
 
 #include "text/units.h"

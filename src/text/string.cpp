@@ -1,3 +1,5 @@
+// Whoever writes makes the block his own first (MakeOwn): a shared one is copied, one that is too small
+// replaced. Readers never look at the reference count. The empty text has no block.
 #include "text/string.h"
 
 #include "platform/code_page.h"

@@ -54,7 +54,7 @@ class String {
     void Append(std::u16string_view text);
 
     // Replaces every occurrence of a text in one pass from left to right; occurrences do not overlap,
-    // and what was put in is not looked at again. Gives how many there were; none of an empty text.
+    // and what was put in is not looked at again. Returns how many there were; none of an empty text.
     std::size_t Replace(std::u16string_view from, std::u16string_view to);
 
     // Characters to write to, of a text that is made at least so long; ReleaseBuffer ends the writing

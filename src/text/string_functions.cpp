@@ -1,3 +1,7 @@
+// Strings end where nobody has said, so what is read ahead is either an aligned block, which lies in one page
+// with a unit that must be read anyway, or a block that is checked not to touch the next page. Runs of bytes
+// of at most a few hundred are moved and filled in line; both ends are written as words that may overlap,
+// instead of a loop over the rest.
 #include "text/string_functions.h"
 
 #include "text/blocks.h"

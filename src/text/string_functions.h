@@ -37,11 +37,11 @@ const char16_t* UtilpFindPart(const char16_t* text, const char16_t* part);
 void UtilpTrimLeft(char16_t* text);
 void UtilpTrimRight(char16_t* text);
 
-// Removes characters at a position, counted from 0, and puts others in; a position behind the end
+// Removes characters at a position, counted from 0, and puts others in; a position after the end
 // changes nothing. The buffer has room for the result.
 void UtilpStuff(char16_t* text, std::size_t position, std::size_t count, const char16_t* insertion);
 
-// Keeps up to count characters from a position, counted from 0 and not behind the end.
+// Keeps up to count characters from a position, counted from 0 and not after the end.
 void UtilpKeep(char16_t* text, std::size_t position, std::size_t count);
 
 } // namespace tvut

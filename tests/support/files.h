@@ -18,7 +18,8 @@ using Bytes = std::string;
 class TempFolder {
   public:
     explicit TempFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path())
-        : path_((parent / (L"prof-test-" + std::to_wstring(GetCurrentProcessId()))).make_preferred()) {
+        : path_((absolute(parent) / (L"prof-test-" + std::to_wstring(GetCurrentProcessId())))
+                    .make_preferred()) {
         clear();
         std::filesystem::create_directory(path_);
     }

@@ -382,7 +382,7 @@ int exceptions = 0;
 LONG CALLBACK takeSecond(EXCEPTION_POINTERS* pointers) {
     if (pointers->ExceptionRecord->ExceptionCode != static_cast<DWORD>(STATUS_NO_MEMORY) || ++exceptions == 1)
         return EXCEPTION_CONTINUE_SEARCH;
-    std::jthread([] { EXPECT_EQ(UtilJobClose(UtilJobOpen(L"free", 0)), UTIL_OK); }).join();
+    std::thread([] { EXPECT_EQ(UtilJobClose(UtilJobOpen(L"free", 0)), UTIL_OK); }).join();
     return EXCEPTION_CONTINUE_EXECUTION;
 }
 

@@ -1,3 +1,5 @@
+// The wrapper does not say how long its contents are. So room is guessed from the wrapped length and doubled,
+// up to one byte beyond the limit: to get there is to be too large.
 #include "prof/formats/compression.h"
 
 #include "prof/formats/load_error.h"

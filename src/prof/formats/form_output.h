@@ -22,7 +22,7 @@ class clsFormOutput {
   public:
     using View = std::basic_string_view<Unit>;
 
-    // Takes its memory, then tells the sink how many bytes will come.
+    // Takes its memory, then passes on how many bytes will come.
     clsFormOutput(clsByteSink& sink, std::uint64_t bytes)
         : sink_(sink), block_(std::make_unique_for_overwrite<Unit[]>(blockLength)) {
         sink_.Extend(bytes);

@@ -1,3 +1,7 @@
+// A form shows in its first line, and a line that breaks off within our own header is still ours: files are
+// cut off by all kinds of accidents. What begins with other markup is no profile, unless the text form's root
+// follows somewhere.
+#include "prof/formats/flags.h"
 #include "prof/formats/form.h"
 #include "prof/formats/xml_form.h"
 
@@ -28,10 +32,10 @@ FormReader ProfpDetectForm(std::u16string_view firstLine, bool foreignXfdf) {
 }
 
 const scFormWriter& ProfpFormToWrite(std::uint32_t flags) {
-    switch (flags & 0xFu) {
-    case 0:
+    switch (flags & saveFlags::form) {
+    case saveFlags::textForm:
         return textWriter;
-    case 2:
+    case saveFlags::xfdfForm:
         return xfdfWriter;
     default:
         return xmlWriter;

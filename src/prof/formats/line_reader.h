@@ -22,16 +22,16 @@ class clsLineReader {
         return NextBy(text_, [](const char16_t* begin, scLine& line) { line = ProfpScanLine(begin); });
     }
 
-    // The same for a form of markup. Markup tells of the line, but not of what ExtendTo adds to it; quotes
-    // among so many first characters do not count there.
+    // The same for a form of markup. Markup is about the line, without what ExtendTo adds to it; quotes
+    // among that number of first characters do not count there.
     template <unsigned firstCharacters = 0>
     bool NextElement() {
         return NextBy(markup_, ProfpScanMarkupLine<firstCharacters>);
     }
     const scMarkupLine& Markup() const { return markup_; }
 
-    // Makes the line longer, over line ends and blanks as they stand, until a mark is in it at or behind a
-    // place; the lines taken in are counted. Gives where the mark is, npos at the end of the text.
+    // Makes the line longer, over line ends and blanks as they stand, until a mark is in it at or after a
+    // place; the lines taken in are counted. Returns where the mark is, npos at the end of the text.
     std::size_t ExtendTo(std::u16string_view mark, std::size_t from) {
         std::size_t found = Line().find(mark, from);
         while (found == std::u16string_view::npos) {
@@ -58,7 +58,7 @@ class clsLineReader {
         return name.substr(0, name.rfind(u']'));
     }
 
-    // The line up to its first "=", and what stands behind that.
+    // The line up to its first "=", and what follows it.
     std::u16string_view Name() const { return View(begin_, text_.equals); }
     std::u16string_view Value() const {
         return text_.equals == lineEnd_ ? std::u16string_view() : View(text_.equals + 1, lineEnd_);

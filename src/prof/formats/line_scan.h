@@ -16,7 +16,7 @@ struct scLine {
 };
 
 // Scans from a character to the end of its line. A CR or LF must follow somewhere, with seven more
-// readable units behind it.
+// readable units after it.
 inline scLine ProfpScanLine(const char16_t* text) {
     scLine line{nullptr, nullptr, false, false};
     const __m128i carriageReturn = _mm_set1_epi16(u'\r');

@@ -1,29 +1,17 @@
+// From bytes to a reader: unwrap while there is a compressed wrapper, decode, look at the first line, and
+// hand the lines to the reader of its form. A fault in the contents ends in a diagnostic line and a result;
+// faults of the source and of memory are the caller's to handle.
 #include "prof/formats/load.h"
 
 #include "prof/formats/compression.h"
+#include "prof/formats/flags.h"
 #include "prof/formats/form.h"
 #include "prof/formats/load_error.h"
 #include "runtime/diagnostics.h"
 
 namespace tvut {
 
-clsLoadException::clsLoadException(std::uint32_t line, std::u16string_view message)
-    : clsException("profile contents cannot be parsed"), line_(line), message_(message) {
-    clsDiagnosticLine()
-        .Put(u"PROF load error line ")
-        .Put(static_cast<std::int32_t>(line))
-        .Put(u": '")
-        .Put(message)
-        .Put(u"'")
-        .Write();
-}
-
 namespace {
-
-namespace readFlags {
-constexpr std::uint32_t foreignXfdf = 1;
-constexpr std::uint32_t plainIni = 2;
-} // namespace readFlags
 
 // A wrapper in a wrapper is read like any other input; more than a few are no profile.
 constexpr int deepestWrapper = 4;
@@ -48,6 +36,25 @@ FormReader ReaderFor(clsLineReader& lines, ReadMode mode) {
     return reader;
 }
 
+// Two lines: where the fault is, and which input it is in.
+void Report(const clsLoadException& error, std::u16string_view inputName) {
+    const auto line = static_cast<std::int32_t>(error.Line());
+    clsDiagnosticLine()
+        .Put(u"PROF load error line ")
+        .Put(line)
+        .Put(u": '")
+        .Put(error.Message())
+        .Put(u"'")
+        .Write();
+    clsDiagnosticLine()
+        .Put(inputName)
+        .Put(u": error '")
+        .Put(error.Message())
+        .Put(u"' in line ")
+        .Put(line)
+        .Write();
+}
+
 } // namespace
 
 ReadMode ProfpReadMode(std::uint32_t flags) {
@@ -70,13 +77,7 @@ scLoadResult ProfpLoad(clsByteSource& source, clsItemList& target, const scLoadR
         ReaderFor(lines, request.mode)(lines, target, clsLoadWarnings(request.inputName));
         result.parsed = true;
     } catch (const clsLoadException& error) {
-        clsDiagnosticLine()
-            .Put(request.inputName)
-            .Put(u": error '")
-            .Put(error.Message())
-            .Put(u"' in line ")
-            .Put(static_cast<std::int32_t>(error.Line()))
-            .Write();
+        Report(error, request.inputName);
     }
     return result;
 }

@@ -22,7 +22,7 @@ struct scLoadRequest {
 };
 
 struct scLoadResult {
-    bool parsed = false;     // false: malformed, and a diagnostic line tells of it
+    bool parsed = false;     // false: malformed, and a diagnostic line says where
     bool compressed = false; // the input was in the compressed wrapper
 };
 

@@ -10,8 +10,9 @@ namespace tvut {
 
 class clsLoadException : public clsException {
   public:
-    // message is a literal. Writes a diagnostic line; the loader adds one that names the input.
-    clsLoadException(std::uint32_t line, std::u16string_view message);
+    // message is a literal.
+    clsLoadException(std::uint32_t line, std::u16string_view message)
+        : clsException("profile contents cannot be parsed"), line_(line), message_(message) {}
 
     std::uint32_t Line() const { return line_; }
     std::u16string_view Message() const { return message_; }

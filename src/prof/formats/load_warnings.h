@@ -1,4 +1,4 @@
-// What the reader of a form tells of an input that loads, but of which it has read a part only, or nothing.
+// What the reader of a form reports of an input that loads, but of which it has read a part only, or nothing.
 //
 // Nothing is refused for what it holds besides a profile; but who opens it and saves what was read would
 // lose the rest, so a line names it.

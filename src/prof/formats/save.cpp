@@ -1,3 +1,5 @@
+// The form is measured before anything is written, so that the target hears its exact length first: what
+// would be too large touches nothing, and a full disk shows while the old contents are still there.
 #include "prof/formats/save.h"
 
 #include "prof/formats/compression.h"

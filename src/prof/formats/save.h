@@ -2,16 +2,12 @@
 #pragma once
 
 #include "platform/bytes.h"
+#include "prof/formats/flags.h"
 #include "prof/item_list.h"
 
 #include <cstdint>
 
 namespace tvut {
-
-namespace saveFlags {
-constexpr std::uint32_t compressed = 0x40;
-constexpr std::uint32_t compressedAsRead = 0x80;
-} // namespace saveFlags
 
 // Beyond this a 32-bit process could not read back what it wrote.
 constexpr std::uint64_t largestSavedProfile = 0x7FFFFFFF;

@@ -95,7 +95,7 @@ class clsForeignXfdfParser {
         SkipBehind(u"</value-richtext");
         SkipTag();
     }
-    // Behind a tag.
+    // After a tag.
     bool IsEmptyTag() const { return lines_.Line()[at_ - 2] == u'/'; }
 
     void SkipDeclaration() {

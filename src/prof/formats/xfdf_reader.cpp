@@ -1,4 +1,4 @@
-// Fields open by lines that begin with <field> and name themselves behind it; a value is an item under the
+// Fields open by lines that begin with <field> and name themselves after it; a value is an item under the
 // name of the innermost open field, which changes neither level nor list. Field tags with attributes, those
 // that the writer and other programs write, are skipped like any other line: ProfpReadForeignXfdf reads them.
 #include "prof/formats/xfdf_reader.h"

@@ -19,10 +19,10 @@ class clsXfdfParser {
     // Reads a document: its contents begin with a line <xfdf ...> and end with </xfdf>.
     void ParseDocument();
 
-    // Reads from behind a line <xfdf ...> to </xfdf> or the end of the text.
+    // Reads from after a line <xfdf ...> to </xfdf> or the end of the text.
     void ParseContents();
 
-    // At the end: tells of an input of which nothing was read, and of values that have no name.
+    // At the end: reports an input of which nothing was read, and values that have no name.
     void Finish(bool nothingRead, const clsLoadWarnings& warnings) const;
 
   private:

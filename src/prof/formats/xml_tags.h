@@ -34,7 +34,7 @@ inline bool ProfpHoldsElement(std::u16string_view text) {
     return false;
 }
 
-// The name in a tag and what stands behind its closing quote; what is missing is said by which.
+// The name in a tag and what follows its closing quote; state says what is missing.
 struct scTagName {
     enum class State { complete, absent, unfinished };
     State state;

@@ -1,3 +1,6 @@
+// References are taken one after the other from the front. Whether a semicolon follows at all is looked up
+// once a text, or a value of a million ampersands would be searched a million times. A text without an
+// ampersand, which nearly all are, is not copied.
 #include "prof/formats/xml_text.h"
 
 #include "text/digits.h"
@@ -44,7 +47,7 @@ void AppendCharacter(std::u16string& text, std::uint32_t code) {
     }
 }
 
-// Gives the length of the reference at the beginning of a text and appends what it stands for; 0 when
+// Returns the length of the reference at the beginning of a text and appends what it stands for; 0 when
 // there is none. One of digits takes all of a text that holds no semicolon, and stands for nothing.
 std::size_t TakeNumericReference(std::u16string_view text, bool holdsSemicolon, std::u16string& buffer) {
     if (!text.starts_with(u"&#"))

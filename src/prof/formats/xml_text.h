@@ -58,7 +58,7 @@ inline bool ProfpCopyFindingSpecial(char16_t* out, std::u16string_view text) {
     return special;
 }
 
-// What a character is written as; the text behind a character decides, too: of CR LF only the LF is
+// What a character is written as; the text after a character decides, too: of CR LF only the LF is
 // written. Room for the longest reference, &#x001f;
 class clsXmlReference {
   public:

@@ -1,3 +1,6 @@
+// An engine does whole groups without anything irregular. The decoder lets it run as far as it gets, takes
+// one group by hand (blanks, padding, the end, or a fault) and lets it run again, so a text of lines costs
+// one slow group a line.
 #include "text/bytes/base64.h"
 
 #include "text/bytes/base64_engine.h"

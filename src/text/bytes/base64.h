@@ -14,7 +14,7 @@
 
 namespace tvut {
 
-// The characters of so many bytes. Throws std::bad_alloc when no text can be so long.
+// How many characters a number of bytes becomes. Throws std::bad_alloc when no text can be so long.
 std::size_t UtilpBase64Length(std::size_t bytes);
 
 // Writes exactly UtilpBase64Length characters. Bytes that come in pieces may be encoded piece by piece
@@ -29,7 +29,7 @@ class clsBase64Decoder {
 
     explicit clsBase64Decoder(std::u16string_view text, Padding padding = Padding::isNothing);
 
-    // Fills a room of a multiple of 3 bytes; less only at the end. Gives how many bytes, or nothing when
+    // Fills a room of a multiple of 3 bytes; less only at the end. Returns how many bytes, or nothing when
     // the text is in bad format.
     std::optional<std::size_t> Decode(std::span<std::uint8_t> room);
 

@@ -14,12 +14,12 @@ struct scBase64Engine {
     const char* name;
     bool (*isAvailable)() noexcept;
 
-    // Encodes bytes from the front; gives how many, a multiple of 3. The text has room for as many
+    // Encodes bytes from the front; returns how many, a multiple of 3. The text has room for as many
     // groups of 4 as there are groups of 3 bytes.
     std::size_t (*encode)(const std::uint8_t* bytes, std::size_t count, char16_t* text);
 
     // Decodes characters from the front, up to the first group that holds anything but the alphabet;
-    // gives how many, a multiple of 4. There is room for as many groups of 3 bytes as there are of 4
+    // returns how many, a multiple of 4. There is room for as many groups of 3 bytes as there are of 4
     // characters, all of which may be written to.
     std::size_t (*decode)(const char16_t* text, std::size_t count, std::uint8_t* bytes);
 };

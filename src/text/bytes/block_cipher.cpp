@@ -1,3 +1,6 @@
+// Blocks of a chain depend on each other when they are enciphered, one after the other; deciphering has no
+// such order, so eight blocks are undone at once in vector registers. A text becomes a key by a published way
+// from a block cipher to a hash, so the cipher is all that is needed.
 #include "text/bytes/block_cipher.h"
 
 #include "text/units.h"

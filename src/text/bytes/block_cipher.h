@@ -1,4 +1,4 @@
-// The block cipher behind the key text of stored bytes: Speck64/128 in cipher block chaining.
+// The block cipher of the key text of stored bytes: Speck64/128 in cipher block chaining.
 //
 // A published cipher with blocks of 64 and keys of 128 bits, chosen for what it costs: few instructions,
 // no tables, some times faster than its likes at equal strength. docs/byte-text.md says what it protects
@@ -32,7 +32,7 @@ class clsBlockCipher {
 };
 
 // Enciphers or deciphers one run of bytes in place. It may come in pieces; all but the last are
-// multiples of a block. The rest behind the last whole block is covered with the chain's next mask.
+// multiples of a block. The rest after the last whole block is covered with the chain's next mask.
 class clsCipherChain {
   public:
     explicit clsCipherChain(std::u16string_view keyText);

@@ -1,3 +1,6 @@
+// Bytes are packed whole before they become text, because the text's length must be known before it is
+// written. The other way round everything goes piece by piece, Base64, cipher, zlib, sink, and needs memory
+// for one piece only. Limits are checked as bytes come: how far a text unfolds shows only then.
 #include "text/bytes/byte_text.h"
 
 #include "platform/exception.h"

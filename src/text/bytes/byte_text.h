@@ -3,7 +3,7 @@
 //     ""         no bytes
 //     Base64     the bytes
 //     @2@Base64  the bytes as a zlib stream
-//     @1@Base64  the bytes with zeros behind them, up to a multiple of three; read, but never written
+//     @1@Base64  the bytes with zeros after them, up to a multiple of three; read, but never written
 //
 // With a key text, what is encoded is enciphered if it has 8 bytes or more. Any other text that begins
 // with "@" is in bad format, since "@" is outside the alphabet.
@@ -65,9 +65,9 @@ class clsPackedBytes {
 };
 
 // Writes the bytes that a text stands for to a sink, whose length it does not know and which is not finished.
-// A text that cannot be decoded, or unfolds to more than a limit, gives false and a diagnostic line; the sink
-// may have got some bytes by then, so whoever promises all or nothing gives a sink that can be dropped.
-// Throws what the sink throws, std::bad_alloc.
+// A text that cannot be decoded, or unfolds to more than a limit, is reported by false and a diagnostic line;
+// the sink may have got some bytes by then, so whoever promises all or nothing passes a sink that can be
+// dropped. Throws what the sink throws, std::bad_alloc.
 bool UtilpWriteBytesOfText(std::u16string_view text, std::u16string_view keyText, clsByteSink& sink,
                            std::uint64_t limit = largestUnfoldedBytes);
 

@@ -1,3 +1,6 @@
+// zlib works from one buffer into another. Its state stands apart from the classes, so that nobody else needs
+// zlib's header. The sink hands on full blocks only: what is compressed is mostly small, and targets like few
+// calls.
 #include "text/bytes/deflate.h"
 
 #include <array>

@@ -40,10 +40,10 @@ class clsInflater {
 
     // The next piece; the one before must be used up. It stays where it is until it is used up.
     void Feed(const void* data, std::size_t bytes);
-    // Bytes of the piece that are not used up; those behind the end of the stream never are.
+    // Bytes of the piece that are not used up; those after the end of the stream never are.
     std::size_t Left() const;
 
-    // Unfolds as much as is fed and there is room for; gives how many bytes. Throws std::bad_alloc.
+    // Unfolds as much as is fed and there is room for; returns how many bytes. Throws std::bad_alloc.
     std::size_t Unfold(void* room, std::size_t bytes);
     State Now() const { return now_; }
 

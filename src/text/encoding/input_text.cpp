@@ -1,3 +1,6 @@
+// The storage is always padded after its last character, whatever was read into it, decoded or dropped; every
+// function that changes where the text ends calls Terminate. A window is refilled by moving what is kept to
+// its start; a line longer than half of it doubles it, so that no line is moved more than a few times.
 #include "text/encoding/input_text.h"
 
 #include "platform/code_page.h"
@@ -15,7 +18,7 @@ namespace {
 constexpr std::size_t windowBytes = 128 * 1024;
 constexpr std::size_t largestReserve = 256 * 1024 * 1024; // a source may say what it likes of its size
 
-// In UTF-16 little-endian every line end, "=" and bracket is its byte at an even place and a zero behind
+// In UTF-16 little-endian every line end, "=" and bracket is its byte at an even place and a zero after
 // it; in 8-bit text hardly one is, whatever zeros stray into it. A look at the beginning is enough.
 bool LooksLikeUtf16(std::string_view bytes) {
     constexpr std::string_view structure = "\r\n=[]";
@@ -51,7 +54,7 @@ clsInputText::clsInputText(clsByteSource& source) : source_(&source) {
 clsInputText::clsInputText(std::unique_ptr<char16_t[]> paddedStorage, std::size_t byteCount)
     : storage_(std::move(paddedStorage)), capacity_(byteCount), byteCount_(byteCount) {}
 
-// Room for at least so many bytes, an even number; what was read stays.
+// Room for at least a number of bytes, rounded up to an even one; what was read stays.
 void clsInputText::Reserve(std::size_t bytes) {
     bytes += bytes % sizeof(char16_t);
     if (bytes <= capacity_)

@@ -2,8 +2,8 @@
 //
 // The bytes are read into storage made of UTF-16 units, so that an input that is UTF-16 already is
 // used where it lies; and when its byte-order mark says so, it is read a window at a time, because
-// touching a few megabytes of fresh memory costs more than reading them. Every other encoding is told
-// and decoded from the whole input. Behind the last character stand a line end and fifteen more
+// touching a few megabytes of fresh memory costs more than reading them. Every other encoding is recognised
+// and decoded from the whole input. After the last character stand a line end and fifteen more
 // units: scanners may look at sixteen units at a time and need no other end condition.
 #pragma once
 
@@ -17,7 +17,7 @@ namespace tvut {
 
 class clsInputText {
   public:
-    static constexpr std::size_t padding = 16; // units behind the last one
+    static constexpr std::size_t padding = 16; // units after the last one
 
     // Reads the beginning of a source, which must outlive the object. Throws std::bad_alloc and what
     // the source throws, as do ReadAll, Decode and Refill.
@@ -42,7 +42,7 @@ class clsInputText {
     // After ReadAll and Decode: the text ends before the zero units at its end.
     void DropZerosAtEnd();
 
-    // Drops the text before a position of Text() and reads more behind what is kept: Text() is new
+    // Drops the text before a position of Text() and reads more after what is kept: Text() is new
     // then, and begins there. False when the whole input has been seen; Text() is as it was.
     bool Refill(const char16_t* keepFrom);
 

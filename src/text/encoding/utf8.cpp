@@ -1,3 +1,6 @@
+// A table row for each kind of first byte holds what well-formed means, and decoding and checking both go by
+// it. Overlong forms, surrogates and code points beyond the last are then ranges of the second byte, and need
+// no arithmetic.
 #include "text/encoding/utf8.h"
 
 #include <array>

@@ -13,7 +13,7 @@ namespace tvut {
 bool UtilpIsUtf8(std::string_view bytes) noexcept;
 
 // Converts; each byte that belongs to no well-formed sequence becomes U+FFFD. The buffer has room for
-// as many characters as there are bytes, which is always enough. Gives the number of characters.
+// as many characters as there are bytes, which is always enough. Returns the number of characters.
 std::size_t UtilpDecodeUtf8(std::string_view bytes, char16_t* characters) noexcept;
 
 constexpr bool UtilpIsHighSurrogate(char16_t c) {
@@ -79,7 +79,7 @@ inline std::size_t UtilpUtf8Length(std::u16string_view text) noexcept {
 }
 
 // Converts; a surrogate without its other half becomes U+FFFD. There is room for longestUtf8 bytes for
-// each character. Gives the number of bytes.
+// each character. Returns the number of bytes.
 inline std::size_t UtilpEncodeUtf8(std::u16string_view text, char* bytes) noexcept {
     return UtilpNarrowAscii(bytes, text) ? text.size() : detail::EncodeUtf8(text, bytes);
 }

@@ -1,6 +1,11 @@
+// Walks the chain of pieces that crossed_links.h describes from its end: FindRound looks for the parts of the
+// last link, to the left, and Carry moves pieces as one round of replacement would move text. Pieces are
+// linked by number and only ever trimmed at their ends or relinked, so a round costs what it drops or makes
+// final.
 #include "text/html/crossed_links.h"
 
 #include "text/find.h"
+#include "text/html/link_marks.h"
 
 #include <algorithm>
 #include <array>
@@ -15,7 +20,7 @@ bool EndsWith(const char16_t* text, const char16_t* end, std::u16string_view par
            std::equal(part.begin(), part.end(), end - part.size());
 }
 
-// Tells where blocks and addresses begin, from the start to the end.
+// Reports where blocks and addresses begin, from the start to the end.
 template <class OnBlock, class OnAddress>
 void WalkOver(std::u16string_view text, OnBlock onBlock, OnAddress onAddress) {
     const char16_t* const start = text.data();
@@ -241,7 +246,7 @@ void clsCrossedLinks::CutAddressEnd(const scRound& round) {
     }
 }
 
-// Takes off the > before the label and what there is of </a> behind it.
+// Takes off the > before the label and what there is of </a> after it.
 void clsCrossedLinks::TrimLabel(Index label) {
     ++pieces_[blocks_[label].firstPiece].start;
     pieces_[blocks_[label].lastPiece].end -= linkEnd.size() - 1;
@@ -276,7 +281,7 @@ void clsCrossedLinks::MergeIntoAddress(const scRound& round) {
     merged.addressed = addresses.last != none ? round.address.block : merged.below;
 }
 
-// Pieces that have become empty are left out where others are put behind or before them: in a row that
+// Pieces that have become empty are left out where others are put before or after them: in a row that
 // grows with each round they would all be walked over by the next.
 clsCrossedLinks::Index clsCrossedLinks::FirstFilled(Index piece, Index last) const {
     while (piece != last && pieces_[piece].start == pieces_[piece].end)
@@ -290,7 +295,7 @@ clsCrossedLinks::Index clsCrossedLinks::LastFilled(Index piece, Index first) con
     return piece;
 }
 
-// A label that comes to stand behind other text may complete a href=" there; it gets a piece of its own.
+// A label that comes to stand after other text may complete a href=" there; it gets a piece of its own.
 clsCrossedLinks::scAddresses clsCrossedLinks::AddressAcross(Index before, Index behind) {
     const std::size_t units = UnitsAcross(before, behind);
     if (units == 0)
@@ -303,7 +308,7 @@ clsCrossedLinks::scAddresses clsCrossedLinks::AddressAcross(Index before, Index 
     return {piece, piece};
 }
 
-// How many units of a href=" stand before the place where two pieces meet and the rest behind it; or 0.
+// How many units of a href=" stand before the place where two pieces meet and the rest after it; or 0.
 std::size_t clsCrossedLinks::UnitsAcross(Index before, Index behind) const {
     constexpr std::size_t most = linkAddress.size() - 1;
     std::array<char16_t, 2 * most> units{}; // around the place

@@ -16,11 +16,11 @@
 // character is walked over once.
 //
 // A > matters only if <a, href=" or </a> comes before the next >: without these nothing can ever remove
-// the next > and leave a </a> behind it. That keeps the number of blocks to a fraction of the text's
+// the next > and leave a </a> after it. That keeps the number of blocks to a fraction of the text's
 // length even where it is all brackets.
 #pragma once
 
-#include "text/html/links.h"
+#include "text/html/backward_text.h"
 
 #include <cstdint>
 #include <vector>

@@ -1,3 +1,6 @@
+// Names are at most eight ASCII characters, so a name is a number of eight bytes and looking it up is one
+// hash and mostly one comparison. The tables are made by the compiler. A name in the text is read with one
+// load where eight units may be read.
 #include "text/html/entities.h"
 
 #include "text/units.h"
@@ -93,11 +96,11 @@ constexpr scEntityKey KeyOf(Name name) {
     return key;
 }
 
-// The bytes of a number that the first so many characters of a name have.
+// Masks for the bytes of a number, by the number of characters that a name has.
 constexpr std::uint32_t bytesOfLow[] = {0, 0xFF, 0xFFFF, 0xFFFFFF, ~0u, ~0u, ~0u, ~0u, ~0u};
 constexpr std::uint32_t bytesOfHigh[] = {0, 0, 0, 0, 0, 0xFF, 0xFFFF, 0xFFFFFF, ~0u};
 
-// Units of no name give bytes of none: 0, or 0x80 and more.
+// Units that no name has become bytes that no name has: 0, or 0x80 and more.
 scEntityKey KeyOfEightUnits(const char16_t* name, std::size_t length) {
     const __m128i units = UtilpLoadEight(name);
     const __m128i bytes = _mm_packus_epi16(units, units);

@@ -1,3 +1,7 @@
+// One walk, in place: the result never gets ahead of what is read. Line ends are only counted when they are
+// met, since how many stay depends on how many there are; the next unit that stays puts them out. A row of
+// bracket characters is decided as a whole by the depth before it. Blocks of eight units that need no
+// decision are copied whole.
 #include "text/html/finish.h"
 
 #include "text/find.h"

@@ -7,7 +7,7 @@
 
 namespace tvut {
 
-// The result is never longer than the text and may take its place; gives its length.
+// The result is never longer than the text and may take its place; returns its length.
 std::size_t UtilpFinishPlainText(std::u16string_view text, char16_t* result);
 
 } // namespace tvut

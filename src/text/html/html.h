@@ -18,14 +18,14 @@ enum class HtmlForm : bool { tags, markers };
 std::size_t UtilpMaskedLength(std::u16string_view text);
 void UtilpMask(std::u16string_view text, std::span<char16_t> result); // of the measured length
 
-// The other way. The result needs room for as much as the text and may take its place; gives its length.
+// The other way. The result needs room for as much as the text and may take its place; returns its length.
 std::size_t UtilpDemask(std::u16string_view text, char16_t* result);
 
 // Plain text as paragraphs.
 std::size_t UtilpHtmlLength(std::u16string_view text, HtmlForm form);
 void UtilpTextToHtml(std::u16string_view text, HtmlForm form, std::span<char16_t> result);
 
-// A page as plain text. The result needs room for as much as the page, in another place; gives its length.
+// A page as plain text. The result needs room for as much as the page, in another place; returns its length.
 // Where links cross, it needs memory of its own meanwhile and throws std::bad_alloc when there is none.
 std::size_t UtilpHtmlToPlainText(std::u16string_view html, HtmlForm form, char16_t* result);
 

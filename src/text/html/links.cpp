@@ -1,22 +1,15 @@
+// Looks for the parts of a link from the right, each as the last one before the part found last, which is
+// where the greedy groups of the pattern in links.h put them.
 #include "text/html/links.h"
 
 #include "text/find.h"
 #include "text/html/crossed_links.h"
+#include "text/html/link_marks.h"
 
-#include <cstring>
 #include <memory>
 #include <string>
 
 namespace tvut {
-
-void clsBackwardText::Put(std::u16string_view text) {
-    start_ -= text.size();
-    const bool apart = start_ < text.data() || static_cast<std::size_t>(start_ - text.data()) >= text.size();
-    if (text.size() < 64 && apart)
-        UtilpCopy(start_, text.data(), text.size());
-    else
-        std::memmove(start_, text.data(), text.size() * sizeof(char16_t));
-}
 
 namespace {
 
@@ -24,7 +17,7 @@ std::u16string_view Between(const char16_t* start, const char16_t* end) {
     return {start, static_cast<std::size_t>(end - start)};
 }
 
-// The last <a with white space behind it that lies wholly before an end.
+// The last <a with white space after it that lies wholly before an end.
 const char16_t* FindLastStart(const char16_t* text, const char16_t* end) {
     for (const char16_t* stop = end; text != stop;) {
         const char16_t* const found = UtilpFindLast(text, stop, linkStart);

@@ -5,7 +5,7 @@
 // finds, in which the dot takes line ends, too. Its groups are greedy, and it is applied to the whole text
 // again until it no longer matches, so every round rewrites the link that ends last: its </a> is the last of
 // the text, the > before the label is the last one before that, and so on to the left, through the
-// quotation mark behind the address and href=" to <a. What lies between these but the address and
+// quotation mark after the address and href=" to <a. What lies between these but the address and
 // the label is dropped.
 //
 // Everything right of that </a> is final at once. So are, where all links are whole, label and
@@ -14,48 +14,23 @@
 // follows, can the next round meet what this one has put in; clsCrossedLinks takes over then.
 #pragma once
 
-#include <cstddef>
+#include "text/html/backward_text.h"
+
 #include <string_view>
 
 namespace tvut {
 
-// Writes a text from its end to its start. What is put may lie in the same memory, below what it overwrites.
-class clsBackwardText {
-  public:
-    explicit clsBackwardText(char16_t* end) : end_(end), start_(end) {}
-    void Put(std::u16string_view text);
-    const char16_t* Start() const { return start_; }
-    std::u16string_view View() const { return {start_, static_cast<std::size_t>(end_ - start_)}; }
-
-  private:
-    char16_t* end_;
-    char16_t* start_;
-};
-
 // The parts of the last link of a text.
 struct scLink {
     const char16_t* start;      // of <a
-    const char16_t* address;    // behind href="
+    const char16_t* address;    // after href="
     const char16_t* addressEnd; // at the quotation mark
-    const char16_t* label;      // behind >
+    const char16_t* label;      // after >
     const char16_t* labelEnd;   // at </a>
 
     std::u16string_view Address() const { return {address, static_cast<std::size_t>(addressEnd - address)}; }
     std::u16string_view Label() const { return {label, static_cast<std::size_t>(labelEnd - label)}; }
 };
-
-constexpr std::u16string_view linkStart = u"<a";
-constexpr std::u16string_view linkAddress = u"href=\"";
-constexpr std::u16string_view linkEnd = u"</a>";
-
-// What an address is put into.
-constexpr std::u16string_view beforeAddress = u" [";
-constexpr std::u16string_view behindAddress = u"]";
-
-// The white space of \s.
-inline bool UtilpIsPatternBlank(char16_t unit) {
-    return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
-}
 
 // Whether there is a link; fills in its parts.
 bool UtilpFindLastLink(std::u16string_view text, scLink& link);

@@ -74,7 +74,7 @@ class clsWindow {
         const std::uint32_t behind = semicolons_ >> ampersand;
         return (behind != 0 ? static_cast<unsigned>(std::countr_zero(behind)) : windowUnits) + 1;
     }
-    // A reference has no ampersand but its first unit, so the place behind it need not be known: what is to
+    // A reference has no ampersand but its first unit, so the place after it need not be known: what is to
     // be found next does not wait for its length.
     void PassAmpersand() { ampersands_ &= ampersands_ - 1; }
 
@@ -183,7 +183,7 @@ class clsDemasker {
         out_ += count;
     }
 
-    // A number that is none loses its ampersand, and what is behind that is text; an unknown name stays.
+    // A number that is none loses its ampersand, and what follows that is text; an unknown name stays.
     void Take(std::u16string_view reference) {
         if (const char16_t unit = UnitOf(reference, end_); unit != 0) {
             *out_++ = unit;

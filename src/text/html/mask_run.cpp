@@ -1,3 +1,5 @@
+// Sixteen ASCII characters are measured at once by adding up how much each grows. They are written eight at a
+// time while none of them grows, and else one by one, each as eight units of which the first ones count.
 #include "text/html/mask_run.h"
 
 #include "text/html/entities.h"

@@ -7,7 +7,8 @@ namespace tvut {
 
 std::size_t UtilpMaskedRunLength(const char16_t* text, const char16_t* end);
 
-// Writes that many units; scratches those behind it, as far as resultEnd. Gives where the next one goes.
+// Writes as many units as were measured; what follows them, up to resultEnd, may be overwritten. Returns
+// where the next one goes.
 char16_t* UtilpMaskRun(const char16_t* text, const char16_t* end, char16_t* result, char16_t* resultEnd);
 
 } // namespace tvut

@@ -1,3 +1,6 @@
+// One walk that may work in place, since no tag is shorter than what stands for it. Text between tags is
+// copied in blocks of eight units that hold neither a tag nor white space to be folded. The form of the
+// brackets is a template argument, which makes the units that are looked for constants.
 #include "text/html/tag_scan.h"
 
 #include "text/find.h"

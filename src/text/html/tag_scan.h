@@ -5,7 +5,7 @@
 
 namespace tvut {
 
-// The result is never longer than the page and may take its place; gives its length.
+// The result is never longer than the page and may take its place; returns its length.
 std::size_t UtilpRenderTags(std::u16string_view html, HtmlForm form, char16_t* result);
 
 } // namespace tvut

@@ -1,3 +1,5 @@
+// Like the entities: a name is sixteen bytes in lower case, made in registers where sixteen units may be
+// read, and found in a table that the compiler made.
 #include "text/html/tags.h"
 
 #include "text/units.h"
@@ -61,7 +63,7 @@ constexpr scTag tags[] = {
     {"/style", "", -1},
 };
 
-// A name as bytes in lower case, filled up with zeros. Units beyond ASCII give bytes that no name has.
+// A name as bytes in lower case, filled up with zeros. Units beyond ASCII become bytes that no name has.
 constexpr std::size_t keySize = 16;
 using Key = std::array<std::uint32_t, keySize / 4>;
 
@@ -78,7 +80,7 @@ constexpr Key KeyOf(Name name) {
     return key;
 }
 
-// The same with as many units behind the name as fill it.
+// The same where enough units follow the name to fill a key.
 Key LongKeyOf(std::u16string_view name) {
     const __m128i places = _mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
     const __m128i bytes = _mm_packus_epi16(UtilpLoadEight(name.data()), UtilpLoadEight(name.data() + 8));

@@ -1,3 +1,6 @@
+// A set is collected as ranges and finished once: merged, with a bit for each unit below 256, a bit for every
+// unit where there are many ranges, and the units outside where those are few. What is asked per character is
+// then a look at one bit or a search for the next unit outside.
 #include "text/regex/char_set.h"
 
 #include "text/regex/letter_pairs.h"

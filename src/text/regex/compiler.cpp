@@ -1,7 +1,7 @@
 // From a pattern's tree to instructions.
+#include "text/regex/errors.h"
 #include "text/regex/node_facts.h"
 #include "text/regex/program.h"
-#include "text/regex/regex.h"
 
 namespace tvut {
 

@@ -1,7 +1,44 @@
+// How a match is found, and why that ends.
+//
+// The matcher stands at one instruction (program.h) and at one place of the text. Step carries the
+// instruction out: the place moves on, or the text is against it. Where an instruction leaves a choice,
+// another round of a loop or none, this alternative or the next, Step takes the way that the pattern prefers
+// and pushes the other one onto a stack. When the text is against a step, GoBack pops the stack and goes on
+// from there. So all ways are tried in the order in which the pattern means them, and the first one that
+// arrives at Op::match is the match. Find does this at each place where a match can begin, from left to
+// right: the places follow from the text that every match begins with, or from the set of first characters,
+// and the others are passed over.
+//
+// An entry of the stack is one of four:
+//
+//     fork         an instruction and a place to go on at
+//     slot         what a slot (the ends of groups, the counters of loops) held before it was set: going back
+//                  over it restores it, so an attempt that fails leaves all slots as they were
+//     greedyRun    a run such as [a-z]* that may take fewer characters
+//     lazyRun      a run such as .*? that may take more
+//
+// A run is one set of characters taken again and again. It is one entry however long it is, since the way
+// back in it is a matter of counting. Where nothing but a certain text can follow it, as in .*</a>, only the
+// places where that text stands are tried, and they are found by searching.
+//
+// Assertions and atomic groups need no second matcher. Op::guard keeps the height of the stack and the place
+// in two slots. When the contents have matched, accept drops the choices made since: there is no way back
+// into them. The slot entries stay, for whoever goes back further. acceptHere moves back to the kept place,
+// too. For an assertion that must not match, guardNot first pushes a fork to what follows it, which is taken
+// when the contents fail; when they match, refuse undoes everything since, that fork included, and fails
+// itself.
+//
+// It ends because each round of the main loop spends a step, and steps are counted. A step that reads more
+// than a few characters spends one more for every eight of them. A loop that is past its least number of
+// rounds ends when a round has matched nothing, so no round is repeated for ever at one place. There still
+// are patterns, such as (a|a)*b, whose ways double with every character. These run out of steps: a matcher
+// has ten million and 64 for each unit of the text, which any sound pattern stays far below. The stack is
+// bounded in the same manner, and clsRegExTooComplex reports either. There is no recursion anywhere.
 #include "text/regex/matcher.h"
 
+#include "text/find.h"
+#include "text/regex/errors.h"
 #include "text/regex/letter_pairs.h"
-#include "text/regex/regex.h"
 
 #include <algorithm>
 
@@ -9,7 +46,7 @@ namespace tvut {
 
 namespace {
 
-// An entry or a step is a matter of nanoseconds; these let any sound pattern through.
+// An entry or a step is a matter of nanoseconds.
 constexpr std::size_t stepsAtLeast = 10'000'000;
 constexpr std::size_t stepsPerUnit = 64;
 constexpr std::size_t entriesAtLeast = 1u << 20;
@@ -193,7 +230,7 @@ bool clsRegExMatcher::IsPlace(RegExOp op) const {
         return here_ == end_;
     case Op::lastLineEnd:
         return here_ == end_ || (end_ - here_ == 1 && *here_ == u'\n');
-    case Op::lineStart: // not behind a line feed that ends the text
+    case Op::lineStart: // not after a line feed that ends the text
         return here_ == text_ || (here_[-1] == u'\n' && here_ != end_);
     case Op::lineEnd:
         return here_ == end_ || *here_ == u'\n';
@@ -204,7 +241,7 @@ bool clsRegExMatcher::IsPlace(RegExOp op) const {
     }
 }
 
-// Whether an instruction has a chance here; spares an entry where a look at one character tells.
+// Whether an instruction has a chance here; saves an entry where a look at one character is enough.
 bool clsRegExMatcher::CanGoOn(std::uint32_t code) const {
     const scRegExInstruction& instruction = program_.code[code];
     if (instruction.op == Op::literal)
@@ -286,7 +323,7 @@ clsRegExMatcher::Place clsRegExMatcher::FindFollower(const scRegExInstruction& i
     }
 }
 
-// Goes on with the fewest further characters that let the follower stand behind them; keeps the way to
+// Goes on with the fewest further characters that let the follower stand after them; keeps the way to
 // more of them.
 bool clsRegExMatcher::TakeShortest(const scRegExInstruction& instruction, Place limit) {
     const auto code = static_cast<std::uint32_t>(&instruction - program_.code.data());
@@ -301,7 +338,7 @@ bool clsRegExMatcher::TakeShortest(const scRegExInstruction& instruction, Place 
     return true;
 }
 
-// Goes back from here to the most characters that let the follower stand behind them; keeps the way to fewer.
+// Goes back from here to the most characters that let the follower stand after them; keeps the way to fewer.
 bool clsRegExMatcher::TakeLongest(const scRegExInstruction& instruction, Place shortest) {
     const auto code = static_cast<std::uint32_t>(&instruction - program_.code.data());
     if (instruction.follower != scRegExNode::none) {

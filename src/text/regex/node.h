@@ -23,7 +23,7 @@ enum class RegExNodeKind : std::uint8_t {
     sequence,     // children one after the other; none: the empty text
     alternatives, // any of the children, the first that leads to a match
     capture,      // (child)
-    repeat,       // child, so many times
+    repeat,       // child, from least to most times
     lookAhead,    // (?=child)
     lookBehind,   // (?<=child)
     noLookAhead,  // (?!child)

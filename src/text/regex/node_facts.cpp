@@ -1,3 +1,4 @@
+// Each fact is a walk down the tree, by recursion that the parser's limit on nesting bounds.
 #include "text/regex/node_facts.h"
 
 namespace tvut {
@@ -10,7 +11,7 @@ constexpr std::uint32_t none = scRegExNode::none;
 // The longest look back; also keeps the sums from overflowing.
 constexpr std::uint64_t longestFixed = 1u << 20;
 
-// Collects the units that the children of a sequence can begin with. Gives whether one of them must
+// Collects the units that the children of a sequence can begin with. Returns whether one of them must
 // match some, so that what follows does not count.
 bool AddFirst(const scRegExTree& tree, std::uint32_t at, clsCharSet& units);
 

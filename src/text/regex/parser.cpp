@@ -1,8 +1,8 @@
 // The parser: groups nest, and so do its calls, up to a fixed depth.
+#include "text/regex/errors.h"
 #include "text/regex/letter_pairs.h"
 #include "text/regex/node.h"
 #include "text/regex/pattern_reader.h"
-#include "text/regex/regex.h"
 
 #include <algorithm>
 #include <limits>

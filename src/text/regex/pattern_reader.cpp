@@ -1,7 +1,7 @@
 #include "text/regex/pattern_reader.h"
 
 #include "text/digits.h"
-#include "text/regex/regex.h"
+#include "text/regex/errors.h"
 
 #include <algorithm>
 

@@ -25,16 +25,16 @@ class clsPatternReader {
     bool Take(std::u16string_view text);
     void GoTo(std::size_t offset) { at_ = offset; }
 
-    // Digits of a base, at most so many; nothing, and nothing read, when there are none. Numbers that no
-    // pattern can mean are all read as the same large one.
+    // Digits of a base, at most a number of them; nothing, and nothing read, when there are none. Numbers
+    // that no pattern can mean are all read as the same large one.
     std::optional<unsigned> TakeNumber(unsigned base, std::size_t mostDigits = std::u16string_view::npos);
 
-    // Behind a backslash: a class such as \d, or a single character such as \n, \x41 or \*. Nothing, and
+    // After a backslash: a class such as \d, or a single character such as \n, \x41 or \*. Nothing, and
     // nothing read, for a letter or digit that means something else.
     std::optional<clsCharSet> TakeSetEscape();
     std::optional<char16_t> TakeUnitEscape();
 
-    // Behind the opening bracket: all of [...].
+    // After the opening bracket: all of [...].
     clsCharSet TakeClass(bool ignoreCase);
 
     [[noreturn]] void Fail(const char* reason) const { Fail(at_, reason); }

@@ -16,7 +16,7 @@ enum class RegExOp : std::uint8_t {
     fork,      // goes on at operand; if that fails, at other
     jump,      // goes on at operand
     save,      // keeps the place in slot operand
-    saveBoth,  // moves slot other to slot operand, and keeps the place in the one behind
+    saveBoth,  // moves slot other to slot operand, and keeps the place in the next slot
     sameAgain, // what the group between slots operand and operand + 1 matched
     sameAgainIgnoringCase,
     textStart,
@@ -28,7 +28,7 @@ enum class RegExOp : std::uint8_t {
     noWordEdge,
     stepBack,   // operand characters back
     loopStart,  // begins to count in slots operand (rounds) and operand + 1 (where the last one began)
-    loopNext,   // another round, at the instruction behind, or on at other, by least, most and greed
+    loopNext,   // another round, at the next instruction, or on at other, by least, most and greed
     loopRound,  // counts a round of the loop at operand
     guard,      // begins an assertion or an atomic group that keeps its state in slots operand and + 1
     guardNot,   // the same, where the contents must not match: goes on at other when they do not

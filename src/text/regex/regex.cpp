@@ -55,7 +55,7 @@ bool clsRegEx::Match(std::u16string_view text, clsRegExMatchList& match, std::si
     return true;
 }
 
-// Behind a match, an empty one at its end counts unless that match was empty itself.
+// After a match, an empty one at its end counts unless that match was empty itself.
 std::size_t clsRegEx::GSub(std::u16string_view text, IclsRegExGSubCB& replacement,
                            std::u16string& result) const {
     clsRegExMatchList match;

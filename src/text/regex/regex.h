@@ -4,7 +4,7 @@
 // call is bounded, too, so that a pattern that would take for ever is reported instead.
 #pragma once
 
-#include "platform/exception.h"
+#include "text/regex/errors.h"
 
 #include <cstddef>
 #include <memory>
@@ -42,7 +42,7 @@ class clsRegExMatchList {
     std::vector<scRegExMatch> matches_;
 };
 
-// Gives what is put in the place of each match.
+// Makes what is put in the place of each match.
 class IclsRegExGSubCB {
   public:
     // Appends the replacement to the result so far.
@@ -50,22 +50,6 @@ class IclsRegExGSubCB {
 
   protected:
     ~IclsRegExGSubCB() = default;
-};
-
-// A pattern that cannot be understood.
-class clsRegExError : public clsException {
-  public:
-    clsRegExError(std::size_t offset, const char* reason) noexcept : clsException(reason), offset_(offset) {}
-    std::size_t Offset() const noexcept { return offset_; } // in the pattern
-
-  private:
-    std::size_t offset_;
-};
-
-// A match that was given up because it took too many steps or too much memory.
-class clsRegExTooComplex : public clsException {
-  public:
-    using clsException::clsException;
 };
 
 class clsRegEx {
@@ -82,10 +66,10 @@ class clsRegEx {
     // below throw clsRegExTooComplex.
     bool Matches(std::u16string_view text) const;
 
-    // The first match that begins at a position or behind it.
+    // The first match that begins at a position or after it.
     bool Match(std::u16string_view text, clsRegExMatchList& match, std::size_t from = 0) const;
 
-    // Replaces all matches, from left to right, and gives how many there were. The result is appended to.
+    // Replaces all matches, from left to right, and returns how many there were. The result is appended to.
     std::size_t GSub(std::u16string_view text, IclsRegExGSubCB& replacement, std::u16string& result) const;
 
   private:
