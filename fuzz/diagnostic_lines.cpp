@@ -1,7 +1,7 @@
 // Diagnostic lines against a model: what the C runtime prints for the same format, cut at its end; and the
 // pieces in which a line leaves.
 //
-// The input is a program: each byte chooses what is put behind a line, and the bytes after it say what.
+// The input is a program: each byte chooses what is added to a line, and the bytes after it say what.
 #include "require.h"
 
 #include "runtime/diagnostic_group.h"

@@ -2,7 +2,7 @@
 // that it cannot hold.
 //
 // The bytes build a tree. For each form its texts are first rid of what that form cannot hold at all; what it
-// holds as something else is told by an account of its own, not by the library's. What is loaded must be what
+// holds as something else is said by an account of its own, not by the library's. What is loaded must be what
 // that account expects, entry by entry.
 #include "choices.h"
 #include "require.h"

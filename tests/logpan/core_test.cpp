@@ -142,7 +142,7 @@ TEST(Joiner, SeparatesIndentationAndLineEnd) {
 }
 
 // The library's own reports bear the host program's name in their text. One that is longer than its columns
-// counts once it is known: a colon behind a word is no rarity.
+// counts once it is known: a colon after a word is common.
 TEST(Joiner, TakesTheHostsNameFromReports) {
     const std::map<std::u16string, Severity> severities{
         {u"none", Severity::none}, {u"warning", Severity::warning}, {u"error", Severity::error}};
@@ -174,7 +174,7 @@ TEST(TextMessage, IsTakenApartWhereItHasColumns) {
     }
 }
 
-TEST(TextMessage, GoesOnBehindOneThatIsFull) {
+TEST(TextMessage, GoesOnAfterOneThatIsFull) {
     Bench bench;
     const std::wstring full = L"12:34:56.789 00000001/01 9  " + std::wstring(longestTextMessage - 28, L'x');
     bench.message(full);

@@ -27,7 +27,7 @@ class Sender {
     unsigned short port() const { return port_; }
 
     void sendBytes(const void* bytes, std::size_t size) const;
-    // The header with the text behind it, and the text's length in the header.
+    // The header with the text after it, and the text's length in the header.
     void send(LogpanPacketHeader header, std::wstring_view text) const;
     // The same, with whatever length the header says.
     void sendAsIs(const LogpanPacketHeader& header, std::wstring_view text) const;

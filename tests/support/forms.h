@@ -47,7 +47,7 @@ inline std::wstring wide(const wchar_t* text) {
 template <class Char>
 struct Form;
 
-// A member a pair of exports; the two specialisations differ in the letter behind each name only.
+// A member a pair of exports; the two specialisations differ in the letter after each name only.
 // clang-format off
 #define PROF_CALL(NAME, EXPORT) static inline const auto NAME = &Prof##EXPORT
 #define PROF_FORM_TABLE(CHAR, S) \

@@ -19,7 +19,7 @@ class Log {
 
     Log() : start_(readFile(path()).size()) {}
 
-    /// What was written since the object was made: each line's text behind its stamp.
+    /// What was written since the object was made: each line's text after its stamp.
     std::vector<std::string> lines() const {
         std::vector<std::string> texts;
         const std::string all = readFile(path()).substr(start_);

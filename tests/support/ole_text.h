@@ -1,4 +1,4 @@
-// A string of the OLE allocator that a call gives back.
+// A string of the OLE allocator that a call returns.
 #pragma once
 
 #include <windows.h>

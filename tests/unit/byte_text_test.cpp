@@ -183,24 +183,6 @@ std::optional<std::string> BytesOf(std::u16string_view text, std::u16string_view
     return sink.bytes;
 }
 
-TEST(ByteText, ComesBack) {
-    const Bytes random = Random(300000);
-    const std::string noise(random.begin(), random.end());
-    for (const std::size_t length : {0u, 1u, 7u, 8u, 9u, 3071u, 3072u, 3073u, 100000u, 300000u})
-        for (const std::u16string_view key : {u"", u"k", u"a longer key"})
-            for (const auto compression : {Compression::none, Compression::zlib})
-                for (const std::string& bytes : {noise.substr(0, length), std::string(length, 'x')}) {
-                    const std::u16string text = TextOf(bytes, compression, key);
-                    EXPECT_EQ(text.starts_with(u"@2@"), compression == Compression::zlib && length != 0);
-                    EXPECT_EQ(BytesOf(text, key), bytes) << length;
-                    const bool plain = key.empty() || length == 0;
-                    if (plain || (compression == Compression::none && length < 8))
-                        EXPECT_EQ(BytesOf(text), bytes) << length;
-                    else
-                        EXPECT_NE(BytesOf(text), bytes) << length;
-                }
-}
-
 TEST(ByteText, ThatIsStoredIsReadForEver) {
     std::string expected;
     for (int time = 0; time < 4; ++time)

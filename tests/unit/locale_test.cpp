@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 
 using namespace tvut;
@@ -19,7 +20,7 @@ TEST(Charset, OfTexts) {
     }
 }
 
-TEST(Charset, OfEveryUnitAloneAndBehindALetter) {
+TEST(Charset, OfEveryUnitAloneAndAfterALetter) {
     for (unsigned unit = 1; unit <= 0xFFFF; ++unit) {
         for (const unsigned codePage : {949u, 1252u}) {
             for (const char16_t before : {u'a', u'\u03B1', u'\u3042'}) {
@@ -83,39 +84,21 @@ TEST(Transition, FindsEveryOccurrenceOfEveryWeekday) {
     }
 }
 
+scDateTime DateOf(const std::u16string& column) {
+    std::istringstream numbers(NarrowCase(column));
+    scDateTime date{};
+    numbers >> date.year >> date.month >> date.dayOfWeek >> date.day >> date.hour >> date.minute >>
+        date.second >> date.milliseconds;
+    return date;
+}
+
 TEST(Transition, KeepsToUnusualRules) {
-    const struct {
-        const char* what;
-        scDateTime rule;
-        std::uint16_t year;
-        scDateTime expected;
-    } rows[] = {
-        {"the second Sunday of a March that begins with one",
-         Rule(3, 0, 2),
-         2015,
-         {2015, 3, noDayOfWeek, 8, 2, 30, 15, 0}},
-        {"no transition", {7, 0, 1, 2, 3, 4, 5, 6}, 2018, {7, 0, noDayOfWeek, 2, 3, 4, 5, 0}},
-        {"a fixed date", {2026, 10, 3, 4, 2, 0, 0, 0}, 1990, {1990, 10, noDayOfWeek, 4, 2, 0, 0, 0}},
-        {"a fixed 29 February in a year without one",
-         {2024, 2, 0, 29, 2, 0, 0, 0},
-         2023,
-         {2023, 2, noDayOfWeek, 29, 2, 0, 0, 0}},
-        {"the sixth Sunday of April 2018: 6 May",
-         Rule(4, 0, 6),
-         2018,
-         {2018, 4, noDayOfWeek, 6, 2, 30, 15, 0}},
-        {"the ninth Sunday of February 2018: 1 April",
-         Rule(2, 0, 9),
-         2018,
-         {2018, 2, noDayOfWeek, 1, 2, 30, 15, 0}},
-        {"the sixth Monday of December 2018: 7 January",
-         Rule(12, 1, 6),
-         2018,
-         {2018, 12, noDayOfWeek, 7, 2, 30, 15, 0}},
-        {"a weekday counted on: 8 is Monday", Rule(12, 8, 1), 2018, {2018, 12, noDayOfWeek, 3, 2, 30, 15, 0}},
-        {"a month there is not", Rule(13, 0, 2), 2018, {2018, 13, noDayOfWeek, 2, 2, 30, 15, 0}}};
-    for (const auto& row : rows)
-        EXPECT_EQ(UtilpTransitionInYear(row.rule, row.year), row.expected) << row.what;
+    for (const scCaseRow& row : CaseRows("transitions", 4)) {
+        const auto year = static_cast<std::uint16_t>(std::stoi(NarrowCase(row[1])));
+        scDateTime expected = DateOf(row[2]);
+        expected.dayOfWeek = noDayOfWeek;
+        EXPECT_EQ(UtilpTransitionInYear(DateOf(row[0]), year), expected) << row.where;
+    }
 }
 
 } // namespace

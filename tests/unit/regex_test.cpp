@@ -1,4 +1,4 @@
-// clsRegEx: what the syntax means, what a bad pattern is told, and that no pattern hangs.
+// clsRegEx: what the syntax means, what is said of a bad pattern, and that no pattern hangs.
 #include "support/cases.h"
 #include "text/regex/regex.h"
 #include "unit/native_platform.h"

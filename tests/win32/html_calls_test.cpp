@@ -55,7 +55,7 @@ TEST(Html, ResultsAreDeliveredAsStrings) {
     }
 }
 
-TEST(Html, NothingIsReadBehindTheText) {
+TEST(Html, NothingIsReadAfterTheText) {
     PageEnd page;
     const std::wstring pieces = L"<a href=\"x\">&lt;&#65;</a> \xAB&</p><!--";
     for (size_t length = 0; length <= pieces.size(); ++length) {

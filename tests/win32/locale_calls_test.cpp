@@ -2,10 +2,10 @@
 // zone.
 //
 // A process has its code page and time zone from its start, so ctest runs the program under several of both.
-// What this platform gives: the code page goes by LC_ALL, the zone by TZ. The system's conversions go by the
-// rules that the zone has today for every year; GetTimeZoneInformation gives these as recurring rules, or as
-// fixed dates in this year for a zone that no table of the system knows (Lord Howe's). A local time that is
-// skipped counts as daylight time, one that there is twice as the first, in daylight time, too.
+// On this platform the code page goes by LC_ALL, the zone by TZ. The system's conversions go by the
+// rules that the zone has today for every year; GetTimeZoneInformation reports these as recurring rules, or
+// as fixed dates in this year for a zone that no table of the system knows (Lord Howe's). A local time that
+// is skipped counts as daylight time, one that there is twice as the first, in daylight time, too.
 #include "support/cases.h"
 #include "support/page_end.h"
 #include "unit/charset_reference.h"
@@ -64,7 +64,7 @@ TEST(Charset, GoesByTheCodePageOfTheProcess) {
 }
 
 // Texts of up to four sorts of units, which end where memory does and begin anywhere, at odd addresses, too.
-TEST(Charset, ReadsWholeTextsOfEveryLengthAndNothingBehind) {
+TEST(Charset, ReadsWholeTextsOfEveryLengthAndNothingAfter) {
     PageEnd page;
     std::mt19937 random(3);
     const wchar_t sorts[] = {L'a',      L'\x00E9', L'\x036F', L'\x03B1', L'\x0431', L'\x052F',

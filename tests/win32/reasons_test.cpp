@@ -18,7 +18,7 @@ BOOL WINAPI fullDisk(HANDLE, LPCVOID, DWORD, LPDWORD, LPOVERLAPPED) {
     return FALSE;
 }
 
-/// The last error after a call that gives a result, or all ones when it gives another.
+/// The last error after a call that returns a result, or all ones when it returns another.
 template <class Call>
 DWORD reasonOf(INT result, Call call) {
     SetLastError(0xABCDEF);
