@@ -38,6 +38,7 @@ constexpr scSection sections[] = {
     {"locale", MeasureLocale},
     {"html", MeasureHtml},
     {"regex", MeasureRegEx},
+    {"zip", MeasureZip},
 };
 
 struct scCommandLine {

@@ -1,8 +1,8 @@
 // Embedding a file and writing it out again against zlib alone, and the memory that embedding takes.
+#include "contents.h"
 #include "files.h"
 #include "profile.h"
 #include "sections.h"
-#include "workload.h"
 
 #include <windows.h>
 
@@ -18,40 +18,6 @@ namespace {
 
 constexpr std::size_t fileBytes = 16 * 1024 * 1024;
 constexpr const wchar_t* item = L"Contents";
-
-class clsRandom {
-  public:
-    std::uint32_t Next() { return state_ = state_ * 1664525u + 1013904223u; }
-    std::uint32_t Below(std::uint32_t limit) {
-        return static_cast<std::uint32_t>(std::uint64_t{Next()} * limit >> 32);
-    }
-
-  private:
-    std::uint32_t state_ = 1;
-};
-
-// Words of a small vocabulary with numbers between them: compresses about as well as documents do.
-std::vector<std::byte> MakeDocument() {
-    clsRandom random;
-    std::vector<std::byte> bytes;
-    bytes.reserve(fileBytes + 32);
-    while (bytes.size() < fileBytes) {
-        const std::wstring word =
-            random.Below(4) ? NameAt(random.Below(3000)) : std::to_wstring(random.Next());
-        for (const wchar_t c : word)
-            bytes.push_back(static_cast<std::byte>(c));
-        bytes.push_back(std::byte{' '});
-    }
-    bytes.resize(fileBytes);
-    return bytes;
-}
-
-std::vector<std::byte> MakeNoise() {
-    clsRandom random;
-    std::vector<std::byte> bytes(fileBytes);
-    std::ranges::generate(bytes, [&] { return static_cast<std::byte>(random.Next() >> 24); });
-    return bytes;
-}
 
 const Bytef* Input(const std::vector<std::byte>& bytes) {
     return reinterpret_cast<const Bytef*>(bytes.data());
@@ -131,8 +97,8 @@ std::size_t ProbeEmbedding(const std::wstring& path) {
 
 void MeasureEmbed(const scSettings& settings, clsReport& report) {
     report.Section("Embed: files of 16 MB");
-    MeasureOne("a document", MakeDocument(), settings, report);
-    const auto noise = MakeNoise();
+    MeasureOne("a document", MakeDocument(fileBytes), settings, report);
+    const auto noise = MakeNoise(fileBytes);
     MeasureOne("incompressible", noise, settings, report);
 
     const std::wstring source = settings.folder + L"noise.bin";

@@ -55,6 +55,8 @@ std::size_t ProbeMemory(const std::string& way, const std::wstring& path) {
         });
     if (way == "embed")
         return ProbeEmbedding(path);
+    if (way == "zip")
+        return ProbeZip(path);
     if (way == "temporary") {
         const auto files = MakeManyFiles(path, 10000);
         return Added([&] {

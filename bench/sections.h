@@ -25,6 +25,7 @@ void MeasureXml(const scSettings& settings, clsReport& report);
 void MeasureClose(const scSettings& settings, clsReport& report);
 void MeasureStrings(const scSettings& settings, clsReport& report);
 void MeasureBase64(const scSettings& settings, clsReport& report);
+void MeasureZip(const scSettings& settings, clsReport& report);
 void MeasureLocale(const scSettings& settings, clsReport& report);
 
 // The part of the memory section that runs in a process of its own: opens the file the named way and
@@ -36,6 +37,9 @@ std::size_t ProbeEmbedding(const std::wstring& path);
 
 // What registering files to be removed at the end takes memory for.
 void RegisterTempFiles(const std::vector<std::wstring>& files);
+
+// The same for packing a file and unpacking it again.
+std::size_t ProbeZip(const std::wstring& path);
 
 // Runs ProbeMemory in a process of its own.
 std::size_t RunMemoryProbe(const wchar_t* way, const std::wstring& path);

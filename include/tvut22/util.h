@@ -13,5 +13,6 @@
 #include <tvut22/modules.h>
 #include <tvut22/results.h>
 #include <tvut22/text.h>
+#include <tvut22/zip.h>
 
 #endif

@@ -68,4 +68,25 @@ class clsStringSink final : public clsByteSink {
     std::string bytes_;
 };
 
+// Bytes that can be read from any place.
+class clsRandomSource {
+  public:
+    virtual ~clsRandomSource() = default;
+    virtual std::uint64_t Size() = 0; // throws clsException
+    // Reads up to a number of bytes from a position; fewer only where the source ends. Throws clsException
+    // when the source fails.
+    virtual std::size_t ReadAt(std::uint64_t position, void* buffer, std::size_t bytes) = 0;
+};
+
+// Bytes that grow at their end, may be changed where they are, and lose their end again. Each throws
+// clsException.
+class clsPatchableSink {
+  public:
+    virtual ~clsPatchableSink() = default;
+    virtual void Write(const void* data, std::size_t bytes) = 0; // all of them, at the end
+    // Overwrites bytes that were written; writing goes on at the end.
+    virtual void Patch(std::uint64_t position, const void* data, std::size_t bytes) = 0;
+    virtual void Cut(std::uint64_t size) = 0; // to a size that it has had
+};
+
 } // namespace tvut

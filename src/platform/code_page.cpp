@@ -33,6 +33,10 @@ unsigned PlatformProcessCodePage() noexcept {
     return processCodePage;
 }
 
+unsigned PlatformOemCodePage() noexcept {
+    return GetOEMCP();
+}
+
 std::size_t PlatformDecode(unsigned codePage, std::string_view bytes, char16_t* characters) {
     if (bytes.empty())
         return 0;

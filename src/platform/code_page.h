@@ -14,6 +14,9 @@ constexpr unsigned codePageUtf8 = 65001;
 // The code page of the process, as it was when the library was loaded.
 unsigned PlatformProcessCodePage() noexcept;
 
+// The code page of console programs, which old archives write names in.
+unsigned PlatformOemCodePage() noexcept;
+
 // Converts into a buffer with room for as many characters as there are bytes, which is always
 // enough. Gives the number of characters written.
 std::size_t PlatformDecode(unsigned codePage, std::string_view bytes, char16_t* characters);

@@ -4,9 +4,12 @@
 #include "platform/bytes.h"
 #include "platform/exception.h"
 #include "platform/owned.h"
+#include "platform/patience.h"
+#include "platform/replacement.h"
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -22,35 +25,6 @@ struct scOpenMode {
 constexpr scOpenMode openToRead{GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING};
 // For holding a file that others may only read; created when missing.
 constexpr scOpenMode openToHold{GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS};
-
-// Milliseconds that a file is waited for while others keep it from being shared.
-constexpr ULONGLONG openPatience = 10000;
-
-// What is left of them; for several files if they are to last for all.
-class clsPatience {
-  public:
-    explicit clsPatience(ULONGLONG milliseconds) : left_(milliseconds) {}
-
-    // Calls attempt, every 100 ms, until it succeeds, fails for another reason than sharing, or the time is
-    // over. Gives its last error, 0 for success.
-    template <class Attempt>
-    DWORD Try(Attempt attempt) {
-        const ULONGLONG start = GetTickCount64();
-        ULONGLONG waited = 0;
-        DWORD error = attempt();
-        for (; error == ERROR_SHARING_VIOLATION && waited < left_; error = attempt()) {
-            Sleep(interval);
-            waited = GetTickCount64() - start;
-        }
-        left_ -= std::min(left_, waited);
-        return error;
-    }
-
-  private:
-    static constexpr DWORD interval = 100;
-
-    ULONGLONG left_;
-};
 
 // Opens a file, with patience. On failure the result is none and error tells why.
 clsFileHandle PlatformOpenFile(const char16_t* name, const scOpenMode& mode, clsPatience& patience,
@@ -109,7 +83,6 @@ class clsReplacingSink final : public clsByteSink {
     explicit clsReplacingSink(const char16_t* target);
     clsReplacingSink(const clsReplacingSink&) = delete;
     clsReplacingSink& operator=(const clsReplacingSink&) = delete;
-    ~clsReplacingSink() override;
 
     void Extend(std::uint64_t) override;
     void Write(const void* data, std::size_t bytes) override;
@@ -118,13 +91,8 @@ class clsReplacingSink final : public clsByteSink {
   private:
     void CopyOverTarget();
 
-    std::wstring target_;
-    std::wstring temporary_;
-    clsFileHandle file_;
-    WIN32_FILE_ATTRIBUTE_DATA targetData_{};
-    bool targetExists_ = false;
-    bool written_ = false; // complete and closed, not yet in the target's place
-    bool torn_ = false;    // the target is
+    std::u16string target_;
+    std::optional<clsReplacement> replacement_; // from Extend on
 };
 
 } // namespace tvut

@@ -12,4 +12,11 @@ int PlatformCompareIgnoringCase(std::u16string_view a, std::u16string_view b) no
            CSTR_EQUAL;
 }
 
+void PlatformToUpperCase(std::u16string_view text, char16_t* upper) noexcept {
+    const int length = static_cast<int>(text.size());
+    if (length != 0)
+        LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, ToWide(text.data()), length, ToWide(upper), length,
+                      nullptr, nullptr, 0);
+}
+
 } // namespace tvut

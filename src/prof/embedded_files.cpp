@@ -4,17 +4,14 @@
 #include "prof/embedded_files.h"
 
 #include "files/file_name.h"
-#include "files/file_pattern.h"
+#include "files/found_files.h"
 #include "platform/exception.h"
 #include "platform/file.h"
-#include "platform/file_finder.h"
-#include "platform/letter_case.h"
 #include "prof/path.h"
 #include "prof/torn_file.h"
 #include "runtime/diagnostics.h"
 #include "text/bytes/byte_text.h"
 
-#include <algorithm>
 #include <vector>
 
 namespace tvut {
@@ -68,28 +65,6 @@ void AppendFile(clsItemList& list, const std::u16string& folder, const std::u16s
         Tell(u"WRN: ProfAppendFiles: ", file, u" could not be read");
         throw;
     }
-}
-
-// File systems list names in orders of their own; ours is the same everywhere.
-bool ComesBefore(const std::u16string& a, const std::u16string& b) {
-    const int order = PlatformCompareIgnoringCase(a, b);
-    return order != 0 ? order < 0 : a < b;
-}
-
-// A name is looked up itself. For a pattern the whole folder is, and the names are matched here: the
-// system would match short names that nobody sees as well.
-std::vector<std::u16string> FilesOf(const scFilePattern& pattern) {
-    const std::u16string folder(pattern.folder);
-    if (!pattern.HasWildcards()) {
-        if (!UtilpIsBareFileName(pattern.name))
-            return {};
-        return PlatformFindFiles(folder + std::u16string(pattern.name));
-    }
-    std::vector<std::u16string> names = PlatformFindFiles(folder + u"*");
-    std::erase_if(names,
-                  [&](const std::u16string& name) { return !UtilpMatchesPattern(name, pattern.name); });
-    std::sort(names.begin(), names.end(), ComesBefore);
-    return names;
 }
 
 // ---- Out of the profile -------------------------------------------------------------------------
@@ -167,7 +142,7 @@ void ProfpAppendFiles(clsItemList& list, std::u16string_view patterns, std::u16s
     clsPatience patience(openPatience);
     for (std::u16string_view element; !(element = UtilpTakeFilePattern(patterns)).empty();) {
         const scFilePattern pattern(element);
-        const std::vector<std::u16string> names = FilesOf(pattern);
+        const std::vector<std::u16string> names = UtilpFilesOf(pattern);
         if (names.empty())
             Tell(u"WRN: ProfAppendFiles: ", element, u" not found");
         for (const std::u16string& name : names)

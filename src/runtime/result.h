@@ -12,9 +12,14 @@ enum class UtilResult : std::int32_t {
     badArgument = UTIL_BAD_ARGUMENT,
     noAccess = UTIL_NO_ACCESS,
     failed = UTIL_FAILED,
+    damaged = UTIL_DAMAGED,
     notFound = UTIL_NOT_FOUND,
     tooLarge = UTIL_TOO_LARGE,
+    notSupported = UTIL_NOT_SUPPORTED,
+    cancelled = UTIL_CANCELLED,
     unsafe = UTIL_UNSAFE,
+    badPassword = UTIL_BAD_PASSWORD,
+    exists = UTIL_EXISTS,
 };
 
 } // namespace tvut

@@ -24,18 +24,15 @@ inline void FoldProduct(std::uint32_t& low, std::uint32_t& high) {
     high = static_cast<std::uint32_t>(product >> 32);
 }
 
-} // namespace detail
-
-// Cost: one multiplication for four characters and two more to finish.
-inline std::uint32_t UtilpHashText(std::u16string_view text) {
-    std::uint32_t low = g_hashSeed ^ static_cast<std::uint32_t>(text.size());
-    std::uint32_t high = g_hashSeed * 0x85EBCA6Bu + 1; // not what low starts from: the product commutes
+// Folds a text into a state of two words that differ. Cost: one multiplication for four characters and two
+// more to finish.
+inline void FoldText(std::u16string_view text, std::uint32_t& low, std::uint32_t& high) {
     const char16_t* next = text.data();
     std::size_t left = text.size();
     for (; left > 4; left -= 4, next += 4) {
         low ^= UtilpLoadPair(next);
         high ^= UtilpLoadPair(next + 2);
-        detail::FoldProduct(low, high);
+        FoldProduct(low, high);
     }
     if (left >= 2) {
         low ^= UtilpLoadPair(next);
@@ -43,9 +40,25 @@ inline std::uint32_t UtilpHashText(std::u16string_view text) {
     } else if (left == 1) {
         low ^= *next;
     }
-    detail::FoldProduct(low, high);
-    detail::FoldProduct(low, high);
+    FoldProduct(low, high);
+    FoldProduct(low, high);
+}
+
+} // namespace detail
+
+inline std::uint32_t UtilpHashText(std::u16string_view text) {
+    std::uint32_t low = g_hashSeed ^ static_cast<std::uint32_t>(text.size());
+    std::uint32_t high = g_hashSeed * 0x85EBCA6Bu + 1; // not what low starts from: the product commutes
+    detail::FoldText(text, low, high);
     return low ^ high;
+}
+
+// The hash, of 64 bits, of a text that comes after what has a hash already.
+inline std::uint64_t UtilpHashAfter(std::uint64_t before, std::u16string_view text) {
+    std::uint32_t low = g_hashSeed ^ static_cast<std::uint32_t>(text.size()) ^ static_cast<std::uint32_t>(before);
+    std::uint32_t high = (g_hashSeed * 0x85EBCA6Bu + 1) ^ static_cast<std::uint32_t>(before >> 32);
+    detail::FoldText(text, low, high);
+    return std::uint64_t{high} << 32 | low;
 }
 
 } // namespace tvut

@@ -7,6 +7,7 @@
 #include "platform/host.h"
 #include "platform/letter_case.h"
 #include "platform/process_heap.h"
+#include "platform/time_zone.h"
 #include "runtime/call_stack.h"
 #include "runtime/diagnostics.h"
 
@@ -61,6 +62,10 @@ unsigned PlatformProcessCodePage() noexcept {
     return 1252;
 }
 
+unsigned PlatformOemCodePage() noexcept {
+    return 437;
+}
+
 std::size_t PlatformEncodedSize(unsigned, std::u16string_view text) {
     return text.size();
 }
@@ -76,6 +81,24 @@ int PlatformCompareIgnoringCase(std::u16string_view a, std::u16string_view b) no
     const auto less = [&](char16_t x, char16_t y) { return upper(x) < upper(y); };
     return std::lexicographical_compare(b.begin(), b.end(), a.begin(), a.end(), less) -
            std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), less);
+}
+
+void PlatformToUpperCase(std::u16string_view text, char16_t* upper) noexcept {
+    for (const char16_t c : text)
+        *upper++ = c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 0x20) : c;
+}
+
+// One hour before UTC, in summer and winter.
+std::optional<scDateTime> PlatformLocalToUtc(const scDateTime& local) noexcept {
+    scDateTime utc = local;
+    utc.hour = static_cast<std::uint16_t>(local.hour == 0 ? 0 : local.hour - 1);
+    return utc;
+}
+
+std::optional<scDateTime> PlatformUtcToLocal(const scDateTime& utc) noexcept {
+    scDateTime local = utc;
+    local.hour = static_cast<std::uint16_t>(utc.hour == 23 ? 23 : utc.hour + 1);
+    return local;
 }
 
 } // namespace tvut

@@ -15,6 +15,7 @@ enum class ExitCode : int {
     cannotSave = 5,
     wrongType = 6,
     outOfMemory = 7,
+    interrupted = 8,
 };
 
 // Ends a command: printed as "program: subject: reason", or "program: reason" without a subject.

@@ -3,9 +3,9 @@
 // calls.
 #include "text/bytes/deflate.h"
 
+#include "text/bytes/zlib_state.h"
+
 #include <array>
-#include <new>
-#include <zlib.h>
 
 namespace tvut {
 
@@ -13,27 +13,10 @@ namespace {
 
 constexpr std::size_t stepBytes = 64 * 1024;
 
-void SetInput(z_stream& stream, const void* data, std::size_t bytes) {
-    stream.next_in = static_cast<Bytef*>(const_cast<void*>(data)); // zlib only reads it
-    stream.avail_in = static_cast<uInt>(bytes);
-}
-
-void SetOutput(z_stream& stream, void* room, std::size_t bytes) {
-    stream.next_out = static_cast<Bytef*>(room);
-    stream.avail_out = static_cast<uInt>(bytes);
-}
-
 } // namespace
 
-struct clsDeflatingSink::scState : z_stream {
-    scState() : z_stream{} {
-        if (deflateInit(this, Z_DEFAULT_COMPRESSION) != Z_OK)
-            throw std::bad_alloc();
-        SetOutput(*this, block.data(), block.size());
-    }
-    scState(const scState&) = delete;
-    scState& operator=(const scState&) = delete;
-    ~scState() { deflateEnd(this); }
+struct clsDeflatingSink::scState : scDeflateState {
+    scState() : scDeflateState(Wrapping::zlib) { SetOutput(*this, block.data(), block.size()); }
 
     std::array<unsigned char, stepBytes> block;
 };
@@ -64,19 +47,15 @@ void clsDeflatingSink::Deflate(int flush) {
     }
 }
 
-struct clsInflater::scState : z_stream {
-    scState() : z_stream{} {
-        if (inflateInit(this) != Z_OK)
-            throw std::bad_alloc();
-    }
-    scState(const scState&) = delete;
-    scState& operator=(const scState&) = delete;
-    ~scState() { inflateEnd(this); }
-};
-
-clsInflater::clsInflater() : state_(std::make_unique<scState>()) {}
+clsInflater::clsInflater(Wrapping wrapping) : state_(std::make_unique<scInflateState>(wrapping)) {}
 
 clsInflater::~clsInflater() = default;
+
+void clsInflater::Restart() noexcept {
+    inflateReset(state_.get());
+    SetInput(*state_, nullptr, 0);
+    now_ = State::running;
+}
 
 void clsInflater::Feed(const void* data, std::size_t bytes) {
     SetInput(*state_, data, bytes);

@@ -1,4 +1,4 @@
-// zlib streams (RFC 1950): compressing on the way into a sink, and unfolding what is at hand.
+// Deflated streams: compressing on the way into a sink, and unfolding what is at hand.
 #pragma once
 
 #include "platform/bytes.h"
@@ -7,6 +7,13 @@
 #include <memory>
 
 namespace tvut {
+
+struct scInflateState;
+
+enum class Wrapping {
+    zlib, // RFC 1950: a header before the stream and a check value after it
+    none, // RFC 1951: the bare stream
+};
 
 // A sink that compresses on the way into another, which it hands whole blocks of 64 KB until the end.
 class clsDeflatingSink final : public clsByteSink {
@@ -33,10 +40,13 @@ class clsInflater {
   public:
     enum class State { running, ended, damaged };
 
-    clsInflater(); // throws std::bad_alloc
+    explicit clsInflater(Wrapping wrapping = Wrapping::zlib); // throws std::bad_alloc
     clsInflater(const clsInflater&) = delete;
     clsInflater& operator=(const clsInflater&) = delete;
     ~clsInflater();
+
+    // Begins another stream; what was fed is forgotten.
+    void Restart() noexcept;
 
     // The next piece; the one before must be used up. It stays where it is until it is used up.
     void Feed(const void* data, std::size_t bytes);
@@ -48,8 +58,7 @@ class clsInflater {
     State Now() const { return now_; }
 
   private:
-    struct scState;
-    std::unique_ptr<scState> state_;
+    std::unique_ptr<scInflateState> state_;
     State now_ = State::running;
 };
 

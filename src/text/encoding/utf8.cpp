@@ -137,6 +137,15 @@ std::size_t UtilpDecodeUtf8(std::string_view bytes, char16_t* characters) noexce
     return static_cast<std::size_t>(out - characters);
 }
 
+bool UtilpIsUtf16(std::u16string_view text) noexcept {
+    while (!text.empty()) {
+        const char16_t first = text.front();
+        if (TakeCodePoint(text) == replacement && first != replacement)
+            return false;
+    }
+    return true;
+}
+
 std::size_t detail::LengthInUtf8(std::u16string_view text) noexcept {
     std::size_t length = 0;
     while (!text.empty())

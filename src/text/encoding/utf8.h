@@ -20,6 +20,9 @@ constexpr bool UtilpIsHighSurrogate(char16_t c) {
     return c >= 0xD800 && c < 0xDC00;
 }
 
+// Whether each surrogate has its other half.
+bool UtilpIsUtf16(std::u16string_view text) noexcept;
+
 // No character of UTF-16 takes more bytes.
 constexpr std::size_t longestUtf8 = 3;
 

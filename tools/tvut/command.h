@@ -1,0 +1,29 @@
+// What tvut can be told to do: a command a file.
+#pragma once
+
+#include "exit_code.h"
+
+#include <memory>
+
+namespace CLI {
+class App;
+}
+
+namespace tool::tvut {
+
+class IclsCommand {
+  public:
+    virtual ~IclsCommand() = default;
+    virtual const char* Name() const = 0;
+    virtual const char* Purpose() const = 0;
+    // Declares the arguments, which are kept in the object.
+    virtual void Declare(CLI::App& app) = 0;
+    // Throws Failure.
+    virtual ExitCode Run() = 0;
+};
+
+std::unique_ptr<IclsCommand> MakeZipCommand();   // zip_command.cpp
+std::unique_ptr<IclsCommand> MakeUnzipCommand(); // unzip_command.cpp
+std::unique_ptr<IclsCommand> MakeListCommand();  // list_command.cpp
+
+} // namespace tool::tvut

@@ -1,0 +1,50 @@
+// tvut: a command line tool on the public interface of the families after the profile store.
+#include "command.h"
+#include "parse_arguments.h"
+#include "program.h"
+
+#include <tvut22/prof.h>
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+using tool::ExitCode;
+
+constexpr const char* footer =
+    "A PATTERN compares with the whole name of an entry, or with its last component where it has no slash;\n"
+    "* stands for any characters, ? for one, and case is ignored.\n"
+    "Exit codes: 0 done, 1 not found, 2 wrong usage, 3 cannot open, 4 damaged or refused contents,\n"
+    "            5 cannot save or write, 6 password missing or wrong, 7 out of memory, 8 interrupted.\n";
+
+std::string Version() {
+    return "tvut " + std::to_string(ProfGetVersion(1)) + "." + std::to_string(ProfGetVersion(2));
+}
+
+ExitCode Run(std::vector<std::string> words) {
+    std::vector<std::unique_ptr<tool::tvut::IclsCommand>> commands;
+    for (const auto make :
+         {tool::tvut::MakeZipCommand, tool::tvut::MakeUnzipCommand, tool::tvut::MakeListCommand})
+        commands.push_back(make());
+    CLI::App app{"Packs, unpacks and lists ZIP archives.", "tvut"};
+    app.allow_windows_style_options(false); // paths of other systems begin with a slash
+    app.set_version_flag("--version", Version());
+    app.footer(footer);
+    app.require_subcommand(1);
+    for (const auto& command : commands)
+        command->Declare(*app.add_subcommand(command->Name(), command->Purpose()));
+    if (!tool::parseArguments(app, std::move(words), "Try 'tvut --help' or 'tvut COMMAND --help'."))
+        return ExitCode::ok;
+    const std::string chosen = app.get_subcommands().front()->get_name();
+    return (*std::ranges::find_if(commands, [&](const auto& command) { return chosen == command->Name(); }))
+        ->Run();
+}
+
+} // namespace
+
+int main() {
+    return tool::runProgram("tvut", Run);
+}

@@ -1,0 +1,51 @@
+#include "password.h"
+
+#include "exit_code.h"
+#include "system_reason.h"
+#include "text_io.h"
+
+#include <windows.h>
+
+#include <CLI/CLI.hpp>
+
+#include <array>
+
+namespace tool::tvut {
+
+namespace {
+
+std::string ReadStart(const std::string& file) {
+    std::array<char, 4096> bytes;
+    DWORD count = 0;
+    const HANDLE handle = CreateFileW(toWide(file).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                      nullptr, OPEN_EXISTING, 0, nullptr);
+    const bool isRead =
+        handle != INVALID_HANDLE_VALUE &&
+        ReadFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr) != 0;
+    const DWORD error = GetLastError();
+    if (handle != INVALID_HANDLE_VALUE)
+        CloseHandle(handle);
+    if (!isRead)
+        throw Failure{ExitCode::cannotOpen, file, systemReason(error)};
+    return {bytes.data(), count};
+}
+
+} // namespace
+
+void DeclarePasswordFile(CLI::App& app, std::string& file) {
+    app.add_option("--password-file", file, "A file whose first line is the password, in UTF-8; - for stdin");
+}
+
+std::wstring PasswordFrom(const std::string& file) {
+    if (file.empty())
+        return {};
+    std::string text = file == "-" ? readStandardInput() : ReadStart(file);
+    if (text.starts_with("\xEF\xBB\xBF"))
+        text.erase(0, 3);
+    text.resize(std::min(text.find_first_of("\r\n"), text.size()));
+    if (text.empty())
+        throw Failure{ExitCode::usage, file, "holds no password"};
+    return toWide(text);
+}
+
+} // namespace tool::tvut

@@ -1,0 +1,18 @@
+// Passwords, which never stand on the command line: everybody can read that.
+#pragma once
+
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace tool::tvut {
+
+void DeclarePasswordFile(CLI::App& app, std::string& file);
+
+// The first line of a file in UTF-8, without the line's end; of standard input for "-"; empty without a file.
+// Throws Failure for a file that cannot be read or holds none.
+std::wstring PasswordFrom(const std::string& file);
+
+} // namespace tool::tvut

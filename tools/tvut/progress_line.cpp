@@ -1,0 +1,54 @@
+#include "progress_line.h"
+
+#include "printable.h"
+
+#include <windows.h>
+
+#include <string>
+
+namespace tool::tvut {
+
+namespace {
+
+constexpr ULONGLONG interval = 100; // milliseconds
+constexpr std::size_t lineWidth = 78;
+
+void* StandardErrorConsole() {
+    const HANDLE handle = GetStdHandle(STD_ERROR_HANDLE);
+    DWORD mode = 0;
+    return GetConsoleMode(handle, &mode) ? handle : nullptr;
+}
+
+void Write(void* console, std::wstring_view text) {
+    DWORD written = 0;
+    WriteConsoleW(console, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+}
+
+std::wstring Percent(const UtilZipEntry& entry) {
+    if (entry.bytes == 0)
+        return L"    ";
+    std::wstring text = std::to_wstring(entry.done * 100 / entry.bytes) + L"%";
+    return std::wstring(4 - text.size(), L' ') + text;
+}
+
+} // namespace
+
+clsProgressLine::clsProgressLine() : console_(StandardErrorConsole()) {}
+
+clsProgressLine::~clsProgressLine() {
+    if (isShown_)
+        Write(console_, L"\r" + std::wstring(lineWidth, L' ') + L"\r");
+}
+
+void clsProgressLine::Show(const UtilZipEntry& entry) {
+    const ULONGLONG now = GetTickCount64();
+    if (!console_ || now - shownAt_ < interval)
+        return;
+    shownAt_ = now;
+    isShown_ = true;
+    std::wstring line = Percent(entry) + L" " + printable(entry.name);
+    line.resize(lineWidth, L' ');
+    Write(console_, L"\r" + line);
+}
+
+} // namespace tool::tvut

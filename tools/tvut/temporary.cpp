@@ -1,0 +1,76 @@
+#include "temporary.h"
+
+#include "exit_code.h"
+#include "system_reason.h"
+#include "text_io.h"
+
+#include <tvut22/files.h>
+
+#include <windows.h>
+
+#include <memory>
+#include <vector>
+
+namespace tool::tvut {
+
+namespace {
+
+struct CloseFile {
+    using pointer = HANDLE;
+    void operator()(HANDLE handle) const { CloseHandle(handle); }
+};
+using OwnedFile = std::unique_ptr<void, CloseFile>;
+
+OwnedFile Open(const std::wstring& path, DWORD access) {
+    const HANDLE handle = CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (handle == INVALID_HANDLE_VALUE)
+        throw Failure{ExitCode::cannotOpen, "temporary file", systemReason(GetLastError())};
+    return OwnedFile{handle};
+}
+
+constexpr DWORD pieceBytes = 64 * 1024;
+
+} // namespace
+
+clsTemporary::clsTemporary(Kind kind) {
+    BSTR path = nullptr;
+    const UINT flags = kind == Kind::folder ? UTIL_TEMP_FOLDER : 0;
+    if (UtilTempFileCreate(nullptr, L"archive.zip", flags, &path) != UTIL_OK)
+        throw Failure{ExitCode::cannotSave, "temporary file", "cannot be made"};
+    path_.assign(path, SysStringLen(path));
+    SysFreeString(path);
+}
+
+clsTemporary::~clsTemporary() {
+    UtilTempFileRelease(path_.c_str(), FALSE);
+}
+
+void CopyInputTo(const std::wstring& path) {
+    const OwnedFile file = Open(path, GENERIC_WRITE);
+    std::vector<char> piece(pieceBytes);
+    for (;;) {
+        DWORD count = 0, written = 0;
+        if (!ReadFile(GetStdHandle(STD_INPUT_HANDLE), piece.data(), pieceBytes, &count, nullptr) &&
+            GetLastError() != ERROR_BROKEN_PIPE) // the writer's end of a pipe was closed: the end
+            throw Failure{ExitCode::cannotOpen, "standard input", systemReason(GetLastError())};
+        if (count == 0)
+            return;
+        if (!WriteFile(file.get(), piece.data(), count, &written, nullptr))
+            throw Failure{ExitCode::cannotSave, "temporary file", systemReason(GetLastError())};
+    }
+}
+
+void CopyToOutput(const std::wstring& path) {
+    const OwnedFile file = Open(path, GENERIC_READ);
+    std::vector<char> piece(pieceBytes);
+    for (;;) {
+        DWORD count = 0;
+        if (!ReadFile(file.get(), piece.data(), pieceBytes, &count, nullptr))
+            throw Failure{ExitCode::cannotOpen, "temporary file", systemReason(GetLastError())};
+        if (count == 0)
+            return;
+        Output::standard().writeDocument({piece.data(), count});
+    }
+}
+
+} // namespace tool::tvut
