@@ -20,7 +20,7 @@ template <class Body>
 void UtilpGuard(Body&& body) noexcept {
     try {
         std::forward<Body>(body)();
-    } catch (...) { // the caller has no way to be told, and the profile is as it was
+    } catch (...) { // there is no result to report it by, and the profile is as it was
     }
 }
 

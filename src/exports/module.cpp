@@ -36,7 +36,7 @@ std::uint32_t ProcessSeed() {
 
 int attachCount = 0; // guarded by the global lock
 
-// Callers find the host by its name later on; a system that does not is told of at once.
+// Callers find the host by its name later on; a system in which that fails is reported at once.
 void CheckHostRoundtrips() noexcept {
     const wchar_t* const fullName = tvut::ToWide(tvut::PlatformHostFileName());
     const wchar_t* const separator = wcsrchr(fullName, L'\\');
@@ -59,10 +59,9 @@ void ProcessAttaches() noexcept {
 
 // While the process ends, the lock may be one that a killed thread has left held.
 void ProcessDetaches() noexcept {
-    if (!tvut::UtilpGlobalLock().try_lock())
-        return;
-    const std::lock_guard lock(tvut::UtilpGlobalLock(), std::adopt_lock);
-    --attachCount;
+    const std::unique_lock lock(tvut::UtilpGlobalLock(), std::try_to_lock);
+    if (lock)
+        --attachCount;
 }
 
 } // namespace

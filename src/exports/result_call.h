@@ -2,11 +2,10 @@
 #pragma once
 
 #include "exports/guard.h"
+#include "exports/wide_text.h"
 #include "platform/ole_string.h"
 #include "platform/owned.h"
-#include "platform/wide.h"
 #include "runtime/result.h"
-#include "text/string_functions.h"
 
 #include <initializer_list>
 #include <string_view>
@@ -19,11 +18,6 @@ template <class Body>
 INT UtilpResultOf(Body&& body) noexcept {
     const clsLastErrorKept lastError;
     return static_cast<INT>(UtilpGuard(UtilResult::failed, std::forward<Body>(body)));
-}
-
-// A caller's text; empty for null.
-inline std::u16string_view UtilpView(const wchar_t* text) noexcept {
-    return text ? std::u16string_view(FromWide(text), UtilpLength(FromWide(text))) : std::u16string_view();
 }
 
 // Whether flags hold none but known ones.

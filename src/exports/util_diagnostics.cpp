@@ -1,6 +1,6 @@
 // Exports of diagnostic output.
+#include "exports/wide_text.h"
 #include "platform/host.h"
-#include "platform/wide.h"
 #include "runtime/output/writer.h"
 
 #include <tvut22/diagnostics.h>
@@ -39,8 +39,7 @@ void WriteFormatted(const wchar_t* tag, INT levelChange, const wchar_t* format, 
         return;
     clsFormattedText text;
     text.Format(format, arguments);
-    UtilpDiagnosticWriter().Write(tag ? FromWide(std::wstring_view(tag)) : std::u16string_view(),
-                                  {levelChange}, text.View());
+    UtilpDiagnosticWriter().Write(UtilpView(tag), {levelChange}, text.View());
 }
 
 } // namespace
@@ -67,7 +66,7 @@ TVUT22_API void TVUT22_CALL UtilDebugExtV(const wchar_t* moduleTag, INT levelCha
 
 TVUT22_API void TVUT22_CALL PasDebug(const wchar_t* text) {
     if (text)
-        UtilpDiagnosticWriter().Write({}, {0}, FromWide(std::wstring_view(text)));
+        UtilpDiagnosticWriter().Write({}, {0}, UtilpView(text));
 }
 
 TVUT22_API void TVUT22_CALL UtilError(const wchar_t* where, const wchar_t* what) {

@@ -1,57 +1,20 @@
-// Exports of the checked heaps: the global lock, the trace, and the C runtime's allocator for heap 0.
-#include "platform/guarded.h"
-#include "platform/wide.h"
-#include "runtime/diagnostic_group.h"
-#include "runtime/global_lock.h"
-#include "runtime/heap/heap_objects.h"
+// Exports of the checked heaps: the global lock, the trace, and the heap without a handle.
+#include "exports/call_trace.h"
+#include "exports/wide_text.h"
+#include "runtime/heap/allocate_object.h"
+#include "runtime/heap/examine_heap.h"
+#include "runtime/heap/free_object.h"
+#include "runtime/heap/heap_list.h"
+#include "runtime/heap/runtime_heap.h"
 #include "runtime/heap/stack_names.h"
 #include "runtime/jobs.h"
+#include "runtime/locked_call.h"
 
 #include <tvut22/heaps.h>
-
-#include <cstdlib>
-#include <cstring>
 
 using namespace tvut;
 
 namespace {
-
-// ---- Heap 0: a size, then the payload --------------------------------------------------------------
-
-std::int32_t* SizeWordOf(void* payload) noexcept {
-    return static_cast<std::int32_t*>(payload) - 1;
-}
-
-void* RuntimeAlloc(std::int32_t size, UINT flags) noexcept {
-    if (size < 0)
-        return nullptr;
-    const auto bytes = static_cast<std::size_t>(size);
-    auto* const word = static_cast<std::int32_t*>(std::malloc(bytes + sizeof(std::int32_t)));
-    if (!word)
-        return nullptr;
-    *word = size;
-    if ((flags & UTIL_HEAP_ZERO) != 0)
-        std::memset(word + 1, 0, bytes);
-    else if ((flags & UTIL_HEAP_FILL) != 0)
-        std::memset(word + 1, freshFill, bytes);
-    return word + 1;
-}
-
-INT RuntimeSize(void* payload) noexcept {
-    INT size = UTIL_HEAP_BAD_OBJECT;
-    auto read = [&] { size = *SizeWordOf(payload); };
-    if (!payload)
-        return 0;
-    PlatformGuarded(read);
-    return size;
-}
-
-void RuntimeFree(void* payload) noexcept {
-    if (payload)
-        std::free(SizeWordOf(payload));
-}
-
-// ---- Heaps -----------------------------------------------------------------------------------------
 
 clsHeapNode* FromHandle(UtilHeap heap) noexcept {
     return reinterpret_cast<clsHeapNode*>(heap);
@@ -74,7 +37,7 @@ clsDiagnosticLine CreateTraceLine(UtilJob job, const wchar_t* name, UINT flags) 
         .Put(u"UtilHeapCreate(")
         .PutPointer(job)
         .Put(u",'")
-        .Put(name ? FromWide(std::wstring_view(name)) : u"(NULL)")
+        .Put(UtilpShown(name))
         .Put(u"',0x")
         .PutHex(flags, 8)
         .Put(u")");
@@ -89,12 +52,8 @@ INT OnHeap(UtilHeap handle, std::u16string_view name, Call call, Refuse refuse) 
     clsHeapNode* const heap = FromHandle(handle);
     if (!UtilpIsHeap(heap))
         return refuse();
-    const bool traced = heap->Traced() && UtilpDiagnosticsOn();
-    const clsDiagnosticGroup trace(traced, traced ? TraceLine(name, *heap) : clsDiagnosticLine());
-    const auto result = static_cast<INT>(call(*heap));
-    if (traced)
-        trace.Line(clsDiagnosticLine().Put(u"->").Put(result));
-    return result;
+    const clsCallTrace trace(heap->Traced(), [&] { return TraceLine(name, *heap); });
+    return trace.Result(static_cast<INT>(call(*heap)));
 }
 
 template <class Call>
@@ -115,19 +74,14 @@ UtilHeap Create(UtilJob job, const wchar_t* name, UINT flags) noexcept {
     auto* const module = reinterpret_cast<clsModuleNode*>(job);
     if (!module || !UtilpJobs().Holds(module))
         return nullptr;
-    const bool traced = module->Traced() && UtilpDiagnosticsOn();
-    const clsDiagnosticGroup trace(traced, traced ? CreateTraceLine(job, name, flags) : clsDiagnosticLine());
-    clsHeapNode* const heap =
-        UtilpCreateHeap(*module, name ? FromWide(std::wstring_view(name)) : std::u16string_view(), flags);
-    if (traced)
-        trace.Line(clsDiagnosticLine().Put(u"->").PutPointer(heap));
-    return reinterpret_cast<UtilHeap>(heap);
+    const clsCallTrace trace(module->Traced(), [&] { return CreateTraceLine(job, name, flags); });
+    return reinterpret_cast<UtilHeap>(trace.Result(UtilpCreateHeap(*module, UtilpView(name), flags)));
 }
 
 // The system's exception is the caller's: it leaves with the lock released.
 void* Allocate(UtilHeap handle, const scAllocation& wanted) {
     if (!handle)
-        return RuntimeAlloc(wanted.size, wanted.flags);
+        return UtilpRuntimeAllocate(wanted.size, wanted.flags);
     void* payload = nullptr;
     unsigned long exception = 0;
     {
@@ -179,7 +133,7 @@ TVUT22_API void* TVUT22_CALL UtilHeapObjectAllocExt(UtilHeap heap, INT size, UIN
 
 TVUT22_API INT TVUT22_CALL UtilHeapObjectFree(UtilHeap heap, void* payload) {
     if (!heap) {
-        RuntimeFree(payload);
+        UtilpRuntimeFree(payload);
         return UTIL_OK;
     }
     const clsGlobalLockGuard lock;
@@ -188,7 +142,7 @@ TVUT22_API INT TVUT22_CALL UtilHeapObjectFree(UtilHeap heap, void* payload) {
 
 TVUT22_API INT TVUT22_CALL UtilHeapObjectSize(UtilHeap heap, void* payload) {
     if (!heap)
-        return RuntimeSize(payload);
+        return UtilpRuntimeSize(payload);
     const clsGlobalLockGuard lock;
     clsHeapNode* const node = FromHandle(heap);
     return UtilpIsHeap(node) ? UtilpObjectSize(*node, payload) : UTIL_HEAP_BAD_OBJECT;

@@ -1,11 +1,11 @@
 // Exports of modules, their jobs, the library's version and the language.
+#include "exports/call_trace.h"
+#include "exports/wide_text.h"
 #include "platform/host.h"
-#include "platform/wide.h"
-#include "runtime/diagnostic_group.h"
-#include "runtime/global_lock.h"
 #include "runtime/heap/stack_names.h"
 #include "runtime/jobs.h"
 #include "runtime/language.h"
+#include "runtime/locked_call.h"
 #include "runtime/output/writer.h"
 
 #include <tvut22/modules.h>
@@ -25,8 +25,12 @@ clsModuleNode* FromHandle(UtilJob job) noexcept {
 }
 
 clsDiagnosticLine OpenTrace(const wchar_t* name, UINT flags) noexcept {
-    const std::u16string_view shown = name ? FromWide(std::wstring_view(name)) : u"(NULL)";
-    return clsDiagnosticLine().Put(u"UtilJobOpen('").Put(shown).Put(u"',0x").PutHex(flags, 8).Put(u")");
+    return clsDiagnosticLine()
+        .Put(u"UtilJobOpen('")
+        .Put(UtilpShown(name))
+        .Put(u"',0x")
+        .PutHex(flags, 8)
+        .Put(u")");
 }
 
 clsDiagnosticLine CloseTrace(const clsModuleNode* job) noexcept {
@@ -50,22 +54,21 @@ class clsModuleFile {
 };
 
 clsDiagnosticLine ModuleLine(std::u16string_view sign, const wchar_t* module) noexcept {
-    const std::u16string_view shown = module ? FromWide(std::wstring_view(module)) : u"(NULL)";
-    return clsDiagnosticLine().Put(sign).Put(shown).Put(u" [").Put(PlatformHostFileName()).Put(u"]");
+    return clsDiagnosticLine()
+        .Put(sign)
+        .Put(UtilpShown(module))
+        .Put(u" [")
+        .Put(PlatformHostFileName())
+        .Put(u"]");
 }
 
 } // namespace
 
 TVUT22_API UtilJob TVUT22_CALL UtilJobOpen(const wchar_t* name, UINT flags) {
     const clsGlobalLockGuard lock;
-    const auto signedFlags = static_cast<std::int32_t>(flags);
-    const bool traced = (flags & UTIL_JOB_TRACE) != 0 && UtilpDiagnosticsOn();
-    const clsDiagnosticGroup trace(traced, traced ? OpenTrace(name, flags) : clsDiagnosticLine());
-    clsModuleNode* const job =
-        UtilpJobs().Open(name ? FromWide(std::wstring_view(name)) : std::u16string_view(), signedFlags);
-    if (traced)
-        trace.Line(clsDiagnosticLine().Put(u"->").PutPointer(job));
-    return reinterpret_cast<UtilJob>(job);
+    const clsCallTrace trace((flags & UTIL_JOB_TRACE) != 0, [&] { return OpenTrace(name, flags); });
+    return reinterpret_cast<UtilJob>(
+        trace.Result(UtilpJobs().Open(UtilpView(name), static_cast<std::int32_t>(flags))));
 }
 
 TVUT22_API INT TVUT22_CALL UtilJobClose(UtilJob handle) {
@@ -74,12 +77,8 @@ TVUT22_API INT TVUT22_CALL UtilJobClose(UtilJob handle) {
     UtilpPrepareStackNames();
     const clsGlobalLockGuard lock;
     clsModuleNode* const job = FromHandle(handle);
-    const bool traced = UtilpJobs().Holds(job) && job->Traced() && UtilpDiagnosticsOn();
-    const clsDiagnosticGroup trace(traced, traced ? CloseTrace(job) : clsDiagnosticLine());
-    const auto result = static_cast<INT>(UtilpJobs().Close(job));
-    if (traced)
-        trace.Line(clsDiagnosticLine().Put(u"->").Put(result));
-    return result;
+    const clsCallTrace trace(UtilpJobs().Holds(job) && job->Traced(), [&] { return CloseTrace(job); });
+    return trace.Result(static_cast<INT>(UtilpJobs().Close(job)));
 }
 
 TVUT22_API void TVUT22_CALL UtilModuleOnAttach(const wchar_t* module) {

@@ -1,3 +1,5 @@
+// The clipboard is one for all programs of a desktop, and is opened by one at a time: who finds it taken
+// tries again for a fifth of a second. Memory that was put there belongs to the system from then on.
 #include "platform/clipboard.h"
 
 #include <atomic>

@@ -1,3 +1,6 @@
+// The system's conversions count in int and fail by returning 0, which is also the length of what comes
+// from no bytes; only the last error tells the two apart. A code page that the machine does not have is
+// replaced by the process's own.
 #include "platform/code_page.h"
 
 #include "platform/exception.h"

@@ -26,7 +26,8 @@ std::size_t PlatformDecode(unsigned codePage, std::string_view bytes, char16_t* 
 std::size_t PlatformEncodedSize(unsigned codePage, std::u16string_view text);
 std::size_t PlatformEncode(unsigned codePage, std::u16string_view text, char* bytes, std::size_t size);
 
-// The longest beginning of an 8-bit text of at most so many bytes that ends with a whole character.
+// The length of the longest beginning of an 8-bit text that has at most `bytes` bytes and ends with a whole
+// character.
 std::size_t PlatformWholeCharacters(unsigned codePage, std::string_view text, std::size_t bytes);
 
 } // namespace tvut

@@ -5,7 +5,7 @@
 
 namespace tvut {
 
-// Why something failed, as the system numbers its errors: what GetLastError gives after the call. These
+// Why something failed, as the system numbers its errors: what GetLastError returns after the call. These
 // are the ones that the library finds itself.
 namespace reason {
 constexpr unsigned long accessDenied = 5;

@@ -7,7 +7,7 @@ namespace tvut {
 // the process has no room left for what each thread keeps.
 bool PlatformExceptionsBegin() noexcept;
 
-// A thread ends, or the library is unloaded: what the calling thread holds is given back.
+// A thread ends, or the library is unloaded: what the calling thread holds is released.
 void PlatformThreadEnds() noexcept;
 void PlatformExceptionsEnd() noexcept;
 

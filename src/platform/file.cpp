@@ -1,3 +1,8 @@
+// A file is replaced by writing a new one beside it and renaming that one over it: whoever opens the target
+// meets the old contents or the new ones. Where somebody has the target open and allows writing but no
+// renaming, the new contents are copied over it, and the written file stays until the copy is complete. A
+// file that the job itself holds cannot be replaced and is overwritten: room for the new contents is taken
+// first, with real bytes, because a disk that is full must show before the old contents are touched.
 #include "platform/file.h"
 
 #include "platform/exception.h"
@@ -81,7 +86,7 @@ void clsFileSink::MakeRoom(std::uint64_t bytes) {
             throw;
         }
     }
-    // Somebody who maps the file keeps it from being cut; better told before than after.
+    // Somebody who maps the file keeps it from being cut; better to fail before than after.
     if (bytes < size) {
         PlatformMoveTo(file_, bytes);
         PlatformRequire(SetEndOfFile(file_), "file cannot be cut");

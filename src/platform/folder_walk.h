@@ -8,7 +8,7 @@ namespace tvut {
 
 constexpr ULONGLONG noDeadline = ~0ull;
 
-// Remove what a full path names, as PlatformLongPath gives it: a file, a link, or a folder with all that is
+// Remove what a full path names, as PlatformLongPath returns it: a file, a link, or a folder with all that is
 // in it. Links are removed themselves and never followed, even where somebody exchanges a folder for one
 // meanwhile. Read-only is taken off what is removed. What cannot be removed stays, and the rest goes; past a
 // moment of GetTickCount64 all that is left stays. Result: 0 when nothing is left, also where there was

@@ -39,7 +39,7 @@ unsigned long TvutGuardedCall(void (*body)(void*), void* argument) {
 #else
 
 // A registration record on the stack, {previous, handler}, linked into the thread's chain at fs:0. The
-// handler unwinds the chain to the record and goes on behind the call with the exception's code.
+// handler unwinds the chain to the record and goes on after the call with the exception's code.
 __asm__(R"(
     .text
     .globl _TvutGuardedCall

@@ -1,3 +1,5 @@
+// The folders are those of the user for whom the thread acts. The shell's library is loaded when a folder
+// is first asked for; few programs ask.
 #include "platform/known_folders.h"
 
 #include "platform/host.h"

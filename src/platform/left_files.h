@@ -10,7 +10,7 @@
 
 namespace tvut {
 
-// Whether a text is a number of at most so many hexadecimal digits.
+// Whether a text is a hexadecimal number of at most a given number of digits.
 inline bool PlatformIsHexadecimal(std::wstring_view text, std::size_t most) noexcept {
     return !text.empty() && text.size() <= most && std::ranges::all_of(text, [](wchar_t c) {
         return (c >= L'0' && c <= L'9') || (c >= L'a' && c <= L'f') || (c >= L'A' && c <= L'F');

@@ -1,3 +1,6 @@
+// The system takes a path of more than 247 characters only in its verbatim form, which it does not
+// normalise. So a path stays as it is while it is short, and is made full first where it is not: a relative
+// path may be short and yet lead far.
 #include "platform/long_path.h"
 
 #include "platform/system_text.h"

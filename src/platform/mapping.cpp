@@ -1,3 +1,6 @@
+// A name may belong to a mapping that another process made of any size, from memory, from a file, or from
+// pages without memory; a view of the last kind would end the process at the first touch, so it is not
+// taken.
 #include "platform/mapping.h"
 
 namespace tvut {
@@ -19,12 +22,11 @@ clsMapping clsMapping::OpenForReading(const wchar_t* name) noexcept {
     return mapping;
 }
 
-clsMapping clsMapping::OpenOrCreate(const wchar_t* name, std::size_t bytes, bool& created) noexcept {
+clsMapping clsMapping::OpenOrCreate(const wchar_t* name, std::size_t bytes) noexcept {
     clsMapping mapping;
     mapping.access_ = FILE_MAP_READ | FILE_MAP_WRITE;
     mapping.object_ = clsHandle(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
                                                    static_cast<DWORD>(bytes), name));
-    created = mapping.HasObject() && GetLastError() != ERROR_ALREADY_EXISTS;
     if (mapping.HasObject())
         mapping.Map(bytes);
     return mapping;

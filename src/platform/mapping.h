@@ -22,10 +22,10 @@ class clsMapping {
     static clsMapping OpenForReading(const wchar_t* name) noexcept;
 
     // The memory of that name, made when there is none.
-    static clsMapping OpenOrCreate(const wchar_t* name, std::size_t bytes, bool& created) noexcept;
+    static clsMapping OpenOrCreate(const wchar_t* name, std::size_t bytes) noexcept;
 
-    // Maps the first so many bytes in place of what is mapped now, which stays when that fails. Fails
-    // for memory that is only reserved; the first page stands for the rest.
+    // Maps the first bytes, in place of what is mapped now, which stays when that fails. Fails for memory
+    // that is only reserved; the first page stands for the rest.
     bool Map(std::size_t bytes) noexcept;
 
     bool HasObject() const noexcept { return static_cast<bool>(object_); }
@@ -35,7 +35,7 @@ class clsMapping {
         return static_cast<Contents*>(view_.Get());
     }
 
-    // For memory of others, who may have put a file behind it that has been cut short meanwhile. False where
+    // For memory of others, who may have published a file that has been cut short meanwhile. False where
     // nothing is mapped, or no longer.
     template <class Contents>
     bool Read(Contents& contents) const noexcept {

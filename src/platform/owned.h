@@ -1,6 +1,6 @@
-// Ownership of Windows resources: one template, one line a kind.
+// Ownership of Windows resources: one template, and a policy for each kind.
 //
-// A policy gives the type, the value that means "none", and how to close. Closing keeps the thread's
+// A policy names the type, the value that means "none", and how to close. Closing keeps the thread's
 // last-error value, so that a failure can be reported after its resources are gone.
 #pragma once
 

@@ -10,7 +10,4 @@ namespace tvut {
 void* PlatformProcessHeapAlloc(std::size_t bytes) noexcept;
 void PlatformProcessHeapFree(void* block) noexcept;
 
-// Blocks that are out.
-std::size_t PlatformProcessHeapUse() noexcept;
-
 } // namespace tvut

@@ -1,3 +1,5 @@
+// A value may grow between the question for its size and the one for its text: it is asked for until it
+// fits. Whoever wrote it may have left the terminator off; the system adds it.
 #include "platform/registry.h"
 
 #include <cwchar>

@@ -1,3 +1,5 @@
+// Streams are callers' code, and what they report is checked: a count that is larger than what was asked
+// for would lead out of the buffer, and a count of nothing would never end.
 #include "platform/stream.h"
 
 #include "platform/exception.h"

@@ -1,3 +1,4 @@
+// The full path keeps a library of the same name beside the host program from being loaded in its place.
 #include "platform/system_function.h"
 
 #include <array>

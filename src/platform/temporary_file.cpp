@@ -1,3 +1,5 @@
+// The system makes the file and closes it; it is opened again with the flag that removes it when its handle
+// is closed, however the process ends.
 #include "platform/temporary_file.h"
 
 #include <array>

@@ -1,3 +1,5 @@
+// The system's own conversions and file times do the arithmetic. Dates go in and out by their layout, which
+// is that of the system's structure.
 #include "platform/time_zone.h"
 
 #include <bit>

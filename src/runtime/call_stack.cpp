@@ -1,3 +1,6 @@
+// Released records are kept in a list, because a DEBUG heap takes or releases one with every
+// object. The mark tells a record from what a damaged header points at: it is looked at under a guard, and
+// unmade when the record is released, so that releasing it twice does nothing.
 #include "runtime/call_stack.h"
 
 #include "platform/guarded.h"

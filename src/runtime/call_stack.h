@@ -1,6 +1,6 @@
-// A call stack, kept to tell later who made something.
+// A call stack, kept to report later who made something.
 //
-// Records are taken and given back under the global lock; those that are free are kept for the next.
+// Records are taken and released under the global lock; those that are free are kept for the next.
 #pragma once
 
 #include <array>
@@ -25,7 +25,7 @@ scCallStack* UtilpCaptureCallStack(std::size_t skip) noexcept;
 // Null, and anything that is no record, is passed over: the pointer may come from damaged memory.
 void UtilpReleaseCallStack(scCallStack* stack) noexcept;
 
-// Gives the free records back to the system; for when the library is unloaded.
+// Returns the free records to the system; for when the library is unloaded.
 void UtilpForgetCallStacks() noexcept;
 
 } // namespace tvut

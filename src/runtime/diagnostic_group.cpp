@@ -28,6 +28,11 @@ void clsDiagnosticGroup::Line(const clsDiagnosticLine& line) const noexcept {
         UtilpReport(line);
 }
 
+void UtilpReportCall(const clsDiagnosticLine& call, const clsDiagnosticLine& what) noexcept {
+    const clsDiagnosticGroup report(UtilpDiagnosticsOn(), call);
+    report.Line(what);
+}
+
 void UtilpReport(const clsDiagnosticLine& line) noexcept {
     if (!UtilpDiagnosticsOn())
         return;

@@ -26,4 +26,7 @@ class clsDiagnosticGroup {
 // A report of one line, at the depth of the groups that are open.
 void UtilpReport(const clsDiagnosticLine& line) noexcept;
 
+// A line about a call, and one below it that says what of it.
+void UtilpReportCall(const clsDiagnosticLine& call, const clsDiagnosticLine& what) noexcept;
+
 } // namespace tvut

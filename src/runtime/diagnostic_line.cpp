@@ -1,3 +1,5 @@
+// Numbers are spelled here, so that a line needs neither memory nor a locale. Each Put takes what still
+// fits, so nobody else has to check a line's length.
 #include "runtime/diagnostics.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // Diagnostic output: one line at a time, for whoever listens.
 //
 // Lines are built in a buffer of fixed size, cut at its end, and never fail: a diagnostic must not
-// disturb what it tells about. While nobody listens a line costs a few nanoseconds; ask
+// disturb what it reports. While nobody listens a line costs a few nanoseconds; ask
 // UtilpDiagnosticsOn first where building lines costs more.
 #pragma once
 
@@ -28,8 +28,8 @@ class clsDiagnosticLine {
     clsDiagnosticLine& Put(std::u16string_view text) noexcept;
     clsDiagnosticLine& Put(std::int32_t number) noexcept;
     clsDiagnosticLine& PutBlanks(std::size_t count) noexcept;
-    clsDiagnosticLine& PutPadded(std::u16string_view text, std::size_t width) noexcept; // blanks behind
-    clsDiagnosticLine& PutDecimal(std::uint32_t number, std::size_t digits) noexcept;   // at least so many
+    clsDiagnosticLine& PutPadded(std::u16string_view text, std::size_t width) noexcept; // blanks after it
+    clsDiagnosticLine& PutDecimal(std::uint32_t number, std::size_t digits) noexcept;   // at least this many
     clsDiagnosticLine& PutHex(std::uint32_t number, std::size_t digits) noexcept;
     clsDiagnosticLine& PutPointer(const void* pointer) noexcept; // 0X0012ABCD, or zeros for null
 

@@ -1,7 +1,5 @@
 #include "runtime/global_lock.h"
 
-#include "runtime/output/writer.h"
-
 namespace tvut {
 
 namespace {
@@ -13,8 +11,5 @@ clsCriticalSection globalLock;
 clsCriticalSection& UtilpGlobalLock() noexcept {
     return globalLock;
 }
-
-clsGlobalLockGuard::clsGlobalLockGuard() noexcept
-    : silent_(!UtilpDiagnosticWriter().LookAhead()), lock_(globalLock) {}
 
 } // namespace tvut

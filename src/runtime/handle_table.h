@@ -49,7 +49,7 @@ class clsHandleSlots {
     HandleKind kind_;
 };
 
-// A table for at most so many objects of a type, made for static storage.
+// A table for a fixed number of objects of a type, made for static storage.
 template <class Object, HandleKind kind, std::size_t most>
 class clsHandleTable {
     static_assert(most <= clsHandleSlots::mostSlots);

@@ -1,6 +1,6 @@
 #include "runtime/jobs.h"
 
-#include "runtime/heap/heap_node.h"
+#include "runtime/heap/heap_list.h"
 
 namespace tvut {
 

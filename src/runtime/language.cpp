@@ -1,3 +1,5 @@
+// The setting is kept under the host program's name. Where the machine asks for it, the hive is that of the
+// user for whom the calling thread acts, opened for each call: threads of a server act for different users.
 #include "runtime/language.h"
 
 #include "platform/host.h"

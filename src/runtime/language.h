@@ -5,7 +5,7 @@
 
 namespace tvut {
 
-// Keeps the language for the host program; gives the registry's result, 0 on success.
+// Keeps the language for the host program. Returns the registry's result, 0 on success.
 std::int32_t UtilpSetLanguage(std::uint32_t language) noexcept;
 
 // The kept language; where there is none, the primary language of the system's user interface.

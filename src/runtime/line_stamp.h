@@ -1,5 +1,5 @@
-// What stands before the text of a line: when, which thread, on which processor, the how-many-eth, and
-// how deep.
+// What stands before the text of a line: its time, thread and processor, the last digit of its number, and its
+// indentation.
 #pragma once
 
 #include "runtime/diagnostics.h"
@@ -12,7 +12,7 @@ struct scLineStamp {
     std::uint32_t thread = 0;
     std::uint32_t processor = 0;
     std::uint32_t lineNumber = 0; // its last digit is shown
-    std::size_t level = 0;        // blanks, as UtilpShownLevel gives them
+    std::size_t level = 0;        // blanks, as UtilpShownLevel returns them
 };
 
 constexpr std::size_t deepestShownLevel = 50;

@@ -1,3 +1,5 @@
+// A list and not a table: a process has some dozens of modules, and whoever opens or closes one does much
+// else. Handles are compared with the list's records before they are followed.
 #include "runtime/module_list.h"
 
 #include "platform/process_heap.h"

@@ -1,148 +1,6 @@
 #include "runtime/heap/heap_node.h"
 
-#include "platform/guarded.h"
-#include "platform/process_heap.h"
-#include "runtime/diagnostic_group.h"
-#include "runtime/heap/object_check.h"
-#include "runtime/heap/object_report.h"
-#include "runtime/heap/stack_names.h"
-#include "runtime/heap/system_heap.h"
-
 namespace tvut {
-
-namespace {
-
-constexpr SIZE_T initialBytes = 32768;
-
-std::uint32_t FlagsOf(const clsModuleNode& module, std::uint32_t flags) noexcept {
-    if ((flags & HeapFlag::neverDebug) != 0)
-        return flags & ~HeapFlag::debug;
-    return (module.flags & clsModuleNode::debugHeapsFlag) != 0 ? flags | HeapFlag::debug : flags;
-}
-
-DWORD OptionsOf(std::uint32_t flags) noexcept {
-    return ((flags & HeapFlag::unserialised) != 0 ? HEAP_NO_SERIALIZE : 0u) |
-           ((flags & HeapFlag::exceptions) != 0 ? HEAP_GENERATE_EXCEPTIONS : 0u);
-}
-
-clsHeapNode* MakeNode(clsModuleNode& module, std::u16string_view name, std::uint32_t flags) noexcept {
-    auto* const heap = static_cast<clsHeapNode*>(PlatformProcessHeapAlloc(sizeof(clsHeapNode)));
-    if (!heap)
-        return nullptr;
-    heap->module = &module;
-    name.copy(heap->name.data(), clsHeapNode::longestName);
-    heap->flags = FlagsOf(module, flags);
-    heap->options = OptionsOf(flags);
-    heap->heap = HeapCreate(heap->options, initialBytes, 0);
-    if (!heap->heap) {
-        PlatformProcessHeapFree(heap);
-        return nullptr;
-    }
-    if (heap->IsDebug()) {
-        heap->creation = UtilpCaptureCallStack(1);
-        UtilpWantStackNames();
-    }
-    heap->self = heap;
-    return heap;
-}
-
-void Link(clsHeapNode& heap) noexcept {
-    clsModuleNode& module = *heap.module;
-    heap.previous = module.lastHeap;
-    (module.lastHeap ? module.lastHeap->next : module.firstHeap) = &heap;
-    module.lastHeap = &heap;
-}
-
-void Unlink(clsHeapNode& heap) noexcept {
-    (heap.previous ? heap.previous->next : heap.module->firstHeap) = heap.next;
-    (heap.next ? heap.next->previous : heap.module->lastHeap) = heap.previous;
-}
-
-void ReportStatistics(const clsHeapNode& heap) noexcept {
-    if (heap.mostObjects > 0)
-        UtilpReport(clsDiagnosticLine()
-                        .Put(u"Heap['")
-                        .Put(heap.module->Name())
-                        .Put(u"'/'")
-                        .Put(heap.ShownName())
-                        .Put(u"']: max ")
-                        .Put(heap.mostObjects)
-                        .Put(u", total ")
-                        .Put(heap.allocations)
-                        .Put(u" allocations"));
-}
-
-void ReportLeftObjects(clsHeapNode& heap) noexcept {
-    if (heap.objects <= 0 || (heap.flags & HeapFlag::silentDelete) != 0)
-        return;
-    const clsDiagnosticGroup report(
-        true, clsDiagnosticLine().Put(u"Warning: deleting heap, but objects are left:"));
-    UtilpReportObjects(heap);
-}
-
-// The system's heap takes the objects with it, but not the records of who allocated them.
-void ReleaseCallStacks(clsHeapNode& heap) noexcept {
-    auto release = [&](void* block, std::size_t bytes) {
-        if (scDebugHeader* const header = UtilpDebugObject(heap, block, bytes))
-            UtilpReleaseCallStack(header->stack);
-        return 0;
-    };
-    if (heap.debugObjects > 0)
-        UtilpWalkHeap(heap, release);
-}
-
-void Report(clsHeapNode& heap) noexcept {
-    if (heap.IsDebug())
-        UtilpCheckObjects(heap);
-    ReportStatistics(heap);
-    ReportLeftObjects(heap);
-}
-
-// A heap that is broken stays: to destroy it could take the system's own list of heaps with it.
-void DestroySystemHeap(clsHeapNode& heap) noexcept {
-    auto destroy = [&] { HeapDestroy(heap.heap); };
-    if (!heap.broken)
-        PlatformGuarded(destroy);
-}
-
-} // namespace
-
-clsHeapNode* UtilpCreateHeap(clsModuleNode& module, std::u16string_view name, std::uint32_t flags) noexcept {
-    if ((flags & HeapFlag::refused) != 0)
-        return nullptr;
-    clsHeapNode* const heap = MakeNode(module, name, flags);
-    if (!heap) {
-        UtilpReport(clsDiagnosticLine()
-                        .Put(u"Error: clsModuleNode['")
-                        .Put(module.Name())
-                        .Put(u"']::AddHeap('")
-                        .Put(name.empty() ? u"(NULL)" : name)
-                        .Put(u"',0x")
-                        .PutHex(flags, 8)
-                        .Put(u"): Out of Memory"));
-        return nullptr;
-    }
-    Link(*heap);
-    if (heap->IsDebug())
-        UtilpReport(clsDiagnosticLine()
-                        .Put(module.Name())
-                        .Put(u": UtilHeapCreate(..,'")
-                        .Put(heap->ShownName())
-                        .Put(u"',..) called with DEBUG bit"));
-    return heap;
-}
-
-HeapResult UtilpDeleteHeap(clsHeapNode& heap) noexcept {
-    Unlink(heap);
-    if (UtilpDiagnosticsOn())
-        Report(heap);
-    ReleaseCallStacks(heap);
-    DestroySystemHeap(heap);
-    UtilpReleaseCallStack(heap.creation);
-    heap.self = nullptr;
-    PlatformProcessHeapFree(&heap);
-    return HeapResult::success;
-}
 
 bool UtilpIsHeap(const clsHeapNode* heap) noexcept {
     bool isHeap = false;
@@ -150,22 +8,19 @@ bool UtilpIsHeap(const clsHeapNode* heap) noexcept {
     return PlatformGuarded(look) == 0 && isHeap;
 }
 
-void UtilpDestroyLeftHeaps(clsModuleNode& module) noexcept {
-    while (clsHeapNode* const heap = module.firstHeap) {
-        if (UtilpDiagnosticsOn())
-            UtilpReportObjects(*heap);
-        UtilpDeleteHeap(*heap);
-    }
-}
-
-void UtilpPutHeapName(clsDiagnosticLine& line, std::u16string_view beginning,
-                      const clsHeapNode& heap) noexcept {
-    line.Put(beginning)
+clsDiagnosticLine UtilpHeapLine(std::u16string_view beginning, const clsHeapNode& heap) noexcept {
+    return clsDiagnosticLine()
+        .Put(beginning)
         .Put(u"clsHeapNode['")
         .Put(heap.module->Name())
         .Put(u"'/'")
         .Put(heap.ShownName())
         .Put(u"']::");
+}
+
+clsDiagnosticLine UtilpHeapCallLine(std::u16string_view beginning, const clsHeapNode& heap,
+                                    std::u16string_view call, const void* payload) noexcept {
+    return UtilpHeapLine(beginning, heap).Put(call).Put(u"(").PutPointer(payload).Put(u")");
 }
 
 } // namespace tvut

@@ -1,4 +1,4 @@
-// Whether DEBUG objects are whole: the magic in front, the fence behind.
+// Whether DEBUG objects are whole: the magic in front, the fence after it.
 #pragma once
 
 #include "runtime/heap/heap_node.h"
@@ -12,11 +12,5 @@ enum class Damage { none, magic, fence };
 
 // Reads an object that may be damaged in any way, its size included.
 Damage UtilpExamineObject(scDebugHeader* header) noexcept;
-
-// What there is to say of an object whose fence is damaged, with its dump.
-void UtilpReportOverrun(scDebugHeader* header) noexcept;
-
-// Examines every DEBUG object of the heap and reports the damaged ones; the heap itself may be damaged, too.
-HeapResult UtilpCheckObjects(clsHeapNode& heap) noexcept;
 
 } // namespace tvut

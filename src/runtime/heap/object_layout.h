@@ -8,6 +8,7 @@
 
 #include "runtime/call_stack.h"
 
+#include <cstring>
 #include <windows.h>
 
 namespace tvut {
@@ -33,7 +34,7 @@ struct scDebugHeader {
 constexpr std::size_t plainOverhead = sizeof(std::uint32_t);
 constexpr std::size_t debugOverhead = sizeof(scDebugHeader) + sizeof(std::uint32_t);
 
-// Addresses are reckoned as numbers: payloads are callers' words, sizes may be damaged, and neither need
+// Addresses are computed as numbers: payloads are what callers pass, sizes may be damaged, and neither need
 // lead anywhere.
 template <class T>
 T* At(const void* base, std::uintptr_t offset) noexcept {
@@ -53,6 +54,12 @@ inline void* PayloadOf(scDebugHeader* header) noexcept {
 // The fence may lie at any address.
 inline unsigned char* FenceOf(scDebugHeader* header) noexcept {
     return At<unsigned char>(PayloadOf(header), static_cast<std::uint32_t>(header->size));
+}
+inline void PutFence(scDebugHeader* header) noexcept {
+    std::memcpy(FenceOf(header), &fenceMark, sizeof fenceMark);
+}
+inline bool HasFence(scDebugHeader* header) noexcept {
+    return std::memcmp(FenceOf(header), &fenceMark, sizeof fenceMark) == 0;
 }
 
 } // namespace tvut

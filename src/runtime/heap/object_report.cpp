@@ -1,10 +1,10 @@
+// Everything that is shown is copied under one guard before the first line is written: the object may be
+// damaged, and the program's other threads may write to it at any time.
 #include "runtime/heap/object_report.h"
 
-#include "platform/guarded.h"
 #include "runtime/diagnostic_group.h"
 #include "runtime/heap/object_check.h"
 #include "runtime/heap/stack_names.h"
-#include "runtime/heap/system_heap.h"
 
 #include <algorithm>
 #include <cstring>
@@ -77,6 +77,22 @@ void UtilpDumpObject(scDebugHeader* header) noexcept {
     UtilpReportCallStack(u"Memory object allocation", dumped.stack);
 }
 
+void UtilpReportOverrun(scDebugHeader* header) noexcept {
+    const clsDiagnosticGroup report(
+        UtilpDiagnosticsOn(),
+        clsDiagnosticLine().Put(u"Error: Memory overrun, fence value has been changed"));
+    UtilpDumpObject(header);
+}
+
+void UtilpReportBadPointer(const clsDiagnosticLine& call, std::uint32_t mark,
+                           std::u16string_view end) noexcept {
+    UtilpReportCall(call, clsDiagnosticLine()
+                              .Put(u"bad pointer, or memory underrun (magic=0x")
+                              .PutHex(mark, 8)
+                              .Put(u")")
+                              .Put(end));
+}
+
 void UtilpReportCallStack(std::u16string_view title, const scCallStack* stack) noexcept {
     scCallStack copy{};
     auto read = [&] { copy = *stack; };
@@ -103,7 +119,7 @@ void UtilpReportObjects(clsHeapNode& heap) noexcept {
             UtilpDumpObject(header);
         return 0;
     };
-    UtilpWalkHeap(heap, dump);
+    heap.system.Walk(dump);
 }
 
 } // namespace tvut

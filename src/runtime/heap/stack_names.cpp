@@ -1,3 +1,7 @@
+// A frame's module is found by the address alone: the memory manager knows the file that is mapped there.
+// Only the function's name needs the debug-help service, which serves one thread at a time and asks the
+// loader; so it is made ready before locks are taken, and a thread that finds it busy does without the
+// name. Names are kept for a second, because the objects of a report share most of their frames.
 #include "runtime/heap/stack_names.h"
 
 #include "platform/critical_section.h"
@@ -41,7 +45,7 @@ FromAddress fromAddress = nullptr;
 // service a tenth of a millisecond.
 class clsFrameTexts {
   public:
-    // Puts what is known behind the line; false when nothing is.
+    // Appends what is known to the line; false when nothing is.
     bool Find(const void* address, clsDiagnosticLine& line) const noexcept {
         const scRow& row = rows_[IndexOf(address)];
         if (row.address != address || row.generation != generation_.load(std::memory_order_relaxed) ||

@@ -1,10 +1,24 @@
+// A walk asks the system for one entry after the other, each under a guard. The system tells damage in
+// several ways: by an exception, by an error, by an end that comes too early, or by entries that lead in a
+// circle. The first and the last mean that the heap cannot be entered any more. An early end shows in the
+// number of blocks, which is counted here.
 #include "runtime/heap/system_heap.h"
-
-#include "platform/guarded.h"
 
 namespace tvut {
 
 namespace {
+
+constexpr SIZE_T initialBytes = 32768;
+
+// Looked up once, when the library is loaded: later on, the loader's lock may be somebody's who waits for
+// ours. What is missing is null.
+struct scHeapServices {
+    BOOL(WINAPI* walk)(HANDLE, PROCESS_HEAP_ENTRY*);
+    BOOL(WINAPI* lock)(HANDLE);
+    BOOL(WINAPI* unlock)(HANDLE);
+    SIZE_T(WINAPI* compact)(HANDLE, DWORD);
+    BOOL(WINAPI* validate)(HANDLE, DWORD, const void*);
+};
 
 template <class Function>
 void LookUp(HMODULE module, const char* name, Function& function) noexcept {
@@ -23,6 +37,24 @@ scHeapServices LookUpAll() noexcept {
 }
 
 const scHeapServices services = LookUpAll();
+
+// Keeps other threads out of a heap. One that breaks meanwhile stays locked: to unlock it would enter it.
+class clsHeapLock {
+  public:
+    explicit clsHeapLock(const clsSystemHeap& heap) noexcept : heap_(heap) {
+        if (heap_.IsSerialised())
+            services.lock(heap_.Handle());
+    }
+    ~clsHeapLock() {
+        if (heap_.IsSerialised() && !heap_.IsBroken())
+            services.unlock(heap_.Handle());
+    }
+    clsHeapLock(const clsHeapLock&) = delete;
+    clsHeapLock& operator=(const clsHeapLock&) = delete;
+
+  private:
+    const clsSystemHeap& heap_;
+};
 
 // The steps of a walk. Damage may lead in a circle: one that comes by the same entry again has no end.
 class clsHeapWalk {
@@ -65,17 +97,69 @@ class clsHeapWalk {
 
 } // namespace
 
-const scHeapServices& UtilpHeapServices() noexcept {
-    return services;
+bool clsSystemHeap::CanWalk() noexcept {
+    return services.walk && services.lock && services.unlock;
 }
 
-bool UtilpWalkHeap(clsHeapNode& heap, HeapBlockVisitor visitor, void* context) noexcept {
-    if (heap.broken || !services.CanWalk())
+bool clsSystemHeap::CanCompact() noexcept {
+    return services.compact != nullptr;
+}
+
+bool clsSystemHeap::CanValidate() noexcept {
+    return services.validate && CanWalk();
+}
+
+bool clsSystemHeap::Create(DWORD options) noexcept {
+    options_ = options;
+    handle_ = HeapCreate(options, initialBytes, 0);
+    return handle_ != nullptr;
+}
+
+void clsSystemHeap::Destroy() noexcept {
+    if (!broken_)
+        Enter([&] { return this; }, [](clsSystemHeap& heap) { HeapDestroy(heap.handle_); });
+}
+
+std::size_t clsSystemHeap::SizeOf(const void* block) noexcept {
+    if (broken_)
+        return 0;
+    SIZE_T size = 0;
+    const unsigned long exception = Enter(
+        [&] {
+            LookBefore(block);
+            return this;
+        },
+        [&](clsSystemHeap& heap) { size = HeapSize(heap.handle_, heap.Serialisation(), block); });
+    return exception == 0 ? size : 0;
+}
+
+bool clsSystemHeap::IsValid(const void* block) noexcept {
+    if (broken_)
         return false;
-    const bool lockable = (heap.flags & HeapFlag::unserialised) == 0;
-    if (lockable)
-        services.lock(heap.heap);
-    clsHeapWalk walk(heap.heap);
+    BOOL valid = FALSE;
+    const unsigned long exception = Enter(
+        [&] {
+            if (block)
+                LookBefore(block);
+            return this;
+        },
+        [&](clsSystemHeap& heap) { valid = services.validate(heap.handle_, heap.Serialisation(), block); });
+    return exception == 0 && valid;
+}
+
+std::size_t clsSystemHeap::Compact() noexcept {
+    SIZE_T largest = 0;
+    if (!broken_)
+        Enter([&] { return this; },
+              [&](clsSystemHeap& heap) { largest = services.compact(heap.handle_, heap.Serialisation()); });
+    return broken_ ? 0 : largest;
+}
+
+bool clsSystemHeap::WalkBlocks(BlockVisitor visitor, void* context) noexcept {
+    if (broken_ || !CanWalk())
+        return false;
+    const clsHeapLock lock(*this);
+    clsHeapWalk walk(handle_);
     bool enough = false;
     std::int32_t met = 0;
     while (!enough && walk.Step()) {
@@ -85,10 +169,8 @@ bool UtilpWalkHeap(clsHeapNode& heap, HeapBlockVisitor visitor, void* context) n
         ++met;
         enough = visitor(context, entry.lpData, entry.cbData) < 0;
     }
-    heap.broken = walk.Broken();
-    if (lockable && !heap.broken)
-        services.unlock(heap.heap);
-    return enough || (walk.AtEnd() && met >= heap.blocks);
+    broken_ = walk.Broken();
+    return enough || (walk.AtEnd() && met >= blocks_);
 }
 
 } // namespace tvut

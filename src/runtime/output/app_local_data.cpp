@@ -1,3 +1,7 @@
+// The memory is found by its name, so copies of the library need not know of each other. Words are changed
+// atomically and by themselves; the mutex guards the number of modules only, for the sake of copies that
+// count otherwise. One that cannot be had within a second is not waited for again until it was free once:
+// its owner hangs, and modules must not hang with it.
 #include "runtime/output/app_local_data.h"
 
 #include "runtime/output/debugger.h"
@@ -29,8 +33,7 @@ bool clsAppLocalData::Exists() noexcept {
 bool clsAppLocalData::Open() noexcept {
     if (IsOpen())
         return true;
-    bool created = false;
-    mapping_ = clsMapping::OpenOrCreate(MappingName().text, sizeof(scAppLocalData), created);
+    mapping_ = clsMapping::OpenOrCreate(MappingName().text, sizeof(scAppLocalData));
     if (!mapping_.HasObject())
         UtilpWriteToDebugger(u"_hLOGPANInfoAppLocal FAIL\n");
     else if (!mapping_.HasView())
@@ -60,18 +63,15 @@ clsAppLocalData::clsExclusive::~clsExclusive() {
 
 void clsAppLocalData::CountModule() noexcept {
     const clsExclusive exclusive(*this);
-    InterlockedIncrement(&Data()->modules);
+    ++ModulesWord();
 }
 
 bool clsAppLocalData::DiscountModule() noexcept {
     const clsExclusive exclusive(*this);
-    LONG count = Data()->modules;
-    while (count > 0) {
-        const LONG seen = InterlockedCompareExchange(&Data()->modules, count - 1, count);
-        if (seen == count)
+    const auto modules = ModulesWord();
+    for (std::int32_t count = modules; count > 0;)
+        if (modules.compare_exchange_weak(count, count - 1))
             return count == 1;
-        count = seen;
-    }
     return true;
 }
 

@@ -6,18 +6,11 @@
 #pragma once
 
 #include "platform/mapping.h"
+#include "runtime/output/app_local_words.h"
 
 #include <atomic>
-#include <cstdint>
 
 namespace tvut {
-
-struct scAppLocalData {
-    LONG level;
-    LONG lines;
-    LONG modules;
-    LONG socket; // 0: none
-};
 
 class clsAppLocalData {
   public:
@@ -29,19 +22,18 @@ class clsAppLocalData {
     // Whether any copy has the memory open.
     static bool Exists() noexcept;
 
-    LONG Level() const noexcept { return InterlockedCompareExchange(&Data()->level, 0, 0); }
-    LONG LowerLevel() noexcept { return InterlockedDecrement(&Data()->level); }
-    void RaiseLevel() noexcept { InterlockedIncrement(&Data()->level); }
-    std::uint32_t CountLine() noexcept {
-        return static_cast<std::uint32_t>(InterlockedIncrement(&Data()->lines));
-    }
+    // The memory itself, once it is open.
+    scAppLocalData& Words() const noexcept { return *mapping_.As<scAppLocalData>(); }
 
-    LONG Socket() const noexcept { return InterlockedCompareExchange(&Data()->socket, 0, 0); }
+    std::int32_t Socket() const noexcept { return SocketWord(); }
     // False when there is one already.
-    bool OfferSocket(LONG made) noexcept { return InterlockedCompareExchange(&Data()->socket, made, 0) == 0; }
-    LONG ExchangeSocket(LONG other) noexcept { return InterlockedExchange(&Data()->socket, other); }
+    bool OfferSocket(std::int32_t made) noexcept {
+        std::int32_t none = 0;
+        return SocketWord().compare_exchange_strong(none, made);
+    }
+    std::int32_t ExchangeSocket(std::int32_t other) noexcept { return SocketWord().exchange(other); }
 
-    LONG Modules() const noexcept { return InterlockedCompareExchange(&Data()->modules, 0, 0); }
+    std::int32_t Modules() const noexcept { return ModulesWord(); }
 
     // A client module comes, or goes: then true when it was the last one. May wait for whoever has the mutex:
     // not to be called while a lock is held.
@@ -62,7 +54,8 @@ class clsAppLocalData {
     };
     static constexpr DWORD longestWait = 1000; // milliseconds; the holder changes a number
 
-    scAppLocalData* Data() const noexcept { return mapping_.As<scAppLocalData>(); }
+    std::atomic_ref<std::int32_t> SocketWord() const noexcept { return std::atomic_ref(Words().socket); }
+    std::atomic_ref<std::int32_t> ModulesWord() const noexcept { return std::atomic_ref(Words().modules); }
 
     clsMapping mapping_;
     clsHandle mutex_;

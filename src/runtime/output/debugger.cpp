@@ -1,3 +1,6 @@
+// The system hands a text to a debugger by an exception, which costs microseconds even where nobody takes
+// it. So a monitor's event is looked for first, once a second. All that is remembered is atomic, because
+// any thread may ask, and two that ask at once find the same.
 #include "runtime/output/debugger.h"
 
 #include "platform/mapping.h"

@@ -2,7 +2,7 @@
 // of its own trouble.
 #pragma once
 
-#include "runtime/diagnostics.h"
+#include "runtime/output/line_sink.h"
 
 namespace tvut {
 
@@ -15,6 +15,12 @@ void UtilpWriteToDebugger(std::u16string_view text) noexcept;
 inline void UtilpWriteToDebugger(const clsDiagnosticLine& line) noexcept {
     UtilpWriteToDebugger(line.View());
 }
+
+class clsDebuggerSink final : public IclsLineSink {
+  public:
+    bool Wants() noexcept override { return UtilpDebuggerListens(); }
+    void Take(const scOutputLine& line) noexcept override { UtilpWriteToDebugger(line.stamped); }
+};
 
 // The environment variable "user" names a developer of this library: failures that are of no use to
 // anybody else are shown, too.

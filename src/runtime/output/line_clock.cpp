@@ -1,4 +1,8 @@
+// Viewers get the local time in any case; the counter's time is for the stamp alone. Seconds are taken out
+// of the ticks before these are multiplied, so that nothing overflows however long the process runs.
 #include "runtime/output/line_clock.h"
+
+#include <bit>
 
 namespace tvut {
 
@@ -7,18 +11,18 @@ void clsLineClock::Start(bool counterTime) noexcept {
         QueryPerformanceCounter(&start_);
 }
 
-SYSTEMTIME clsLineClock::Stamp(scLineStamp& stamp) const noexcept {
+void clsLineClock::Stamp(scOutputLine& line) const noexcept {
     SYSTEMTIME now;
     GetLocalTime(&now);
+    line.time = std::bit_cast<scDateTime>(now);
     if (frequency_.QuadPart != 0) {
-        StampSinceStart(stamp);
-        return now;
+        StampSinceStart(line.stamp);
+        return;
     }
-    stamp.hour = now.wHour;
-    stamp.minute = now.wMinute;
-    stamp.second = now.wSecond;
-    stamp.millisecond = now.wMilliseconds;
-    return now;
+    line.stamp.hour = now.wHour;
+    line.stamp.minute = now.wMinute;
+    line.stamp.second = now.wSecond;
+    line.stamp.millisecond = now.wMilliseconds;
 }
 
 void clsLineClock::StampSinceStart(scLineStamp& stamp) const noexcept {

@@ -1,7 +1,7 @@
 // The time of lines: the local time, or the time since the clock was started.
 #pragma once
 
-#include "runtime/line_stamp.h"
+#include "runtime/output/line_sink.h"
 
 #include <windows.h>
 
@@ -12,8 +12,8 @@ class clsLineClock {
     // Counts from now on, where the performance counter is asked for.
     void Start(bool counterTime) noexcept;
 
-    // Fills the stamp's time; the local time is given back in either case.
-    SYSTEMTIME Stamp(scLineStamp& stamp) const noexcept;
+    // Sets a line's local time, and the time that its stamp shows.
+    void Stamp(scOutputLine& line) const noexcept;
 
   private:
     void StampSinceStart(scLineStamp& stamp) const noexcept;

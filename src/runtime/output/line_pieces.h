@@ -1,4 +1,4 @@
-// A line in the pieces that the ways to a viewer take.
+// A line in the pieces in which it is sent to a viewer.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 namespace tvut {
 
-// Takes the next piece of at most so many characters off a line. An empty line is a piece, too.
+// Takes the next piece, of at most `longest` characters, off a line. An empty line is a piece as well.
 std::u16string_view UtilpTakePiece(std::u16string_view& left, std::size_t longest) noexcept;
 
 // Takes the next message for the mailslot off a line: up to a line end, which is dropped, or 510 characters.

@@ -1,5 +1,8 @@
 #include "runtime/output/log_file.h"
 
+#include "runtime/output/debugger.h"
+#include "runtime/output/narrow_line.h"
+
 #include <mutex>
 
 namespace tvut {
@@ -21,24 +24,26 @@ void clsLogFile::Open(const wchar_t* name, bool flush) noexcept {
         lock_.Open(file_.Get());
 }
 
+void clsLogFile::Take(const scOutputLine& line) noexcept {
+    clsNarrowLine narrow;
+    if (narrow.Set(line.stamped, lineEnd))
+        Write(narrow.View());
+    else
+        UtilpWriteToDebugger(u"ERR converting LOGPAN output");
+}
+
 void clsLogFile::Write(std::string_view line) noexcept {
+    const auto append = [&](std::string_view bytes) -> std::size_t {
+        DWORD written = 0;
+        WriteFile(file_.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+        return written;
+    };
     {
         const std::lock_guard guard(lock_);
-        if (torn_)
-            torn_ = Append(lineEnd) < lineEnd.size();
-        if (!torn_) {
-            const std::size_t written = Append(line);
-            torn_ = written > 0 && written < line.size();
-        }
+        lines_.Write(line, append);
     }
     if (flush_) // takes milliseconds, in which others may write
         FlushFileBuffers(file_.Get());
-}
-
-std::size_t clsLogFile::Append(std::string_view bytes) noexcept {
-    DWORD written = 0;
-    WriteFile(file_.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-    return written;
 }
 
 } // namespace tvut

@@ -1,3 +1,8 @@
+// The word is taken by one exchange. Who finds it taken looks again for about as long as a line takes to
+// write, then lets other threads run, and after 50 ms asks whether the owner still lives: a dead
+// owner's id is replaced by none in one exchange, which fails if somebody else was faster. Process ids are
+// used again, so a dead owner may be taken for a living one; the wait ends after a second in that case,
+// too.
 #include "runtime/output/log_file_lock.h"
 
 #include <array>
@@ -26,8 +31,7 @@ void clsLogFileLock::Open(HANDLE file) noexcept {
     std::array<wchar_t, 64> name{};
     _snwprintf(name.data(), name.size() - 1, L"QmzLOGPANLogFile_%08x_%08x%08x", identity.dwVolumeSerialNumber,
                identity.nFileIndexHigh, identity.nFileIndexLow);
-    bool created = false;
-    mapping_ = clsMapping::OpenOrCreate(name.data(), sizeof(LONG), created);
+    mapping_ = clsMapping::OpenOrCreate(name.data(), sizeof(LONG));
     self_ = static_cast<LONG>(GetCurrentProcessId());
 }
 

@@ -1,3 +1,8 @@
+// The viewer's window is published in shared memory, which any process may write: it is read under a guard,
+// and a window counts only while the system knows it. A window that has changed means another viewer, and
+// the mailslot is opened anew. A mailslot that does not take a message is full or gone; it is opened again
+// to find out which, and a full one is left alone for a moment, so that a viewer that hangs costs lines and
+// not time.
 #include "runtime/output/mailslot_viewer.h"
 
 #include "platform/system_error.h"
@@ -22,8 +27,7 @@ HWND WindowOf(UINT32 handle) noexcept {
 }
 
 clsMapping OpenGlobalData() noexcept {
-    bool created = false;
-    clsMapping mapping = clsMapping::OpenOrCreate(LOGPAN_GLOBAL_DATA, sizeof(scGlobalData), created);
+    clsMapping mapping = clsMapping::OpenOrCreate(LOGPAN_GLOBAL_DATA, sizeof(scGlobalData));
     if (!mapping.HasObject())
         UtilpWriteToDebugger(clsDiagnosticLine()
                                  .Put(u"LOGPAN global info struct cannot be created: ")
@@ -61,11 +65,6 @@ void clsMailslotViewer::Attach() noexcept {
         UtilpWriteToDebugger(u"DebugPipe FAIL");
 }
 
-void clsMailslotViewer::Detach() noexcept {
-    mailslot_.Close();
-    window_ = nullptr;
-}
-
 void clsMailslotViewer::FollowWindow() noexcept {
     const HWND published = PublishedAsItIs();
     if (published == window_ && (!window_ || IsWindow(window_)))
@@ -77,6 +76,11 @@ void clsMailslotViewer::FollowWindow() noexcept {
     mailslot_.Close();
     if (window_ && !mailslot_.Open(LOGPAN_MAILSLOT))
         UtilpWriteToDebugger(u"DebugPipe FAIL");
+}
+
+void clsMailslotViewer::Take(const scOutputLine& line) noexcept {
+    if (IsOpen())
+        Write(line.stamped);
 }
 
 void clsMailslotViewer::Write(std::u16string_view line) noexcept {

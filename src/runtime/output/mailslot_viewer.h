@@ -1,27 +1,29 @@
 // The older way to a viewer: its window's handle in a small shared mapping, and a mailslot.
 #pragma once
 
-#include "runtime/diagnostics.h"
+#include "runtime/output/line_sink.h"
 #include "runtime/output/mailslot.h"
 
 namespace tvut {
 
-class clsMailslotViewer {
+class clsMailslotViewer final : public IclsLineSink {
   public:
     // Looks for the viewer's window and its mailslot.
     void Attach() noexcept;
-    void Detach() noexcept;
 
-    bool IsThere() const noexcept { return mailslot_.IsOpen() || window_; }
     bool IsOpen() const noexcept { return mailslot_.IsOpen(); }
 
+    // A viewer whose window is there may open its mailslot at any moment.
+    bool Wants() noexcept override { return IsOpen() || window_; }
+
     // Writes a line in pieces that end at line ends or after 510 characters.
-    void Write(std::u16string_view line) noexcept;
+    void Take(const scOutputLine& line) noexcept override;
 
   private:
     HWND Published() noexcept;
     HWND PublishedAsItIs() const noexcept;
     void FollowWindow() noexcept;
+    void Write(std::u16string_view line) noexcept;
     void WriteMessage(std::u16string_view message) noexcept;
     void NoteFailure() noexcept;
 

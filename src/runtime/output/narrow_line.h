@@ -7,8 +7,8 @@ namespace tvut {
 
 class clsNarrowLine {
   public:
-    // Converts a text of at most clsDiagnosticLine::longest characters, with a line end behind it where
-    // asked for. False, and no text, when it cannot be converted.
+    // Converts a text of at most clsDiagnosticLine::longest characters, and appends a line end. False, and no
+    // text, when it cannot be converted.
     bool Set(std::u16string_view text, std::string_view lineEnd) noexcept;
 
     std::string_view View() const noexcept { return {bytes_.data(), length_}; }

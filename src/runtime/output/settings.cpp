@@ -1,3 +1,5 @@
+// A value of the environment may grow between the question for its length and the one for its text: it is
+// asked for until it fits.
 #include "runtime/output/settings.h"
 
 #include "platform/registry.h"

@@ -1,3 +1,7 @@
+// Nothing in the viewer's memory is trusted: it is copied whole before a field is looked at, so that no
+// field can change between its check and its use, and the copy is made under a guard, because the memory
+// may be a file that has been cut short. Even a viewer that lies about its size gets little of the address
+// space.
 #include "runtime/output/viewer_info.h"
 
 #include "platform/system_error.h"

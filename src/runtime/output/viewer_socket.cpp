@@ -51,7 +51,7 @@ void ResolveLoopback() noexcept {
     FreeAddrInfoW(found);
 }
 
-LONG MakeSocket() noexcept {
+std::int32_t MakeSocket() noexcept {
     const SOCKET made = socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
     if (made == INVALID_SOCKET) {
         Report(u"clsViewerSocket::Open: socket() returned ", WSAGetLastError(), u"\n");
@@ -59,11 +59,11 @@ LONG MakeSocket() noexcept {
     }
     u_long doNotWait = 1;
     ioctlsocket(made, FIONBIO, &doNotWait);
-    return static_cast<LONG>(made);
+    return static_cast<std::int32_t>(made);
 }
 
-SOCKET SocketOf(LONG kept) noexcept {
-    return static_cast<SOCKET>(static_cast<ULONG>(kept));
+SOCKET SocketOf(std::int32_t kept) noexcept {
+    return static_cast<SOCKET>(static_cast<std::uint32_t>(kept));
 }
 
 void EndLibrary() noexcept {
@@ -104,7 +104,7 @@ bool clsViewerSocket::StartAndMake() noexcept {
         Report(u"clsViewerSocket::Open: WSAStartup() returned '", error, u"'\n");
         return false;
     }
-    const LONG made = MakeSocket();
+    const std::int32_t made = MakeSocket();
     if (made == 0) {
         EndLibrary();
         return false;
@@ -112,7 +112,7 @@ bool clsViewerSocket::StartAndMake() noexcept {
     ResolveLoopback();
     clsTakenSocket unneeded(made);
     if (shared_.OfferSocket(made)) // otherwise another thread was faster
-        unneeded.Release();
+        unneeded.Take();
     return true;
 }
 
@@ -123,17 +123,17 @@ void clsViewerSocket::Reopen() noexcept {
 }
 
 void clsViewerSocket::Renew() noexcept {
-    const LONG made = IsOpen() ? MakeSocket() : 0;
+    const std::int32_t made = IsOpen() ? MakeSocket() : 0;
     if (made == 0)
         return;
-    if (const LONG old = shared_.ExchangeSocket(made); old != 0)
+    if (const std::int32_t old = shared_.ExchangeSocket(made); old != 0)
         closesocket(SocketOf(old));
 }
 
 void clsViewerSocket::Leave() noexcept {
     if (!shared_.IsOpen())
         return;
-    const LONG socket = shared_.Socket();
+    const std::int32_t socket = shared_.Socket();
     shared_.Close();
     if (socket != 0 && !clsAppLocalData::Exists())
         closesocket(SocketOf(socket));

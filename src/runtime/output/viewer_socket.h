@@ -9,7 +9,7 @@ namespace tvut {
 // A socket that nobody sends through any more. Closing it ends the socket library, which may need the loader:
 // not to be done while a lock is held that is asked for within the loader.
 struct scTakenSocketPolicy {
-    using Value = LONG;
+    using Value = std::int32_t;
     static Value None() noexcept { return 0; }
     static void Close(Value value) noexcept;
 };

@@ -1,19 +1,21 @@
+// A line passes four stations. The gate turns it away while it is known that nobody listens. A look for
+// viewers is made if one is due, without the lock. Under the lock the sinks are asked, because a viewer may
+// change its mind between two lines. Then the line is stamped and handed out. Threads of one process thus
+// agree on the order of lines, and a thread within the loader never waits here for one that waits for the
+// loader: what may need the loader is done before the lock is taken or after it is released, and not at all
+// by a thread that has the global lock.
 #include "runtime/output/writer.h"
 
 #include "runtime/global_lock.h"
-#include "runtime/output/debugger.h"
-#include "runtime/output/narrow_line.h"
 #include "runtime/output/settings.h"
 
 namespace tvut {
 
 namespace {
 
-constexpr DWORD retryInterval = 1000; // milliseconds between looks for a viewer
-
-// Threads that write while the first look is under way wait for it, or their first lines would be
-// lost; but not for ever, because one of them may keep the loader from the thread that looks.
-constexpr DWORD longestFirstLook = 2000; // milliseconds
+std::uint32_t Milliseconds() noexcept {
+    return GetTickCount();
+}
 
 clsDiagnosticWriter writer;
 
@@ -31,67 +33,62 @@ void UtilpWriteDiagnosticLine(std::u16string_view text) noexcept {
     writer.Write({}, {0}, text);
 }
 
+clsDiagnosticWriter::clsDiagnosticWriter() noexcept : gate_(Milliseconds) {}
+
 // ---- Is anybody listening? -------------------------------------------------------------------------
 
-bool clsDiagnosticWriter::NobodyListened() const noexcept {
-    return ended_.load(std::memory_order_relaxed) ||
-           (quiet_.load(std::memory_order_acquire) &&
-            GetTickCount() - lastLook_.load(std::memory_order_relaxed) < retryInterval);
-}
-
 bool clsDiagnosticWriter::IsOn() noexcept {
-    if (NobodyListened())
+    if (gate_.IsShut())
         return false;
     const clsLastErrorKept lastError;
     LookIfDue();
-    const Lock lock(section_);
-    return Audience().any;
+    return Locked([&] { return HasAudience(); });
 }
 
 bool clsDiagnosticWriter::LookAhead() noexcept {
-    if (NobodyListened())
+    if (gate_.IsShut())
         return false;
-    if (!settled_.load(std::memory_order_relaxed) && !IsOn())
+    if (!gate_.IsSettled() && !IsOn())
         return false;
     OpenMissingSocket();
     return true;
 }
 
-clsDiagnosticWriter::scAudience clsDiagnosticWriter::Audience() noexcept {
+bool clsDiagnosticWriter::HasAudience() noexcept {
     if (!Begin())
-        return {};
-    if (!logFile_.IsOpen() && !everLooked_)
+        return false;
+    if (!logFile_.IsOpen() && !gate_.EverLooked())
         AwaitLook();
-    const scViewerWish wish = viewers_.info.Wish();
-    NoteViewer();
-    const bool viewing = static_cast<bool>(viewers_.info);
-    const bool there = logFile_.IsOpen() || (viewing ? wish.lines : viewers_.mailslot.IsThere());
-    // A viewer that is there but wants nothing may change its mind at any moment: no rest for that.
-    quiet_.store(!there && !viewing, std::memory_order_release);
-    return {there, wish};
+    const bool any = front_.HasListener();
+    NoteSinks(); // a viewer whose memory has gone away is none from now on
+    gate_.NoteAudience(any);
+    return any;
 }
 
-void clsDiagnosticWriter::NoteViewer() noexcept {
-    const bool viewing = static_cast<bool>(viewers_.info);
-    viewing_.store(viewing, std::memory_order_relaxed);
-    settled_.store(viewing || logFile_.IsOpen(), std::memory_order_relaxed);
+void clsDiagnosticWriter::NoteSinks() noexcept {
+    gate_.NoteSinks(viewer_.IsThere(), logFile_.IsOpen());
 }
 
 bool clsDiagnosticWriter::Begin() noexcept {
-    if (begun_)
-        return shared_.IsOpen();
+    if (!begun_)
+        begun_ = ReadSettings();
+    return shared_.IsOpen();
+}
+
+// False without memory for the settings: the next line asks for them again.
+bool clsDiagnosticWriter::ReadSettings() noexcept {
     try {
         const scOutputSettings settings = UtilpReadOutputSettings();
-        begun_ = true;
         if (!shared_.Open())
-            return false;
+            return true;
         clock_.Start(settings.counterTime);
         for (const std::wstring& name : settings.logFiles)
             if (!name.empty() && !logFile_.IsOpen())
                 logFile_.Open(name.c_str(), settings.flushLogFile);
-    } catch (...) { // no memory for the settings: the next line asks for them again
+    } catch (...) {
+        return false;
     }
-    return shared_.IsOpen();
+    return true;
 }
 
 // ---- Looking for a viewer --------------------------------------------------------------------------
@@ -101,134 +98,84 @@ bool clsDiagnosticWriter::MayWait() const noexcept {
     return !section_.IsMine() && !UtilpGlobalLock().IsMine();
 }
 
-bool clsDiagnosticWriter::LookIsDue() const noexcept {
-    return !everLooked_ || GetTickCount() - lastLook_ >= retryInterval;
-}
-
 void clsDiagnosticWriter::LookIfDue() noexcept {
-    if (!settled_.load(std::memory_order_relaxed) && LookIsDue() && MayWait() && ClaimLook(When::due))
+    if (!gate_.IsSettled() && gate_.LookIsDue() && MayWait() && ClaimLook(When::due))
         LookForViewer();
 }
 
 // One thread looks at a time; this one, when true.
 bool clsDiagnosticWriter::ClaimLook(When when) noexcept {
     const Lock lock(section_);
-    if (!Begin() || looker_ != 0 || (when == When::due && (logFile_.IsOpen() || !LookIsDue())))
+    if (!Begin() || turn_.IsTaken() || (when == When::due && (logFile_.IsOpen() || !gate_.LookIsDue())))
         return false;
-    looker_ = GetCurrentThreadId();
-    lastLook_ = GetTickCount();
+    turn_.Take();
+    gate_.NoteLookBegins();
     return true;
-}
-
-bool clsDiagnosticWriter::ViewerWantsLines() noexcept {
-    const Lock lock(section_);
-    return viewers_.info.Wish().lines;
 }
 
 // Another copy of the library may have closed the socket, and it is closed when the last module goes; whoever
 // writes all the same opens it again.
 void clsDiagnosticWriter::OpenMissingSocket() noexcept {
-    if (!viewing_.load(std::memory_order_relaxed) || socket_.IsOpen() || !MayWait())
+    if (!gate_.HasViewer() || viewer_.Socket().IsOpen() || !MayWait())
         return;
     const clsLastErrorKept lastError;
-    if (ViewerWantsLines())
-        socket_.Reopen();
-}
-
-bool clsDiagnosticWriter::HasOpenMailslot() noexcept {
-    const Lock lock(section_);
-    return viewers_.mailslot.IsOpen();
+    if (Locked([&] { return viewer_.Wants(); }))
+        viewer_.Socket().Reopen();
 }
 
 void clsDiagnosticWriter::LookForViewer() noexcept {
-    const bool mailslotOpen = HasOpenMailslot();
-    scViewers found;
-    found.info = clsViewerInfo::Find();
-    if (found.info)
-        socket_.Open();
+    const bool mailslotOpen = Locked([&] { return mailslot_.IsOpen(); });
+    clsViewerInfo info = clsViewerInfo::Find();
+    clsMailslotViewer mailslot;
+    if (info)
+        viewer_.Socket().Open();
     else if (!mailslotOpen)
-        found.mailslot.Attach();
+        mailslot.Attach();
 
     const Lock lock(section_); // what the found ones replace goes after it
-    std::swap(viewers_.info, found.info);
-    if (viewers_.info || !mailslotOpen)
-        std::swap(viewers_.mailslot, found.mailslot);
-    NoteViewer();
-    looker_ = 0;
-    everLooked_ = true;
-    WakeAllConditionVariable(&looked_);
+    viewer_.Swap(info);
+    if (viewer_.IsThere() || !mailslotOpen)
+        std::swap(mailslot_, mailslot);
+    NoteSinks();
+    gate_.NoteLookEnds();
+    turn_.End();
 }
 
-// Leaves the section while it waits.
+// Threads that write while the first look is under way wait for it, or their first lines would be lost.
 void clsDiagnosticWriter::AwaitLook() noexcept {
-    const DWORD start = GetTickCount();
-    DWORD waited = 0;
-    for (; looker_ != 0 && looker_ != GetCurrentThreadId() && waited < longestFirstLook;
-         waited = GetTickCount() - start)
-        section_.Sleep(looked_, longestFirstLook - waited);
-    if (waited >= longestFirstLook)
-        everLooked_ = true; // once is enough: no line after this one waits
+    if (!turn_.Await(section_))
+        gate_.NoteLookEnds(); // once is enough: no line after this one waits
 }
 
 // ---- Writing a line --------------------------------------------------------------------------------
 
 void clsDiagnosticWriter::Write(std::u16string_view tag, scLevelChange change,
                                 std::u16string_view text) noexcept {
-    if (NobodyListened())
+    if (gate_.IsShut())
         return;
     const clsLastErrorKept lastError;
     LookIfDue();
     OpenMissingSocket();
     const Lock lock(section_);
-    const scAudience audience = writing_ ? scAudience() : Audience();
-    if (!audience.any)
-        return;
-    writing_ = true;
-    scLineStamp stamp;
-    const SYSTEMTIME time = clock_.Stamp(stamp);
-    stamp.thread = GetCurrentThreadId();
-    stamp.processor = GetCurrentProcessorNumber();
-    stamp.level = UtilpShownLevel(change.sign < 0 ? shared_.LowerLevel() : shared_.Level());
-    stamp.lineNumber = shared_.CountLine();
-    Deliver(audience.viewer, tag, stamp, time, text);
-    if (change.sign > 0)
-        shared_.RaiseLevel();
-    writing_ = false;
+    if (!front_.IsWriting() && HasAudience())
+        HandOut(tag, change, text);
+}
+
+void clsDiagnosticWriter::HandOut(std::u16string_view tag, scLevelChange change,
+                                  std::u16string_view text) noexcept {
+    scOutputLine line;
+    line.tag = tag;
+    line.text = text;
+    line.stamp.thread = GetCurrentThreadId();
+    line.stamp.processor = GetCurrentProcessorNumber();
+    clock_.Stamp(line);
+    front_.Write(shared_.Words(), line, change);
 }
 
 void clsDiagnosticWriter::WriteIfFree(std::u16string_view text) noexcept {
     const std::unique_lock lock(section_, std::try_to_lock);
-    if (lock && settled_)
+    if (lock && gate_.IsSettled())
         Write({}, {0}, text);
-}
-
-void clsDiagnosticWriter::Deliver(const scViewerWish& viewer, std::u16string_view tag,
-                                  const scLineStamp& stamp, const SYSTEMTIME& time,
-                                  std::u16string_view text) noexcept {
-    if (viewer.lines) {
-        sender_.Send(viewer.address, time, tag, stamp, text);
-        return;
-    }
-    clsDiagnosticLine line;
-    UtilpPutStamp(line, tag, stamp);
-    DeliverText(line.Put(text).View());
-}
-
-void clsDiagnosticWriter::DeliverText(std::u16string_view line) noexcept {
-    if (viewers_.mailslot.IsOpen())
-        viewers_.mailslot.Write(line);
-    if (logFile_.IsOpen())
-        WriteToLogFile(line);
-    if (UtilpDebuggerListens())
-        UtilpWriteToDebugger(line);
-}
-
-void clsDiagnosticWriter::WriteToLogFile(std::u16string_view line) noexcept {
-    clsNarrowLine narrow;
-    if (narrow.Set(line, "\r\n"))
-        logFile_.Write(narrow.View());
-    else
-        UtilpWriteToDebugger(u"ERR converting LOGPAN output");
 }
 
 // ---- Coming and going ------------------------------------------------------------------------------
@@ -240,60 +187,52 @@ bool clsDiagnosticWriter::Attach() noexcept {
     if (!Begin())
         return false;
     AwaitLook(); // another thread's
-    quiet_ = false;
-    return viewers_.info || viewers_.mailslot.IsThere();
+    gate_.Open();
+    return viewer_.IsThere() || mailslot_.Wants();
 }
 
 // The socket stays while there are modules: it may be another copy's way to the viewer.
 void clsDiagnosticWriter::Detach() noexcept {
-    scViewers left;
-    clsTakenSocket unneeded; // these two are closed last, when the lock is free again
+    clsViewerInfo info;
+    clsMailslotViewer mailslot;
+    clsTakenSocket unneeded; // these three are closed last, when the lock is free again
     const Lock lock(section_);
-    std::swap(viewers_, left);
-    NoteViewer();
-    lastLook_ = GetTickCount();
-    everLooked_ = true;
+    viewer_.Swap(info);
+    std::swap(mailslot_, mailslot);
+    NoteSinks();
+    gate_.NoteLookBegins();
+    gate_.NoteLookEnds();
     if (shared_.IsOpen() && shared_.Modules() <= 0)
-        unneeded = socket_.Take();
-}
-
-bool clsDiagnosticWriter::HasBegun() noexcept {
-    const Lock lock(section_);
-    return Begin();
-}
-
-bool clsDiagnosticWriter::HasViewer() noexcept {
-    const Lock lock(section_);
-    return static_cast<bool>(viewers_.info);
+        unneeded = viewer_.Socket().Take();
 }
 
 void clsDiagnosticWriter::ModuleComes() noexcept {
-    if (!HasBegun())
+    if (!Locked([&] { return Begin(); }))
         return;
     shared_.CountModule();
-    if (HasViewer())
-        socket_.Open();
+    if (Locked([&] { return viewer_.IsThere(); }))
+        viewer_.Socket().Open();
 }
 
 void clsDiagnosticWriter::ModuleGoes() noexcept {
-    if (!HasBegun() || !shared_.DiscountModule())
+    if (!Locked([&] { return Begin(); }) || !shared_.DiscountModule())
         return;
     clsTakenSocket unneeded; // is closed last, when the lock is free again
     const Lock lock(section_);
-    unneeded = socket_.Take();
+    unneeded = viewer_.Socket().Take();
 }
 
 // Asks for no lock: a thread that holds it may be dead, or its code about to vanish.
 void clsDiagnosticWriter::End(bool processEnds) noexcept {
-    ended_ = true;
+    gate_.End();
     if (processEnds)
         return;
     const std::unique_lock lock(section_, std::try_to_lock);
     if (!lock)
         return;
-    viewers_ = {};
+    mailslot_ = {};
     logFile_.Close();
-    socket_.Leave();
+    viewer_.Leave();
 }
 
 } // namespace tvut

@@ -1,3 +1,7 @@
+// A file is made by the one call that fails where it exists, so that two processes never get the same one.
+// The first number to try is a hint; where all numbers from it on are taken, those before it are tried as
+// well. A denied name may be that of a file that is about to go, so the next one is tried; after eight in a
+// row it is the folder that denies.
 #include "runtime/temp_files/new_file.h"
 
 #include "platform/long_path.h"

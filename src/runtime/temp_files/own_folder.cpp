@@ -1,3 +1,6 @@
+// The folder's name holds the process's number and start, which no other process ever shares. The lock file
+// in it is open without sharing while the process lives: the system closes it however the process ends, and
+// whoever can open it knows that the folder is nobody's any more.
 #include "runtime/temp_files/own_folder.h"
 
 #include "platform/known_folders.h"

@@ -1,3 +1,7 @@
+// A folder is removed only if four things hold: its name has the form that processes give, it is a folder
+// and no link, it belongs to the same user, and its lock can be taken or it is old and has none. The lock
+// is held while the folder is emptied and removed last, so a sweep that is interrupted is continued by the
+// next.
 #include "runtime/temp_files/sweep.h"
 
 #include "platform/folder_walk.h"

@@ -1,3 +1,6 @@
+// Files are chained twice: by age, for the end of the process, which removes the newest first, and by the
+// hash of their path, for lookup. Paths that differ in letter case only are the same file, so the hash
+// folds what ASCII knows of case and takes all other letters for one; the system compares what is left.
 #include "runtime/temp_files/temp_file_list.h"
 
 #include "platform/letter_case.h"

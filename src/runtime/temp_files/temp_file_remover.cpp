@@ -170,9 +170,9 @@ UtilResult clsTempFileRemover::Release(const std::wstring& path, bool keep) noex
 }
 
 bool clsTempFileRemover::End(bool processEnds) noexcept {
-    if (!lock_.try_lock())
+    const std::unique_lock lock(lock_, std::try_to_lock);
+    if (!lock)
         return false;
-    const std::lock_guard lock(lock_, std::adopt_lock);
     for (const scTempFile* file = files_.Newest(); file; file = file->older) {
         const DWORD error = PlatformRemoveTree(ToWide(file->Path().data()), noDeadline);
         if (error == ERROR_SUCCESS)

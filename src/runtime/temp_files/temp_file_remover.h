@@ -18,7 +18,7 @@ struct scMadeTempFile {
     std::wstring systemPath; // the same, whatever its length
 };
 
-// Paths are full ones as PlatformLongPath gives them.
+// Paths are full ones as PlatformLongPath returns them.
 class clsTempFileRemover {
   public:
     UtilResult Create(const scTempFileWish& wish, scMadeTempFile& made); // throws std::bad_alloc
