@@ -34,11 +34,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 path += static_cast<char16_t>(data[at] < 0x80 ? data[at] : data[at] + 0xD790);
             continue;
         }
-        RequireNone(FaultOfSplit(path));
-        RequireNone(FaultOfMerge(base, path));
-        RequireNone(FaultOfName(path));
+        Require(FaultOfSplit(path));
+        Require(FaultOfMerge(base, path));
+        Require(FaultOfName(path));
         for (const auto& [folder, rootComponents] : bases)
-            RequireNone(FaultOfInside(folder, rootComponents, path));
+            Require(FaultOfInside(folder, rootComponents, path));
         base = std::exchange(path, {});
     }
     return 0;

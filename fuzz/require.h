@@ -12,10 +12,10 @@ inline void Require(bool condition) {
 }
 
 // The same with a fault's name, null when there is none.
-inline void RequireNone(const char* fault) {
-    if (fault)
-        std::fprintf(stderr, "%s\n", fault);
-    Require(!fault);
+inline void Require(const char* noFault) {
+    if (noFault)
+        std::fprintf(stderr, "%s\n", noFault);
+    Require(noFault == nullptr);
 }
 
 } // namespace tvut
