@@ -220,10 +220,11 @@ class clsForeignXfdfParser {
     // Where the next </value> begins, which may hold blanks before its ">".
     std::size_t FindValueEnd(std::size_t from) {
         constexpr std::u16string_view mark = u"</value";
-        std::size_t end = Find(mark, from);
-        while (lines_.Line()[FindInTag(end + mark.size())] != u'>')
-            end = Find(mark, end + mark.size());
-        return end;
+        for (std::size_t end = Find(mark, from);; end = Find(mark, end + mark.size())) {
+            const std::size_t next = FindInTag(end + mark.size()); // may make the line another, longer one
+            if (lines_.Line()[next] == u'>')
+                return end;
+        }
     }
 
     void AppendEscaped(std::size_t end) {
