@@ -13,19 +13,19 @@
 
 namespace tool::logpan {
 
-using tvut::CaseRows, tvut::NarrowCase, tvut::scCaseRow, tvut::wideCase;
+using tvut::CaseRows, tvut::NarrowCase, tvut::scCaseRow, tvut::WideCase;
 
 namespace {
 
 using namespace std::chrono_literals;
 
 // A joiner under a clock of its own. Each line's text is its result.
-struct Bench {
+struct scBench {
     Joiner joiner;
     Joiner::Clock::time_point now{};
 
-    void packet(std::uint16_t port, char digit, std::wstring_view text, std::uint32_t thread = 1,
-                bool full = false) {
+    void AddPacket(std::uint16_t port, char digit, std::wstring_view text, std::uint32_t thread = 1,
+                   bool full = false) {
         Packet packet;
         packet.thread = thread;
         packet.sequence = static_cast<std::uint32_t>(digit);
@@ -33,28 +33,28 @@ struct Bench {
         packet.full = full;
         joiner.add(port, packet, now);
     }
-    void message(std::wstring_view text) { joiner.addText(text, {2024, 1, 31, 9, 8, 7, 6}, now); }
+    void AddMessage(std::wstring_view text) { joiner.addText(text, {2024, 1, 31, 9, 8, 7, 6}, now); }
 
-    std::wstring taken() {
+    std::wstring Taken() {
         std::wstring texts;
         while (const std::optional<Line> line = joiner.take(now))
             texts += line->text + L"|";
         return texts;
     }
-    std::wstring takenAfter(std::chrono::milliseconds time) {
+    std::wstring TakenAfter(std::chrono::milliseconds time) {
         now += time;
-        return taken();
+        return Taken();
     }
 };
 
-LinePtr lineOf(std::wstring text, std::wstring module = L"KX32UTIL") {
+LinePtr LineOf(std::wstring text, std::wstring module = L"KX32UTIL") {
     Line line;
     line.text = std::move(text);
     line.module = std::move(module);
     return std::make_shared<const Line>(std::move(line));
 }
 
-void addTo(Store& store, int number, std::wstring text = {}) {
+void AddTo(Store& store, int number, std::wstring text = {}) {
     if (text.empty())
         text = L"line " + std::to_wstring(number);
     Packet packet;
@@ -66,47 +66,47 @@ void addTo(Store& store, int number, std::wstring text = {}) {
 } // namespace
 
 TEST(Joiner, JoinsPiecesAndKeepsTheOrderOfBeginnings) {
-    Bench bench;
-    bench.packet(1, '0', L"one ", 1, true);
-    bench.packet(2, '5', L"other");
-    bench.packet(1, '0', L"two ", 1, true);
-    bench.packet(2, '6', L"next");
-    EXPECT_EQ(bench.taken(), L"") << "what began first may still go on";
-    bench.packet(1, '0', L"three");
-    EXPECT_EQ(bench.takenAfter(Joiner::moment), L"one two three|other|next|");
-    bench.packet(1, '0', L"late piece");
-    bench.packet(1, '1', L"new");
-    EXPECT_EQ(bench.takenAfter(Joiner::moment), L"late piece|new|");
+    scBench bench;
+    bench.AddPacket(1, '0', L"one ", 1, true);
+    bench.AddPacket(2, '5', L"other");
+    bench.AddPacket(1, '0', L"two ", 1, true);
+    bench.AddPacket(2, '6', L"next");
+    EXPECT_EQ(bench.Taken(), L"") << "what began first may still go on";
+    bench.AddPacket(1, '0', L"three");
+    EXPECT_EQ(bench.TakenAfter(Joiner::moment), L"one two three|other|next|");
+    bench.AddPacket(1, '0', L"late piece");
+    bench.AddPacket(1, '1', L"new");
+    EXPECT_EQ(bench.TakenAfter(Joiner::moment), L"late piece|new|");
     EXPECT_EQ(bench.joiner.missing(), 0u) << "a piece of a line that was shown is no gap";
 }
 
 TEST(Joiner, WaitsLongerForALineThatFilledItsDatagram) {
-    Bench bench;
-    bench.packet(1, '0', L"full", 1, true);
-    EXPECT_EQ(bench.takenAfter(Joiner::moment), L"");
-    EXPECT_EQ(bench.takenAfter(Joiner::longWhile), L"full|");
+    scBench bench;
+    bench.AddPacket(1, '0', L"full", 1, true);
+    EXPECT_EQ(bench.TakenAfter(Joiner::moment), L"");
+    EXPECT_EQ(bench.TakenAfter(Joiner::longWhile), L"full|");
     for (auto waited = 0ms; waited < Joiner::longest; waited += 500ms) {
-        bench.packet(1, '1', L".", 1, true);
-        EXPECT_EQ(bench.takenAfter(500ms) == L"", waited + 500ms < Joiner::longest) << "endless pieces end";
+        bench.AddPacket(1, '1', L".", 1, true);
+        EXPECT_EQ(bench.TakenAfter(500ms) == L"", waited + 500ms < Joiner::longest) << "endless pieces end";
     }
 }
 
 TEST(Joiner, CountsMissingLinesBySender) {
-    Bench bench;
+    scBench bench;
     std::uint32_t thread = 1; // another one each time: no line is a piece of the one before
     for (const char digit : {'8', '9', '0', '4', '5', '5', 'x', '2', '3'})
-        bench.packet(1, digit, L"", thread++);
+        bench.AddPacket(1, digit, L"", thread++);
     EXPECT_EQ(bench.joiner.missing(), 3u + 9u);
-    bench.packet(2, '7', L"");
-    bench.packet(2, '9', L"");
+    bench.AddPacket(2, '7', L"");
+    bench.AddPacket(2, '9', L"");
     EXPECT_EQ(bench.joiner.missing(), 3u + 9u + 1u);
 }
 
 TEST(Joiner, IsBounded) {
-    Bench bench;
+    scBench bench;
     const std::wstring piece(30'000, L'x');
     for (int at = 0; at < 5; ++at)
-        bench.packet(1, '0', piece, 1, true);
+        bench.AddPacket(1, '0', piece, 1, true);
     bench.now += Joiner::longest;
     const std::optional<Line> cut = bench.joiner.take(bench.now);
     ASSERT_TRUE(cut);
@@ -115,8 +115,8 @@ TEST(Joiner, IsBounded) {
 
     std::size_t early = 0;
     for (unsigned at = 0; at < 20'000; ++at) {
-        bench.packet(static_cast<std::uint16_t>(at), '0', at % 4 == 0 ? std::wstring_view{piece} : L"", at,
-                     true);
+        bench.AddPacket(static_cast<std::uint16_t>(at), '0', at % 4 == 0 ? std::wstring_view{piece} : L"", at,
+                        true);
         while (bench.joiner.take(bench.now))
             ++early;
     }
@@ -124,15 +124,16 @@ TEST(Joiner, IsBounded) {
 }
 
 TEST(Joiner, SeparatesIndentationAndLineEnd) {
-    struct Case {
+    struct scCase {
         std::wstring_view sent;
         std::size_t level;
         std::wstring_view text;
     };
-    for (const Case& at : {Case{L"  text \r\n", 2, L"text "}, Case{L"text", 0, L"text"}, Case{L"   ", 3, L""},
-                           Case{L"\r\n", 0, L""}, Case{L" \na\n\n", 1, L"\na"}}) {
-        Bench bench;
-        bench.packet(1, '0', at.sent);
+    for (const scCase& at :
+         {scCase{L"  text \r\n", 2, L"text "}, scCase{L"text", 0, L"text"}, scCase{L"   ", 3, L""},
+          scCase{L"\r\n", 0, L""}, scCase{L" \na\n\n", 1, L"\na"}}) {
+        scBench bench;
+        bench.AddPacket(1, '0', at.sent);
         bench.now += Joiner::moment;
         const std::optional<Line> line = bench.joiner.take(bench.now);
         ASSERT_TRUE(line);
@@ -146,51 +147,51 @@ TEST(Joiner, SeparatesIndentationAndLineEnd) {
 TEST(Joiner, TakesTheHostsNameFromReports) {
     const std::map<std::u16string, Severity> severities{
         {u"none", Severity::none}, {u"warning", Severity::warning}, {u"error", Severity::error}};
-    Bench bench;
+    scBench bench;
     char digit = '0';
     for (const scCaseRow& row : CaseRows("logpan/reports", 5)) {
-        bench.packet(1, digit, wideCase(row[0]));
+        bench.AddPacket(1, digit, WideCase(row[0]));
         digit = digit == '9' ? '0' : static_cast<char>(digit + 1);
         bench.now += Joiner::moment;
         const std::optional<Line> line = bench.joiner.take(bench.now);
         ASSERT_TRUE(line);
-        EXPECT_EQ(line->module, wideCase(row[1])) << row.where;
+        EXPECT_EQ(line->module, WideCase(row[1])) << row.where;
         EXPECT_EQ(std::to_string(line->level), NarrowCase(row[2])) << row.where;
-        EXPECT_EQ(line->text, wideCase(row[3])) << row.where;
+        EXPECT_EQ(line->text, WideCase(row[3])) << row.where;
         EXPECT_EQ(severityOf(line->text), severities.at(row[4])) << row.where;
     }
 }
 
 TEST(TextMessage, IsTakenApartWhereItHasColumns) {
     for (const scCaseRow& row : CaseRows("logpan/messages", 2)) {
-        const std::wstring message = wideCase(row[0]);
+        const std::wstring message = WideCase(row[0]);
         ASSERT_EQ(parseTextMessage(message).has_value(), !row[1].empty()) << row.where;
         if (row[1].empty())
             continue;
-        Bench bench; // which splits off the indentation
-        bench.message(message);
+        scBench bench; // which splits off the indentation
+        bench.AddMessage(message);
         bench.now += Joiner::moment;
-        EXPECT_EQ(plainLine(*bench.joiner.take(bench.now)), wideCase(row[1])) << row.where;
+        EXPECT_EQ(plainLine(*bench.joiner.take(bench.now)), WideCase(row[1])) << row.where;
     }
 }
 
 TEST(TextMessage, GoesOnAfterOneThatIsFull) {
-    Bench bench;
+    scBench bench;
     const std::wstring full = L"12:34:56.789 00000001/01 9  " + std::wstring(longestTextMessage - 28, L'x');
-    bench.message(full);
-    bench.message(L"tail");
-    bench.message(L"alone");
-    bench.message(L"12:34:56.789 00000001/01 0  next");
-    EXPECT_EQ(bench.takenAfter(Joiner::moment), full.substr(28) + L"tail|alone|next|");
+    bench.AddMessage(full);
+    bench.AddMessage(L"tail");
+    bench.AddMessage(L"alone");
+    bench.AddMessage(L"12:34:56.789 00000001/01 0  next");
+    EXPECT_EQ(bench.TakenAfter(Joiner::moment), full.substr(28) + L"tail|alone|next|");
 }
 
 TEST(Columns, PrintHostileLinesHarmlessly) {
-    struct Case {
+    struct scCase {
         Line line;
         std::wstring_view plain;
         std::wstring_view json;
     };
-    const Case cases[] = {
+    const scCase cases[] = {
         {{{2024, 1, 31, 12, 34, 56, 789}, L"KX32UTIL", 0xabcd, 3, '7', 5000, 2, L"ERR: no \"x\""},
          L"12:34:56.789 KX32UTIL 0000abcd/03 7   ERR: no \"x\"",
          LR"({"time":"2024-01-31T12:34:56.789","module":"KX32UTIL","thread":"0000abcd","processor":"03","sequence":7,)"
@@ -212,18 +213,18 @@ TEST(Columns, PrintHostileLinesHarmlessly) {
          L"{\"time\":null,\"module\":\"\",\"thread\":\"00000000\",\"processor\":\"00\",\"sequence\":0,"
          L"\"port\":0,\"level\":0,"
          L"\"severity\":\"\",\"text\":\"\xd83d\xde00 \xfffd\u00de\xfffd\xfffd\"}"}};
-    for (const Case& at : cases) {
+    for (const scCase& at : cases) {
         EXPECT_EQ(plainLine(at.line), at.plain);
         EXPECT_EQ(jsonLine(at.line), at.json);
     }
 }
 
 TEST(Filter, ShowsByTextOrModule) {
-    const LinePtr line = lineOf(L"Heap 7 destroyed (2 objects)");
+    const LinePtr line = LineOf(L"Heap 7 destroyed (2 objects)");
     for (const scCaseRow& row : CaseRows("logpan/filters", 4)) {
         const PatternKind kind =
             row[2] == u"regular" ? PatternKind::regularExpression : PatternKind::substring;
-        const Filter filter{{wideCase(row[0]), kind}, {wideCase(row[1]), kind}};
+        const Filter filter{{WideCase(row[0]), kind}, {WideCase(row[1]), kind}};
         EXPECT_EQ(filter.shows(*line), row[3] == u"true") << row.where;
     }
 }
@@ -237,7 +238,7 @@ TEST(Filter, RefusesPatternsThatAreNone) {
 
 // The pattern decides nothing then, so the line is shown.
 TEST(Filter, GivesUpWhereALineWouldHangOrCrashIt) {
-    const LinePtr line = lineOf(std::wstring(100'000, L'a'));
+    const LinePtr line = LineOf(std::wstring(100'000, L'a'));
     for (const std::wstring_view pattern :
          {L"(a+)+b", L"(a|aa)+$b", L"(.|\\n)*x", L"((a*)*)*c", L"(?:a?){90}a{90}z"}) {
         const Pattern hard{pattern, PatternKind::regularExpression};
@@ -253,22 +254,22 @@ TEST(Ring, HoldsSoManyLinesAndBytes) {
     Ring byLines{3, 1 << 20};
     Ring byBytes{1000, 10'000};
     for (int at = 0; at < 100; ++at) {
-        byLines.push(lineOf(std::to_wstring(at)));
-        byBytes.push(lineOf(std::wstring(500, L'x')));
+        byLines.push(LineOf(std::to_wstring(at)));
+        byBytes.push(LineOf(std::wstring(500, L'x')));
     }
     EXPECT_EQ(byLines.first(), 97u);
     EXPECT_EQ(byLines.at(97)->text, L"97");
     EXPECT_EQ(byLines.end(), 100u);
     EXPECT_GT(byBytes.size(), 1u);
     EXPECT_LT(byBytes.size(), 20u);
-    byBytes.push(lineOf(std::wstring(60'000, L'x')));
+    byBytes.push(LineOf(std::wstring(60'000, L'x')));
     EXPECT_EQ(byBytes.size(), 1u) << "the newest one stays, however long";
 }
 
 TEST(Store, TellsAReaderWhatItMissed) {
     Store store{10, 1 << 20};
     for (int at = 0; at < 25; ++at)
-        addTo(store, at);
+        AddTo(store, at);
     store.refuse();
     store.stop();
     std::uint64_t next = 0;
@@ -290,7 +291,7 @@ TEST(ShownLines, FollowFilterPauseAndTrim) {
     Store store{1000, 1 << 20};
     ShownLines shown{store, 100, 1 << 20};
     for (int at = 0; at < 500; ++at)
-        addTo(store, at);
+        AddTo(store, at);
     store.stop();
     const auto advance = [&](std::optional<std::uint64_t> limit = {}) {
         while (shown.advance(1ms, limit)) {
@@ -312,18 +313,18 @@ TEST(ShownLines, FollowFilterPauseAndTrim) {
 
 // Rows outlive their lines in the store, which are held all the same then, and are bounded as the store is.
 TEST(ShownLines, CountAndBoundWhatOnlyTheyHold) {
-    struct Case {
+    struct scCase {
         std::size_t mostLines;
         std::size_t mostBytes;
         std::size_t rows; // that are left of 108
     };
     constexpr std::size_t length = 1000;
     constexpr std::size_t tenLines = 10 * (sizeof(Line) + (length + 100) * sizeof(wchar_t));
-    for (const Case& at : {Case{100, 1 << 20, 108}, Case{90, 1 << 20, 90}, Case{100, tenLines, 10}}) {
+    for (const scCase& at : {scCase{100, 1 << 20, 108}, scCase{90, 1 << 20, 90}, scCase{100, tenLines, 10}}) {
         Store store{at.mostLines, at.mostBytes};
         ShownLines shown{store, at.mostLines, at.mostBytes};
         for (int line = 0; line <= 108; ++line) {
-            line < 108 ? addTo(store, line, std::wstring(length, L'x')) : store.stop();
+            line < 108 ? AddTo(store, line, std::wstring(length, L'x')) : store.stop();
             while (shown.advance(1ms)) {
             }
         }

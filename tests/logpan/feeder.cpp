@@ -17,48 +17,48 @@ namespace {
 
 using namespace logpan_test;
 
-void sendSamples(UINT32 port, const std::vector<tvut::scCaseRow>& samples) {
-    const Sender programs[] = {Sender{port}, Sender{port}};
+void SendSamples(UINT32 port, const std::vector<tvut::scCaseRow>& samples) {
+    const clsSender programs[] = {clsSender{port}, clsSender{port}};
     int numbers[2] = {};
     WORD millisecond = 104;
     for (const tvut::scCaseRow& row : samples) {
         const int program = row[0] == u"0" ? 0 : 1;
         const UINT32 thread = std::stoul(tvut::NarrowCase(row[2]), nullptr, 0);
         LogpanPacketHeader header =
-            headerOf(tvut::wideCase(row[1]).c_str(), static_cast<char>('0' + numbers[program]++ % 10));
+            HeaderOf(tvut::WideCase(row[1]).c_str(), static_cast<char>('0' + numbers[program]++ % 10));
         header.thread = thread;
         header.processor = thread / 8 % 4;
         header.time.wMilliseconds = millisecond = static_cast<WORD>(millisecond + thread % 7 + 3);
-        programs[program].send(header, tvut::wideCase(row[3]));
+        programs[program].Send(header, tvut::WideCase(row[3]));
     }
 }
 
-void sendMany(UINT32 port, int count) {
-    const Sender sender{port};
+void SendMany(UINT32 port, int count) {
+    const clsSender sender{port};
     const auto start = std::chrono::steady_clock::now();
     for (int at = 0; at < count; ++at)
-        sender.line(L"line " + std::to_wstring(at) + L" of a program that writes as fast as it can",
+        sender.Line(L"line " + std::to_wstring(at) + L" of a program that writes as fast as it can",
                     static_cast<char>('0' + at % 10));
     const double seconds = std::chrono::duration<double>{std::chrono::steady_clock::now() - start}.count();
     std::printf("%d lines in %.2f s\n", count, seconds);
 }
 
-void press(HWND window, WPARAM key, int times) {
+void Press(HWND window, WPARAM key, int times) {
     for (; times > 0; --times)
         SendMessageW(window, WM_KEYDOWN, key, 0);
 }
 
 // Makes the viewer's window as large as the screen, waits until all samples are in it, and selects one
 // of them. All is painted then.
-void arrange(HWND window, int sampleCount) {
+void Arrange(HWND window, int sampleCount) {
     constexpr int selectedRow = 18;
     SetWindowPos(window, nullptr, 0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN),
                  SWP_NOZORDER);
     const HWND list = FindWindowExW(window, nullptr, WC_LISTVIEWW, nullptr);
     while (list != nullptr && IsWindow(list) && SendMessageW(list, LVM_GETITEMCOUNT, 0, 0) < sampleCount)
         Sleep(10);
-    press(list, VK_HOME, 1);
-    press(list, VK_DOWN, selectedRow);
+    Press(list, VK_HOME, 1);
+    Press(list, VK_DOWN, selectedRow);
     RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
 }
 
@@ -66,14 +66,14 @@ void arrange(HWND window, int sampleCount) {
 
 int main(int count, char** words) {
     LogpanSharedInfo info{};
-    while ((info = publishedInfo()).mask == 0)
+    while ((info = PublishedInfo()).mask == 0)
         Sleep(10); // the viewer may be starting
     if (count > 1) {
-        sendMany(info.port, std::atoi(words[1]));
+        SendMany(info.port, std::atoi(words[1]));
         return 0;
     }
     const auto samples = tvut::CaseRows("logpan/session", 4);
-    sendSamples(info.port, samples);
-    arrange(reinterpret_cast<HWND>(static_cast<UINT_PTR>(info.window)), static_cast<int>(samples.size()));
+    SendSamples(info.port, samples);
+    Arrange(reinterpret_cast<HWND>(static_cast<UINT_PTR>(info.window)), static_cast<int>(samples.size()));
     return 0;
 }

@@ -8,7 +8,7 @@
 
 namespace logpan_test {
 
-LogpanSharedInfo publishedInfo() {
+LogpanSharedInfo PublishedInfo() {
     LogpanSharedInfo info{};
     const testing_prof::Handle mapping(OpenFileMappingW(FILE_MAP_READ, FALSE, LOGPAN_SHARED_INFO_LOCAL));
     if (const void* view =
@@ -19,7 +19,7 @@ LogpanSharedInfo publishedInfo() {
     return info;
 }
 
-LogpanPacketHeader headerOf(const wchar_t* tag, char sequence) {
+LogpanPacketHeader HeaderOf(const wchar_t* tag, char sequence) {
     LogpanPacketHeader header{};
     header.headerSize = sizeof header;
     header.time = {2024, 1, 3, 31, 12, 34, 56, 789};
@@ -31,7 +31,7 @@ LogpanPacketHeader headerOf(const wchar_t* tag, char sequence) {
     return header;
 }
 
-Sender::Sender(UINT32 port) {
+clsSender::clsSender(UINT32 port) {
     WSADATA facts;
     WSAStartup(MAKEWORD(2, 2), &facts);
     socket_ = socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
@@ -46,30 +46,30 @@ Sender::Sender(UINT32 port) {
     port_ = ntohs(own.sin_port);
 }
 
-Sender::~Sender() {
+clsSender::~clsSender() {
     closesocket(socket_);
     WSACleanup();
 }
 
-void Sender::sendBytes(const void* bytes, std::size_t size) const {
+void clsSender::SendBytes(const void* bytes, std::size_t size) const {
     sendto(socket_, static_cast<const char*>(bytes), static_cast<int>(size), 0,
            reinterpret_cast<const sockaddr*>(&viewer_), sizeof viewer_);
 }
 
-void Sender::send(LogpanPacketHeader header, std::wstring_view text) const {
+void clsSender::Send(LogpanPacketHeader header, std::wstring_view text) const {
     header.textBytes = static_cast<UINT32>(text.size() * sizeof(wchar_t));
-    sendAsIs(header, text);
+    SendAsIs(header, text);
 }
 
-void Sender::sendAsIs(const LogpanPacketHeader& header, std::wstring_view text) const {
+void clsSender::SendAsIs(const LogpanPacketHeader& header, std::wstring_view text) const {
     std::string bytes(reinterpret_cast<const char*>(&header), sizeof header);
     bytes.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t));
-    sendBytes(bytes.data(), bytes.size());
+    SendBytes(bytes.data(), bytes.size());
 }
 
-bool sendToMailslot(std::string_view message) {
+bool SendToMailslot(std::string_view message) {
     const testing_prof::Handle mailslot =
-        testing_prof::openFile(LOGPAN_MAILSLOT, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
+        testing_prof::OpenExisting(LOGPAN_MAILSLOT, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
     DWORD written = 0;
     return mailslot &&
            WriteFile(mailslot.get(), message.data(), static_cast<DWORD>(message.size()), &written, nullptr);

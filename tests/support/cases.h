@@ -83,7 +83,7 @@ inline std::string NarrowCase(std::u16string_view text) {
 }
 
 /// A column in the units of Windows.
-inline std::wstring wideCase(std::u16string_view text) {
+inline std::wstring WideCase(std::u16string_view text) {
     return {text.begin(), text.end()};
 }
 

@@ -6,9 +6,9 @@
 namespace testing_prof {
 
 /// A child that runs; the object's end waits for it.
-class Child {
+class clsChild {
   public:
-    explicit Child(std::wstring_view arguments) {
+    explicit clsChild(std::wstring_view arguments) {
         wchar_t self[MAX_PATH];
         GetModuleFileNameW(nullptr, self, MAX_PATH);
         std::wstring line = L"child " + std::wstring(arguments);
@@ -21,15 +21,15 @@ class Child {
             CloseHandle(process.hThread);
         }
     }
-    ~Child() { exitCode(); }
-    Child(Child&&) = default;
+    ~clsChild() { ExitCode(); }
+    clsChild(clsChild&&) = default;
 
-    bool runs() const { return WaitForSingleObject(process_.get(), 0) == WAIT_TIMEOUT; }
-    bool endsWithin(DWORD milliseconds) const {
+    bool Runs() const { return WaitForSingleObject(process_.get(), 0) == WAIT_TIMEOUT; }
+    bool EndsWithin(DWORD milliseconds) const {
         return WaitForSingleObject(process_.get(), milliseconds) == WAIT_OBJECT_0;
     }
-    void kill() const { TerminateProcess(process_.get(), 1); }
-    DWORD exitCode() const {
+    void Kill() const { TerminateProcess(process_.get(), 1); }
+    DWORD ExitCode() const {
         DWORD code = ~0u;
         WaitForSingleObject(process_.get(), INFINITE);
         GetExitCodeProcess(process_.get(), &code);

@@ -7,27 +7,27 @@
 
 namespace testing_prof {
 
-class DebugOutput {
+class clsDebugOutput {
   public:
-    DebugOutput() : handler_(AddVectoredExceptionHandler(1, collect)) { text().clear(); }
-    ~DebugOutput() { RemoveVectoredExceptionHandler(handler_); }
-    DebugOutput(const DebugOutput&) = delete;
-    DebugOutput& operator=(const DebugOutput&) = delete;
+    clsDebugOutput() : handler_(AddVectoredExceptionHandler(1, Collect)) { Text().clear(); }
+    ~clsDebugOutput() { RemoveVectoredExceptionHandler(handler_); }
+    clsDebugOutput(const clsDebugOutput&) = delete;
+    clsDebugOutput& operator=(const clsDebugOutput&) = delete;
 
-    static std::wstring& text() {
+    static std::wstring& Text() {
         static std::wstring collected;
         return collected;
     }
 
   private:
-    static LONG CALLBACK collect(EXCEPTION_POINTERS* pointers) {
-        constexpr DWORD kNarrow = 0x40010006, kWide = 0x4001000A;
+    static LONG CALLBACK Collect(EXCEPTION_POINTERS* pointers) {
+        constexpr DWORD narrowOutput = 0x40010006, wideOutput = 0x4001000A;
         const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
-        if (record.ExceptionCode == kWide)
-            text() += reinterpret_cast<const wchar_t*>(record.ExceptionInformation[1]);
-        else if (record.ExceptionCode == kNarrow)
+        if (record.ExceptionCode == wideOutput)
+            Text() += reinterpret_cast<const wchar_t*>(record.ExceptionInformation[1]);
+        else if (record.ExceptionCode == narrowOutput)
             for (auto* at = reinterpret_cast<const unsigned char*>(record.ExceptionInformation[1]); *at; ++at)
-                text() += static_cast<wchar_t>(*at);
+                Text() += static_cast<wchar_t>(*at);
         else
             return EXCEPTION_CONTINUE_SEARCH;
         return EXCEPTION_CONTINUE_EXECUTION;

@@ -5,9 +5,9 @@
 
 namespace testing_prof {
 
-class FakeClock {
+class clsFakeClock {
   public:
-    explicit FakeClock(DWORD pace = 1) {
+    explicit clsFakeClock(DWORD pace = 1) {
         now = 0;
         pace_ = pace;
     }
@@ -15,12 +15,12 @@ class FakeClock {
     static inline ULONGLONG now; // milliseconds
 
   private:
-    static ULONGLONG WINAPI tell() { return now; }
-    static void WINAPI wait(DWORD milliseconds) { now += milliseconds * pace_; }
+    static ULONGLONG WINAPI Tell() { return now; }
+    static void WINAPI Wait(DWORD milliseconds) { now += milliseconds * pace_; }
 
     static inline DWORD pace_;
-    ImportHook hooks_[2] = {ImportHook("GetTickCount64", reinterpret_cast<void*>(tell)),
-                            ImportHook("Sleep", reinterpret_cast<void*>(wait))};
+    clsImportHook hooks_[2] = {clsImportHook("GetTickCount64", reinterpret_cast<void*>(Tell)),
+                               clsImportHook("Sleep", reinterpret_cast<void*>(Wait))};
 };
 
 } // namespace testing_prof

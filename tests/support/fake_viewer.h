@@ -13,16 +13,16 @@
 
 namespace testing_prof {
 
-struct Packet {
+struct scPacket {
     LogpanPacketHeader header;
     std::wstring text;
     UINT16 senderPort;
 };
 
 /// A datagram socket on the loopback address.
-class Receiver {
+class clsReceiver {
   public:
-    Receiver() {
+    clsReceiver() {
         WSADATA data;
         EXPECT_EQ(WSAStartup(MAKEWORD(2, 2), &data), 0);
         socket_ = socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
@@ -39,23 +39,23 @@ class Receiver {
                    sizeof patience);
         setsockopt(socket_, SOL_SOCKET, SO_RCVBUF, reinterpret_cast<const char*>(&room), sizeof room);
     }
-    ~Receiver() {
+    ~clsReceiver() {
         closesocket(socket_);
         WSACleanup();
     }
-    Receiver(const Receiver&) = delete;
-    Receiver& operator=(const Receiver&) = delete;
+    clsReceiver(const clsReceiver&) = delete;
+    clsReceiver& operator=(const clsReceiver&) = delete;
 
-    UINT16 port() const { return port_; }
+    UINT16 Port() const { return port_; }
 
     /// Waits for the next packet, and holds it against what every packet is.
-    Packet next() const {
+    scPacket Next() const {
         std::vector<char> bytes(65536);
         sockaddr_in from{};
         int size = sizeof from;
         const int length = recvfrom(socket_, bytes.data(), static_cast<int>(bytes.size()), 0,
                                     reinterpret_cast<sockaddr*>(&from), &size);
-        Packet packet{};
+        scPacket packet{};
         packet.senderPort = ntohs(from.sin_port);
         if (length < static_cast<int>(sizeof packet.header)) {
             ADD_FAILURE() << "no packet: " << length;
@@ -75,12 +75,12 @@ class Receiver {
 };
 
 /// The shared info under one of its names.
-class PublishedInfo : public SharedView<LogpanSharedInfo> {
+class clsPublishedInfo : public clsSharedView<LogpanSharedInfo> {
   public:
-    explicit PublishedInfo(const wchar_t* name, const LogpanSharedInfo& info) : SharedView(name, 64) {
+    explicit clsPublishedInfo(const wchar_t* name, const LogpanSharedInfo& info) : clsSharedView(name, 64) {
         **this = info;
     }
-    ~PublishedInfo() { (*this)->mask = 0; } // somebody may still have it mapped
+    ~clsPublishedInfo() { (*this)->mask = 0; } // somebody may still have it mapped
 };
 
 } // namespace testing_prof

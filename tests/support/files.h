@@ -15,36 +15,36 @@ namespace testing_prof {
 /// Bytes are kept as std::string: GoogleTest prints both sides of a difference.
 using Bytes = std::string;
 
-class TempFolder {
+class clsTempFolder {
   public:
-    explicit TempFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path())
+    explicit clsTempFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path())
         : path_((absolute(parent) / (L"prof-test-" + std::to_wstring(GetCurrentProcessId())))
                     .make_preferred()) {
-        clear();
+        Clear();
         std::filesystem::create_directory(path_);
     }
-    ~TempFolder() { clear(); }
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
+    ~clsTempFolder() { Clear(); }
+    clsTempFolder(const clsTempFolder&) = delete;
+    clsTempFolder& operator=(const clsTempFolder&) = delete;
 
     std::wstring operator/(std::wstring_view name) const { return (path_ / name).wstring(); }
-    const std::filesystem::path& path() const { return path_; }
-    std::ptrdiff_t count() const {
+    const std::filesystem::path& Path() const { return path_; }
+    std::ptrdiff_t Count() const {
         return std::distance(std::filesystem::directory_iterator(path_),
                              std::filesystem::directory_iterator());
     }
     /// Removes every file but one: what an interrupted save may leave.
-    void keepOnly(std::wstring_view name) const {
+    void KeepOnly(std::wstring_view name) const {
         for (const auto& entry : std::filesystem::directory_iterator(path_))
             if (entry.path().filename() != name)
                 std::filesystem::remove(entry.path());
     }
 
   private:
-    void clear() const { remove(L"\\\\?\\" + path_.wstring()); }
+    void Clear() const { Remove(L"\\\\?\\" + path_.wstring()); }
 
     // The library's own remove_all ends at paths of 260 characters.
-    static void remove(const std::wstring& folder) {
+    static void Remove(const std::wstring& folder) {
         WIN32_FIND_DATAW found;
         const HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &found);
         for (BOOL more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileW(search, &found)) {
@@ -53,7 +53,7 @@ class TempFolder {
             if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY))
                 DeleteFileW(path.c_str());
             else if (name != L"." && name != L"..")
-                remove(path);
+                Remove(path);
         }
         FindClose(search);
         RemoveDirectoryW(folder.c_str());
@@ -62,41 +62,41 @@ class TempFolder {
     std::filesystem::path path_;
 };
 
-inline Bytes readFile(const std::filesystem::path& path) {
+inline Bytes ReadBytes(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-inline void writeFile(const std::filesystem::path& path, std::string_view bytes) {
+inline void WriteBytes(const std::filesystem::path& path, std::string_view bytes) {
     std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
 /// UTF-16 little-endian; begin the text with U+FEFF for a byte-order mark.
-inline Bytes utf16(std::wstring_view text) {
+inline Bytes Utf16(std::wstring_view text) {
     return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
 }
 
-inline Bytes utf16Swapped(std::wstring_view text) {
-    Bytes bytes = utf16(text);
+inline Bytes Utf16Swapped(std::wstring_view text) {
+    Bytes bytes = Utf16(text);
     for (size_t i = 0; i + 1 < bytes.size(); i += 2)
         std::swap(bytes[i], bytes[i + 1]);
     return bytes;
 }
 
-struct CloseOpenHandle {
+struct scCloseOpenHandle {
     using pointer = HANDLE;
     void operator()(HANDLE handle) const { CloseHandle(handle); }
 };
-using Handle = std::unique_ptr<void, CloseOpenHandle>;
+using Handle = std::unique_ptr<void, scCloseOpenHandle>;
 
 /// Opens an existing file as another program would.
-inline Handle openFile(const std::wstring& path, DWORD access, DWORD share) {
+inline Handle OpenExisting(const std::wstring& path, DWORD access, DWORD share) {
     const HANDLE file = CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr);
     return Handle(file == INVALID_HANDLE_VALUE ? nullptr : file);
 }
 
 /// Makes a file or folder look as if it was last written to some minutes ago.
-inline void setAge(const std::filesystem::path& path, unsigned minutes) {
+inline void SetAge(const std::filesystem::path& path, unsigned minutes) {
     FILETIME time;
     GetSystemTimeAsFileTime(&time);
     ULARGE_INTEGER then{{time.dwLowDateTime, time.dwHighDateTime}};

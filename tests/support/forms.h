@@ -11,7 +11,7 @@
 namespace testing_prof {
 
 /// Wide text in a code page, and back. Both by the platform's own conversion.
-inline std::string toBytes(std::wstring_view text, UINT codePage) {
+inline std::string ToBytes(std::wstring_view text, UINT codePage) {
     const int length = static_cast<int>(text.size());
     std::string bytes(text.size() * 4, '\0');
     const int written = WideCharToMultiByte(codePage, 0, text.data(), length, bytes.data(),
@@ -20,7 +20,7 @@ inline std::string toBytes(std::wstring_view text, UINT codePage) {
     return bytes;
 }
 
-inline std::wstring toWide(std::string_view bytes, UINT codePage) {
+inline std::wstring ToWide(std::string_view bytes, UINT codePage) {
     const int length = static_cast<int>(bytes.size());
     std::wstring text(bytes.size() + 1, L'\0');
     const int written =
@@ -30,28 +30,28 @@ inline std::wstring toWide(std::string_view bytes, UINT codePage) {
 }
 
 template <class Char>
-std::basic_string<Char> in(std::wstring_view text) {
+std::basic_string<Char> In(std::wstring_view text) {
     if constexpr (sizeof(Char) == 1)
-        return toBytes(text, ProfGetOption(PROF_OPTION_CODE_PAGE));
+        return ToBytes(text, ProfGetOption(PROF_OPTION_CODE_PAGE));
     else
         return std::wstring(text);
 }
 
-inline std::wstring wide(const char* text) {
-    return toWide(text, ProfGetOption(PROF_OPTION_CODE_PAGE));
+inline std::wstring Wide(const char* text) {
+    return ToWide(text, ProfGetOption(PROF_OPTION_CODE_PAGE));
 }
-inline std::wstring wide(const wchar_t* text) {
+inline std::wstring Wide(const wchar_t* text) {
     return text;
 }
 
 template <class Char>
-struct Form;
+struct scForm;
 
 // A member a pair of exports; the two specialisations differ in the letter after each name only.
 // clang-format off
 #define PROF_CALL(NAME, EXPORT) static inline const auto NAME = &Prof##EXPORT
 #define PROF_FORM_TABLE(CHAR, S) \
-    template <> struct Form<CHAR> { using Char = CHAR; \
+    template <> struct scForm<CHAR> { using Char = CHAR; \
         PROF_CALL(open, JobOpen##S); PROF_CALL(openExclusive, JobOpenExclusive##S); \
         PROF_CALL(openStream, JobOpenStreamObject##S); PROF_CALL(save, Save##S); \
         PROF_CALL(getList, GetList##S); PROF_CALL(createList, CreateList##S); \
@@ -84,13 +84,13 @@ PROF_FORM_TABLE(wchar_t, W);
 #undef PROF_CALL
 // clang-format on
 
-using BothForms = ::testing::Types<Form<char>, Form<wchar_t>>;
+using BothForms = ::testing::Types<scForm<char>, scForm<wchar_t>>;
 
 /// The fixture of tests that need no more than the form.
 template <class F>
 class InBothForms : public ::testing::Test {};
 
-struct FormNames {
+struct scFormNames {
     template <class F>
     static std::string GetName(int) {
         return sizeof(typename F::Char) == 1 ? "A" : "W";
@@ -98,12 +98,12 @@ struct FormNames {
 };
 
 /// Sets the process code page and puts the old one back.
-class CodePage {
+class clsCodePage {
   public:
-    explicit CodePage(UINT codePage) { ProfSetOption(PROF_OPTION_CODE_PAGE, codePage); }
-    ~CodePage() { ProfSetOption(PROF_OPTION_CODE_PAGE, before_); }
-    CodePage(const CodePage&) = delete;
-    CodePage& operator=(const CodePage&) = delete;
+    explicit clsCodePage(UINT codePage) { ProfSetOption(PROF_OPTION_CODE_PAGE, codePage); }
+    ~clsCodePage() { ProfSetOption(PROF_OPTION_CODE_PAGE, before_); }
+    clsCodePage(const clsCodePage&) = delete;
+    clsCodePage& operator=(const clsCodePage&) = delete;
 
   private:
     UINT before_ = ProfGetOption(PROF_OPTION_CODE_PAGE);

@@ -9,7 +9,7 @@
 namespace testing_prof {
 
 /// The slot through which the DLL calls a function; null when it does not import it.
-inline void** importSlot(const char* function) {
+inline void** ImportSlot(const char* function) {
     auto* base = reinterpret_cast<BYTE*>(GetModuleHandleW(L"tvUT22.dll"));
     const auto* headers =
         reinterpret_cast<IMAGE_NT_HEADERS*>(base + reinterpret_cast<IMAGE_DOS_HEADER*>(base)->e_lfanew);
@@ -28,25 +28,25 @@ inline void** importSlot(const char* function) {
 }
 
 /// Puts a replacement into an import slot for the life of the object.
-class ImportHook {
+class clsImportHook {
   public:
-    ImportHook(const char* function, void* replacement) : slot_(importSlot(function)) {
+    clsImportHook(const char* function, void* replacement) : slot_(ImportSlot(function)) {
         if (!slot_)
             return;
         original_ = *slot_;
-        write(replacement);
+        Write(replacement);
     }
-    ~ImportHook() {
+    ~clsImportHook() {
         if (slot_)
-            write(original_);
+            Write(original_);
     }
-    ImportHook(const ImportHook&) = delete;
-    ImportHook& operator=(const ImportHook&) = delete;
+    clsImportHook(const clsImportHook&) = delete;
+    clsImportHook& operator=(const clsImportHook&) = delete;
 
     explicit operator bool() const { return slot_; }
 
   private:
-    void write(void* value) const {
+    void Write(void* value) const {
         DWORD before = 0;
         VirtualProtect(slot_, sizeof(void*), PAGE_READWRITE, &before);
         *slot_ = value;

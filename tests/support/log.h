@@ -10,32 +10,32 @@
 namespace testing_prof {
 
 /// Names the log file of this process and of those that it starts; made before main runs.
-class Log {
+class clsLog {
   public:
-    static const std::filesystem::path& path() {
-        static const std::filesystem::path name = choose();
+    static const std::filesystem::path& Path() {
+        static const std::filesystem::path name = Choose();
         return name;
     }
 
-    Log() : start_(readFile(path()).size()) {}
+    clsLog() : start_(ReadBytes(Path()).size()) {}
 
     /// What was written since the object was made: each line's text after its stamp.
-    std::vector<std::string> lines() const {
+    std::vector<std::string> Lines() const {
         std::vector<std::string> texts;
-        const std::string all = readFile(path()).substr(start_);
+        const std::string all = ReadBytes(Path()).substr(start_);
         for (std::size_t at = 0, end; (end = all.find("\r\n", at)) != std::string::npos; at = end + 2)
-            texts.push_back(withoutStamp(all.substr(at, end - at)));
+            texts.push_back(WithoutStamp(all.substr(at, end - at)));
         return texts;
     }
 
     /// The text of a line, "12:34:56.789 00000abc/01 7  text" with one blank more a level.
-    static std::string withoutStamp(const std::string& line) {
+    static std::string WithoutStamp(const std::string& line) {
         const std::size_t slash = line.find('/');
         return slash == std::string::npos ? line : line.substr(slash + 7);
     }
 
   private:
-    static std::filesystem::path choose() {
+    static std::filesystem::path Choose() {
         const wchar_t* const chosen = _wgetenv(L"TVUT22_LOG"); // by the process that started this one
         if (chosen && std::wstring_view(chosen).find(L"log-test-") != std::wstring_view::npos)
             return chosen;
@@ -50,6 +50,6 @@ class Log {
     std::size_t start_;
 };
 
-inline const std::filesystem::path& g_logChosen = Log::path();
+inline const std::filesystem::path& g_logChosen = clsLog::Path();
 
 } // namespace testing_prof

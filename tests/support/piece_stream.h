@@ -19,12 +19,12 @@ namespace testing_prof {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
-class PieceStream final : public IStream {
+class clsPieceStream final : public IStream {
   public:
-    explicit PieceStream(Bytes contents = {}, size_t piece = SIZE_MAX)
+    explicit clsPieceStream(Bytes contents = {}, size_t piece = SIZE_MAX)
         : data(std::move(contents)), piece_(piece) {}
-    PieceStream(const PieceStream&) = delete;
-    PieceStream& operator=(const PieceStream&) = delete;
+    clsPieceStream(const clsPieceStream&) = delete;
+    clsPieceStream& operator=(const clsPieceStream&) = delete;
 
     Bytes data;
     size_t position = 0;
@@ -53,7 +53,7 @@ class PieceStream final : public IStream {
         if (position + count > failAt || (count == 0 && size && failAt <= data.size()))
             return STG_E_READFAULT;
         std::memcpy(out, data.data() + position, count);
-        return moved(count, done, count < std::min<size_t>(size, piece_) ? S_FALSE : S_OK);
+        return Moved(count, done, count < std::min<size_t>(size, piece_) ? S_FALSE : S_OK);
     }
 
     HRESULT STDMETHODCALLTYPE Write(const void* in, ULONG size, ULONG* done) override {
@@ -66,7 +66,7 @@ class PieceStream final : public IStream {
         if (position + count > data.size())
             data.resize(position + count);
         std::memcpy(data.data() + position, in, count);
-        return moved(count, done, S_OK);
+        return Moved(count, done, S_OK);
     }
 
     HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* result) override {
@@ -108,7 +108,7 @@ class PieceStream final : public IStream {
     // clang-format on
 
   private:
-    HRESULT moved(size_t count, ULONG* done, HRESULT result) {
+    HRESULT Moved(size_t count, ULONG* done, HRESULT result) {
         position += count;
         if (done)
             *done = static_cast<ULONG>(count);
@@ -121,14 +121,14 @@ class PieceStream final : public IStream {
 #pragma GCC diagnostic pop
 
 /// A job read from bytes.
-inline Job opened(const Bytes& bytes, UINT flags = 0, size_t piece = SIZE_MAX) {
-    PieceStream stream(bytes, piece);
-    return Job(ProfJobOpenStreamObjectW(&stream, nullptr, flags));
+inline clsJob Opened(const Bytes& bytes, UINT flags = 0, size_t piece = SIZE_MAX) {
+    clsPieceStream stream(bytes, piece);
+    return clsJob(ProfJobOpenStreamObjectW(&stream, nullptr, flags));
 }
 
 /// The bytes that a job is saved as; empty when saving fails.
-inline Bytes saved(ProfJob job, UINT flags = PROF_FORM_TEXT, size_t piece = SIZE_MAX) {
-    PieceStream stream({}, piece);
+inline Bytes Saved(ProfJob job, UINT flags = PROF_FORM_TEXT, size_t piece = SIZE_MAX) {
+    clsPieceStream stream({}, piece);
     return ProfSaveToStream(job, &stream, flags) == PROF_OK ? stream.data : Bytes();
 }
 

@@ -6,15 +6,15 @@
 namespace testing_prof {
 
 template <class T>
-class SharedView {
+class clsSharedView {
   public:
-    explicit SharedView(const wchar_t* name, std::size_t bytes = sizeof(T))
+    explicit clsSharedView(const wchar_t* name, std::size_t bytes = sizeof(T))
         : mapping_(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
                                       static_cast<DWORD>(bytes), name)),
           view_(static_cast<T*>(MapViewOfFile(mapping_.get(), FILE_MAP_WRITE, 0, 0, 0))) {}
-    ~SharedView() { UnmapViewOfFile(view_); }
-    SharedView(const SharedView&) = delete;
-    SharedView& operator=(const SharedView&) = delete;
+    ~clsSharedView() { UnmapViewOfFile(view_); }
+    clsSharedView(const clsSharedView&) = delete;
+    clsSharedView& operator=(const clsSharedView&) = delete;
 
     T* operator->() const { return view_; }
     T& operator*() const { return *view_; }

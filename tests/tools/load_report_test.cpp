@@ -15,7 +15,7 @@ namespace {
 const std::filesystem::path logName = std::filesystem::temp_directory_path() / L"load_report_test.log";
 
 // Writes as the library does: a line's stamp, its text, CR LF.
-void logLine(const std::string& text) {
+void LogLine(const std::string& text) {
     std::ofstream(logName, std::ios::binary | std::ios::app)
         << "15:26:04.147 00000024/01 1  " << text << "\r\n";
 }
@@ -23,35 +23,35 @@ void logLine(const std::string& text) {
 } // namespace
 
 TEST(LoadReport, TellsTheFirstErrorOfItsTime) {
-    logLine("PROF load error line 1: 'long ago'");
+    LogLine("PROF load error line 1: 'long ago'");
     SetEnvironmentVariableW(L"TVUT22_LOG", logName.c_str());
     const tool::prof::LoadReport report;
     EXPECT_EQ(report.reason(), "");
-    logLine("something else in line 7");
+    LogLine("something else in line 7");
     EXPECT_EQ(report.reason(), "");
-    logLine("PROF load error line 12: 'it's not closed'");
-    logLine("C:\\a: error 'b'.prf: error 'it's not closed' in line 12");
+    LogLine("PROF load error line 12: 'it's not closed'");
+    LogLine("C:\\a: error 'b'.prf: error 'it's not closed' in line 12");
     EXPECT_EQ(report.reason(), "line 12: it's not closed");
 
     const tool::prof::LoadReport later;
     EXPECT_EQ(later.reason(), "");
-    logLine("PROF load error line 0: 'no line yet'");
+    LogLine("PROF load error line 0: 'no line yet'");
     EXPECT_EQ(later.reason(), "no line yet");
 
     const tool::prof::LoadReport broken;
-    logLine("PROF load error line 4");
-    logLine("'");
+    LogLine("PROF load error line 4");
+    LogLine("'");
     EXPECT_EQ(broken.reason(), "");
 
     const tool::prof::LoadReport warned;
     EXPECT_EQ(warned.warning(), "");
-    logLine("WRN: 'C:\\it's.xml': nothing of it was read");
-    logLine("WRN: later");
+    LogLine("WRN: 'C:\\it's.xml': nothing of it was read");
+    LogLine("WRN: later");
     EXPECT_EQ(warned.warning(), "nothing of it was read");
-    logLine("'");
+    LogLine("'");
     EXPECT_EQ(tool::prof::LoadReport{}.warning(), "");
     const tool::prof::LoadReport odd;
-    logLine("  WRN: '");
+    LogLine("  WRN: '");
     EXPECT_EQ(odd.warning(), "'");
     SetEnvironmentVariableW(L"TVUT22_LOG", nullptr);
 }

@@ -2,9 +2,9 @@
 //
 // In a session of tests/data/sessions, "$ prof ..." is typed, lines that begin with "< " are its standard
 // input, "! " its standard error, "? " an exit code other than 0, and all others its standard output.
-// "$ write FILE" makes a file of its "< " lines, "$ same A B" requires two files to be alike ("as-it-was/" holds
-// what the folder began with), "$ gone FILE" that there is no such file. TVUT22_REWRITE_GOLDENS=1 in the
-// environment writes what is printed into the sessions.
+// "$ write FILE" makes a file of its "< " lines, "$ same A B" requires two files to be alike ("as-it-was/"
+// holds what the folder began with), "$ gone FILE" that there is no such file. TVUT22_REWRITE_GOLDENS=1 in
+// the environment writes what is printed into the sessions.
 #include "fixture.h"
 
 #include <cstdlib>
@@ -14,16 +14,16 @@ namespace prof_test {
 
 namespace {
 
-struct Step {
+struct scStep {
     std::string command;
     std::string input;
     std::string expected;
     std::string where;
 };
 
-std::vector<Step> stepsOf(const std::filesystem::path& path) {
+std::vector<scStep> StepsOf(const std::filesystem::path& path) {
     std::ifstream file{path, std::ios::binary};
-    std::vector<Step> steps;
+    std::vector<scStep> steps;
     std::string line;
     for (int number = 1; std::getline(file, line); ++number) {
         if (line.starts_with("$ "))
@@ -39,7 +39,7 @@ std::vector<Step> stepsOf(const std::filesystem::path& path) {
     return steps;
 }
 
-std::string marked(const std::string& text, const char* mark) {
+std::string Marked(const std::string& text, const char* mark) {
     std::istringstream lines{text};
     std::string result;
     for (std::string line; std::getline(lines, line);)
@@ -50,32 +50,32 @@ std::string marked(const std::string& text, const char* mark) {
 class Session : public ProfTool {
   protected:
     // What a step prints, as sessions show it.
-    std::string shown(const Step& step) const {
+    std::string Shown(const scStep& step) const {
         std::istringstream words{step.command};
         std::string program, first, second;
         words >> program >> first >> second;
         if (program == "write")
-            return write(first, step.input), "";
+            return Write(first, step.input), "";
         if (program == "gone")
-            return std::filesystem::exists(pathOf(first)) ? first + " is there\n" : "";
+            return std::filesystem::exists(PathOf(first)) ? first + " is there\n" : "";
         if (program == "same")
-            return bytesOf(first) == bytesOf(second) ? "" : first + " and " + second + " differ\n";
+            return BytesOf(first) == BytesOf(second) ? "" : first + " and " + second + " differ\n";
         const auto folder = std::filesystem::absolute(PROF_EXECUTABLE).parent_path();
-        const Outcome outcome = runHere(folder / (program + ".exe"), step.command, step.input);
-        return marked(outcome.out, "") + marked(outcome.err, "! ") +
+        const scOutcome outcome = RunHere(folder / (program + ".exe"), step.command, step.input);
+        return Marked(outcome.out, "") + Marked(outcome.err, "! ") +
                (outcome.code ? "? " + std::to_string(outcome.code) + "\n" : "");
     }
 
   private:
-    std::string bytesOf(const std::string& name) const {
+    std::string BytesOf(const std::string& name) const {
         constexpr std::string_view original = "as-it-was/";
         if (!name.starts_with(original))
-            return read(name);
-        return testing_prof::readFile(std::filesystem::path{PROF_TEST_DATA} / name.substr(original.size()));
+            return Read(name);
+        return testing_prof::ReadBytes(std::filesystem::path{PROF_TEST_DATA} / name.substr(original.size()));
     }
 };
 
-void rewrite(const std::filesystem::path& path, const std::vector<std::string>& outputs) {
+void Rewrite(const std::filesystem::path& path, const std::vector<std::string>& outputs) {
     std::ifstream before{path, std::ios::binary};
     std::ostringstream after;
     auto output = outputs.begin();
@@ -103,13 +103,13 @@ TEST_F(Session, PrintsWhatItDidBefore) {
     for (const auto& entry : std::filesystem::directory_iterator{TVUT22_TEST_DATA "/sessions"}) {
         SetUp();
         std::vector<std::string> outputs;
-        for (const Step& step : stepsOf(entry.path())) {
-            outputs.push_back(shown(step));
+        for (const scStep& step : StepsOf(entry.path())) {
+            outputs.push_back(Shown(step));
             EXPECT_EQ(outputs.back(), step.expected) << step.where << ": " << step.command;
         }
         EXPECT_FALSE(outputs.empty()) << entry.path();
         if (std::getenv("TVUT22_REWRITE_GOLDENS"))
-            rewrite(entry.path(), outputs);
+            Rewrite(entry.path(), outputs);
         ++sessions;
     }
     EXPECT_GE(sessions, 5);

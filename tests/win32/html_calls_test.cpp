@@ -14,14 +14,14 @@ namespace {
 using Result = clsOleText;
 
 using Convert = void (*)(const wchar_t*, BSTR*);
-struct Conversion {
+struct scConversion {
     const char* name;
     Convert convert;
     const wchar_t* input;
     const wchar_t* expected;
     const wchar_t* empty; // what the empty text becomes
 };
-const Conversion conversions[] = {
+const scConversion conversions[] = {
     {"mask", [](auto text, auto out) { UtilMaskAllHTMLCharacters(text, out); }, L"a<b>\x20AC",
      L"a&lt;b&gt;&#x20ac;", L""},
     {"demask", [](auto text, auto out) { UtilDemaskAllHTMLCharacters(text, out); },
@@ -36,7 +36,7 @@ const Conversion conversions[] = {
      L"[_[p]_]a<b>[_[/p]_]", L"a<b>\r", L""}};
 
 TEST(Html, ResultsAreDeliveredAsStrings) {
-    for (const Conversion& c : conversions) {
+    for (const scConversion& c : conversions) {
         SCOPED_TRACE(c.name);
         Result fresh, longer(std::wstring(500, L'#').c_str()), shorter(L"#"), itself(c.input), tail(c.input);
         c.convert(c.input, fresh.Out());
@@ -56,34 +56,32 @@ TEST(Html, ResultsAreDeliveredAsStrings) {
 }
 
 TEST(Html, NothingIsReadAfterTheText) {
-    PageEnd page;
+    clsPageEnd page;
     const std::wstring pieces = L"<a href=\"x\">&lt;&#65;</a> \xAB&</p><!--";
     for (size_t length = 0; length <= pieces.size(); ++length) {
-        for (const Conversion& c : conversions) {
+        for (const scConversion& c : conversions) {
             const std::wstring text = pieces.substr(0, length);
             Result expected, result;
             c.convert(text.c_str(), expected.Out());
-            c.convert(page.text(text), result.Out());
+            c.convert(page.Text(text), result.Out());
             ASSERT_EQ(result.Text(), expected.Text()) << c.name << " of " << length;
         }
     }
 }
 
 TEST(Html, WithoutMemoryTheOldStringStaysOrIsNull) {
-    for (const Conversion& c : conversions) {
+    for (const scConversion& c : conversions) {
         std::wstring large;
         for (int i = 0; i < 20000; ++i)
             large += c.input;
         Result complete, fresh, old(L"old");
         c.convert(large.c_str(), complete.Out());
         for (Result* result : {&fresh, &old})
-            failEachAllocation([&] { c.convert(large.c_str(), result->Out()); },
+            FailEachAllocation([&] { c.convert(large.c_str(), result->Out()); },
                                [&](bool failed) {
-                                   if (!failed)
-                                       EXPECT_EQ(result->Text(), complete.Text()) << c.name;
-                                   else
-                                       EXPECT_TRUE(!result->Get() ||
-                                                   (result == &old && old.Text() == L"old"));
+                                   const bool isOld =
+                                       !result->Get() || (result == &old && old.Text() == L"old");
+                                   EXPECT_TRUE(failed ? isOld : result->Text() == complete.Text()) << c.name;
                                });
     }
 }

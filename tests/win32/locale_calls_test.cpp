@@ -35,7 +35,7 @@ static void PrintTo(const SYSTEMTIME& t, std::ostream* out) {
 namespace testing_prof {
 namespace {
 
-int reference(std::wstring_view text) {
+int Reference(std::wstring_view text) {
     return tvut::ReferenceCharset(std::u16string(text.begin(), text.end()), GetACP());
 }
 
@@ -65,7 +65,7 @@ TEST(Charset, GoesByTheCodePageOfTheProcess) {
 
 // Texts of up to four sorts of units, which end where memory does and begin anywhere, at odd addresses, too.
 TEST(Charset, ReadsWholeTextsOfEveryLengthAndNothingAfter) {
-    PageEnd page;
+    clsPageEnd page;
     std::mt19937 random(3);
     const wchar_t sorts[] = {L'a',      L'\x00E9', L'\x036F', L'\x03B1', L'\x0431', L'\x052F',
                              L'\x0530', L'\x2014', L'\x3042', L'\x30FF', L'\x3001', L'\xFF01',
@@ -80,11 +80,11 @@ TEST(Charset, ReadsWholeTextsOfEveryLengthAndNothingAfter) {
             for (wchar_t& unit : text)
                 if (random() % 10 == 0)
                     unit = own[random() % 4];
-            ASSERT_EQ(UtilGetLikelyCharsetFromString(page.text(text)), reference(text))
+            ASSERT_EQ(UtilGetLikelyCharsetFromString(page.Text(text)), Reference(text))
                 << testing::PrintToString(text);
-            char* const odd = page.last(2 * length + 3);
+            char* const odd = page.Last(2 * length + 3);
             std::memcpy(odd, text.c_str(), 2 * length + 2);
-            ASSERT_EQ(UtilGetLikelyCharsetFromString(reinterpret_cast<wchar_t*>(odd)), reference(text));
+            ASSERT_EQ(UtilGetLikelyCharsetFromString(reinterpret_cast<wchar_t*>(odd)), Reference(text));
         }
 }
 
@@ -92,7 +92,7 @@ using Moment = SYSTEMTIME;
 constexpr Moment nothing{};
 
 // With the day of the week, as all results have it.
-Moment at(int year, int month, int day, int hour, int minute = 0, int seconds = 0) {
+Moment At(int year, int month, int day, int hour, int minute = 0, int seconds = 0) {
     const auto word = [](int value) { return static_cast<WORD>(value); };
     Moment moment{word(year), word(month), 0, word(day), word(hour), word(minute), 0, 0};
     FILETIME time;
@@ -104,43 +104,43 @@ Moment at(int year, int month, int day, int hour, int minute = 0, int seconds = 
     return moment;
 }
 
-Moment later(const Moment& m, int seconds) {
-    return at(m.wYear, m.wMonth, m.wDay, m.wHour, m.wMinute, m.wSecond + seconds);
+Moment Later(const Moment& m, int seconds) {
+    return At(m.wYear, m.wMonth, m.wDay, m.wHour, m.wMinute, m.wSecond + seconds);
 }
 
-Moment toLocal(Moment moment) {
+Moment ToLocal(Moment moment) {
     EXPECT_EQ(UtilLocConvertUTCTimeToLocalTime(&moment), S_OK);
     return moment;
 }
-Moment toUtc(Moment moment) {
+Moment ToUtc(Moment moment) {
     EXPECT_EQ(UtilLocConvertLocalTimeToUTCTime(&moment), S_OK);
     return moment;
 }
 
-struct Span {
-    explicit Span(UINT year) {
+struct scSpan {
+    explicit scSpan(UINT year) {
         std::memset(this, 0xAB, sizeof *this);
         EXPECT_EQ(UtilLocGetDSTStartAndEndInUTC(year, &start, &end), S_OK);
     }
     Moment start, end;
 };
 
-struct Zone {
+struct scZone {
     bool hasDaylightTime = false;
     std::vector<std::pair<Moment, Moment>> known; // years of it
 };
 
-Moment momentOf(const std::u16string& column) {
+Moment MomentOf(const std::u16string& column) {
     int year = 0, month = 0, day = 0, hour = 0, minute = 0;
     EXPECT_EQ(
         std::sscanf(tvut::NarrowCase(column).c_str(), "%d-%d-%d %d:%d", &year, &month, &day, &hour, &minute),
         5);
-    return at(year, month, day, hour, minute);
+    return At(year, month, day, hour, minute);
 }
 
-Zone zone() {
+scZone Zone() {
     const char* const tz = std::getenv("TZ");
-    Zone zone;
+    scZone zone;
     bool found = false;
     for (const tvut::scCaseRow& row : tvut::CaseRows("zones", 3)) {
         if (tvut::NarrowCase(row[0]) != (tz ? tz : ""))
@@ -148,15 +148,15 @@ Zone zone() {
         found = true;
         zone.hasDaylightTime = row[1] != u"-";
         if (zone.hasDaylightTime && row[1] != u"?")
-            zone.known.emplace_back(momentOf(row[1]), momentOf(row[2]));
+            zone.known.emplace_back(MomentOf(row[1]), MomentOf(row[2]));
     }
     EXPECT_TRUE(found) << "a zone that the table does not know";
     return zone;
 }
 
 TEST(DaylightTime, IsWhereTheWorldHadIt) {
-    for (const auto& [start, end] : zone().known) {
-        const Span span(start.wYear);
+    for (const auto& [start, end] : Zone().known) {
+        const scSpan span(start.wYear);
         EXPECT_EQ(span.start, start);
         EXPECT_EQ(span.end, end);
     }
@@ -165,30 +165,30 @@ TEST(DaylightTime, IsWhereTheWorldHadIt) {
 // An hour is skipped or repeated at these very moments; nothing happens in zones that have no daylight time.
 TEST(DaylightTime, IsWhereTheSystemsClocksChange) {
     TIME_ZONE_INFORMATION system{};
-    const bool hasDaylightTime = zone().hasDaylightTime;
+    const bool hasDaylightTime = Zone().hasDaylightTime;
     ASSERT_EQ(GetTimeZoneInformation(&system) != TIME_ZONE_ID_UNKNOWN, hasDaylightTime);
     const WORD fixed = system.DaylightDate.wYear;
     for (int year = 1990; year <= 2037; ++year) {
-        const Span span(static_cast<UINT>(year));
+        const scSpan span(static_cast<UINT>(year));
         if (!hasDaylightTime) {
             ASSERT_EQ(span.start, nothing);
             ASSERT_EQ(span.end, nothing);
         } else if (fixed == 0 || fixed == year) {
-            ASSERT_EQ(later(toLocal(later(span.start, -1)), 1 - 60 * system.DaylightBias),
-                      toLocal(span.start))
+            ASSERT_EQ(Later(ToLocal(Later(span.start, -1)), 1 - 60 * system.DaylightBias),
+                      ToLocal(span.start))
                 << year;
-            ASSERT_EQ(later(toLocal(later(span.end, -1)), 1 + 60 * system.DaylightBias), toLocal(span.end))
+            ASSERT_EQ(Later(ToLocal(Later(span.end, -1)), 1 + 60 * system.DaylightBias), ToLocal(span.end))
                 << year;
             ASSERT_EQ(span.start.wYear, year);
             ASSERT_EQ(span.end.wYear, year);
             const int half = 30 * 60; // an hour that is skipped, one that comes twice
-            ASSERT_EQ(toUtc(later(toLocal(span.start), -half)), later(span.start, -half));
-            ASSERT_EQ(toUtc(later(toLocal(span.end), half)), later(span.end, -half));
+            ASSERT_EQ(ToUtc(Later(ToLocal(span.start), -half)), Later(span.start, -half));
+            ASSERT_EQ(ToUtc(Later(ToLocal(span.end), half)), Later(span.end, -half));
         } else { // the conversions have no daylight time in other years
             const SYSTEMTIME &start = system.DaylightDate, &end = system.StandardDate;
             ASSERT_EQ(span.start,
-                      at(year, start.wMonth, start.wDay, start.wHour, start.wMinute, 60 * system.Bias));
-            ASSERT_EQ(span.end, at(year, end.wMonth, end.wDay, end.wHour, end.wMinute,
+                      At(year, start.wMonth, start.wDay, start.wHour, start.wMinute, 60 * system.Bias));
+            ASSERT_EQ(span.end, At(year, end.wMonth, end.wDay, end.wHour, end.wMinute,
                                    60 * (system.Bias + system.DaylightBias)));
         }
     }
@@ -197,10 +197,10 @@ TEST(DaylightTime, IsWhereTheSystemsClocksChange) {
 // Every seven hours, but not on the day when some of them come twice.
 TEST(Conversions, ComeBack) {
     for (int year = 1990; year <= 2037; ++year) {
-        const Moment end = Span(static_cast<UINT>(year)).end;
-        for (Moment moment = at(year, 1, 1, 0); moment.wYear == year; moment = later(moment, 7 * 3600)) {
+        const Moment end = scSpan(static_cast<UINT>(year)).end;
+        for (Moment moment = At(year, 1, 1, 0); moment.wYear == year; moment = Later(moment, 7 * 3600)) {
             if (moment.wMonth != end.wMonth || moment.wDay != end.wDay) {
-                ASSERT_EQ(toUtc(toLocal(moment)), moment);
+                ASSERT_EQ(ToUtc(ToLocal(moment)), moment);
             }
         }
     }
@@ -226,7 +226,7 @@ TEST(Conversions, RefuseAndReplace) {
 }
 
 TEST(DaylightTime, OfYearsAndPointersThatAreNone) {
-    const Span span(2018);
+    const scSpan span(2018);
     Moment start{}, end{};
     EXPECT_EQ(UtilLocGetDSTStartAndEndInUTC(0xABCD0000 + 2018, &start, nullptr), S_OK); // 16 bits count
     EXPECT_EQ(UtilLocGetDSTStartAndEndInUTC(2018, nullptr, &end), S_OK);
@@ -234,8 +234,8 @@ TEST(DaylightTime, OfYearsAndPointersThatAreNone) {
     EXPECT_EQ(start, span.start);
     EXPECT_EQ(end, span.end);
     for (const UINT year : {0u, 1u, 1600u, 30829u, 65535u}) { // which the system's records of time have not
-        EXPECT_EQ(Span(year).start, nothing) << year;
-        EXPECT_EQ(Span(year).end, nothing) << year;
+        EXPECT_EQ(scSpan(year).start, nothing) << year;
+        EXPECT_EQ(scSpan(year).end, nothing) << year;
     }
 }
 

@@ -7,52 +7,52 @@
 namespace testing_prof {
 namespace {
 
-constexpr UINT kForms[] = {PROF_FORM_TEXT, PROF_SAVE_COMPRESSED};
+constexpr UINT formFlags[] = {PROF_FORM_TEXT, PROF_SAVE_COMPRESSED};
 
 TEST(Encodings, OfTheCodePageAreReadWhereTheBytesAreNotUtf8) {
     const std::wstring text =
         L"[/]\n{\n\x65E5\x672C=\xFF71\x8868\n[\x30EA\x30B9\x30C8]\n{\na=\x30BD\\\n}\n}\n";
     const std::wstring tree = L"\x65E5\x672C=\xFF71\x8868;\x30EA\x30B9\x30C8{a=\x30BD\\;}";
-    const CodePage japanese(932);
+    const clsCodePage japanese(932);
     for (const UINT encoding : {932u, static_cast<UINT>(CP_UTF8)})
-        EXPECT_EQ(describe(opened(toBytes(text, encoding))), tree) << encoding;
-    const CodePage western(1252);
-    EXPECT_EQ(describe(opened("[S]\na=\xE9\x80\n")), L"a=\xE9\x20AC;");
+        EXPECT_EQ(Describe(Opened(ToBytes(text, encoding))), tree) << encoding;
+    const clsCodePage western(1252);
+    EXPECT_EQ(Describe(Opened("[S]\na=\xE9\x80\n")), L"a=\xE9\x20AC;");
 }
 
 TEST(Streams, AreReadFromTheirStartAndLeftAlone) {
     for (const bool canSeek : {true, false}) {
-        PieceStream stream(utf16(L"\xFEFF[/]\na=1\n"), 5);
+        clsPieceStream stream(Utf16(L"\xFEFF[/]\na=1\n"), 5);
         stream.refuseSeek = !canSeek;
         stream.position = canSeek ? 9 : 0;
-        EXPECT_EQ(describe(Job(ProfJobOpenStream(&stream))), L"a=1;");
+        EXPECT_EQ(Describe(clsJob(ProfJobOpenStream(&stream))), L"a=1;");
         EXPECT_EQ(stream.references, 1);
     }
-    const Job none(ProfJobOpenStream(nullptr));
-    EXPECT_EQ(none.error(), PROF_OK);
-    EXPECT_EQ(describe(none), L"");
+    const clsJob none(ProfJobOpenStream(nullptr));
+    EXPECT_EQ(none.Error(), PROF_OK);
+    EXPECT_EQ(Describe(none), L"");
 }
 
 TEST(Streams, WithoutANameAreCalledStream) {
     for (const wchar_t* name : {static_cast<const wchar_t*>(nullptr), L"", L"its name"}) {
-        const Log log;
-        PieceStream stream("<html>");
-        EXPECT_EQ(Job(ProfJobOpenStreamObjectW(&stream, name, 0)).error(), PROF_OK);
+        const clsLog log;
+        clsPieceStream stream("<html>");
+        EXPECT_EQ(clsJob(ProfJobOpenStreamObjectW(&stream, name, 0)).Error(), PROF_OK);
         const std::string shown = name && *name ? "its name" : "(Stream)";
-        EXPECT_EQ(log.lines(), std::vector{"WRN: '" + shown + "': markup that is no profile of ours"});
+        EXPECT_EQ(log.Lines(), std::vector{"WRN: '" + shown + "': markup that is no profile of ours"});
     }
 }
 
 TEST(Streams, ThatFailAtAnyByteFailTheLoadOrTheSave) {
-    const Job job(L"a=1;L{b=2;}");
-    for (const UINT flags : kForms) {
-        const Bytes bytes = saved(job, flags);
+    const clsJob job(L"a=1;L{b=2;}");
+    for (const UINT flags : formFlags) {
+        const Bytes bytes = Saved(job, flags);
         for (size_t failAt = 0; failAt <= bytes.size(); ++failAt)
             for (const size_t piece : {1u, 5u, 1024u}) {
-                PieceStream input(bytes, piece), output({}, piece);
+                clsPieceStream input(bytes, piece), output({}, piece);
                 input.failAt = output.failAt = failAt;
                 output.refuseSetSize = piece == 5;
-                ASSERT_EQ(Job(ProfJobOpenStream(&input)).error(), PROF_LOCKED) << failAt;
+                ASSERT_EQ(clsJob(ProfJobOpenStream(&input)).Error(), PROF_LOCKED) << failAt;
                 ASSERT_EQ(ProfSaveToStream(job, &output, flags),
                           failAt < bytes.size() ? PROF_SAVE_FAILED : PROF_OK)
                     << failAt;
@@ -60,20 +60,20 @@ TEST(Streams, ThatFailAtAnyByteFailTheLoadOrTheSave) {
             }
     }
     EXPECT_EQ(ProfSaveToStream(job, nullptr, 0), PROF_SAVE_FAILED);
-    PieceStream untouched("before");
+    clsPieceStream untouched("before");
     EXPECT_EQ(ProfSaveToStream(0, &untouched, 0), 0);
     EXPECT_EQ(untouched.data, "before");
 }
 
 TEST(Streams, AreWrittenFromTheirStartAndCut) {
-    const Job job(L"a=1;L{b=2;}");
-    for (const UINT flags : kForms) {
-        const Bytes expected = saved(job, flags);
-        PieceStream longer(Bytes(5000, '#'), 5), fixed(Bytes(5000, '#')), pipe("head");
+    const clsJob job(L"a=1;L{b=2;}");
+    for (const UINT flags : formFlags) {
+        const Bytes expected = Saved(job, flags);
+        clsPieceStream longer(Bytes(5000, '#'), 5), fixed(Bytes(5000, '#')), pipe("head");
         longer.position = 100;
         fixed.refuseSetSize = pipe.refuseSeek = pipe.refuseSetSize = true;
         pipe.position = 4;
-        for (PieceStream* stream : {&longer, &fixed, &pipe})
+        for (clsPieceStream* stream : {&longer, &fixed, &pipe})
             EXPECT_EQ(ProfSaveToStream(job, stream, flags), PROF_OK);
         EXPECT_EQ(longer.data, expected);
         EXPECT_EQ(fixed.data, expected + Bytes(5000 - expected.size(), '#'));
@@ -84,27 +84,27 @@ TEST(Streams, AreWrittenFromTheirStartAndCut) {
 TEST(Streams, MayCloseTheJobThatIsWrittenToThem) {
     const ProfJob job = ProfJobOpenW(nullptr);
     ProfSetStringW(job, nullptr, L"a", L"1");
-    PieceStream stream({}, 5);
+    clsPieceStream stream({}, 5);
     stream.closedByWrite = job;
     EXPECT_EQ(ProfSaveToStream(job, &stream, PROF_FORM_TEXT), PROF_OK);
-    EXPECT_EQ(describe(opened(stream.data)), L"a=1;");
+    EXPECT_EQ(Describe(Opened(stream.data)), L"a=1;");
 }
 
 TEST(Compressed, FlagsChooseTheWrapper) {
-    const Job plain(L"a=1;L{b=2;}");
-    const Bytes text = saved(plain), wrapped = saved(plain, PROF_SAVE_COMPRESSED);
+    const clsJob plain(L"a=1;L{b=2;}");
+    const Bytes text = Saved(plain), wrapped = Saved(plain, PROF_SAVE_COMPRESSED);
     EXPECT_EQ(wrapped.substr(0, 4), "ZZmQ");
-    const Job fromWrapped = opened(wrapped), fromText = opened(text);
-    EXPECT_EQ(describe(fromWrapped), describe(plain));
-    EXPECT_EQ(saved(fromWrapped), text) << "without a flag the wrapper is not kept";
-    EXPECT_EQ(saved(fromWrapped, PROF_SAVE_COMPRESSED_AS_READ), wrapped);
-    EXPECT_EQ(saved(fromText, PROF_SAVE_COMPRESSED | PROF_SAVE_COMPRESSED_AS_READ), wrapped);
-    for (const Job* job : {&fromText, &plain})
-        EXPECT_EQ(saved(*job, PROF_SAVE_COMPRESSED_AS_READ), text);
+    const clsJob fromWrapped = Opened(wrapped), fromText = Opened(text);
+    EXPECT_EQ(Describe(fromWrapped), Describe(plain));
+    EXPECT_EQ(Saved(fromWrapped), text) << "without a flag the wrapper is not kept";
+    EXPECT_EQ(Saved(fromWrapped, PROF_SAVE_COMPRESSED_AS_READ), wrapped);
+    EXPECT_EQ(Saved(fromText, PROF_SAVE_COMPRESSED | PROF_SAVE_COMPRESSED_AS_READ), wrapped);
+    for (const clsJob* job : {&fromText, &plain})
+        EXPECT_EQ(Saved(*job, PROF_SAVE_COMPRESSED_AS_READ), text);
 }
 
 // A stream of blanks that inflates to any number of mebibytes: one flushed block, repeated.
-Bytes bomb(unsigned mebibytes) {
+Bytes Bomb(unsigned mebibytes) {
     z_stream state{};
     deflateInit(&state, Z_BEST_COMPRESSION);
     Bytes block(1 << 20, ' '), packed(1 << 16, '\0');
@@ -125,10 +125,10 @@ Bytes bomb(unsigned mebibytes) {
 }
 
 TEST(Compressed, ABombOfGigabytesFailsAndLeavesTheProcessWorking) {
-    const Job job = opened(bomb(4 * 1024));
-    EXPECT_TRUE(job.error() == PROF_LOCKED || job.error() == PROF_LOAD_FAILED) << job.error();
+    const clsJob job = Opened(Bomb(4 * 1024));
+    EXPECT_TRUE(job.Error() == PROF_LOCKED || job.Error() == PROF_LOAD_FAILED) << job.Error();
     ProfSetStringW(job, 0, L"a", L"1");
-    EXPECT_EQ(describe(job), L"a=1;");
+    EXPECT_EQ(Describe(job), L"a=1;");
 }
 
 } // namespace

@@ -15,41 +15,41 @@
 namespace testing_prof {
 namespace {
 
-using tvut::CaseRows, tvut::NarrowCase, tvut::scCaseRow, tvut::wideCase;
+using tvut::CaseRows, tvut::NarrowCase, tvut::scCaseRow, tvut::WideCase;
 
-int sign(int order) {
+int Sign(int order) {
     return (order > 0) - (order < 0);
 }
 
-std::wstring randomText(std::mt19937& random, size_t length) {
-    static constexpr std::wstring_view kUnits = L"aAbB \x00E4\x00C4\x0101\xFF41@[Zz{";
+std::wstring RandomText(std::mt19937& random, size_t length) {
+    static constexpr std::wstring_view unitAlphabet = L"aAbB \x00E4\x00C4\x0101\xFF41@[Zz{";
     std::wstring text(length, L'a');
     for (wchar_t& unit : text)
         if (random() % 8 == 0)
-            unit = kUnits[random() % kUnits.size()];
+            unit = unitAlphabet[random() % unitAlphabet.size()];
     return text;
 }
 
 // Every length beside a page's end, where both texts are alike up to a random place.
 TEST(Strings, AgreeWithTheRuntime) {
     std::mt19937 random(7);
-    PageEnd pageA, pageB;
+    clsPageEnd pageA, pageB;
     for (size_t length = 0; length <= 70; ++length)
         for (int time = 0; time < 12; ++time) {
-            const std::wstring textA = randomText(random, length);
+            const std::wstring textA = RandomText(random, length);
             std::wstring textB = textA.substr(0, random() % (length + 1));
-            textB += randomText(random, random() % 20);
-            const wchar_t* const a = pageA.text(textA);
-            const wchar_t* const b = pageB.text(textB);
+            textB += RandomText(random, random() % 20);
+            const wchar_t* const a = pageA.Text(textA);
+            const wchar_t* const b = pageB.Text(textB);
             const UINT count = random() % 80;
             const wchar_t unit = textB.empty() ? L'x' : textB[random() % textB.size()];
             SCOPED_TRACE(testing::PrintToString(textA) + testing::PrintToString(textB));
             ASSERT_EQ(UtilStrlen(a), length);
             ASSERT_EQ(UtilSafeStrlen(5, b), textB.size());
-            ASSERT_EQ(UtilStrcmp(a, b), sign(textA.compare(textB)));
-            ASSERT_EQ(sign(UtilStrncmp(a, b, count)), sign(std::wcsncmp(a, b, count)));
-            ASSERT_EQ(sign(UtilStricmp(a, b)), sign(_wcsicmp(a, b)));
-            ASSERT_EQ(sign(UtilStrnicmp(a, b, count)), sign(_wcsnicmp(a, b, count)));
+            ASSERT_EQ(UtilStrcmp(a, b), Sign(textA.compare(textB)));
+            ASSERT_EQ(Sign(UtilStrncmp(a, b, count)), Sign(std::wcsncmp(a, b, count)));
+            ASSERT_EQ(Sign(UtilStricmp(a, b)), Sign(_wcsicmp(a, b)));
+            ASSERT_EQ(Sign(UtilStrnicmp(a, b, count)), Sign(_wcsnicmp(a, b, count)));
             ASSERT_EQ(UtilStrchr(a, unit), std::wcschr(a, unit));
             ASSERT_EQ(UtilStrrchr(a, unit), std::wcsrchr(a, unit));
             ASSERT_EQ(UtilStrchr(a, L'\0'), a + length);
@@ -69,25 +69,25 @@ TEST(Strings, CompareByUnit) {
 
 // Odd addresses, too: texts in packed structures.
 TEST(Strings, CopyIntoBuffersThatFit) {
-    PageEnd page, pageOfSource;
+    clsPageEnd page, pageOfSource;
     std::mt19937 random(8);
     for (size_t length = 0; length <= 70; ++length) {
-        const std::wstring text = randomText(random, length);
-        const wchar_t* const source = pageOfSource.text(text);
-        wchar_t* const to = page.lastUnits(length + 1);
+        const std::wstring text = RandomText(random, length);
+        const wchar_t* const source = pageOfSource.Text(text);
+        wchar_t* const to = page.LastUnits(length + 1);
         ASSERT_EQ(UtilStrcpy(to, source), to);
         ASSERT_EQ(to, text);
         for (const UINT size : {1u, 2u, static_cast<UINT>(length + 1), 100u}) {
             const size_t kept = std::min<size_t>(size - 1, length);
-            wchar_t* const cut = page.lastUnits(kept + 1);
+            wchar_t* const cut = page.LastUnits(kept + 1);
             ASSERT_EQ(UtilStrncpy(cut, source, size), cut);
             ASSERT_EQ(cut, text.substr(0, kept));
         }
-        wchar_t* const both = page.text(L"head", length + 5);
+        wchar_t* const both = page.Text(L"head", length + 5);
         ASSERT_EQ(UtilStrcat(both, source), both);
         ASSERT_EQ(both, L"head" + text);
 
-        char* const odd = page.last(2 * length + 3); // an odd address
+        char* const odd = page.Last(2 * length + 3); // an odd address
         auto* const oddText = reinterpret_cast<wchar_t*>(odd);
         UtilStrcpy(oddText, source);
         ASSERT_EQ(UtilStrlen(oddText), length);
@@ -101,12 +101,12 @@ TEST(Strings, CopyIntoBuffersThatFit) {
 }
 
 TEST(Strings, CopyAndFillBytesOfEveryCount) {
-    PageEnd page, pageOfSource;
+    clsPageEnd page, pageOfSource;
     for (UINT count = 0; count <= 140; ++count) {
-        char* const source = pageOfSource.last(count);
+        char* const source = pageOfSource.Last(count);
         for (UINT at = 0; at < count; ++at)
             source[at] = static_cast<char>(at * 7 + 1);
-        char* const to = page.last(count);
+        char* const to = page.Last(count);
         ASSERT_EQ(UtilMemcpy(to, source, count), to);
         ASSERT_EQ(std::memcmp(to, source, count), 0) << count;
         ASSERT_EQ(to[-1], '\xCC');
@@ -125,9 +125,9 @@ TEST(Strings, CopyAndFillBytesOfEveryCount) {
 }
 
 TEST(Strings, ChangeInPlace) {
-    PageEnd page;
+    clsPageEnd page;
     const auto changed = [&](const std::wstring& before, auto change, size_t units) {
-        wchar_t* const text = page.text(before, std::max(units, before.size() + 1));
+        wchar_t* const text = page.Text(before, std::max(units, before.size() + 1));
         change(text);
         return std::wstring(text);
     };
@@ -135,30 +135,30 @@ TEST(Strings, ChangeInPlace) {
         return static_cast<UINT>(std::stoll(NarrowCase(column), nullptr, 0));
     };
     for (const scCaseRow& row : CaseRows("strings/trimmed", 4)) {
-        EXPECT_EQ(changed(wideCase(row[0]), UtilLtrim, 0), wideCase(row[1])) << row.where;
-        EXPECT_EQ(changed(wideCase(row[0]), UtilRtrim, 0), wideCase(row[2])) << row.where;
-        EXPECT_EQ(changed(wideCase(row[0]), UtilAtrim, 0), wideCase(row[3])) << row.where;
+        EXPECT_EQ(changed(WideCase(row[0]), UtilLtrim, 0), WideCase(row[1])) << row.where;
+        EXPECT_EQ(changed(WideCase(row[0]), UtilRtrim, 0), WideCase(row[2])) << row.where;
+        EXPECT_EQ(changed(WideCase(row[0]), UtilAtrim, 0), WideCase(row[3])) << row.where;
     }
     for (const scCaseRow& row : CaseRows("strings/stuffed", 4)) {
-        const std::wstring insertion = wideCase(row[2]);
+        const std::wstring insertion = WideCase(row[2]);
         const auto stuff = [&](wchar_t* text) {
             EXPECT_EQ(UtilStuff(text, number(row[0]), number(row[1]),
                                 insertion == L"-" ? nullptr : insertion.c_str()),
                       0);
         };
-        EXPECT_EQ(changed(L"abcdef", stuff, row[3].size() + 1), wideCase(row[3])) << row.where;
+        EXPECT_EQ(changed(L"abcdef", stuff, row[3].size() + 1), WideCase(row[3])) << row.where;
     }
     for (const scCaseRow& row : CaseRows("strings/parts", 3)) {
         const auto cut = [&](wchar_t* text) {
             EXPECT_EQ(UtilSubstr(text, static_cast<INT>(number(row[0])), number(row[1])), 0);
         };
-        EXPECT_EQ(changed(L"abcdef", cut, 0), wideCase(row[2])) << row.where;
+        EXPECT_EQ(changed(L"abcdef", cut, 0), WideCase(row[2])) << row.where;
     }
 }
 
 TEST(Strings, FormatIsCutAndTerminated) {
-    PageEnd page;
-    Log log;
+    clsPageEnd page;
+    clsLog log;
     const struct {
         UINT size;
         const wchar_t* after;
@@ -169,15 +169,15 @@ TEST(Strings, FormatIsCutAndTerminated) {
                  {2, L"1", -1},
                  {1, L"", -1}};
     for (const auto& c : cases) {
-        wchar_t* const text = page.lastUnits(c.size);
+        wchar_t* const text = page.LastUnits(c.size);
         EXPECT_EQ(UtilSafeSprintf(text, c.size, L"%I64u %s %hs %ws", 12ULL, L"ab", "cd", L"ef"), c.result);
         EXPECT_STREQ(text, c.after);
     }
-    wchar_t* const text = page.text(L"x");
+    wchar_t* const text = page.Text(L"x");
     EXPECT_EQ(UtilSafeSprintf(text, 0, L"abc"), -1);
     EXPECT_STREQ(text, L"x");
     EXPECT_EQ(UtilSafeSprintf(text, 2, L""), 0);
-    EXPECT_TRUE(log.lines().empty());
+    EXPECT_TRUE(log.Lines().empty());
 }
 
 TEST(Strings, PointersAreAlwaysGood) {
@@ -188,15 +188,15 @@ TEST(Strings, PointersAreAlwaysGood) {
 
 // The check is switched on when the library is loaded: a copy of it, under another name.
 TEST(StringCheck, ClearsBeforeItCopiesAndReportsCuts) {
-    const TempFolder folder;
-    Copy::makeFile(folder / L"checked.dll");
+    const clsTempFolder folder;
+    clsCopy::MakeFile(folder / L"checked.dll");
     SetEnvironmentVariableW(L"TVUT22_STRING_CHECK", L"1");
-    const Copy library(folder / L"checked.dll");
+    const clsCopy library(folder / L"checked.dll");
     SetEnvironmentVariableW(L"TVUT22_STRING_CHECK", nullptr);
-    auto* const copy = library.find(UtilStrcpy, "UtilStrcpy");
-    auto* const copyPart = library.find(UtilStrncpy, "UtilStrncpy");
-    auto* const part = library.find(UtilSubstr, "UtilSubstr");
-    auto* const format = library.find(UtilSafeSprintf, "UtilSafeSprintf");
+    auto* const copy = library.Find(UtilStrcpy, "UtilStrcpy");
+    auto* const copyPart = library.Find(UtilStrncpy, "UtilStrncpy");
+    auto* const part = library.Find(UtilSubstr, "UtilSubstr");
+    auto* const format = library.Find(UtilSafeSprintf, "UtilSafeSprintf");
     ASSERT_TRUE(copy && copyPart && part && format);
 
     wchar_t text[8] = L"abcdef";
@@ -211,12 +211,12 @@ TEST(StringCheck, ClearsBeforeItCopiesAndReportsCuts) {
     part(text, 1, 1);
     EXPECT_STREQ(text, L"");
 
-    const Log log;
+    const clsLog log;
     EXPECT_EQ(format(text, 8, L"%d", 1234567), 7);
-    EXPECT_TRUE(log.lines().empty());
+    EXPECT_TRUE(log.Lines().empty());
     EXPECT_EQ(format(text, 8, L"%d", 12345678), -1);
     EXPECT_EQ(format(text, 8, L""), 0);
-    EXPECT_EQ(log.lines(), std::vector<std::string>(2, "UtilSafeSprintf: destination buffer too small\n"));
+    EXPECT_EQ(log.Lines(), std::vector<std::string>(2, "UtilSafeSprintf: destination buffer too small\n"));
 }
 
 } // namespace
