@@ -3,7 +3,7 @@
 // profiles, too.
 #include "workloads.h"
 
-#include "win32/support/child.h"
+#include "support/child.h"
 
 #include <tvut22/tvut22.hpp>
 #include <tvut22/util.h>

@@ -2,7 +2,7 @@
 // saved or the next one, whole, and no more than one temporary file is left beside it.
 #include "workloads.h"
 
-#include "win32/support/child.h"
+#include "support/child.h"
 
 #include <tvut22/tvut22.hpp>
 
@@ -31,7 +31,7 @@ std::wstring ValueOf(INT generation, INT place) {
     return L"generation " + std::to_wstring(generation) + L", value " + std::to_wstring(place);
 }
 
-// A profile of that generation. All values show it; how many there are differs.
+// A profile of that generation. All values tell it; how many there are differs.
 tvut22::profile MakeProfile(INT generation) {
     tvut22::profile job(ProfJobOpenW(nullptr));
     const INT count = 20 + generation * 7919 % 3000;
@@ -42,7 +42,7 @@ tvut22::profile MakeProfile(INT generation) {
     return job;
 }
 
-// As the file shows it: not every form is read back as it was saved, but this distinguishes all.
+// As the file tells it: not every form is read back as it was saved, but all are told apart by this.
 INT ToldGeneration(const std::wstring& file, const scForm& form) {
     if (form.flags == PROF_FORM_XFDF) {
         const std::string text = testing_prof::readFile(file);

@@ -4,7 +4,7 @@
 
 #include "workloads.h"
 
-#include "win32/support/copy.h"
+#include "support/copy.h"
 
 #include <tvut22/prof.h>
 #include <tvut22/util.h>

@@ -1,7 +1,7 @@
 // A disk that is full at any moment: a save that fails leaves the old file, one that does not leaves the new.
 #include "workloads.h"
 
-#include "win32/support/files.h"
+#include "support/files.h"
 
 #include <tvut22/tvut22.hpp>
 
@@ -12,7 +12,7 @@ namespace soak {
 
 namespace {
 
-// Takes up that number of bytes of the disk, or all that are left.
+// Takes up so many bytes of the disk, as far as there are so many.
 class clsPadding {
   public:
     clsPadding(const std::wstring& path, unsigned bytes)

@@ -17,8 +17,8 @@ std::string DisplayName(const std::string& name);
 class clsProfile {
   public:
     // Opens and loads; throws Failure with cannotOpen or malformed. A plain INI file is known by its name,
-    // its contents or the caller's word; standard error says so when only the contents show it, and what was not
-    // read.
+    // its contents or the caller's word; standard error says so when only the contents show it, and what was
+    // not read.
     static clsProfile Open(const std::string& name, bool plainIni);
 
     // Opens a file that is there, and keeps others from changing it while the profile lives; waits for those

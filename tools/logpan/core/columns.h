@@ -10,8 +10,8 @@ std::wstring ThreadText(const scLine& line);    // 0000abcd, as in log files
 std::wstring ProcessorText(const scLine& line); // 0f
 std::wstring SequenceText(const scLine& line);  // 7, or nothing
 
-// The text after its indentation of that many blanks a level; control characters are escaped, line ends before
-// it left out.
+// The text after its indentation of that many blanks a level; control characters are escaped, line ends
+// before it left out.
 std::wstring IndentedText(const scLine& line, std::size_t blanks = 1);
 
 // All columns in one line, without a line end.

@@ -1,5 +1,5 @@
-// Distinguishes the library's own reports from what programs write: a report bears no module's tag, but its text
-// begins with the name of the host program, padded to eight columns, and a colon:
+// Distinguishes the library's own reports from what programs write: a report bears no module's tag, but its
+// text begins with the name of the host program, padded to eight columns, and a colon:
 //
 //     heaps   :Error: clsHeapNode['EXAMPLE'/'Documents']::FreeObject(0X0116035C)
 //
