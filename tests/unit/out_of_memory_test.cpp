@@ -34,6 +34,9 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
     return operator new(size);
 }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { // the sanitizer's own counts nothing
+    return MayAllocate() ? std::malloc(size) : nullptr;
+}
 void operator delete(void* block) noexcept {
     std::free(block);
 }
