@@ -101,7 +101,7 @@ class clsSession : public testing::TestWithParam<fs::path> {
         if (command != "tvut")
             return others_.at(command)(folder_ / fs::u8path(file), number);
         scOutcome outcome = prof_test::RunProgram(fs::absolute(TVUT_EXECUTABLE), typed, folder_,
-                                           input.empty() ? std::string() : ReadFile(folder_ / input));
+                                                  input.empty() ? std::string() : ReadFile(folder_ / input));
         if (!output.empty())
             WriteFile(folder_ / output, std::exchange(outcome.out, {}));
         return outcome.out + outcome.err +
