@@ -159,7 +159,7 @@ TEST(Joiner, TakesTheHostsNameFromReports) {
         EXPECT_EQ(line->module, WideCase(row[1])) << row.where;
         EXPECT_EQ(std::to_string(line->level), NarrowCase(row[2])) << row.where;
         EXPECT_EQ(line->text, WideCase(row[3])) << row.where;
-        EXPECT_EQ(SeverityOf(line->text), severities.At(row[4])) << row.where;
+        EXPECT_EQ(SeverityOf(line->text), severities.at(row[4])) << row.where;
     }
 }
 
@@ -285,7 +285,7 @@ TEST(Store, TellsAReaderWhatItMissed) {
     const scCounters counters = store.Counters();
     EXPECT_EQ(counters.received, 25u);
     EXPECT_EQ(counters.refused, 1u);
-    EXPECT_EQ(counters.Held, 10u);
+    EXPECT_EQ(counters.held, 10u);
 }
 
 TEST(ShownLines, FollowFilterPauseAndTrim) {
@@ -299,17 +299,17 @@ TEST(ShownLines, FollowFilterPauseAndTrim) {
         }
         return shown.size();
     };
-    EXPECT_EQ(Advance(300), 300u) << "paused at line 300";
-    EXPECT_EQ(Advance(), 500u);
+    EXPECT_EQ(advance(300), 300u) << "paused at line 300";
+    EXPECT_EQ(advance(), 500u);
     shown.SetFilter({{L"line 4", PatternKind::substring}, {}});
-    EXPECT_EQ(Advance(), 111u); // 4, 40 to 49, 400 to 499
+    EXPECT_EQ(advance(), 111u); // 4, 40 to 49, 400 to 499
     EXPECT_EQ(shown.Trim(), 11u);
     EXPECT_EQ(shown[0]->text, L"line 400");
     EXPECT_EQ(shown.Trim(), 0u);
     EXPECT_EQ(shown.Held(store.Counters()), 500u);
     shown.Clear();
-    EXPECT_EQ(Advance(), 0u);
-    EXPECT_EQ(store.Counters().Held, 0u);
+    EXPECT_EQ(advance(), 0u);
+    EXPECT_EQ(store.Counters().held, 0u);
 }
 
 // Rows outlive their lines in the store, which are held all the same then, and are bounded as the store is.
