@@ -4,7 +4,8 @@
 #pragma once
 
 #include "platform/cipher.h"
-#include "zip/zip_cipher.h"
+#include "zip/entry_cipher.h"
+#include "zip/zip_directory.h"
 
 #include <array>
 #include <optional>

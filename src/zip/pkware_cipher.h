@@ -1,7 +1,7 @@
 // PKWARE's traditional cipher (APPNOTE.TXT 6.1): weak, but what "zip -e" still makes. Only for reading.
 #pragma once
 
-#include "zip/zip_cipher.h"
+#include "zip/entry_cipher.h"
 
 #include <cstdint>
 

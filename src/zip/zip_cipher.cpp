@@ -30,13 +30,6 @@ std::string InProcessCodePage(std::u16string_view text) {
 
 } // namespace
 
-// A compiler may leave out what only changes memory that is about to go, unless it is volatile.
-void UtilpWipe(CipherBytes bytes) noexcept {
-    volatile unsigned char* const memory = bytes.data();
-    for (std::size_t at = 0; at < bytes.size(); ++at)
-        memory[at] = 0;
-}
-
 std::unique_ptr<IclsZipCipher> UtilpCipherOf(const scZipEntry& entry) {
     if (entry.Is(scZipEntry::unknownEncryption) || entry.method == zipmethod::aes)
         throw clsZIPError(ZipFault::method, entry.method);
