@@ -97,7 +97,7 @@ void KillOne(clsRun& run, const wchar_t* part) {
     const testing_prof::clsChild child(part);
     WaitForSingleObject(event.get(), 20000);
     Sleep(run.Random(150));
-    run.Require(child.runs(), "a call failed");
+    run.Require(child.Runs(), "a call failed");
     child.Kill();
 }
 

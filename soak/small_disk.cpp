@@ -48,17 +48,17 @@ void RunSmallDisk(clsRun& run) {
     while (run.GoesOn()) {
         const UINT form = forms[run.Random(std::size(forms))];
         const tvut22::profile job = MakeProfile(run);
-        const std::string before = testing_prof::readFile(file);
+        const std::string before = testing_prof::ReadBytes(file);
         INT result = 0;
         {
             const clsPadding padding(folder + L"padding", run.Random(250'000));
             result = ProfSaveW(job.get(), file.c_str(), form);
         }
-        const std::string after = testing_prof::readFile(file);
+        const std::string after = testing_prof::ReadBytes(file);
         run.Count(result == PROF_OK ? "saves" : "refused saves");
         if (result == PROF_OK) {
             ProfSaveW(job.get(), L"expected.prf", form);
-            run.Require(after == testing_prof::readFile("expected.prf"),
+            run.Require(after == testing_prof::ReadBytes("expected.prf"),
                         "a save that succeeded is not whole");
         } else {
             run.Require(result == PROF_SAVE_FAILED, "a save gave " + std::to_string(result));
