@@ -1,4 +1,4 @@
-// Decodes any text; all engines must agree, and what was decoded must encode to a text that gives it back.
+// Decodes any text; all engines must agree, and what was decoded must encode to a text that decodes to it.
 #include "text/bytes/base64.h"
 #include "text/bytes/base64_engine.h"
 

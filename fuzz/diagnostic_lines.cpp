@@ -1,7 +1,9 @@
 // Diagnostic lines against a model: what the C runtime prints for the same format, cut at its end; and the
 // pieces in which a line leaves.
 //
-// The input is a program: each byte chooses what is put behind a line, and the bytes after it say what.
+// The input is a program: each byte chooses what is added to a line, and the bytes after it say what.
+#include "require.h"
+
 #include "runtime/diagnostic_group.h"
 #include "runtime/line_stamp.h"
 #include "runtime/output/line_pieces.h"
@@ -11,7 +13,6 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,11 +20,6 @@
 using namespace tvut;
 
 namespace {
-
-void Require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 class clsInput {
   public:

@@ -1,20 +1,16 @@
 // Any text both ways: results fit what was measured, masking can be undone, and links are those that the
 // pattern finds.
+#include "require.h"
+
 #include "text/html/html.h"
 #include "text/html/links.h"
 #include "text/regex/regex.h"
 
-#include <cstdlib>
 #include <string>
 
 using namespace tvut;
 
 namespace {
-
-void Require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 void CheckMasking(const std::u16string& text) {
     std::u16string masked(UtilpMaskedLength(text), u'#'), back(masked.size(), u'#');
@@ -66,8 +62,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                                              u"</p>", u"[_[",      u"]_]"};
     std::u16string text;
     for (std::size_t at = 0; at < size; ++at) {
-        if (data[at] >= 0x80 && data[at] - 0x80u < std::size(parts))
-            text += parts[data[at] - 0x80];
+        if (data[at] >= 0x80 && data[at] < 0xA0)
+            text += parts[(data[at] - 0x80) % std::size(parts)];
         else if (data[at] != 0)
             text += data[at];
     }

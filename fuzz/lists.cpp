@@ -5,12 +5,12 @@
 // other operations change what they walk, and end in any order. Handles of lists are kept when the list is
 // long gone, and addresses are made up: the tree must tell them from its lists.
 #include "choices.h"
+#include "require.h"
 
 #include "prof/path.h"
 #include "prof/tree_walk.h"
 #include "unit/native_platform.h"
 
-#include <cstdlib>
 #include <map>
 #include <memory>
 #include <set>
@@ -18,11 +18,6 @@
 using namespace tvut;
 
 namespace {
-
-void Require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 // ---- The model --------------------------------------------------------------------------------------
 
@@ -466,24 +461,22 @@ class clsProgram {
     clsTwins other_{false};
 };
 
-const clsProgram::Operation clsProgram::operations[] = {
-    &clsProgram::AppendItem,
-    &clsProgram::AppendMany,
-    &clsProgram::SetItem,
-    &clsProgram::AppendLists,
-    &clsProgram::CreateList,
-    &clsProgram::RemoveItems,
-    &clsProgram::RemoveManyItems,
-    &clsProgram::RemoveLists,
-    &clsProgram::RemoveByHandle,
-    &clsProgram::RemoveFirstItems,
-    &clsProgram::Empty,
-    &clsProgram::Copy,
-    &clsProgram::Find,
-    &clsProgram::BeginWalk,
-    &clsProgram::GoOn,
-    &clsProgram::LookAtHandles,
-};
+const clsProgram::Operation clsProgram::operations[] = {&clsProgram::AppendItem,
+                                                        &clsProgram::AppendMany,
+                                                        &clsProgram::SetItem,
+                                                        &clsProgram::AppendLists,
+                                                        &clsProgram::CreateList,
+                                                        &clsProgram::RemoveItems,
+                                                        &clsProgram::RemoveManyItems,
+                                                        &clsProgram::RemoveLists,
+                                                        &clsProgram::RemoveByHandle,
+                                                        &clsProgram::RemoveFirstItems,
+                                                        &clsProgram::Empty,
+                                                        &clsProgram::Copy,
+                                                        &clsProgram::Find,
+                                                        &clsProgram::BeginWalk,
+                                                        &clsProgram::GoOn,
+                                                        &clsProgram::LookAtHandles};
 
 } // namespace
 

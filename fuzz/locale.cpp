@@ -1,22 +1,18 @@
 // The character set of any text against its plain definition; clock changes by rules of any contents.
+#include "require.h"
+
 #include "locale/charset.h"
 #include "locale/transition.h"
 #include "unit/charset_reference.h"
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
 using namespace tvut;
 
 namespace {
-
-void Require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 void CheckCharset(const std::u16string& text) {
     const std::u16string_view read = text.c_str(); // up to the first terminator

@@ -1,19 +1,15 @@
 // Compiles and runs any pattern: the first line of the input; the rest is the text.
 //
 // A match must lie in the text, and finding it again from where it begins must give the same.
+#include "require.h"
+
 #include "text/regex/regex.h"
 
-#include <cstdlib>
 #include <cstring>
 
 using namespace tvut;
 
 namespace {
-
-void Require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 class clsCheck final : public IclsRegExGSubCB {
   public:

@@ -1,4 +1,4 @@
-// Ends a fuzzer that has found a fault, and names it.
+// Ends a fuzzer that has found a fault.
 #pragma once
 
 #include <cstdio>
@@ -6,11 +6,16 @@
 
 namespace tvut {
 
+inline void Require(bool condition) {
+    if (!condition)
+        std::abort();
+}
+
+// The same with a fault's name, null when there is none.
 inline void Require(const char* noFault) {
-    if (!noFault)
-        return;
-    std::fprintf(stderr, "%s\n", noFault);
-    std::abort();
+    if (noFault)
+        std::fprintf(stderr, "%s\n", noFault);
+    Require(noFault == nullptr);
 }
 
 } // namespace tvut

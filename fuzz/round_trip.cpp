@@ -2,23 +2,17 @@
 // that it cannot hold.
 //
 // The bytes build a tree. For each form its texts are first rid of what that form cannot hold at all; what it
-// holds as something else is told by an account of its own, not by the library's. What is loaded must be what
+// holds as something else is said by an account of its own, not by the library's. What is loaded must be what
 // that account expects, entry by entry.
 #include "choices.h"
+#include "require.h"
 
 #include "prof/tree_walk.h"
 #include "unit/native_platform.h"
 
-#include <cstdlib>
-
 using namespace tvut;
 
 namespace {
-
-void Require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 // ---- A tree as a sequence of entries ----------------------------------------------------------------
 
@@ -188,11 +182,9 @@ void ExpectFromXfdf(scEntry& entry) {
     ReplaceHalves(entry.value);
 }
 
-constexpr scForm forms[] = {
-    {0, ReadMode::detect, RestrictToText, ExpectFromText},
-    {1, ReadMode::detect, [](scEntry&) {}, ExpectFromXml},
-    {2, ReadMode::foreignXfdf, RestrictToXfdf, ExpectFromXfdf},
-};
+constexpr scForm forms[] = {{0, ReadMode::detect, RestrictToText, ExpectFromText},
+                            {1, ReadMode::detect, [](scEntry&) {}, ExpectFromXml},
+                            {2, ReadMode::foreignXfdf, RestrictToXfdf, ExpectFromXfdf}};
 
 void Check(const scForm& form, Entries entries, bool pooling, bool compress) {
     std::ranges::for_each(entries, form.restrict);

@@ -1,4 +1,4 @@
-// Loads anything behind the XFDF form's first line, as ours and as other programs'. What loads is saved to
+// Loads anything after the XFDF form's first line, as ours and as other programs'. What loads is saved to
 // the length that was measured, and read again without harm; not to the same tree, for nothing is escaped.
 #include "xml_input.h"
 

@@ -1,4 +1,4 @@
-// Loads anything behind the XML form's first line; what loads must come back from XML as it was saved.
+// Loads anything after the XML form's first line; what loads must come back from XML as it was saved.
 #include "xml_input.h"
 
 #include <cstdlib>

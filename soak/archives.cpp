@@ -2,8 +2,8 @@
 // one or the next, each unpacked file is whole, and no more than one temporary file is left.
 #include "workloads.h"
 
-#include "win32/support/child.h"
-#include "win32/support/zip.h"
+#include "support/child.h"
+#include "support/zip.h"
 
 #include <algorithm>
 #include <array>
@@ -36,7 +36,7 @@ int PackedGeneration() {
     fs::remove_all(L"check");
     if (UtilExtractZip(archive, L"check", nullptr) != UTIL_OK)
         return -1;
-    const int generation = std::atoi(testing_prof::readFile(L"check\\source\\generation").c_str());
+    const int generation = std::atoi(testing_prof::ReadBytes(L"check\\source\\generation").c_str());
     testing_prof::Tree expected = TreeOf(static_cast<unsigned>(generation));
     expected[L"d\\"];
     return testing_prof::treeOf(L"check\\source") == expected ? generation : -1;
@@ -77,7 +77,7 @@ bool AreUnpackedFilesWhole() {
                               (L"file " + std::to_wstring(file));
         if (!fs::exists(path))
             continue;
-        const std::string bytes = testing_prof::readFile(path);
+        const std::string bytes = testing_prof::ReadBytes(path);
         if (bytes != GivenData(0, file) && bytes != GivenData(1, file))
             return false;
     }
@@ -94,11 +94,11 @@ void TellBegun() {
 // At a moment of its work, not of its start.
 void KillOne(clsRun& run, const wchar_t* part) {
     const testing_prof::Handle event(CreateEventW(nullptr, FALSE, FALSE, begun));
-    const testing_prof::Child child(part);
+    const testing_prof::clsChild child(part);
     WaitForSingleObject(event.get(), 20000);
     Sleep(run.Random(150));
-    run.Require(child.runs(), "a call failed");
-    child.kill();
+    run.Require(child.Runs(), "a call failed");
+    child.Kill();
 }
 
 } // namespace

@@ -3,7 +3,7 @@
 // profiles, too.
 #include "workloads.h"
 
-#include "win32/support/child.h"
+#include "support/child.h"
 
 #include <tvut22/tvut22.hpp>
 #include <tvut22/util.h>
@@ -96,7 +96,7 @@ class clsMember {
 void CheckLog(clsRun& run) {
     static const std::regex stamped(
         R"((?:CROWD   : )?\d\d:\d\d:\d\d\.\d{3} [0-9a-f]{8}/[0-9a-f]{2} \d  ( *)(<(\d) (\d+) (\.*) (\d)>)?[^]*)");
-    const std::string all = testing_prof::readFile(logName);
+    const std::string all = testing_prof::ReadBytes(logName);
     std::size_t at = 0;
     for (std::size_t end; (end = all.find("\r\n", at)) != std::string::npos; at = end + 2) {
         const std::string line = all.substr(at, end - at);
@@ -159,12 +159,12 @@ int PlayCrowd(std::span<char*> words) {
 
 void RunCrowd(clsRun& run) {
     while (run.GoesOn()) {
-        const testing_prof::Child crowd(L"play-crowd " + std::to_wstring(run.Random(1u << 30)));
-        if (!crowd.endsWithin(60000)) {
+        const testing_prof::clsChild crowd(L"play-crowd " + std::to_wstring(run.Random(1u << 30)));
+        if (!crowd.EndsWithin(60000)) {
             run.Found("a process does not end");
-            crowd.kill();
+            crowd.Kill();
         }
-        const DWORD code = crowd.exitCode();
+        const DWORD code = crowd.ExitCode();
         run.Require(code == exitCode, "a process ended with " + std::to_string(code));
         run.Count("processes");
         CheckLog(run);

@@ -2,7 +2,7 @@
 // saved or the next one, whole, and no more than one temporary file is left beside it.
 #include "workloads.h"
 
-#include "win32/support/child.h"
+#include "support/child.h"
 
 #include <tvut22/tvut22.hpp>
 
@@ -31,7 +31,7 @@ std::wstring ValueOf(INT generation, INT place) {
     return L"generation " + std::to_wstring(generation) + L", value " + std::to_wstring(place);
 }
 
-// A profile of that generation. All values show it; how many there are differs.
+// A profile of that generation. All values tell it; how many there are differs.
 tvut22::profile MakeProfile(INT generation) {
     tvut22::profile job(ProfJobOpenW(nullptr));
     const INT count = 20 + generation * 7919 % 3000;
@@ -42,10 +42,10 @@ tvut22::profile MakeProfile(INT generation) {
     return job;
 }
 
-// As the file shows it: not every form is read back as it was saved, but this distinguishes all.
+// As the file tells it: not every form is read back as it was saved, but all are told apart by this.
 INT ToldGeneration(const std::wstring& file, const scForm& form) {
     if (form.flags == PROF_FORM_XFDF) {
-        const std::string text = testing_prof::readFile(file);
+        const std::string text = testing_prof::ReadBytes(file);
         const std::size_t value = text.find("<value>");
         return value == std::string::npos ? -1 : std::atoi(text.c_str() + value + 7);
     }
@@ -61,7 +61,7 @@ INT GenerationOf(const std::wstring& file, const scForm& form) {
         return 0;
     const INT generation = ToldGeneration(file, form);
     ProfSaveW(MakeProfile(generation).get(), L"expected.prf", form.flags);
-    return testing_prof::readFile(file) == testing_prof::readFile("expected.prf") ? generation : -1;
+    return testing_prof::ReadBytes(file) == testing_prof::ReadBytes("expected.prf") ? generation : -1;
 }
 
 // Removes all files but the forms' own; gives how many there were.
@@ -91,10 +91,10 @@ void RunKills(clsRun& run) {
     std::map<std::size_t, INT> last;
     for (std::size_t at = 0; run.GoesOn(); at = (at + 1) % std::size(forms)) {
         {
-            const testing_prof::Child saver(L"play-saver " + std::to_wstring(at));
+            const testing_prof::clsChild saver(L"play-saver " + std::to_wstring(at));
             Sleep(10 + run.Random(150));
-            run.Require(saver.runs(), std::string(forms[at].name) + ": a save failed");
-            saver.kill();
+            run.Require(saver.Runs(), std::string(forms[at].name) + ": a save failed");
+            saver.Kill();
         }
         const INT generation = GenerationOf(FileOf(forms[at]), forms[at]);
         if (generation < last[at]) {

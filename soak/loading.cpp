@@ -4,7 +4,7 @@
 
 #include "workloads.h"
 
-#include "win32/support/copy.h"
+#include "support/copy.h"
 
 #include <tvut22/prof.h>
 #include <tvut22/util.h>
@@ -19,7 +19,7 @@ namespace soak {
 
 namespace {
 
-using testing_prof::Copy;
+using testing_prof::clsCopy;
 using testing_prof::Handle;
 
 // A viewer that publishes itself and never reads.
@@ -57,22 +57,22 @@ class clsViewer {
 };
 
 // Something of everything, on a thread that may end before the copy goes or has ended long since.
-bool Use(const Copy& copy) {
+bool Use(const clsCopy& copy) {
     VARIANT variant;
-    bool good = copy.find(ProfGetVariantFromContents,
+    bool good = copy.Find(ProfGetVariantFromContents,
                           "ProfGetVariantFromContents")(L"no variant", &variant) == PROF_NOT_PARSED;
-    copy.find(UtilLOGPAN4Attach, "UtilLOGPAN4Attach")();
-    copy.find(UtilModuleOnAttach, "UtilModuleOnAttach")(L"module");
+    copy.Find(UtilLOGPAN4Attach, "UtilLOGPAN4Attach")();
+    copy.Find(UtilModuleOnAttach, "UtilModuleOnAttach")(L"module");
     const std::wstring name = L"job of thread " + std::to_wstring(GetCurrentThreadId());
-    const UtilJob job = copy.find(UtilJobOpen, "UtilJobOpen")(name.c_str(), UTIL_JOB_TRACE);
-    const UtilHeap heap = copy.find(UtilHeapCreate, "UtilHeapCreate")(job, L"H", UTIL_HEAP_DEBUG);
-    void* const object = copy.find(UtilHeapObjectAlloc, "UtilHeapObjectAlloc")(heap, 100, 0);
-    good = good && copy.find(UtilHeapObjectFree, "UtilHeapObjectFree")(heap, object) == UTIL_OK;
-    good = good && copy.find(UtilJobClose, "UtilJobClose")(job) == UTIL_HEAPS_LEFT;
-    copy.find(UtilModuleOnDetach, "UtilModuleOnDetach")(L"module");
-    const ProfJob profile = copy.find(ProfJobOpenW, "ProfJobOpenW")(nullptr);
-    copy.find(ProfSetIntW, "ProfSetIntW")(profile, nullptr, L"a/b", 1);
-    copy.find(ProfJobClose, "ProfJobClose")(profile);
+    const UtilJob job = copy.Find(UtilJobOpen, "UtilJobOpen")(name.c_str(), UTIL_JOB_TRACE);
+    const UtilHeap heap = copy.Find(UtilHeapCreate, "UtilHeapCreate")(job, L"H", UTIL_HEAP_DEBUG);
+    void* const object = copy.Find(UtilHeapObjectAlloc, "UtilHeapObjectAlloc")(heap, 100, 0);
+    good = good && copy.Find(UtilHeapObjectFree, "UtilHeapObjectFree")(heap, object) == UTIL_OK;
+    good = good && copy.Find(UtilJobClose, "UtilJobClose")(job) == UTIL_HEAPS_LEFT;
+    copy.Find(UtilModuleOnDetach, "UtilModuleOnDetach")(L"module");
+    const ProfJob profile = copy.Find(ProfJobOpenW, "ProfJobOpenW")(nullptr);
+    copy.Find(ProfSetIntW, "ProfSetIntW")(profile, nullptr, L"a/b", 1);
+    copy.Find(ProfJobClose, "ProfJobClose")(profile);
     return good;
 }
 
@@ -99,10 +99,10 @@ scHeld Held() {
 }
 
 void Cycle(clsRun& run, const std::array<std::wstring, 2>& files) {
-    std::array<std::unique_ptr<Copy>, 2> copies;
+    std::array<std::unique_ptr<clsCopy>, 2> copies;
     const unsigned count = 1 + run.Random(2);
     for (unsigned i = 0; i < count; ++i)
-        copies[i] = std::make_unique<Copy>(files[i]);
+        copies[i] = std::make_unique<clsCopy>(files[i]);
     std::vector<std::thread> threads;
     std::atomic<int> wrong{0};
     for (unsigned i = 0; i < count; ++i) {
@@ -125,7 +125,7 @@ void Cycle(clsRun& run, const std::array<std::wstring, 2>& files) {
 void RunLoading(clsRun& run) {
     const std::array<std::wstring, 2> files = {L".\\first.dll", L".\\second.dll"};
     for (const std::wstring& file : files)
-        Copy::makeFile(file);
+        clsCopy::MakeFile(file);
     clsViewer viewer;
     constexpr int warmUp = 50;
     scHeld before{};

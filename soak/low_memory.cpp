@@ -4,7 +4,7 @@
 // Between taking the address space and giving it back nothing here allocates.
 #include "workloads.h"
 
-#include "win32/support/files.h"
+#include "support/files.h"
 
 #include <tvut22/tvut22.hpp>
 #include <tvut22/util.h>
@@ -16,7 +16,7 @@ namespace soak {
 
 namespace {
 
-// Takes all address space but that number of blocks of 64 KB.
+// Takes all address space but so many blocks of 64 KB.
 class clsFullSpace {
   public:
     explicit clsFullSpace(clsRun& run) {

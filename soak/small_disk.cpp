@@ -1,7 +1,7 @@
 // A disk that is full at any moment: a save that fails leaves the old file, one that does not leaves the new.
 #include "workloads.h"
 
-#include "win32/support/files.h"
+#include "support/files.h"
 
 #include <tvut22/tvut22.hpp>
 
@@ -12,7 +12,7 @@ namespace soak {
 
 namespace {
 
-// Takes up that number of bytes of the disk, or all that are left.
+// Takes up so many bytes of the disk, as far as there are so many.
 class clsPadding {
   public:
     clsPadding(const std::wstring& path, unsigned bytes)
@@ -48,17 +48,17 @@ void RunSmallDisk(clsRun& run) {
     while (run.GoesOn()) {
         const UINT form = forms[run.Random(std::size(forms))];
         const tvut22::profile job = MakeProfile(run);
-        const std::string before = testing_prof::readFile(file);
+        const std::string before = testing_prof::ReadBytes(file);
         INT result = 0;
         {
             const clsPadding padding(folder + L"padding", run.Random(250'000));
             result = ProfSaveW(job.get(), file.c_str(), form);
         }
-        const std::string after = testing_prof::readFile(file);
+        const std::string after = testing_prof::ReadBytes(file);
         run.Count(result == PROF_OK ? "saves" : "refused saves");
         if (result == PROF_OK) {
             ProfSaveW(job.get(), L"expected.prf", form);
-            run.Require(after == testing_prof::readFile("expected.prf"),
+            run.Require(after == testing_prof::ReadBytes("expected.prf"),
                         "a save that succeeded is not whole");
         } else {
             run.Require(result == PROF_SAVE_FAILED, "a save gave " + std::to_string(result));

@@ -5,21 +5,27 @@
 #include "shown_lines.h"
 #include "text_message.h"
 
+#include "support/cases.h"
+
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace tool::logpan {
+
+using tvut::CaseRows, tvut::NarrowCase, tvut::scCaseRow, tvut::WideCase;
 
 namespace {
 
 using namespace std::chrono_literals;
 
 // A joiner under a clock of its own. Each line's text is its result.
-struct Bench {
+struct scBench {
     clsJoiner joiner;
     clsJoiner::Clock::time_point now{};
 
-    void packet(std::uint16_t port, char digit, std::wstring_view text, std::uint32_t thread = 1,
-                bool full = false) {
+    void AddPacket(std::uint16_t port, char digit, std::wstring_view text, std::uint32_t thread = 1,
+                   bool full = false) {
         scPacket packet;
         packet.thread = thread;
         packet.sequence = static_cast<std::uint32_t>(digit);
@@ -27,28 +33,28 @@ struct Bench {
         packet.full = full;
         joiner.Add(port, packet, now);
     }
-    void message(std::wstring_view text) { joiner.AddText(text, {2024, 1, 31, 9, 8, 7, 6}, now); }
+    void AddMessage(std::wstring_view text) { joiner.AddText(text, {2024, 1, 31, 9, 8, 7, 6}, now); }
 
-    std::wstring taken() {
+    std::wstring Taken() {
         std::wstring texts;
         while (const std::optional<scLine> line = joiner.Take(now))
             texts += line->text + L"|";
         return texts;
     }
-    std::wstring takenAfter(std::chrono::milliseconds time) {
+    std::wstring TakenAfter(std::chrono::milliseconds time) {
         now += time;
-        return taken();
+        return Taken();
     }
 };
 
-LinePtr lineOf(std::wstring text, std::wstring module = L"KX32UTIL") {
+LinePtr LineOf(std::wstring text, std::wstring module = L"KX32UTIL") {
     scLine line;
     line.text = std::move(text);
     line.module = std::move(module);
     return std::make_shared<const scLine>(std::move(line));
 }
 
-void addTo(clsStore& store, int number, std::wstring text = {}) {
+void AddTo(clsStore& store, int number, std::wstring text = {}) {
     if (text.empty())
         text = L"line " + std::to_wstring(number);
     scPacket packet;
@@ -60,48 +66,48 @@ void addTo(clsStore& store, int number, std::wstring text = {}) {
 } // namespace
 
 TEST(Joiner, JoinsPiecesAndKeepsTheOrderOfBeginnings) {
-    Bench bench;
-    bench.packet(1, '0', L"one ", 1, true);
-    bench.packet(2, '5', L"other");
-    bench.packet(1, '0', L"two ", 1, true);
-    bench.packet(2, '6', L"next");
-    EXPECT_EQ(bench.taken(), L"") << "what began first may still go on";
-    bench.packet(1, '0', L"three");
-    EXPECT_EQ(bench.takenAfter(clsJoiner::moment), L"one two three|other|next|");
-    bench.packet(1, '0', L"late piece");
-    bench.packet(1, '1', L"new");
-    EXPECT_EQ(bench.takenAfter(clsJoiner::moment), L"late piece|new|");
+    scBench bench;
+    bench.AddPacket(1, '0', L"one ", 1, true);
+    bench.AddPacket(2, '5', L"other");
+    bench.AddPacket(1, '0', L"two ", 1, true);
+    bench.AddPacket(2, '6', L"next");
+    EXPECT_EQ(bench.Taken(), L"") << "what began first may still go on";
+    bench.AddPacket(1, '0', L"three");
+    EXPECT_EQ(bench.TakenAfter(clsJoiner::moment), L"one two three|other|next|");
+    bench.AddPacket(1, '0', L"late piece");
+    bench.AddPacket(1, '1', L"new");
+    EXPECT_EQ(bench.TakenAfter(clsJoiner::moment), L"late piece|new|");
     EXPECT_EQ(bench.joiner.Missing(), 0u) << "a piece of a line that was shown is no gap";
 }
 
 TEST(Joiner, WaitsLongerForALineThatFilledItsDatagram) {
-    Bench bench;
-    bench.packet(1, '0', L"full", 1, true);
-    EXPECT_EQ(bench.takenAfter(clsJoiner::moment), L"");
-    EXPECT_EQ(bench.takenAfter(clsJoiner::longWhile), L"full|");
+    scBench bench;
+    bench.AddPacket(1, '0', L"full", 1, true);
+    EXPECT_EQ(bench.TakenAfter(clsJoiner::moment), L"");
+    EXPECT_EQ(bench.TakenAfter(clsJoiner::longWhile), L"full|");
     for (auto waited = 0ms; waited < clsJoiner::longest; waited += 500ms) {
-        bench.packet(1, '1', L".", 1, true);
-        EXPECT_EQ(bench.takenAfter(500ms) == L"", waited + 500ms < clsJoiner::longest)
+        bench.AddPacket(1, '1', L".", 1, true);
+        EXPECT_EQ(bench.TakenAfter(500ms) == L"", waited + 500ms < clsJoiner::longest)
             << "endless pieces end";
     }
 }
 
 TEST(Joiner, CountsMissingLinesBySender) {
-    Bench bench;
+    scBench bench;
     std::uint32_t thread = 1; // another one each time: no line is a piece of the one before
     for (const char digit : {'8', '9', '0', '4', '5', '5', 'x', '2', '3'})
-        bench.packet(1, digit, L"", thread++);
+        bench.AddPacket(1, digit, L"", thread++);
     EXPECT_EQ(bench.joiner.Missing(), 3u + 9u);
-    bench.packet(2, '7', L"");
-    bench.packet(2, '9', L"");
+    bench.AddPacket(2, '7', L"");
+    bench.AddPacket(2, '9', L"");
     EXPECT_EQ(bench.joiner.Missing(), 3u + 9u + 1u);
 }
 
 TEST(Joiner, IsBounded) {
-    Bench bench;
+    scBench bench;
     const std::wstring piece(30'000, L'x');
     for (int at = 0; at < 5; ++at)
-        bench.packet(1, '0', piece, 1, true);
+        bench.AddPacket(1, '0', piece, 1, true);
     bench.now += clsJoiner::longest;
     const std::optional<scLine> cut = bench.joiner.Take(bench.now);
     ASSERT_TRUE(cut);
@@ -110,8 +116,8 @@ TEST(Joiner, IsBounded) {
 
     std::size_t early = 0;
     for (unsigned at = 0; at < 20'000; ++at) {
-        bench.packet(static_cast<std::uint16_t>(at), '0', at % 4 == 0 ? std::wstring_view{piece} : L"", at,
-                     true);
+        bench.AddPacket(static_cast<std::uint16_t>(at), '0', at % 4 == 0 ? std::wstring_view{piece} : L"", at,
+                        true);
         while (bench.joiner.Take(bench.now))
             ++early;
     }
@@ -119,15 +125,16 @@ TEST(Joiner, IsBounded) {
 }
 
 TEST(Joiner, SeparatesIndentationAndLineEnd) {
-    struct Case {
+    struct scCase {
         std::wstring_view sent;
         std::size_t level;
         std::wstring_view text;
     };
-    for (const Case& at : {Case{L"  text \r\n", 2, L"text "}, Case{L"text", 0, L"text"}, Case{L"   ", 3, L""},
-                           Case{L"\r\n", 0, L""}, Case{L" \na\n\n", 1, L"\na"}}) {
-        Bench bench;
-        bench.packet(1, '0', at.sent);
+    for (const scCase& at :
+         {scCase{L"  text \r\n", 2, L"text "}, scCase{L"text", 0, L"text"}, scCase{L"   ", 3, L""},
+          scCase{L"\r\n", 0, L""}, scCase{L" \na\n\n", 1, L"\na"}}) {
+        scBench bench;
+        bench.AddPacket(1, '0', at.sent);
         bench.now += clsJoiner::moment;
         const std::optional<scLine> line = bench.joiner.Take(bench.now);
         ASSERT_TRUE(line);
@@ -137,92 +144,55 @@ TEST(Joiner, SeparatesIndentationAndLineEnd) {
 }
 
 // The library's own reports bear the host program's name in their text. One that is longer than its columns
-// counts once it is known: a colon behind a word is no rarity.
+// counts once it is known: a colon after a word is common.
 TEST(Joiner, TakesTheHostsNameFromReports) {
-    struct Case {
-        std::wstring_view sent;
-        std::wstring_view module;
-        std::size_t level;
-        std::wstring_view text;
-        Severity severity = Severity::none;
-    };
-    constexpr Case cases[] = {
-        {L"heaps   :Error: clsHeap[]\n", L"heaps", 0, L"Error: clsHeap[]", Severity::error},
-        {L"  heaps   :  Warning: left\n", L"heaps", 4, L"Warning: left", Severity::warning},
-        {L"a b     :->3", L"a b", 0, L"->3"},
-        {L"settings: more", L"", 0, L"settings: more"},
-        {L"settings:8080", L"", 0, L"settings:8080"},
-        {L"settings:WRN: left", L"settings", 0, L"WRN: left", Severity::warning},
-        {L"settings: more", L"settings", 1, L"more"},
-        {L"report viewer: more", L"", 0, L"report viewer: more"},
-        {L"++report viewer.exe [C:\\r.exe] [r]", L"", 0, L"++report viewer.exe [C:\\r.exe] [r]"},
-        {L"report viewer: more", L"report viewer", 1, L"more"},
-        {L"customers:UtilJobOpen('A',0)", L"customers", 0, L"UtilJobOpen('A',0)"},
-        {L"heaps   Error: no colon", L"", 0, L"heaps   Error: no colon"},
-        {L"heaps  :Error: too short", L"", 0, L"heaps  :Error: too short"},
-        {L"C:/a/b/c:Error: a path", L"", 0, L"C:/a/b/c:Error: a path"},
-        {L"        :Error: no name", L"", 8, L":Error: no name"},
-        {L"\nKX32UTIL['a']: error in 'b' (c): d\n", L"", 0, L"\nKX32UTIL['a']: error in 'b' (c): d",
-         Severity::error},
-        {L"PROF load error line 3: 'x'", L"", 0, L"PROF load error line 3: 'x'", Severity::error},
-    };
-    Bench bench;
-    for (const Case& at : cases) {
-        bench.packet(1, static_cast<char>('0' + (&at - cases) % 10), at.sent);
+    const std::map<std::u16string, Severity> severities{
+        {u"none", Severity::none}, {u"warning", Severity::warning}, {u"error", Severity::error}};
+    scBench bench;
+    char digit = '0';
+    for (const scCaseRow& row : CaseRows("logpan/reports", 5)) {
+        bench.AddPacket(1, digit, WideCase(row[0]));
+        digit = digit == '9' ? '0' : static_cast<char>(digit + 1);
         bench.now += clsJoiner::moment;
         const std::optional<scLine> line = bench.joiner.Take(bench.now);
         ASSERT_TRUE(line);
-        EXPECT_EQ(line->module, at.module) << &at - cases;
-        EXPECT_EQ(line->level, at.level) << &at - cases;
-        EXPECT_EQ(line->text, at.text);
-        EXPECT_EQ(SeverityOf(line->text), at.severity) << &at - cases;
+        EXPECT_EQ(line->module, WideCase(row[1])) << row.where;
+        EXPECT_EQ(std::to_string(line->level), NarrowCase(row[2])) << row.where;
+        EXPECT_EQ(line->text, WideCase(row[3])) << row.where;
+        EXPECT_EQ(SeverityOf(line->text), severities.at(row[4])) << row.where;
     }
 }
 
 TEST(TextMessage, IsTakenApartWhereItHasColumns) {
-    struct Case {
-        std::wstring_view message;
-        std::wstring_view plain; // empty: it has none
-    };
-    constexpr Case cases[] = {
-        {L"KX32UTIL: 12:34:56.789 0000abcd/0f 7    two", L"12:34:56.789 KX32UTIL 0000abcd/0f 7   two"},
-        {L"App     : 34:56.789 ffffffff/00 0  text", L"00:34:56.789 App      ffffffff/00 0 text"},
-        {L"12:34:56.789 00000001/01 9 worker text", L"12:34:56.789          00000001/01 9 worker text"},
-        {L"12:34:56.789 0000abcd/01 7", L""},
-        {L"12:34:56.78 0000abcd/01 7  x", L""},
-        {L": ", L""},
-        {L"error: nothing", L""},
-        {L"", L""},
-    };
-    for (const Case& at : cases) {
-        const std::optional<scLine> line = ParseTextMessage(at.message);
-        ASSERT_EQ(line.has_value(), !at.plain.empty()) << std::string(at.message.begin(), at.message.end());
-        if (!line)
+    for (const scCaseRow& row : CaseRows("logpan/messages", 2)) {
+        const std::wstring message = WideCase(row[0]);
+        ASSERT_EQ(ParseTextMessage(message).has_value(), !row[1].empty()) << row.where;
+        if (row[1].empty())
             continue;
-        Bench bench; // which splits off the indentation
-        bench.message(at.message);
+        scBench bench; // which splits off the indentation
+        bench.AddMessage(message);
         bench.now += clsJoiner::moment;
-        EXPECT_EQ(PlainLine(*bench.joiner.Take(bench.now)), at.plain);
+        EXPECT_EQ(PlainLine(*bench.joiner.Take(bench.now)), WideCase(row[1])) << row.where;
     }
 }
 
-TEST(TextMessage, GoesOnBehindOneThatIsFull) {
-    Bench bench;
+TEST(TextMessage, GoesOnAfterOneThatIsFull) {
+    scBench bench;
     const std::wstring full = L"12:34:56.789 00000001/01 9  " + std::wstring(longestTextMessage - 28, L'x');
-    bench.message(full);
-    bench.message(L"tail");
-    bench.message(L"alone");
-    bench.message(L"12:34:56.789 00000001/01 0  next");
-    EXPECT_EQ(bench.takenAfter(clsJoiner::moment), full.substr(28) + L"tail|alone|next|");
+    bench.AddMessage(full);
+    bench.AddMessage(L"tail");
+    bench.AddMessage(L"alone");
+    bench.AddMessage(L"12:34:56.789 00000001/01 0  next");
+    EXPECT_EQ(bench.TakenAfter(clsJoiner::moment), full.substr(28) + L"tail|alone|next|");
 }
 
 TEST(Columns, PrintHostileLinesHarmlessly) {
-    struct Case {
+    struct scCase {
         scLine line;
         std::wstring_view plain;
         std::wstring_view json;
     };
-    const Case cases[] = {
+    const scCase cases[] = {
         {{{2024, 1, 31, 12, 34, 56, 789}, L"KX32UTIL", 0xabcd, 3, '7', 5000, 2, L"ERR: no \"x\""},
          L"12:34:56.789 KX32UTIL 0000abcd/03 7   ERR: no \"x\"",
          LR"({"time":"2024-01-31T12:34:56.789","module":"KX32UTIL","thread":"0000abcd","processor":"03","sequence":7,)"
@@ -243,36 +213,21 @@ TEST(Columns, PrintHostileLinesHarmlessly) {
          L"00:00:00.000          00000000/00 0 \xd83d\xde00 \\ud83d\u00de\\udc00\\ud800",
          L"{\"time\":null,\"module\":\"\",\"thread\":\"00000000\",\"processor\":\"00\",\"sequence\":0,"
          L"\"port\":0,\"level\":0,"
-         L"\"severity\":\"\",\"text\":\"\xd83d\xde00 \xfffd\u00de\xfffd\xfffd\"}"},
-    };
-    for (const Case& at : cases) {
+         L"\"severity\":\"\",\"text\":\"\xd83d\xde00 \xfffd\u00de\xfffd\xfffd\"}"}};
+    for (const scCase& at : cases) {
         EXPECT_EQ(PlainLine(at.line), at.plain);
         EXPECT_EQ(JsonLine(at.line), at.json);
     }
 }
 
 TEST(Filter, ShowsByTextOrModule) {
-    constexpr auto substring = PatternKind::substring;
-    constexpr auto regular = PatternKind::regularExpression;
-    struct Case {
-        std::wstring_view include;
-        std::wstring_view exclude;
-        PatternKind kind;
-        bool shown; // of "KX32UTIL", "Heap 7 destroyed (2 objects)"
-    };
-    constexpr Case cases[] = {
-        {L"", L"", substring, true},        {L"heap", L"", substring, true},
-        {L"kx32", L"", substring, true},    {L"HEAP 7 DES", L"", substring, true},
-        {L"heap 8", L"", substring, false}, {L"", L"heap", substring, false},
-        {L"heap", L"(2", substring, false}, {L"", L"other", substring, true},
-        {L"heap.", L"", substring, false},  {L"^heap \\d+", L"", regular, true},
-        {L"^util|obj", L"", regular, true}, {L"^\\d", L"", regular, false},
-        {L"", L"util$", regular, false},    {L"destroyed$", L"", regular, false},
-    };
-    const LinePtr line = lineOf(L"Heap 7 destroyed (2 objects)");
-    for (const Case& at : cases)
-        EXPECT_EQ((scFilter{{at.include, at.kind}, {at.exclude, at.kind}}.Shows(*line)), at.shown)
-            << &at - cases;
+    const LinePtr line = LineOf(L"Heap 7 destroyed (2 objects)");
+    for (const scCaseRow& row : CaseRows("logpan/filters", 4)) {
+        const PatternKind kind =
+            row[2] == u"regular" ? PatternKind::regularExpression : PatternKind::substring;
+        const scFilter filter{{WideCase(row[0]), kind}, {WideCase(row[1]), kind}};
+        EXPECT_EQ(filter.Shows(*line), row[3] == u"true") << row.where;
+    }
 }
 
 TEST(Filter, RefusesPatternsThatAreNone) {
@@ -284,7 +239,7 @@ TEST(Filter, RefusesPatternsThatAreNone) {
 
 // The pattern decides nothing then, so the line is shown.
 TEST(Filter, GivesUpWhereALineWouldHangOrCrashIt) {
-    const LinePtr line = lineOf(std::wstring(100'000, L'a'));
+    const LinePtr line = LineOf(std::wstring(100'000, L'a'));
     for (const std::wstring_view pattern :
          {L"(a+)+b", L"(a|aa)+$b", L"(.|\\n)*x", L"((a*)*)*c", L"(?:a?){90}a{90}z"}) {
         const clsPattern hard{pattern, PatternKind::regularExpression};
@@ -300,22 +255,22 @@ TEST(Ring, HoldsSoManyLinesAndBytes) {
     clsRing byLines{3, 1 << 20};
     clsRing byBytes{1000, 10'000};
     for (int at = 0; at < 100; ++at) {
-        byLines.Push(lineOf(std::to_wstring(at)));
-        byBytes.Push(lineOf(std::wstring(500, L'x')));
+        byLines.Push(LineOf(std::to_wstring(at)));
+        byBytes.Push(LineOf(std::wstring(500, L'x')));
     }
     EXPECT_EQ(byLines.First(), 97u);
     EXPECT_EQ(byLines.At(97)->text, L"97");
     EXPECT_EQ(byLines.end(), 100u);
     EXPECT_GT(byBytes.size(), 1u);
     EXPECT_LT(byBytes.size(), 20u);
-    byBytes.Push(lineOf(std::wstring(60'000, L'x')));
+    byBytes.Push(LineOf(std::wstring(60'000, L'x')));
     EXPECT_EQ(byBytes.size(), 1u) << "the newest one stays, however long";
 }
 
 TEST(Store, TellsAReaderWhatItMissed) {
     clsStore store{10, 1 << 20};
     for (int at = 0; at < 25; ++at)
-        addTo(store, at);
+        AddTo(store, at);
     store.Refuse();
     store.Stop();
     std::uint64_t next = 0;
@@ -337,7 +292,7 @@ TEST(ShownLines, FollowFilterPauseAndTrim) {
     clsStore store{1000, 1 << 20};
     clsShownLines shown{store, 100, 1 << 20};
     for (int at = 0; at < 500; ++at)
-        addTo(store, at);
+        AddTo(store, at);
     store.Stop();
     const auto advance = [&](std::optional<std::uint64_t> limit = {}) {
         while (shown.Advance(1ms, limit)) {
@@ -359,18 +314,18 @@ TEST(ShownLines, FollowFilterPauseAndTrim) {
 
 // Rows outlive their lines in the store, which are held all the same then, and are bounded as the store is.
 TEST(ShownLines, CountAndBoundWhatOnlyTheyHold) {
-    struct Case {
+    struct scCase {
         std::size_t mostLines;
         std::size_t mostBytes;
         std::size_t rows; // that are left of 108
     };
     constexpr std::size_t length = 1000;
     constexpr std::size_t tenLines = 10 * (sizeof(scLine) + (length + 100) * sizeof(wchar_t));
-    for (const Case& at : {Case{100, 1 << 20, 108}, Case{90, 1 << 20, 90}, Case{100, tenLines, 10}}) {
+    for (const scCase& at : {scCase{100, 1 << 20, 108}, scCase{90, 1 << 20, 90}, scCase{100, tenLines, 10}}) {
         clsStore store{at.mostLines, at.mostBytes};
         clsShownLines shown{store, at.mostLines, at.mostBytes};
         for (int line = 0; line <= 108; ++line) {
-            line < 108 ? addTo(store, line, std::wstring(length, L'x')) : store.Stop();
+            line < 108 ? AddTo(store, line, std::wstring(length, L'x')) : store.Stop();
             while (shown.Advance(1ms)) {
             }
         }

@@ -1,53 +1,38 @@
 // What a viewer publishes, and what happens when there was one before.
 #include "viewer.h"
 
+#include "support/shared_view.h"
+
 namespace logpan_test {
 
 namespace {
 
-template <class T>
-class Mapping {
-  public:
-    explicit Mapping(const wchar_t* name)
-        : handle_(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(T), name)),
-          view_(static_cast<T*>(MapViewOfFile(handle_.get(), FILE_MAP_WRITE, 0, 0, sizeof(T)))) {}
-    ~Mapping() { UnmapViewOfFile(view_); }
-    Mapping(const Mapping&) = delete;
-    Mapping& operator=(const Mapping&) = delete;
-    T* operator->() const { return view_; }
-    T& operator*() const { return *view_; }
-
-  private:
-    prof_test::OwnedHandle handle_;
-    T* view_;
-};
-
-HWND windowOf(UINT32 handle) {
+HWND WindowOf(UINT32 handle) {
     return reinterpret_cast<HWND>(static_cast<UINT_PTR>(handle));
 }
 
 } // namespace
 
 TEST(Publication, TakesOverWhatADeadViewerLeft) {
-    const Mapping<LogpanSharedInfo> info{LOGPAN_SHARED_INFO_LOCAL};
-    const Mapping<UINT32> window{LOGPAN_GLOBAL_DATA};
+    const testing_prof::clsSharedView<LogpanSharedInfo> info{LOGPAN_SHARED_INFO_LOCAL};
+    const testing_prof::clsSharedView<UINT32> window{LOGPAN_GLOBAL_DATA};
     *info = {32, 1, ~0ull, 77, 0x1234};
     *window = 0x1234;
-    Viewer viewer{"--console --max-lines 1"};
-    const UINT32 port = viewer.port();
+    clsViewer viewer{"--console --max-lines 1"};
+    const UINT32 port = viewer.Port();
     ASSERT_NE(port, 0u);
     EXPECT_EQ(info->size, 32u) << "never shrinks: senders may have mapped it whole";
     EXPECT_EQ(info->port, port);
     EXPECT_NE(info->mask, 0u);
     EXPECT_EQ(info->largestDatagram, 65507u);
     wchar_t className[32] = {};
-    GetClassNameW(windowOf(info->window), className, static_cast<int>(std::size(className)));
+    GetClassNameW(WindowOf(info->window), className, static_cast<int>(std::size(className)));
     EXPECT_STREQ(className, LOGPAN_WINDOW_CLASS);
     EXPECT_EQ(*window, info->window);
-    EXPECT_EQ(FindWindowW(LOGPAN_WINDOW_CLASS, nullptr), windowOf(*window));
+    EXPECT_EQ(FindWindowW(LOGPAN_WINDOW_CLASS, nullptr), WindowOf(*window));
 
-    Sender{port}.line(L"the only one", '0');
-    viewer.expect("received 1, shown 1, lost 0, refused 0, skipped 0");
+    clsSender{port}.Line(L"the only one", '0');
+    viewer.Expect("received 1, shown 1, lost 0, refused 0, skipped 0");
     EXPECT_EQ(info->mask, 0u);
     EXPECT_EQ(info->port, 0u);
     EXPECT_EQ(info->window, 0u);
@@ -55,26 +40,26 @@ TEST(Publication, TakesOverWhatADeadViewerLeft) {
 }
 
 TEST(Publication, LeavesRoomForOneViewer) {
-    Viewer first{"--json"};
-    ASSERT_NE(first.port(), 0u);
+    clsViewer first{"--json"};
+    ASSERT_NE(first.Port(), 0u);
     for (const char* program : {LOGPAN_CONSOLE, LOGPAN_WINDOW}) {
-        const Outcome second = Viewer{"--console", program}.finish();
+        const scOutcome second = clsViewer{"--console", program}.Finish();
         EXPECT_EQ(second.code, 3u);
         EXPECT_EQ(second.err, "logpan: another logpan is running; there can be one in a session\n");
     }
-    first.kill();
-    first.finish();
-    Viewer next{"--console --exit-after 0.1"};
-    EXPECT_NE(next.port(), 0u) << "a dead one stands in nobody's way";
-    next.finish();
+    first.Kill();
+    first.Finish();
+    clsViewer next{"--console --exit-after 0.1"};
+    EXPECT_NE(next.Port(), 0u) << "a dead one stands in nobody's way";
+    next.Finish();
 }
 
 TEST(Publication, IsMadeByBothPrograms) {
     for (const char* program : {LOGPAN_CONSOLE, LOGPAN_WINDOW}) {
-        Viewer viewer{"--console --max-lines 1", program};
-        const Sender sender{viewer.port()};
-        sender.line(L"to either", '0');
-        EXPECT_EQ(viewer.expect("received 1, shown 1, lost 0, refused 0, skipped 0").out,
+        clsViewer viewer{"--console --max-lines 1", program};
+        const clsSender sender{viewer.Port()};
+        sender.Line(L"to either", '0');
+        EXPECT_EQ(viewer.Expect("received 1, shown 1, lost 0, refused 0, skipped 0").out,
                   "12:34:56.789 KX32UTIL 00001234/01 0 to either\n");
     }
 }

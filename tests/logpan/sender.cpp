@@ -1,25 +1,25 @@
 #include "sender.h"
 
+#include "support/files.h"
+
 #include <cstring>
 #include <cwchar>
 #include <string>
 
 namespace logpan_test {
 
-LogpanSharedInfo publishedInfo() {
+LogpanSharedInfo PublishedInfo() {
     LogpanSharedInfo info{};
-    const HANDLE mapping = OpenFileMappingW(FILE_MAP_READ, FALSE, LOGPAN_SHARED_INFO_LOCAL);
-    if (mapping == nullptr)
-        return info;
-    if (const void* view = MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, sizeof info)) {
+    const testing_prof::Handle mapping(OpenFileMappingW(FILE_MAP_READ, FALSE, LOGPAN_SHARED_INFO_LOCAL));
+    if (const void* view =
+            mapping ? MapViewOfFile(mapping.get(), FILE_MAP_READ, 0, 0, sizeof info) : nullptr) {
         std::memcpy(&info, view, sizeof info);
         UnmapViewOfFile(view);
     }
-    CloseHandle(mapping);
     return info;
 }
 
-LogpanPacketHeader headerOf(const wchar_t* tag, char sequence) {
+LogpanPacketHeader HeaderOf(const wchar_t* tag, char sequence) {
     LogpanPacketHeader header{};
     header.headerSize = sizeof header;
     header.time = {2024, 1, 3, 31, 12, 34, 56, 789};
@@ -31,7 +31,7 @@ LogpanPacketHeader headerOf(const wchar_t* tag, char sequence) {
     return header;
 }
 
-Sender::Sender(UINT32 port) {
+clsSender::clsSender(UINT32 port) {
     WSADATA facts;
     WSAStartup(MAKEWORD(2, 2), &facts);
     socket_ = socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
@@ -46,37 +46,33 @@ Sender::Sender(UINT32 port) {
     port_ = ntohs(own.sin_port);
 }
 
-Sender::~Sender() {
+clsSender::~clsSender() {
     closesocket(socket_);
     WSACleanup();
 }
 
-void Sender::sendBytes(const void* bytes, std::size_t size) const {
+void clsSender::SendBytes(const void* bytes, std::size_t size) const {
     sendto(socket_, static_cast<const char*>(bytes), static_cast<int>(size), 0,
            reinterpret_cast<const sockaddr*>(&viewer_), sizeof viewer_);
 }
 
-void Sender::send(LogpanPacketHeader header, std::wstring_view text) const {
+void clsSender::Send(LogpanPacketHeader header, std::wstring_view text) const {
     header.textBytes = static_cast<UINT32>(text.size() * sizeof(wchar_t));
-    sendAsIs(header, text);
+    SendAsIs(header, text);
 }
 
-void Sender::sendAsIs(const LogpanPacketHeader& header, std::wstring_view text) const {
+void clsSender::SendAsIs(const LogpanPacketHeader& header, std::wstring_view text) const {
     std::string bytes(reinterpret_cast<const char*>(&header), sizeof header);
     bytes.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t));
-    sendBytes(bytes.data(), bytes.size());
+    SendBytes(bytes.data(), bytes.size());
 }
 
-bool sendToMailslot(std::string_view message) {
-    const HANDLE mailslot = CreateFileW(LOGPAN_MAILSLOT, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (mailslot == INVALID_HANDLE_VALUE)
-        return false;
+bool SendToMailslot(std::string_view message) {
+    const testing_prof::Handle mailslot =
+        testing_prof::OpenExisting(LOGPAN_MAILSLOT, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
     DWORD written = 0;
-    const bool sent =
-        WriteFile(mailslot, message.data(), static_cast<DWORD>(message.size()), &written, nullptr) != 0;
-    CloseHandle(mailslot);
-    return sent;
+    return mailslot &&
+           WriteFile(mailslot.get(), message.data(), static_cast<DWORD>(message.size()), &written, nullptr);
 }
 
 } // namespace logpan_test

@@ -11,28 +11,28 @@
 namespace logpan_test {
 
 // What the viewer has published by now; all zeros when nothing is.
-LogpanSharedInfo publishedInfo();
+LogpanSharedInfo PublishedInfo();
 
 // A header like the library's own writer makes: Wednesday 2024-01-31 12:34:56.789, thread 0x1234, CPU 1.
-LogpanPacketHeader headerOf(const wchar_t* tag, char sequence);
+LogpanPacketHeader HeaderOf(const wchar_t* tag, char sequence);
 
 // A socket, and with it a port that the viewer tells senders by.
-class Sender {
+class clsSender {
   public:
-    explicit Sender(UINT32 port);
-    ~Sender();
-    Sender(const Sender&) = delete;
-    Sender& operator=(const Sender&) = delete;
+    explicit clsSender(UINT32 port);
+    ~clsSender();
+    clsSender(const clsSender&) = delete;
+    clsSender& operator=(const clsSender&) = delete;
 
-    unsigned short port() const { return port_; }
+    unsigned short Port() const { return port_; }
 
-    void sendBytes(const void* bytes, std::size_t size) const;
-    // The header with the text behind it, and the text's length in the header.
-    void send(LogpanPacketHeader header, std::wstring_view text) const;
+    void SendBytes(const void* bytes, std::size_t size) const;
+    // The header with the text after it, and the text's length in the header.
+    void Send(LogpanPacketHeader header, std::wstring_view text) const;
     // The same, with whatever length the header says.
-    void sendAsIs(const LogpanPacketHeader& header, std::wstring_view text) const;
+    void SendAsIs(const LogpanPacketHeader& header, std::wstring_view text) const;
     // A whole line with that last digit of its number.
-    void line(std::wstring_view text, char sequence) const { send(headerOf(L"KX32UTIL", sequence), text); }
+    void Line(std::wstring_view text, char sequence) const { Send(HeaderOf(L"KX32UTIL", sequence), text); }
 
   private:
     SOCKET socket_;
@@ -40,6 +40,6 @@ class Sender {
     unsigned short port_ = 0;
 };
 
-bool sendToMailslot(std::string_view message);
+bool SendToMailslot(std::string_view message);
 
 } // namespace logpan_test

@@ -11,25 +11,25 @@
 
 namespace logpan_test {
 
-using prof_test::Outcome;
+using prof_test::scOutcome;
 
-class Viewer : public prof_test::Process {
+class clsViewer : public prof_test::clsProcess {
   public:
     // What follows "logpan" on its command line.
-    explicit Viewer(const std::string& arguments, const char* program = LOGPAN_CONSOLE)
-        : Process(withDesktop(program), "logpan " + arguments, std::filesystem::current_path()) {}
+    explicit clsViewer(const std::string& arguments, const char* program = LOGPAN_CONSOLE)
+        : clsProcess(WithDesktop(program), "logpan " + arguments, std::filesystem::current_path()) {}
 
     // Waits until it listens; 0 when it does not.
-    UINT32 port() {
+    UINT32 Port() {
         constexpr std::string_view ready = "listening on port ";
-        const std::string said = waitForError("\n");
+        const std::string said = WaitForError("\n");
         const std::size_t at = said.find(ready);
         return at == std::string::npos ? 0 : static_cast<UINT32>(std::stoul(said.substr(at + ready.size())));
     }
 
     // Its end, with the lines that it printed. What it said last counts them.
-    Outcome expect(const std::string& counters) {
-        Outcome outcome = finish();
+    scOutcome Expect(const std::string& counters) {
+        scOutcome outcome = Finish();
         EXPECT_EQ(outcome.code, 0u);
         EXPECT_TRUE(outcome.err.ends_with("logpan: " + counters + "\n")) << outcome.err;
         return outcome;
@@ -37,7 +37,7 @@ class Viewer : public prof_test::Process {
 
   private:
     // A session's first window may start a program that lives on, which must not inherit the viewer's pipes.
-    static std::filesystem::path withDesktop(const char* program) {
+    static std::filesystem::path WithDesktop(const char* program) {
         GetDesktopWindow();
         return std::filesystem::absolute(program);
     }

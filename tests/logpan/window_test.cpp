@@ -9,8 +9,8 @@ namespace logpan_test {
 
 namespace {
 
-HWND publishedWindow() {
-    return reinterpret_cast<HWND>(static_cast<UINT_PTR>(publishedInfo().window));
+HWND PublishedWindow() {
+    return reinterpret_cast<HWND>(static_cast<UINT_PTR>(PublishedInfo().window));
 }
 
 class Window : public ::testing::Test {
@@ -18,29 +18,29 @@ class Window : public ::testing::Test {
     // A window shows new lines by a timer of its own, so there is nothing to wait on but the window; ctest
     // ends a test that waits for ever.
     template <class Condition>
-    static void until(Condition condition) {
+    static void Until(Condition condition) {
         while (!condition())
             Sleep(1);
     }
 
     void SetUp() override {
-        until([] { return publishedInfo().mask != 0; });
-        window_ = publishedWindow();
-        until([this] { return IsWindowVisible(window_) != 0; });
+        Until([] { return PublishedInfo().mask != 0; });
+        window_ = PublishedWindow();
+        Until([this] { return IsWindowVisible(window_) != 0; });
     }
 
-    LRESULT tell(int control, UINT message, WPARAM first = 0, LPARAM second = 0) const {
+    LRESULT Tell(int control, UINT message, WPARAM first = 0, LPARAM second = 0) const {
         return SendMessageW(GetDlgItem(window_, control), message, first, second);
     }
-    void command(int id) const { SendMessageW(window_, WM_COMMAND, static_cast<WPARAM>(id), 0); }
-    LRESULT rows() const { return tell(ID_LINES, LVM_GETITEMCOUNT); }
-    void type(int box, const wchar_t* text) const {
-        tell(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
+    void Command(int id) const { SendMessageW(window_, WM_COMMAND, static_cast<WPARAM>(id), 0); }
+    LRESULT Rows() const { return Tell(ID_LINES, LVM_GETITEMCOUNT); }
+    void Type(int box, const wchar_t* text) const {
+        Tell(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
     }
-    bool isChecked(int box) const { return tell(box, BM_GETCHECK) == BST_CHECKED; }
-    std::wstring copied() const {
-        command(ID_SELECT_ALL);
-        command(ID_COPY);
+    bool IsChecked(int box) const { return Tell(box, BM_GETCHECK) == BST_CHECKED; }
+    std::wstring Copied() const {
+        Command(ID_SELECT_ALL);
+        Command(ID_COPY);
         std::wstring text;
         if (!OpenClipboard(nullptr))
             return text;
@@ -52,54 +52,54 @@ class Window : public ::testing::Test {
         return text;
     }
 
-    Viewer viewer_{"--capacity 100", LOGPAN_WINDOW};
+    clsViewer viewer_{"--capacity 100", LOGPAN_WINDOW};
     HWND window_ = nullptr;
 };
 
 } // namespace
 
 TEST_F(Window, ShowsFiltersPausesCopiesAndClears) {
-    const Sender sender{publishedInfo().port};
+    const clsSender sender{PublishedInfo().port};
     char digit = '0';
     for (const wchar_t* text : {L"alpha", L"  ERR: beta", L"gamma", L"gamma 2"})
-        sender.line(text, digit++);
-    until([this] { return rows() == 4; });
-    type(ID_EXCLUDE, L"GAMMA");
-    EXPECT_EQ(rows(), 2);
-    EXPECT_EQ(copied(), L"12:34:56.789 KX32UTIL 00001234/01 0 alpha\r\n"
+        sender.Line(text, digit++);
+    Until([this] { return Rows() == 4; });
+    Type(ID_EXCLUDE, L"GAMMA");
+    EXPECT_EQ(Rows(), 2);
+    EXPECT_EQ(Copied(), L"12:34:56.789 KX32UTIL 00001234/01 0 alpha\r\n"
                         L"12:34:56.789 KX32UTIL 00001234/01 1   ERR: beta\r\n");
-    type(ID_INCLUDE, L"^(alpha|gamma)$");
-    EXPECT_EQ(rows(), 0);
-    command(ID_REGULAR);
-    EXPECT_TRUE(isChecked(ID_REGULAR));
-    EXPECT_EQ(rows(), 1);
-    type(ID_INCLUDE, L"^(alpha");
-    EXPECT_EQ(rows(), 1) << "the filter before stays until this one is whole";
-    command(ID_CLEAR_FILTER);
-    EXPECT_EQ(rows(), 4);
+    Type(ID_INCLUDE, L"^(alpha|gamma)$");
+    EXPECT_EQ(Rows(), 0);
+    Command(ID_REGULAR);
+    EXPECT_TRUE(IsChecked(ID_REGULAR));
+    EXPECT_EQ(Rows(), 1);
+    Type(ID_INCLUDE, L"^(alpha");
+    EXPECT_EQ(Rows(), 1) << "the filter before stays until this one is whole";
+    Command(ID_CLEAR_FILTER);
+    EXPECT_EQ(Rows(), 4);
 
-    command(ID_PAUSE);
-    sender.line(L"while paused", digit++);
-    command(ID_REGULAR);
-    EXPECT_EQ(rows(), 4);
-    command(ID_PAUSE);
-    until([this] { return rows() == 5; });
+    Command(ID_PAUSE);
+    sender.Line(L"while paused", digit++);
+    Command(ID_REGULAR);
+    EXPECT_EQ(Rows(), 4);
+    Command(ID_PAUSE);
+    Until([this] { return Rows() == 5; });
 
     for (int at = 0; at < 300; ++at)
-        sender.line(L"many", static_cast<char>('0' + (at + 5) % 10));
-    sender.line(L"last", '5');
-    type(ID_INCLUDE, L"last");
-    until([this] { return rows() == 1; });
-    type(ID_INCLUDE, L"");
-    until([this] { return rows() == 100; });
+        sender.Line(L"many", static_cast<char>('0' + (at + 5) % 10));
+    sender.Line(L"last", '5');
+    Type(ID_INCLUDE, L"last");
+    Until([this] { return Rows() == 1; });
+    Type(ID_INCLUDE, L"");
+    Until([this] { return Rows() == 100; });
 
-    command(ID_FOLLOW);
-    EXPECT_FALSE(isChecked(ID_FOLLOW));
-    command(ID_CLEAR);
-    EXPECT_EQ(rows(), 0);
+    Command(ID_FOLLOW);
+    EXPECT_FALSE(IsChecked(ID_FOLLOW));
+    Command(ID_CLEAR);
+    EXPECT_EQ(Rows(), 0);
     PostMessageW(window_, WM_CLOSE, 0, 0);
-    EXPECT_EQ(viewer_.finish().code, 0u);
-    EXPECT_EQ(publishedInfo().mask, 0u);
+    EXPECT_EQ(viewer_.Finish().code, 0u);
+    EXPECT_EQ(PublishedInfo().mask, 0u);
 }
 
 } // namespace logpan_test

@@ -11,8 +11,8 @@
 #include <string>
 
 // Pushes count words, the last first, so that the called __stdcall function finds the stack that many
-// bytes off, and gives what it returns.
-// StackAtCall gives the stack pointer as it was when StackAtCall was called.
+// bytes off, and returns what it returns.
+// StackAtCall returns the stack pointer as it was when StackAtCall was called.
 extern "C" std::uint32_t StackAtCall();
 extern "C" std::uint32_t CallWithStackOff(const void* function, const std::uint32_t* words,
                                           std::uint32_t count, std::uint32_t off);

@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
 namespace prof_test {
@@ -23,37 +21,37 @@ class ProfTool : public ::testing::Test {
     }
 
     // What follows "prof" on a command line, in UTF-8.
-    Outcome prof(const std::string& arguments, std::string_view input = {}) const {
-        return run(std::filesystem::absolute(PROF_EXECUTABLE), "prof " + arguments, folder_, input);
+    scOutcome Prof(const std::string& arguments, std::string_view input = {}) const {
+        return RunHere(std::filesystem::absolute(PROF_EXECUTABLE), "prof " + arguments, input);
+    }
+    scOutcome RunHere(const std::filesystem::path& program, const std::string& commandLine,
+                      std::string_view input) const {
+        return RunProgram(program, commandLine, folder_, input);
     }
 
-    std::unique_ptr<Process> start(const std::string& arguments) const {
-        return std::make_unique<Process>(std::filesystem::absolute(PROF_EXECUTABLE), "prof " + arguments,
-                                         folder_);
+    std::unique_ptr<clsProcess> Start(const std::string& arguments) const {
+        return std::make_unique<clsProcess>(std::filesystem::absolute(PROF_EXECUTABLE), "prof " + arguments,
+                                            folder_);
     }
 
-    std::string read(const std::string& name) const {
-        std::ifstream file{folder_ / name, std::ios::binary};
-        return {std::istreambuf_iterator<char>{file}, {}};
+    std::string Read(const std::string& name) const { return testing_prof::ReadBytes(folder_ / name); }
+    void Write(const std::string& name, std::string_view bytes) const {
+        testing_prof::WriteBytes(folder_ / name, bytes);
     }
-    void write(const std::string& name, std::string_view bytes) const {
-        std::ofstream{folder_ / name, std::ios::binary}.write(bytes.data(),
-                                                              static_cast<std::streamsize>(bytes.size()));
-    }
-    std::filesystem::path pathOf(const std::string& name) const { return folder_ / name; }
+    std::filesystem::path PathOf(const std::string& name) const { return folder_ / name; }
 
     // Runs it and expects success; returns what it printed.
-    std::string mustPrint(const std::string& arguments, std::string_view input = {}) const {
-        const Outcome outcome = prof(arguments, input);
+    std::string MustPrint(const std::string& arguments, std::string_view input = {}) const {
+        const scOutcome outcome = Prof(arguments, input);
         EXPECT_EQ(outcome.code, 0u) << arguments << "\n" << outcome.err;
         EXPECT_EQ(outcome.err, "") << arguments;
         return outcome.out;
     }
 
     // Runs it and expects a failure that is explained and prints nothing else.
-    void mustFail(const std::string& arguments, DWORD code, const std::string& reason,
+    void MustFail(const std::string& arguments, DWORD code, const std::string& reason,
                   std::string_view input = {}) const {
-        const Outcome outcome = prof(arguments, input);
+        const scOutcome outcome = Prof(arguments, input);
         EXPECT_EQ(outcome.code, code) << arguments;
         EXPECT_EQ(outcome.out, "") << arguments;
         EXPECT_TRUE(outcome.err.starts_with("prof: ")) << arguments << "\n" << outcome.err;

@@ -9,33 +9,33 @@ namespace prof_test {
 
 namespace {
 
-struct Pipe {
-    OwnedHandle read;
-    OwnedHandle write;
+struct scPipe {
+    testing_prof::Handle read;
+    testing_prof::Handle write;
 };
 
 // Only the child's end may be inherited: a child holding the other one would never see the end.
-Pipe makePipe(bool childReads) {
+scPipe MakePipe(bool childReads) {
     SECURITY_ATTRIBUTES inherited{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
     HANDLE read = nullptr;
     HANDLE write = nullptr;
     EXPECT_TRUE(CreatePipe(&read, &write, &inherited, 0));
     SetHandleInformation(childReads ? write : read, HANDLE_FLAG_INHERIT, 0);
-    return {OwnedHandle{read}, OwnedHandle{write}};
+    return {testing_prof::Handle{read}, testing_prof::Handle{write}};
 }
 
-void feed(OwnedHandle pipe, const std::string& text) {
+void Feed(testing_prof::Handle pipe, const std::string& text) {
     DWORD count = 0;
     WriteFile(pipe.get(), text.data(), static_cast<DWORD>(text.size()), &count, nullptr);
 }
 
 } // namespace
 
-Process::Process(const std::filesystem::path& program, std::string_view commandLine,
-                 const std::filesystem::path& folder, std::string_view input) {
-    Pipe in = makePipe(true);
-    Pipe out = makePipe(false);
-    Pipe err = makePipe(false);
+clsProcess::clsProcess(const std::filesystem::path& program, std::string_view commandLine,
+                       const std::filesystem::path& folder, std::string_view input) {
+    scPipe in = MakePipe(true);
+    scPipe out = MakePipe(false);
+    scPipe err = MakePipe(false);
     STARTUPINFOW start{};
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESTDHANDLES;
@@ -50,22 +50,22 @@ Process::Process(const std::filesystem::path& program, std::string_view commandL
         errorEnded_ = true;
         return;
     }
-    const OwnedHandle thread{process.hThread};
+    const testing_prof::Handle thread{process.hThread};
     process_.reset(process.hProcess);
     out_ = std::move(out.read);
     err_ = std::move(err.read);
     feeder_ = std::jthread{
-        [pipe = std::move(in.write), text = std::string{input}]() mutable { feed(std::move(pipe), text); }};
-    outReader_ = std::jthread{[this] { drain(out_.get(), outcome_.out); }};
-    errReader_ = std::jthread{[this] { drain(err_.get(), outcome_.err); }};
+        [pipe = std::move(in.write), text = std::string{input}]() mutable { Feed(std::move(pipe), text); }};
+    outReader_ = std::jthread{[this] { Drain(out_.get(), outcome_.out); }};
+    errReader_ = std::jthread{[this] { Drain(err_.get(), outcome_.err); }};
 }
 
-Process::~Process() {
+clsProcess::~clsProcess() {
     if (process_)
-        kill();
+        Kill();
 }
 
-void Process::drain(HANDLE pipe, std::string& text) {
+void clsProcess::Drain(HANDLE pipe, std::string& text) {
     static constexpr DWORD pieceSize = 64 * 1024;
     std::string piece(pieceSize, '\0');
     for (DWORD count = 0; ReadFile(pipe, piece.data(), pieceSize, &count, nullptr) && count > 0;) {
@@ -78,14 +78,14 @@ void Process::drain(HANDLE pipe, std::string& text) {
     changed_.notify_all();
 }
 
-std::string Process::waitForError(std::string_view text) {
+std::string clsProcess::WaitForError(std::string_view text) {
     std::unique_lock lock{mutex_};
     const auto isThere = [&] { return outcome_.err.find(text) != std::string::npos; };
     changed_.wait(lock, [&] { return isThere() || errorEnded_; });
     return isThere() ? outcome_.err : std::string{};
 }
 
-Outcome Process::finish() {
+scOutcome clsProcess::Finish() {
     for (std::jthread* thread : {&feeder_, &outReader_, &errReader_})
         if (thread->joinable())
             thread->join();
@@ -96,9 +96,9 @@ Outcome Process::finish() {
     return outcome_;
 }
 
-Outcome run(const std::filesystem::path& program, std::string_view commandLine,
-            const std::filesystem::path& folder, std::string_view input) {
-    return Process{program, commandLine, folder, input}.finish();
+scOutcome RunProgram(const std::filesystem::path& program, std::string_view commandLine,
+                     const std::filesystem::path& folder, std::string_view input) {
+    return clsProcess{program, commandLine, folder, input}.Finish();
 }
 
 } // namespace prof_test

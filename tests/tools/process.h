@@ -1,11 +1,9 @@
 // Runs a program with its three standard streams on pipes.
 #pragma once
 
-#include <windows.h>
+#include "support/files.h"
 
 #include <condition_variable>
-#include <filesystem>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -13,44 +11,38 @@
 
 namespace prof_test {
 
-struct Outcome {
+struct scOutcome {
     DWORD code = ~0u;
     std::string out;
     std::string err;
 };
 
 // commandLine is UTF-8 and begins with the program's name, which only fills its place there.
-Outcome run(const std::filesystem::path& program, std::string_view commandLine,
-            const std::filesystem::path& folder, std::string_view input);
-
-struct CloseOnce {
-    using pointer = HANDLE;
-    void operator()(HANDLE handle) const { CloseHandle(handle); }
-};
-using OwnedHandle = std::unique_ptr<void, CloseOnce>;
+scOutcome RunProgram(const std::filesystem::path& program, std::string_view commandLine,
+                     const std::filesystem::path& folder, std::string_view input);
 
 // A program that runs beside the test. It is killed when the test gives it up.
-class Process {
+class clsProcess {
   public:
-    Process(const std::filesystem::path& program, std::string_view commandLine,
-            const std::filesystem::path& folder, std::string_view input = {});
-    ~Process();
-    Process(const Process&) = delete;
-    Process& operator=(const Process&) = delete;
+    clsProcess(const std::filesystem::path& program, std::string_view commandLine,
+               const std::filesystem::path& folder, std::string_view input = {});
+    ~clsProcess();
+    clsProcess(const clsProcess&) = delete;
+    clsProcess& operator=(const clsProcess&) = delete;
 
     // Waits until its standard error has that text, and returns what it has by then; nothing when it ended
     // without.
-    std::string waitForError(std::string_view text);
-    void kill() const { TerminateProcess(process_.get(), 1); }
-    Outcome finish(); // waits for its end
+    std::string WaitForError(std::string_view text);
+    void Kill() const { TerminateProcess(process_.get(), 1); }
+    scOutcome Finish(); // waits for its end
 
   private:
-    void drain(HANDLE pipe, std::string& text);
+    void Drain(HANDLE pipe, std::string& text);
 
-    OwnedHandle process_;
-    OwnedHandle out_;
-    OwnedHandle err_;
-    Outcome outcome_;
+    testing_prof::Handle process_;
+    testing_prof::Handle out_;
+    testing_prof::Handle err_;
+    scOutcome outcome_;
     std::mutex mutex_;
     std::condition_variable changed_;
     bool errorEnded_ = false;

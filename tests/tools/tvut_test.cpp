@@ -22,7 +22,7 @@
 namespace tvut_test {
 
 namespace fs = std::filesystem;
-using prof_test::Outcome;
+using prof_test::scOutcome;
 
 namespace {
 
@@ -100,8 +100,8 @@ class clsSession : public testing::TestWithParam<fs::path> {
         words >> command >> std::quoted(file) >> number;
         if (command != "tvut")
             return others_.at(command)(folder_ / fs::u8path(file), number);
-        Outcome outcome = prof_test::run(fs::absolute(TVUT_EXECUTABLE), typed, folder_,
-                                         input.empty() ? std::string() : ReadFile(folder_ / input));
+        scOutcome outcome = prof_test::RunProgram(fs::absolute(TVUT_EXECUTABLE), typed, folder_,
+                                                  input.empty() ? std::string() : ReadFile(folder_ / input));
         if (!output.empty())
             WriteFile(folder_ / output, std::exchange(outcome.out, {}));
         return outcome.out + outcome.err +

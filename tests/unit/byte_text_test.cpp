@@ -1,4 +1,5 @@
 // Base64 and its engines, the block cipher, and the text form of bytes.
+#include "support/cases.h"
 #include "text/bytes/base64.h"
 #include "text/bytes/base64_engine.h"
 #include "text/bytes/block_cipher.h"
@@ -65,25 +66,10 @@ TEST(Base64, EveryLengthComesBackInRoomsOfEverySize) {
 }
 
 TEST(Base64, WhatIsTakenAndWhatIsBadFormat) {
-    const std::pair<std::u16string_view, std::optional<std::string>> cases[] = {
-        {u"", ""},           {u" \t\r\n", ""},
-        {u"QUJD", "ABC"},    {u" Q U\tJ\r\nD ", "ABC"},
-        {u"QUI=\r\n", "AB"}, {u"QQ = = ", "A"},
-        {u"QUI", "AB"},                      // no padding at all
-        {u"QUJDQQ", "ABCA"}, {u"QR==", "A"}, // bits that are not used
-        {u"Q", {}},          {u"QUJDQ", {}},
-        {u"QQ=", {}}, // too short, too long, alone, in the middle
-        {u"QUI==", {}},      {u"QUJD=", {}},
-        {u"QUJD====", {}},   {u"====", {}},
-        {u"=", {}},          {u"Q===", {}},
-        {u"QQ==QUJD", {}},   {u"QQ==x", {}},
-        {u"QU=D", {}},       {u"QUJD-_", {}},
-        {u"QUJ\u0144", {}}, // 'D' + 256
-        {u"QUJ\u8044", {}},  {std::u16string_view(u"QUJ\0", 4), {}},
-        {u"@3@QUJD", {}},
-    };
-    for (const auto& [text, bytes] : cases)
-        EXPECT_EQ(Decoded(text), bytes) << testing::PrintToString(std::u16string(text));
+    for (const scCaseRow& row : CaseRows("base64", 2)) {
+        const std::optional<std::string> bytes = Decoded(row[0]);
+        EXPECT_EQ(bytes ? Ascii(*bytes) : u"bad format", row[1]) << row.where;
+    }
 }
 
 TEST(Base64, LineBreaksAnywhereInLongTexts) {
@@ -195,24 +181,6 @@ std::optional<std::string> BytesOf(std::u16string_view text, std::u16string_view
     }
     EXPECT_TRUE(DiagnosticLines().empty());
     return sink.bytes;
-}
-
-TEST(ByteText, ComesBack) {
-    const Bytes random = Random(300000);
-    const std::string noise(random.begin(), random.end());
-    for (const std::size_t length : {0u, 1u, 7u, 8u, 9u, 3071u, 3072u, 3073u, 100000u, 300000u})
-        for (const std::u16string_view key : {u"", u"k", u"a longer key"})
-            for (const auto compression : {Compression::none, Compression::zlib})
-                for (const std::string& bytes : {noise.substr(0, length), std::string(length, 'x')}) {
-                    const std::u16string text = TextOf(bytes, compression, key);
-                    EXPECT_EQ(text.starts_with(u"@2@"), compression == Compression::zlib && length != 0);
-                    EXPECT_EQ(BytesOf(text, key), bytes) << length;
-                    const bool plain = key.empty() || length == 0;
-                    if (plain || (compression == Compression::none && length < 8))
-                        EXPECT_EQ(BytesOf(text), bytes) << length;
-                    else
-                        EXPECT_NE(BytesOf(text), bytes) << length;
-                }
 }
 
 TEST(ByteText, ThatIsStoredIsReadForEver) {

@@ -1,6 +1,7 @@
 // The likely character set by its plain definition: each unit looked up in the table from its start.
 #pragma once
 
+#include <map>
 #include <string_view>
 
 namespace tvut {
@@ -28,30 +29,13 @@ inline int ReferenceCharset(std::u16string_view text, unsigned codePage) {
     unsigned mask = 0;
     for (const char16_t unit : text)
         mask |= ReferenceScripts(unit);
-    if ((mask & (mask - 1)) != 0)
-        return codePage == 932   ? 128
-               : codePage == 936 ? 134
-               : codePage == 949 ? 129
-               : codePage == 950 ? 136
-                                 : 0;
-    switch (mask) {
-    case 0x020:
-        return 161;
-    case 0x040:
-        return 204;
-    case 0x100:
-        return 177;
-    case 0x080:
-        return 178;
-    case 0x010:
-        return 222;
-    case 0x008:
-        return 129;
-    case 0x001:
-        return 128;
-    default:
-        return 0;
-    }
+    static const std::map<unsigned, int> byCodePage{{932, 128}, {936, 134}, {949, 129}, {950, 136}},
+        byScript{{0x020, 161}, {0x040, 204}, {0x100, 177}, {0x080, 178},
+                 {0x010, 222}, {0x008, 129}, {0x001, 128}};
+    const bool isMixed = (mask & (mask - 1)) != 0;
+    const auto& table = isMixed ? byCodePage : byScript;
+    const auto row = table.find(isMixed ? codePage : mask);
+    return row == table.end() ? 0 : row->second;
 }
 
 } // namespace tvut

@@ -1,6 +1,7 @@
 // Names of files: which ones may be, patterns of them, and names made of any text.
 #include "files/file_name.h"
 #include "files/file_pattern.h"
+#include "support/cases.h"
 #include "unit/file_name_patterns.h"
 
 #include <gtest/gtest.h>
@@ -43,27 +44,19 @@ TEST(FileNames, AreTheSameForEveryCharacter) {
 }
 
 TEST(FileNames, OfPathsAreTheirLastComponents) {
-    const struct {
-        std::u16string_view path;
-        bool good;
-    } rows[] = {
-        {u"C:\\con\\a", true}, {u"C:a", true},         {u"C:", false},
-        {u"C:con", false},     {u"x/C:a", false},      {u"\\\\srv\\s\\a", true},
-        {u"a\\", false},       {u"a\\nul.txt", false}, {u"a/nul.b.c", true},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(UtilpIsFileName(row.path), row.good) << testing::PrintToString(row.path);
+    for (const scCaseRow& row : CaseRows("names/paths", 2))
+        EXPECT_EQ(UtilpIsFileName(row[0]), row[1] == u"true") << row.where;
 }
 
 TEST(FilePatterns, StandInLists) {
     const struct {
         std::u16string_view list;
         std::vector<std::u16string> patterns;
-    } rows[] = {
-        {u"", {}},       {u" ; ;", {}},
-        {u"a", {u"a"}},  {u" a b.txt ;;C:\\x y\\*.log;", {u"a b.txt", u"C:\\x y\\*.log"}},
-        {u";a", {u"a"}},
-    };
+    } rows[] = {{u"", {}},
+                {u" ; ;", {}},
+                {u"a", {u"a"}},
+                {u" a b.txt ;;C:\\x y\\*.log;", {u"a b.txt", u"C:\\x y\\*.log"}},
+                {u";a", {u"a"}}};
     for (const auto& row : rows) {
         std::vector<std::u16string> found;
         std::u16string_view rest = row.list;
@@ -77,18 +70,9 @@ TEST(FilePatterns, StandInLists) {
 }
 
 TEST(FilePatterns, MatchNames) {
-    const struct {
-        std::u16string_view pattern, matching, other;
-    } rows[] = {
-        {u"*", u"a.b", u""},      {u"*.*", u"none", u""},        {u"*.log", u"a.LOG", u"z.logx"},
-        {u"a?c", u"abc", u"ac"},  {u"A*B*c", u"aXbYbZc", u"ab"}, {u"*a*a*", u"banana", u"bn"},
-        {u"???", u"a.b", u"ab"},  {u"**a", u"a", u"b"},          {u"a*", u"a", u"ba"},
-        {u"x.*", u"x.y.z", u"x"}, {u"name", u"NAME", u"names"},
-    };
-    for (const auto& row : rows) {
-        EXPECT_TRUE(UtilpMatchesPattern(row.matching, row.pattern)) << testing::PrintToString(row.pattern);
-        EXPECT_TRUE(row.other.empty() || !UtilpMatchesPattern(row.other, row.pattern))
-            << testing::PrintToString(row.pattern);
+    for (const scCaseRow& row : CaseRows("names/patterns", 3)) {
+        EXPECT_TRUE(UtilpMatchesPattern(row[1], row[0])) << row.where;
+        EXPECT_TRUE(row[2].empty() || !UtilpMatchesPattern(row[2], row[0])) << row.where;
     }
 }
 

@@ -1,10 +1,12 @@
 // Character sets against their plain definition; days of clock changes against a calendar walked day by day.
 #include "locale/charset.h"
 #include "locale/transition.h"
+#include "support/cases.h"
 #include "unit/charset_reference.h"
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 
 using namespace tvut;
@@ -12,35 +14,13 @@ using namespace tvut;
 namespace {
 
 TEST(Charset, OfTexts) {
-    const struct {
-        std::u16string_view text;
-        int on1252, on936;
-    } rows[] = {
-        {u"", 0, 0},
-        {u"Latin letters \u00FC\u0159, digits 1, marks \u2014", 0, 0},
-        {u"\u0393\u03BB\u03CE\u03C3\u03C3\u03B1", 161, 161},
-        {u"\u1F00\u1FFF", 161, 161},
-        {u"\u0420\u0443\u0441\u0441\u043A\u0438\u0439 \u2014 text", 204, 204},
-        {u"\u05E2\u05D1\u05E8\u05D9\u05EA", 177, 177},
-        {u"\u0639\u0631\u0628\u064A", 178, 178},
-        {u"\u0E44\u0E17\u0E22", 222, 222},
-        {u"\uD55C\uAE00", 129, 129},
-        {u"\u3400", 129, 129},
-        {u"\u3072\u3089", 128, 128},
-        {u"\u6F22", 0, 134},
-        {u"\u03B1\u0431", 0, 134},
-        {u"\u03B1 and much later, behind a block or two of Latin letters, \u0431", 0, 134},
-        {u"\u03B1\0\u0431", 161, 161}, // what is behind the terminator does not count
-    };
-    for (const auto& row : rows) {
-        const std::u16string text(row.text);
-        SCOPED_TRACE(testing::PrintToString(text));
-        EXPECT_EQ(UtilpLikelyCharset(text.c_str(), 1252), row.on1252);
-        EXPECT_EQ(UtilpLikelyCharset(text.c_str(), 936), row.on936);
+    for (const scCaseRow& row : CaseRows("charsets", 3)) {
+        EXPECT_EQ(std::to_string(UtilpLikelyCharset(row[0].c_str(), 1252)), NarrowCase(row[1])) << row.where;
+        EXPECT_EQ(std::to_string(UtilpLikelyCharset(row[0].c_str(), 936)), NarrowCase(row[2])) << row.where;
     }
 }
 
-TEST(Charset, OfEveryUnitAloneAndBehindALetter) {
+TEST(Charset, OfEveryUnitAloneAndAfterALetter) {
     for (unsigned unit = 1; unit <= 0xFFFF; ++unit) {
         for (const unsigned codePage : {949u, 1252u}) {
             for (const char16_t before : {u'a', u'\u03B1', u'\u3042'}) {
@@ -104,40 +84,21 @@ TEST(Transition, FindsEveryOccurrenceOfEveryWeekday) {
     }
 }
 
+scDateTime DateOf(const std::u16string& column) {
+    std::istringstream numbers(NarrowCase(column));
+    scDateTime date{};
+    numbers >> date.year >> date.month >> date.dayOfWeek >> date.day >> date.hour >> date.minute >>
+        date.second >> date.milliseconds;
+    return date;
+}
+
 TEST(Transition, KeepsToUnusualRules) {
-    const struct {
-        const char* what;
-        scDateTime rule;
-        std::uint16_t year;
-        scDateTime expected;
-    } rows[] = {
-        {"the second Sunday of a March that begins with one",
-         Rule(3, 0, 2),
-         2015,
-         {2015, 3, noDayOfWeek, 8, 2, 30, 15, 0}},
-        {"no transition", {7, 0, 1, 2, 3, 4, 5, 6}, 2018, {7, 0, noDayOfWeek, 2, 3, 4, 5, 0}},
-        {"a fixed date", {2026, 10, 3, 4, 2, 0, 0, 0}, 1990, {1990, 10, noDayOfWeek, 4, 2, 0, 0, 0}},
-        {"a fixed 29 February in a year without one",
-         {2024, 2, 0, 29, 2, 0, 0, 0},
-         2023,
-         {2023, 2, noDayOfWeek, 29, 2, 0, 0, 0}},
-        {"the sixth Sunday of April 2018: 6 May",
-         Rule(4, 0, 6),
-         2018,
-         {2018, 4, noDayOfWeek, 6, 2, 30, 15, 0}},
-        {"the ninth Sunday of February 2018: 1 April",
-         Rule(2, 0, 9),
-         2018,
-         {2018, 2, noDayOfWeek, 1, 2, 30, 15, 0}},
-        {"the sixth Monday of December 2018: 7 January",
-         Rule(12, 1, 6),
-         2018,
-         {2018, 12, noDayOfWeek, 7, 2, 30, 15, 0}},
-        {"a weekday counted on: 8 is Monday", Rule(12, 8, 1), 2018, {2018, 12, noDayOfWeek, 3, 2, 30, 15, 0}},
-        {"a month there is not", Rule(13, 0, 2), 2018, {2018, 13, noDayOfWeek, 2, 2, 30, 15, 0}},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(UtilpTransitionInYear(row.rule, row.year), row.expected) << row.what;
+    for (const scCaseRow& row : CaseRows("transitions", 4)) {
+        const auto year = static_cast<std::uint16_t>(std::stoi(NarrowCase(row[1])));
+        scDateTime expected = DateOf(row[2]);
+        expected.dayOfWeek = noDayOfWeek;
+        EXPECT_EQ(UtilpTransitionInYear(DateOf(row[0]), year), expected) << row.where;
+    }
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "platform/exception.h"
 #include "prof/formats/load.h"
 #include "prof/formats/save.h"
+#include "prof/tree_walk.h"
 
 #include <algorithm>
 #include <cstring>
@@ -65,6 +66,27 @@ inline std::string Saved(clsTree& tree, std::uint32_t flags = 0) {
 inline scLoadResult Load(clsTree& tree, std::string_view bytes, ReadMode mode = ReadMode::detect) {
     clsMemorySource source(bytes);
     return ProfpLoad(source, tree.Root(), {u"input", mode, 1252});
+}
+
+// A tree as a text: name=value; an item, name{...} a list.
+inline std::u16string Describe(const clsItemList& list) {
+    struct scDescription {
+        std::u16string text;
+        void Item(const clsItem& item, std::uint32_t) {
+            text.append(item.Name()).append(u"=").append(item.Value()).append(u";");
+        }
+        void BeginList(const clsItem& entry, std::uint32_t) { text.append(entry.Name()).append(u"{"); }
+        void EndList(std::uint32_t) { text += u"}"; }
+    } description;
+    ProfpWalk(list, 0, description);
+    return description.text;
+}
+
+// What bytes are read as, or what the last diagnostic line says of them.
+inline std::u16string Read(std::string_view bytes, ReadMode mode = ReadMode::detect) {
+    DiagnosticLines().clear();
+    clsTree tree(true);
+    return Load(tree, bytes, mode).parsed ? Describe(tree.Root()) : DiagnosticLines().back();
 }
 
 } // namespace tvut

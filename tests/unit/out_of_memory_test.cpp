@@ -113,7 +113,7 @@ TEST(OutOfMemory, Saving) {
     }
 }
 
-// A sink may give up old contents once it is told of new ones: no allocation may fail after that.
+// A sink may give up old contents once it knows the length of new ones: no allocation may fail after that.
 TEST(OutOfMemory, SavingFailsBeforeTheSinkIsTold) {
     for (const std::uint32_t flags : {0x00u, 0x40u, 0x01u, 0x02u}) {
         clsMemorySink sink;

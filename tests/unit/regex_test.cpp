@@ -1,4 +1,5 @@
-// clsRegEx: what the syntax means, what a bad pattern is told, and that no pattern hangs.
+// clsRegEx: what the syntax means, what is said of a bad pattern, and that no pattern hangs.
+#include "support/cases.h"
 #include "text/regex/regex.h"
 #include "unit/native_platform.h"
 
@@ -30,68 +31,9 @@ Text Shown(std::u16string_view pattern, std::u16string_view text) {
     return result;
 }
 
-struct scCase {
-    const char16_t* pattern;
-    const char16_t* text;
-    const char16_t* shown;
-};
-
 TEST(RegEx, MatchesAsPerlDoes) {
-    const scCase cases[] = {
-        // characters, classes, escapes
-        {u"a.c", u"abc a\nc", u"<abc> a\nc"},
-        {u"(?s)a.c", u"a\nc", u"<a\nc>"},
-        {u"[]a-c^-]+", u"x]b^-d", u"x<]b^->d"},
-        {u"[^\\d\\s]+", u"1ab 2", u"1<ab> 2"},
-        {u"\\h+", u"a\t\u00A0\u2000\u200A\u3000\nb", u"a<\t\u00A0\u2000\u200A\u3000>\nb"},
-        {u"\\w+\\W\\D\\S", u"ab_9 xy", u"<ab_9 xy>"},
-        {u"[\\b\\x00-\\x1F]", u"a\x08z\x1F", u"a<\x08>z<\x1F>"},
-        {u"a{,2}{b}x{1,2", u"a{,2}{b}x{1,2", u"<a{,2}{b}x{1,2>"},
-        {u"\\.\\*\\\\", u".*\\", u"<.*\\>"},
-        {u"[a-\\d]+[[:]", u"b-1a[", u"b<-1a[>"},
-        // quantifiers
-        {u"a*", u"baac", u"<>b<aa><>c<>"},
-        {u"<.+?>", u"<a><b>", u"<<a>><<b>>"},
-        {u"a{2}", u"aaaaa", u"<aa><aa>a"},
-        {u"a{2,3}?", u"aaaaa", u"<aa><aa>a"},
-        {u"(ab){2,}", u"ababab", u"<ababab,ab>"},
-        {u"(?:a|ab)(?:c|bcd)(d*)", u"abcd", u"<abcd,>"},
-        {u"a++ab|x?+x", u"aaab", u"aaab"},
-        {u"(a|b)*?c", u"abc", u"<abc,b>"},
-        {u"(a*)*b", u"aab", u"<aab,>"},
-        {u"(?:a?){3}b", u"aab", u"<aab>"},
-        {u"x{0}y", u"xy", u"x<y>"},
-        // groups, alternatives, back-references
-        {u"(a)|(b)", u"ab", u"<a,a,~><b,~,b>"},
-        {u"(.)(.)\\2\\1", u"xabba", u"x<abba,a,b>"},
-        {u"(?i)(a)\\1", u"aA", u"<aA,a>"},
-        {u"(?>a*)a|b", u"aab", u"aa<b>"},
-        {u"|a", u"a", u"<><a><>"},
-        {u"((a)|b)+", u"ab", u"<ab,b,a>"},
-        // places
-        {u"^a|b$", u"aab\n", u"<a>a<b>\n"},
-        {u"(?m)^.", u"ab\ncd\n", u"<a>b\n<c>d\n"},
-        {u"(?m).$", u"ab\ncd", u"a<b>\nc<d>"},
-        {u"\\Aa|b\\z|b\\Z", u"ab\n", u"<a><b>\n"},
-        {u"\\bis\\B", u"is isle this", u"is <is>le this"},
-        // assertions
-        {u"a(?=b)", u"abac", u"<a>bac"},
-        {u"a(?!b)", u"abac", u"ab<a>c"},
-        {u"(?<=a|bb)c", u"acbcbbc", u"a<c>bcbb<c>"},
-        {u"(?<!a)c", u"acbc", u"acb<c>"},
-        {u"(?=(a+))a*b\\1", u"baaabac", u"baa<aba,a>c"},
-        // modes
-        {u"(?i)straSSe\u00C4\u0416", u"STRAsse\u00E4\u0436", u"<STRAsse\u00E4\u0436>"},
-        {u"a(?i)b|c", u"aBC", u"<aB><C>"},
-        {u"a(?i:b)c", u"aBcaBC", u"<aBc>aBC"},
-        {u"(?i)\u0178\u021A\u01A0[\u00FF-\u0100]", u"\u00FF\u021B\u01A1\u0178",
-         u"<\u00FF\u021B\u01A1\u0178>"},
-        {u"(?i)[^a-c]+", u"ABCDx", u"ABC<Dx>"},
-        {u"(?x) a b # comment\n [ ] \\ c", u"ab  c", u"<ab  c>"},
-        {u"(?i-i)a(?#comment)b", u"AB ab", u"AB <ab>"},
-    };
-    for (const scCase& c : cases)
-        EXPECT_EQ(Shown(c.pattern, c.text), Text(c.shown)) << ::testing::PrintToString(Text(c.pattern));
+    for (const scCaseRow& row : CaseRows("regex/matches", 3))
+        EXPECT_EQ(Shown(row[0], row[1]), row[2]) << row.where;
     EXPECT_TRUE(clsRegEx(u"^\\x41\\x{20AC}\\t\\cA\\e\\012$").Matches(u"A\u20AC\t\x01\x1B\n"));
 }
 
@@ -111,36 +53,13 @@ TEST(RegEx, FindsInLongTexts) {
 }
 
 TEST(RegEx, ReportsABadPattern) {
-    const struct {
-        const char16_t* pattern;
-        std::size_t offset;
-    } cases[] = {{u"a(b", 1},
-                 {u"ab)", 2},
-                 {u"[a", 0},
-                 {u"*a", 0},
-                 {u"a**", 2},
-                 {u"a{2,1}", 1},
-                 {u"a{70000}", 1},
-                 {u"\\", 1},
-                 {u"(?<n>a)", 0},
-                 {u"(?k)", 0},
-                 {u"\\q", 0},
-                 {u"(a)\\2", 3},
-                 {u"a{99999999999}", 1},
-                 {u"a\\4294967297", 1},
-                 {u"[z-a]", 1},
-                 {u"[[:alpha:]]", 1},
-                 {u"\\x{}", 3},
-                 {u"(?<=a*)b", 4},
-                 {u"(?#a", 0},
-                 {u"[\\q]", 2}};
-    for (const auto& c : cases) {
+    for (const scCaseRow& row : CaseRows("regex/bad_patterns", 2)) {
         DiagnosticLines().clear();
         try {
-            const clsRegEx accepted(c.pattern);
-            ADD_FAILURE() << ::testing::PrintToString(Text(c.pattern));
+            const clsRegEx accepted(row[0]);
+            ADD_FAILURE() << row.where;
         } catch (const clsRegExError& error) {
-            EXPECT_EQ(error.Offset(), c.offset) << ::testing::PrintToString(Text(c.pattern)) << error.what();
+            EXPECT_EQ(std::to_string(error.Offset()), NarrowCase(row[1])) << row.where << error.what();
         }
     }
     EXPECT_EQ(DiagnosticLines(), std::vector<Text>{u"Error in RegEx offset 2: '[\\q]'"});

@@ -27,19 +27,17 @@ TEST(Utf8, AcceptsWhatIsWellFormedAndReplacesTheRest) {
         bool valid;
         std::u16string_view text;
     };
-    const scCase cases[] = {
-        {"", true, u""},
-        {"aé€😀", true, u"aé€😀"},
-        {"\x7F\xC2\x80\xDF\xBF", true, u"\u007F\u0080\u07FF"},
-        {"\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80", true, u"\u0800\uD7FF\uE000"},
-        {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", true, u"\U00010000\U0010FFFF"},
-        {"\xC0\x80", false, u"\uFFFD\uFFFD"},                     // overlong
-        {"\xE0\x9F\xBF", false, u"\uFFFD\uFFFD\uFFFD"},           // overlong
-        {"\xED\xA0\x80", false, u"\uFFFD\uFFFD\uFFFD"},           // a surrogate
-        {"\xF4\x90\x80\x80", false, u"\uFFFD\uFFFD\uFFFD\uFFFD"}, // beyond U+10FFFF
-        {"\xE2\x82", false, u"\uFFFD\uFFFD"},                     // cut off
-        {"a\xFFz\x80", false, u"a\uFFFDz\uFFFD"},
-    };
+    const scCase cases[] = {{"", true, u""},
+                            {"aé€😀", true, u"aé€😀"},
+                            {"\x7F\xC2\x80\xDF\xBF", true, u"\u007F\u0080\u07FF"},
+                            {"\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80", true, u"\u0800\uD7FF\uE000"},
+                            {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", true, u"\U00010000\U0010FFFF"},
+                            {"\xC0\x80", false, u"\uFFFD\uFFFD"},                     // overlong
+                            {"\xE0\x9F\xBF", false, u"\uFFFD\uFFFD\uFFFD"},           // overlong
+                            {"\xED\xA0\x80", false, u"\uFFFD\uFFFD\uFFFD"},           // a surrogate
+                            {"\xF4\x90\x80\x80", false, u"\uFFFD\uFFFD\uFFFD\uFFFD"}, // beyond U+10FFFF
+                            {"\xE2\x82", false, u"\uFFFD\uFFFD"},                     // cut off
+                            {"a\xFFz\x80", false, u"a\uFFFDz\uFFFD"}};
     for (const scCase& c : cases) {
         SCOPED_TRACE(::testing::PrintToString(c.bytes));
         EXPECT_EQ(UtilpIsUtf8(c.bytes), c.valid);
@@ -78,8 +76,7 @@ TEST(InputText, TellsTheEncoding) {
         {"", u""},
         {"\xFF\xFE", u""},
         {"\xFF", u"\u00FF"},
-        {"x", u"x"},
-    };
+        {"x", u"x"}};
     for (const scCase& c : cases) {
         for (const std::size_t piece : {1u, 2u, 5u, 1024u}) {
             SCOPED_TRACE(::testing::PrintToString(c.bytes) + " in pieces of " + std::to_string(piece));
@@ -238,12 +235,10 @@ TEST(String, ReplacesInOnePass) {
         std::u16string_view text, from, to, result;
         std::size_t count;
     };
-    const scCase cases[] = {
-        {u"aaaa", u"aa", u"a", u"aa", 2},       {u"aaa", u"aa", u"aaa", u"aaaa", 1},
-        {u"abc", u"", u"x", u"abc", 0},         {u"abcabc", u"bc", u"", u"aa", 2},
-        {u"abc", u"d", u"x", u"abc", 0},        {u"", u"a", u"b", u"", 0},
-        {u"a.b.c", u".", u"..", u"a..b..c", 2},
-    };
+    const scCase cases[] = {{u"aaaa", u"aa", u"a", u"aa", 2},      {u"aaa", u"aa", u"aaa", u"aaaa", 1},
+                            {u"abc", u"", u"x", u"abc", 0},        {u"abcabc", u"bc", u"", u"aa", 2},
+                            {u"abc", u"d", u"x", u"abc", 0},       {u"", u"a", u"b", u"", 0},
+                            {u"a.b.c", u".", u"..", u"a..b..c", 2}};
     for (const scCase& c : cases) {
         String text(c.text);
         EXPECT_EQ(text.Replace(c.from, c.to), c.count);

@@ -1,5 +1,6 @@
 // The bytes of variants: what they hold, and what bytes that nobody vouches for may do.
 #include "prof/variant_layout.h"
+#include "support/cases.h"
 #include "unit/native_platform.h"
 
 #include <gtest/gtest.h>
@@ -26,58 +27,23 @@ bool Reads(std::string_view bytes, clsVariantWriter& again) {
     }
 }
 
-// One of each kind; stored profiles hold such bytes.
-constexpr std::string_view stored[] = {
-    "01 0000",                                // empty
-    "01 0100",                                // null
-    "01 0300 2A000000",                       // Int32 42
-    "01 0800 04000000 61006200",              // text "ab"
-    "01 0800 FFFFFFFF",                       // null text
-    "01 0D00 00",                             // null interface
-    "01 0E00 0280 00000000 7B00000000000000", // decimal -1.23
-    "01 0320 0000",                           // no array
-    "01 0220 0200 02000000 00000000 02000000 FFFFFFFF 0100 0200 0300 0400",
-    "01 0820 0100 02000000 01000000 00000000 FFFFFFFF",
-    "01 0920 0100 02000000 00000000 00 00",
-    "01 0C20 0100 02000000 00000000 0000 0C20 0100 01000000 00000000 0B00 FFFF",
-    "01 0C20 0100 00000000 05000000",
-};
-
 TEST(Variants, ReadAsTheyWereWrittenAndNotWhenCutOrLengthened) {
-    for (const std::string_view hex : stored) {
-        const std::string bytes = FromHex(hex);
+    for (const scCaseRow& row : CaseRows("variants/stored", 2)) {
+        const std::string bytes = FromHex(NarrowCase(row[0]));
         clsVariantWriter again;
-        ASSERT_TRUE(Reads(bytes, again)) << hex;
-        EXPECT_EQ(again.Bytes(), bytes) << hex;
+        ASSERT_TRUE(Reads(bytes, again)) << row.where;
+        EXPECT_EQ(again.Bytes(), bytes) << row.where;
         for (std::size_t length = 0; length < bytes.size(); ++length)
             EXPECT_FALSE(Reads(std::string_view(bytes).substr(0, length), again))
-                << hex << " cut at " << length;
-        EXPECT_FALSE(Reads(bytes + '\0', again)) << hex;
+                << row.where << " cut at " << length;
+        EXPECT_FALSE(Reads(bytes + '\0', again)) << row.where;
     }
 }
 
 TEST(Variants, ThatNobodyWroteAreRefusedBeforeAnythingIsMade) {
-    for (const std::string_view hex : {
-             "00 0000",
-             "02 0000", // another layout
-             "01 0C00",
-             "01 0F00",
-             "01 2400",
-             "01 0340 00000000",
-             "01 0D00 01",
-             "01 0E00 1D00 00000000 0000000000000000", // decimal of scale 29
-             "01 0E00 0001 00000000 0000000000000000", // of an unknown sign
-             "01 0020 0100 00000000 00000000",
-             "01 0120 0000",
-             "01 2420 0000",
-             "01 0320 4100",
-             "01 1120 0100 FFFFFFFF 00000000 00", // counts that the bytes do not hold
-             "01 1120 0200 00000100 00000000 00000100 00000000 00",
-             "01 0C20 0100 02000000 00000000 0000",
-             "01 0820 0100 01000000 00000000 05000000 00",
-         }) {
+    for (const scCaseRow& row : CaseRows("variants/refused", 2)) {
         clsVariantWriter written;
-        EXPECT_FALSE(Reads(FromHex(hex), written)) << hex;
+        EXPECT_FALSE(Reads(FromHex(NarrowCase(row[0])), written)) << row.where;
     }
     const std::string level = FromHex("0C20 0100 01000000 00000000");
     for (const std::size_t depth : {deepestVariant, deepestVariant + 1, std::size_t{1} << 20}) {

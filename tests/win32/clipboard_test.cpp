@@ -6,13 +6,13 @@
 namespace testing_prof {
 namespace {
 
-constexpr wchar_t kTree[] = L"a=1;L{b=\x00FC;M{}}";
-constexpr DWORD kFound = 77;
+constexpr wchar_t treeText[] = L"a=1;L{b=\x00FC;M{}}";
+constexpr DWORD foundCode = 77;
 
 /// A window that opens the clipboard; a second one is kept out.
-class Owner {
+class clsOwner {
   public:
-    ~Owner() { DestroyWindow(window_); }
+    ~clsOwner() { DestroyWindow(window_); }
     operator HWND() const { return window_; }
 
   private:
@@ -20,24 +20,24 @@ class Owner {
         CreateWindowExW(0, L"Message", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
 };
 
-class OpenedClipboard {
+class clsOpenedClipboard {
   public:
-    explicit OpenedClipboard(HWND owner) : opened(OpenClipboard(owner)) {}
-    ~OpenedClipboard() {
+    explicit clsOpenedClipboard(HWND owner) : opened(OpenClipboard(owner)) {}
+    ~clsOpenedClipboard() {
         if (opened)
             CloseClipboard();
     }
     const bool opened;
 };
 
-void empty() {
-    const Owner owner;
-    const OpenedClipboard clipboard(owner);
+void Empty() {
+    const clsOwner owner;
+    const clsOpenedClipboard clipboard(owner);
     EXPECT_TRUE(clipboard.opened && EmptyClipboard());
 }
 
-Bytes clipboardBytes(UINT format) {
-    const OpenedClipboard clipboard(nullptr);
+Bytes ClipboardBytes(UINT format) {
+    const clsOpenedClipboard clipboard(nullptr);
     const HGLOBAL block = GetClipboardData(format);
     if (!block)
         return "<none>";
@@ -46,115 +46,114 @@ Bytes clipboardBytes(UINT format) {
     return bytes;
 }
 
-void putOnClipboard(const Bytes& bytes) {
-    const Owner owner;
-    const OpenedClipboard clipboard(owner);
+void PutOnClipboard(const Bytes& bytes) {
+    const clsOwner owner;
+    const clsOpenedClipboard clipboard(owner);
     const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, bytes.size());
     std::memcpy(GlobalLock(block), bytes.data(), bytes.size());
     GlobalUnlock(block);
     EXPECT_TRUE(SetClipboardData(RegisterClipboardFormatW(L"QmzProfCBFormat"), block));
 }
 
-DWORD secondProcess(std::wstring_view how) {
+DWORD SecondProcess(std::wstring_view how) {
     if (how == L"paste")
-        return ProfIsClipboardDataAvailable() && describe(Job(ProfJobOpenClipboard(nullptr))) == kTree
-                   ? kFound
+        return ProfIsClipboardDataAvailable() && Describe(clsJob(ProfJobOpenClipboard(nullptr))) == treeText
+                   ? foundCode
                    : 1;
-    return ProfSaveToClipboard(Job(kTree), nullptr, PROF_FORM_TEXT) == PROF_OK ? kFound : 1;
+    return ProfSaveToClipboard(clsJob(treeText), nullptr, PROF_FORM_TEXT) == PROF_OK ? foundCode : 1;
 }
 
 TEST(Clipboard, CarriesAProfileToAnotherProcess) {
-    empty();
-    const Job job(kTree);
+    Empty();
+    const clsJob job(treeText);
     EXPECT_FALSE(ProfIsClipboardDataAvailable());
     EXPECT_EQ(ProfSaveToClipboard(job, nullptr, PROF_SAVE_COMPRESSED), PROF_OK);
-    EXPECT_EQ(Child(L"paste").exitCode(), kFound);
-    const Bytes text = saved(job);
-    EXPECT_EQ(clipboardBytes(RegisterClipboardFormatW(L"qmzprofcbformat")).substr(0, text.size() + 1),
+    EXPECT_EQ(clsChild(L"paste").ExitCode(), foundCode);
+    const Bytes text = Saved(job);
+    EXPECT_EQ(ClipboardBytes(RegisterClipboardFormatW(L"qmzprofcbformat")).substr(0, text.size() + 1),
               text + '\0');
-    EXPECT_EQ(clipboardBytes(CF_TEXT), utf16(std::wstring_view(L"PROF data available", 20)));
-    empty();
-    EXPECT_EQ(Child(L"copy").exitCode(), kFound);
-    const Job pasted(ProfJobOpenClipboard(nullptr));
-    EXPECT_EQ(describe(pasted), kTree);
-    EXPECT_EQ(pasted.error(), PROF_OK);
+    EXPECT_EQ(ClipboardBytes(CF_TEXT), Utf16(std::wstring_view(L"PROF data available", 20)));
+    Empty();
+    EXPECT_EQ(clsChild(L"copy").ExitCode(), foundCode);
+    const clsJob pasted(ProfJobOpenClipboard(nullptr));
+    EXPECT_EQ(Describe(pasted), treeText);
+    EXPECT_EQ(pasted.Error(), PROF_OK);
 }
 
 TEST(Clipboard, WithoutAProfileGivesAnEmptyJob) {
-    empty();
-    const Job none(ProfJobOpenClipboard(nullptr));
-    EXPECT_EQ(none.error(), PROF_OPEN_FAILED);
-    EXPECT_EQ(describe(none), L"");
+    Empty();
+    const clsJob none(ProfJobOpenClipboard(nullptr));
+    EXPECT_EQ(none.Error(), PROF_OPEN_FAILED);
+    EXPECT_EQ(Describe(none), L"");
     EXPECT_EQ(ProfSaveToClipboard(nullptr, nullptr, 0), 0);
     EXPECT_FALSE(ProfIsClipboardDataAvailable());
 }
 
 TEST(Clipboard, IsReadWhateverItsSize) {
-    const Bytes text = utf16(L"\xFEFF[/]\r\n{\r\na=1\r\n}\r\n");
+    const Bytes text = Utf16(L"\xFEFF[/]\r\n{\r\na=1\r\n}\r\n");
     const std::pair<Bytes, INT> rows[] = {
         {text, PROF_OK},
         {text + '\0', PROF_OK},
         {text + Bytes(4096, '\0'), PROF_OK},
         {text + Bytes(4095, '\0'), PROF_OK},
-        {saved(Job(L"a=1;"), PROF_SAVE_COMPRESSED) + Bytes(9, '\0'), PROF_OK},
+        {Saved(clsJob(L"a=1;"), PROF_SAVE_COMPRESSED) + Bytes(9, '\0'), PROF_OK},
         {"ZZmQ damaged", PROF_LOAD_FAILED}};
     for (const auto& [bytes, error] : rows) {
-        putOnClipboard(bytes);
-        const Job job(ProfJobOpenClipboard(nullptr));
-        EXPECT_EQ(job.error(), error) << bytes.size();
-        EXPECT_EQ(describe(job), error == PROF_OK ? L"a=1;" : L"") << bytes.size();
+        PutOnClipboard(bytes);
+        const clsJob job(ProfJobOpenClipboard(nullptr));
+        EXPECT_EQ(job.Error(), error) << bytes.size();
+        EXPECT_EQ(Describe(job), error == PROF_OK ? L"a=1;" : L"") << bytes.size();
     }
 }
 
 TEST(Clipboard, CarriesEveryFormWhateverTheBlockIsFilledUpWith) {
-    const Job job(L"a=1;L{b=&<\x00FC;}");
+    const clsJob job(L"a=1;L{b=&<\x00FC;}");
     for (const UINT form : {PROF_FORM_TEXT, PROF_FORM_XML, PROF_FORM_XFDF}) {
-        const Bytes bytes = saved(job, form);
-        const std::wstring tree = describe(opened(bytes));
-        empty();
+        const Bytes bytes = Saved(job, form);
+        const std::wstring tree = Describe(Opened(bytes));
+        Empty();
         EXPECT_EQ(ProfSaveToClipboard(job, nullptr, form), PROF_OK);
-        EXPECT_EQ(describe(Job(ProfJobOpenClipboard(nullptr))), tree) << form;
+        EXPECT_EQ(Describe(clsJob(ProfJobOpenClipboard(nullptr))), tree) << form;
         for (size_t more = 0; more <= 16; ++more) {
-            putOnClipboard(bytes + Bytes(more, '\0'));
-            const Job pasted(ProfJobOpenClipboard(nullptr));
-            EXPECT_EQ(pasted.error(), PROF_OK) << form << " " << more;
-            EXPECT_EQ(describe(pasted), tree) << form << " " << more;
+            PutOnClipboard(bytes + Bytes(more, '\0'));
+            const clsJob pasted(ProfJobOpenClipboard(nullptr));
+            EXPECT_EQ(pasted.Error(), PROF_OK) << form << " " << more;
+            EXPECT_EQ(Describe(pasted), tree) << form << " " << more;
         }
     }
 }
 
-HGLOBAL WINAPI noBlock(UINT, SIZE_T) {
+HGLOBAL WINAPI NoBlock(UINT, SIZE_T) {
     return nullptr;
 }
-UINT WINAPI noName(LPCWSTR, LPCWSTR, UINT, LPWSTR) {
+UINT WINAPI NoName(LPCWSTR, LPCWSTR, UINT, LPWSTR) {
     return 0;
 }
-BOOL WINAPI noWrite(HANDLE, LPCVOID, DWORD, LPDWORD, LPOVERLAPPED) {
+BOOL WINAPI NoWrite(HANDLE, LPCVOID, DWORD, LPDWORD, LPOVERLAPPED) {
     return FALSE;
 }
 
 TEST(Clipboard, FailuresAreToldApart) {
-    const Job job(kTree);
+    const clsJob job(treeText);
     const struct {
         const char* call;
         void* replacement;
         INT saving, opening;
     } rows[] = {
-        {"GetTempFileNameW", reinterpret_cast<void*>(noName), PROF_CLIPBOARD_FAILED, PROF_OPEN_FAILED},
-        {"WriteFile", reinterpret_cast<void*>(noWrite), PROF_SAVE_FAILED, PROF_OPEN_FAILED},
-        {"GlobalAlloc", reinterpret_cast<void*>(noBlock), PROF_NO_GLOBAL_MEMORY, PROF_OK},
-    };
+        {"GetTempFileNameW", reinterpret_cast<void*>(NoName), PROF_CLIPBOARD_FAILED, PROF_OPEN_FAILED},
+        {"WriteFile", reinterpret_cast<void*>(NoWrite), PROF_SAVE_FAILED, PROF_OPEN_FAILED},
+        {"GlobalAlloc", reinterpret_cast<void*>(NoBlock), PROF_NO_GLOBAL_MEMORY, PROF_OK}};
     ASSERT_EQ(ProfSaveToClipboard(job, nullptr, 0), PROF_OK);
     for (const auto& row : rows) {
-        const ImportHook hook(row.call, row.replacement);
+        const clsImportHook hook(row.call, row.replacement);
         ASSERT_TRUE(hook);
         EXPECT_EQ(ProfSaveToClipboard(job, nullptr, 0), row.saving) << row.call;
-        EXPECT_EQ(Job(ProfJobOpenClipboard(nullptr)).error(), row.opening) << row.call;
+        EXPECT_EQ(clsJob(ProfJobOpenClipboard(nullptr)).Error(), row.opening) << row.call;
     }
-    const Owner first, second;
-    const OpenedClipboard held(first);
+    const clsOwner first, second;
+    const clsOpenedClipboard held(first);
     EXPECT_EQ(ProfSaveToClipboard(job, second, 0), PROF_CLIPBOARD_FAILED);
-    EXPECT_EQ(Job(ProfJobOpenClipboard(second)).error(), PROF_OPEN_FAILED);
+    EXPECT_EQ(clsJob(ProfJobOpenClipboard(second)).Error(), PROF_OPEN_FAILED);
 }
 
 } // namespace
@@ -162,7 +161,7 @@ TEST(Clipboard, FailuresAreToldApart) {
 
 int main(int argc, char** argv) {
     if (argc == 2 && argv[1][0] != '-')
-        return static_cast<int>(testing_prof::secondProcess(argv[1][0] == 'p' ? L"paste" : L"copy"));
+        return static_cast<int>(testing_prof::SecondProcess(argv[1][0] == 'p' ? L"paste" : L"copy"));
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -10,7 +10,7 @@
 namespace testing_prof {
 namespace {
 
-std::wstring textOf(const Bytes& bytes, BOOL compress = FALSE) {
+std::wstring TextOf(const Bytes& bytes, BOOL compress = FALSE) {
     const auto count = static_cast<UINT>(bytes.size());
     std::wstring text(static_cast<size_t>(UtilConvertBLOBToString(bytes.data(), count, nullptr, 0, compress)),
                       L'?');
@@ -22,7 +22,7 @@ std::wstring textOf(const Bytes& bytes, BOOL compress = FALSE) {
     return text;
 }
 
-HGLOBAL blockOf(const Bytes& bytes) {
+HGLOBAL BlockOf(const Bytes& bytes) {
     HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, bytes.size());
     if (!bytes.empty()) {
         std::memcpy(GlobalLock(block), bytes.data(), bytes.size());
@@ -31,7 +31,7 @@ HGLOBAL blockOf(const Bytes& bytes) {
     return block;
 }
 
-Bytes bytesOf(HGLOBAL block) {
+Bytes BytesOf(HGLOBAL block) {
     Bytes bytes(GlobalSize(block), '\0');
     if (!bytes.empty()) {
         std::memcpy(bytes.data(), GlobalLock(block), bytes.size());
@@ -42,15 +42,15 @@ Bytes bytesOf(HGLOBAL block) {
 }
 
 // Text and bytes through each door, at buffers that fit exactly.
-void expectAllDoors(const Bytes& bytes, const std::wstring& text, BOOL compress) {
-    PageEnd page;
+void ExpectAllDoors(const Bytes& bytes, const std::wstring& text, BOOL compress) {
+    clsPageEnd page;
     const auto size = static_cast<UINT>(text.size() + 1);
-    PieceStream source(bytes, 5);
+    clsPieceStream source(bytes, 5);
     source.position = bytes.size() / 2;
-    HGLOBAL block = blockOf(bytes);
+    HGLOBAL block = BlockOf(bytes);
     const auto expectText = [&](auto convert) {
         EXPECT_EQ(convert(nullptr, 100), static_cast<INT>(size));
-        wchar_t* const to = page.lastUnits(size);
+        wchar_t* const to = page.LastUnits(size);
         EXPECT_EQ(convert(to, 0), static_cast<INT>(size));
         EXPECT_EQ(convert(to, size - 1), size == 1 ? 1 : UTIL_CONVERT_TOO_SMALL);
         EXPECT_EQ(*to, L'\xCCCC');
@@ -65,20 +65,20 @@ void expectAllDoors(const Bytes& bytes, const std::wstring& text, BOOL compress)
     GlobalFree(block);
 
     EXPECT_EQ(UtilConvertStringToBLOB(text.c_str(), nullptr, 0), static_cast<INT>(count));
-    char* const to = page.last(count);
+    char* const to = page.Last(count);
     EXPECT_EQ(UtilConvertStringToBLOB(text.c_str(), to, count), static_cast<INT>(count));
     EXPECT_EQ(Bytes(to, count), bytes);
     if (count != 0) {
-        EXPECT_EQ(UtilConvertStringToBLOB(text.c_str(), page.last(count - 1), count - 1),
+        EXPECT_EQ(UtilConvertStringToBLOB(text.c_str(), page.Last(count - 1), count - 1),
                   UTIL_CONVERT_TOO_LARGE);
     }
-    PieceStream target("before, behind", 3);
+    clsPieceStream target("before, behind", 3);
     target.position = 7;
     EXPECT_EQ(UtilConvertStringToStream(text.c_str(), &target), 0);
     EXPECT_EQ(target.data.substr(0, 7 + count), "before," + bytes);
     EXPECT_EQ(target.position, 7 + count);
     EXPECT_EQ(UtilConvertStringToHGLOBAL(text.c_str(), &block), 0);
-    EXPECT_EQ(bytesOf(block), bytes);
+    EXPECT_EQ(BytesOf(block), bytes);
 }
 
 TEST(Conversions, ThroughAllDoors) {
@@ -90,43 +90,43 @@ TEST(Conversions, ThroughAllDoors) {
     }();
     for (const Bytes& bytes : {Bytes(), Bytes("a"), Bytes("foobar"), all, Bytes(3000, 'x')})
         for (const BOOL compress : {FALSE, TRUE}) {
-            const std::wstring text = textOf(bytes, compress);
+            const std::wstring text = TextOf(bytes, compress);
             EXPECT_EQ(text.substr(0, 3) == L"@2@", compress && !bytes.empty());
-            expectAllDoors(bytes, text, compress);
+            ExpectAllDoors(bytes, text, compress);
         }
-    EXPECT_EQ(textOf("foobar"), L"Zm9vYmFy");
-    EXPECT_EQ(textOf(Bytes("\xFB\xFF\xFE", 3)), L"+//+");
+    EXPECT_EQ(TextOf("foobar"), L"Zm9vYmFy");
+    EXPECT_EQ(TextOf(Bytes("\xFB\xFF\xFE", 3)), L"+//+");
 }
 
 TEST(Conversions, WhatIsRefusedStandsForNoBytes) {
     const std::vector<std::string> bad = {"ERR: Base64 string has bad format!"};
     for (const wchar_t* const text : {L"QUJ", L"QUJDQ", L"QUJ*", L"@3@QUJD", L"@2@QUJDRA=="}) {
-        const Log log;
+        const clsLog log;
         char room[8];
-        PieceStream stream("stays");
+        clsPieceStream stream("stays");
         HGLOBAL block = nullptr;
         const bool isFine = std::wstring(text) == L"QUJ";
         EXPECT_EQ(UtilConvertStringToBLOB(text, room, sizeof room), isFine ? 2 : 0) << text;
-        EXPECT_EQ(log.lines().empty(), isFine);
+        EXPECT_EQ(log.Lines().empty(), isFine);
         if (isFine)
             continue;
         if (text[1] != L'2') {
-            EXPECT_EQ(log.lines(), bad);
+            EXPECT_EQ(log.Lines(), bad);
         }
         EXPECT_EQ(UtilConvertStringToStream(text, &stream), 0);
         EXPECT_EQ(stream.data, "stays");
         EXPECT_EQ(UtilConvertStringToHGLOBAL(text, &block), 0);
-        EXPECT_EQ(bytesOf(block), "");
+        EXPECT_EQ(BytesOf(block), "");
     }
 }
 
 TEST(Conversions, MoreBytesThanCanBeReadAgainAreRefused) {
     constexpr UINT tooMany = 256u * 1024 * 1024 + 1;
     const auto refused = [](auto convert) {
-        const Log log;
+        const clsLog log;
         for (const BOOL compress : {TRUE, FALSE})
             EXPECT_EQ(convert(compress), UTIL_CONVERT_FAILED);
-        EXPECT_EQ(log.lines(),
+        EXPECT_EQ(log.Lines(),
                   std::vector<std::string>(2, "WRN: more than 256 MiB cannot be kept as a text"));
     };
     const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, tooMany);
@@ -134,21 +134,21 @@ TEST(Conversions, MoreBytesThanCanBeReadAgainAreRefused) {
     GlobalFree(block);
     const char none = 0; // memory that is not looked at
     refused([&](BOOL compress) { return UtilConvertBLOBToString(&none, tooMany, nullptr, 0, compress); });
-    PieceStream endless(Bytes(1 << 20, 'x'));
+    clsPieceStream endless(Bytes(1 << 20, 'x'));
     const std::function<void()> rewind = [&] {
         endless.position = 0;
         endless.onRead = rewind;
     };
     endless.onRead = rewind;
     refused([&](BOOL compress) { return UtilConvertStreamToString(&endless, nullptr, 0, compress); });
-    const Job job;
+    const clsJob job;
     ProfAppendStreamW(job, 0, L"a", nullptr, &endless);
     EXPECT_EQ(GetLastError(), ERROR_FILE_TOO_LARGE);
-    EXPECT_EQ(describe(job), L"");
+    EXPECT_EQ(Describe(job), L"");
 }
 
 TEST(Conversions, MissingArgumentsAndFailingStreams) {
-    PieceStream stream("abc");
+    clsPieceStream stream("abc");
     HGLOBAL block;
     EXPECT_EQ(UtilConvertBLOBToString(nullptr, 1, nullptr, 0, FALSE), UTIL_CONVERT_NO_ARGUMENT);
     EXPECT_EQ(UtilConvertBLOBToString(nullptr, 0, nullptr, 0, TRUE), 1);

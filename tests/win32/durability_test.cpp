@@ -10,29 +10,29 @@
 namespace testing_prof {
 namespace {
 
-constexpr wchar_t kName[] = L"target.prf";
+constexpr wchar_t oneLetter[] = L"target.prf";
 
 /// The new contents differ from the old in every line and are several buffers long.
-Job withNewContents(Job job) {
+clsJob WithNewContents(clsJob job) {
     for (int i = 0; i < 4000; ++i)
         ProfAppendStringW(job, 0, (L"new" + std::to_wstring(i)).c_str(), L"some new value");
     return job;
 }
 
-Job newProfile() {
-    return withNewContents(Job());
+clsJob NewProfile() {
+    return WithNewContents(clsJob());
 }
 
-Bytes oldContents() {
-    return saved(Job(L"old=contents;L{a=1;}"));
+Bytes OldContents() {
+    return Saved(clsJob(L"old=contents;L{a=1;}"));
 }
 
-INT save(const std::wstring& path, UINT flags) {
-    return ProfSaveW(newProfile(), path.c_str(), flags);
+INT Save(const std::wstring& path, UINT flags) {
+    return ProfSaveW(NewProfile(), path.c_str(), flags);
 }
 
 /// Starts this program anew, as the saver of the test below.
-Handle start(int step, UINT flags, const std::wstring& path) {
+Handle Start(int step, UINT flags, const std::wstring& path) {
     wchar_t program[MAX_PATH];
     GetModuleFileNameW(nullptr, program, MAX_PATH);
     std::wstring line = L"\"" + std::wstring(program) + L"\" " + std::to_wstring(step) + L" " +
@@ -45,7 +45,7 @@ Handle start(int step, UINT flags, const std::wstring& path) {
     return Handle(info.hProcess);
 }
 
-DWORD exitCodeOf(const Handle& process) {
+DWORD ExitCodeOf(const Handle& process) {
     DWORD code = 0;
     WaitForSingleObject(process.get(), INFINITE);
     GetExitCodeProcess(process.get(), &code);
@@ -53,54 +53,54 @@ DWORD exitCodeOf(const Handle& process) {
 }
 
 /// A file as another program holds it that opened it with fopen: it may be written, but not replaced.
-Handle openedElsewhere(const std::wstring& path) {
-    return openFile(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
+Handle OpenedElsewhere(const std::wstring& path) {
+    return OpenExisting(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
 }
 
 class Durability : public ::testing::TestWithParam<UINT> {
   protected:
-    const TempFolder folder;
-    const std::wstring path = folder / kName;
+    const clsTempFolder folder;
+    const std::wstring path = folder / oneLetter;
 };
 
 TEST_P(Durability, AProcessThatDiesAtAnyStepOfASaveLeavesTheOldOrTheNewFile) {
-    const Bytes before = oldContents(), after = saved(newProfile(), GetParam());
+    const Bytes before = OldContents(), after = Saved(NewProfile(), GetParam());
     for (const bool present : {true, false}) {
         int step = 0;
-        DWORD code = kDied;
-        while (code == kDied) {
+        DWORD code = diedCode;
+        while (code == diedCode) {
             std::filesystem::remove(path);
             if (present)
-                writeFile(path, before);
-            code = exitCodeOf(start(++step, GetParam(), path));
-            const Bytes now = readFile(path);
+                WriteBytes(path, before);
+            code = ExitCodeOf(Start(++step, GetParam(), path));
+            const Bytes now = ReadBytes(path);
             EXPECT_TRUE(now == after || (present ? now == before : !std::filesystem::exists(path)))
                 << "step " << step << ": " << now.size() << " bytes";
-            EXPECT_LE(folder.count(), 2) << "one temporary file may stay";
-            folder.keepOnly(kName);
+            EXPECT_LE(folder.Count(), 2) << "one temporary file may stay";
+            folder.KeepOnly(oneLetter);
         }
         EXPECT_EQ(code, 0u);
-        EXPECT_EQ(readFile(path), after);
+        EXPECT_EQ(ReadBytes(path), after);
         EXPECT_GT(step, 3) << "the process was hardly stopped anywhere";
     }
 }
 
 TEST_P(Durability, AFailureAtAnyStepLeavesTheOldFileOrIsOvercome) {
-    const Bytes before = oldContents(), after = saved(newProfile(), GetParam());
+    const Bytes before = OldContents(), after = Saved(NewProfile(), GetParam());
     int failures = 0;
     for (int at = 1;; ++at) {
-        writeFile(path, before);
+        WriteBytes(path, before);
         INT result;
         int taken;
         {
-            const Steps watched(Fault::Fail, at);
-            result = save(path, GetParam());
+            const clsSteps watched(Fault::Fail, at);
+            result = Save(path, GetParam());
             EXPECT_TRUE(result == PROF_OK || GetLastError() == ERROR_DISK_FULL) << "step " << at;
             taken = steps;
         }
-        EXPECT_EQ(readFile(path), result == PROF_OK ? after : before) << "step " << at;
-        EXPECT_EQ(folder.count(), 1) << "step " << at << ": a temporary file stayed";
-        folder.keepOnly(kName);
+        EXPECT_EQ(ReadBytes(path), result == PROF_OK ? after : before) << "step " << at;
+        EXPECT_EQ(folder.Count(), 1) << "step " << at << ": a temporary file stayed";
+        folder.KeepOnly(oneLetter);
         failures += result == PROF_SAVE_FAILED;
         if (taken < at)
             break;
@@ -109,51 +109,51 @@ TEST_P(Durability, AFailureAtAnyStepLeavesTheOldFileOrIsOvercome) {
 }
 
 TEST_P(Durability, ATargetThatCannotBeReplacedIsWrittenInPlace) {
-    const Bytes after = saved(newProfile(), GetParam());
-    for (const Bytes& before : {oldContents(), Bytes(200000, 'x')}) {
-        writeFile(path, before);
-        const Handle reader = openedElsewhere(path);
-        const FakeClock clock;
-        EXPECT_EQ(save(path, GetParam()), PROF_OK);
-        EXPECT_EQ(FakeClock::now, 2000u) << "others may close it yet";
-        EXPECT_EQ(readFile(path), after);
-        EXPECT_EQ(folder.count(), 1);
+    const Bytes after = Saved(NewProfile(), GetParam());
+    for (const Bytes& before : {OldContents(), Bytes(200000, 'x')}) {
+        WriteBytes(path, before);
+        const Handle reader = OpenedElsewhere(path);
+        const clsFakeClock clock;
+        EXPECT_EQ(Save(path, GetParam()), PROF_OK);
+        EXPECT_EQ(clsFakeClock::now, 2000u) << "others may close it yet";
+        EXPECT_EQ(ReadBytes(path), after);
+        EXPECT_EQ(folder.Count(), 1);
     }
 }
 
 // The finished temporary file goes only when its copy is complete.
 TEST_P(Durability, WhatStopsWritingInPlaceLeavesOneWholeFile) {
-    const Bytes after = saved(newProfile(), GetParam());
+    const Bytes after = Saved(NewProfile(), GetParam());
     const auto whole = [&](const Bytes& contents) {
-        for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
-            if (readFile(entry.path()) == contents)
+        for (const auto& entry : std::filesystem::directory_iterator(folder.Path()))
+            if (ReadBytes(entry.path()) == contents)
                 return true;
         return false;
     };
-    for (const Bytes& before : {oldContents(), Bytes(200000, 'x')}) {
+    for (const Bytes& before : {OldContents(), Bytes(200000, 'x')}) {
         int torn = 0;
         for (const Fault how : {Fault::Fail, Fault::Die}) {
             bool stopped = true;
             for (int at = 1; stopped; at += how == Fault::Fail ? 1 : 7) { // a process each
-                writeFile(path, before);
-                const Handle reader = openedElsewhere(path);
-                const FakeClock clock(10);
-                const Log log;
+                WriteBytes(path, before);
+                const Handle reader = OpenedElsewhere(path);
+                const clsFakeClock clock(10);
+                const clsLog log;
                 if (how == Fault::Fail) {
-                    const Steps watched(how, at);
-                    save(path, GetParam());
+                    const clsSteps watched(how, at);
+                    Save(path, GetParam());
                     stopped = steps >= at;
                 } else {
-                    stopped = exitCodeOf(start(at, GetParam(), path)) == kDied;
+                    stopped = ExitCodeOf(Start(at, GetParam(), path)) == diedCode;
                 }
-                const Bytes now = readFile(path);
+                const Bytes now = ReadBytes(path);
                 const bool isTorn = now != before && now != after;
                 torn += isTorn;
-                EXPECT_TRUE(!isTorn || how == Fault::Die || log.lines().size() == 1) << "step " << at;
+                EXPECT_TRUE(!isTorn || how == Fault::Die || log.Lines().size() == 1) << "step " << at;
                 EXPECT_TRUE(now == before || whole(after)) << "step " << at;
-                EXPECT_TRUE(how == Fault::Die || folder.count() == 1 || now != before) << "step " << at;
-                EXPECT_TRUE(stopped || (now == after && folder.count() == 1)) << "step " << at;
-                folder.keepOnly(kName);
+                EXPECT_TRUE(how == Fault::Die || folder.Count() == 1 || now != before) << "step " << at;
+                EXPECT_TRUE(stopped || (now == after && folder.Count() == 1)) << "step " << at;
+                folder.KeepOnly(oneLetter);
             }
         }
         EXPECT_GT(torn, 0) << "nothing was stopped while it wrote";
@@ -162,12 +162,12 @@ TEST_P(Durability, WhatStopsWritingInPlaceLeavesOneWholeFile) {
 
 // What killed processes have left goes with the first save in a folder, and costs the others nothing.
 TEST(Leftovers, GoOnceAFolder) {
-    const TempFolder parent;
-    const auto folder = parent.path() / L"leftovers";
+    const clsTempFolder parent;
+    const auto folder = parent.Path() / L"leftovers";
     std::filesystem::create_directory(folder);
     const auto make = [&](const wchar_t* name, unsigned minutes) {
-        writeFile(folder / name, "left");
-        setAge(folder / name, minutes);
+        WriteBytes(folder / name, "left");
+        SetAge(folder / name, minutes);
     };
     const auto there = [&](const wchar_t* name) { return std::filesystem::exists(folder / name); };
     constexpr const wchar_t *old = L"~PRF0123ABCD.tmp", *open = L"~PRF01234567.tmp",
@@ -180,42 +180,42 @@ TEST(Leftovers, GoOnceAFolder) {
     make(open, 61);
     make(young, 59);
     Handle held =
-        openFile(folder / open, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
-    EXPECT_EQ(save(folder / L"a.prf", 0), PROF_OK);
+        OpenExisting(folder / open, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
+    EXPECT_EQ(Save(folder / L"a.prf", 0), PROF_OK);
     held.reset(); // nor has it been marked to go when it is closed
     EXPECT_FALSE(there(old));
     EXPECT_TRUE(there(open) && there(young));
     for (const wchar_t* name : others)
         EXPECT_TRUE(there(name));
     make(old, 61);
-    const ImportHook noSearch("FindFirstFileW", nullptr);
+    const clsImportHook noSearch("FindFirstFileW", nullptr);
     ASSERT_TRUE(noSearch);
-    EXPECT_EQ(save(folder / L"a.prf", 0), PROF_OK);
+    EXPECT_EQ(Save(folder / L"a.prf", 0), PROF_OK);
     EXPECT_TRUE(there(old));
 }
 
 INSTANTIATE_TEST_SUITE_P(Forms, Durability, ::testing::Values(PROF_FORM_TEXT, PROF_SAVE_COMPRESSED));
 
 TEST(HeldFile, KeepsItsContentsWhenTheFirstWritesFail) {
-    const TempFolder folder;
-    const std::wstring path = folder / kName;
-    writeFile(path, oldContents());
-    const Job job = withNewContents(Job(ProfJobOpenExclusiveW(path.c_str())));
+    const clsTempFolder folder;
+    const std::wstring path = folder / oneLetter;
+    WriteBytes(path, OldContents());
+    const clsJob job = WithNewContents(clsJob(ProfJobOpenExclusiveW(path.c_str())));
     {
-        const Steps watched(Fault::Fail, 1);
+        const clsSteps watched(Fault::Fail, 1);
         EXPECT_EQ(ProfSaveW(job, nullptr, 0), PROF_SAVE_FAILED);
     }
-    EXPECT_EQ(describe(Job(ProfJobOpenW(path.c_str()))), L"old=contents;L{a=1;}");
+    EXPECT_EQ(Describe(clsJob(ProfJobOpenW(path.c_str()))), L"old=contents;L{a=1;}");
     EXPECT_EQ(ProfSaveW(job, nullptr, 0), PROF_OK);
-    EXPECT_EQ(describe(Job(ProfJobOpenW(path.c_str()))), describe(job));
+    EXPECT_EQ(Describe(clsJob(ProfJobOpenW(path.c_str()))), Describe(job));
 }
 
 // A file that somebody maps cannot be cut.
 TEST(HeldFile, KeepsItsContentsWhenItCannotBeCut) {
-    const TempFolder folder;
-    const std::wstring path = folder / kName;
-    writeFile(path, oldContents());
-    const Job job(ProfJobOpenExclusiveW(path.c_str()));
+    const clsTempFolder folder;
+    const std::wstring path = folder / oneLetter;
+    WriteBytes(path, OldContents());
+    const clsJob job(ProfJobOpenExclusiveW(path.c_str()));
     const HANDLE reader = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                       OPEN_EXISTING, 0, nullptr);
     const HANDLE mapping = CreateFileMappingW(reader, nullptr, PAGE_READONLY, 0, 0, nullptr);
@@ -223,12 +223,12 @@ TEST(HeldFile, KeepsItsContentsWhenItCannotBeCut) {
     ASSERT_TRUE(view);
     ProfEmptyList(job, nullptr);
     EXPECT_EQ(ProfSaveW(job, nullptr, 0), PROF_SAVE_FAILED);
-    EXPECT_EQ(readFile(path), oldContents());
+    EXPECT_EQ(ReadBytes(path), OldContents());
     UnmapViewOfFile(view);
     CloseHandle(mapping);
     CloseHandle(reader);
     EXPECT_EQ(ProfSaveW(job, nullptr, 0), PROF_OK);
-    EXPECT_EQ(describe(Job(ProfJobOpenW(path.c_str()))), L"");
+    EXPECT_EQ(Describe(clsJob(ProfJobOpenW(path.c_str()))), L"");
 }
 
 // TVUT22_SMALL_DISK names a folder on a disk of a few hundred kilobytes, which the test session mounts.
@@ -236,26 +236,26 @@ TEST(FullDisk, FailsTheSaveAndKeepsTheOldFile) {
     wchar_t disk[MAX_PATH];
     if (!GetEnvironmentVariableW(L"TVUT22_SMALL_DISK", disk, MAX_PATH))
         GTEST_FAIL() << "TVUT22_SMALL_DISK is not set: run this test in the session of scripts/test";
-    const TempFolder folder{std::filesystem::path(disk)};
-    const std::wstring path = folder / kName, held = folder / L"held.prf";
-    const Bytes before = oldContents();
-    writeFile(path, before);
-    writeFile(held, before);
-    const Job job(ProfJobOpenW(path.c_str())), holder(ProfJobOpenExclusiveW(held.c_str()));
+    const clsTempFolder folder{std::filesystem::path(disk)};
+    const std::wstring path = folder / oneLetter, held = folder / L"held.prf";
+    const Bytes before = OldContents();
+    WriteBytes(path, before);
+    WriteBytes(held, before);
+    const clsJob job(ProfJobOpenW(path.c_str())), holder(ProfJobOpenExclusiveW(held.c_str()));
     const std::wstring half(512 * 1024, L'x');
-    for (const Job* full : {&job, &holder})
+    for (const clsJob* full : {&job, &holder})
         for (int i = 0; i < 16; ++i)
             ProfAppendStringW(*full, 0, L"large", half.c_str());
     EXPECT_EQ(ProfSaveW(job, nullptr, 0), PROF_SAVE_FAILED);
-    EXPECT_EQ(readFile(path), before);
+    EXPECT_EQ(ReadBytes(path), before);
     EXPECT_EQ(ProfSaveW(holder, nullptr, 0), PROF_SAVE_FAILED);
-    EXPECT_EQ(describe(Job(ProfJobOpenW(held.c_str()))), L"old=contents;L{a=1;}");
-    EXPECT_EQ(folder.count(), 2) << "no temporary file stays";
-    for (const Job* full : {&job, &holder}) {
+    EXPECT_EQ(Describe(clsJob(ProfJobOpenW(held.c_str()))), L"old=contents;L{a=1;}");
+    EXPECT_EQ(folder.Count(), 2) << "no temporary file stays";
+    for (const clsJob* full : {&job, &holder}) {
         ProfDeleteItemW(*full, 0, L"large");
         EXPECT_EQ(ProfSaveW(*full, nullptr, 0), PROF_OK) << "room again: the space was given back";
     }
-    EXPECT_EQ(readFile(path), before);
+    EXPECT_EQ(ReadBytes(path), before);
 }
 
 } // namespace
@@ -265,9 +265,9 @@ TEST(FullDisk, FailsTheSaveAndKeepsTheOldFile) {
 int main(int count, char** arguments) {
     using namespace testing_prof;
     if (count == 4) {
-        const FakeClock clock(10);
-        const Steps watched(Fault::Die, std::atoi(arguments[1]));
-        return save(toWide(arguments[3], CP_ACP), static_cast<UINT>(std::atoi(arguments[2]))) == PROF_OK ? 0
+        const clsFakeClock clock(10);
+        const clsSteps watched(Fault::Die, std::atoi(arguments[1]));
+        return Save(ToWide(arguments[3], CP_ACP), static_cast<UINT>(std::atoi(arguments[2]))) == PROF_OK ? 0
                                                                                                          : 1;
     }
     ::testing::InitGoogleTest(&count, arguments);

@@ -16,25 +16,25 @@ namespace {
 
 using namespace std::string_view_literals;
 
-UINT32 word(const void* payload, int offset) {
+UINT32 Word(const void* payload, int offset) {
     UINT32 value;
     std::memcpy(&value, static_cast<const char*>(payload) + offset, sizeof value);
     return value;
 }
-void setWord(void* payload, int offset, UINT32 value) {
+void SetWord(void* payload, int offset, UINT32 value) {
     std::memcpy(static_cast<char*>(payload) + offset, &value, sizeof value);
 }
 
-std::string pointer(const void* at) {
+std::string Pointer(const void* at) {
     char text[20];
     std::snprintf(text, sizeof text, "0X%08X", static_cast<unsigned>(reinterpret_cast<UINT_PTR>(at)));
     return text;
 }
 
 /// The lines of the log without those that differ from build to build: call stacks.
-std::vector<std::string> reports(const Log& log) {
+std::vector<std::string> Reports(const clsLog& log) {
     std::vector<std::string> texts;
-    for (const std::string& line : log.lines()) {
+    for (const std::string& line : log.Lines()) {
         const std::string text = line.substr(line.find(':') + 1, line.size() - line.find(':') - 2);
         if (text.find(".dll+0x") == std::string::npos && text.find(".exe+0x") == std::string::npos)
             texts.push_back(text);
@@ -54,15 +54,15 @@ TEST_F(Heaps, LayObjectsOutAsTheyAreRead) {
     const DWORD before = GetTickCount();
     void* const plain = UtilHeapObjectAlloc(heap, 10, 0);
     void* const debug = UtilHeapObjectAllocExt(heap, 10, UTIL_HEAP_DEBUG, 77, 0);
-    EXPECT_EQ(word(plain, -4), 0xFAAFFAAFu);
-    EXPECT_EQ(word(debug, -4), 0xAFFEAFFEu);
-    EXPECT_EQ(word(debug, -8), 10u);
-    EXPECT_EQ(word(debug, -12), 77u);
-    EXPECT_NE(word(debug, -16), 0u) << "the call stack";
-    EXPECT_LE(word(debug, -20) - before, GetTickCount() - before);
-    EXPECT_TRUE(HeapValidate(reinterpret_cast<HANDLE>(word(debug, -24)), 0, static_cast<char*>(debug) - 28));
-    EXPECT_EQ(word(debug, -28), 0xC0FFEEEEu);
-    EXPECT_EQ(word(debug, 10), 0xE5E55E5Eu);
+    EXPECT_EQ(Word(plain, -4), 0xFAAFFAAFu);
+    EXPECT_EQ(Word(debug, -4), 0xAFFEAFFEu);
+    EXPECT_EQ(Word(debug, -8), 10u);
+    EXPECT_EQ(Word(debug, -12), 77u);
+    EXPECT_NE(Word(debug, -16), 0u) << "the call stack";
+    EXPECT_LE(Word(debug, -20) - before, GetTickCount() - before);
+    EXPECT_TRUE(HeapValidate(reinterpret_cast<HANDLE>(Word(debug, -24)), 0, static_cast<char*>(debug) - 28));
+    EXPECT_EQ(Word(debug, -28), 0xC0FFEEEEu);
+    EXPECT_EQ(Word(debug, 10), 0xE5E55E5Eu);
     EXPECT_EQ(UtilHeapObjectSize(heap, plain), 10);
     EXPECT_EQ(UtilHeapObjectSize(heap, debug), 10);
     EXPECT_EQ(UtilHeapObjectFree(heap, plain), UTIL_OK);
@@ -90,7 +90,7 @@ TEST_F(Heaps, AreDebugByTheRightFlags) {
     for (const auto& c : cases) {
         const UtilHeap heap = UtilHeapCreate(c.job, L"H", c.heapFlags);
         void* const object = UtilHeapObjectAlloc(heap, 8, c.flags | UTIL_HEAP_NO_STACK);
-        EXPECT_EQ(word(object, -4), c.debug ? 0xAFFEAFFEu : 0xFAAFFAAFu) << &c - cases;
+        EXPECT_EQ(Word(object, -4), c.debug ? 0xAFFEAFFEu : 0xFAAFFAAFu) << &c - cases;
         EXPECT_EQ(UtilHeapObjectFree(heap, object), UTIL_OK);
         UtilHeapDelete(heap);
     }
@@ -119,13 +119,13 @@ TEST_F(Heaps, FillAsAsked) {
 
 TEST_F(Heaps, RefuseSizesThatWouldWrap) {
     const UtilHeap heap = UtilHeapCreate(job, L"H", 0);
-    const Log log;
+    const clsLog log;
     for (const INT size : {-1, -4, -5, -32, -33, INT_MIN, INT_MIN + 1, INT_MAX, INT_MAX - 31}) {
         EXPECT_EQ(UtilHeapObjectAlloc(heap, size, 0), nullptr) << size;
         EXPECT_EQ(UtilHeapObjectAlloc(heap, size, UTIL_HEAP_DEBUG), nullptr) << size;
         EXPECT_EQ(UtilHeapObjectAlloc(nullptr, size, 0), nullptr) << size;
     }
-    const Lines lines = reports(log);
+    const Lines lines = Reports(log);
     EXPECT_EQ(lines.at(0), "Error: clsHeapNode['M'/'H']::AllocObjectND(-1): Out of memory");
     EXPECT_EQ(lines.at(1), "Error: clsHeapNode['M'/'H']::AllocObjectD(-1)");
     EXPECT_EQ(lines.at(3), "Error: clsHeapNode['M'/'H']::AllocObjectD(-1): Out of memory");
@@ -137,25 +137,25 @@ TEST_F(Heaps, ReportDamageAndSurviveIt) {
     const UtilHeap heap = UtilHeapCreate(job, L"H", UTIL_HEAP_DEBUG), other = UtilHeapCreate(job, nullptr, 0);
     const auto make = [&] { return static_cast<char*>(UtilHeapObjectAlloc(heap, 12, UTIL_HEAP_FILL)); };
     const auto freeing = [&](void* object) {
-        const Log log;
+        const clsLog log;
         EXPECT_EQ(UtilHeapObjectFree(heap, object), UTIL_HEAP_BAD_OBJECT);
-        Lines lines = reports(log);
+        Lines lines = Reports(log);
         std::erase_if(lines, [](const std::string& line) { return line.starts_with("   "); }); // bytes
         return lines;
     };
     const std::string begin = "Error: clsHeapNode['M'/'H']::FreeObject";
     const auto dump = [](char* object) {
         char size[60];
-        std::snprintf(size, sizeof size, "%d(=0x%08x) Bytes", static_cast<INT>(word(object, -8)),
-                      word(object, -8));
-        return " -Object at " + pointer(object) + ", " + size;
+        std::snprintf(size, sizeof size, "%d(=0x%08x) Bytes", static_cast<INT>(Word(object, -8)),
+                      Word(object, -8));
+        return " -Object at " + Pointer(object) + ", " + size;
     };
     // The check of the object says so first, and who made it; then the call that wanted to free it.
     const auto damaged = [&](char* object) {
         return Lines{"Error: Memory overrun, fence value has been changed",
                      dump(object),
                      " Memory object allocation",
-                     begin + "D(" + pointer(object) + ")",
+                     begin + "D(" + Pointer(object) + ")",
                      " Memory overrun, fence value has been changed (object not freed)",
                      dump(object)};
     };
@@ -168,30 +168,30 @@ TEST_F(Heaps, ReportDamageAndSurviveIt) {
 
     for (const UINT32 size : {0x7FFFFFFFu, 0x80000000u, 0xFFFFFFF0u, 0x10000000u, 13u}) {
         char* const resized = make();
-        setWord(resized, -8, size);
+        SetWord(resized, -8, size);
         EXPECT_EQ(freeing(resized), damaged(resized)) << size;
     }
     char* const underrun = make();
-    setWord(underrun, -28, 0x12345678);
-    EXPECT_EQ(freeing(underrun), (Lines{begin + "D(" + pointer(underrun) + ")",
+    SetWord(underrun, -28, 0x12345678);
+    EXPECT_EQ(freeing(underrun), (Lines{begin + "D(" + Pointer(underrun) + ")",
                                         " Not allocated with UTIL or memory underrun (object not freed)"}));
     char* const marked = make();
-    setWord(marked, -4, 0x12345678);
-    EXPECT_EQ(freeing(marked), (Lines{begin + "(" + pointer(marked) + ")",
+    SetWord(marked, -4, 0x12345678);
+    EXPECT_EQ(freeing(marked), (Lines{begin + "(" + Pointer(marked) + ")",
                                       " bad pointer, or memory underrun (magic=0x12345678)"}));
     char* const twice = make();
     EXPECT_EQ(UtilHeapObjectFree(heap, twice), UTIL_OK);
-    EXPECT_EQ(freeing(twice).at(0), begin + "(" + pointer(twice) + ")");
+    EXPECT_EQ(freeing(twice).at(0), begin + "(" + Pointer(twice) + ")");
 
     void* const foreign = UtilHeapObjectAlloc(other, 12, UTIL_HEAP_DEBUG);
     EXPECT_EQ(freeing(foreign).at(1), " error freeing object");
     void* const foreignPlain = UtilHeapObjectAlloc(other, 12, 0);
-    EXPECT_EQ(freeing(foreignPlain).at(0), begin + "ND(" + pointer(foreignPlain) + ")");
+    EXPECT_EQ(freeing(foreignPlain).at(0), begin + "ND(" + Pointer(foreignPlain) + ")");
     EXPECT_EQ(UtilHeapObjectFree(other, foreign), UTIL_OK) << "untouched by the attempt";
     EXPECT_EQ(UtilHeapObjectFree(other, foreignPlain), UTIL_OK);
 
     char* const wild = make(); // a record's pointer that leads nowhere must not be followed or released
-    setWord(wild, -16, 0x1000);
+    SetWord(wild, -16, 0x1000);
     EXPECT_EQ(UtilHeapObjectFree(heap, wild), UTIL_OK);
     for (void* const nowhere : {static_cast<void*>(nullptr), reinterpret_cast<void*>(UINT_PTR{0x1000}),
                                 static_cast<void*>(GetModuleHandleW(nullptr)), static_cast<void*>(&job)}) {
@@ -213,14 +213,14 @@ TEST_F(Heaps, ReportWhatIsLeft) {
     std::copy_n("text\x7f\x80 \n", 8, left);
     UtilHeapObjectAlloc(heap, 5, UTIL_HEAP_NEVER_DEBUG);
     UtilHeapObjectFree(heap, freed);
-    const Log log;
+    const clsLog log;
     EXPECT_EQ(UtilHeapDelete(heap), UTIL_OK);
     const std::string name = "Heap['M'/'" + std::string(32, 'n') + "']: ";
     const std::string zeroes = "   00 00 00 00 00 00 00 00  ........";
-    EXPECT_EQ(reports(log),
+    EXPECT_EQ(Reports(log),
               (Lines{name + "max 3, total 3 allocations",
                      "Warning: deleting heap, but objects are left:", " " + name + "2 objects",
-                     " Heap allocation", " -Object at " + pointer(left) + ", 70(=0x00000046) Bytes",
+                     " Heap allocation", " -Object at " + Pointer(left) + ", 70(=0x00000046) Bytes",
                      "   74 65 78 74 7f 80 20 0a  text.. .", zeroes, zeroes, zeroes, zeroes, zeroes, zeroes,
                      zeroes, " Memory object allocation"}));
 }
@@ -229,15 +229,15 @@ TEST_F(Heaps, AreDestroyedWithTheirJobOrSilently) {
     const UtilJob owner = UtilJobOpen(L"O", 0);
     UtilHeapObjectAlloc(UtilHeapCreate(owner, L"1", UTIL_HEAP_SILENT_DELETE), 3, 0);
     const UtilHeap second = UtilHeapCreate(owner, L"2", 0);
-    const Log log;
+    const clsLog log;
     EXPECT_EQ(UtilJobClose(owner), UTIL_HEAPS_LEFT);
-    EXPECT_EQ(reports(log), (Lines{"Error: deleting module 'O', but the following heaps are left:",
+    EXPECT_EQ(Reports(log), (Lines{"Error: deleting module 'O', but the following heaps are left:",
                                    " Heap['O'/'1']: 1 objects", " Heap['O'/'1']: max 1, total 1 allocations",
                                    " Heap['O'/'2']: 0 objects"}));
-    const Log gone;
+    const clsLog gone;
     EXPECT_EQ(UtilHeapDelete(second), UTIL_HEAP_FAILED);
-    EXPECT_EQ(reports(gone),
-              (Lines{"Error: clsModuleNode['(NULL)']::DeleteHeap(" + pointer(second) + "): Invalid handle"}));
+    EXPECT_EQ(Reports(gone),
+              (Lines{"Error: clsModuleNode['(NULL)']::DeleteHeap(" + Pointer(second) + "): Invalid handle"}));
 }
 
 TEST_F(Heaps, AreValidatedAndMeasured) {
@@ -257,15 +257,15 @@ TEST_F(Heaps, AreValidatedAndMeasured) {
     EXPECT_EQ(UtilHeapValidate(heap, nullptr, 0), UTIL_HEAP_BAD_OBJECT) << "a damaged object in a sound heap";
     EXPECT_EQ(UtilHeapValidate(heap, &job, 0), UTIL_HEAP_BAD_OBJECT);
     std::memset(object + 100, 1, 64); // now the system's own words, too
-    const Log log;
+    const clsLog log;
     EXPECT_EQ(UtilHeapValidate(heap, nullptr, 0), UTIL_HEAP_CORRUPTED);
-    EXPECT_EQ(reports(log).at(0), " Error: Heap corrupted");
+    EXPECT_EQ(Reports(log).at(0), " Error: Heap corrupted");
     std::memset(plainObject + 100, 1, 64);
     for (const auto& [damaged, call] :
          {std::pair(heap, &UtilHeapSize), {heap, &UtilHeapSizeObjects}, {plain, &UtilHeapSizeObjects}}) {
-        const Log walk;
+        const clsLog walk;
         EXPECT_EQ(call(damaged), UTIL_HEAP_CORRUPTED) << "the walk does not meet every object";
-        EXPECT_EQ(reports(walk).at(0), " Error: Heap corrupted");
+        EXPECT_EQ(Reports(walk).at(0), " Error: Heap corrupted");
     }
     UtilHeapObjectAlloc(heap, 100, 0); // whatever the system does now
     UtilHeapObjectFree(heap, object);
@@ -277,46 +277,46 @@ TEST_F(Heaps, AreValidatedAndMeasured) {
 
 // The services that are looked up by name, in a library that asks for them by names that do not exist.
 TEST_F(Heaps, SayWhatTheSystemLacks) {
-    const TempFolder folder;
-    Copy::makeFile(folder / L"copy.dll", {{"\0HeapWalk"sv, "\0HeapWalX"sv},
-                                          {"\0HeapValidate"sv, "\0HeapValidatX"sv},
-                                          {"\0HeapCompact"sv, "\0HeapCompacX"sv}});
-    const Copy copy(folder / L"copy.dll");
-    const UtilJob own = copy.find(UtilJobOpen, "UtilJobOpen")(L"M", 0);
-    const UtilHeap heap = copy.find(UtilHeapCreate, "UtilHeapCreate")(own, L"H", UTIL_HEAP_DEBUG);
-    copy.find(UtilHeapObjectAlloc, "UtilHeapObjectAlloc")(heap, 100, 0);
-    const Log log;
-    EXPECT_EQ(copy.find(UtilHeapValidate, "UtilHeapValidate")(heap, nullptr, 0), UTIL_HEAP_NOT_SUPPORTED);
-    EXPECT_EQ(copy.find(UtilHeapShrink, "UtilHeapShrink")(heap, 0), UTIL_HEAP_NOT_SUPPORTED);
-    EXPECT_EQ(copy.find(UtilHeapSizeObjects, "UtilHeapSizeObjects")(heap), UTIL_HEAP_NOT_SUPPORTED);
-    EXPECT_EQ(copy.find(UtilHeapSize, "UtilHeapSize")(heap), 100) << "the counter of payload bytes";
-    EXPECT_EQ(reports(log), (Lines{"Error: UtilHeapValidate(...) does only run under NT",
+    const clsTempFolder folder;
+    clsCopy::MakeFile(folder / L"copy.dll", {{"\0HeapWalk"sv, "\0HeapWalX"sv},
+                                             {"\0HeapValidate"sv, "\0HeapValidatX"sv},
+                                             {"\0HeapCompact"sv, "\0HeapCompacX"sv}});
+    const clsCopy copy(folder / L"copy.dll");
+    const UtilJob own = copy.Find(UtilJobOpen, "UtilJobOpen")(L"M", 0);
+    const UtilHeap heap = copy.Find(UtilHeapCreate, "UtilHeapCreate")(own, L"H", UTIL_HEAP_DEBUG);
+    copy.Find(UtilHeapObjectAlloc, "UtilHeapObjectAlloc")(heap, 100, 0);
+    const clsLog log;
+    EXPECT_EQ(copy.Find(UtilHeapValidate, "UtilHeapValidate")(heap, nullptr, 0), UTIL_HEAP_NOT_SUPPORTED);
+    EXPECT_EQ(copy.Find(UtilHeapShrink, "UtilHeapShrink")(heap, 0), UTIL_HEAP_NOT_SUPPORTED);
+    EXPECT_EQ(copy.Find(UtilHeapSizeObjects, "UtilHeapSizeObjects")(heap), UTIL_HEAP_NOT_SUPPORTED);
+    EXPECT_EQ(copy.Find(UtilHeapSize, "UtilHeapSize")(heap), 100) << "the counter of payload bytes";
+    EXPECT_EQ(Reports(log), (Lines{"Error: UtilHeapValidate(...) does only run under NT",
                                    "Error: UtilHeapShrink(...) does only run under NT",
                                    "Error: UtilHeapSizeObjects(...) does only run under NT"}));
 }
 
 TEST_F(Heaps, AreTracedWithTheirJob) {
     const UtilJob traced = UtilJobOpen(L"T", UTIL_JOB_TRACE);
-    const Log log;
+    const clsLog log;
     const UtilHeap heap = UtilHeapCreate(traced, L"H", UTIL_HEAP_DEBUG);
     UtilHeapObjectFree(heap, UtilHeapObjectAlloc(heap, 1, 0));
     UtilHeapValidate(heap, nullptr, 0);
     UtilHeapSizeObjects(heap);
     UtilHeapDelete(heap);
-    const std::string names = "(" + pointer(heap) + ") ['T','H']";
-    EXPECT_EQ(reports(log),
-              (Lines{"UtilHeapCreate(" + pointer(traced) + ",'H',0x40000000)",
-                     " T: UtilHeapCreate(..,'H',..) called with DEBUG bit", " ->" + pointer(heap),
+    const std::string names = "(" + Pointer(heap) + ") ['T','H']";
+    EXPECT_EQ(Reports(log),
+              (Lines{"UtilHeapCreate(" + Pointer(traced) + ",'H',0x40000000)",
+                     " T: UtilHeapCreate(..,'H',..) called with DEBUG bit", " ->" + Pointer(heap),
                      "UtilHeapValidate" + names, " ->0", "UtilHeapSizeObjects" + names, " ->0",
                      "UtilHeapDelete" + names, " Heap['T'/'H']: max 1, total 1 allocations", " ->0"}));
     UtilJobClose(traced);
 }
 
-constexpr UINT32 kConstantMark[] = {0, 0, 0xFAAFFAAF, 1}; // in a page that cannot be written
+constexpr UINT32 constantMark[] = {0, 0, 0xFAAFFAAF, 1}; // in a page that cannot be written
 
 /// A page of its own, with unreadable ones around.
-struct Page {
-    ~Page() { VirtualFree(reserved, 0, MEM_RELEASE); }
+struct scPage {
+    ~scPage() { VirtualFree(reserved, 0, MEM_RELEASE); }
     char* reserved = static_cast<char*>(VirtualAlloc(nullptr, 0x30000, MEM_RESERVE, PAGE_READWRITE));
     char* start = static_cast<char*>(VirtualAlloc(reserved + 0x10000, 0x1000, MEM_COMMIT, PAGE_READWRITE));
 };
@@ -326,13 +326,13 @@ TEST_F(Heaps, PassPretenders) {
     const UtilHeap heap = UtilHeapCreate(job, L"H", UTIL_HEAP_DEBUG);
     char* const object = static_cast<char*>(UtilHeapObjectAlloc(heap, 8, 0));
     DWORD before;
-    const Page copied, marked, guarded;
+    const scPage copied, marked, guarded;
     std::memcpy(copied.start + 8, object - 28, 40);
     VirtualProtect(copied.start, 0x1000, PAGE_READONLY, &before);
-    setWord(marked.start, 0, 0xFAAFFAAF);
+    SetWord(marked.start, 0, 0xFAAFFAAF);
     VirtualProtect(guarded.start, 0x1000, PAGE_READWRITE | PAGE_GUARD, &before);
     for (const void* pretender :
-         {static_cast<const void*>(kConstantMark + 3), static_cast<const void*>(copied.start + 36),
+         {static_cast<const void*>(constantMark + 3), static_cast<const void*>(copied.start + 36),
           static_cast<const void*>(marked.start + 4), static_cast<const void*>(guarded.start + 64)}) {
         void* const payload = const_cast<void*>(pretender);
         EXPECT_EQ(UtilHeapObjectFree(heap, payload), UTIL_HEAP_BAD_OBJECT);
@@ -345,21 +345,21 @@ TEST_F(Heaps, PassPretenders) {
     EXPECT_EQ(page.Protect, DWORD{PAGE_READWRITE | PAGE_GUARD})
         << "it may be what lets a thread's stack grow";
     char* const resized = static_cast<char*>(UtilHeapObjectAlloc(heap, 8, 0));
-    const Page fence; // far behind, with nothing between
-    setWord(fence.start, 0, 0xE5E55E5E);
-    setWord(resized, -8, static_cast<UINT32>(fence.start - resized));
+    const scPage fence; // far behind, with nothing between
+    SetWord(fence.start, 0, 0xE5E55E5E);
+    SetWord(resized, -8, static_cast<UINT32>(fence.start - resized));
     EXPECT_EQ(UtilHeapObjectFree(heap, resized), UTIL_OK) << "the system knows how large it is";
     const UINT32 innocent[] = {1, 2};
-    setWord(object, -16, static_cast<UINT32>(reinterpret_cast<UINT_PTR>(innocent)));
+    SetWord(object, -16, static_cast<UINT32>(reinterpret_cast<UINT_PTR>(innocent)));
     EXPECT_EQ(UtilHeapObjectFree(heap, object), UTIL_OK);
-    EXPECT_EQ(word(innocent, 4), 2u) << "no call stack, and not to be written to";
+    EXPECT_EQ(Word(innocent, 4), 2u) << "no call stack, and not to be written to";
     EXPECT_NE(UtilHeapObjectAlloc(heap, 1, 0), nullptr) << "the heap is none the worse";
     EXPECT_EQ(UtilHeapDelete(heap), UTIL_OK);
 }
 
 // A system's heap that fails within a call, and one that raises its exception.
 DWORD raised; // by the next call
-void* WINAPI raise(HANDLE heap, DWORD flags, SIZE_T bytes) {
+void* WINAPI Raise(HANDLE heap, DWORD flags, SIZE_T bytes) {
     if (const DWORD code = std::exchange(raised, 0))
         RaiseException(code, 0, 0, nullptr);
     return HeapAlloc(heap, flags, bytes);
@@ -369,7 +369,7 @@ TEST_F(Heaps, LetTheSystemFail) {
     const UtilHeap heap = UtilHeapCreate(job, L"H", 0);
     {
         raised = STATUS_ACCESS_VIOLATION;
-        const ImportHook hook("HeapAlloc", reinterpret_cast<void*>(raise));
+        const clsImportHook hook("HeapAlloc", reinterpret_cast<void*>(Raise));
         EXPECT_EQ(UtilHeapObjectAlloc(heap, 1, 0), nullptr);
     }
     EXPECT_EQ(UtilHeapObjectAlloc(heap, 1, 0), nullptr) << "it is not entered again";
@@ -379,7 +379,7 @@ TEST_F(Heaps, LetTheSystemFail) {
 
 // The first one is raised within the call and the library's to catch; the second one is the caller's.
 int exceptions = 0;
-LONG CALLBACK takeSecond(EXCEPTION_POINTERS* pointers) {
+LONG CALLBACK TakeSecond(EXCEPTION_POINTERS* pointers) {
     if (pointers->ExceptionRecord->ExceptionCode != static_cast<DWORD>(STATUS_NO_MEMORY) || ++exceptions == 1)
         return EXCEPTION_CONTINUE_SEARCH;
     std::thread([] { EXPECT_EQ(UtilJobClose(UtilJobOpen(L"free", 0)), UTIL_OK); }).join();
@@ -388,10 +388,10 @@ LONG CALLBACK takeSecond(EXCEPTION_POINTERS* pointers) {
 
 TEST_F(Heaps, PassTheSystemsExceptionOnWithTheLockReleased) {
     const UtilHeap heap = UtilHeapCreate(job, L"H", UTIL_HEAP_EXCEPTIONS);
-    void* const handler = AddVectoredExceptionHandler(1, takeSecond);
+    void* const handler = AddVectoredExceptionHandler(1, TakeSecond);
     {
         raised = static_cast<DWORD>(STATUS_NO_MEMORY);
-        const ImportHook hook("HeapAlloc", reinterpret_cast<void*>(raise));
+        const clsImportHook hook("HeapAlloc", reinterpret_cast<void*>(Raise));
         EXPECT_EQ(UtilHeapObjectAlloc(heap, 1, 0), nullptr);
     }
     EXPECT_EQ(exceptions, 2);
@@ -427,9 +427,9 @@ TEST_F(Heaps, SurviveManyThreads) {
     }
     EXPECT_EQ(UtilHeapValidate(shared, nullptr, 0), UTIL_OK);
     EXPECT_EQ(UtilHeapSizeObjects(shared), 0);
-    const Log log;
+    const clsLog log;
     EXPECT_EQ(UtilHeapDelete(shared), UTIL_OK);
-    EXPECT_EQ(reports(log).size(), 1u) << "nothing is left";
+    EXPECT_EQ(Reports(log).size(), 1u) << "nothing is left";
 }
 
 } // namespace

@@ -9,153 +9,125 @@ namespace {
 
 template <class F>
 using Hostile = InBothForms<F>;
-TYPED_TEST_SUITE(Hostile, BothForms, FormNames);
+TYPED_TEST_SUITE(Hostile, BothForms, scFormNames);
 
-Bytes repeated(std::string_view text, size_t count) {
+Bytes Repeated(std::string_view text, size_t count) {
     Bytes result;
     while (count--)
         result += text;
     return result;
 }
 
-Bytes nested(size_t depth) {
-    return "[/]\n{\n" + repeated("[n]\n{\n", depth) + "bottom=1\n" + repeated("}\n", depth + 1);
+Bytes Nested(size_t depth) {
+    return "[/]\n{\n" + Repeated("[n]\n{\n", depth) + "bottom=1\n" + Repeated("}\n", depth + 1);
 }
 
 /// Follows the first list of each list down; what an iterative reader of the tree does.
-BOOL TVUT22_CALL takeFirstList(ProfJob, const wchar_t*, const wchar_t*, ProfList subList, UINT_PTR user) {
+BOOL TVUT22_CALL TakeFirstList(ProfJob, const wchar_t*, const wchar_t*, ProfList subList, UINT_PTR user) {
     *reinterpret_cast<ProfList*>(user) = subList;
     return FALSE;
 }
 
-std::pair<ProfList, size_t> bottomOf(ProfJob job) {
+std::pair<ProfList, size_t> BottomOf(ProfJob job) {
     ProfList list = 0, next = 0;
     size_t depth = 0;
-    for (; ProfEnumW(job, list, takeFirstList, reinterpret_cast<UINT_PTR>(&next)), next; ++depth)
+    for (; ProfEnumW(job, list, TakeFirstList, reinterpret_cast<UINT_PTR>(&next)), next; ++depth)
         list = std::exchange(next, nullptr);
     return {list, depth};
 }
 
 TEST(Deep, AMillionNestedListsAreLoadedCopiedWalkedAndDeleted) {
-    constexpr size_t kDepth = 1000000;
-    const Job job = opened(nested(kDepth));
-    ASSERT_EQ(job.error(), PROF_OK);
-    const auto [bottom, depth] = bottomOf(job);
-    EXPECT_EQ(depth, kDepth);
-    EXPECT_EQ(textOf(job, L"bottom", bottom), L"1");
+    constexpr size_t deepest = 1000000;
+    const clsJob job = Opened(Nested(deepest));
+    ASSERT_EQ(job.Error(), PROF_OK);
+    const auto [bottom, depth] = BottomOf(job);
+    EXPECT_EQ(depth, deepest);
+    EXPECT_EQ(TextOf(job, L"bottom", bottom), L"1");
     {
-        const Job copy;
+        const clsJob copy;
         EXPECT_EQ(ProfCopyList(copy, 0, job, 0), PROF_OK);
-        ProfDeleteListW(copy, bottomOf(copy).first, nullptr);
-        EXPECT_EQ(bottomOf(copy).second, kDepth - 1);
+        ProfDeleteListW(copy, BottomOf(copy).first, nullptr);
+        EXPECT_EQ(BottomOf(copy).second, deepest - 1);
         ProfDeleteListW(copy, 0, L"n");
-        EXPECT_EQ(describe(copy), L"");
+        EXPECT_EQ(Describe(copy), L"");
     }
-    const TempFolder folder;
+    const clsTempFolder folder;
     for (const UINT flags : {PROF_FORM_TEXT, PROF_SAVE_COMPRESSED})
         EXPECT_EQ(ProfSaveW(job, (folder / L"deep.prf").c_str(), flags), PROF_SAVE_FAILED);
-    EXPECT_EQ(folder.count(), 0);
-    PieceStream stream("before");
+    EXPECT_EQ(folder.Count(), 0);
+    clsPieceStream stream("before");
     EXPECT_EQ(ProfSaveToStream(job, &stream, PROF_FORM_TEXT), PROF_SAVE_FAILED);
     EXPECT_EQ(stream.data, "before"); // and the job is freed by closing alone
 }
 
-TEST(Deep, AMillionSectionsNestToo) {
-    const Bytes text = repeated("[s]\n", 1000000);
-    EXPECT_EQ(bottomOf(opened(text)).second, 999999u) << "the first header is skipped";
-    EXPECT_EQ(bottomOf(opened(text, PROF_READ_PLAIN_INI)).second, 1u);
-}
-
-TEST(Deep, FiveThousandNestedListsAreSavedAndReloaded) {
-    const Job job = opened(nested(5000));
-    for (const UINT flags : {PROF_FORM_TEXT, PROF_SAVE_COMPRESSED}) {
-        const Job again = opened(saved(job, flags));
-        EXPECT_EQ(bottomOf(again).second, 5000u);
-        EXPECT_EQ(saved(again), saved(job));
-    }
-}
-
-BOOL TVUT22_CALL countEntries(ProfJob, const wchar_t*, const wchar_t*, ProfList, UINT_PTR user) {
+BOOL TVUT22_CALL CountEntries(ProfJob, const wchar_t*, const wchar_t*, ProfList, UINT_PTR user) {
     ++*reinterpret_cast<int*>(user);
     return TRUE;
 }
 
-int entriesOf(ProfJob job) {
+int EntriesOf(ProfJob job) {
     int entries = 0;
-    EXPECT_TRUE(ProfEnumW(job, 0, countEntries, reinterpret_cast<UINT_PTR>(&entries)));
+    EXPECT_TRUE(ProfEnumW(job, 0, CountEntries, reinterpret_cast<UINT_PTR>(&entries)));
     return entries;
 }
 
 TEST(Long, ThreeMillionItemsInOneList) {
-    constexpr int kItems = 3000000;
-    const TempFolder folder;
-    const std::wstring path = folder / L"long.prf";
+    constexpr int itemCount = 3000000;
+    const clsTempFolder folder;
     {
         Bytes text = "[/]\n{\n";
-        for (int i = 0; i < kItems; ++i)
+        for (int i = 0; i < itemCount; ++i)
             text.append("i").append(std::to_string(i)).append("=v\n");
-        writeFile(path, text);
+        WriteBytes(folder / L"long.prf", text);
     }
-    const auto nameOf = [](int i) { return L"i" + std::to_wstring(i); };
-    {
-        const Job job(ProfJobOpenW(path.c_str()));
-        EXPECT_EQ(entriesOf(job), kItems);
-        for (const int i : {0, 1, kItems / 2, kItems - 1, kItems})
-            EXPECT_EQ(textOf(job, nameOf(i).c_str()), i < kItems ? L"v" : L"<none>");
-        for (const int i : {kItems - 1, kItems})
-            ProfSetStringW(job, 0, nameOf(i).c_str(), L"new");
-        ProfDeleteItemW(job, 0, nameOf(0).c_str());
-        EXPECT_EQ(ProfSaveW(job, nullptr, PROF_FORM_TEXT), PROF_OK);
-    }
-    const Job again(ProfJobOpenW(path.c_str()));
-    EXPECT_EQ(entriesOf(again), kItems);
-    for (const int i : {kItems - 1, kItems})
-        EXPECT_EQ(textOf(again, nameOf(i).c_str()), L"new");
-    const Job copy;
-    EXPECT_EQ(ProfCopyList(copy, 0, again, 0), PROF_OK);
-    EXPECT_EQ(entriesOf(copy), kItems);
-    ProfEmptyList(copy, 0);
-    EXPECT_EQ(entriesOf(copy), 0);
+    const clsJob job(ProfJobOpenW((folder / L"long.prf").c_str()));
+    EXPECT_EQ(EntriesOf(job), itemCount);
+    for (const int i : {0, 1, itemCount / 2, itemCount - 1, itemCount})
+        EXPECT_EQ(TextOf(job, (L"i" + std::to_wstring(i)).c_str()), i < itemCount ? L"v" : L"<none>");
+    ProfSetStringW(job, 0, (L"i" + std::to_wstring(itemCount)).c_str(), L"new");
+    ProfDeleteItemW(job, 0, L"i0");
+    EXPECT_EQ(ProfSaveW(job, nullptr, PROF_FORM_TEXT), PROF_OK);
+    EXPECT_EQ(EntriesOf(clsJob(ProfJobOpenW((folder / L"long.prf").c_str()))), itemCount);
 }
 
 // Each way of deleting takes a moment, unless one deletion costs more the longer the list is.
 TEST(Long, ADeletionCostsTheSameInAnyList) {
-    constexpr int kNames = 100000;
-    const auto nameOf = [](int i) { return L"n" + std::to_wstring(i % kNames); };
-    const Job items, lists, first, afterLists;
+    constexpr int nameCount = 100000;
+    const auto nameOf = [](int i) { return L"n" + std::to_wstring(i % nameCount); };
+    const clsJob items, lists, first, afterLists;
     std::vector<ProfList> handles;
-    for (int i = 0; i < 2 * kNames; ++i) {
+    for (int i = 0; i < 2 * nameCount; ++i) {
         ProfAppendStringW(items, 0, nameOf(i).c_str(), L"");
         handles.push_back(ProfAppendListW(lists, 0, nameOf(i).c_str()));
         ProfAppendStringW(first, 0, nameOf(i).c_str(), L"");
         ProfAppendListW(afterLists, 0, L"empty");
     }
     EXPECT_EQ(ProfGetListW(lists, 0, L"n1"), handles[1]); // an index, if there is one, is filled
-    for (int i = 0; i < 2 * kNames; ++i) {
+    for (int i = 0; i < 2 * nameCount; ++i) {
         ProfDeleteItemW(items, 0, nameOf(i).c_str());
         ProfDeleteListW(lists, handles[static_cast<size_t>(i)], nullptr);
         ProfDeleteListW(first, 0, nullptr);
         ProfAppendStringW(afterLists, 0, L"n", L"");
         ProfDeleteListW(afterLists, 0, nullptr);
     }
-    for (const Job* job : {&items, &lists, &first})
-        EXPECT_EQ(describe(*job), L"");
-    EXPECT_EQ(entriesOf(afterLists), 2 * kNames);
+    for (const clsJob* job : {&items, &lists, &first})
+        EXPECT_EQ(Describe(*job), L"");
+    EXPECT_EQ(EntriesOf(afterLists), 2 * nameCount);
 }
 
 std::jmp_buf afterTheWalk;
 
-BOOL TVUT22_CALL leave(ProfJob, const wchar_t*, const wchar_t*, ProfList, UINT_PTR) {
+BOOL TVUT22_CALL Leave(ProfJob, const wchar_t*, const wchar_t*, ProfList, UINT_PTR) {
     std::longjmp(afterTheWalk, 1);
 }
 
-[[gnu::noinline]] void beginAWalk(ProfJob job, ProfList list) {
+[[gnu::noinline]] void BeginAWalk(ProfJob job, ProfList list) {
     if (!setjmp(afterTheWalk))
-        ProfEnumW(job, list, leave, 0);
+        ProfEnumW(job, list, Leave, 0);
 }
 
 // Puts what a walk would hold where the frames of the abandoned one stood.
-[[gnu::noinline]] bool deleteOverDeadFrames(ProfJob job, ProfList list) {
+[[gnu::noinline]] bool DeleteOverDeadFrames(ProfJob job, ProfList list) {
     volatile ProfList frames[4096];
     for (auto& word : frames)
         word = list;
@@ -164,12 +136,12 @@ BOOL TVUT22_CALL leave(ProfJob, const wchar_t*, const wchar_t*, ProfList, UINT_P
 }
 
 TEST(Callbacks, ThatNeverReturnLeaveNothingInTheirFrames) {
-    const Job job(L"L{a=1;}k=1;");
+    const clsJob job(L"L{a=1;}k=1;");
     const ProfList list = ProfGetListW(job, 0, L"L");
-    beginAWalk(job, list);
-    beginAWalk(job, 0);
-    EXPECT_TRUE(deleteOverDeadFrames(job, list));
-    EXPECT_EQ(describe(job), L"k=1;");
+    BeginAWalk(job, list);
+    BeginAWalk(job, 0);
+    EXPECT_TRUE(DeleteOverDeadFrames(job, list));
+    EXPECT_EQ(Describe(job), L"k=1;");
 }
 
 TYPED_TEST(Hostile, EveryTextArgumentTakesEveryText) {
@@ -177,42 +149,41 @@ TYPED_TEST(Hostile, EveryTextArgumentTakesEveryText) {
     // Raw character sequences: for the A form also bytes that are no text in its code page.
     std::basic_string<Char> texts[] = {
         {},
-        in<Char>(L"\x65E5\x672C \x0416\x0436 \x0130\x0131 \xDF"),
+        In<Char>(L"\x65E5\x672C \x0416\x0436 \x0130\x0131 \xDF"),
         std::basic_string<Char>(100000, Char{'x'}),
         std::basic_string<Char>(100000, Char{'/'}),
-        in<Char>(std::wstring(300, L'a') + L"/" + std::wstring(300, L'b') + L"/c"),
+        In<Char>(std::wstring(300, L'a') + L"/" + std::wstring(300, L'b') + L"/c"),
         {Char(0xD800), Char('a'), Char(0xDC00), Char(0xD83D), Char(0xDE00), Char(0xFFFF)},
         {Char(0x81), Char('/'), Char(0xE0), Char(0xFF), Char(0xF0), Char(0x9F)},
         {Char('('), Char('1'), Char(','), Char(0xDFFF)},
-        std::basic_string<Char>(100000, Char(0xD83D)),
-    };
+        std::basic_string<Char>(100000, Char(0xD83D))};
     for (const UINT codePage : {1252u, 932u, static_cast<UINT>(CP_UTF8)}) {
-        const CodePage set(codePage);
-        const Job job(L"first=goes with DeleteList of null;keep=1;");
-        const Job next(L"other=1;");
-        for (const TextCall<TypeParam>& call : textCalls<TypeParam>()) {
+        const clsCodePage set(codePage);
+        const clsJob job(L"first=goes with DeleteList of null;keep=1;");
+        const clsJob next(L"other=1;");
+        for (const scTextCall<TypeParam>& call : TextCalls<TypeParam>()) {
             call.run(job, nullptr);
             call.run(0, texts[1].c_str());
             for (const auto& text : texts)
                 call.run(job, text.c_str());
-            EXPECT_EQ(textOf(job, L"keep"), L"1") << call.name;
+            EXPECT_EQ(TextOf(job, L"keep"), L"1") << call.name;
         }
-        EXPECT_EQ(describe(next), L"other=1;");
-        EXPECT_EQ(opened(saved(job)).error(), PROF_OK);
+        EXPECT_EQ(Describe(next), L"other=1;");
+        EXPECT_EQ(Opened(Saved(job)).Error(), PROF_OK);
     }
-    EXPECT_EQ(TypeParam::save(Job(), texts[2].c_str(), 0), PROF_SAVE_FAILED);
-    EXPECT_EQ(Job(TypeParam::openExclusive(texts[3].c_str())).error(), PROF_OPEN_FAILED);
+    EXPECT_EQ(TypeParam::save(clsJob(), texts[2].c_str(), 0), PROF_SAVE_FAILED);
+    EXPECT_EQ(clsJob(TypeParam::openExclusive(texts[3].c_str())).Error(), PROF_OPEN_FAILED);
 }
 
 TYPED_TEST(Hostile, StoredTextsComeBackWhole) {
     using Char = typename TypeParam::Char;
-    const CodePage set(CP_UTF8);
+    const clsCodePage set(CP_UTF8);
     const std::wstring whole = std::wstring(100000, L'\x20AC') + L"\xD83D\xDE00";
-    const Job job;
-    TypeParam::setString(job, 0, in<Char>(whole).c_str(), in<Char>(whole).c_str());
-    EXPECT_EQ(describe(job), whole + L"=" + whole + L";");
-    EXPECT_EQ(TypeParam::getStringLength(job, 0, in<Char>(whole).c_str()), static_cast<INT>(whole.size()));
-    EXPECT_EQ(describe(opened(saved(job))), describe(job));
+    const clsJob job;
+    TypeParam::setString(job, 0, In<Char>(whole).c_str(), In<Char>(whole).c_str());
+    EXPECT_EQ(Describe(job), whole + L"=" + whole + L";");
+    EXPECT_EQ(TypeParam::getStringLength(job, 0, In<Char>(whole).c_str()), static_cast<INT>(whole.size()));
+    EXPECT_EQ(Describe(Opened(Saved(job))), Describe(job));
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 #include "support/import_hook.h"
 #include "support/piece_stream.h"
 
-#include <cwctype>
 #include <future>
 #include <thread>
 #include <vector>
@@ -16,15 +15,15 @@ class Jobs : public ::testing::Test {
   protected:
     using Unit = typename F::Char;
 
-    static Job open(const std::wstring& name) { return Job(F::open(in<Unit>(name).c_str())); }
-    static Job hold(const std::wstring& name) { return Job(F::openExclusive(in<Unit>(name).c_str())); }
+    static clsJob Open(const std::wstring& name) { return clsJob(F::open(In<Unit>(name).c_str())); }
+    static clsJob Hold(const std::wstring& name) { return clsJob(F::openExclusive(In<Unit>(name).c_str())); }
 
-    const TempFolder folder;
+    const clsTempFolder folder;
 };
-TYPED_TEST_SUITE(Jobs, BothForms, FormNames);
+TYPED_TEST_SUITE(Jobs, BothForms, scFormNames);
 
-Bytes fileOf(std::wstring_view tree) {
-    return saved(Job(tree));
+Bytes FileOf(std::wstring_view tree) {
+    return Saved(clsJob(tree));
 }
 
 TEST(Library, VersionsAndOptions) {
@@ -32,7 +31,7 @@ TEST(Library, VersionsAndOptions) {
     for (const auto& [selector, expected] : versions)
         EXPECT_EQ(ProfGetVersion(selector), expected);
     EXPECT_EQ(ProfGetOption(PROF_OPTION_CODE_PAGE), GetACP());
-    const CodePage set(0xABCD0000u | 932u);
+    const clsCodePage set(0xABCD0000u | 932u);
     EXPECT_EQ(ProfGetOption(PROF_OPTION_CODE_PAGE), 932u) << "only the low 16 bits count";
     for (const UINT option : {0u, 2u, 0x10001u, 0xFFFFFFFFu}) {
         ProfSetOption(option, 1252);
@@ -42,9 +41,9 @@ TEST(Library, VersionsAndOptions) {
     for (const UINT unknown : {0u, 0xFFFFu}) { // is kept, and converts as the process's own
         ProfSetOption(PROF_OPTION_CODE_PAGE, unknown);
         EXPECT_EQ(ProfGetOption(PROF_OPTION_CODE_PAGE), unknown);
-        const Job job;
+        const clsJob job;
         ProfSetStringA(job, 0, "a", "\xE9");
-        EXPECT_EQ(textOf(job, L"a"), toWide("\xE9", GetACP()));
+        EXPECT_EQ(TextOf(job, L"a"), ToWide("\xE9", GetACP()));
     }
 }
 
@@ -54,9 +53,9 @@ TYPED_TEST(Jobs, InvalidAndEmptyJobs) {
     ProfJobClose(0);
     EXPECT_EQ(TypeParam::save(0, nullptr, 0), 0);
     for (const auto open : {TypeParam::open, TypeParam::openExclusive}) {
-        const Job job(open(nullptr));
-        EXPECT_EQ(job.error(), PROF_OK);
-        EXPECT_EQ(describe(job), L"");
+        const clsJob job(open(nullptr));
+        EXPECT_EQ(job.Error(), PROF_OK);
+        EXPECT_EQ(Describe(job), L"");
         EXPECT_EQ(TypeParam::save(job, nullptr, 0), PROF_SAVE_FAILED) << "there is no file to save to";
     }
 }
@@ -67,73 +66,73 @@ TYPED_TEST(Jobs, NamesThatNoFileMayHaveAreRefusedWithoutTouchingTheDisk) {
                                 L"LPT1", L"lpt9", L"ends.", L"ends ", L" ", L".", L"..", L"a?", L"a*b", L"a<b",
                                 L"a>b", L"a\"b", L"a|b", L"sub\\a:b", L"a\tb", L"a\x01", L"a\x1Fg", L""}) {
         // clang-format on
-        for (const Job& job : {this->open(this->folder / name), this->hold(this->folder / name)})
-            EXPECT_EQ(job.error(), PROF_OPEN_FAILED) << name;
-        const Job job(L"a=1;");
-        const auto target = in<typename TypeParam::Char>(this->folder / name);
+        for (const clsJob& job : {this->Open(this->folder / name), this->Hold(this->folder / name)})
+            EXPECT_EQ(job.Error(), PROF_OPEN_FAILED) << name;
+        const clsJob job(L"a=1;");
+        const auto target = In<typename TypeParam::Char>(this->folder / name);
         EXPECT_EQ(TypeParam::save(job, target.c_str(), 0), PROF_SAVE_FAILED) << name;
     }
-    EXPECT_EQ(this->hold(L"").error(), PROF_OPEN_FAILED);
-    EXPECT_EQ(this->hold(this->folder / L"folder\\").error(), PROF_OPEN_FAILED) << "no last component";
-    EXPECT_EQ(this->folder.count(), 0);
+    EXPECT_EQ(this->Hold(L"").Error(), PROF_OPEN_FAILED);
+    EXPECT_EQ(this->Hold(this->folder / L"folder\\").Error(), PROF_OPEN_FAILED) << "no last component";
+    EXPECT_EQ(this->folder.Count(), 0);
 }
 
 TYPED_TEST(Jobs, OtherNamesAreCreatedByAnExclusiveOpenOnly) {
     for (const wchar_t* name : {L"CONSOLE", L"xCON", L"COM0", L"COM10.prf", L"LPT.prf", L".prf", L"a b.c d",
                                 L"brackets [1] {2}", L"equals=#;%,"}) {
         const std::wstring path = this->folder / name;
-        EXPECT_EQ(this->open(path).error(), PROF_OPEN_FAILED) << name;
+        EXPECT_EQ(this->Open(path).Error(), PROF_OPEN_FAILED) << name;
         EXPECT_FALSE(std::filesystem::exists(path));
-        EXPECT_EQ(this->hold(path).error(), PROF_OK) << name;
+        EXPECT_EQ(this->Hold(path).Error(), PROF_OK) << name;
         EXPECT_TRUE(std::filesystem::exists(path)) << name;
-        EXPECT_EQ(this->open(path).error(), PROF_OK) << "an empty file is an empty profile";
+        EXPECT_EQ(this->Open(path).Error(), PROF_OK) << "an empty file is an empty profile";
     }
-    EXPECT_EQ(this->hold(this->folder / L"no folder\\a.prf").error(), PROF_EXCLUSIVE_FAILED);
-    EXPECT_EQ(this->open(this->folder / L"no folder\\a.prf").error(), PROF_OPEN_FAILED);
-    EXPECT_EQ(this->open(this->folder.path().wstring()).error(), PROF_OPEN_FAILED) << "a folder";
-    EXPECT_EQ(this->hold(this->folder.path().wstring()).error(), PROF_EXCLUSIVE_FAILED);
+    EXPECT_EQ(this->Hold(this->folder / L"no folder\\a.prf").Error(), PROF_EXCLUSIVE_FAILED);
+    EXPECT_EQ(this->Open(this->folder / L"no folder\\a.prf").Error(), PROF_OPEN_FAILED);
+    EXPECT_EQ(this->Open(this->folder.Path().wstring()).Error(), PROF_OPEN_FAILED) << "a folder";
+    EXPECT_EQ(this->Hold(this->folder.Path().wstring()).Error(), PROF_EXCLUSIVE_FAILED);
 }
 
 TYPED_TEST(Jobs, ANormalOpenLetsGoOfItsFileAndAnExclusiveOneHoldsIt) {
     const std::wstring path = this->folder / L"a.prf";
-    writeFile(path, fileOf(L"a=1;"));
+    WriteBytes(path, FileOf(L"a=1;"));
     constexpr DWORD all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     const auto canOpen = [&](DWORD access, DWORD share) {
-        return static_cast<bool>(openFile(path, access, share));
+        return static_cast<bool>(OpenExisting(path, access, share));
     };
     {
-        const Job normal = this->open(path);
+        const clsJob normal = this->Open(path);
         EXPECT_TRUE(canOpen(GENERIC_READ | GENERIC_WRITE, 0));
     }
-    Job job = this->hold(path);
-    EXPECT_EQ(describe(job), L"a=1;");
+    clsJob job = this->Hold(path);
+    EXPECT_EQ(Describe(job), L"a=1;");
     EXPECT_TRUE(canOpen(GENERIC_READ, all));
     EXPECT_FALSE(canOpen(GENERIC_WRITE, all));
     EXPECT_FALSE(canOpen(GENERIC_READ, FILE_SHARE_READ));
-    const Job reader = this->open(path);
-    EXPECT_EQ(reader.error(), PROF_OK) << "normal opens still read it";
-    EXPECT_EQ(describe(reader), L"a=1;");
+    const clsJob reader = this->Open(path);
+    EXPECT_EQ(reader.Error(), PROF_OK) << "normal opens still read it";
+    EXPECT_EQ(Describe(reader), L"a=1;");
     EXPECT_EQ(ProfSaveW(reader, nullptr, 0), PROF_SAVE_FAILED) << "but cannot replace it";
     ProfJobAddRef(job);
     ProfJobClose(job);
     EXPECT_FALSE(canOpen(GENERIC_WRITE, all)) << "one reference is left";
-    EXPECT_EQ(describe(job), L"a=1;");
-    job.close();
+    EXPECT_EQ(Describe(job), L"a=1;");
+    job.Close();
     EXPECT_TRUE(canOpen(GENERIC_READ | GENERIC_WRITE, 0));
 }
 
 TYPED_TEST(Jobs, AFileThatCannotBeLoadedIsNotHeld) {
     const std::wstring path = this->folder / L"bad.prf";
-    writeFile(path, "ZZmQ no deflate stream");
-    const Job job = this->hold(path);
-    EXPECT_EQ(job.error(), PROF_LOAD_FAILED);
-    EXPECT_TRUE(openFile(path, GENERIC_READ | GENERIC_WRITE, 0));
-    EXPECT_EQ(this->open(path).error(), PROF_LOAD_FAILED);
+    WriteBytes(path, "ZZmQ no deflate stream");
+    const clsJob job = this->Hold(path);
+    EXPECT_EQ(job.Error(), PROF_LOAD_FAILED);
+    EXPECT_TRUE(OpenExisting(path, GENERIC_READ | GENERIC_WRITE, 0));
+    EXPECT_EQ(this->Open(path).Error(), PROF_LOAD_FAILED);
 }
 
 // The DLL's attempts to open a file: each lets the test know.
 HANDLE firstAttempt;
-HANDLE WINAPI attempted(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+HANDLE WINAPI Attempted(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
                         DWORD disposition, DWORD flags, HANDLE model) {
     const HANDLE file = CreateFileW(name, access, share, security, disposition, flags, model);
     const DWORD error = GetLastError();
@@ -144,32 +143,32 @@ HANDLE WINAPI attempted(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTR
 
 TYPED_TEST(Jobs, AnOpenWaitsForALockedFileUntilItIsReleased) {
     const std::wstring path = this->folder / L"a.prf";
-    writeFile(path, fileOf(L"a=1;"));
+    WriteBytes(path, FileOf(L"a=1;"));
     for (const auto open : {TypeParam::open, TypeParam::openExclusive}) {
         const Handle event(CreateEventW(nullptr, FALSE, FALSE, nullptr));
         firstAttempt = event.get();
-        const ImportHook hook("CreateFileW", reinterpret_cast<void*>(attempted));
+        const clsImportHook hook("CreateFileW", reinterpret_cast<void*>(Attempted));
         ASSERT_TRUE(hook);
-        Handle lock = openFile(path, GENERIC_READ, 0);
+        Handle lock = OpenExisting(path, GENERIC_READ, 0);
         ASSERT_TRUE(lock);
-        Job job(nullptr);
-        std::thread opener([&] { job = Job(open(in<typename TypeParam::Char>(path).c_str())); });
+        clsJob job(nullptr);
+        std::thread opener([&] { job = clsJob(open(In<typename TypeParam::Char>(path).c_str())); });
         WaitForSingleObject(event.get(), INFINITE);
         lock.reset();
         opener.join();
-        EXPECT_EQ(job.error(), PROF_OK);
-        EXPECT_EQ(describe(job), L"a=1;");
+        EXPECT_EQ(job.Error(), PROF_OK);
+        EXPECT_EQ(Describe(job), L"a=1;");
     }
 }
 
 TEST(Sharing, AFileLockedForTenSecondsGivesAnError) {
-    const TempFolder folder;
+    const clsTempFolder folder;
     const std::wstring path = folder / L"a.prf";
-    writeFile(path, fileOf(L"a=1;"));
-    const Handle lock = openFile(path, GENERIC_READ, 0);
+    WriteBytes(path, FileOf(L"a=1;"));
+    const Handle lock = OpenExisting(path, GENERIC_READ, 0);
     ASSERT_TRUE(lock);
     const auto errorOf = [&](auto open) {
-        return std::async(std::launch::async, [&path, open] { return Job(open(path.c_str())).error(); });
+        return std::async(std::launch::async, [&path, open] { return clsJob(open(path.c_str())).Error(); });
     };
     auto normal = errorOf(ProfJobOpenW), exclusive = errorOf(ProfJobOpenExclusiveW);
     EXPECT_EQ(normal.get(), PROF_LOCKED);
@@ -177,7 +176,7 @@ TEST(Sharing, AFileLockedForTenSecondsGivesAnError) {
 }
 
 TEST(References, AreCountedAcrossThreads) {
-    const Job job(L"a=1;");
+    const clsJob job(L"a=1;");
     {
         std::vector<std::jthread> threads;
         for (int i = 0; i < 4; ++i)
@@ -186,97 +185,97 @@ TEST(References, AreCountedAcrossThreads) {
                     ProfJobAddRef(job), ProfJobClose(job);
             });
     }
-    EXPECT_EQ(describe(job), L"a=1;");
+    EXPECT_EQ(Describe(job), L"a=1;");
 }
 
 TYPED_TEST(Jobs, SavesGoToTheNameGivenOrTheJobsOwn) {
     using Char = typename TypeParam::Char;
     const std::wstring own = this->folder / L"Own.prf", other = this->folder / L"other.prf";
-    writeFile(own, fileOf(L"a=1;"));
+    WriteBytes(own, FileOf(L"a=1;"));
     const auto save = [](ProfJob job, const std::wstring& name) {
-        return TypeParam::save(job, in<Char>(name).c_str(), 0);
+        return TypeParam::save(job, In<Char>(name).c_str(), 0);
     };
     {
-        const Job job = this->open(own);
+        const clsJob job = this->Open(own);
         ProfSetStringW(job, 0, L"a", L"2");
         EXPECT_EQ(save(job, other), PROF_OK);
-        EXPECT_EQ(readFile(own), fileOf(L"a=1;"));
+        EXPECT_EQ(ReadBytes(own), FileOf(L"a=1;"));
         EXPECT_EQ(TypeParam::save(job, nullptr, 0), PROF_OK);
-        EXPECT_EQ(readFile(own), fileOf(L"a=2;"));
-        EXPECT_EQ(readFile(other), fileOf(L"a=2;"));
+        EXPECT_EQ(ReadBytes(own), FileOf(L"a=2;"));
+        EXPECT_EQ(ReadBytes(other), FileOf(L"a=2;"));
     }
-    const Job job = this->hold(own);
+    const clsJob job = this->Hold(own);
     ProfSetStringW(job, 0, L"a", L"a longer text than before");
     EXPECT_EQ(TypeParam::save(job, nullptr, 0), PROF_OK);
-    EXPECT_EQ(describe(this->open(own)), L"a=a longer text than before;") << "through the held file";
+    EXPECT_EQ(Describe(this->Open(own)), L"a=a longer text than before;") << "through the held file";
     ProfSetStringW(job, 0, L"a", L"3");
     EXPECT_EQ(save(job, this->folder / L"oWN.PRF"), PROF_OK) << "compared without regard to case";
-    EXPECT_EQ(readFile(own), fileOf(L"a=3;")) << "and cut where it ends";
+    EXPECT_EQ(ReadBytes(own), FileOf(L"a=3;")) << "and cut where it ends";
     ProfSetStringW(job, 0, L"a", L"4");
     EXPECT_EQ(save(job, other), PROF_OK);
-    EXPECT_EQ(readFile(other), fileOf(L"a=4;"));
-    EXPECT_EQ(describe(this->open(own)), L"a=3;");
-    EXPECT_EQ(this->folder.count(), 2) << "no temporary file stays";
+    EXPECT_EQ(ReadBytes(other), FileOf(L"a=4;"));
+    EXPECT_EQ(Describe(this->Open(own)), L"a=3;");
+    EXPECT_EQ(this->folder.Count(), 2) << "no temporary file stays";
 
-    PieceStream stream(fileOf(L"s=1;"));
+    clsPieceStream stream(FileOf(L"s=1;"));
     const std::wstring named = this->folder / L"named.prf";
-    const Job streamed(TypeParam::openStream(&stream, in<Char>(named).c_str(), 0));
+    const clsJob streamed(TypeParam::openStream(&stream, In<Char>(named).c_str(), 0));
     EXPECT_EQ(TypeParam::save(streamed, nullptr, 0), PROF_SAVE_FAILED) << "a stream has a name, but no file";
-    EXPECT_EQ(this->folder.count(), 2);
+    EXPECT_EQ(this->folder.Count(), 2);
 }
 
 TYPED_TEST(Jobs, SavesThatFailLeaveTheFile) {
     const std::wstring path = this->folder / L"a.prf";
-    const auto name = in<typename TypeParam::Char>(path);
-    writeFile(path, "before");
-    const Job job(L"a=1;");
+    const auto name = In<typename TypeParam::Char>(path);
+    WriteBytes(path, "before");
+    const clsJob job(L"a=1;");
     const auto fails = [&](const char* why, const auto& target, UINT flags) {
         EXPECT_EQ(TypeParam::save(job, target.c_str(), flags), PROF_SAVE_FAILED) << why;
-        EXPECT_EQ(readFile(path), "before") << why;
-        EXPECT_EQ(this->folder.count(), 1) << why;
+        EXPECT_EQ(ReadBytes(path), "before") << why;
+        EXPECT_EQ(this->folder.Count(), 1) << why;
     };
-    fails("a missing folder", in<typename TypeParam::Char>(this->folder / L"none\\a.prf"), 0);
-    fails("a folder", in<typename TypeParam::Char>(this->folder.path().wstring()), 0);
+    fails("a missing folder", In<typename TypeParam::Char>(this->folder / L"none\\a.prf"), 0);
+    fails("a folder", In<typename TypeParam::Char>(this->folder.Path().wstring()), 0);
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
     fails("a read-only file", name, 0);
     EXPECT_TRUE(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_READONLY);
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_HIDDEN);
     {
-        const Handle lock = openFile(path, GENERIC_READ, FILE_SHARE_READ);
+        const Handle lock = OpenExisting(path, GENERIC_READ, FILE_SHARE_READ);
         fails("a file that another program holds", name, 0);
     }
     EXPECT_EQ(TypeParam::save(job, name.c_str(), 0), PROF_OK);
-    EXPECT_EQ(readFile(path), fileOf(L"a=1;"));
+    EXPECT_EQ(ReadBytes(path), FileOf(L"a=1;"));
     EXPECT_TRUE(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_HIDDEN) << "attributes are taken over";
 }
 
 // What Windows does to names of 260 characters and more, and Wine does not.
-bool tooLong(LPCWSTR name) {
+bool TooLong(LPCWSTR name) {
     if (wcslen(name) < MAX_PATH || std::wstring_view(name).starts_with(L"\\\\?\\"))
         return false;
     SetLastError(ERROR_PATH_NOT_FOUND);
     return true;
 }
-HANDLE WINAPI createShort(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
+HANDLE WINAPI CreateShort(LPCWSTR name, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES security,
                           DWORD disposition, DWORD flags, HANDLE model) {
-    return tooLong(name) ? INVALID_HANDLE_VALUE
+    return TooLong(name) ? INVALID_HANDLE_VALUE
                          : CreateFileW(name, access, share, security, disposition, flags, model);
 }
-BOOL WINAPI moveShort(LPCWSTR from, LPCWSTR to, DWORD flags) {
-    return !tooLong(from) && !tooLong(to) && MoveFileExW(from, to, flags);
+BOOL WINAPI MoveShort(LPCWSTR from, LPCWSTR to, DWORD flags) {
+    return !TooLong(from) && !TooLong(to) && MoveFileExW(from, to, flags);
 }
-BOOL WINAPI attributesShort(LPCWSTR name, GET_FILEEX_INFO_LEVELS level, LPVOID data) {
-    return !tooLong(name) && GetFileAttributesExW(name, level, data);
+BOOL WINAPI AttributesShort(LPCWSTR name, GET_FILEEX_INFO_LEVELS level, LPVOID data) {
+    return !TooLong(name) && GetFileAttributesExW(name, level, data);
 }
-BOOL WINAPI folderShort(LPCWSTR name, LPSECURITY_ATTRIBUTES security) {
-    return !tooLong(name) && CreateDirectoryW(name, security);
+BOOL WINAPI FolderShort(LPCWSTR name, LPSECURITY_ATTRIBUTES security) {
+    return !TooLong(name) && CreateDirectoryW(name, security);
 }
-HANDLE WINAPI findShort(LPCWSTR name, LPWIN32_FIND_DATAW data) {
-    return tooLong(name) ? INVALID_HANDLE_VALUE : FindFirstFileW(name, data);
+HANDLE WINAPI FindShort(LPCWSTR name, LPWIN32_FIND_DATAW data) {
+    return TooLong(name) ? INVALID_HANDLE_VALUE : FindFirstFileW(name, data);
 }
 
 /// A new folder whose path has so many characters.
-std::wstring deepFolder(std::wstring path, size_t length) {
+std::wstring DeepFolder(std::wstring path, size_t length) {
     while (path.size() < length)
         path.append(1, L'\\').append(std::min(length - path.size(), size_t{150}), L'f');
     std::filesystem::create_directories(path);
@@ -285,30 +284,30 @@ std::wstring deepFolder(std::wstring path, size_t length) {
 
 TYPED_TEST(Jobs, PathsMayBeLongerThanTheSystemsLimit) {
     using Char = typename TypeParam::Char;
-    const ImportHook hooks[] = {{"CreateFileW", reinterpret_cast<void*>(createShort)},
-                                {"MoveFileExW", reinterpret_cast<void*>(moveShort)},
-                                {"GetFileAttributesExW", reinterpret_cast<void*>(attributesShort)},
-                                {"CreateDirectoryW", reinterpret_cast<void*>(folderShort)},
-                                {"FindFirstFileW", reinterpret_cast<void*>(findShort)}};
+    const clsImportHook hooks[] = {{"CreateFileW", reinterpret_cast<void*>(CreateShort)},
+                                   {"MoveFileExW", reinterpret_cast<void*>(MoveShort)},
+                                   {"GetFileAttributesExW", reinterpret_cast<void*>(AttributesShort)},
+                                   {"CreateDirectoryW", reinterpret_cast<void*>(FolderShort)},
+                                   {"FindFirstFileW", reinterpret_cast<void*>(FindShort)}};
     for (const size_t length : {200u, 243u, 246u, 252u, 257u, 270u, 600u}) {
         SCOPED_TRACE(length);
-        const std::wstring deep = deepFolder(this->folder / L"f", length);
+        const std::wstring deep = DeepFolder(this->folder / L"f", length);
         for (const std::wstring& path : {deep + L"\\a", deep + L"/./a"}) {
-            const auto target = in<Char>(path);
-            EXPECT_EQ(TypeParam::save(Job(L"a=1;"), target.c_str(), 0), PROF_OK);
-            EXPECT_EQ(TypeParam::save(Job(L"a=2;"), target.c_str(), 0), PROF_OK);
-            EXPECT_EQ(describe(this->open(path)), L"a=2;");
-            EXPECT_EQ(this->hold(path).error(), PROF_OK);
+            const auto target = In<Char>(path);
+            EXPECT_EQ(TypeParam::save(clsJob(L"a=1;"), target.c_str(), 0), PROF_OK);
+            EXPECT_EQ(TypeParam::save(clsJob(L"a=2;"), target.c_str(), 0), PROF_OK);
+            EXPECT_EQ(Describe(this->Open(path)), L"a=2;");
+            EXPECT_EQ(this->Hold(path).Error(), PROF_OK);
         }
-        const Job job;
-        EXPECT_EQ(TypeParam::appendFiles(job, 0, in<Char>(deep + L"\\*").c_str(), nullptr), PROF_OK);
-        EXPECT_EQ(TypeParam::extractFiles(job, 0, in<Char>(deep + L"\\out").c_str(), nullptr), PROF_OK);
-        EXPECT_EQ(describe(this->open(deep + L"\\out\\a")), L"a=2;");
-        const std::wstring relative = deep.substr(this->folder.path().wstring().size() + 1) + L"\\r";
+        const clsJob job;
+        EXPECT_EQ(TypeParam::appendFiles(job, 0, In<Char>(deep + L"\\*").c_str(), nullptr), PROF_OK);
+        EXPECT_EQ(TypeParam::extractFiles(job, 0, In<Char>(deep + L"\\out").c_str(), nullptr), PROF_OK);
+        EXPECT_EQ(Describe(this->Open(deep + L"\\out\\a")), L"a=2;");
+        const std::wstring relative = deep.substr(this->folder.Path().wstring().size() + 1) + L"\\r";
         const auto before = std::filesystem::current_path();
-        std::filesystem::current_path(this->folder.path());
-        EXPECT_EQ(TypeParam::save(job, in<Char>(relative).c_str(), 0), PROF_OK);
-        EXPECT_EQ(this->open(relative).error(), PROF_OK);
+        std::filesystem::current_path(this->folder.Path());
+        EXPECT_EQ(TypeParam::save(job, In<Char>(relative).c_str(), 0), PROF_OK);
+        EXPECT_EQ(this->Open(relative).Error(), PROF_OK);
         std::filesystem::current_path(before);
     }
 }
@@ -319,60 +318,15 @@ TEST(CodePages, OfTheOptionConvertTheAnsiForms) {
                                                     {1251, "\xC0\xFF"},
                                                     {CP_UTF8, "\xE2\x82\xAC\xF0\x9F\x98\x80"}};
     for (const auto& [codePage, bytes] : samples) {
-        const CodePage set(codePage);
-        const std::wstring text = toWide(bytes, codePage);
-        const Job job;
+        const clsCodePage set(codePage);
+        const std::wstring text = ToWide(bytes, codePage);
+        const clsJob job;
         ProfSetStringA(job, ProfAppendListA(job, 0, bytes.c_str()), bytes.c_str(), bytes.c_str());
-        EXPECT_EQ(describe(job), text + L"{" + text + L"=" + text + L";}") << codePage;
+        EXPECT_EQ(Describe(job), text + L"{" + text + L"=" + text + L";}") << codePage;
         char buffer[20];
         EXPECT_EQ(ProfGetStringA(job, 0, (bytes + "/" + bytes).c_str(), buffer, sizeof buffer, nullptr),
                   static_cast<INT>(text.size()));
         EXPECT_EQ(buffer, bytes);
-    }
-}
-
-// The setting that lets equal texts of a profile share one object, in this program's registry key.
-class CacheSetting {
-  public:
-    explicit CacheSetting(DWORD value) {
-        wchar_t path[MAX_PATH];
-        GetModuleFileNameW(nullptr, path, MAX_PATH);
-        for (const wchar_t letter : std::filesystem::path(path).stem().wstring())
-            key_ += static_cast<wchar_t>(std::towupper(letter));
-        RegSetKeyValueW(HKEY_CURRENT_USER, key_.c_str(), L"ProfCacheEnabled", REG_DWORD, &value,
-                        sizeof value);
-    }
-    ~CacheSetting() { RegDeleteTreeW(HKEY_CURRENT_USER, key_.c_str()); }
-    CacheSetting(const CacheSetting&) = delete;
-    CacheSetting& operator=(const CacheSetting&) = delete;
-
-  private:
-    std::wstring key_ = L"software\\Velmor\\";
-};
-
-std::wstring editWithEqualTexts() {
-    const Job job;
-    for (int i = 0; i < 300; ++i) {
-        const std::wstring list = L"list" + std::to_wstring(i % 20), name = L"name" + std::to_wstring(i % 7);
-        for (const wchar_t* value : {L"", L"same", L"(1,2)", L"1234", L"123", L"-1", L"-12345"})
-            ProfAppendStringW(job, 0, (list + L"/" + name).c_str(), value);
-        ProfSetStringW(job, 0, (list + L"/" + name).c_str(), name.c_str());
-        if (i % 11 == 0)
-            ProfDeleteListW(job, 0, list.c_str());
-        if (i % 13 == 0)
-            ProfDeleteItemW(job, 0, (list + L"/" + name).c_str());
-    }
-    const Job copy(opened(saved(job)));
-    ProfCopyList(copy, 0, job, 0);
-    return describe(copy);
-}
-
-TEST(SharedTexts, MakeNoDifferenceThatACallerCanSee) {
-    const std::wstring withoutSetting = editWithEqualTexts();
-    EXPECT_GT(withoutSetting.size(), 1000u);
-    for (const DWORD enabled : {0u, 1u, 2u}) {
-        const CacheSetting setting(enabled);
-        EXPECT_EQ(editWithEqualTexts(), withoutSetting) << enabled;
     }
 }
 

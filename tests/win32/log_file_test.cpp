@@ -15,9 +15,9 @@
 namespace testing_prof {
 namespace {
 
-constexpr const wchar_t* kMachineKey = L"software\\Velmor";
+constexpr const wchar_t* machineKey = L"software\\Velmor";
 
-void writeLines() {
+void WriteLines() {
     UtilDebug(L"number %d, wide %s, narrow %hs, %I64u %#p", -5, L"\u20ac", "8-bit", 1ull << 40,
               (void*)0x12AB);
     PasDebug(L"100%s");
@@ -31,19 +31,19 @@ void writeLines() {
 }
 
 // Each thread's lines tell whose and the how many-eth they are.
-void writeFromThreads() {
-    constexpr int kThreads = 4, kLines = 500;
+void WriteFromThreads() {
+    constexpr int threadCount = 4, lineCount = 500;
     std::vector<std::jthread> threads;
-    for (int t = 0; t < kThreads; ++t)
+    for (int t = 0; t < threadCount; ++t)
         threads.emplace_back([t] {
-            for (int i = 0; i < kLines; ++i)
+            for (int i = 0; i < lineCount; ++i)
                 UtilDebugExt(L"SOAK", 0, L"<%u %d %d %s>", GetCurrentProcessId(), t, i,
                              std::wstring(i % 90, L'.').c_str());
         });
 }
 
 // The same while modules come and go on twice as many threads, until all lines are written.
-void writeAmongModules() {
+void WriteAmongModules() {
     std::atomic<bool> written{false};
     std::vector<std::jthread> modules;
     for (int t = 0; t < 8; ++t)
@@ -54,53 +54,53 @@ void writeAmongModules() {
                 UtilLOGPAN4Detach();
             }
         });
-    writeFromThreads();
+    WriteFromThreads();
     written = true;
 }
 
-void askFlags() {
+void AskFlags() {
     TerminateProcess(GetCurrentProcess(), UtilGetFlags() ? 1 : 0);
 }
 
 int flushes = 0;
-BOOL WINAPI countFlush(HANDLE file) {
+BOOL WINAPI CountFlush(HANDLE file) {
     ++flushes;
     return FlushFileBuffers(file);
 }
-void countFlushes() {
-    const ImportHook hook("FlushFileBuffers", reinterpret_cast<void*>(countFlush));
+void CountFlushes() {
+    const clsImportHook hook("FlushFileBuffers", reinterpret_cast<void*>(CountFlush));
     PasDebug(L"1");
     PasDebug(L"2");
     TerminateProcess(GetCurrentProcess(), static_cast<UINT>(flushes));
 }
 
 // The line must be in the system's hands, not in a buffer that dies with the process.
-void writeAndDie() {
+void WriteAndDie() {
     PasDebug(L"last words");
     TerminateProcess(GetCurrentProcess(), 1);
 }
 
 // Settings that cannot be read for want of memory are read by a later line.
-void writeStarved() {
+void WriteStarved() {
     {
-        const CountedAllocations none(1);
+        const clsCountedAllocations none(1);
         PasDebug(L"lost");
     }
     PasDebug(L"kept");
 }
 
-void keepLastError() {
+void KeepLastError() {
     SetLastError(1234);
     UtilDebug(L"first");
     UtilGetFlags();
     TerminateProcess(GetCurrentProcess(), GetLastError());
 }
 
-const std::map<std::string, void (*)()> kScenarios = {
-    {"starved", writeStarved}, {"error", keepLastError},
-    {"lines", writeLines},     {"threads", writeFromThreads},
-    {"flags", askFlags},       {"flushes", countFlushes},
-    {"die", writeAndDie},      {"modules", writeAmongModules},
+const std::map<std::string, void (*)()> scenarios = {
+    {"starved", WriteStarved}, {"error", KeepLastError},
+    {"lines", WriteLines},     {"threads", WriteFromThreads},
+    {"flags", AskFlags},       {"flushes", CountFlushes},
+    {"die", WriteAndDie},      {"modules", WriteAmongModules},
 };
 
 // A machine whose settings name a log file.
@@ -108,7 +108,7 @@ class LogFile : public testing::Test {
   protected:
     void SetUp() override {
         SetEnvironmentVariableW(L"TVUT22_LOG", nullptr);
-        RegCreateKeyExW(HKEY_LOCAL_MACHINE, kMachineKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key_,
+        RegCreateKeyExW(HKEY_LOCAL_MACHINE, machineKey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key_,
                         nullptr);
         const std::wstring name = folder_ / L"lines.log";
         const auto bytes = static_cast<DWORD>((name.size() + 1) * sizeof(wchar_t));
@@ -120,31 +120,31 @@ class LogFile : public testing::Test {
             RegDeleteValueW(key_, name);
         RegCloseKey(key_);
     }
-    void setSwitch(const wchar_t* name) {
+    void SetSwitch(const wchar_t* name) {
         const DWORD on = 1;
         RegSetValueExW(key_, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&on), sizeof on);
     }
-    std::string log() const { return readFile(folder_ / L"lines.log"); }
-    std::vector<std::string> logLines() const {
+    std::string Log() const { return ReadBytes(folder_ / L"lines.log"); }
+    std::vector<std::string> LogLines() const {
         std::vector<std::string> lines;
-        const std::string all = log();
+        const std::string all = Log();
         for (std::size_t at = 0, end; (end = all.find("\r\n", at)) != std::string::npos; at = end + 2)
             lines.push_back(all.substr(at, end - at));
         return lines;
     }
     // Every line of the log with its time, thread and processor taken out, which differ from run to run.
-    std::string constantPart() const {
+    std::string ConstantPart() const {
         static const std::regex varying(R"(\d\d:\d\d:\d\d\.\d\d\d [0-9a-f]{8}/[0-9a-f]{2} )");
-        return std::regex_replace(log(), varying, "@");
+        return std::regex_replace(Log(), varying, "@");
     }
 
-    TempFolder folder_;
+    clsTempFolder folder_;
     HKEY key_ = nullptr;
 };
 
 TEST_F(LogFile, HasEveryLineInItsForm) {
-    EXPECT_EQ(Child(L"lines").exitCode(), 0u);
-    EXPECT_EQ(constantPart(), "@1  number -5, wide \x80, narrow 8-bit, 1099511627776 0X000012AB\r\n"
+    EXPECT_EQ(clsChild(L"lines").ExitCode(), 0u);
+    EXPECT_EQ(ConstantPart(), "@1  number -5, wide \x80, narrow 8-bit, 1099511627776 0X000012AB\r\n"
                               "@2  100%s\r\n"
                               "REPORT  : @3  in\r\n"
                               "@4  out\r\n"
@@ -157,49 +157,49 @@ TEST_F(LogFile, HasEveryLineInItsForm) {
 }
 
 TEST_F(LogFile, TakesTimeFromTheCounterWhereAskedTo) {
-    setSwitch(L"ForceUsePerfCounters");
-    EXPECT_EQ(Child(L"lines").exitCode(), 0u);
+    SetSwitch(L"ForceUsePerfCounters");
+    EXPECT_EQ(clsChild(L"lines").ExitCode(), 0u);
     EXPECT_TRUE(
-        std::regex_match(logLines().at(1), std::regex(R"(00:0\d\.\d\d\d [0-9a-f]{8}/[0-9a-f]{2} 2  100%s)")))
-        << logLines().at(1);
+        std::regex_match(LogLines().at(1), std::regex(R"(00:0\d\.\d\d\d [0-9a-f]{8}/[0-9a-f]{2} 2  100%s)")))
+        << LogLines().at(1);
 }
 
 TEST_F(LogFile, IsFlushedOnlyWhereAskedTo) {
-    EXPECT_EQ(Child(L"flushes").exitCode(), 0u);
-    setSwitch(L"Debug.LogFile.Flush");
-    EXPECT_EQ(Child(L"flushes").exitCode(), 2u);
+    EXPECT_EQ(clsChild(L"flushes").ExitCode(), 0u);
+    SetSwitch(L"Debug.LogFile.Flush");
+    EXPECT_EQ(clsChild(L"flushes").ExitCode(), 2u);
 }
 
 TEST_F(LogFile, HoldsWhatAKilledProcessHasWritten) {
-    EXPECT_EQ(Child(L"die").exitCode(), 1u);
-    EXPECT_EQ(constantPart(), "@1  last words\r\n");
+    EXPECT_EQ(clsChild(L"die").ExitCode(), 1u);
+    EXPECT_EQ(ConstantPart(), "@1  last words\r\n");
 }
 
 // The environment's log file comes before the machine's, which is used where the first cannot be had.
 TEST_F(LogFile, CanBeNamedForOneProcess) {
     const std::wstring own = folder_ / L"own.log";
     SetEnvironmentVariableW(L"TVUT22_LOG", own.c_str());
-    EXPECT_EQ(Child(L"die").exitCode(), 1u);
-    EXPECT_EQ(log(), "");
-    EXPECT_NE(readFile(own).find("last words"), std::string::npos);
-    EXPECT_EQ(Child(L"flags").exitCode(), 1u);
+    EXPECT_EQ(clsChild(L"die").ExitCode(), 1u);
+    EXPECT_EQ(Log(), "");
+    EXPECT_NE(ReadBytes(own).find("last words"), std::string::npos);
+    EXPECT_EQ(clsChild(L"flags").ExitCode(), 1u);
     for (const std::wstring& none : {folder_ / L"no such folder\\x.log", std::wstring(L"NUL")}) {
         SetEnvironmentVariableW(L"TVUT22_LOG", none.c_str());
-        EXPECT_EQ(Child(L"flags").exitCode(), 1u);
+        EXPECT_EQ(clsChild(L"flags").ExitCode(), 1u);
     }
-    EXPECT_EQ(Child(L"die").exitCode(), 1u);
-    EXPECT_EQ(constantPart(), "@1  last words\r\n");
+    EXPECT_EQ(clsChild(L"die").ExitCode(), 1u);
+    EXPECT_EQ(ConstantPart(), "@1  last words\r\n");
     RegDeleteValueW(key_, L"Debug.LogFilename");
-    EXPECT_EQ(Child(L"flags").exitCode(), 0u) << "neither";
+    EXPECT_EQ(clsChild(L"flags").ExitCode(), 0u) << "neither";
 }
 
 TEST_F(LogFile, IsFoundWhenMemoryIsBack) {
-    EXPECT_EQ(Child(L"starved").exitCode(), 0u);
-    EXPECT_NE(log().find("kept"), std::string::npos);
+    EXPECT_EQ(clsChild(L"starved").ExitCode(), 0u);
+    EXPECT_NE(Log().find("kept"), std::string::npos);
 }
 
 TEST_F(LogFile, LeavesTheCallersErrorAlone) {
-    EXPECT_EQ(Child(L"error").exitCode(), 1234u);
+    EXPECT_EQ(clsChild(L"error").ExitCode(), 1234u);
 }
 
 // The word of shared memory by which processes agree may hold anything.
@@ -216,25 +216,25 @@ TEST_F(LogFile, IsWrittenWhoeverHoldsItsLock) {
     const LONG dead = 0x7FFFFFF0, alive = static_cast<LONG>(GetCurrentProcessId());
     for (const LONG owner : {dead, alive}) {
         *word = owner;
-        EXPECT_EQ(Child(L"die").exitCode(), 1u);
+        EXPECT_EQ(clsChild(L"die").ExitCode(), 1u);
         EXPECT_EQ(*word, owner == alive ? alive : 0) << "a dead process's lock is taken, a live one's is not";
     }
     UnmapViewOfFile(const_cast<LONG*>(word));
-    EXPECT_EQ(constantPart(), "@1  last words\r\n@1  last words\r\n");
+    EXPECT_EQ(ConstantPart(), "@1  last words\r\n@1  last words\r\n");
 }
 
-struct Source {
+struct scSource {
     int nextDigit = -1;
     std::map<int, int> nextLine; // a thread
 };
 
 // Holds every line against its form and its place; gives the number of lines that each process's threads
 // have written. Lines about modules, which tell no process, are counted with the lines around them.
-std::map<std::string, int> countWhole(const std::vector<std::string>& lines) {
+std::map<std::string, int> CountWhole(const std::vector<std::string>& lines) {
     static const std::regex form(
         R"((?:SOAK    : )?\d\d:\d\d:\d\d\.\d\d\d [0-9a-f]{8}/[0-9a-f]{2} (\d)  (.*))"),
         numbered(R"(<(\d+) (\d) (\d+) (\.*)>)"), module(R"((\+\+|--)module \[.*)");
-    std::map<std::string, Source> processes;
+    std::map<std::string, scSource> processes;
     std::map<std::string, int> counts;
     std::string process;
     for (const std::string& line : lines) {
@@ -247,7 +247,7 @@ std::map<std::string, int> countWhole(const std::vector<std::string>& lines) {
             break;
         if (ofThread)
             process = match[1];
-        Source& source = processes[process];
+        scSource& source = processes[process];
         const int digit = digits[0] - '0';
         EXPECT_EQ(digit, source.nextDigit < 0 ? digit : source.nextDigit)
             << "counted in the order of the file";
@@ -264,24 +264,24 @@ std::map<std::string, int> countWhole(const std::vector<std::string>& lines) {
 
 TEST_F(LogFile, KeepsLinesOfThreadsAndProcessesWhole) {
     {
-        std::vector<Child> children;
+        std::vector<clsChild> children;
         for (int i = 0; i < 3; ++i)
             children.emplace_back(L"threads");
     }
-    const auto counts = countWhole(logLines());
+    const auto counts = CountWhole(LogLines());
     EXPECT_EQ(counts.size(), 3u);
     for (const auto& [process, lines] : counts)
         EXPECT_EQ(lines, 4 * 500);
 }
 
 TEST_F(LogFile, KeepsLinesWholeWhileModulesComeAndGo) {
-    const Child child(L"modules");
-    if (!child.endsWithin(60000)) {
-        child.kill();
+    const clsChild child(L"modules");
+    if (!child.EndsWithin(60000)) {
+        child.Kill();
         FAIL() << "threads wait for ever";
     }
-    EXPECT_EQ(child.exitCode(), 0u);
-    const auto counts = countWhole(logLines());
+    EXPECT_EQ(child.ExitCode(), 0u);
+    const auto counts = CountWhole(LogLines());
     ASSERT_EQ(counts.size(), 1u);
     EXPECT_EQ(counts.begin()->second, 4 * 500);
 }
@@ -291,8 +291,8 @@ TEST_F(LogFile, KeepsLinesWholeWhileModulesComeAndGo) {
 
 int main(int count, char** arguments) {
     using namespace testing_prof;
-    if (count == 2 && kScenarios.contains(arguments[1])) {
-        kScenarios.at(arguments[1])();
+    if (count == 2 && scenarios.contains(arguments[1])) {
+        scenarios.at(arguments[1])();
         return 0;
     }
     ::testing::InitGoogleTest(&count, arguments);

@@ -12,11 +12,11 @@ namespace {
 using Lines = std::vector<std::string>;
 
 // A grouped line, as it stands in the log: the host's name, the depth, the text and a line end of its own.
-std::string grouped(int depth, const std::string& text) {
+std::string Grouped(int depth, const std::string& text) {
     return "modules_test:" + std::string(static_cast<std::size_t>(depth), ' ') + text + "\n";
 }
 
-std::string pointer(const void* at) {
+std::string Pointer(const void* at) {
     char text[20];
     std::snprintf(text, sizeof text, "0X%08X", static_cast<unsigned>(reinterpret_cast<UINT_PTR>(at)));
     return text;
@@ -36,22 +36,22 @@ TEST(Jobs, AreCountedByName) {
 }
 
 TEST(Jobs, AreTracedOnRequest) {
-    const Log log;
+    const clsLog log;
     const UtilJob silent = UtilJobOpen(L"silent", UTIL_JOB_DEBUG_HEAPS);
     UtilJobClose(silent);
     const UtilJob job = UtilJobOpen(L"traced", UTIL_JOB_TRACE | 5);
     UtilJobOpen(nullptr, UTIL_JOB_TRACE);
     UtilJobClose(job);
     UtilJobClose(job);
-    const Lines expected = {grouped(0, "UtilJobOpen('traced',0x80000005)"),
-                            grouped(1, "->" + pointer(job)),
-                            grouped(0, "UtilJobOpen('(NULL)',0x80000000)"),
-                            grouped(1, "->"),
-                            grouped(0, "UtilJobClose(" + pointer(job) + ") ['traced']"),
-                            grouped(1, "->0"),
-                            grouped(0, "Error: clsModuleList::Delete(" + pointer(job) + "): Invalid handle"),
-                            grouped(1, "Error: invalid module handle")};
-    const Lines lines = log.lines();
+    const Lines expected = {Grouped(0, "UtilJobOpen('traced',0x80000005)"),
+                            Grouped(1, "->" + Pointer(job)),
+                            Grouped(0, "UtilJobOpen('(NULL)',0x80000000)"),
+                            Grouped(1, "->"),
+                            Grouped(0, "UtilJobClose(" + Pointer(job) + ") ['traced']"),
+                            Grouped(1, "->0"),
+                            Grouped(0, "Error: clsModuleList::Delete(" + Pointer(job) + "): Invalid handle"),
+                            Grouped(1, "Error: invalid module handle")};
+    const Lines lines = log.Lines();
     ASSERT_EQ(lines.size(), expected.size());
     for (std::size_t i = 0; i < lines.size(); ++i)
         EXPECT_EQ(lines[i].substr(0, expected[i].find("->\n")),
@@ -81,7 +81,7 @@ TEST(Modules, AnnounceThemselves) {
     GetModuleFileNameW(nullptr, host, MAX_PATH);
     GetModuleFileNameW(GetModuleHandleW(L"tvUT22.dll"), dll, MAX_PATH);
     const auto narrow = [](const wchar_t* text) { return std::filesystem::path(text).string(); };
-    const Log log;
+    const clsLog log;
     UtilModuleOnAttach(L"tvUT22.dll");
     UtilModuleOnAttach(L"not loaded");
     UtilModuleOnDetach(L"not loaded");
@@ -90,7 +90,7 @@ TEST(Modules, AnnounceThemselves) {
     UtilModuleOnDetach(L"tvUT22.dll");
     UtilModuleOnDetach(L"once too often");
     const std::string inHost = " [" + narrow(host) + "]";
-    EXPECT_EQ(log.lines(), (Lines{"++tvUT22.dll" + inHost + " [" + narrow(dll) + "]", "++not loaded" + inHost,
+    EXPECT_EQ(log.Lines(), (Lines{"++tvUT22.dll" + inHost + " [" + narrow(dll) + "]", "++not loaded" + inHost,
                                   "--not loaded" + inHost, "++(NULL)" + inHost, "--(NULL)" + inHost,
                                   "--tvUT22.dll" + inHost, "--once too often" + inHost}));
 }

@@ -7,16 +7,16 @@ namespace {
 
 template <class F>
 using Memory = InBothForms<F>;
-TYPED_TEST_SUITE(Memory, BothForms, FormNames);
+TYPED_TEST_SUITE(Memory, BothForms, scFormNames);
 
 TYPED_TEST(Memory, NoGetAllocates) {
     using F = TypeParam;
     using Char = typename F::Char;
-    const Job job(L"L{b=TRUE;i=12;h=x0C;d=1.5;p=(1,2);r=(1,2,3,4);s=text;}");
+    const clsJob job(L"L{b=TRUE;i=12;h=x0C;d=1.5;p=(1,2);r=(1,2,3,4);s=text;}");
     for (int i = 0; i < 2000; ++i) // long enough for whatever makes long lists fast
         ProfAppendIntW(job, 0, (L"long/i" + std::to_wstring(i)).c_str(), i);
     const std::basic_string<Char> large(100000, Char{'v'});
-    const auto at = [](const wchar_t* path) { return in<Char>(path); };
+    const auto at = [](const wchar_t* path) { return In<Char>(path); };
     const auto b = at(L"L/b"), i = at(L"/L/i"), h = at(L"L/h"), d = at(L"L/d"), p = at(L"L/p"),
                r = at(L"L/r"), s = at(L"L/s"), distant = at(L"long/i1999"), none = at(L"long/none");
     Char buffer[20];
@@ -25,7 +25,7 @@ TYPED_TEST(Memory, NoGetAllocates) {
         results |= get(job, 0, path.c_str(), &out, fallback);
     };
     {
-        const CountedAllocations counter;
+        const clsCountedAllocations counter;
         read(F::getBool, b, BOOL{}, 0);
         for (const auto* path : {&i, &h, &distant})
             read(F::getInt, *path, INT{}, 0);
@@ -39,102 +39,74 @@ TYPED_TEST(Memory, NoGetAllocates) {
         results |= F::getString(job, 0, none.c_str(), buffer, 20, s.c_str()) ^ PROF_NOT_FOUND;
         results |= F::getStringLength(job, 0, s.c_str()) ^ 4;
         results |= F::getList(job, 0, s.c_str()) != nullptr;
-        counted = CountedAllocations::count;
+        counted = clsCountedAllocations::count;
         F::appendString(job, 0, none.c_str(), large.c_str());
-        EXPECT_GT(CountedAllocations::count, counted) << "the count does not see the library's allocations";
+        EXPECT_GT(clsCountedAllocations::count, counted)
+            << "the count does not see the library's allocations";
     }
     EXPECT_EQ(results, 0);
     EXPECT_EQ(counted, 0);
 }
 
-// Fails the n-th allocation and all later ones, for every n, until the work needs no more. Work may do
-// without an allocation, but then its result must be right.
+// The work may do without an allocation, but then its result must be right.
 template <class Work, class Check>
-void failEveryAllocation(Work work, Check check) {
+void FailEveryAllocation(Work work, Check check) {
     int failures = 0;
-    bool failed = true;
-    for (int n = 1; failed; ++n) {
-        bool succeeded;
-        {
-            const CountedAllocations failing(n);
-            succeeded = work();
-            failed = CountedAllocations::count >= n;
-        }
-        ASSERT_TRUE(succeeded || failed) << "failed without need after " << n - 1 << " allocations";
-        failures += !succeeded;
-        if (succeeded)
-            check();
-    }
+    bool succeeded = false;
+    FailEachAllocation([&] { succeeded = work(); },
+                       [&](bool failed) {
+                           EXPECT_TRUE(succeeded || failed) << "failed without need";
+                           failures += !succeeded;
+                           if (succeeded)
+                               check();
+                       });
     EXPECT_GT(failures, 0);
 }
 
-/// Edits a tree with the n-th allocation and all later ones failing, for every n, and hands each job to
-/// check.
+/// Edits a tree, made anew each time, and hands each job to the check.
 template <class Edit, class Check>
-void failEveryEdit(std::wstring_view tree, Edit edit, Check check) {
-    bool failed = true;
-    for (int n = 1; failed; ++n) {
-        const Job job(tree);
-        {
-            const CountedAllocations failing(n);
-            edit(job);
-            failed = CountedAllocations::count >= n;
-        }
-        check(job, failed);
-    }
-}
-
-TEST(FailingAllocation, IsReportedByEveryLoadAndSave) {
-    const Job model(L"a=1;L{b=2;M{c=long enough to need a block of its own;}}d=;");
-    for (const UINT flags : {PROF_FORM_TEXT, PROF_SAVE_COMPRESSED}) {
-        PieceStream stream, input(saved(model, flags));
-        failEveryAllocation([&] { return ProfSaveToStream(model, &stream, flags) == PROF_OK; },
-                            [&] { EXPECT_EQ(describe(opened(stream.data)), describe(model)); });
-        ProfJob job = 0;
-        failEveryAllocation(
-            [&] {
-                ProfJobClose(job);
-                job = ProfJobOpenStream(&input);
-                return job && ProfGetError(job) == PROF_OK;
-            },
-            [&] { EXPECT_EQ(describe(job), describe(model)); });
-        ProfJobClose(job);
-    }
+void FailEveryEdit(std::wstring_view tree, Edit edit, Check check) {
+    clsJob job(tree);
+    FailEachAllocation([&] { edit(job); },
+                       [&](bool failed) {
+                           check(job, failed);
+                           job = clsJob(tree);
+                       });
 }
 
 TYPED_TEST(Memory, FailingForBytesAndFilesLeavesNothingHalf) {
     using F = TypeParam;
     using Char = typename F::Char;
-    const TempFolder folder;
+    const clsTempFolder folder;
     const Bytes bytes(200000, 'b');
-    writeFile(folder / L"one", bytes);
-    writeFile(folder / L"two", "2");
-    const auto name = in<Char>(L"b"), key = in<Char>(L"key"), one = in<Char>(folder / L"one"),
-               all = in<Char>(folder / L"*"), out = in<Char>(folder / L"out"),
-               made = in<Char>(folder / L"out\\made");
+    WriteBytes(folder / L"one", bytes);
+    WriteBytes(folder / L"two", "2");
+    const auto name = In<Char>(L"b"), key = In<Char>(L"key"), one = In<Char>(folder / L"one"),
+               all = In<Char>(folder / L"*"), out = In<Char>(folder / L"out"),
+               made = In<Char>(folder / L"out\\made");
     // What is there after a failure is the beginning of what would have been there, in whole entries.
     const auto appends = [&](auto append) {
-        Job whole(L"a=1;");
+        clsJob whole(L"a=1;");
         append(whole);
-        const std::wstring expected = describe(whole);
-        failEveryEdit(L"a=1;", append, [&](ProfJob job, bool failed) {
-            EXPECT_TRUE(failed ? expected.starts_with(describe(job)) : expected == describe(job))
-                << describe(job);
+        const std::wstring expected = Describe(whole);
+        FailEveryEdit(L"a=1;", append, [&](ProfJob job, bool failed) {
+            EXPECT_TRUE(failed ? expected.starts_with(Describe(job)) : expected == Describe(job))
+                << Describe(job);
         });
         return whole;
     };
-    PieceStream stream(bytes);
-    const Job streams =
+    clsPieceStream stream(bytes);
+    const clsJob streams =
         appends([&](ProfJob job) { F::appendStream(job, 0, name.c_str(), key.c_str(), &stream); });
     appends([&](ProfJob job) { F::appendFile(job, 0, name.c_str(), key.c_str(), one.c_str()); });
-    const Job files = appends([&](ProfJob job) { F::appendFiles(job, 0, all.c_str(), key.c_str()); });
+    const clsJob files = appends([&](ProfJob job) { F::appendFiles(job, 0, all.c_str(), key.c_str()); });
     std::filesystem::create_directory(folder / L"out");
-    PieceStream target;
-    failEveryAllocation(
+    clsPieceStream target;
+    FailEveryAllocation(
         [&] { return F::getStream(streams, 0, name.c_str(), key.c_str(), &target) == PROF_OK; },
         [&] { EXPECT_TRUE(target.data == bytes); });
     const auto writes = [&](auto write) {
-        failEveryAllocation(
+        FailEveryAllocation(
             [&] {
                 const bool done = write() == PROF_OK;
                 for (const auto& entry : std::filesystem::directory_iterator(folder / L"out"))
@@ -145,7 +117,7 @@ TYPED_TEST(Memory, FailingForBytesAndFilesLeavesNothingHalf) {
     };
     writes([&] { return F::getFile(streams, 0, name.c_str(), key.c_str(), made.c_str()); });
     writes([&] { return F::extractFiles(files, 0, out.c_str(), key.c_str()); });
-    EXPECT_TRUE(readFile(folder / L"out\\one") == bytes && readFile(folder / L"out\\made") == bytes);
+    EXPECT_TRUE(ReadBytes(folder / L"out\\one") == bytes && ReadBytes(folder / L"out\\made") == bytes);
 }
 
 TEST(FailingAllocation, LeavesNoPartOfAVariantOrOfTheClipboard) {
@@ -157,12 +129,12 @@ TEST(FailingAllocation, LeavesNoPartOfAVariantOrOfTheClipboard) {
     V_ARRAY(&value) = SafeArrayCreate(VT_VARIANT, 1, &bounds);
     for (LONG i = 0; i < 2; ++i)
         SafeArrayPutElement(V_ARRAY(&value), &i, &text);
-    Job job;
-    failEveryEdit(
+    clsJob job;
+    FailEveryEdit(
         L"v=old;", [&](ProfJob edited) { ProfSetVariant(edited, 0, L"v", &value); },
-        [&](ProfJob edited, bool failed) { EXPECT_EQ(textOf(edited, L"v") == L"old", failed); });
+        [&](ProfJob edited, bool failed) { EXPECT_EQ(TextOf(edited, L"v") == L"old", failed); });
     ProfSetVariant(job, 0, L"v", &value);
-    failEveryAllocation(
+    FailEveryAllocation(
         [&] {
             const INT result = ProfGetVariant(job, 0, L"v", &out);
             EXPECT_EQ(V_VT(&out), result == PROF_OK ? VT_ARRAY | VT_VARIANT : VT_EMPTY);
@@ -170,29 +142,29 @@ TEST(FailingAllocation, LeavesNoPartOfAVariantOrOfTheClipboard) {
         },
         [&] {
             ProfAppendVariant(job, 0, L"again", &out);
-            EXPECT_EQ(textOf(job, L"again"), textOf(job, L"v"));
+            EXPECT_EQ(TextOf(job, L"again"), TextOf(job, L"v"));
         });
     for (VARIANT* variant : {&text, &value, &out})
         VariantClear(variant);
-    failEveryAllocation([&] { return ProfSaveToClipboard(job, nullptr, 0) == PROF_OK; }, [] {});
-    Job pasted;
-    failEveryAllocation(
+    FailEveryAllocation([&] { return ProfSaveToClipboard(job, nullptr, 0) == PROF_OK; }, [] {});
+    clsJob pasted;
+    FailEveryAllocation(
         [&] {
-            pasted = Job(ProfJobOpenClipboard(nullptr));
+            pasted = clsJob(ProfJobOpenClipboard(nullptr));
             return pasted && ProfGetError(pasted) == PROF_OK;
         },
-        [&] { EXPECT_EQ(describe(pasted), describe(job)); });
+        [&] { EXPECT_EQ(Describe(pasted), Describe(job)); });
 }
 
 TYPED_TEST(Memory, AFailedEditChangesNothing) {
     using Char = typename TypeParam::Char;
     const std::wstring tree = L"a=1;L{b=2;M{c=3;}}d=;";
-    const auto name = in<Char>(L"new"), path = in<Char>(L"L/M");
+    const auto name = In<Char>(L"new"), path = In<Char>(L"L/M");
     const std::basic_string<Char> large(100000, Char{'v'});
     const auto fails = [&](const char* what, auto edit) {
-        failEveryEdit(tree, edit, [&](ProfJob job, bool failed) {
+        FailEveryEdit(tree, edit, [&](ProfJob job, bool failed) {
             if (failed) {
-                EXPECT_EQ(describe(job), tree) << what;
+                EXPECT_EQ(Describe(job), tree) << what;
             }
         });
     };
@@ -204,18 +176,18 @@ TYPED_TEST(Memory, AFailedEditChangesNothing) {
 
 /// Takes all address space and every free block of the heaps. Nothing may allocate while it lives, this
 /// program's own code included.
-class NoMemory {
+class clsNoMemory {
   public:
-    NoMemory() {
+    clsNoMemory() {
         for (SIZE_T size = SIZE_T{1} << 30; size >= 1 << 16; size /= 2)
-            while (reserve(size))
+            while (Reserve(size))
                 ;
         for (int i = 0; i < 2; ++i)
             for (SIZE_T size = 1 << 19; size >= sizeof(void*); size /= 2)
-                while (take(i, size))
+                while (Take(i, size))
                     ;
     }
-    ~NoMemory() {
+    ~clsNoMemory() {
         while (count_)
             VirtualFree(reserved_[--count_], 0, MEM_RELEASE);
         for (int i = 0; i < 2; ++i)
@@ -224,18 +196,18 @@ class NoMemory {
                 HeapFree(heaps_[i], 0, block);
             }
     }
-    NoMemory(const NoMemory&) = delete;
-    NoMemory& operator=(const NoMemory&) = delete;
+    clsNoMemory(const clsNoMemory&) = delete;
+    clsNoMemory& operator=(const clsNoMemory&) = delete;
 
   private:
-    bool reserve(SIZE_T size) {
+    bool Reserve(SIZE_T size) {
         void* block =
             count_ < std::size(reserved_) ? VirtualAlloc(nullptr, size, MEM_RESERVE, PAGE_NOACCESS) : nullptr;
         if (block)
             reserved_[count_++] = block;
         return block;
     }
-    bool take(int i, SIZE_T size) {
+    bool Take(int i, SIZE_T size) {
         void* block = HeapAlloc(heaps_[i], 0, size);
         if (block)
             *static_cast<void**>(block) = std::exchange(chain_[i], block);
@@ -250,21 +222,21 @@ class NoMemory {
 
 TYPED_TEST(Memory, EveryCallFailsCleanlyAndTheJobWorksOn) {
     using Char = typename TypeParam::Char;
-    const Job job(L"number=42;text=abc;L{x=1;}");
-    const std::wstring before = describe(job);
-    const auto path = in<Char>(L"New/deep/path/with/a/name"), number = in<Char>(L"number");
+    const clsJob job(L"number=42;text=abc;L{x=1;}");
+    const std::wstring before = Describe(job);
+    const auto path = In<Char>(L"New/deep/path/with/a/name"), number = In<Char>(L"number");
     const std::basic_string<Char> large(100000, Char{'v'});
-    PieceStream source(utf16(L"\xFEFF[/]\na=1\n")), target(Bytes(1 << 16, '#'));
+    clsPieceStream source(Utf16(L"\xFEFF[/]\na=1\n")), target(Bytes(1 << 16, '#'));
     INT value = 0, found = 1, stringLength = 0, longValue = 1, savedAs = 0;
     ProfJob opens[2] = {};
     ProfList list = 0, empty = 0;
     {
-        const NoMemory none;
+        const clsNoMemory none;
         found = TypeParam::getInt(job, 0, number.c_str(), &value, 7);
         stringLength = TypeParam::getStringLength(job, 0, number.c_str());
         opens[0] = TypeParam::open(path.c_str());
         opens[1] = ProfJobOpenStream(&source);
-        for (const TextCall<TypeParam>& call : textCalls<TypeParam>())
+        for (const scTextCall<TypeParam>& call : TextCalls<TypeParam>())
             call.run(job, path.c_str());
         TypeParam::setString(job, 0, number.c_str(), large.c_str());
         longValue = TypeParam::getStringLength(job, 0, number.c_str());
@@ -283,12 +255,12 @@ TYPED_TEST(Memory, EveryCallFailsCleanlyAndTheJobWorksOn) {
         EXPECT_NE(open ? ProfGetError(open) : 1, PROF_OK);
         ProfJobClose(open);
     }
-    EXPECT_EQ(describe(job).substr(0, before.size()), before);
+    EXPECT_EQ(Describe(job).substr(0, before.size()), before);
     ProfSetStringW(job, 0, L"number", L"43");
     TypeParam::appendString(job, 0, path.c_str(), number.c_str());
-    EXPECT_EQ(textOf(job, L"number"), L"43");
-    EXPECT_NE(textOf(job, L"New/deep/path/with/a/name"), L"<none>");
-    EXPECT_EQ(describe(opened(saved(job))), describe(job));
+    EXPECT_EQ(TextOf(job, L"number"), L"43");
+    EXPECT_NE(TextOf(job, L"New/deep/path/with/a/name"), L"<none>");
+    EXPECT_EQ(Describe(Opened(Saved(job))), Describe(job));
 }
 
 } // namespace

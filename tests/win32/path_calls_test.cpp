@@ -60,28 +60,25 @@ TEST(PathCalls, LeaveResultsAloneUnlessTheyAreOk) {
 
 TEST(PathCalls, FailWholeWithoutMemory) {
     const std::wstring path = L"C:\\" + std::wstring(1000, L'f') + L"\\name.txt";
-    for (int failing = 1, failed = 1; failed; ++failing) {
-        std::array<clsOleText, 4> parts{clsOleText(L"0"), clsOleText(L"1"), clsOleText(L"2"),
-                                        clsOleText(L"3")};
-        clsOleText merged(L"4"), made(L"5"), collapsed(L"6");
-        INT results[4];
-        {
-            const CountedAllocations refusing(failing);
-            results[0] =
-                UtilPathSplit(path.c_str(), parts[0].Out(), parts[1].Out(), parts[2].Out(), parts[3].Out());
-            results[1] = UtilPathMerge(path.c_str(), L"b", 0, merged.Out());
-            results[2] = UtilPathMakeName(path.c_str(), made.Out());
-            results[3] = UtilPathCollapse(path.c_str(), collapsed.Out());
-            failed = CountedAllocations::count >= failing;
-        }
-        for (int part = 0; part < 4; ++part)
-            EXPECT_EQ(parts[part].Text() == std::to_wstring(part), results[0] != UTIL_OK);
-        EXPECT_EQ(merged.Text() == L"4", results[1] != UTIL_OK);
-        EXPECT_EQ(made.Text() == L"5", results[2] != UTIL_OK);
-        EXPECT_EQ(collapsed.Text() == L"6", results[3] != UTIL_OK);
-        for (const INT result : results)
-            EXPECT_TRUE(result == UTIL_OK || result == UTIL_FAILED) << result;
-    }
+    const auto fails = [](auto call) {
+        std::array<clsOleText, 4> given{clsOleText(L"?"), clsOleText(L"?"), clsOleText(L"?"),
+                                        clsOleText(L"?")};
+        INT result = UTIL_OK;
+        bool isGiven = false;
+        FailEachAllocation([&] { result = call(given); },
+                           [&](bool failed) {
+                               EXPECT_TRUE(result == UTIL_OK || (result == UTIL_FAILED && failed)) << result;
+                               isGiven = isGiven || result == UTIL_OK;
+                               for (const clsOleText& text : given)
+                                   EXPECT_TRUE(isGiven || text.Text() == L"?");
+                           });
+    };
+    fails([&](auto& to) {
+        return UtilPathSplit(path.c_str(), to[0].Out(), to[1].Out(), to[2].Out(), to[3].Out());
+    });
+    fails([&](auto& to) { return UtilPathMerge(path.c_str(), L"b", 0, to[0].Out()); });
+    fails([&](auto& to) { return UtilPathMakeName(path.c_str(), to[0].Out()); });
+    fails([&](auto& to) { return UtilPathCollapse(path.c_str(), to[0].Out()); });
 }
 
 std::wstring FullPath(const std::wstring& path) {
@@ -123,7 +120,7 @@ TEST(PathCalls, MergeAsTheSystemDoes) {
 }
 
 TEST(PathCalls, MakeNamesThatTheSystemTakes) {
-    const TempFolder folder;
+    const clsTempFolder folder;
     constexpr const wchar_t* parts[] = {L"con", L"lpt1", L".", L".",    L" ",      L"\t",           L":",
                                         L"*",   L"\x1F", L"a", L"\xE4", L"\x65E5", L"\xD83D\xDE00", L"\xD83D",
                                         L"x.y", L"|"};
@@ -133,7 +130,7 @@ TEST(PathCalls, MakeNamesThatTheSystemTakes) {
         for (unsigned count = random() % 12; count != 0; --count)
             title += parts[random() % std::size(parts)];
         const std::wstring name = Given(UTIL_OK, UtilPathMakeName, title.c_str()), path = folder / name;
-        writeFile(path, "");
+        WriteBytes(path, "");
         WIN32_FIND_DATAW found{};
         const HANDLE search = FindFirstFileW(path.c_str(), &found);
         ASSERT_NE(search, INVALID_HANDLE_VALUE) << testing::PrintToString(name);
@@ -198,7 +195,7 @@ int LoadsOnlyWhatIsNeeded() {
 }
 
 TEST(PathCalls, LoadTheShellWhenItIsNeeded) {
-    EXPECT_EQ(Child(L"").exitCode(), 0u);
+    EXPECT_EQ(clsChild(L"").ExitCode(), 0u);
 }
 
 } // namespace

@@ -7,20 +7,20 @@ namespace {
 
 template <class F>
 using Reasons = InBothForms<F>;
-TYPED_TEST_SUITE(Reasons, BothForms, FormNames);
+TYPED_TEST_SUITE(Reasons, BothForms, scFormNames);
 
-BOOL WINAPI badDisk(HANDLE, LPVOID, DWORD, LPDWORD, LPOVERLAPPED) {
+BOOL WINAPI BadDisk(HANDLE, LPVOID, DWORD, LPDWORD, LPOVERLAPPED) {
     SetLastError(ERROR_CRC);
     return FALSE;
 }
-BOOL WINAPI fullDisk(HANDLE, LPCVOID, DWORD, LPDWORD, LPOVERLAPPED) {
+BOOL WINAPI FullDisk(HANDLE, LPCVOID, DWORD, LPDWORD, LPOVERLAPPED) {
     SetLastError(ERROR_DISK_FULL);
     return FALSE;
 }
 
-/// The last error after a call that gives a result, or all ones when it gives another.
+/// The last error after a call that returns a result, or all ones when it returns another.
 template <class Call>
-DWORD reasonOf(INT result, Call call) {
+DWORD ReasonOf(INT result, Call call) {
     SetLastError(0xABCDEF);
     const INT given = call();
     const DWORD reason = GetLastError();
@@ -28,26 +28,24 @@ DWORD reasonOf(INT result, Call call) {
 }
 
 TYPED_TEST(Reasons, OfOpeningAreTheSystems) {
-    const TempFolder folder;
-    writeFile(folder / L"a.prf", saved(Job(L"a=1;")));
-    writeFile(folder / L"damaged.prf", "ZZmQ");
+    const clsTempFolder folder;
+    WriteBytes(folder / L"a.prf", Saved(clsJob(L"a=1;")));
+    WriteBytes(folder / L"damaged.prf", "ZZmQ");
     const struct {
         const wchar_t* name;
         INT error, exclusiveError;
         DWORD reason;
-    } rows[] = {
-        {L"none", PROF_OPEN_FAILED, PROF_OK, ERROR_FILE_NOT_FOUND},
-        {L"none\\a", PROF_OPEN_FAILED, PROF_EXCLUSIVE_FAILED, ERROR_PATH_NOT_FOUND},
-        {L"..\\prof-test-folder", PROF_OPEN_FAILED, PROF_EXCLUSIVE_FAILED, ERROR_ACCESS_DENIED},
-        {L"a?", PROF_OPEN_FAILED, PROF_OPEN_FAILED, ERROR_INVALID_NAME},
-        {L"damaged.prf", PROF_LOAD_FAILED, PROF_LOAD_FAILED, ERROR_INVALID_DATA},
-    };
+    } rows[] = {{L"none", PROF_OPEN_FAILED, PROF_OK, ERROR_FILE_NOT_FOUND},
+                {L"none\\a", PROF_OPEN_FAILED, PROF_EXCLUSIVE_FAILED, ERROR_PATH_NOT_FOUND},
+                {L"..\\prof-test-folder", PROF_OPEN_FAILED, PROF_EXCLUSIVE_FAILED, ERROR_ACCESS_DENIED},
+                {L"a?", PROF_OPEN_FAILED, PROF_OPEN_FAILED, ERROR_INVALID_NAME},
+                {L"damaged.prf", PROF_LOAD_FAILED, PROF_LOAD_FAILED, ERROR_INVALID_DATA}};
     std::filesystem::create_directory(folder / L"..\\prof-test-folder");
     const auto reason = [](auto open, const std::wstring& path, INT error) {
-        Job job;
-        return reasonOf(error, [&] {
-            job = Job(open(in<typename TypeParam::Char>(path).c_str()));
-            return job.error();
+        clsJob job;
+        return ReasonOf(error, [&] {
+            job = clsJob(open(In<typename TypeParam::Char>(path).c_str()));
+            return job.Error();
         });
     };
     for (const auto& row : rows) {
@@ -58,77 +56,78 @@ TYPED_TEST(Reasons, OfOpeningAreTheSystems) {
         }
     }
     std::filesystem::remove(folder / L"..\\prof-test-folder");
-    const ImportHook hook("ReadFile", reinterpret_cast<void*>(badDisk));
+    const clsImportHook hook("ReadFile", reinterpret_cast<void*>(BadDisk));
     EXPECT_EQ(reason(TypeParam::open, folder / L"a.prf", PROF_LOCKED), ERROR_CRC);
 }
 
 TYPED_TEST(Reasons, OfSavingAreTheSystems) {
-    const TempFolder folder;
+    const clsTempFolder folder;
     const auto reason = [&](const wchar_t* name) {
-        const auto target = in<typename TypeParam::Char>(folder / name);
-        return reasonOf(PROF_SAVE_FAILED, [&] { return TypeParam::save(Job(L"a=1;"), target.c_str(), 0); });
+        const auto target = In<typename TypeParam::Char>(folder / name);
+        return ReasonOf(PROF_SAVE_FAILED,
+                        [&] { return TypeParam::save(clsJob(L"a=1;"), target.c_str(), 0); });
     };
     EXPECT_EQ(reason(L"none\\a"), ERROR_PATH_NOT_FOUND);
     EXPECT_EQ(reason(L"a?"), ERROR_INVALID_NAME);
-    EXPECT_EQ(reasonOf(PROF_SAVE_FAILED, [] { return TypeParam::save(Job(), nullptr, 0); }),
+    EXPECT_EQ(ReasonOf(PROF_SAVE_FAILED, [] { return TypeParam::save(clsJob(), nullptr, 0); }),
               ERROR_INVALID_NAME);
     std::filesystem::create_directory(folder / L"folder");
     EXPECT_EQ(reason(L"folder"), ERROR_ACCESS_DENIED);
-    writeFile(folder / L"a", "");
+    WriteBytes(folder / L"a", "");
     SetFileAttributesW((folder / L"a").c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(reason(L"a"), ERROR_ACCESS_DENIED);
     SetFileAttributesW((folder / L"a").c_str(), FILE_ATTRIBUTE_NORMAL);
-    const Job held(ProfJobOpenExclusiveW((folder / L"a").c_str()));
+    const clsJob held(ProfJobOpenExclusiveW((folder / L"a").c_str()));
     EXPECT_EQ(reason(L"a"), ERROR_SHARING_VIOLATION);
-    const ImportHook hook("WriteFile", reinterpret_cast<void*>(fullDisk));
+    const clsImportHook hook("WriteFile", reinterpret_cast<void*>(FullDisk));
     EXPECT_EQ(reason(L"b"), ERROR_DISK_FULL);
-    EXPECT_EQ(reasonOf(PROF_SAVE_FAILED, [&] { return TypeParam::save(held, nullptr, 0); }), ERROR_DISK_FULL);
+    EXPECT_EQ(ReasonOf(PROF_SAVE_FAILED, [&] { return TypeParam::save(held, nullptr, 0); }), ERROR_DISK_FULL);
 }
 
 TEST(Streams, GiveTheReasonsOfTheirFailures) {
-    PieceStream stream(saved(Job(L"a=1;")));
-    Job job;
+    clsPieceStream stream(Saved(clsJob(L"a=1;")));
+    clsJob job;
     const auto opening = [&] {
-        job = Job(ProfJobOpenStream(&stream));
-        return job.error();
+        job = clsJob(ProfJobOpenStream(&stream));
+        return job.Error();
     };
     const auto saving = [&] { return ProfSaveToStream(job, &stream, 0); };
-    EXPECT_EQ(reasonOf(PROF_SAVE_FAILED, [] { return ProfSaveToStream(Job(), nullptr, 0); }),
+    EXPECT_EQ(ReasonOf(PROF_SAVE_FAILED, [] { return ProfSaveToStream(clsJob(), nullptr, 0); }),
               ERROR_INVALID_PARAMETER);
     stream.failAt = 1;
-    EXPECT_EQ(reasonOf(PROF_LOCKED, opening), ERROR_READ_FAULT);
-    EXPECT_EQ(reasonOf(PROF_SAVE_FAILED, saving), ERROR_DISK_FULL) << "STG_E_MEDIUMFULL";
+    EXPECT_EQ(ReasonOf(PROF_LOCKED, opening), ERROR_READ_FAULT);
+    EXPECT_EQ(ReasonOf(PROF_SAVE_FAILED, saving), ERROR_DISK_FULL) << "STG_E_MEDIUMFULL";
 }
 
 TYPED_TEST(Reasons, OfFileCallsAreTheSystems) {
     using Char = typename TypeParam::Char;
-    const TempFolder folder;
-    writeFile(folder / L"a", "abc");
-    const Job job(L"b=@2@YWJj;ok=YWJj;File.Entry{Name=n?;Contents=YWJj;}");
-    const auto b = in<Char>(L"b"), ok = in<Char>(L"ok"), file = in<Char>(folder / L"a"),
-               none = in<Char>(folder / L"none\\a");
+    const clsTempFolder folder;
+    WriteBytes(folder / L"a", "abc");
+    const clsJob job(L"b=@2@YWJj;ok=YWJj;File.Entry{Name=n?;Contents=YWJj;}");
+    const auto b = In<Char>(L"b"), ok = In<Char>(L"ok"), file = In<Char>(folder / L"a"),
+               none = In<Char>(folder / L"none\\a");
     const auto append = [&](const Char* name) {
         return TypeParam::appendFile(job, 0, b.c_str(), nullptr, name), 0;
     };
-    EXPECT_EQ(reasonOf(0, [&] { return append(none.c_str()); }), ERROR_PATH_NOT_FOUND);
-    EXPECT_EQ(reasonOf(0, [&] { return append(nullptr); }), ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(reasonOf(0, [&] { return append(file.c_str()); }), 0u) << "it has no result to tell success by";
+    EXPECT_EQ(ReasonOf(0, [&] { return append(none.c_str()); }), ERROR_PATH_NOT_FOUND);
+    EXPECT_EQ(ReasonOf(0, [&] { return append(nullptr); }), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(ReasonOf(0, [&] { return append(file.c_str()); }), 0u) << "it has no result to tell success by";
     const auto get = [&](const Char* item, const Char* name) {
-        return reasonOf(PROF_DECODE_FAILED, [&] { return TypeParam::getFile(job, 0, item, nullptr, name); });
+        return ReasonOf(PROF_DECODE_FAILED, [&] { return TypeParam::getFile(job, 0, item, nullptr, name); });
     };
     EXPECT_EQ(get(b.c_str(), file.c_str()), ERROR_INVALID_DATA);
     EXPECT_EQ(get(ok.c_str(), none.c_str()), ERROR_PATH_NOT_FOUND);
     EXPECT_EQ(get(ok.c_str(), nullptr), ERROR_INVALID_PARAMETER);
     const auto extract = [&](const std::wstring& to) {
-        return reasonOf(PROF_SAVE_FAILED,
-                        [&] { return TypeParam::extractFiles(job, 0, in<Char>(to).c_str(), nullptr); });
+        return ReasonOf(PROF_SAVE_FAILED,
+                        [&] { return TypeParam::extractFiles(job, 0, In<Char>(to).c_str(), nullptr); });
     };
     EXPECT_EQ(extract(folder / L"none\\folder"), ERROR_PATH_NOT_FOUND);
     EXPECT_EQ(extract(folder / L"a"), ERROR_ALREADY_EXISTS);
     EXPECT_EQ(extract(folder / L"folder"), ERROR_INVALID_NAME);
-    const ImportHook hook("ReadFile", reinterpret_cast<void*>(badDisk));
+    const clsImportHook hook("ReadFile", reinterpret_cast<void*>(BadDisk));
     EXPECT_EQ(
-        reasonOf(PROF_CONVERT_FAILED, [&] { return TypeParam::appendFiles(job, 0, file.c_str(), nullptr); }),
+        ReasonOf(PROF_CONVERT_FAILED, [&] { return TypeParam::appendFiles(job, 0, file.c_str(), nullptr); }),
         ERROR_CRC);
 }
 

@@ -1,4 +1,6 @@
 // The string family: against the C runtime, on buffers that fit exactly, and with the string check.
+#include "support/cases.h"
+#include "support/copy.h"
 #include "support/log.h"
 #include "support/page_end.h"
 
@@ -6,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cwchar>
 #include <random>
 #include <string>
@@ -14,39 +15,41 @@
 namespace testing_prof {
 namespace {
 
-int sign(int order) {
+using tvut::CaseRows, tvut::NarrowCase, tvut::scCaseRow, tvut::WideCase;
+
+int Sign(int order) {
     return (order > 0) - (order < 0);
 }
 
-std::wstring randomText(std::mt19937& random, size_t length) {
-    static constexpr std::wstring_view kUnits = L"aAbB \x00E4\x00C4\x0101\xFF41@[Zz{";
+std::wstring RandomText(std::mt19937& random, size_t length) {
+    static constexpr std::wstring_view unitAlphabet = L"aAbB \x00E4\x00C4\x0101\xFF41@[Zz{";
     std::wstring text(length, L'a');
     for (wchar_t& unit : text)
         if (random() % 8 == 0)
-            unit = kUnits[random() % kUnits.size()];
+            unit = unitAlphabet[random() % unitAlphabet.size()];
     return text;
 }
 
 // Every length beside a page's end, where both texts are alike up to a random place.
 TEST(Strings, AgreeWithTheRuntime) {
     std::mt19937 random(7);
-    PageEnd pageA, pageB;
+    clsPageEnd pageA, pageB;
     for (size_t length = 0; length <= 70; ++length)
         for (int time = 0; time < 12; ++time) {
-            const std::wstring textA = randomText(random, length);
+            const std::wstring textA = RandomText(random, length);
             std::wstring textB = textA.substr(0, random() % (length + 1));
-            textB += randomText(random, random() % 20);
-            const wchar_t* const a = pageA.text(textA);
-            const wchar_t* const b = pageB.text(textB);
+            textB += RandomText(random, random() % 20);
+            const wchar_t* const a = pageA.Text(textA);
+            const wchar_t* const b = pageB.Text(textB);
             const UINT count = random() % 80;
             const wchar_t unit = textB.empty() ? L'x' : textB[random() % textB.size()];
             SCOPED_TRACE(testing::PrintToString(textA) + testing::PrintToString(textB));
             ASSERT_EQ(UtilStrlen(a), length);
             ASSERT_EQ(UtilSafeStrlen(5, b), textB.size());
-            ASSERT_EQ(UtilStrcmp(a, b), sign(textA.compare(textB)));
-            ASSERT_EQ(sign(UtilStrncmp(a, b, count)), sign(std::wcsncmp(a, b, count)));
-            ASSERT_EQ(sign(UtilStricmp(a, b)), sign(_wcsicmp(a, b)));
-            ASSERT_EQ(sign(UtilStrnicmp(a, b, count)), sign(_wcsnicmp(a, b, count)));
+            ASSERT_EQ(UtilStrcmp(a, b), Sign(textA.compare(textB)));
+            ASSERT_EQ(Sign(UtilStrncmp(a, b, count)), Sign(std::wcsncmp(a, b, count)));
+            ASSERT_EQ(Sign(UtilStricmp(a, b)), Sign(_wcsicmp(a, b)));
+            ASSERT_EQ(Sign(UtilStrnicmp(a, b, count)), Sign(_wcsnicmp(a, b, count)));
             ASSERT_EQ(UtilStrchr(a, unit), std::wcschr(a, unit));
             ASSERT_EQ(UtilStrrchr(a, unit), std::wcsrchr(a, unit));
             ASSERT_EQ(UtilStrchr(a, L'\0'), a + length);
@@ -66,25 +69,25 @@ TEST(Strings, CompareByUnit) {
 
 // Odd addresses, too: texts in packed structures.
 TEST(Strings, CopyIntoBuffersThatFit) {
-    PageEnd page, pageOfSource;
+    clsPageEnd page, pageOfSource;
     std::mt19937 random(8);
     for (size_t length = 0; length <= 70; ++length) {
-        const std::wstring text = randomText(random, length);
-        const wchar_t* const source = pageOfSource.text(text);
-        wchar_t* const to = page.lastUnits(length + 1);
+        const std::wstring text = RandomText(random, length);
+        const wchar_t* const source = pageOfSource.Text(text);
+        wchar_t* const to = page.LastUnits(length + 1);
         ASSERT_EQ(UtilStrcpy(to, source), to);
         ASSERT_EQ(to, text);
         for (const UINT size : {1u, 2u, static_cast<UINT>(length + 1), 100u}) {
             const size_t kept = std::min<size_t>(size - 1, length);
-            wchar_t* const cut = page.lastUnits(kept + 1);
+            wchar_t* const cut = page.LastUnits(kept + 1);
             ASSERT_EQ(UtilStrncpy(cut, source, size), cut);
             ASSERT_EQ(cut, text.substr(0, kept));
         }
-        wchar_t* const both = page.text(L"head", length + 5);
+        wchar_t* const both = page.Text(L"head", length + 5);
         ASSERT_EQ(UtilStrcat(both, source), both);
         ASSERT_EQ(both, L"head" + text);
 
-        char* const odd = page.last(2 * length + 3); // an odd address
+        char* const odd = page.Last(2 * length + 3); // an odd address
         auto* const oddText = reinterpret_cast<wchar_t*>(odd);
         UtilStrcpy(oddText, source);
         ASSERT_EQ(UtilStrlen(oddText), length);
@@ -98,12 +101,12 @@ TEST(Strings, CopyIntoBuffersThatFit) {
 }
 
 TEST(Strings, CopyAndFillBytesOfEveryCount) {
-    PageEnd page, pageOfSource;
+    clsPageEnd page, pageOfSource;
     for (UINT count = 0; count <= 140; ++count) {
-        char* const source = pageOfSource.last(count);
+        char* const source = pageOfSource.Last(count);
         for (UINT at = 0; at < count; ++at)
             source[at] = static_cast<char>(at * 7 + 1);
-        char* const to = page.last(count);
+        char* const to = page.Last(count);
         ASSERT_EQ(UtilMemcpy(to, source, count), to);
         ASSERT_EQ(std::memcmp(to, source, count), 0) << count;
         ASSERT_EQ(to[-1], '\xCC');
@@ -122,80 +125,40 @@ TEST(Strings, CopyAndFillBytesOfEveryCount) {
 }
 
 TEST(Strings, ChangeInPlace) {
-    const struct {
-        const wchar_t* before;
-        const wchar_t *left, *right, *both;
-    } trims[] = {
-        {L"", L"", L"", L""},
-        {L"   ", L"", L"", L""},
-        {L"  a b ", L"a b ", L"  a b", L"a b"},
-        {L"a \t ", L"a \t ", L"a \t", L"a \t"},
-        {L"\t a", L"\t a", L"\t a", L"\t a"},
-        {L" \x3000", L"\x3000", L" \x3000", L"\x3000"},
-    };
-    PageEnd page;
-    const auto changed = [&](const wchar_t* before, auto change, size_t units = 0) {
-        wchar_t* const text = page.text(before, std::max(units, std::wcslen(before) + 1));
+    clsPageEnd page;
+    const auto changed = [&](const std::wstring& before, auto change, size_t units) {
+        wchar_t* const text = page.Text(before, std::max(units, before.size() + 1));
         change(text);
         return std::wstring(text);
     };
-    for (const auto& c : trims) {
-        EXPECT_EQ(changed(c.before, UtilLtrim), c.left);
-        EXPECT_EQ(changed(c.before, UtilRtrim), c.right);
-        EXPECT_EQ(changed(c.before, UtilAtrim), c.both);
-    }
-
-    const struct {
-        UINT position, count;
-        const wchar_t *insertion, *after;
-    } stuffs[] = {
-        {3, 2, L"XY", L"abXYef"},
-        {1, 0, L"123", L"123abcdef"},
-        {7, 9, L"!", L"abcdef!"},
-        {8, 0, L"!", L"abcdef"},
-        {0, 1, L"!", L"abcdef"},
-        {1, 0xFFFFFFFF, nullptr, L""},
-        {2, 4, L"", L"af"},
-        {3, 2, L"XYZ", L"abXYZef"},
-        {0xFFFFFFFF, 1, L"!", L"abcdef"},
-        {6, 1, L"0123456789", L"abcde0123456789"},
+    const auto number = [](const std::u16string& column) {
+        return static_cast<UINT>(std::stoll(NarrowCase(column), nullptr, 0));
     };
-    for (const auto& c : stuffs) {
+    for (const scCaseRow& row : CaseRows("strings/trimmed", 4)) {
+        EXPECT_EQ(changed(WideCase(row[0]), UtilLtrim, 0), WideCase(row[1])) << row.where;
+        EXPECT_EQ(changed(WideCase(row[0]), UtilRtrim, 0), WideCase(row[2])) << row.where;
+        EXPECT_EQ(changed(WideCase(row[0]), UtilAtrim, 0), WideCase(row[3])) << row.where;
+    }
+    for (const scCaseRow& row : CaseRows("strings/stuffed", 4)) {
+        const std::wstring insertion = WideCase(row[2]);
         const auto stuff = [&](wchar_t* text) {
-            EXPECT_EQ(UtilStuff(text, c.position, c.count, c.insertion), 0);
+            EXPECT_EQ(UtilStuff(text, number(row[0]), number(row[1]),
+                                insertion == L"-" ? nullptr : insertion.c_str()),
+                      0);
         };
-        EXPECT_EQ(changed(L"abcdef", stuff, std::wcslen(c.after) + 1), c.after);
+        EXPECT_EQ(changed(L"abcdef", stuff, row[3].size() + 1), WideCase(row[3])) << row.where;
     }
-
-    const struct {
-        INT start;
-        UINT count;
-        const wchar_t* after;
-    } parts[] = {
-        {3, 2, L"cd"},
-        {7, 1, L""},
-        {1, 3, L"abc"},
-        {6, 100, L"f"},
-        {0, 3, L""},
-        {-2, 1, L""},
-        {-7, 1, L""},
-        {3, 0, L""},
-        {3, 0xFFFFFFFE, L"cdef"},
-        {3, 0xFFFFFFFF, L"abcdef"},
-        {7, 0xFFFFFFFF, L""},
-        {0, 0xFFFFFFFF, L"abcdef"},
-        {INT_MIN, 1, L""},
-    };
-    for (const auto& c : parts)
-        EXPECT_EQ(
-            changed(L"abcdef", [&](wchar_t* text) { EXPECT_EQ(UtilSubstr(text, c.start, c.count), 0); }),
-            c.after)
-            << c.start << " " << c.count;
+    for (const scCaseRow& row : CaseRows("strings/parts", 3)) {
+        const auto cut = [&](wchar_t* text) {
+            EXPECT_EQ(UtilSubstr(text, static_cast<INT>(number(row[0])), number(row[1])), 0);
+        };
+        EXPECT_EQ(changed(L"abcdef", cut, 0), WideCase(row[2])) << row.where;
+    }
 }
 
 TEST(Strings, FormatIsCutAndTerminated) {
-    PageEnd page;
-    Log log;
+    clsPageEnd page;
+    clsLog log;
     const struct {
         UINT size;
         const wchar_t* after;
@@ -206,15 +169,15 @@ TEST(Strings, FormatIsCutAndTerminated) {
                  {2, L"1", -1},
                  {1, L"", -1}};
     for (const auto& c : cases) {
-        wchar_t* const text = page.lastUnits(c.size);
+        wchar_t* const text = page.LastUnits(c.size);
         EXPECT_EQ(UtilSafeSprintf(text, c.size, L"%I64u %s %hs %ws", 12ULL, L"ab", "cd", L"ef"), c.result);
         EXPECT_STREQ(text, c.after);
     }
-    wchar_t* const text = page.text(L"x");
+    wchar_t* const text = page.Text(L"x");
     EXPECT_EQ(UtilSafeSprintf(text, 0, L"abc"), -1);
     EXPECT_STREQ(text, L"x");
     EXPECT_EQ(UtilSafeSprintf(text, 2, L""), 0);
-    EXPECT_TRUE(log.lines().empty());
+    EXPECT_TRUE(log.Lines().empty());
 }
 
 TEST(Strings, PointersAreAlwaysGood) {
@@ -224,41 +187,16 @@ TEST(Strings, PointersAreAlwaysGood) {
 }
 
 // The check is switched on when the library is loaded: a copy of it, under another name.
-class CheckedCopy {
-  public:
-    CheckedCopy() {
-        std::array<wchar_t, MAX_PATH> library, folder;
-        GetModuleFileNameW(GetModuleHandleW(L"tvUT22.dll"), library.data(), MAX_PATH);
-        GetTempPathW(MAX_PATH, folder.data());
-        path_ = std::wstring(folder.data()) + L"tvUT22_checked.dll";
-        CopyFileW(library.data(), path_.c_str(), FALSE);
-        SetEnvironmentVariableW(L"TVUT22_STRING_CHECK", L"1");
-        module_ = LoadLibraryW(path_.c_str());
-        SetEnvironmentVariableW(L"TVUT22_STRING_CHECK", nullptr);
-    }
-    CheckedCopy(const CheckedCopy&) = delete;
-    CheckedCopy& operator=(const CheckedCopy&) = delete;
-    ~CheckedCopy() {
-        FreeLibrary(module_);
-        DeleteFileW(path_.c_str());
-    }
-
-    template <class Function>
-    Function* find(Function*, const char* name) const {
-        return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module_, name)));
-    }
-
-  private:
-    std::wstring path_;
-    HMODULE module_;
-};
-
 TEST(StringCheck, ClearsBeforeItCopiesAndReportsCuts) {
-    const CheckedCopy library;
-    auto* const copy = library.find(UtilStrcpy, "UtilStrcpy");
-    auto* const copyPart = library.find(UtilStrncpy, "UtilStrncpy");
-    auto* const part = library.find(UtilSubstr, "UtilSubstr");
-    auto* const format = library.find(UtilSafeSprintf, "UtilSafeSprintf");
+    const clsTempFolder folder;
+    clsCopy::MakeFile(folder / L"checked.dll");
+    SetEnvironmentVariableW(L"TVUT22_STRING_CHECK", L"1");
+    const clsCopy library(folder / L"checked.dll");
+    SetEnvironmentVariableW(L"TVUT22_STRING_CHECK", nullptr);
+    auto* const copy = library.Find(UtilStrcpy, "UtilStrcpy");
+    auto* const copyPart = library.Find(UtilStrncpy, "UtilStrncpy");
+    auto* const part = library.Find(UtilSubstr, "UtilSubstr");
+    auto* const format = library.Find(UtilSafeSprintf, "UtilSafeSprintf");
     ASSERT_TRUE(copy && copyPart && part && format);
 
     wchar_t text[8] = L"abcdef";
@@ -273,12 +211,12 @@ TEST(StringCheck, ClearsBeforeItCopiesAndReportsCuts) {
     part(text, 1, 1);
     EXPECT_STREQ(text, L"");
 
-    const Log log;
+    const clsLog log;
     EXPECT_EQ(format(text, 8, L"%d", 1234567), 7);
-    EXPECT_TRUE(log.lines().empty());
+    EXPECT_TRUE(log.Lines().empty());
     EXPECT_EQ(format(text, 8, L"%d", 12345678), -1);
     EXPECT_EQ(format(text, 8, L""), 0);
-    EXPECT_EQ(log.lines(), std::vector<std::string>(2, "UtilSafeSprintf: destination buffer too small\n"));
+    EXPECT_EQ(log.Lines(), std::vector<std::string>(2, "UtilSafeSprintf: destination buffer too small\n"));
 }
 
 } // namespace

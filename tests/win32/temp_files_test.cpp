@@ -54,8 +54,8 @@ class clsWorld {
     fs::path Root() const { return root_; }
     std::set<std::wstring> InRoot() const { return NamesIn(root_); }
 
-    DWORD Run(const std::wstring& role) const { return Start(role).exitCode(); }
-    Child Start(const std::wstring& role) const { return Child(role + L" \"" + Given() + L"\""); }
+    DWORD Run(const std::wstring& role) const { return Start(role).ExitCode(); }
+    clsChild Start(const std::wstring& role) const { return clsChild(role + L" \"" + Given() + L"\""); }
 
     static std::set<std::wstring> NamesIn(const fs::path& folder) {
         std::set<std::wstring> names;
@@ -74,7 +74,7 @@ class clsWorld {
     }
 
     std::wstring before_ = fs::temp_directory_path().wstring();
-    TempFolder folder_;
+    clsTempFolder folder_;
     fs::path root_;
 };
 
@@ -84,13 +84,13 @@ using Names = std::set<std::wstring>;
 
 // One of each kind, in the process's own folder and in another one.
 void MakeSome(const std::wstring& folder) {
-    writeFile(fs::path(folder) / L"added.txt", "x");
+    WriteBytes(fs::path(folder) / L"added.txt", "x");
     UtilTempFileAdd((folder + L"\\added.txt").c_str());
     Created(L"", L"own.txt");
     Created(folder, L"given.txt");
     const fs::path made = Created(folder, L"folder", UTIL_TEMP_FOLDER);
     fs::create_directories(made / L"a" / L"b");
-    writeFile(made / L"a" / L"read-only.txt", "x");
+    WriteBytes(made / L"a" / L"read-only.txt", "x");
     SetFileAttributesW((made / L"a" / L"read-only.txt").c_str(), FILE_ATTRIBUTE_READONLY);
 }
 
@@ -137,7 +137,7 @@ int MakeManyAndReturn(const std::wstring& folder) {
 
 int HoldOneOpen(const std::wstring& folder) {
     for (const std::wstring& path : {Created(L"", L"own.txt"), Created(folder, L"given.txt")})
-        (void)openFile(path, GENERIC_READ, FILE_SHARE_READ).release();
+        (void)OpenExisting(path, GENERIC_READ, FILE_SHARE_READ).release();
     Created(folder, L"closed.txt");
     return 0;
 }
@@ -165,8 +165,7 @@ const std::map<std::wstring, std::function<int(const std::wstring&)>> roles{
     {L"unload", LoadAndUnloadACopy},
     {L"many", MakeManyAndReturn},
     {L"hold", HoldOneOpen},
-    {L"live", Live},
-};
+    {L"live", Live}};
 
 // ---- In this process ---------------------------------------------------------------------------------
 
@@ -181,10 +180,10 @@ TEST(TempFiles, AreMadeUnderTheNameWishedFor) {
     EXPECT_EQ(UtilTempFileRelease(second.c_str(), FALSE), UTIL_OK);
     EXPECT_EQ(NameOf(Created(there, L"Report 3/4.tar.gz")), L"Report 3_4.tar (2).gz")
         << "the first that is free";
-    writeFile(there + L"\\tmp (2)", "of somebody else");
+    WriteBytes(there + L"\\tmp (2)", "of somebody else");
     EXPECT_EQ(NameOf(Created(there, nullptr)), L"tmp");
     EXPECT_EQ(NameOf(Created(there, L"", UTIL_TEMP_FOLDER)), L"tmp (3)");
-    EXPECT_EQ(readFile(there + L"\\tmp (2)"), "of somebody else");
+    EXPECT_EQ(ReadBytes(there + L"\\tmp (2)"), "of somebody else");
     SetCurrentDirectoryW(there.c_str());
     EXPECT_EQ(Created(L".", L"a"), there + L"\\a");
     SetCurrentDirectoryW(L"C:\\");
@@ -206,13 +205,13 @@ HANDLE WINAPI Refuse(LPCWSTR, DWORD, DWORD, LPSECURITY_ATTRIBUTES, DWORD, DWORD,
 
 TEST(TempFiles, ThatCannotBeMadeLeaveNothing) {
     const clsWorld world;
-    const Log log;
+    const clsLog log;
     std::wstring path;
     EXPECT_EQ(Create(world.Given() + L"\\none", L"a", 0, path), UTIL_NOT_FOUND);
     EXPECT_EQ(Create(world.Given(), L"a", 2, path), UTIL_BAD_ARGUMENT);
     EXPECT_EQ(UtilTempFileCreate(world.Given().c_str(), L"a", 0, nullptr), UTIL_BAD_ARGUMENT);
     {
-        const ImportHook hook("CreateFileW", reinterpret_cast<void*>(Refuse));
+        const clsImportHook hook("CreateFileW", reinterpret_cast<void*>(Refuse));
         refusal = ERROR_DISK_FULL;
         EXPECT_EQ(Create(world.Given(), L"b", 0, path), UTIL_FAILED);
         refusal = ERROR_ACCESS_DENIED;
@@ -220,23 +219,21 @@ TEST(TempFiles, ThatCannotBeMadeLeaveNothing) {
     }
     EXPECT_EQ(path, L"");
     const std::string shown = fs::path(world.Given()).string();
-    EXPECT_EQ(log.lines(),
+    EXPECT_EQ(log.Lines(),
               (std::vector<std::string>{
                   "ERR: clsTempFileRemover::Create('" + shown + "\\none\\a'): cannot be made (3)",
                   "ERR: clsTempFileRemover::Create('" + shown + "\\b'): cannot be made (112)",
                   "ERR: clsTempFileRemover::Create('" + shown + "\\b'): cannot be made (5)"}));
-    bool failed = true;
-    for (int failing = 1; failed; ++failing) {
-        INT result;
-        clsOleText text;
-        {
-            const CountedAllocations refusing(failing);
+    INT result = 0;
+    FailEachAllocation(
+        [&] {
+            clsOleText text;
             result = UtilTempFileCreate(world.Given().c_str(), L"c", 0, text.Out());
-            failed = CountedAllocations::count >= failing;
-        }
-        EXPECT_EQ(result, failed ? UTIL_FAILED : UTIL_OK);
-        EXPECT_EQ(world.InGiven(), failed ? Names{} : Names{L"c"});
-    }
+        },
+        [&](bool failed) {
+            EXPECT_EQ(result, failed ? UTIL_FAILED : UTIL_OK);
+            EXPECT_EQ(world.InGiven(), failed ? Names{} : Names{L"c"});
+        });
     UtilTempFileRelease((world.Given() + L"\\c").c_str(), FALSE);
 }
 
@@ -254,7 +251,7 @@ TEST(TempFiles, AreReleased) {
     EXPECT_EQ(UtilTempFileRelease(gone.c_str(), FALSE), UTIL_NOT_FOUND);
 
     EXPECT_EQ(UtilTempFileAdd(added.c_str()), UTIL_NOT_FOUND);
-    writeFile(added, "x");
+    WriteBytes(added, "x");
     SetFileAttributesW(added.c_str(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
     SetCurrentDirectoryW(there.c_str());
     EXPECT_EQ(UtilTempFileAdd(L"ADDED"), UTIL_OK);
@@ -269,7 +266,7 @@ TEST(TempFiles, AreReleased) {
     fs::path deep = tree;
     for (int level = 0; level < 40; ++level)
         fs::create_directories(deep /= L"a folder below the other");
-    writeFile(deep / L"file", "x");
+    WriteBytes(deep / L"file", "x");
     SetFileAttributesW((deep / L"file").c_str(), FILE_ATTRIBUTE_READONLY);
     SetFileAttributesW(deep.c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(UtilTempFileRelease((tree + L"\\").c_str(), FALSE), UTIL_OK);
@@ -292,21 +289,21 @@ void WINAPI CloseWhileWaiting(DWORD) {
 
 TEST(TempFiles, InUseStayRegistered) {
     const clsWorld world;
-    const Log log;
+    const clsLog log;
     const fs::path tree = Created(world.Given(), L"tree", UTIL_TEMP_FOLDER);
-    writeFile(tree / L"a", "x");
-    writeFile(tree / L"in use", "x");
-    Handle open = openFile(tree / L"in use", GENERIC_READ, FILE_SHARE_READ);
+    WriteBytes(tree / L"a", "x");
+    WriteBytes(tree / L"in use", "x");
+    Handle open = OpenExisting(tree / L"in use", GENERIC_READ, FILE_SHARE_READ);
     {
-        const FakeClock clock;
+        const clsFakeClock clock;
         EXPECT_EQ(UtilTempFileRelease(tree.c_str(), FALSE), UTIL_NO_ACCESS);
-        EXPECT_EQ(FakeClock::now, 2000u);
+        EXPECT_EQ(clsFakeClock::now, 2000u);
     }
     EXPECT_EQ(clsWorld::NamesIn(tree), Names{L"in use"}) << "the rest goes";
-    ASSERT_EQ(log.lines().size(), 1u);
-    EXPECT_TRUE(log.lines()[0].ends_with("\\given\\tree'): still in use (32)")) << log.lines()[0];
+    ASSERT_EQ(log.Lines().size(), 1u);
+    EXPECT_TRUE(log.Lines()[0].ends_with("\\given\\tree'): still in use (32)")) << log.Lines()[0];
     closedByWaiting = &open;
-    const ImportHook sleep("Sleep", reinterpret_cast<void*>(CloseWhileWaiting));
+    const clsImportHook sleep("Sleep", reinterpret_cast<void*>(CloseWhileWaiting));
     EXPECT_EQ(UtilTempFileRelease(tree.c_str(), FALSE), UTIL_OK);
 }
 
@@ -347,10 +344,10 @@ TEST(TempFiles, GoWhenTheProcessEnds) {
 
 TEST(TempFiles, OfTheDeadGoAndOfTheLivingStay) {
     const clsWorld world;
-    const Log log;
+    const clsLog log;
     const Handle ready(CreateEventW(nullptr, FALSE, FALSE, L"temp_files_test ready"));
     const Handle end(CreateEventW(nullptr, TRUE, FALSE, L"temp_files_test end"));
-    const Child living = world.Start(L"live");
+    const clsChild living = world.Start(L"live");
     WaitForSingleObject(ready.get(), 60000);
     const Names ofTheLiving = world.InRoot();
     EXPECT_EQ(ofTheLiving.size(), 1u);
@@ -364,20 +361,20 @@ TEST(TempFiles, OfTheDeadGoAndOfTheLivingStay) {
               (Names{L"added.txt", L"folder", L"folder (2)", L"given (2).txt", L"given.txt"}))
         << "outside of their own folders nothing is remembered";
     SetEvent(end.get());
-    EXPECT_EQ(living.exitCode(), 0u);
+    EXPECT_EQ(living.ExitCode(), 0u);
     EXPECT_EQ(world.InRoot(), Names{});
-    ASSERT_EQ(log.lines().size(), 2u);
-    EXPECT_TRUE(log.lines()[1].ends_with("' of a process that is gone removed")) << log.lines()[1];
+    ASSERT_EQ(log.Lines().size(), 2u);
+    EXPECT_TRUE(log.Lines()[1].ends_with("' of a process that is gone removed")) << log.Lines()[1];
     UtilTempFileAdd(world.Given().c_str()); // read-only files and all
     EXPECT_EQ(UtilTempFileRelease(world.Given().c_str(), FALSE), UTIL_OK);
 }
 
 TEST(TempFiles, OpenAtTheEndGoLater) {
     const clsWorld world;
-    const Log log;
+    const clsLog log;
     EXPECT_EQ(world.Run(L"hold"), 0u);
     EXPECT_EQ(world.InGiven(), Names{L"given.txt"});
-    const std::vector<std::string> lines = log.lines();
+    const std::vector<std::string> lines = log.Lines();
     ASSERT_EQ(lines.size(), 2u);
     EXPECT_TRUE(lines[0].starts_with("WRN: clsTempFileRemover: '") &&
                 lines[0].ends_with("\\given\\given.txt' left at the end (32)"))
@@ -387,7 +384,7 @@ TEST(TempFiles, OpenAtTheEndGoLater) {
     EXPECT_EQ(clsWorld::NamesIn(left), Names{L"own.txt"});
     EXPECT_EQ(world.Run(L"start"), 0u);
     EXPECT_EQ(world.InRoot().size(), 1u) << "a folder without a lock may be one that is being made";
-    setAge(left, 61);
+    SetAge(left, 61);
     EXPECT_EQ(world.Run(L"start"), 0u);
     EXPECT_EQ(world.InRoot(), Names{});
 }
@@ -400,10 +397,10 @@ TEST(TempFiles, SweepsKeepToFoldersOfProcesses) {
         fs::create_directories(world.Root() / name / L"x");
     for (const wchar_t* name : {L"1-1", L"aB-Cd", L"2-2"})
         fs::create_directories(world.Root() / name / L"x");
-    writeFile(world.Root() / L"aB-Cd" / L"~lock", "");
-    writeFile(world.Root() / L"3-3", "a file");
+    WriteBytes(world.Root() / L"aB-Cd" / L"~lock", "");
+    WriteBytes(world.Root() / L"3-3", "a file");
     for (const std::wstring& name : world.InRoot())
-        setAge(world.Root() / name, name == L"2-2" ? 59 : 61);
+        SetAge(world.Root() / name, name == L"2-2" ? 59 : 61);
     EXPECT_EQ(world.Run(L"start"), 0u);
     Names expected = others;
     expected.insert({L"2-2", L"3-3"});
@@ -434,7 +431,7 @@ TEST(TempFiles, ActForTheProcessNotTheThread) {
         << "the thread's user is as it was";
     CloseHandle(token);
     EXPECT_TRUE(RevertToSelf());
-    EXPECT_TRUE(openFile(fs::path(path).parent_path() / L"~lock", GENERIC_READ, 7) == nullptr);
+    EXPECT_TRUE(OpenExisting(fs::path(path).parent_path() / L"~lock", GENERIC_READ, 7) == nullptr);
     EXPECT_EQ(UtilTempFileRelease(path.c_str(), FALSE), UTIL_OK);
 }
 

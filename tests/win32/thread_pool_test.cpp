@@ -372,16 +372,16 @@ void TVUT22_CALL doNothing(UINT, UINT_PTR, const volatile LONG*) {}
 
 // The pool keeps the library, whose last reference goes when nobody is in its code.
 TEST(ThreadPool, KeepsTheLibraryUntilItIsClosed) {
-    const TempFolder folder;
+    const clsTempFolder folder;
     const std::wstring path = folder / L"copy.dll";
-    Copy::makeFile(path);
+    clsCopy::MakeFile(path);
     for (int i = 0; i < 20; ++i) {
-        Copy copy(path);
+        clsCopy copy(path);
         ASSERT_TRUE(copy);
-        auto* const close = copy.find(UtilThreadPoolClose, "UtilThreadPoolClose");
-        auto* const addJob = copy.find(UtilThreadPoolAdd, "UtilThreadPoolAdd");
-        const UtilThreadPool pool = copy.find(UtilThreadPoolOpen, "UtilThreadPoolOpen")(L"kept", 2, 0);
-        copy.unload();
+        auto* const close = copy.Find(UtilThreadPoolClose, "UtilThreadPoolClose");
+        auto* const addJob = copy.Find(UtilThreadPoolAdd, "UtilThreadPoolAdd");
+        const UtilThreadPool pool = copy.Find(UtilThreadPoolOpen, "UtilThreadPoolOpen")(L"kept", 2, 0);
+        copy.Unload();
         for (int job = 0; job < i; ++job)
             EXPECT_EQ(addJob(pool, doNothing, 0), UTIL_OK);
         EXPECT_GE(close(pool), UTIL_JOBS_LEFT);
@@ -467,12 +467,12 @@ TEST(ThreadPool, LetsTheProcessEnd) {
          {std::pair(L"return", 17u), std::pair(L"exit", 17u), std::pair(L"terminate", 17u),
           std::pair(L"owner", 17u), std::pair(L"client", 17u), std::pair(L"throw", 3u)}) {
         for (int round = 0; round < 5; ++round) {
-            const Child child(role);
-            const bool ended = child.endsWithin(20000);
+            const clsChild child(role);
+            const bool ended = child.EndsWithin(20000);
             if (!ended)
-                child.kill();
+                child.Kill();
             ASSERT_TRUE(ended) << "it hangs: " << std::filesystem::path(role);
-            ASSERT_EQ(child.exitCode(), exitCode) << std::filesystem::path(role);
+            ASSERT_EQ(child.ExitCode(), exitCode) << std::filesystem::path(role);
         }
     }
 }

@@ -14,17 +14,17 @@ namespace {
 using Numbers = std::array<INT64, 4>;
 
 /// What one way of reading makes of a text: its result and the numbers it stored.
-struct Outcome {
+struct scOutcome {
     INT result;
     Numbers numbers;
-    bool operator==(const Outcome&) const = default;
+    bool operator==(const scOutcome&) const = default;
 };
 
-constexpr INT kSentinel = 0x5A5A5A5A;
-constexpr INT64 kSentinel64 = 0x5A5A5A5A5A5A5A5A;
+constexpr INT sentinel = 0x5A5A5A5A;
+constexpr INT64 sentinel64 = 0x5A5A5A5A5A5A5A5A;
 
 template <class T>
-int scan(const std::wstring& text, const wchar_t* format, T* out) {
+int Scan(const std::wstring& text, const wchar_t* format, T* out) {
     return __ms_swscanf(text.c_str(), format, out, out + 1, out + 2, out + 3);
 }
 
@@ -32,55 +32,55 @@ template <class T>
 using Fields = std::array<T, 4>;
 
 template <class T>
-Outcome outcome(bool parsed, const Fields<T>& out) {
+scOutcome Outcome(bool parsed, const Fields<T>& out) {
     return {parsed ? PROF_OK : PROF_NOT_PARSED, {out[0], out[1], out[2], out[3]}};
 }
 
-constexpr Fields<INT> kUnset = {kSentinel, kSentinel, kSentinel, kSentinel};
+constexpr Fields<INT> unsetValue = {sentinel, sentinel, sentinel, sentinel};
 
-Outcome platformInt(const std::wstring& text) {
-    Fields<INT> out = {kSentinel};
+scOutcome PlatformInt(const std::wstring& text) {
+    Fields<INT> out = {sentinel};
     const std::wstring seen = text.substr(0, 199);
-    return outcome(scan(seen, L"x%X", out.data()) == 1 || scan(seen, L"%d", out.data()) == 1, out);
+    return Outcome(Scan(seen, L"x%X", out.data()) == 1 || Scan(seen, L"%d", out.data()) == 1, out);
 }
 
-Outcome platformInt64(const std::wstring& text) {
-    Fields<INT64> out = {kSentinel64};
+scOutcome PlatformInt64(const std::wstring& text) {
+    Fields<INT64> out = {sentinel64};
     const std::wstring seen = text.substr(0, 63);
-    return outcome(scan(seen, L"x%I64X", out.data()) == 1 || scan(seen, L"%I64u", out.data()) == 1, out);
+    return Outcome(Scan(seen, L"x%I64X", out.data()) == 1 || Scan(seen, L"%I64u", out.data()) == 1, out);
 }
 
-Outcome platformRect(const std::wstring& text) {
-    Fields<INT> out = kUnset;
-    return outcome(scan(text.substr(0, 199), L"(%d,%d,%d,%d)", out.data()) == 4, out);
+scOutcome PlatformRect(const std::wstring& text) {
+    Fields<INT> out = unsetValue;
+    return Outcome(Scan(text.substr(0, 199), L"(%d,%d,%d,%d)", out.data()) == 4, out);
 }
 
-Outcome platformPoint(const std::wstring& text) {
-    Fields<INT> out = {kSentinel, kSentinel};
-    return outcome(scan(text.substr(0, 199), L"(%d,%d)", out.data()) == 2, out);
+scOutcome PlatformPoint(const std::wstring& text) {
+    Fields<INT> out = {sentinel, sentinel};
+    return Outcome(Scan(text.substr(0, 199), L"(%d,%d)", out.data()) == 2, out);
 }
 
-Outcome platformColour(const std::wstring& text) {
-    Fields<INT> out = {kSentinel};
+scOutcome PlatformColour(const std::wstring& text) {
+    Fields<INT> out = {sentinel};
     const std::wstring seen = text.substr(0, 199);
-    if (scan(seen, L"x%lx", out.data()) == 1)
+    if (Scan(seen, L"x%lx", out.data()) == 1)
         return {PROF_OK, {static_cast<UINT>(out[0])}};
-    if (scan(seen, L"(%d,%d,%d)", out.data()) == 3)
+    if (Scan(seen, L"(%d,%d,%d)", out.data()) == 3)
         return {PROF_OK, {(out[0] & 0xFF) | (out[1] & 0xFF) << 8 | (out[2] & 0xFF) << 16}};
-    return {PROF_NOT_PARSED, {kSentinel}};
+    return {PROF_NOT_PARSED, {sentinel}};
 }
 
-struct Reader {
+struct scReader {
     const char* name;
-    Outcome (*platform)(const std::wstring& text);
-    Outcome (*library)(ProfJob job);
+    scOutcome (*platform)(const std::wstring& text);
+    scOutcome (*library)(ProfJob job);
 };
 
 /// What a Get makes of item "i", and the first fields of what it stored.
 template <class Out, class Default>
-Outcome got(ProfJob job, INT(TVUT22_CALL* get)(ProfJob, ProfList, const wchar_t*, Out*, Default)) {
+scOutcome Got(ProfJob job, INT(TVUT22_CALL* get)(ProfJob, ProfList, const wchar_t*, Out*, Default)) {
     Out out;
-    Fields<INT> fields = kUnset;
+    Fields<INT> fields = unsetValue;
     std::memcpy(&out, fields.data(), sizeof out);
     const INT result = get(job, 0, L"i", &out, Default{});
     if constexpr (std::is_integral_v<Out>)
@@ -91,26 +91,25 @@ Outcome got(ProfJob job, INT(TVUT22_CALL* get)(ProfJob, ProfList, const wchar_t*
     return {result, {fields[0], fields[1], fields[2], fields[3]}};
 }
 
-const Reader kReaders[] = {
-    {"Int", platformInt, [](ProfJob job) { return got(job, ProfGetIntW); }},
-    {"Int64", platformInt64, [](ProfJob job) { return got(job, ProfGetInt64W); }},
-    {"Rect", platformRect, [](ProfJob job) { return got(job, ProfGetRectW); }},
-    {"Point", platformPoint, [](ProfJob job) { return got(job, ProfGetPointW); }},
-    {"Colorref", platformColour, [](ProfJob job) { return got(job, ProfGetColorrefW); }},
-};
+const scReader readerCount[] = {
+    {"Int", PlatformInt, [](ProfJob job) { return Got(job, ProfGetIntW); }},
+    {"Int64", PlatformInt64, [](ProfJob job) { return Got(job, ProfGetInt64W); }},
+    {"Rect", PlatformRect, [](ProfJob job) { return Got(job, ProfGetRectW); }},
+    {"Point", PlatformPoint, [](ProfJob job) { return Got(job, ProfGetPointW); }},
+    {"Colorref", PlatformColour, [](ProfJob job) { return Got(job, ProfGetColorrefW); }}};
 
-std::string shown(const std::wstring& text) {
-    return toBytes(text, CP_UTF8);
+std::string Shown(const std::wstring& text) {
+    return ToBytes(text, CP_UTF8);
 }
 
 /// Stops after a few differences: one fault shows in thousands of texts.
-class Differences {
+class clsDifferences {
   public:
-    void compare(const Reader& reader, ProfJob job, const std::wstring& text) {
-        const Outcome expected = reader.platform(text), got = reader.library(job);
+    void Compare(const scReader& reader, ProfJob job, const std::wstring& text) {
+        const scOutcome expected = reader.platform(text), got = reader.library(job);
         if (expected == got || ++count_ > 10)
             return;
-        ADD_FAILURE() << reader.name << " of '" << shown(text) << "' (first unit " << std::hex << +text[0]
+        ADD_FAILURE() << reader.name << " of '" << Shown(text) << "' (first unit " << std::hex << +text[0]
                       << std::dec << "): " << got.result << " " << got.numbers[0] << "," << got.numbers[1]
                       << "," << got.numbers[2] << "," << got.numbers[3] << ", platform " << expected.result
                       << " " << expected.numbers[0] << "," << expected.numbers[1] << ","
@@ -121,24 +120,24 @@ class Differences {
     int count_ = 0;
 };
 
-void compareAll(Differences& differences, ProfJob job, const std::wstring& text) {
+void CompareAll(clsDifferences& differences, ProfJob job, const std::wstring& text) {
     ProfSetStringW(job, 0, L"i", text.c_str());
-    for (const Reader& reader : kReaders)
-        differences.compare(reader, job, text);
+    for (const scReader& reader : readerCount)
+        differences.Compare(reader, job, text);
 }
 
 TEST(ValuesAgainstThePlatform, EveryCodeUnitAroundANumber) {
-    const Job job;
-    Differences differences;
+    const clsJob job;
+    clsDifferences differences;
     for (unsigned unit = 1; unit <= 0xFFFF; ++unit) {
         const std::wstring one(1, static_cast<wchar_t>(unit));
         for (const std::wstring& text :
              {one, one + L"12", L"x" + one + L"1f", L"(" + one + L"1,2," + one + L"3,4)", L"1" + one + L"2"})
-            compareAll(differences, job, text);
+            CompareAll(differences, job, text);
     }
 }
 
-std::wstring randomText(std::mt19937& random) {
+std::wstring RandomText(std::mt19937& random) {
     static constexpr std::wstring_view pieces[] = {
         L"(",  L")",          L",",  L"-",   L"+",  L" ",  L"\t", L"x", L"0x",   L"0X",
         L"X",  L"0",          L"1",  L"9",   L"a",  L"F",  L"g",  L".", L"e",    L"7",
@@ -150,41 +149,41 @@ std::wstring randomText(std::mt19937& random) {
 }
 
 TEST(ValuesAgainstThePlatform, ManyTexts) {
-    const Job job;
-    Differences differences;
+    const clsJob job;
+    clsDifferences differences;
     std::mt19937 random(1);
     for (int i = 0; i < 60000; ++i)
-        compareAll(differences, job, randomText(random));
+        CompareAll(differences, job, RandomText(random));
     for (size_t blanks = 50; blanks < 210; ++blanks)
-        compareAll(differences, job, L"(" + std::wstring(blanks, L' ') + L"1234,5,6,7)");
+        CompareAll(differences, job, L"(" + std::wstring(blanks, L' ') + L"1234,5,6,7)");
     for (size_t zeros = 50; zeros < 210; ++zeros)
-        compareAll(differences, job, std::wstring(zeros, L'0') + L"1234");
+        CompareAll(differences, job, std::wstring(zeros, L'0') + L"1234");
 }
 
 TEST(ValuesAgainstThePlatform, ConvertersOfManyTexts) {
     std::mt19937 random(2);
     for (int i = 0; i < 60000 && !::testing::Test::HasFailure(); ++i) {
-        const std::wstring text = randomText(random);
-        INT number = 0, expected[4] = {kSentinel};
-        scan(text, L"%d", expected);
-        ProfLPSTRtoINTW(text.c_str(), &number, kSentinel);
-        EXPECT_EQ(number, expected[0]) << shown(text);
-        INT64 big = 0, expectedBig[4] = {kSentinel};
-        scan(text, L"%I64u", expectedBig);
-        ProfLPSTRtoINT64W(text.c_str(), &big, kSentinel);
-        EXPECT_EQ(big, expectedBig[0]) << shown(text);
-        RECT rect{}, fallback{kSentinel, kSentinel, kSentinel, kSentinel};
+        const std::wstring text = RandomText(random);
+        INT number = 0, expected[4] = {sentinel};
+        Scan(text, L"%d", expected);
+        ProfLPSTRtoINTW(text.c_str(), &number, sentinel);
+        EXPECT_EQ(number, expected[0]) << Shown(text);
+        INT64 big = 0, expectedBig[4] = {sentinel};
+        Scan(text, L"%I64u", expectedBig);
+        ProfLPSTRtoINT64W(text.c_str(), &big, sentinel);
+        EXPECT_EQ(big, expectedBig[0]) << Shown(text);
+        RECT rect{}, fallback{sentinel, sentinel, sentinel, sentinel};
         ProfLPSTRtoRECTW(text.c_str(), &rect, &fallback);
-        const Outcome outcome = platformRect(text);
-        EXPECT_EQ(rect.left, outcome.result ? kSentinel : outcome.numbers[0]) << shown(text);
-        EXPECT_EQ(rect.bottom, outcome.result ? kSentinel : outcome.numbers[3]) << shown(text);
+        const scOutcome outcome = PlatformRect(text);
+        EXPECT_EQ(rect.left, outcome.result ? sentinel : outcome.numbers[0]) << Shown(text);
+        EXPECT_EQ(rect.bottom, outcome.result ? sentinel : outcome.numbers[3]) << Shown(text);
         COLORREF colour = 0;
-        ProfLPSTRtoCOLORREFW(text.c_str(), &colour, kSentinel);
-        EXPECT_EQ(colour, platformColour(text).numbers[0]) << shown(text);
+        ProfLPSTRtoCOLORREFW(text.c_str(), &colour, sentinel);
+        EXPECT_EQ(colour, PlatformColour(text).numbers[0]) << Shown(text);
     }
 }
 
-double randomDouble(std::mt19937_64& random) {
+double RandomDouble(std::mt19937_64& random) {
     for (;;) {
         const uint64_t bits = random();
         double value;
@@ -195,16 +194,16 @@ double randomDouble(std::mt19937_64& random) {
 }
 
 TEST(ValuesAgainstThePlatform, DoublesAreWrittenAlike) {
-    const Job job;
+    const clsJob job;
     std::mt19937_64 random(3);
     const auto compare = [&](double value) {
         wchar_t expected[400];
         _snwprintf(expected, std::size(expected), L"%f", value);
         ProfSetDoubleW(job, 0, L"d", value);
-        ASSERT_EQ(textOf(job, L"d"), expected);
+        ASSERT_EQ(TextOf(job, L"d"), expected);
     };
     for (int i = 0; i < 20000; ++i)
-        compare(randomDouble(random));
+        compare(RandomDouble(random));
     for (int i = 0; i < 20000; ++i)
         compare(static_cast<double>(static_cast<int64_t>(random())) /
                 std::pow(10.0, static_cast<int>(random() % 18)));
@@ -214,16 +213,16 @@ TEST(ValuesAgainstThePlatform, DoublesAreWrittenAlike) {
 }
 
 TEST(ValuesAgainstThePlatform, DoublesAreReadBackExactly) {
-    const Job job;
+    const clsJob job;
     std::mt19937_64 random(4);
     const auto compare = [&](const std::wstring& text, double expected) {
         double value = 0;
         ProfSetStringW(job, 0, L"d", text.c_str());
         EXPECT_EQ(ProfGetDoubleW(job, 0, L"d", &value, 1), PROF_OK);
-        ASSERT_EQ(value, expected) << shown(text);
+        ASSERT_EQ(value, expected) << Shown(text);
     };
     for (int i = 0; i < 20000; ++i) {
-        const double value = randomDouble(random);
+        const double value = RandomDouble(random);
         wchar_t text[40];
         _snwprintf(text, std::size(text), L"%.17g", value);
         compare(text, value);

@@ -11,182 +11,178 @@ namespace {
 
 template <class F>
 using Values = InBothForms<F>;
-TYPED_TEST_SUITE(Values, BothForms, FormNames);
+TYPED_TEST_SUITE(Values, BothForms, scFormNames);
 
-constexpr INT64 kMin64 = std::numeric_limits<INT64>::min();
-constexpr INT kMin = std::numeric_limits<INT>::min(), kMax = std::numeric_limits<INT>::max();
-constexpr INT kBad = PROF_NOT_PARSED, kNone = PROF_NOT_FOUND;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr INT64 leastInt64 = std::numeric_limits<INT64>::min();
+constexpr INT leastInt = std::numeric_limits<INT>::min(), greatestInt = std::numeric_limits<INT>::max();
+constexpr INT notParsed = PROF_NOT_PARSED, notFound = PROF_NOT_FOUND;
+constexpr double infinity = std::numeric_limits<double>::infinity();
 
 template <class T>
-bool same(const T& a, const T& b) {
+bool Same(const T& a, const T& b) {
     return std::memcmp(&a, &b, sizeof(T)) == 0; // NOLINT(bugprone-suspicious-memory-comparison): bits count
 }
 
 /// Append and Set of a value both store one text.
 template <class Char, class Value>
-void stores(void(TVUT22_CALL* append)(ProfJob, ProfList, const Char*, Value),
+void Stores(void(TVUT22_CALL* append)(ProfJob, ProfList, const Char*, Value),
             void(TVUT22_CALL* set)(ProfJob, ProfList, const Char*, Value), std::type_identity_t<Value> value,
             std::wstring_view expected) {
-    const Job job(L"set=old;set=second;");
-    append(job, 0, in<Char>(L"appended").c_str(), value);
-    set(job, 0, in<Char>(L"set").c_str(), value);
-    set(job, 0, in<Char>(L"A/new").c_str(), value);
+    const clsJob job(L"set=old;set=second;");
+    append(job, 0, In<Char>(L"appended").c_str(), value);
+    set(job, 0, In<Char>(L"set").c_str(), value);
+    set(job, 0, In<Char>(L"A/new").c_str(), value);
     for (const wchar_t* name : {L"appended", L"set", L"A/new"})
-        EXPECT_EQ(textOf(job, name), expected) << name;
+        EXPECT_EQ(TextOf(job, name), expected) << name;
 }
 
 TYPED_TEST(Values, AreStoredAsText) {
     using F = TypeParam;
     for (const auto& [value, expected] : {std::pair{0, L"FALSE"}, {1, L"TRUE"}, {5, L"TRUE"}, {-1, L"TRUE"}})
-        stores(F::appendBool, F::setBool, value, expected);
-    for (const auto& [value, expected] : {std::pair{0, L"0"}, {-1, L"-1"}, {kMin, L"-2147483648"}})
-        stores(F::appendInt, F::setInt, value, expected);
+        Stores(F::appendBool, F::setBool, value, expected);
+    for (const auto& [value, expected] : {std::pair{0, L"0"}, {-1, L"-1"}, {leastInt, L"-2147483648"}})
+        Stores(F::appendInt, F::setInt, value, expected);
     for (const auto& [value, expected] : {std::pair{255u, L"x000000FF"}, {0xDEADBEEFu, L"xDEADBEEF"}})
-        stores(F::appendIntHex, F::setIntHex, value, expected);
+        Stores(F::appendIntHex, F::setIntHex, value, expected);
     for (const auto& [value, decimal, hex] : {std::tuple{INT64{0}, L"0", L"x0"},
                                               {INT64{-1}, L"18446744073709551615", L"xFFFFFFFFFFFFFFFF"},
-                                              {kMin64, L"9223372036854775808", L"x8000000000000000"}}) {
-        stores(F::appendInt64, F::setInt64, value, decimal);
-        stores(F::appendInt64Hex, F::setInt64Hex, value, hex);
+                                              {leastInt64, L"9223372036854775808", L"x8000000000000000"}}) {
+        Stores(F::appendInt64, F::setInt64, value, decimal);
+        Stores(F::appendInt64Hex, F::setInt64Hex, value, hex);
     }
-    stores(F::appendDouble, F::setDouble, -0.0, L"-0.000000");
-    stores(F::appendDouble, F::setDouble, 0x1p665, // longer than 200 characters, and never cut
+    Stores(F::appendDouble, F::setDouble, -0.0, L"-0.000000");
+    Stores(F::appendDouble, F::setDouble, 0x1p665, // longer than 200 characters, and never cut
            L"1530901034580419511546203250438012376413197432069333112885442359567600"
            L"1144739219517545036902527756905261726842891012253568680701574147108078"
            L"2585043071649294869136754165183653769539196448293593632735232.000000");
     const POINT point{-1, 2};
-    const RECT rect{10, 20, 110, 70}, extreme{kMin, 0, kMax, -1};
-    stores(F::appendPoint, F::setPoint, &point, L"(-1,2)");
-    stores(F::appendRect, F::setRect, &rect, L"(10,20,110,70)");
-    stores(F::appendRect, F::setRect, &extreme, L"(-2147483648,0,2147483647,-1)");
-    stores(F::appendRectLTWH, F::setRectLTWH, &rect, L"(10,20,100,50)");
-    stores(F::appendRectLTWH, F::setRectLTWH, &extreme, L"(-2147483648,0,-1,-1)");
-    stores(F::appendColorref, F::setColorref, 0x00FF8000u, L"(0,128,255)");
-    stores(F::appendColorref, F::setColorref, 0xAB030201u, L"(1,2,3)");
-    stores(F::appendString, F::setString, in<typename F::Char>(L"x").c_str(), L"x");
-    stores(F::appendString, F::setString, nullptr, L"");
+    const RECT rect{10, 20, 110, 70}, extreme{leastInt, 0, greatestInt, -1};
+    Stores(F::appendPoint, F::setPoint, &point, L"(-1,2)");
+    Stores(F::appendRect, F::setRect, &rect, L"(10,20,110,70)");
+    Stores(F::appendRect, F::setRect, &extreme, L"(-2147483648,0,2147483647,-1)");
+    Stores(F::appendRectLTWH, F::setRectLTWH, &rect, L"(10,20,100,50)");
+    Stores(F::appendRectLTWH, F::setRectLTWH, &extreme, L"(-2147483648,0,-1,-1)");
+    Stores(F::appendColorref, F::setColorref, 0x00FF8000u, L"(0,128,255)");
+    Stores(F::appendColorref, F::setColorref, 0xAB030201u, L"(1,2,3)");
+    Stores(F::appendString, F::setString, In<typename F::Char>(L"x").c_str(), L"x");
+    Stores(F::appendString, F::setString, nullptr, L"");
 }
 
 TYPED_TEST(Values, NullPointsAndRectanglesAddNothing) {
-    const Job job(L"a=1;");
-    const auto name = in<typename TypeParam::Char>(L"L/a");
+    const clsJob job(L"a=1;");
+    const auto name = In<typename TypeParam::Char>(L"L/a");
     for (const auto add : {TypeParam::appendPoint, TypeParam::setPoint})
         add(job, 0, name.c_str(), nullptr);
     for (const auto add :
          {TypeParam::appendRect, TypeParam::setRect, TypeParam::appendRectLTWH, TypeParam::setRectLTWH})
         add(job, 0, name.c_str(), nullptr);
-    EXPECT_EQ(describe(job), L"a=1;");
+    EXPECT_EQ(Describe(job), L"a=1;");
 }
 
 /// What a Get makes of a stored text, with a result variable that was set before.
 template <class Char, class Out, class Default>
-void reads(INT(TVUT22_CALL* get)(ProfJob, ProfList, const Char*, Out*, Default), const wchar_t* stored,
+void Reads(INT(TVUT22_CALL* get)(ProfJob, ProfList, const Char*, Out*, Default), const wchar_t* stored,
            std::type_identity_t<Out> before, std::type_identity_t<Default> fallback, INT result,
            std::type_identity_t<Out> expected) {
-    const Job job;
+    const clsJob job;
     ProfSetStringW(job, 0, L"i", stored);
-    EXPECT_EQ(get(job, 0, in<Char>(L"i").c_str(), &before, fallback), result) << stored;
-    EXPECT_TRUE(same(before, expected)) << stored;
+    EXPECT_EQ(get(job, 0, In<Char>(L"i").c_str(), &before, fallback), result) << stored;
+    EXPECT_TRUE(Same(before, expected)) << stored;
 }
 
 // How far a number goes is compared with the platform in values_differential_test.
 TYPED_TEST(Values, NumbersAreReadUpToTheFirstCharacterThatDoesNotFit) {
     using F = TypeParam;
     const std::tuple<const wchar_t*, INT, INT> ints[] = {
-        {L"12abc", 0, 12},   {L"  -7", 0, -7},      {L"x000000FF", 0, 255}, {L"xff", 0, 255},
-        {L"x", kBad, 123},   {L"X1", kBad, 123},    {L" x1", kBad, 123},    {L"x-1", 0, -1},
-        {L"abc", kBad, 123}, {L"4294967296", 0, 0}, {L"\xFF11", kBad, 123}, {L"", kNone, 77},
-    };
+        {L"12abc", 0, 12},        {L"  -7", 0, -7},        {L"x000000FF", 0, 255},      {L"xff", 0, 255},
+        {L"x", notParsed, 123},   {L"X1", notParsed, 123}, {L" x1", notParsed, 123},    {L"x-1", 0, -1},
+        {L"abc", notParsed, 123}, {L"4294967296", 0, 0},   {L"\xFF11", notParsed, 123}, {L"", notFound, 77}};
     for (const auto& [text, result, value] : ints)
-        reads(F::getInt, text, 123, 77, result, value);
+        Reads(F::getInt, text, 123, 77, result, value);
     const std::tuple<const wchar_t*, INT, INT64> wides[] = {
-        {L"18446744073709551615", 0, -1}, {L"-1", 0, -1},    {L"x8000000000000000", 0, kMin64},
-        {L"x10000000000000000", 0, 0},    {L"q", kBad, 123}, {L"", kNone, 77},
-    };
+        {L"18446744073709551615", 0, -1}, {L"-1", 0, -1},         {L"x8000000000000000", 0, leastInt64},
+        {L"x10000000000000000", 0, 0},    {L"q", notParsed, 123}, {L"", notFound, 77}};
     for (const auto& [text, result, value] : wides)
-        reads(F::getInt64, text, 123, 77, result, value);
+        Reads(F::getInt64, text, 123, 77, result, value);
     const std::tuple<const wchar_t*, INT, double> doubles[] = {
-        {L"1.5", 0, 1.5}, {L"-2e3x", 0, -2000}, {L"1,5", 0, 1},           {L"abc", 0, 0},  {L"1e", 0, 1},
-        {L"inf", 0, 0},   {L"0x10", 0, 0},      {L"1e400", 0, kInfinity}, {L"", kNone, 7}, {L"1e-400", 0, 0},
-    };
+        {L"1.5", 0, 1.5},   {L"-2e3x", 0, -2000}, {L"1,5", 0, 1},  {L"abc", 0, 0},
+        {L"1e", 0, 1},      {L"inf", 0, 0},       {L"0x10", 0, 0}, {L"1e400", 0, infinity},
+        {L"", notFound, 7}, {L"1e-400", 0, 0}};
     for (const auto& [text, result, value] : doubles)
-        reads(F::getDouble, text, 9, 7, result, value);
+        Reads(F::getDouble, text, 9, 7, result, value);
     const std::tuple<const wchar_t*, INT, BOOL> bools[] = {
         {L"TRUE", 0, 1}, {L"T", 0, 1},  {L"Yes", 0, 1}, {L"yes", 0, 1},   {L"true", 0, 0},
-        {L"1", 0, 0},    {L" T", 0, 0}, {L"t", 0, 0},   {L"FALSE", 0, 0}, {L"", kNone, 5},
-    };
+        {L"1", 0, 0},    {L" T", 0, 0}, {L"t", 0, 0},   {L"FALSE", 0, 0}, {L"", notFound, 5}};
     for (const auto& [text, result, value] : bools)
-        reads(F::getBool, text, 9, 5, result, value);
+        Reads(F::getBool, text, 9, 5, result, value);
 }
 
 TYPED_TEST(Values, GroupsKeepWhatWasReadBeforeAFault) {
     using F = TypeParam;
     const POINT point{7, 8};
     const std::tuple<const wchar_t*, INT, POINT> points[] = {
-        {L"(1,2)", 0, {1, 2}},       {L"(1,2", 0, {1, 2}},    {L"( 1, 2)", 0, {1, 2}},
-        {L"(1,2)x", 0, {1, 2}},      {L"(1", kBad, {1, 99}},  {L"(1 ,2)", kBad, {1, 99}},
-        {L"(1,x)", kBad, {1, 99}},   {L"", kNone, {7, 8}},    {L"1,2", kBad, {99, 99}},
-        {L" (1,2)", kBad, {99, 99}}, {L"()", kBad, {99, 99}},
-    };
+        {L"(1,2)", 0, {1, 2}},          {L"(1,2", 0, {1, 2}},
+        {L"( 1, 2)", 0, {1, 2}},        {L"(1,2)x", 0, {1, 2}},
+        {L"(1", notParsed, {1, 99}},    {L"(1 ,2)", notParsed, {1, 99}},
+        {L"(1,x)", notParsed, {1, 99}}, {L"", notFound, {7, 8}},
+        {L"1,2", notParsed, {99, 99}},  {L" (1,2)", notParsed, {99, 99}},
+        {L"()", notParsed, {99, 99}}};
     for (const auto& [text, result, value] : points)
-        reads(F::getPoint, text, {99, 99}, &point, result, value);
+        Reads(F::getPoint, text, {99, 99}, &point, result, value);
     const RECT rect{1, 2, 3, 4};
     const std::tuple<decltype(F::getRect), const wchar_t*, INT, RECT> rects[] = {
         {F::getRect, L"(10,20,110,70)", 0, {10, 20, 110, 70}},
-        {F::getRect, L"no", kBad, {9, 9, 9, 9}},
-        {F::getRect, L"(1,2,3)", kBad, {1, 2, 3, 9}},
-        {F::getRect, L"", kNone, rect},
+        {F::getRect, L"no", notParsed, {9, 9, 9, 9}},
+        {F::getRect, L"(1,2,3)", notParsed, {1, 2, 3, 9}},
+        {F::getRect, L"", notFound, rect},
         {F::getRectLTWH, L"(10,20,100,50)", 0, {10, 20, 110, 70}},
-        {F::getRectLTWH, L"(2147483647,0,1,0)", 0, {kMax, 0, kMin, 0}},
-        {F::getRectLTWH, L"", kNone, rect},
-    };
+        {F::getRectLTWH, L"(2147483647,0,1,0)", 0, {greatestInt, 0, leastInt, 0}},
+        {F::getRectLTWH, L"", notFound, rect}};
     for (const auto& [get, text, result, value] : rects)
-        reads(get, text, {9, 9, 9, 9}, &rect, result, value);
+        Reads(get, text, {9, 9, 9, 9}, &rect, result, value);
     const std::tuple<const wchar_t*, INT, COLORREF> colours[] = {
         {L"(0,128,255)", 0, 0xFF8000}, {L"x00ff8000", 0, 0xFF8000},  {L"(256,-128,511)", 0, 0xFF8000},
-        {L"xFFFFFFFF", 0, 0xFFFFFFFF}, {L"(0,128,255", 0, 0xFF8000}, {L"(1,2)", kBad, 0xABCD},
-        {L"16", kBad, 0xABCD},         {L"", kNone, 0x123456},
-    };
+        {L"xFFFFFFFF", 0, 0xFFFFFFFF}, {L"(0,128,255", 0, 0xFF8000}, {L"(1,2)", notParsed, 0xABCD},
+        {L"16", notParsed, 0xABCD},    {L"", notFound, 0x123456}};
     for (const auto& [text, result, value] : colours)
-        reads(F::getColorref, text, 0xABCD, 0x123456, result, value);
+        Reads(F::getColorref, text, 0xABCD, 0x123456, result, value);
 }
 
 // Gets that find nothing, at every kind of "nothing".
 TYPED_TEST(Values, MissingItemsGiveTheDefault) {
     using Char = typename TypeParam::Char;
-    const Job job(L"list{}empty=;");
-    const auto name = in<Char>(L"none"), list = in<Char>(L"list"), empty = in<Char>(L"empty");
+    const clsJob job(L"list{}empty=;");
+    const auto name = In<Char>(L"none"), list = In<Char>(L"list"), empty = In<Char>(L"empty");
     INT number = 1;
     INT64 big = 1;
     POINT point{3, 4};
     RECT rect{1, 1, 1, 1};
-    const auto asIs = [&] { return number == 1 && big == 1 && point.y == 4 && same(rect, {1, 1, 1, 1}); };
+    const auto asIs = [&] { return number == 1 && big == 1 && point.y == 4 && Same(rect, {1, 1, 1, 1}); };
     TypeParam::getInt64(0, 0, name.c_str(), &big, 9);
     EXPECT_EQ(TypeParam::getInt(0, 0, name.c_str(), &number, 9), 0);
     EXPECT_EQ(TypeParam::getRect(0, 0, name.c_str(), &rect, nullptr), 0);
     EXPECT_EQ(TypeParam::getStringLength(0, 0, name.c_str()), 0);
     EXPECT_TRUE(asIs()) << "the invalid job stores nothing";
     for (const Char* path : {name.c_str(), list.c_str(), empty.c_str(), static_cast<const Char*>(nullptr)}) {
-        EXPECT_EQ(TypeParam::getInt(job, 0, path, &number, -5), kNone);
+        EXPECT_EQ(TypeParam::getInt(job, 0, path, &number, -5), notFound);
         EXPECT_EQ(number, -5);
-        EXPECT_EQ(TypeParam::getRect(job, 0, path, &rect, nullptr), kNone);
-        EXPECT_EQ(TypeParam::getPoint(job, 0, path, &point, nullptr), kNone);
-        EXPECT_TRUE(same(rect, RECT{}) && same(point, POINT{})) << "a null default counts as zeros";
+        EXPECT_EQ(TypeParam::getRect(job, 0, path, &rect, nullptr), notFound);
+        EXPECT_EQ(TypeParam::getPoint(job, 0, path, &point, nullptr), notFound);
+        EXPECT_TRUE(Same(rect, RECT{}) && Same(point, POINT{})) << "a null default counts as zeros";
         rect = {1, 2, 3, 4};
-        EXPECT_EQ(TypeParam::getRectLTWH(job, 0, path, &rect, &rect), kNone);
-        EXPECT_TRUE(same(rect, RECT{1, 2, 3, 4})) << "the default may be the result variable";
-        EXPECT_EQ(TypeParam::getDouble(job, 0, path, nullptr, 1), kNone);
-        EXPECT_EQ(TypeParam::getStringLength(job, 0, path), path == empty.c_str() ? 0 : kNone);
+        EXPECT_EQ(TypeParam::getRectLTWH(job, 0, path, &rect, &rect), notFound);
+        EXPECT_TRUE(Same(rect, RECT{1, 2, 3, 4})) << "the default may be the result variable";
+        EXPECT_EQ(TypeParam::getDouble(job, 0, path, nullptr, 1), notFound);
+        EXPECT_EQ(TypeParam::getStringLength(job, 0, path), path == empty.c_str() ? 0 : notFound);
     }
 }
 
 TYPED_TEST(Values, StringsAreCutToTheBuffer) {
     using Char = typename TypeParam::Char;
     using Text = std::basic_string<Char>;
-    const Job job(L"s=abcdef;");
-    const Text stored = in<Char>(L"abcdef"), fallback = in<Char>(L"deflt"), empty;
-    const Text untouched(12, Char{'#'}), name = in<Char>(L"s"), none = in<Char>(L"none");
+    const clsJob job(L"s=abcdef;");
+    const Text stored = In<Char>(L"abcdef"), fallback = In<Char>(L"deflt"), empty;
+    const Text untouched(12, Char{'#'}), name = In<Char>(L"s"), none = In<Char>(L"none");
     const auto gives = [&](ProfJob from, const Text& path, UINT size, const Char* orElse, INT result,
                            const Text& text, UINT written) {
         Text buffer = untouched, expected = untouched;
@@ -198,11 +194,11 @@ TYPED_TEST(Values, StringsAreCutToTheBuffer) {
     };
     for (UINT size = 0; size <= 10; ++size) {
         gives(job, name, size, fallback.c_str(), 6, stored, size);
-        gives(job, none, size, fallback.c_str(), kNone, fallback, size);
+        gives(job, none, size, fallback.c_str(), notFound, fallback, size);
         gives(0, name, size, fallback.c_str(), 0, fallback, size);
-        gives(job, none, size, nullptr, kNone, empty, std::max(size, 1u)); // ends it even at size 0
+        gives(job, none, size, nullptr, notFound, empty, std::max(size, 1u)); // ends it even at size 0
         Text buffer = fallback;
-        EXPECT_EQ(TypeParam::getString(job, 0, none.c_str(), buffer.data(), size, buffer.data()), kNone);
+        EXPECT_EQ(TypeParam::getString(job, 0, none.c_str(), buffer.data(), size, buffer.data()), notFound);
         EXPECT_EQ(buffer, fallback) << "a default that is the buffer stays";
     }
     EXPECT_EQ(TypeParam::getString(job, 0, name.c_str(), nullptr, 10, nullptr), 6);
@@ -214,13 +210,12 @@ TYPED_TEST(Values, StringsAreCutToTheBuffer) {
 TEST(AnsiStrings, NeverEndInHalfACharacter) {
     const std::tuple<UINT, std::wstring, std::vector<size_t>> samples[] = {
         {932, L"a\x65E5\xFF71\x672C", {0, 1, 3, 4, 6}}, // bytes of whole beginnings
-        {CP_UTF8, L"a\xE9\x65E5\xD83D\xDE00", {0, 1, 3, 6, 10}},
-    };
+        {CP_UTF8, L"a\xE9\x65E5\xD83D\xDE00", {0, 1, 3, 6, 10}}};
     for (const auto& [codePage, stored, boundaries] : samples) {
-        const CodePage set(codePage);
-        const Job job;
+        const clsCodePage set(codePage);
+        const clsJob job;
         ProfSetStringW(job, 0, L"s", stored.c_str());
-        const std::string whole = toBytes(stored, codePage);
+        const std::string whole = ToBytes(stored, codePage);
         for (UINT size = 1; size <= whole.size() + 2; ++size) {
             std::string buffer(whole.size() + 4, '#');
             EXPECT_EQ(ProfGetStringA(job, 0, "s", buffer.data(), size, ""), static_cast<INT>(stored.size()));
@@ -239,8 +234,8 @@ TYPED_TEST(Values, ConvertersFallBackToTheDefault) {
     const auto converts = [](auto call, const wchar_t* text, auto fallback, auto expected) {
         auto out = expected;
         std::memset(&out, 0x5A, sizeof out);
-        call(text ? in<Char>(text).c_str() : nullptr, &out, fallback);
-        EXPECT_TRUE(same(out, expected)) << (text ? text : L"(null)");
+        call(text ? In<Char>(text).c_str() : nullptr, &out, fallback);
+        EXPECT_TRUE(Same(out, expected)) << (text ? text : L"(null)");
     };
     for (const auto& [text, expected] :
          {std::pair{L"", 1}, {L"T", 1}, {L"yes", 1}, {L"true", 0}, {L"0", 0}, {nullptr, 7}})

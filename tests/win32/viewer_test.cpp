@@ -15,23 +15,23 @@
 namespace testing_prof {
 namespace {
 
-LogpanSharedInfo infoOf(const Receiver& receiver, UINT32 largest = 65507) {
-    return {24, receiver.port(), 1, largest, 0};
+LogpanSharedInfo InfoOf(const clsReceiver& receiver, UINT32 largest = 65507) {
+    return {24, receiver.Port(), 1, largest, 0};
 }
 
 /// A viewer in this process, which writes to it, too.
-struct Viewer {
-    explicit Viewer(const wchar_t* name = LOGPAN_SHARED_INFO_LOCAL) : info(name, infoOf(receiver)) {
+struct scViewer {
+    explicit scViewer(const wchar_t* name = LOGPAN_SHARED_INFO_LOCAL) : info(name, InfoOf(receiver)) {
         EXPECT_TRUE(UtilLOGPAN4Attach());
     }
-    ~Viewer() { UtilLOGPAN4Detach(); }
+    ~scViewer() { UtilLOGPAN4Detach(); }
 
-    Receiver receiver;
-    PublishedInfo info;
+    clsReceiver receiver;
+    clsPublishedInfo info;
 };
 
 TEST(Viewer, GetsALineAsAPacket) {
-    const Viewer viewer;
+    const scViewer viewer;
     SYSTEMTIME before, after;
     GetLocalTime(&before);
     UtilDebugExt(L"a tag of more than thirty-one characters", 1, L"%s", L"one");
@@ -40,11 +40,11 @@ TEST(Viewer, GetsALineAsAPacket) {
     UtilDebugExt(nullptr, -1, L"");
     UtilDebugExt(nullptr, -1, L"four");
 
-    const Packet one = viewer.receiver.next(), two = viewer.receiver.next();
+    const scPacket one = viewer.receiver.Next(), two = viewer.receiver.Next();
     EXPECT_EQ(one.text, L"one");
     EXPECT_EQ(two.text, L" two\n") << "a blank a level, and the text as it is";
-    EXPECT_EQ(viewer.receiver.next().text, L" ");
-    EXPECT_EQ(viewer.receiver.next().text, L"four");
+    EXPECT_EQ(viewer.receiver.Next().text, L" ");
+    EXPECT_EQ(viewer.receiver.Next().text, L"four");
     EXPECT_STREQ(one.header.tag, L"a tag of more than thirty-one c");
     EXPECT_STREQ(two.header.tag, L"REPORT");
     EXPECT_EQ(one.header.thread, GetCurrentThreadId());
@@ -61,7 +61,7 @@ TEST(Viewer, GetsALineAsAPacket) {
 }
 
 TEST(Viewer, GetsALongLineInPiecesThatItTakes) {
-    const Viewer viewer;
+    const scViewer viewer;
     std::wstring text;
     for (int i = 0; text.size() < 3000; ++i)
         text += std::to_wstring(i) + L' ';
@@ -73,7 +73,7 @@ TEST(Viewer, GetsALongLineInPiecesThatItTakes) {
         std::wstring joined;
         UINT32 sequence = 0;
         while (joined.size() < 1025) {
-            const Packet piece = viewer.receiver.next();
+            const scPacket piece = viewer.receiver.Next();
             EXPECT_EQ(piece.text.size(), std::min<std::size_t>(longest, 1025 - joined.size()));
             EXPECT_EQ(piece.header.sequence, joined.empty() ? piece.header.sequence : sequence) << "one line";
             sequence = piece.header.sequence;
@@ -84,14 +84,14 @@ TEST(Viewer, GetsALongLineInPiecesThatItTakes) {
 }
 
 TEST(Viewer, IsFoundWhateverItPublishes) {
-    const Receiver receiver;
+    const clsReceiver receiver;
     for (const UINT32 size : {0u, 23u, 24u, 64u, 4097u, 0x7FFFFFFFu, 0xFFFFFFFFu})
         for (const wchar_t* name : {LOGPAN_SHARED_INFO_LOCAL, LOGPAN_SHARED_INFO_GLOBAL}) {
-            const PublishedInfo info(name, infoOf(receiver));
+            const clsPublishedInfo info(name, InfoOf(receiver));
             info->size = size;
             EXPECT_TRUE(UtilLOGPAN4Attach());
             UtilDebug(L"%u", size);
-            EXPECT_EQ(receiver.next().text, std::to_wstring(size));
+            EXPECT_EQ(receiver.Next().text, std::to_wstring(size));
             UtilLOGPAN4Detach();
         }
 }
@@ -99,53 +99,53 @@ TEST(Viewer, IsFoundWhateverItPublishes) {
 TEST(Viewer, ThatReservesItsMemoryOnlyIsNone) {
     const Handle mapping(CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE | SEC_RESERVE, 0,
                                             65536, LOGPAN_SHARED_INFO_LOCAL));
-    const DebugOutput output;
+    const clsDebugOutput output;
     EXPECT_FALSE(UtilLOGPAN4Attach());
-    EXPECT_EQ(output.text().find(L"'LOGPAN4_SharedData' cannot be accessed: "), 0u) << output.text();
+    EXPECT_EQ(output.Text().find(L"'LOGPAN4_SharedData' cannot be accessed: "), 0u) << output.Text();
 }
 
 SIZE_T largestView = 0;
 void* lastView = nullptr;
-void* WINAPI noteView(HANDLE mapping, DWORD access, DWORD high, DWORD low, SIZE_T bytes) {
+void* WINAPI NoteView(HANDLE mapping, DWORD access, DWORD high, DWORD low, SIZE_T bytes) {
     largestView = std::max(largestView, bytes);
     return lastView = MapViewOfFile(mapping, access, high, low, bytes);
 }
 
 /// What a file on another machine does when it is cut short there.
-void* withoutPages(void* view) {
+void* WithoutPages(void* view) {
     DWORD before = 0;
     EXPECT_TRUE(VirtualProtect(view, 1, PAGE_NOACCESS, &before));
     return view;
 }
-void* WINAPI viewWithoutPages(HANDLE mapping, DWORD access, DWORD high, DWORD low, SIZE_T bytes) {
-    return withoutPages(MapViewOfFile(mapping, access, high, low, bytes));
+void* WINAPI ViewWithoutPages(HANDLE mapping, DWORD access, DWORD high, DWORD low, SIZE_T bytes) {
+    return WithoutPages(MapViewOfFile(mapping, access, high, low, bytes));
 }
 
 TEST(Viewer, WhoseMemoryGoesAwayIsNone) {
-    const Receiver receiver;
-    const PublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, infoOf(receiver));
+    const clsReceiver receiver;
+    const clsPublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, InfoOf(receiver));
     for (int round = 0; round < 2; ++round) {
         {
-            const ImportHook hook("MapViewOfFile", reinterpret_cast<void*>(noteView));
+            const clsImportHook hook("MapViewOfFile", reinterpret_cast<void*>(NoteView));
             EXPECT_TRUE(UtilLOGPAN4Attach());
         }
-        withoutPages(lastView);
+        WithoutPages(lastView);
         UtilDebug(L"lost");
         EXPECT_FALSE(UtilGetFlags());
-        const ImportHook hook("MapViewOfFile", reinterpret_cast<void*>(viewWithoutPages));
+        const clsImportHook hook("MapViewOfFile", reinterpret_cast<void*>(ViewWithoutPages));
         EXPECT_FALSE(UtilLOGPAN4Attach()) << "nor the older way's memory";
     }
     EXPECT_TRUE(UtilLOGPAN4Attach());
     UtilDebug(L"there again");
-    EXPECT_EQ(receiver.next().text, L"there again");
+    EXPECT_EQ(receiver.Next().text, L"there again");
     UtilLOGPAN4Detach();
 }
 
 TEST(Viewer, GetsLittleOfTheAddressSpace) {
-    const Receiver receiver;
-    const PublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, infoOf(receiver));
+    const clsReceiver receiver;
+    const clsPublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, InfoOf(receiver));
     info->size = 0x40000000;
-    const ImportHook hook("MapViewOfFile", reinterpret_cast<void*>(noteView));
+    const clsImportHook hook("MapViewOfFile", reinterpret_cast<void*>(NoteView));
     EXPECT_TRUE(UtilLOGPAN4Attach());
     EXPECT_GE(largestView, 24u);
     EXPECT_LE(largestView, 65536u);
@@ -153,7 +153,7 @@ TEST(Viewer, GetsLittleOfTheAddressSpace) {
 }
 
 TEST(Viewer, GetsNothingThatItDoesNotWant) {
-    const Viewer viewer;
+    const scViewer viewer;
     viewer.info->mask = 0;
     EXPECT_FALSE(UtilGetFlags());
     UtilDebugExt(nullptr, 1, L"unwanted");
@@ -163,37 +163,37 @@ TEST(Viewer, GetsNothingThatItDoesNotWant) {
         viewer.info->port = nowhere;
         UtilDebug(L"to nowhere");
     }
-    viewer.info->port = viewer.receiver.port();
+    viewer.info->port = viewer.receiver.Port();
     UtilDebug(L"wanted");
-    EXPECT_EQ(viewer.receiver.next().text, L"wanted") << "and not indented by a line that was not written";
+    EXPECT_EQ(viewer.receiver.Next().text, L"wanted") << "and not indented by a line that was not written";
 }
 
 TEST(Viewer, IsFollowedToItsNewPort) {
-    const Viewer viewer;
+    const scViewer viewer;
     UtilDebug(L"here");
-    EXPECT_EQ(viewer.receiver.next().text, L"here");
-    const Receiver moved;
-    const DebugOutput output;
-    viewer.info->port = moved.port();
+    EXPECT_EQ(viewer.receiver.Next().text, L"here");
+    const clsReceiver moved;
+    const clsDebugOutput output;
+    viewer.info->port = moved.Port();
     UtilDebug(L"there");
-    EXPECT_EQ(moved.next().text, L"there");
-    EXPECT_EQ(output.text(), L"re-attach to new LOGPAN port!\n");
+    EXPECT_EQ(moved.Next().text, L"there");
+    EXPECT_EQ(output.Text(), L"re-attach to new LOGPAN port!\n");
 }
 
 // ---- Several copies of the library -----------------------------------------------------------------
 
 // All copies in a process share one socket. Whichever copy gives it up, the others lose no line.
 TEST(Copies, ShareASocket) {
-    const Viewer viewer;
-    const TempFolder folder;
-    Copy::makeFile(folder / L"copy.dll");
-    Copy copy(folder / L"copy.dll");
-    const auto write = copy.find(PasDebug, "PasDebug");
-    const auto attach = copy.find(UtilLOGPAN4Attach, "UtilLOGPAN4Attach");
-    const auto detach = copy.find(UtilLOGPAN4Detach, "UtilLOGPAN4Detach");
+    const scViewer viewer;
+    const clsTempFolder folder;
+    clsCopy::MakeFile(folder / L"copy.dll");
+    clsCopy copy(folder / L"copy.dll");
+    const auto write = copy.Find(PasDebug, "PasDebug");
+    const auto attach = copy.Find(UtilLOGPAN4Attach, "UtilLOGPAN4Attach");
+    const auto detach = copy.Find(UtilLOGPAN4Detach, "UtilLOGPAN4Detach");
     UINT16 port = 0;
     const auto arrives = [&](const wchar_t* text) {
-        const Packet packet = viewer.receiver.next();
+        const scPacket packet = viewer.receiver.Next();
         EXPECT_EQ(packet.text, text);
         return std::exchange(port, packet.senderPort) == packet.senderPort;
     };
@@ -204,38 +204,38 @@ TEST(Copies, ShareASocket) {
     EXPECT_TRUE(arrives(L"by the copy")) << "through the same socket";
 
     UtilModuleOnAttach(nullptr);
-    viewer.receiver.next();
+    viewer.receiver.Next();
     detach();
     PasDebug(L"while there are modules");
     EXPECT_TRUE(arrives(L"while there are modules")) << "it is still the same";
     EXPECT_TRUE(attach());
     UtilModuleOnDetach(nullptr);
-    viewer.receiver.next();
+    viewer.receiver.Next();
     write(L"after the last module");
     EXPECT_FALSE(arrives(L"after the last module")) << "a new one, at once";
     detach();
     UtilJobClose(UtilJobOpen(L"traced", UTIL_JOB_TRACE)); // whose lines are written under the global lock
     EXPECT_FALSE(arrives(L"viewer_test:UtilJobOpen('traced',0x80000000)\n"));
     for (int i = 0; i < 3; ++i)
-        viewer.receiver.next();
+        viewer.receiver.Next();
     EXPECT_TRUE(attach());
-    copy.unload();
+    copy.Unload();
     PasDebug(L"without the copy");
     EXPECT_TRUE(arrives(L"without the copy"));
 }
 
 TEST(Copies, AgreeOnSixteenBytes) {
-    const Viewer viewer;
+    const scViewer viewer;
     wchar_t name[80] = {};
     _snwprintf(name, std::size(name) - 1, L"QmzLOGPANAppLocalData_%#p_%d", GetModuleHandleW(nullptr),
                GetCurrentProcessId());
     const Handle mapping(OpenFileMappingW(FILE_MAP_READ, FALSE, name));
     ASSERT_TRUE(mapping);
-    struct Words {
+    struct scWords {
         LONG level, lines, modules, socket;
     };
-    const auto* shared = static_cast<const Words*>(MapViewOfFile(mapping.get(), FILE_MAP_READ, 0, 0, 0));
-    const Words before = *shared;
+    const auto* shared = static_cast<const scWords*>(MapViewOfFile(mapping.get(), FILE_MAP_READ, 0, 0, 0));
+    const scWords before = *shared;
     EXPECT_NE(before.socket, 0);
     UtilDebugExt(nullptr, 1, L"deeper");
     UtilModuleOnAttach(nullptr);
@@ -251,15 +251,15 @@ TEST(Copies, AgreeOnSixteenBytes) {
 }
 
 int startups = 0;
-int WINAPI failingStartup(WORD, WSADATA*) {
+int WINAPI FailingStartup(WORD, WSADATA*) {
     ++startups;
     return WSASYSNOTREADY;
 }
 
 TEST(Socket, ThatCannotBeOpenedIsNotTriedForEveryLine) {
-    const Viewer viewer;
+    const scViewer viewer;
     UtilLOGPAN4Detach();
-    const ImportHook hook("WSAStartup", reinterpret_cast<void*>(failingStartup));
+    const clsImportHook hook("WSAStartup", reinterpret_cast<void*>(FailingStartup));
     EXPECT_TRUE(UtilLOGPAN4Attach());
     const DWORD start = GetTickCount();
     for (int i = 0; i < 100; ++i)
@@ -271,10 +271,10 @@ TEST(Socket, ThatCannotBeOpenedIsNotTriedForEveryLine) {
 
 /// Stands for a thread within the loader while another needs the loader: `needsLoader` is called where the
 /// system would load a library, and does not return until the thread's lines and jobs are through.
-struct Loader {
+struct scLoader {
     static inline int passed = 0;
     static inline std::atomic<bool> needed{false};
-    static void needsLoader() {
+    static void NeedsLoader() {
         if (needed.exchange(true))
             return; // by the thread within it
         std::jthread([] {
@@ -284,110 +284,110 @@ struct Loader {
         }).join();
         needed = false;
     }
-    static int WINAPI startup(WORD version, WSADATA* data) {
-        needsLoader();
+    static int WINAPI Startup(WORD version, WSADATA* data) {
+        NeedsLoader();
         return WSAStartup(version, data);
     }
-    static int WINAPI cleanup() {
-        needsLoader();
+    static int WINAPI Cleanup() {
+        NeedsLoader();
         return WSACleanup();
     }
-    static HWND WINAPI findWindow(const wchar_t* name, const wchar_t* title) {
-        needsLoader();
+    static HWND WINAPI LookForWindow(const wchar_t* name, const wchar_t* title) {
+        NeedsLoader();
         return FindWindowW(name, title);
     }
     /// Another process has the mutex that guards the number of modules, and keeps it.
-    static DWORD WINAPI wait(HANDLE, DWORD milliseconds) {
-        needsLoader();
+    static DWORD WINAPI Wait(HANDLE, DWORD milliseconds) {
+        NeedsLoader();
         waits += milliseconds > 0;
         return WAIT_TIMEOUT;
     }
     static inline int waits = 0;
-    static FARPROC WINAPI function(HMODULE module, const char* name) {
-        needsLoader();
+    static FARPROC WINAPI Function(HMODULE module, const char* name) {
+        NeedsLoader();
         return GetProcAddress(module, name);
     }
 };
 
 /// Child: everything that may need the loader. Each step that holds a lock meanwhile hangs.
-void needLoader() {
-    const ImportHook hooks[] = {{"WaitForSingleObject", reinterpret_cast<void*>(Loader::wait)},
-                                {"WSAStartup", reinterpret_cast<void*>(Loader::startup)},
-                                {"WSACleanup", reinterpret_cast<void*>(Loader::cleanup)},
-                                {"FindWindowW", reinterpret_cast<void*>(Loader::findWindow)}};
+void NeedLoader() {
+    const clsImportHook hooks[] = {{"WaitForSingleObject", reinterpret_cast<void*>(scLoader::Wait)},
+                                   {"WSAStartup", reinterpret_cast<void*>(scLoader::Startup)},
+                                   {"WSACleanup", reinterpret_cast<void*>(scLoader::Cleanup)},
+                                   {"FindWindowW", reinterpret_cast<void*>(scLoader::LookForWindow)}};
     UtilJobOpen(L"traced", UTIL_JOB_TRACE);
-    const Receiver receiver, moved;
-    const PublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, infoOf(receiver));
+    const clsReceiver receiver, moved;
+    const clsPublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, InfoOf(receiver));
     UtilLOGPAN4Attach();
-    info->port = moved.port();
+    info->port = moved.Port();
     UtilDebug(L"moved");
     UtilModuleOnAttach(L"module");
     UtilModuleOnDetach(L"module");
     UtilModuleOnAttach(L"module");
     UtilModuleOnDetach(L"module");
     UtilLOGPAN4Detach();
-    const int passed = Loader::passed;
-    const ImportHook hook("GetProcAddress", reinterpret_cast<void*>(Loader::function));
+    const int passed = scLoader::passed;
+    const clsImportHook hook("GetProcAddress", reinterpret_cast<void*>(scLoader::Function));
     UtilHeapValidate(UtilHeapCreate(UtilJobOpen(L"heaps", 0), L"H", 0), nullptr, 0);
-    TerminateProcess(GetCurrentProcess(), passed < 8 ? 2 : Loader::waits != 1 ? 3 : 0);
+    TerminateProcess(GetCurrentProcess(), passed < 8 ? 2 : scLoader::waits != 1 ? 3 : 0);
 }
 
 TEST(Loader, IsNeverNeededWithALockHeld) {
-    const Child child(L"loader");
-    if (!child.endsWithin(30000)) {
-        child.kill();
+    const clsChild child(L"loader");
+    if (!child.EndsWithin(30000)) {
+        child.Kill();
         FAIL() << "a deadlock";
     }
-    EXPECT_EQ(child.exitCode(), 0u);
+    EXPECT_EQ(child.ExitCode(), 0u);
 }
 
 // ---- Second processes ------------------------------------------------------------------------------
 
-constexpr const wchar_t* kReady = L"tvut22-viewer-test-ready";
+constexpr const wchar_t* readyName = L"tvut22-viewer-test-ready";
 
-struct Event {
-    Event() : handle(CreateEventW(nullptr, FALSE, FALSE, kReady)) {}
-    void wait() const { EXPECT_EQ(WaitForSingleObject(handle.get(), 60000), WAIT_OBJECT_0); }
+struct scEvent {
+    scEvent() : handle(CreateEventW(nullptr, FALSE, FALSE, readyName)) {}
+    void Wait() const { EXPECT_EQ(WaitForSingleObject(handle.get(), 60000), WAIT_OBJECT_0); }
     Handle handle;
 };
 
 /// Child: a viewer that publishes itself and never reads its socket.
-void beDeafViewer() {
-    const Receiver receiver;
-    const PublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, infoOf(receiver, 600));
-    SetEvent(Event().handle.get());
+void BeDeafViewer() {
+    const clsReceiver receiver;
+    const clsPublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, InfoOf(receiver, 600));
+    SetEvent(scEvent().handle.get());
     Sleep(INFINITE);
 }
 
 TEST(ViewerProcess, ThatNeverReadsAndDiesDisturbsNobody) {
-    const Event ready;
-    Child deaf(L"deaf");
-    ready.wait();
+    const scEvent ready;
+    clsChild deaf(L"deaf");
+    ready.Wait();
     EXPECT_TRUE(UtilLOGPAN4Attach());
     const std::wstring text(1025, L'x');
     for (int i = 0; i < 3000; ++i) // far more than its socket holds
         PasDebug(text.c_str());
-    EXPECT_TRUE(deaf.runs());
-    deaf.kill();
-    deaf.exitCode();
+    EXPECT_TRUE(deaf.Runs());
+    deaf.Kill();
+    deaf.ExitCode();
     for (int i = 0; i < 100; ++i)
         PasDebug(text.c_str());
     // Its successor finds what it had published and takes it over; nobody has to look for it.
-    const Receiver receiver;
-    const PublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, infoOf(receiver));
+    const clsReceiver receiver;
+    const clsPublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, InfoOf(receiver));
     UtilDebug(L"to the successor");
-    EXPECT_EQ(receiver.next().text, L"to the successor");
+    EXPECT_EQ(receiver.Next().text, L"to the successor");
     UtilLOGPAN4Detach();
 }
 
 // ---- The older transport ---------------------------------------------------------------------------
 
-class Mailslot {
+class clsMailslot {
   public:
-    Mailslot() : slot_(CreateMailslotW(LOGPAN_MAILSLOT, 0, 20000, nullptr)) {
+    clsMailslot() : slot_(CreateMailslotW(LOGPAN_MAILSLOT, 0, 20000, nullptr)) {
         EXPECT_NE(slot_.get(), INVALID_HANDLE_VALUE);
     }
-    std::string next() const {
+    std::string Next() const {
         std::string message(4096, '\0');
         DWORD length = 0;
         EXPECT_TRUE(ReadFile(slot_.get(), message.data(), 4096, &length, nullptr)) << GetLastError();
@@ -399,33 +399,33 @@ class Mailslot {
     Handle slot_;
 };
 
-std::string behindStamp(const std::string& line) {
+std::string BehindStamp(const std::string& line) {
     return line.substr(line.find('/') + 7);
 }
 
 TEST(Mailslot, GetsLinesInPieces) {
-    const Mailslot slot;
+    const clsMailslot slot;
     EXPECT_TRUE(UtilLOGPAN4Attach());
     EXPECT_TRUE(UtilGetFlags());
     UtilDebugExt(L"TAG", 0, L"first\r\n\u20acsecond\n");
-    const std::string first = slot.next();
+    const std::string first = slot.Next();
     EXPECT_EQ(first.substr(0, 10), "TAG     : ");
-    EXPECT_EQ(behindStamp(first), "first");
-    EXPECT_EQ(slot.next(), "\x80second");
+    EXPECT_EQ(BehindStamp(first), "first");
+    EXPECT_EQ(slot.Next(), "\x80second");
     UtilLOGPAN4Detach();
 }
 
 TEST(Mailslot, ThatIsNotReadDoesNotMakeTheWriterWait) {
-    const DebugOutput output;
+    const clsDebugOutput output;
     {
-        const Mailslot slot;
+        const clsMailslot slot;
         EXPECT_TRUE(UtilLOGPAN4Attach());
         for (int i = 0; i < 500; ++i)
             UtilDebug(L"%d %s", i, std::wstring(400, L'x').c_str());
     }
     while (UtilGetFlags()) // until it is noticed that the slot is gone
         UtilDebug(L"nobody there");
-    EXPECT_EQ(output.text(), L"LOGPAN: cannot write data!") << "said once, not a line";
+    EXPECT_EQ(output.Text(), L"LOGPAN: cannot write data!") << "said once, not a line";
     UtilLOGPAN4Detach();
 }
 
@@ -437,21 +437,21 @@ TEST(Mailslot, FollowsTheViewersWindow) {
     const auto makeWindow = [] {
         return CreateWindowW(LOGPAN_WINDOW_CLASS, L"", 0, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
     };
-    const DebugOutput output;
+    const clsDebugOutput output;
     HWND window = makeWindow();
     ASSERT_TRUE(window);
     EXPECT_TRUE(UtilLOGPAN4Attach());
-    EXPECT_EQ(output.text(), L"DebugPipe FAIL") << "a window without a slot";
+    EXPECT_EQ(output.Text(), L"DebugPipe FAIL") << "a window without a slot";
     EXPECT_TRUE(UtilGetFlags()) << "the window is known";
-    const Mailslot slot;
+    const clsMailslot slot;
     EXPECT_TRUE(UtilLOGPAN4Attach());
 
-    output.text().clear();
+    output.Text().clear();
     DestroyWindow(std::exchange(window, makeWindow()));
     UtilDebug(L"to the next window");
-    EXPECT_EQ(output.text(),
+    EXPECT_EQ(output.Text(),
               L"trying to reattach to LOGPAN" + std::to_wstring(reinterpret_cast<INT_PTR>(window)));
-    EXPECT_EQ(behindStamp(slot.next()), "to the next window");
+    EXPECT_EQ(BehindStamp(slot.Next()), "to the next window");
     DestroyWindow(window);
     UtilDebug(L"to nobody");
     EXPECT_FALSE(UtilGetFlags());
@@ -460,15 +460,15 @@ TEST(Mailslot, FollowsTheViewersWindow) {
 
 // ---- Assertions ------------------------------------------------------------------------------------
 
-constexpr const wchar_t* kExpression = L"count > 0 && count < limit && !name.empty() && somebody != nullptr";
+constexpr const wchar_t* assertedText = L"count > 0 && count < limit && !name.empty() && somebody != nullptr";
 
-void beFailedAssertion() {
-    UtilAssert(kExpression, L"c:\\source\\file.cpp", 42);
+void BeFailedAssertion() {
+    UtilAssert(assertedText, L"c:\\source\\file.cpp", 42);
 }
 
-HWND awaitBox(const Child& child) {
+HWND AwaitBox(const clsChild& child) {
     HWND box = nullptr;
-    while (!box && child.runs()) {
+    while (!box && child.Runs()) {
         box = FindWindowW(nullptr, L"Assertion Failure");
         Sleep(1); // gives way to the process that makes the box; the condition is the loop's
     }
@@ -477,29 +477,29 @@ HWND awaitBox(const Child& child) {
 
 TEST(Assertion, EndsTheProcessWhateverIsPressed) {
     for (const int button : {IDRETRY, IDCANCEL}) {
-        const Child child(L"assertion");
-        const HWND box = awaitBox(child);
+        const clsChild child(L"assertion");
+        const HWND box = AwaitBox(child);
         ASSERT_TRUE(box) << "no message box; is there a display driver?";
         wchar_t text[200] = {};
         SendDlgItemMessageW(box, 0xFFFF, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text));
         EXPECT_EQ(text,
-                  (L"line 42 in file c:\\source\\file.cpp:\n\"" + std::wstring(kExpression)).substr(0, 80));
+                  (L"line 42 in file c:\\source\\file.cpp:\n\"" + std::wstring(assertedText)).substr(0, 80));
         PostMessageW(box, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED),
                      reinterpret_cast<LPARAM>(GetDlgItem(box, button)));
-        EXPECT_EQ(child.exitCode(), 0xFFFFFFFFu);
+        EXPECT_EQ(child.ExitCode(), 0xFFFFFFFFu);
     }
 }
 
-const std::map<std::string, void (*)()> kRoles = {
-    {"deaf", beDeafViewer}, {"assertion", beFailedAssertion}, {"loader", needLoader}};
+const std::map<std::string, void (*)()> rolesByName = {
+    {"deaf", BeDeafViewer}, {"assertion", BeFailedAssertion}, {"loader", NeedLoader}};
 
 } // namespace
 } // namespace testing_prof
 
 int main(int count, char** arguments) {
     using namespace testing_prof;
-    if (count == 2 && kRoles.contains(arguments[1])) {
-        kRoles.at(arguments[1])();
+    if (count == 2 && rolesByName.contains(arguments[1])) {
+        rolesByName.at(arguments[1])();
         return 0;
     }
     ::testing::InitGoogleTest(&count, arguments);

@@ -38,20 +38,20 @@ class clsWorld {
     std::wstring Archive() const { return folder_ / kArchive; }
     std::wstring Source() const { return folder_ / L"source"; }
     std::wstring Target() const { return folder_ / L"out"; }
-    std::wstring Path() const { return folder_.path().wstring(); }
+    std::wstring Path() const { return folder_.Path().wstring(); }
 
     /// As it was before whatever is tried.
     void Restore() const {
         fs::remove_all(Target());
         for (const auto& name : Temporaries())
             fs::remove(name);
-        writeFile(Archive(), "the archive of before");
+        WriteBytes(Archive(), "the archive of before");
         makeTree(Target(), {{L"source\\noise", "old"}, {L"source\\d\\text", "old"}});
     }
 
     /// The archive is the one of before or a good one; whether it is good.
     bool IsNew() const {
-        if (readFile(Archive()) == "the archive of before")
+        if (ReadBytes(Archive()) == "the archive of before")
             return false;
         EXPECT_EQ(entriesOf(Archive()), Entries());
         EXPECT_EQ(UtilExtractZip(Archive().c_str(), nullptr, nullptr), UTIL_OK);
@@ -72,7 +72,7 @@ class clsWorld {
     }
     std::vector<fs::path> Temporaries() const {
         std::vector<fs::path> found;
-        for (const auto& entry : fs::recursive_directory_iterator(folder_.path()))
+        for (const auto& entry : fs::recursive_directory_iterator(folder_.Path()))
             if (IsTemporary(entry.path().filename().wstring()))
                 found.push_back(entry.path());
         return found;
@@ -89,7 +89,7 @@ class clsWorld {
   private:
     static bool IsTemporary(std::wstring_view path) { return path.find(L"~PRF") != path.npos; }
 
-    TempFolder folder_;
+    clsTempFolder folder_;
 };
 
 // What holds after packing and after unpacking, whatever happened to them.
@@ -122,14 +122,14 @@ class ZipWhole : public ::testing::TestWithParam<scCase> {
 
 TEST_P(ZipWhole, AProcessThatDiesAtAnyStepLeavesOldOrNew) {
     int step = 0;
-    for (DWORD code = kDied; code == kDied;) {
+    for (DWORD code = diedCode; code == diedCode;) {
         Restore();
         const std::wstring words = std::to_wstring(GetParam().unpacks) + L' ' + std::to_wstring(++step);
-        code = Child(words + L" \"" + world.Path() + L'"').exitCode();
+        code = clsChild(words + L" \"" + world.Path() + L'"').ExitCode();
         SCOPED_TRACE("step " + std::to_string(step));
         const bool isDone = IsDone(world);
         EXPECT_LE(world.Temporaries().size(), 1u);
-        ASSERT_TRUE(code == kDied || (code == 0 && isDone)) << code;
+        ASSERT_TRUE(code == diedCode || (code == 0 && isDone)) << code;
     }
     EXPECT_GT(step, 8) << "the process was hardly stopped anywhere";
 }
@@ -141,8 +141,8 @@ TEST_P(ZipWhole, AFailureAtAnyStepLeavesOldOrNew) {
         Restore();
         INT result;
         {
-            const FakeClock clock;
-            const Steps watched(Fault::Fail, at);
+            const clsFakeClock clock;
+            const clsSteps watched(Fault::Fail, at);
             result = GetParam().work(world.Path(), nullptr);
             taken = steps;
         }
@@ -161,15 +161,15 @@ TEST_P(ZipWhole, WithoutMemoryNothingHappens) {
         Restore();
         INT result;
         {
-            const CountedAllocations refusing(failing);
+            const clsCountedAllocations refusing(failing);
             result = GetParam().work(world.Path(), &secret.options);
-            failed = CountedAllocations::count >= failing;
+            failed = clsCountedAllocations::count >= failing;
         }
         EXPECT_EQ(result, failed ? UTIL_FAILED : UTIL_OK);
         if (GetParam().unpacks)
             ExpectWhole(result, world);
         else
-            EXPECT_EQ(readFile(world.Archive()) == "the archive of before", failed);
+            EXPECT_EQ(ReadBytes(world.Archive()) == "the archive of before", failed);
         EXPECT_TRUE(world.Temporaries().empty());
     }
 }
@@ -183,7 +183,7 @@ TEST_P(ZipWhole, ADiskThatIsFullAtAnySizeLeavesOldOrNew) {
     const wchar_t* const disk = _wgetenv(L"TVUT22_SMALL_DISK");
     ASSERT_TRUE(disk) << "run this test in the session of scripts/test";
     const clsWorld small{fs::path(disk)};
-    const ImportHook untold("GetDiskFreeSpaceExW", reinterpret_cast<void*>(TellNothing));
+    const clsImportHook untold("GetDiskFreeSpaceExW", reinterpret_cast<void*>(TellNothing));
     int failures = 0;
     INT result = UTIL_FAILED;
     for (std::size_t left = 0; result != UTIL_OK; left += 4096) {
@@ -192,7 +192,7 @@ TEST_P(ZipWhole, ADiskThatIsFullAtAnySizeLeavesOldOrNew) {
         Restore(small);
         const auto free = static_cast<std::size_t>(fs::space(small.Path()).available);
         ASSERT_GE(free, left);
-        writeFile(fs::path(disk) / L"padding", Bytes(free - left, 'p'));
+        WriteBytes(fs::path(disk) / L"padding", Bytes(free - left, 'p'));
         result = GetParam().work(small.Path(), nullptr);
         fs::remove(fs::path(disk) / L"padding");
         EXPECT_TRUE(result == UTIL_OK || result == UTIL_FAILED) << result;
@@ -226,8 +226,8 @@ TEST_P(ZipWhole, WhatWasLeftAnHourAgoGoes) {
                    kept = folder / L"source" / L"~PRF0123ABCD.sav";
     fs::create_directories(left.parent_path());
     for (const fs::path& path : {left, young, kept}) {
-        writeFile(path, "x");
-        setAge(path, path == young ? 59 : 61);
+        WriteBytes(path, "x");
+        SetAge(path, path == young ? 59 : 61);
     }
     if (GetParam().unpacks)
         EXPECT_EQ(UtilExtractZip(world.Archive().c_str(), folder.c_str(), nullptr), UTIL_OK);
@@ -271,10 +271,10 @@ TEST(ZipArchive, StaysAsItWasUnlessItIsClosedAndKept) {
         const UtilZip zip = UtilZIPCreate(world.Archive().c_str(), nullptr);
         EXPECT_EQ(UtilZIPAppend(zip, world.Source().c_str(), nullptr), UTIL_OK);
         EXPECT_FALSE(world.IsNew());
-        const Handle held = openFile(world.Archive(), GENERIC_READ, share);
-        const FakeClock clock;
+        const Handle held = OpenExisting(world.Archive(), GENERIC_READ, share);
+        const clsFakeClock clock;
         const INT result = UtilZIPClose(zip, keep);
-        EXPECT_EQ(FakeClock::now, result == UTIL_NO_ACCESS ? 10000u : 0u);
+        EXPECT_EQ(clsFakeClock::now, result == UTIL_NO_ACCESS ? 10000u : 0u);
         EXPECT_TRUE(world.Temporaries().empty());
         return result;
     };
@@ -299,10 +299,10 @@ BOOL WINAPI WriteNothing(HANDLE, LPCVOID, DWORD, LPDWORD, LPOVERLAPPED) {
 TEST(ZipArchive, FailsForGoodWhenItCannotBeWritten) {
     const clsWorld world;
     const std::wstring large = world.Path() + L"\\large";
-    writeFile(large, noise(200000));
+    WriteBytes(large, noise(200000));
     const UtilZip zip = UtilZIPCreate(world.Archive().c_str(), nullptr);
     {
-        const ImportHook hook("WriteFile", reinterpret_cast<void*>(WriteNothing));
+        const clsImportHook hook("WriteFile", reinterpret_cast<void*>(WriteNothing));
         EXPECT_EQ(UtilZIPAppend(zip, large.c_str(), nullptr), UTIL_FAILED);
     }
     EXPECT_EQ(UtilZIPAppend(zip, large.c_str(), nullptr), UTIL_FAILED);
@@ -318,7 +318,7 @@ TEST(ZipArchive, FailsForGoodWhenItCannotBeWritten) {
 int wmain(int count, wchar_t** arguments) {
     using namespace testing_prof;
     if (count == 4) {
-        const Steps watched(Fault::Die, _wtoi(arguments[2]));
+        const clsSteps watched(Fault::Die, _wtoi(arguments[2]));
         return cases[_wtoi(arguments[1])].work(arguments[3], nullptr) == UTIL_OK ? 0 : 1;
     }
     ::testing::InitGoogleTest(&count, arguments);

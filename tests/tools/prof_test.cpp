@@ -1,0 +1,136 @@
+// What sessions cannot show: bytes that are no text, other processes, the clipboard, help that is the same.
+#include "fixture.h"
+
+#include <algorithm>
+
+namespace prof_test {
+
+using namespace std::string_literals;
+
+namespace {
+
+std::string Utf16(std::u16string_view text) {
+    return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)};
+}
+
+} // namespace
+
+TEST_F(ProfTool, HelpsWithEveryCommand) {
+    EXPECT_NE(MustPrint("--help").find("Exit codes: 0 done, 1 not found"), std::string::npos);
+    for (const std::string words : {"help", "/?", "-?", "-h"})
+        EXPECT_EQ(MustPrint(words), MustPrint("--help"));
+    for (const std::string words : {"help set", "set /?", "set -h"})
+        EXPECT_EQ(MustPrint(words), MustPrint("set --help"));
+    for (const std::string command : {"show", "get", "set", "delete", "lists", "items", "convert", "check"}) {
+        const std::string help = MustPrint(command + " --help");
+        EXPECT_NE(help.find("prof " + command), std::string::npos) << help;
+        EXPECT_NE(help.find("--ini"), std::string::npos) << help;
+    }
+}
+
+TEST_F(ProfTool, ReadsStandardInput) {
+    EXPECT_EQ(MustPrint("show -", Read("office.prf")), MustPrint("show office.prf"));
+    EXPECT_EQ(MustPrint("show - --ini", Read("editor.ini")), MustPrint("show editor.ini"));
+}
+
+TEST_F(ProfTool, KnowsAPlainIniFileByItsContentsAlone) {
+    const std::pair<std::string, const char*> cases[] = {
+        {"\xef\xbb\xbfname=caf\xc3\xa9\n", "/name=caf\xc3\xa9\n"},
+        {"name=caf\xe9\n", "/name=caf\xc3\xa9\n"},
+        {Utf16(u"\xfeff[S]\r\na=1\r\n"), "/S/a=1\n"},
+        {Utf16(u"[S]\r\na=1\r\n"), "/S/a=1\n"}};
+    for (const auto& [contents, shown] : cases) {
+        const scOutcome piped = Prof("show --flat -", contents);
+        EXPECT_EQ(piped.out, shown);
+        EXPECT_EQ(piped.err,
+                  "prof: standard input: is no profile; read as a plain INI file, as with --ini\n");
+    }
+}
+
+TEST_F(ProfTool, CallsNothingAProfileThatIsBinary) {
+    std::string noise(10'000, '\0');
+    std::generate(noise.begin(), noise.end(), [state = 1u]() mutable {
+        return static_cast<char>((state = state * 1664525 + 1013904223) >> 24);
+    });
+    for (const std::string& contents : {noise, "[S]\na=\0\1\2\3\n"s}) {
+        Write("some.prf", contents);
+        for (const std::string arguments : {"check -", "convert some.prf out.prf", "set some.prf a 1"})
+            MustFail(arguments, 4, "its contents are binary", contents);
+    }
+    EXPECT_EQ(Read("out.prf"), "");
+}
+
+TEST_F(ProfTool, TellsWhatItReadWithDoubt) {
+    Write("cut.xml", MustPrint("convert office.prf - --form xml") + Utf16(u"<!-- never closed\r\n"));
+    const scOutcome comment = Prof("show cut.xml");
+    EXPECT_EQ(comment.out.substr(0, 6), "Title=");
+    EXPECT_TRUE(comment.err.starts_with("prof: cut.xml: ") &&
+                comment.err.find("comment") != std::string::npos)
+        << comment.err;
+}
+
+TEST_F(ProfTool, EscapesInShowAndNotInGet) {
+    Write("odd.prf", Utf16(u"\xfeff[/]\r\n{\r\n a=\x241b[1m\x241f \x9b \xd83d\xde00 \xd800!\r\n}\r\n"));
+    EXPECT_EQ(MustPrint("show odd.prf"), "a=\\x1b[1m\\x1f \\x9b \xF0\x9F\x98\x80 \\ud800!\n");
+    EXPECT_EQ(MustPrint("get odd.prf a"), "\x1b[1m\x1f \xc2\x9b \xF0\x9F\x98\x80 \xEF\xBF\xBD!\n");
+}
+
+TEST_F(ProfTool, KeepsTheChangesOfAllWhoChangeAFileAtOnce) {
+    for (const std::string target : {"office.prf", "new.prf --create"}) {
+        std::vector<std::unique_ptr<clsProcess>> others;
+        for (int at = 0; at < 6; ++at)
+            others.push_back(Start("set " + target + " New/Item" + std::to_string(at) + " 1"));
+        for (const auto& other : others) {
+            const scOutcome outcome = other->Finish();
+            EXPECT_EQ(outcome.code, 0u) << outcome.err;
+        }
+        const std::string items = MustPrint("items " + target.substr(0, target.find(' ')) + " New");
+        EXPECT_EQ(std::count(items.begin(), items.end(), '\n'), 6) << items;
+    }
+}
+
+TEST_F(ProfTool, FiltersFromInputToOutput) {
+    const std::string office = Read("office.prf");
+    EXPECT_EQ(MustPrint("convert - -", office), office);
+    EXPECT_EQ(MustPrint("set - Print/Copies 3", office), office);
+    const std::string changed = MustPrint("delete - Title", office);
+    EXPECT_EQ(MustPrint("items - /", changed), "");
+    EXPECT_EQ(MustPrint("lists - /", changed), "Print\nRecent\nRecent\n");
+}
+
+TEST_F(ProfTool, KeepsACompressedProfileCompressed) {
+    MustPrint("convert office.prf packed.prf --compress");
+    EXPECT_LT(Read("packed.prf").size(), Read("office.prf").size());
+    MustPrint("set packed.prf Print/Copies 4");
+    EXPECT_TRUE(Read("packed.prf").starts_with("ZZmQ"));
+    EXPECT_EQ(MustPrint("get packed.prf Print/Copies"), "4\n");
+    MustPrint("convert packed.prf plain.prf");
+    MustPrint("set plain.prf Print/Copies 3");
+    EXPECT_EQ(Read("plain.prf"), Read("office.prf"));
+}
+
+TEST_F(ProfTool, LeavesAReadOnlyFileAlone) {
+    const std::string before = Read("office.prf");
+    SetFileAttributesW(PathOf("office.prf").c_str(), FILE_ATTRIBUTE_READONLY);
+    MustFail("set office.prf Title x", 5, "prof: office.prf: the file is read-only");
+    SetFileAttributesW(PathOf("office.prf").c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(Read("office.prf"), before);
+}
+
+TEST_F(ProfTool, CopiesAndPastesOverTheClipboard) {
+    GetDesktopWindow(); // starts, under Wine, the process of the desktop: prof's would keep prof's pipes open
+    MustPrint("copy office.prf");
+    MustPrint("paste pasted.prf");
+    EXPECT_EQ(Read("pasted.prf"), Read("office.prf"));
+    MustPrint("copy editor.ini");
+    EXPECT_EQ(MustPrint("show -", MustPrint("paste -")), MustPrint("show editor.ini"));
+    const DWORD deadline = GetTickCount() + 10000; // others may look at what is new on the clipboard
+    while (!OpenClipboard(nullptr) && GetTickCount() < deadline)
+        Sleep(1);
+    EmptyClipboard();
+    CloseClipboard();
+    MustFail("paste pasted.prf", 1, "prof: clipboard: holds no profile");
+    EXPECT_EQ(Read("pasted.prf"), Read("office.prf"));
+}
+
+} // namespace prof_test
