@@ -123,7 +123,7 @@ TEST_P(Engine, StopsWhereTheTableStops) {
 
 INSTANTIATE_TEST_SUITE_P(Base64, Engine,
                          testing::ValuesIn(UtilpBase64Engines().begin(), UtilpBase64Engines().end()),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& engine) { return engine.param.name; });
 
 std::u16string Enciphered(std::u16string_view keyText, std::string_view plain) {
     Bytes bytes(plain.begin(), plain.end());

@@ -62,20 +62,20 @@ TEST(HtmlLinks, ThatCrossInALongPage) {
 
 // Where a prefix stays as it is, the rest comes out the same at every place of a block.
 template <class Convert>
-void Check(const char* name, std::size_t mostBefore, Convert convert) {
-    for (const scCaseRow& row : CaseRows(std::string("html/") + name, 2)) {
+void Check(const char* cases, std::size_t mostBefore, Convert convert) {
+    for (const scCaseRow& row : CaseRows(cases, 2)) {
         for (std::size_t before = 0; before <= mostBefore; ++before)
             EXPECT_EQ(convert(Text(before, u'x') + row[0]), Text(before, u'x') + row[1]) << row.where;
     }
 }
 
 TEST(Html, Cases) {
-    Check("masked", 16, Masked);
-    Check("demasked", 16, Demasked);
-    Check("from_text", 0, [](const Text& text) { return Html(text); });
-    Check("from_text_markers", 0, [](const Text& text) { return Html(text, HtmlForm::markers); });
-    Check("to_text", 16, [](const Text& html) { return Plain(html); });
-    Check("to_text_markers", 16, [](const Text& html) { return Plain(html, HtmlForm::markers); });
+    Check("html/masked", 16, Masked);
+    Check("html/demasked", 16, Demasked);
+    Check("html/from_text", 0, [](const Text& text) { return Html(text); });
+    Check("html/from_text_markers", 0, [](const Text& text) { return Html(text, HtmlForm::markers); });
+    Check("html/to_text", 16, [](const Text& html) { return Plain(html); });
+    Check("html/to_text_markers", 16, [](const Text& html) { return Plain(html, HtmlForm::markers); });
 }
 
 // At every place of a block; masking is undone by demasking, unit by unit.
