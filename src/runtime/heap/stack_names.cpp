@@ -1,11 +1,13 @@
 // A frame's module is found by the address alone: the memory manager knows the file that is mapped there.
 // Only the function's name needs the debug-help service, which serves one thread at a time and asks the
 // loader; so it is made ready before locks are taken, and a thread that finds it busy does without the
-// name. Names are kept for a second, because the objects of a report share most of their frames.
+// name. Copies of the library in one process share the service, and take turns by a mutex that they find by
+// its name. Names are kept for a second, because the objects of a report share most of their frames.
 #include "runtime/heap/stack_names.h"
 
 #include "platform/critical_section.h"
 #include "platform/guarded.h"
+#include "platform/owned.h"
 #include "platform/wide.h"
 
 #include <windows.h>
@@ -40,6 +42,40 @@ bool prepared = false;
 DWORD refreshedAt = 0; // milliseconds
 RefreshModules refreshModules = nullptr;
 FromAddress fromAddress = nullptr;
+
+// A turn at the service: this copy's, and then this process's. Lost where another has it.
+class clsServiceTurn {
+  public:
+    clsServiceTurn() noexcept : lock_(serviceLock, std::try_to_lock) {
+        if (!lock_)
+            return;
+        if (!processMutex_)
+            processMutex_ = clsHandle(CreateMutexW(nullptr, FALSE, scName().text));
+        const DWORD waited = WaitForSingleObject(processMutex_.Get(), 0);
+        has_ = waited == WAIT_OBJECT_0 || waited == WAIT_ABANDONED;
+    }
+    ~clsServiceTurn() {
+        if (has_)
+            ReleaseMutex(processMutex_.Get());
+    }
+    clsServiceTurn(const clsServiceTurn&) = delete;
+    clsServiceTurn& operator=(const clsServiceTurn&) = delete;
+
+    explicit operator bool() const noexcept { return has_; }
+
+  private:
+    struct scName {
+        scName() noexcept {
+            _snwprintf(text, std::size(text) - 1, L"tvUT22DebugHelp_%u", GetCurrentProcessId());
+        }
+        wchar_t text[40] = {};
+    };
+
+    static inline clsHandle processMutex_; // guarded by the lock
+
+    std::unique_lock<clsCriticalSection> lock_;
+    bool has_ = false;
+};
 
 // What frames were called of late. The objects of a report share most of their frames, and each takes the
 // service a tenth of a millisecond.
@@ -135,8 +171,8 @@ void PutFunction(clsDiagnosticLine& line, const void* address) noexcept {
     auto ask = [&] {
         found = fromAddress(GetCurrentProcess(), reinterpret_cast<UINT_PTR>(address), &offset, symbol);
     };
-    const std::unique_lock lock(serviceLock, std::try_to_lock);
-    if (!lock || !fromAddress || PlatformGuarded(ask) != 0 || !found)
+    const clsServiceTurn turn;
+    if (!turn || !fromAddress || PlatformGuarded(ask) != 0 || !found)
         return;
     line.Put(u" ")
         .Put(FromWide(std::wstring_view(symbol->Name)))
@@ -153,8 +189,8 @@ void UtilpWantStackNames() noexcept {
 void UtilpPrepareStackNames() noexcept {
     if (!wanted.load(std::memory_order_relaxed) || !UtilpDiagnosticsOn())
         return;
-    const std::unique_lock lock(serviceLock, std::try_to_lock);
-    if (!lock)
+    const clsServiceTurn turn;
+    if (!turn)
         return;
     const DWORD now = GetTickCount();
     if (!prepared)
