@@ -115,6 +115,7 @@ void clsZIPReader::Unpack(const scZipEntry& entry, const clsZipPasswords& passwo
     UtilpRequire(entry.packed >= around, ZipFault::damaged);
     clsPackedData data(window_, at + head, entry.packed - around, cipher.get());
     clsContents contents(entry, sink);
+    sink.Extend(entry.bytes);
     if (entry.method == zipmethod::stored)
         Copy(data, contents);
     else
