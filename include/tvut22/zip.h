@@ -92,8 +92,9 @@ typedef struct UtilZipOptions {
  *            told after each 1 MiB of it and at its end.
  *
  * Result     the archive, to be closed with UtilZIPClose; 0 when it cannot be begun, and the last-error value
- *            tells why: ERROR_INVALID_PARAMETER for a bad argument, ERROR_ACCESS_DENIED for a file that is
- *            read-only or a folder, or the system's reason. At most 1,024 are open at a time.
+ *            says why: ERROR_INVALID_PARAMETER for a bad argument, ERROR_INVALID_NAME for a name that no file
+ *            can have, ERROR_ACCESS_DENIED for a file that is read-only or a folder, or the system's reason.
+ *            At most 1,024 are open at a time.
  */
 TVUT22_API UtilZip TVUT22_CALL UtilZIPCreate(const wchar_t* file, const UtilZipOptions* options);
 
