@@ -3,9 +3,8 @@
 // them has left the block.
 #include "zip/entry_packer.h"
 
+#include "text/bytes/crc32.h"
 #include "zip/zip_fault.h"
-
-#include <zlib.h>
 
 #include <array>
 
@@ -59,8 +58,7 @@ void clsEntryPacker::Read() {
         isWhole_ = count == 0;
     }
     read_ += filled_;
-    crc_ = static_cast<std::uint32_t>(
-        crc32(crc_, reinterpret_cast<const Bytef*>(input_.get()), static_cast<uInt>(filled_)));
+    crc_ = UtilpCrc32(crc_, input_.get(), filled_);
 }
 
 std::size_t clsEntryPacker::ReadSome() {

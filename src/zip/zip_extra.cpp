@@ -1,8 +1,7 @@
 #include "zip/zip_extra.h"
 
+#include "text/bytes/crc32.h"
 #include "zip/zip_records.h"
-
-#include <zlib.h>
 
 namespace tvut {
 
@@ -125,8 +124,7 @@ std::optional<std::string_view> clsEntryExtras::UnicodeName(std::string_view hea
     std::string_view data = unicodeName_;
     const auto version = Take<std::uint8_t>(data);
     const auto crc = Take<std::uint32_t>(data);
-    const auto* const name = reinterpret_cast<const Bytef*>(headerName.data());
-    if (version != 1 || data.empty() || crc != crc32(0, name, static_cast<uInt>(headerName.size())))
+    if (version != 1 || data.empty() || crc != UtilpCrc32(0, headerName.data(), headerName.size()))
         return {};
     return data;
 }
