@@ -1,6 +1,7 @@
 #include "temporary.h"
 
 #include "exit_code.h"
+#include "interrupt.h"
 #include "system_reason.h"
 #include "text_io.h"
 
@@ -50,12 +51,13 @@ void CopyInputTo(const std::wstring& path) {
     const OwnedFile file = Open(path, GENERIC_WRITE);
     std::vector<char> piece(pieceBytes);
     for (;;) {
+        StopIfInterrupted();
         DWORD count = 0, written = 0;
         if (!ReadFile(GetStdHandle(STD_INPUT_HANDLE), piece.data(), pieceBytes, &count, nullptr) &&
             GetLastError() != ERROR_BROKEN_PIPE) // the writer's end of a pipe was closed: the end
             throw scFailure{ExitCode::cannotOpen, "standard input", SystemReason(GetLastError())};
         if (count == 0)
-            return;
+            return StopIfInterrupted(); // which may have ended the reading
         if (!WriteFile(file.get(), piece.data(), count, &written, nullptr))
             throw scFailure{ExitCode::cannotSave, "temporary file", SystemReason(GetLastError())};
     }
@@ -65,6 +67,7 @@ void CopyToOutput(const std::wstring& path) {
     const OwnedFile file = Open(path, GENERIC_READ);
     std::vector<char> piece(pieceBytes);
     for (;;) {
+        StopIfInterrupted();
         DWORD count = 0;
         if (!ReadFile(file.get(), piece.data(), pieceBytes, &count, nullptr))
             throw scFailure{ExitCode::cannotOpen, "temporary file", SystemReason(GetLastError())};
