@@ -2,6 +2,7 @@
 
 #include "exit_code.h"
 #include "interrupt.h"
+#include "owned.h"
 #include "system_reason.h"
 #include "text_io.h"
 
@@ -9,25 +10,18 @@
 
 #include <windows.h>
 
-#include <memory>
 #include <vector>
 
 namespace tool::tvut {
 
 namespace {
 
-struct CloseFile {
-    using pointer = HANDLE;
-    void operator()(HANDLE handle) const { CloseHandle(handle); }
-};
-using OwnedFile = std::unique_ptr<void, CloseFile>;
-
-OwnedFile Open(const std::wstring& path, DWORD access) {
-    const HANDLE handle =
-        CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (handle == INVALID_HANDLE_VALUE)
+clsHandle Open(const std::wstring& path, DWORD access) {
+    clsHandle file =
+        FileHandle(CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (!file)
         throw scFailure{ExitCode::cannotOpen, "temporary file", SystemReason(GetLastError())};
-    return OwnedFile{handle};
+    return file;
 }
 
 constexpr DWORD pieceBytes = 64 * 1024;
@@ -48,7 +42,7 @@ clsTemporary::~clsTemporary() {
 }
 
 void CopyInputTo(const std::wstring& path) {
-    const OwnedFile file = Open(path, GENERIC_WRITE);
+    const clsHandle file = Open(path, GENERIC_WRITE);
     std::vector<char> piece(pieceBytes);
     for (;;) {
         StopIfInterrupted();
@@ -64,7 +58,7 @@ void CopyInputTo(const std::wstring& path) {
 }
 
 void CopyToOutput(const std::wstring& path) {
-    const OwnedFile file = Open(path, GENERIC_READ);
+    const clsHandle file = Open(path, GENERIC_READ);
     std::vector<char> piece(pieceBytes);
     for (;;) {
         StopIfInterrupted();
