@@ -1,3 +1,7 @@
+// Nobody vouches for these fields: a list ends at the first one that reaches beyond it, and a number that a
+// field is too short for is missing. Where a field is repeated, the first one counts for numbers, names and
+// the cipher, so that nothing that follows changes what was checked. NTFS times are finer than Unix times and
+// go before them.
 #include "zip/zip_extra.h"
 
 #include "text/bytes/crc32.h"
