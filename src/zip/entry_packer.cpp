@@ -69,7 +69,7 @@ std::size_t clsEntryPacker::ReadSome() {
     }
 }
 
-// Of what was packed before this piece: the end of the entry is told once all of it is in place.
+// Of what was packed before this piece: the end of the entry is shown once all of it is in place.
 void clsEntryPacker::TellProgress() {
     if (read_ - told_ < progressBytes)
         return;

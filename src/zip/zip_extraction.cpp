@@ -83,7 +83,7 @@ class clsZIPExtraction::clsTargetSink final : public clsByteSink {
 
     void Extend(std::uint64_t bytes) override { bytes_ = bytes; }
     void Write(const void* data, std::size_t bytes) override {
-        if (bytes != 0 && done_ - told_ >= progressBytes) // the end is told once the file is in place
+        if (bytes != 0 && done_ - told_ >= progressBytes) // the end is shown once the file is in place
             extraction_.TellProgress(index_, told_ = done_);
         if (IclsTargetFile* const file = File())
             CallFile([&] { file->Write(data, bytes); });
