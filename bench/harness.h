@@ -46,7 +46,7 @@ double PerCall(std::size_t calls, Function&& function) {
 // Keeps the optimizer from dropping a computation whose result nobody reads.
 void Consume(std::size_t value);
 
-// One round of work; gives the nanoseconds that count, so that setting up and tidying up need not.
+// One round of work; returns the nanoseconds that count, so that setting up and tidying up need not.
 using Round = std::function<double()>;
 
 // Runs each contender `rounds` times, interleaved and in turning order, after one round that is not

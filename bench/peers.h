@@ -1,5 +1,5 @@
-// The peers that live in other libraries, behind plain calls: their headers bring their own warnings
-// and definitions, which stay in the one source file each.
+// The peers that live in other libraries, called through plain functions: their headers bring their own
+// warnings and definitions, which stay in the one source file each.
 #pragma once
 
 #include <cstddef>

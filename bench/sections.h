@@ -30,7 +30,7 @@ void MeasurePool(const scSettings& settings, clsReport& report);
 void MeasureLocale(const scSettings& settings, clsReport& report);
 
 // The part of the memory section that runs in a process of its own: opens the file the named way and
-// gives the bytes that this added. Throws clsBenchError.
+// returns the bytes that this added. Throws clsBenchError.
 std::size_t ProbeMemory(const std::string& way, const std::wstring& path);
 
 // The same for embedding a file: the most bytes that it took at a time.

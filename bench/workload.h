@@ -22,7 +22,7 @@ using Work = std::vector<scWorkList>;
 // The same at every call.
 Work MakeWork();
 
-// The text form of a profile, with its byte-order mark, to the byte what saving it gives.
+// The text form of a profile, with its byte-order mark, to the byte what saving it writes.
 std::wstring ProfileText(const Work& work);
 
 // <list name="..."><item name="...">value</item>...: no declaration, no white space between elements.

@@ -1,8 +1,10 @@
-# What "cmake --install" gives, and the package to download holds: bin, lib (import libraries of MinGW and MSVC,
-# and the list to make others from), include, the files for find_package, docs and examples. Pages lie as they do in the repository, so their links hold.
+# What "cmake --install" installs, and the package to download holds: bin, lib (import libraries of MinGW and MSVC,
+# and the list to make others from), include, the files for find_package, docs and examples. Pages lie as they do in
+# the repository, so their links hold.
 include(CMakePackageConfigHelpers)
 
-install(TARGETS tvUT22 prof tvut logpan logpan_console RUNTIME DESTINATION bin)
+set(installed_programs tvUT22 prof tvut logpan logpan_console)
+install(TARGETS ${installed_programs} RUNTIME DESTINATION bin)
 install(FILES ${PROJECT_BINARY_DIR}/lib/libtvUT22.a ${PROJECT_BINARY_DIR}/lib/tvUT22.lib DESTINATION lib)
 install(FILES ${PROJECT_SOURCE_DIR}/src/exports/tvut22.def DESTINATION lib RENAME tvUT22.def)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/tvut22 DESTINATION include)

@@ -10,4 +10,4 @@ add_custom_target(
           ${PROJECT_SOURCE_DIR}/build/package/${package_name}.zip
   COMMENT "Packing ${package_name}.zip"
   VERBATIM)
-add_dependencies(package_zip tvUT22 tvut22_import_library prof tvut logpan logpan_console)
+add_dependencies(package_zip ${installed_programs} tvut22_import_library)

@@ -59,7 +59,7 @@ void MakeGivenArchives() {
     }
 }
 
-// Removes temporary files wherever they are; gives how many there were.
+// Removes temporary files wherever they are; returns how many there were.
 int RemoveTemporaries() {
     std::vector<fs::path> found;
     for (const auto& entry : fs::recursive_directory_iterator("."))

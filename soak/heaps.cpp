@@ -3,7 +3,7 @@
 // Threads share one heap and have one each. Now and then an object is overrun, freed twice, or freed on the
 // wrong heap; each time the call must say so. At the end of a round every heap's own counts must be those
 // kept here, the log must hold one report for each damage, and no round may leave more of the library's
-// memory behind than the first one did.
+// memory used than the first one did.
 #include "workloads.h"
 
 #include <tvut22/util.h>

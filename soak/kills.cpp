@@ -42,7 +42,7 @@ tvut22::profile MakeProfile(INT generation) {
     return job;
 }
 
-// As the file tells it: not every form is read back as it was saved, but all are told apart by this.
+// As the file has it: not every form is read back as it was saved, but all differ in this.
 INT ToldGeneration(const std::wstring& file, const scForm& form) {
     if (form.flags == PROF_FORM_XFDF) {
         const std::string text = testing_prof::ReadBytes(file);

@@ -16,7 +16,7 @@ namespace soak {
 
 namespace {
 
-// Takes all address space but so many blocks of 64 KB.
+// Takes all address space but a number of blocks of 64 KB.
 class clsFullSpace {
   public:
     explicit clsFullSpace(clsRun& run) {

@@ -39,7 +39,7 @@ class clsRun {
     // Moves a file to where what is found stays.
     void Keep(const std::filesystem::path& file) const;
 
-    // Prints the figures in one line; gives the number of things found.
+    // Prints the figures in one line; returns the number of things found.
     int Report(const char* workload) const;
 
   private:

@@ -12,7 +12,7 @@ namespace soak {
 
 namespace {
 
-// Takes up so many bytes of the disk, as far as there are so many.
+// Takes up a number of bytes of the disk, or all where fewer are free.
 class clsPadding {
   public:
     clsPadding(const std::wstring& path, unsigned bytes)

@@ -15,7 +15,7 @@ void RunLoading(clsRun& run);
 void RunLowMemory(clsRun& run);
 void RunSmallDisk(clsRun& run);
 
-// Each takes the words after its name; what it gives is the process's exit code.
+// Each takes the words after its name; what it returns is the process's exit code.
 int PlayCrowd(std::span<char*> words);
 int PlayPacker(std::span<char*> words);
 int PlaySaver(std::span<char*> words);

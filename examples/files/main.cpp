@@ -5,7 +5,7 @@
 
 namespace {
 
-// A string that a call gives back.
+// A string that a call returns.
 class Text {
   public:
     Text() = default;

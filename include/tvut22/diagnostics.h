@@ -57,7 +57,7 @@ TVUT22_API void TVUT22_CALL UtilAssert(const wchar_t* expression, const wchar_t*
 /* Viewers are found without asking, at most a second after they have started; these two are for programs
  * that want it at once, or want it over.
  * UtilLOGPAN4Attach looks for a viewer now. Result: TRUE when there is one.
- * UtilLOGPAN4Detach gives the connection up. The next look is a second later. */
+ * UtilLOGPAN4Detach ends the connection. The next look is a second later. */
 TVUT22_API BOOL TVUT22_CALL UtilLOGPAN4Attach(void);
 TVUT22_API void TVUT22_CALL UtilLOGPAN4Detach(void);
 

@@ -14,12 +14,12 @@
  * Objects  cost 4 bytes each, DEBUG objects 32 and a record of 360 bytes for their call stack. Payloads
  *          are aligned to 4 bytes.
  * Null     heap 0 stands for the C runtime's allocator where a call says so; elsewhere it does nothing
- *          and gives UTIL_OK.
+ *          and returns UTIL_OK.
  * Threads  any thread may call: one lock for the process is held for the whole of a call.
  * Reports  appear while diagnostic output is on (UtilGetFlags); results do not depend on it. Frees fill
  *          what they free with 0xCC while it is on.
  * Damage   that has reached the system's own structures can make the system fail within a call: the call
- *          is answered like any other on a damaged object, and that heap is not entered again: it gives
+ *          is answered like any other on a damaged object, and that heap is not entered again: it allocates
  *          no memory and takes none back until it is deleted.
  */
 #ifndef TVUT22_HEAPS_H
@@ -78,8 +78,8 @@ TVUT22_API INT TVUT22_CALL UtilHeapValidate(UtilHeap heap, void* payload, UINT r
 TVUT22_API INT TVUT22_CALL UtilHeapShrink(UtilHeap heap, UINT reserved);
 
 /* The size in bytes of the last block in use that a walk over the heap meets.
- * Where the system cannot walk, UtilHeapSize gives the sum of the DEBUG objects' payloads and
- * UtilHeapSizeObjects gives UTIL_HEAP_NOT_SUPPORTED; UtilHeapSize does so for heaps that are not DEBUG.
+ * Where the system cannot walk, UtilHeapSize returns the sum of the DEBUG objects' payloads and
+ * UtilHeapSizeObjects returns UTIL_HEAP_NOT_SUPPORTED; UtilHeapSize does so for heaps that are not DEBUG.
  * UTIL_HEAP_CORRUPTED when a walk does not meet every object, UTIL_HEAP_FAILED for a handle that is no
  * heap's. */
 TVUT22_API INT TVUT22_CALL UtilHeapSize(UtilHeap heap);

@@ -20,7 +20,7 @@
  *            0 (ANSI) when it has none of them: Latin, digits, marks, other scripts.
  *          Ideographs U+4E00 to U+9FAF, which several languages write, and letters of two or more of these
  *          scripts in one text are decided by the ANSI code page that the process had when the library was
- *          loaded: 932 gives 128 (Shift-JIS), 936 gives 134 (GB 2312), 949 gives 129 (Hangul), 950 gives
+ *          loaded: 932 is 128 (Shift-JIS), 936 is 134 (GB 2312), 949 is 129 (Hangul), 950 is
  *          136 (Big5), any other 0. Ideographs U+3400 to U+4DFF count as Korean. PROF_OPTION_CODE_PAGE has
  *          no part in it.
  */

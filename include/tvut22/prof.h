@@ -141,7 +141,7 @@ TVUT22_API ProfJob TVUT22_CALL ProfJobOpenW(const wchar_t* fileName);
  * meanwhile others may only read it. The file is created when it does not exist.
  *
  * Parameters, result and errors as ProfJobOpen, but a file that cannot be opened for a reason other
- * than sharing gives PROF_EXCLUSIVE_FAILED, and a file whose contents could not be loaded is closed.
+ * than sharing returns PROF_EXCLUSIVE_FAILED, and a file whose contents could not be loaded is closed.
  */
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenExclusiveA(const char* fileName);
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenExclusiveW(const wchar_t* fileName);
@@ -151,7 +151,7 @@ TVUT22_API ProfJob TVUT22_CALL ProfJobOpenExclusiveW(const wchar_t* fileName);
  * stream  any IStream; null opens an empty profile. It is used during the call only. One that cannot
  *         seek is read from where it stands.
  *
- * Result  as ProfJobOpen; a stream that fails to read gives PROF_LOCKED.
+ * Result  as ProfJobOpen; a stream that fails to read returns PROF_LOCKED.
  */
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStream(IStream* stream);
 
@@ -335,8 +335,8 @@ TVUT22_API INT TVUT22_CALL ProfDebugList(ProfJob job, ProfList list);
 TVUT22_API void TVUT22_CALL ProfDeleteItemA(ProfJob job, ProfList list, const char* path);
 TVUT22_API void TVUT22_CALL ProfDeleteItemW(ProfJob job, ProfList list, const wchar_t* path);
 
-/* Append adds an item at the end of its list, whatever is there. Set gives the first item of that
- * name a new value in its place, or appends one. Both create the lists on the way that are missing.
+/* Append adds an item at the end of its list, whatever is there. Set puts a new value in the
+ * place of the first item of that name, or appends one. Both create the lists on the way that are missing.
  * A null value text is the empty text; a null point or rectangle adds nothing.
  *
  * Type      Stored text
@@ -602,7 +602,7 @@ TVUT22_API INT TVUT22_CALL ProfAppendFilesW(ProfJob job, ProfList list, const wc
  *
  * Result  PROF_OK when every entry was written; PROF_SAVE_FAILED when the folder could not be made, which
  *         ends the call, or an entry was skipped: each is reported by a diagnostic line and keeps none of the
- *         others from being written; GetLastError gives the last reason; PROF_NOT_FOUND for an invalid
+ *         others from being written; GetLastError returns the last reason; PROF_NOT_FOUND for an invalid
  *         list.
  */
 TVUT22_API INT TVUT22_CALL ProfExtractFilesA(ProfJob job, ProfList list, const char* folder, const char* key);
@@ -633,13 +633,13 @@ TVUT22_API void TVUT22_CALL ProfLPSTRtoCOLORREFW(const wchar_t* text, COLORREF* 
 
 /* ---- Library ------------------------------------------------------------------------------- */
 
-/* The version: 0 gives 5642 (major * 256 + minor), 1 the major number 22, 2 the minor number 10, any
+/* The version: 0 returns 5642 (major * 256 + minor), 1 the major number 22, 2 the minor number 10, any
  * other selector -1. */
 TVUT22_API INT TVUT22_CALL ProfGetVersion(INT selector);
 
 /* Sets an option of the process (low 16 bits of the value); unknown options are ignored. Any thread;
  * a change is seen by calls that begin after it. PROF_OPTION_CODE_PAGE keeps whatever it is set to; 0, and a
- * code page that the system does not know, converts as the process's own, which GetACP gives. */
+ * code page that the system does not know, converts as the process's own, which GetACP returns. */
 TVUT22_API void TVUT22_CALL ProfSetOption(UINT option, UINT value);
 
 /* Reads an option of the process; 0 for an unknown option. Any thread. */

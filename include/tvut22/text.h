@@ -192,7 +192,7 @@ TVUT22_API INT TVUT22_CALL UtilConvertStringToBLOB(const wchar_t* text, void* de
  */
 TVUT22_API INT TVUT22_CALL UtilConvertStringToStream(const wchar_t* text, IStream* stream);
 
-/* Text to a global memory block of exactly its bytes, movable; a text that is refused gives an empty
+/* Text to a global memory block of exactly its bytes, movable; a text that is refused makes an empty
  * block.
  *
  * out     receives the block, to be released with GlobalFree; null when the result is not 0

@@ -12,7 +12,7 @@
  * Open, Add and Abort may be called from a DllMain; jobs begin when the loader is free. Finalize and Close do
  * not wait on a thread that is in a DllMain: any job may need the loader, and would wait for that thread.
  *
- * Once the process is being shut down, from when its other threads are gone, every call gives UTIL_OK at
+ * Once the process is being shut down, from when its other threads are gone, every call returns UTIL_OK at
  * once, Open 0 and Add UTIL_CANCELLED, and calls nothing. A pool that nobody closed is no error then.
  *
  * While a pool is open the library stays loaded, so that no FreeLibrary takes the code from under a job.
@@ -68,7 +68,7 @@ TVUT22_API UtilThreadPool TVUT22_CALL UtilThreadPoolOpen(const wchar_t* name, UI
  *
  * Result     UTIL_OK            the pool has the job
  *            UTIL_BAD_ARGUMENT  no open pool; job is null
- *            UTIL_FAILED        the system gives no thread or no memory
+ *            UTIL_FAILED        the system has no thread or no memory
  *            UTIL_TOO_LARGE     1,048,576 jobs are waiting
  *            UTIL_CANCELLED     the pool was aborted and not finalised since, or is being closed
  */
@@ -106,7 +106,7 @@ TVUT22_API INT TVUT22_CALL UtilThreadPoolFinalize(UtilThreadPool pool, UINT mill
 
 /* Closes a pool: aborts it, waits without end as Finalize does, and makes the handle invalid. While it waits,
  * others that call Add get UTIL_CANCELLED, and others that call Finalize or Close wait with it; such a Close
- * gives UTIL_BAD_ARGUMENT.
+ * returns UTIL_BAD_ARGUMENT.
  *
  * pool       a pool, or 0
  *

@@ -1,4 +1,4 @@
-// tvUT22 for C++: owners for its handles, and its heaps behind what C++ allocates with.
+// tvUT22 for C++: owners for its handles, and its heaps as what C++ allocates with.
 //
 // Everything here is inline, over the C headers; C++17 and later.
 #ifndef TVUT22_TVUT22_HPP

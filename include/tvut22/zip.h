@@ -37,7 +37,7 @@ typedef struct UtilZipObject* UtilZip;
 #define UTIL_ZIP_IS_ENCRYPTED 0x2u
 #define UTIL_ZIP_IS_LINK 0x4u      /* a symbolic link of another system, which is never made */
 #define UTIL_ZIP_IS_RENAMED 0x8u   /* the target differs from the name: Windows could not have it */
-#define UTIL_ZIP_IS_QUESTION 0x10u /* asks whether the entry is wanted; without it progress is told */
+#define UTIL_ZIP_IS_QUESTION 0x10u /* asks whether the entry is wanted; without it this is progress */
 
 /* An entry as a callback is shown it; all of it holds until the callback returns. 56 bytes. */
 typedef struct UtilZipEntry {
@@ -89,11 +89,12 @@ typedef struct UtilZipOptions {
  *
  * file       where the archive will be
  * options    null: compressed, without password and callback. The callback is asked before each entry, and
- *            told after each 1 MiB of it and at its end.
+ *            called after each 1 MiB of it and at its end.
  *
  * Result     the archive, to be closed with UtilZIPClose; 0 when it cannot be begun, and the last-error value
- *            tells why: ERROR_INVALID_PARAMETER for a bad argument, ERROR_ACCESS_DENIED for a file that is
- *            read-only or a folder, or the system's reason. At most 1,024 are open at a time.
+ *            says why: ERROR_INVALID_PARAMETER for a bad argument, ERROR_INVALID_NAME for a name that no file
+ *            can have, ERROR_ACCESS_DENIED for a file that is read-only or a folder, or the system's reason.
+ *            At most 1,024 are open at a time.
  */
 TVUT22_API UtilZip TVUT22_CALL UtilZIPCreate(const wchar_t* file, const UtilZipOptions* options);
 
@@ -163,7 +164,7 @@ TVUT22_API INT TVUT22_CALL UtilZIPClose(UtilZip zip, BOOL keep);
 
 /* Lists, tests or unpacks an archive. In this order: the directory is read and checked, the callback is asked
  * for each entry, the sizes of those wanted are held against the limit and the free space; nothing is written
- * before. Then each wanted entry is unpacked, the callback told after each 1 MiB of it and at its end.
+ * before. Then each wanted entry is unpacked, the callback called after each 1 MiB of it and at its end.
  *
  * A file appears with its whole contents, checked, its times, and its attributes read-only and hidden, or not
  * at all; one that is there is replaced. An entry that fails writes nothing and does not keep the others from

@@ -1,4 +1,4 @@
-// The frame of exports that give a result of results.h: what every family after the first ones shares.
+// The frame of exports that return a result of results.h: what every family after the first ones shares.
 #pragma once
 
 #include "exports/guard.h"

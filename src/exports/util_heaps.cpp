@@ -16,6 +16,20 @@ using namespace tvut;
 
 namespace {
 
+// The core knows no public header of this family.
+static_assert(HeapFlag::zero == UTIL_HEAP_ZERO && HeapFlag::fill == UTIL_HEAP_FILL &&
+              HeapFlag::noStack == UTIL_HEAP_NO_STACK && HeapFlag::unserialised == UTIL_HEAP_UNSERIALISED &&
+              HeapFlag::exceptions == UTIL_HEAP_EXCEPTIONS && HeapFlag::neverDebug == UTIL_HEAP_NEVER_DEBUG &&
+              HeapFlag::silentDelete == UTIL_HEAP_SILENT_DELETE && HeapFlag::debug == UTIL_HEAP_DEBUG);
+
+constexpr bool Is(HeapResult result, INT number) {
+    return static_cast<INT>(result) == number;
+}
+static_assert(Is(HeapResult::success, UTIL_OK) && Is(HeapResult::failed, UTIL_HEAP_FAILED) &&
+              Is(HeapResult::corrupted, UTIL_HEAP_CORRUPTED) &&
+              Is(HeapResult::badObject, UTIL_HEAP_BAD_OBJECT) &&
+              Is(HeapResult::notSupported, UTIL_HEAP_NOT_SUPPORTED));
+
 clsHeapNode* FromHandle(UtilHeap heap) noexcept {
     return reinterpret_cast<clsHeapNode*>(heap);
 }

@@ -17,6 +17,9 @@ using namespace tvut;
 
 namespace {
 
+static_assert(static_cast<UINT>(clsModuleNode::traceFlag) == UTIL_JOB_TRACE &&
+              static_cast<UINT>(clsModuleNode::debugHeapsFlag) == UTIL_JOB_DEBUG_HEAPS);
+
 constexpr UINT version[] = {majorVersion << 16 | minorVersion, majorVersion, minorVersion, 0};
 
 clsModuleNode* FromHandle(UtilJob job) noexcept {

@@ -210,7 +210,7 @@ INT TVUT22_CALL UtilZIPAppendStream(UtilZip zip, IStream* stream, const wchar_t*
     });
 }
 
-// Within a callback of a call that is at work, the archive cannot be completed: that call gives it up when it
+// Within a callback of a call that is at work, the archive cannot be completed: that call abandons it when it
 // is done.
 INT TVUT22_CALL UtilZIPClose(UtilZip zip, BOOL keep) {
     if (!zip)

@@ -1,3 +1,6 @@
+// Collapsing compares the path with every folder of the table and takes the longest that it begins with, by
+// whole components: <Documents> mostly lies in <Profile>. Expanding takes the token's folder as it is now, so
+// that a stored path follows its user. Neither asks the disk whether the rest is there.
 #include "files/folder_tokens.h"
 
 #include "files/path_root.h"

@@ -1,3 +1,7 @@
+// The order of the steps makes the result a name, and the same name when it is made again: first each
+// character that no name may hold, then the edges, then the mark of a device's name, and the cut last,
+// because all of the steps before can change the length. A cut never divides a character, and what it bares
+// at the end goes, too.
 #include "files/make_name.h"
 
 #include "files/file_name.h"
@@ -64,7 +68,7 @@ std::u16string_view WithoutEdges(std::u16string_view name) {
     return WithoutEnd(name);
 }
 
-// The longest beginning of at most so many units that ends with a whole character.
+// The longest beginning of at most this many units that ends with a whole character.
 std::u16string_view Beginning(std::u16string_view text, std::size_t most) {
     if (most < text.size() && most > 0 && IsPairAt(text, most - 1))
         --most;

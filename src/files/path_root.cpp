@@ -1,3 +1,6 @@
+// A root is found by its first characters alone, since the system decides by them, too: a drive, one
+// separator, or two. After two come a share, of which server and name belong to the root, or \\?\ and
+// \\.\ with one component, where \\?\UNC\ stands for the two of a share.
 #include "files/path_root.h"
 
 namespace tvut {

@@ -1,3 +1,4 @@
+// The file stands in the target's folder, since a rename is one step only within a volume.
 #include "platform/beside_file.h"
 
 #include "platform/exception.h"

@@ -1,3 +1,6 @@
+// A listing asks the system for many entries a call and for no short names. A folder that is any reparse
+// point counts as a link and is not entered; a file only when it is a symbolic link, since the contents of
+// other reparse points are the file's own.
 #include "platform/file_finder.h"
 
 #include "platform/exception.h"

@@ -1,3 +1,6 @@
+// The system does not say who holds the loader's lock, but the process block has the lock's address, at a
+// place that has not moved in 32-bit processes since Windows NT, and ntdll says who owns a critical section.
+// Where either is missing the answer is no, as for a program that never asks.
 #include "platform/loader.h"
 
 #include <atomic>

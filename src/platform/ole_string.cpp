@@ -1,3 +1,5 @@
+// A string that is there is reallocated rather than replaced: callers keep theirs for the next call, and the
+// OLE allocator keeps a block that is large enough.
 #include "platform/ole_string.h"
 
 #include "platform/wide.h"

@@ -39,7 +39,7 @@ class IclsPoolThreads {
   public:
     virtual ~IclsPoolThreads() = default;
 
-    // Sees to it that there are so many threads, and keeps them from now on. False: the system gives less.
+    // Sees to it that there are this many threads, and keeps them from now on. False: the system has fewer.
     virtual bool Keep(unsigned threads) noexcept = 0;
 
     // All threads may end when they have been idle for some seconds.
@@ -49,12 +49,12 @@ class IclsPoolThreads {
     virtual void Start() noexcept = 0;
 };
 
-// Threads for a runner, so many at most; none is started. Null: no memory. While they are there the library
+// Threads for a runner, at most this many; none is started. Null: no memory. While they are there the library
 // is.
 std::unique_ptr<IclsPoolThreads> PlatformMakePoolThreads(IclsPoolRunner& runner, unsigned most,
                                                          bool background) noexcept;
 
-// A moment that one thread waits for. Where the system gives no object to wait with, the thread looks now and
+// A moment that one thread waits for. Where the system has no object to wait with, the thread looks now and
 // then.
 class clsPoolSignal {
   public:

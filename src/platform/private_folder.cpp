@@ -1,3 +1,6 @@
+// The rights are part of making the folder: set afterwards, there would be a moment in which others could
+// open it. They are protected, so that nothing is inherited from the folder around it. A thread that acts for
+// somebody else would make and remove files in that one's name; it acts for the process meanwhile.
 #include "platform/private_folder.h"
 
 #include "platform/owned.h"

@@ -15,6 +15,9 @@ bool PlatformHasSsse3() noexcept {
 bool PlatformHasAvx2() noexcept {
     return false;
 }
+bool PlatformHasClmul() noexcept {
+    return false;
+}
 
 #elif defined(__GNUC__)
 
@@ -26,6 +29,10 @@ bool PlatformHasSsse3() noexcept {
 bool PlatformHasAvx2() noexcept {
     __builtin_cpu_init();
     return __builtin_cpu_supports("avx2") != 0;
+}
+bool PlatformHasClmul() noexcept {
+    __builtin_cpu_init();
+    return __builtin_cpu_supports("pclmul") != 0;
 }
 
 #else
@@ -49,6 +56,9 @@ bool PlatformHasSsse3() noexcept {
 bool PlatformHasAvx2() noexcept {
     constexpr unsigned long long bothHalves = 6;
     return Bit(1, 2, 27) && (_xgetbv(0) & bothHalves) == bothHalves && Bit(7, 1, 5);
+}
+bool PlatformHasClmul() noexcept {
+    return Bit(1, 2, 1);
 }
 
 #endif

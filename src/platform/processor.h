@@ -9,15 +9,18 @@
 #ifdef __GNUC__
 #define TVUT_FOR_SSSE3 __attribute__((target("ssse3")))
 #define TVUT_FOR_AVX2 __attribute__((target("avx2")))
+#define TVUT_FOR_CLMUL __attribute__((target("pclmul")))
 #else // any function may use any instruction
 #define TVUT_FOR_SSSE3
 #define TVUT_FOR_AVX2
+#define TVUT_FOR_CLMUL
 #endif
 #endif
 
 namespace tvut {
 
 bool PlatformHasSsse3() noexcept;
-bool PlatformHasAvx2() noexcept; // and the system keeps its registers
+bool PlatformHasAvx2() noexcept;  // and the system keeps its registers
+bool PlatformHasClmul() noexcept; // PCLMULQDQ
 
 } // namespace tvut

@@ -1,3 +1,6 @@
+// What the owner has set on the old file is copied just before the rename, when the new one is complete: a
+// failure on the way has changed nothing. Access rights are set only where they differ from what both
+// inherit from the folder, because setting them would end the inheritance.
 #include "platform/replacement.h"
 
 #include "platform/exception.h"

@@ -3,7 +3,7 @@
 //
 // What is held so shortly is free again after a few looks; asking the system to wait would cost ten times
 // more. A holder that has lost its processor gets it back, whatever its priority: who finds the lock taken
-// gives way after some looks, and sleeps after some more.
+// yields after some looks, and sleeps after some more.
 #pragma once
 
 #include <atomic>

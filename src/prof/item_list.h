@@ -86,7 +86,7 @@ class clsItemList {
     // Closes all gaps and returns where the entry at a place, or the first one after it, stands then.
     std::uint32_t CloseGaps(clsSlab& slab, std::uint32_t place) noexcept;
 
-    // Forgets all entries and gives the memory back.
+    // Forgets all entries and returns the memory.
     void Free(clsSlab& slab) noexcept;
 
     // A walk over fewer entries costs no more than a look into an index.

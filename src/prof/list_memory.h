@@ -19,7 +19,7 @@ class clsListMemory {
     clsListMemory(clsSlab& slab, std::size_t blockSize) : slab_(slab), blockSize_(blockSize) {}
     clsListMemory(const clsListMemory&) = delete;
     clsListMemory& operator=(const clsListMemory&) = delete;
-    ~clsListMemory() = default; // the slab gives everything back
+    ~clsListMemory() = default; // the slab frees everything
 
     void* Allocate(); // throws std::bad_alloc
     void Free(void* block) noexcept;

@@ -6,7 +6,7 @@
 //
 // Its memory is taken when the list grows and its slots are filled at the first lookup: so a lookup
 // never allocates, and a list that is only loaded, walked or appended to pays next to nothing. An index
-// that cannot be had for lack of memory is done without; the walk gives the same answers.
+// that cannot be had for lack of memory is done without; the walk finds the same.
 //
 // The second entry of a name is found by walking the list, which is cheap once and dear a thousand times.
 // So when entries of repeated names have been deleted a few times, those of each name are chained, in

@@ -27,7 +27,7 @@ class clsTree {
     explicit clsTree(bool pooling) : texts_(slab_, pooling), root_(this, nullptr, 0) {}
     clsTree(const clsTree&) = delete;
     clsTree& operator=(const clsTree&) = delete;
-    ~clsTree() = default; // the slab gives everything back at once
+    ~clsTree() = default; // the slab frees everything at once
 
     clsItemList& Root() { return root_; }
 

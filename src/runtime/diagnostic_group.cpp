@@ -1,3 +1,5 @@
+// The indentation is that of the open groups at the moment a line is written, whichever function opened them;
+// a group that is not wanted opens none, so that what is below it stands where it would without it.
 #include "runtime/diagnostic_group.h"
 
 #include "platform/host.h"

@@ -1,3 +1,6 @@
+// A header is patched when its data is known. That is mostly while it still stands in the block, which costs
+// nothing; what the target has already is patched there. Cutting works alike: within the block it is a
+// number.
 #include "zip/archive_output.h"
 
 #include "zip/zip_fault.h"

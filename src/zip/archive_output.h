@@ -24,7 +24,7 @@ class clsArchiveOutput {
     void Cut(std::uint64_t position);
     void Flush();
 
-    // Room for bytes that the caller puts there itself, at least so many, at most a block; they count once
+    // Room for bytes that the caller puts there itself, at least this many, at most a block; they count once
     // they are added.
     std::span<char> Room(std::size_t least);
     void Add(std::size_t bytes) { used_ += bytes; }

@@ -3,9 +3,8 @@
 // them has left the block.
 #include "zip/entry_packer.h"
 
+#include "text/bytes/crc32.h"
 #include "zip/zip_fault.h"
-
-#include <zlib.h>
 
 #include <array>
 
@@ -59,8 +58,7 @@ void clsEntryPacker::Read() {
         isWhole_ = count == 0;
     }
     read_ += filled_;
-    crc_ = static_cast<std::uint32_t>(
-        crc32(crc_, reinterpret_cast<const Bytef*>(input_.get()), static_cast<uInt>(filled_)));
+    crc_ = UtilpCrc32(crc_, input_.get(), filled_);
 }
 
 std::size_t clsEntryPacker::ReadSome() {
@@ -71,7 +69,7 @@ std::size_t clsEntryPacker::ReadSome() {
     }
 }
 
-// Of what was packed before this piece: the end of the entry is told once all of it is in place.
+// Of what was packed before this piece: the end of the entry is shown once all of it is in place.
 void clsEntryPacker::TellProgress() {
     if (read_ - told_ < progressBytes)
         return;

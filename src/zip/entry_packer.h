@@ -26,7 +26,7 @@ class clsEntryPacker {
     void Begin(clsByteSource& source, IclsZipProgress& progress);
     bool IsWhole() const { return isWhole_; } // all of the source has been read
 
-    // Packs all of it, and gives what it came to. Throws likewise.
+    // Packs all of it, and returns what it came to. Throws likewise.
     struct scPacked {
         std::uint64_t packed, bytes;
         std::uint32_t crc; // 0 of what is enciphered: the cipher vouches for it

@@ -1,3 +1,5 @@
+// Bytes that were taken may be deciphered in place, so the window holds what the source does only after them;
+// to read them again is to read the source again.
 #include "zip/source_window.h"
 
 #include "zip/zip_fault.h"

@@ -1,3 +1,6 @@
+// A table of open addressing in a power of two slots, at most three quarters full, so that every search ends
+// at a free one. Nothing is ever removed. A path that is taken has a kind other than 0, so a slot of 0 is
+// free.
 #include "zip/taken_names.h"
 
 #include "platform/letter_case.h"

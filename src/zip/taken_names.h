@@ -20,7 +20,7 @@ class clsPathKeys {
     // The key of what has a name in a folder. Throws std::bad_alloc.
     PathKey Below(PathKey folder, std::u16string_view name);
 
-    // Calls a function with the key of each folder on a path, from the top down, and gives the key of the
+    // Calls a function with the key of each folder on a path, from the top down, and returns the key of the
     // path itself; components have the separator between them.
     template <class Function>
     PathKey Along(std::u16string_view path, char16_t separator, Function eachFolder) {

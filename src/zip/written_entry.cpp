@@ -1,3 +1,6 @@
+// Headers are made anew from what is kept of an entry whenever they are written or their length is asked for:
+// that is cheaper than keeping them, and both sizes and places then come from one list of extra fields. The
+// numbers of 64 bits are in them exactly where those of 32 bits do not hold, as readers expect it.
 #include "zip/written_entry.h"
 
 #include "zip/zip_extra.h"

@@ -14,7 +14,7 @@ namespace tvut {
 // A short run of bytes under construction, such as an entry's extra fields.
 class clsShortBytes {
   public:
-    // Write puts bytes where it is told and returns where the next ones belong.
+    // Write puts bytes at the place that it is passed and returns where the next ones belong.
     template <class Write>
     void Put(Write write) {
         end_ = write(end_);

@@ -164,7 +164,7 @@ void clsZipDirectory::Read(clsSourceWindow& window, std::uint64_t sourceBytes) {
     UtilpRequire(place && ReadAt(window, *place), ZipFault::badDirectory);
 }
 
-// Somebody could put thousands of end records behind one large directory: what is read for all of them
+// Somebody could put thousands of end records after one large directory: what is read for all of them
 // together is bounded.
 bool clsZipDirectory::TryEachOf(clsSourceWindow& window, const std::vector<std::uint64_t>& endRecords) {
     std::uint64_t left = 2 * largestZipDirectory;

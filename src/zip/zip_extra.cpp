@@ -1,8 +1,11 @@
+// Nobody vouches for these fields: a list ends at the first one that reaches beyond it, and a number that a
+// field is too short for is missing. Where a field is repeated, the first one counts for numbers, names and
+// the cipher, so that nothing that follows changes what was checked. NTFS times are finer than Unix times and
+// go before them.
 #include "zip/zip_extra.h"
 
+#include "text/bytes/crc32.h"
 #include "zip/zip_records.h"
-
-#include <zlib.h>
 
 namespace tvut {
 
@@ -125,8 +128,7 @@ std::optional<std::string_view> clsEntryExtras::UnicodeName(std::string_view hea
     std::string_view data = unicodeName_;
     const auto version = Take<std::uint8_t>(data);
     const auto crc = Take<std::uint32_t>(data);
-    const auto* const name = reinterpret_cast<const Bytef*>(headerName.data());
-    if (version != 1 || data.empty() || crc != crc32(0, name, static_cast<uInt>(headerName.size())))
+    if (version != 1 || data.empty() || crc != UtilpCrc32(0, headerName.data(), headerName.size()))
         return {};
     return data;
 }

@@ -70,7 +70,7 @@ char* UtilpWriteUnixTime(char* to, std::uint64_t modified); // UtilpHasUnixTime
 char* UtilpWriteNtfsTimes(char* to, const scZipTimes& times);
 char* UtilpWriteAesField(char* to, const scAesField& field);
 
-// The Zip64 field of the directory: only numbers that do not fit their places. The second gives its length,
+// The Zip64 field of the directory: only numbers that do not fit their places. The second returns its length,
 // 0 when all fit.
 char* UtilpWriteLargeNumbers(char* to, const scLargeNumbers& numbers);
 std::size_t UtilpLargeNumbersBytes(const scLargeNumbers& numbers);

@@ -81,9 +81,9 @@ class clsZIPExtraction::clsTargetSink final : public clsByteSink {
     clsTargetSink(clsZIPExtraction& extraction, std::uint32_t index)
         : extraction_(extraction), index_(index) {}
 
-    void Extend(std::uint64_t) override {}
+    void Extend(std::uint64_t bytes) override { bytes_ = bytes; }
     void Write(const void* data, std::size_t bytes) override {
-        if (bytes != 0 && done_ - told_ >= progressBytes) // the end is told once the file is in place
+        if (bytes != 0 && done_ - told_ >= progressBytes) // the end is shown once the file is in place
             extraction_.TellProgress(index_, told_ = done_);
         if (IclsTargetFile* const file = File())
             CallFile([&] { file->Write(data, bytes); });
@@ -104,6 +104,7 @@ class clsZIPExtraction::clsTargetSink final : public clsByteSink {
         if (!file_ && extraction_.target_) {
             extraction_.EnterFolder();
             file_ = extraction_.target_->NewFile(extraction_.path_);
+            CallFile([this] { file_->Extend(bytes_); });
         }
         return file_.get();
     }
@@ -119,7 +120,7 @@ class clsZIPExtraction::clsTargetSink final : public clsByteSink {
     clsZIPExtraction& extraction_;
     std::uint32_t index_;
     std::unique_ptr<IclsTargetFile> file_;
-    std::uint64_t done_ = 0, told_ = 0;
+    std::uint64_t bytes_ = 0, done_ = 0, told_ = 0;
 };
 
 clsZIPExtraction::clsZIPExtraction(clsRandomSource& source, const scZipExtractionOrder& order,

@@ -42,6 +42,15 @@ std::u16string_view LastComponent(std::u16string_view path) {
     return path.substr(FolderOf(path).size());
 }
 
+// What no file can be called shows before anything is packed. Of a folder's path nothing is left, and the
+// system refuses it.
+std::u16string_view ArchiveName(std::u16string_view path) {
+    const std::u16string_view name = LastComponent(path);
+    if (!name.empty())
+        UtilpRequireFileName(name);
+    return name;
+}
+
 bool IsSame(std::u16string_view a, std::u16string_view b) {
     return PlatformCompareIgnoringCase(a, b) == 0;
 }
@@ -142,7 +151,7 @@ class clsZIPFile::clsProgress final : public IclsZipProgress {
 clsZIPFile::clsZIPFile(std::u16string_view file, ZipCompression compression, std::u16string_view password,
                        std::unique_ptr<IclsZipCallback> callback)
     : passwords_(password), file_(file), ownFolder_(FolderOf(FullPath(file))),
-      ownName_(LastComponent(FullPath(file))), replacement_((ownFolder_ + ownName_).c_str()),
+      ownName_(ArchiveName(FullPath(file))), replacement_((ownFolder_ + ownName_).c_str()),
       callback_(std::move(callback)), writer_(replacement_.File(), compression, passwords_.Utf8()) {}
 
 // ---- What callers ask for -----------------------------------------------------------------------

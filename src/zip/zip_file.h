@@ -28,7 +28,7 @@ class clsZIPFile {
     clsZIPFile& operator=(const clsZIPFile&) = delete;
 
     // Add a file, or a folder with all below it, under a name or, without one, its own; several under a
-    // folder of the archive; a stream. What fails leaves nothing behind. Throw std::bad_alloc.
+    // folder of the archive; a stream. What fails leaves no trace. Throw std::bad_alloc.
     UtilResult Append(const std::u16string& source, std::u16string_view name);
     UtilResult AppendList(std::span<const std::u16string> sources, std::u16string_view folder);
     UtilResult AppendStream(clsByteSource& stream, std::u16string_view name, std::uint64_t modified);

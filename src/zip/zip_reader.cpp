@@ -5,10 +5,9 @@
 // one after the other must find what one that goes by the directory finds.
 #include "zip/zip_reader.h"
 
+#include "text/bytes/crc32.h"
 #include "zip/zip_fault.h"
 #include "zip/zip_records.h"
-
-#include <zlib.h>
 
 #include <algorithm>
 
@@ -71,8 +70,7 @@ class clsZIPReader::clsContents {
         UtilpRequire(bytes <= entry_.bytes - done_, ZipFault::damaged);
         done_ += bytes;
         if (HasCrc())
-            crc_ = static_cast<std::uint32_t>(
-                crc32(crc_, reinterpret_cast<const Bytef*>(data), static_cast<uInt>(bytes)));
+            crc_ = UtilpCrc32(crc_, data, bytes);
         sink_.Write(data, bytes);
     }
 
@@ -115,6 +113,7 @@ void clsZIPReader::Unpack(const scZipEntry& entry, const clsZipPasswords& passwo
     UtilpRequire(entry.packed >= around, ZipFault::damaged);
     clsPackedData data(window_, at + head, entry.packed - around, cipher.get());
     clsContents contents(entry, sink);
+    sink.Extend(entry.bytes);
     if (entry.method == zipmethod::stored)
         Copy(data, contents);
     else

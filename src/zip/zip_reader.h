@@ -21,8 +21,9 @@ class clsZIPReader {
     void Open();
     clsZipDirectory& Directory() { return directory_; }
 
-    // Hands an entry's contents to a sink in pieces of at most 64 KB, and finishes it once they are all
-    // there and vouched for. Throws clsZIPError for an entry that cannot be had, and what the sink throws.
+    // Extends a sink by what the directory says of an entry, hands it the contents in pieces, and finishes it
+    // once they are all there and vouched for. Throws clsZIPError for an entry that cannot be had, and what
+    // the sink throws.
     void Unpack(const scZipEntry& entry, const clsZipPasswords& passwords, clsByteSink& sink);
 
     // Looks at an entry's own header alone; throws clsZIPError.

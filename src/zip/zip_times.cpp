@@ -1,3 +1,6 @@
+// The calendar is computed; only the step between local time and UTC asks the system, by the rules of that
+// date. A DOS time has years from 1980 to 2107 and two seconds as its unit: what lies outside becomes its
+// first or last moment, and what lies between is rounded down, so that no file looks newer than it is.
 #include "zip/zip_times.h"
 
 #include "platform/time_zone.h"

@@ -4,11 +4,13 @@
 #include "text/bytes/base64_engine.h"
 #include "text/bytes/block_cipher.h"
 #include "text/bytes/byte_text.h"
+#include "text/bytes/crc32.h"
 #include "unit/native_platform.h"
 
 #include <gtest/gtest.h>
 #include <optional>
 #include <random>
+#include <zlib.h>
 
 using namespace tvut;
 
@@ -124,6 +126,17 @@ TEST_P(Engine, StopsWhereTheTableStops) {
 INSTANTIATE_TEST_SUITE_P(Base64, Engine,
                          testing::ValuesIn(UtilpBase64Engines().begin(), UtilpBase64Engines().end()),
                          [](const auto& engine) { return engine.param.name; });
+
+TEST(Crc32, IsZlibsAtEveryLengthPlaceAndCut) {
+    const Bytes bytes = Random(400);
+    for (std::size_t length = 0; length <= 380; ++length) {
+        const unsigned char* const start = bytes.data() + length % 17;
+        const std::size_t cut = length / 3;
+        const uLong expected = crc32(0, start, static_cast<uInt>(length));
+        ASSERT_EQ(UtilpCrc32(0, start, length), expected) << length;
+        ASSERT_EQ(UtilpCrc32(UtilpCrc32(0, start, cut), start + cut, length - cut), expected) << length;
+    }
+}
 
 std::u16string Enciphered(std::u16string_view keyText, std::string_view plain) {
     Bytes bytes(plain.begin(), plain.end());

@@ -98,9 +98,9 @@ class clsMemoryTarget final : public IclsTargetFolder {
             ++target_.unfinished;
         }
         ~clsFile() override { --target_.unfinished; }
-        void Extend(std::uint64_t) override {}
+        void Extend(std::uint64_t bytes) override { extended_ = bytes; }
         void Write(const void* data, std::size_t count) override {
-            if (count > target_.room)
+            if (count > target_.room || count > extended_ - bytes_.size())
                 throw clsException("disk full", 112);
             target_.room -= count;
             bytes_.append(static_cast<const char*>(data), count);
@@ -115,6 +115,7 @@ class clsMemoryTarget final : public IclsTargetFolder {
         clsMemoryTarget& target_;
         std::u16string path_;
         std::string bytes_;
+        std::uint64_t extended_ = 0;
     };
 };
 

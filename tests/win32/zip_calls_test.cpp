@@ -107,6 +107,10 @@ TEST_F(Zip, RefusesWhatIsNoFileAndNoArchive) {
     EXPECT_EQ(GetLastError(), DWORD{ERROR_PATH_NOT_FOUND});
     EXPECT_FALSE(UtilZIPCreate(source.c_str(), nullptr));
     EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
+    for (const wchar_t* name : {L"what?.zip", L"a|b.zip", L"nul.zip"}) {
+        EXPECT_FALSE(UtilZIPCreate((folder / name).c_str(), nullptr)) << name;
+        EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_NAME});
+    }
 
     clsPieceStream stream("x");
     const auto all = [&](UtilZip zip) {

@@ -29,8 +29,8 @@ ExitCode StartWindow() {
     if (!CreateProcessW(WindowProgram().c_str(), words.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
                         &start, &process))
         throw tool::scFailure{ExitCode::cannotOpen, "logpan.exe", tool::SystemReason(GetLastError())};
-    const tool::logpan::clsHandle thread{process.hThread};
-    const tool::logpan::clsHandle running{process.hProcess};
+    const tool::clsHandle thread{process.hThread};
+    const tool::clsHandle running{process.hProcess};
     AllowSetForegroundWindow(process.dwProcessId);
     return ExitCode::ok;
 }

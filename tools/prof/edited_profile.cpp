@@ -1,4 +1,4 @@
-// A file that is held cannot be replaced. So what is saved is a copy, and the file is let go just before; the
+// A file that is held cannot be replaced. So what is saved is a copy, and the file is closed just before; the
 // turn keeps other prof away even then.
 #include "edited_profile.h"
 

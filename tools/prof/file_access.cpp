@@ -29,12 +29,9 @@ std::string WhyNotReadable(const std::wstring& path) {
 }
 
 std::string WhyNotChangeable(const std::wstring& path) {
-    const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
-                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE)
-        return SystemReason(GetLastError());
-    CloseHandle(file);
-    return {};
+    const clsHandle file = FileHandle(CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ,
+                                                  nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return file ? std::string{} : SystemReason(GetLastError());
 }
 
 std::string WhyNotWritable(const std::wstring& path) {

@@ -3,10 +3,9 @@
 #include "file_turn.h"
 
 #include "exit_code.h"
+#include "owned.h"
 #include "system_reason.h"
 #include "text_io.h"
-
-#include <windows.h>
 
 #include <cstdint>
 
@@ -33,16 +32,15 @@ std::wstring FullPath(const std::wstring& path) {
 
 // Without links, substitutes for drives and short names, where the system knows.
 std::wstring FinalFolder(const std::wstring& folder) {
-    const HANDLE handle =
-        CreateFileW(folder.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-    if (handle == INVALID_HANDLE_VALUE)
+    const clsHandle handle =
+        FileHandle(CreateFileW(folder.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                               nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    if (!handle)
         return folder;
     const auto fill = [](const void* of, wchar_t* buffer, DWORD size) {
         return GetFinalPathNameByHandleW(const_cast<void*>(of), buffer, size, FILE_NAME_NORMALIZED);
     };
-    const std::wstring path = Grown(fill, handle);
-    CloseHandle(handle);
+    const std::wstring path = Grown(fill, handle.get());
     return path.empty() ? folder : path;
 }
 
@@ -63,18 +61,18 @@ std::wstring MutexName(const std::string& file) {
 }
 
 // Everybody may wait for it: without a list of who may, only its maker's own sessions could.
-HANDLE MakeMutex(const std::wstring& name) {
+clsHandle MakeMutex(const std::wstring& name) {
     SECURITY_DESCRIPTOR everybody;
     InitializeSecurityDescriptor(&everybody, SECURITY_DESCRIPTOR_REVISION);
     SetSecurityDescriptorDacl(&everybody, TRUE, nullptr, FALSE);
     SECURITY_ATTRIBUTES attributes{sizeof attributes, &everybody, FALSE};
-    return CreateMutexW(&attributes, FALSE, name.c_str());
+    return clsHandle{CreateMutexW(&attributes, FALSE, name.c_str())};
 }
 
 } // namespace
 
 clsFileTurn::clsFileTurn(const std::string& file) {
-    std::unique_ptr<void, decltype(&CloseHandle)> mutex{MakeMutex(MutexName(file)), CloseHandle};
+    clsHandle mutex = MakeMutex(MutexName(file));
     if (!mutex)
         throw scFailure{ExitCode::cannotOpen, file, SystemReason(GetLastError())};
     // One whose holder died is as good: files are replaced whole.

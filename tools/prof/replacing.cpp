@@ -1,5 +1,5 @@
 // Looks at the file that would be replaced, not at the one that was read: a save may go elsewhere. Only a
-// file whose whole contents the profile can hold gives way; all others are refused with the way out in the
+// file whose whole contents the profile can hold is replaced; all others are refused with the way out in the
 // message.
 #include "replacing.h"
 

@@ -18,7 +18,7 @@ using Parse = std::optional<Value> (*)(std::string_view text);
 template <typename Value>
 using Print = std::string (*)(Value value);
 
-// How the library takes and gives a value: numbers by value, structures by pointer.
+// How the library takes and returns a value: numbers by value, structures by pointer.
 template <typename Value>
 using Passed = std::conditional_t<std::is_class_v<Value>, const Value*, Value>;
 template <typename Value>

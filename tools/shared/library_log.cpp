@@ -73,15 +73,19 @@ std::string FromCodePage(std::string_view text) {
 
 clsLibraryLog::clsLibraryLog() : start_(LogSize()) {}
 
+std::string clsLibraryLog::Text() const {
+    return FromCodePage(ReadLog(start_));
+}
+
 std::vector<std::string> clsLibraryLog::Reports() const {
-    const std::string text = ReadLog(start_);
+    const std::string text = Text();
     std::vector<std::string> reports;
     for (std::string_view rest = text; !rest.empty();) {
         const std::string_view line = rest.substr(0, rest.find("\r\n"));
         rest.remove_prefix(std::min(line.size() + 2, rest.size()));
         const std::size_t start = std::min(line.find("ERR: "), line.find("WRN: "));
         if (start != std::string_view::npos)
-            reports.push_back(FromCodePage(line.substr(start)));
+            reports.emplace_back(line.substr(start));
     }
     return reports;
 }

@@ -1,7 +1,7 @@
 // What the library says in its diagnostic output while a tool runs: reasons that a result code cannot hold.
 //
-// The tool gives the library a log file of its own for that, in the temporary folder, which vanishes with the
-// process; where the user has named one by TVUT22_LOG, that one is read.
+// The tool has the library write a log file of its own for that, in the temporary folder, which vanishes with
+// the process; where the user has named one by TVUT22_LOG, that one is read.
 #pragma once
 
 #include <string>
@@ -13,6 +13,9 @@ namespace tool {
 class clsLibraryLog {
   public:
     clsLibraryLog();
+
+    // What was written meanwhile, in UTF-8, its lines ended by CR LF; of a flood, the first 16 MB.
+    std::string Text() const;
 
     // The lines that were written meanwhile, in UTF-8, without their stamps: from "ERR: " or "WRN: " on.
     // Others are left out.

@@ -1,20 +1,13 @@
 #include "archive_call.h"
 
+#include "interrupt.h"
 #include "system_reason.h"
 
-#include <atomic>
 #include <charconv>
 
 namespace tool::tvut {
 
 namespace {
-
-std::atomic<bool> isInterrupted{false};
-
-BOOL WINAPI Interrupt(DWORD) {
-    isInterrupted = true;
-    return TRUE;
-}
 
 struct scResult {
     INT result;
@@ -52,7 +45,6 @@ clsArchiveOptions::clsArchiveOptions(UINT flags, const std::wstring& password, E
     options_.password = password.c_str();
     options_.callback = Call;
     options_.user = reinterpret_cast<UINT_PTR>(this);
-    SetConsoleCtrlHandler(Interrupt, TRUE);
 }
 
 void clsArchiveOptions::Rethrow() const {
@@ -64,7 +56,7 @@ void clsArchiveOptions::Rethrow() const {
 INT TVUT22_CALL clsArchiveOptions::Call(const UtilZipEntry* entry, UINT_PTR user) {
     auto& self = *reinterpret_cast<clsArchiveOptions*>(user);
     try {
-        return isInterrupted ? UTIL_CANCELLED : self.function_(*entry);
+        return IsInterrupted() ? UTIL_CANCELLED : self.function_(*entry);
     } catch (...) {
         self.thrown_ = std::current_exception();
         return UTIL_CANCELLED;
@@ -76,6 +68,8 @@ ExitCode ExitCodeOf(INT result) {
 }
 
 scFailure FailureOf(INT result, const std::string& subject, const clsLibraryLog& log) {
+    if (result == UTIL_CANCELLED)
+        StopIfInterrupted();
     scFailure failure{ExitCodeOf(result), subject, RowOf(result).words};
     for (const std::string& line : log.Reports()) {
         std::string reason = ReasonIn(line, "'): ");

@@ -1,4 +1,4 @@
-// What tvut can be told to do: a command a file.
+// What tvut can do: a command a file.
 #pragma once
 
 #include "exit_code.h"

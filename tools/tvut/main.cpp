@@ -1,6 +1,7 @@
 // tvut: a command line tool on the public interface of the families after the profile store.
 #include "command.h"
 #include "command_words.h"
+#include "interrupt.h"
 #include "parse_arguments.h"
 #include "program.h"
 
@@ -51,5 +52,6 @@ ExitCode Run(std::vector<std::string> words) {
 } // namespace
 
 int main() {
+    tool::tvut::WatchForInterrupt();
     return tool::RunProgram("tvut", Run);
 }

@@ -1,6 +1,7 @@
 #include "password.h"
 
 #include "exit_code.h"
+#include "owned.h"
 #include "system_reason.h"
 #include "text_io.h"
 
@@ -17,16 +18,11 @@ namespace {
 std::string ReadStart(const std::string& file) {
     std::array<char, 4096> bytes;
     DWORD count = 0;
-    const HANDLE handle = CreateFileW(ToWide(file).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                      nullptr, OPEN_EXISTING, 0, nullptr);
-    const bool isRead =
-        handle != INVALID_HANDLE_VALUE &&
-        ReadFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr) != 0;
-    const DWORD error = GetLastError();
-    if (handle != INVALID_HANDLE_VALUE)
-        CloseHandle(handle);
-    if (!isRead)
-        throw scFailure{ExitCode::cannotOpen, file, SystemReason(error)};
+    const clsHandle handle =
+        FileHandle(CreateFileW(ToWide(file).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                               nullptr, OPEN_EXISTING, 0, nullptr));
+    if (!handle || !ReadFile(handle.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr))
+        throw scFailure{ExitCode::cannotOpen, file, SystemReason(GetLastError())};
     return {bytes.data(), count};
 }
 

@@ -1,6 +1,8 @@
 #include "temporary.h"
 
 #include "exit_code.h"
+#include "interrupt.h"
+#include "owned.h"
 #include "system_reason.h"
 #include "text_io.h"
 
@@ -8,25 +10,18 @@
 
 #include <windows.h>
 
-#include <memory>
 #include <vector>
 
 namespace tool::tvut {
 
 namespace {
 
-struct CloseFile {
-    using pointer = HANDLE;
-    void operator()(HANDLE handle) const { CloseHandle(handle); }
-};
-using OwnedFile = std::unique_ptr<void, CloseFile>;
-
-OwnedFile Open(const std::wstring& path, DWORD access) {
-    const HANDLE handle =
-        CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (handle == INVALID_HANDLE_VALUE)
+clsHandle Open(const std::wstring& path, DWORD access) {
+    clsHandle file =
+        FileHandle(CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (!file)
         throw scFailure{ExitCode::cannotOpen, "temporary file", SystemReason(GetLastError())};
-    return OwnedFile{handle};
+    return file;
 }
 
 constexpr DWORD pieceBytes = 64 * 1024;
@@ -47,24 +42,26 @@ clsTemporary::~clsTemporary() {
 }
 
 void CopyInputTo(const std::wstring& path) {
-    const OwnedFile file = Open(path, GENERIC_WRITE);
+    const clsHandle file = Open(path, GENERIC_WRITE);
     std::vector<char> piece(pieceBytes);
     for (;;) {
+        StopIfInterrupted();
         DWORD count = 0, written = 0;
         if (!ReadFile(GetStdHandle(STD_INPUT_HANDLE), piece.data(), pieceBytes, &count, nullptr) &&
             GetLastError() != ERROR_BROKEN_PIPE) // the writer's end of a pipe was closed: the end
             throw scFailure{ExitCode::cannotOpen, "standard input", SystemReason(GetLastError())};
         if (count == 0)
-            return;
+            return StopIfInterrupted(); // which may have ended the reading
         if (!WriteFile(file.get(), piece.data(), count, &written, nullptr))
             throw scFailure{ExitCode::cannotSave, "temporary file", SystemReason(GetLastError())};
     }
 }
 
 void CopyToOutput(const std::wstring& path) {
-    const OwnedFile file = Open(path, GENERIC_READ);
+    const clsHandle file = Open(path, GENERIC_READ);
     std::vector<char> piece(pieceBytes);
     for (;;) {
+        StopIfInterrupted();
         DWORD count = 0;
         if (!ReadFile(file.get(), piece.data(), pieceBytes, &count, nullptr))
             throw scFailure{ExitCode::cannotOpen, "temporary file", SystemReason(GetLastError())};

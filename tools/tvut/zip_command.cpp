@@ -2,6 +2,7 @@
 #include "archive_call.h"
 #include "command.h"
 #include "entry_text.h"
+#include "interrupt.h"
 #include "password.h"
 #include "progress_line.h"
 #include "system_reason.h"
@@ -15,6 +16,11 @@
 namespace tool::tvut {
 
 namespace {
+
+struct GiveUp {
+    void operator()(UtilZip zip) const { UtilZIPClose(zip, FALSE); }
+};
+using OwnedZip = std::unique_ptr<UtilZipObject, GiveUp>;
 
 class clsZipCommand final : public IclsCommand {
   public:
@@ -77,21 +83,21 @@ class clsZipCommand final : public IclsCommand {
     }
 
     void Pack(const std::wstring& path, clsArchiveOptions& options, const clsLibraryLog& log) {
-        const UtilZip zip = UtilZIPCreate(path.c_str(), options.Get());
+        OwnedZip zip{UtilZIPCreate(path.c_str(), options.Get())};
         if (!zip)
             throw scFailure{ExitCode::cannotSave, archive_, SystemReason(GetLastError())};
         for (const std::string& source : sources_) {
-            const INT result = Append(zip, source);
+            const INT result = Append(zip.get(), source);
             if (result == UTIL_OK)
                 continue;
-            UtilZIPClose(zip, FALSE);
             options.Rethrow();
             scFailure failure = FailureOf(result, source, log);
             failure.subject = Subject(source, failure.subject);
             throw failure;
         }
         TellPassedOver(log);
-        const INT result = UtilZIPClose(zip, TRUE);
+        StopIfInterrupted();
+        const INT result = UtilZIPClose(zip.release(), TRUE);
         if (result == UTIL_OK)
             return;
         scFailure failure = FailureOf(result, archive_, log);

@@ -1,3 +1,6 @@
+// The file is opened to append only and shared with everybody, so that several processes write to its end and
+// a reader or a rename disturbs nobody. The lock keeps a line whole where the system does not append in one
+// step; flushing takes milliseconds and happens outside of it.
 #include "runtime/output/log_file.h"
 
 #include "runtime/output/debugger.h"
@@ -42,7 +45,7 @@ void clsLogFile::Write(std::string_view line) noexcept {
         const std::lock_guard guard(lock_);
         lines_.Write(line, append);
     }
-    if (flush_) // takes milliseconds, in which others may write
+    if (flush_)
         FlushFileBuffers(file_.Get());
 }
 

@@ -2,7 +2,7 @@
 //
 // Not every system appends in one step, and a kernel mutex would cost more than the line: so the lock is a
 // word of shared memory that holds the owner's process id. An owner that dies is noticed; one that never
-// lets go costs a second once, and the lock is not asked for again.
+// releases it costs a second once, and the lock is not asked for again.
 #pragma once
 
 #include "platform/mapping.h"

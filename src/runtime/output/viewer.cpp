@@ -1,3 +1,6 @@
+// What the viewer publishes may change or vanish between two lines: it is read once for each line, which is
+// then sent by that copy, even where sending leads to another line. A text that is longer than a datagram
+// goes in several, all with the same stamp, by which the viewer joins them.
 #include "runtime/output/viewer.h"
 
 #include "platform/wide.h"

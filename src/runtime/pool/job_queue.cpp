@@ -1,3 +1,7 @@
+// A chain of blocks: jobs are pushed into the last and popped from the first, and none is ever moved. One
+// block whose jobs are all taken is kept for the next that is wanted, so that a queue of some length
+// allocates nothing; an empty queue keeps the one that it stands in. Reserve is apart from Push, so that a
+// push cannot fail.
 #include "runtime/pool/job_queue.h"
 
 #include <memory>

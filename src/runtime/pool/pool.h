@@ -20,7 +20,7 @@
 
 namespace tvut {
 
-// What a call on a pool gives.
+// What a call on a pool returns.
 struct scPoolOutcome {
     UtilResult result;
     std::size_t discards = 0; // jobs that the call discarded
@@ -55,7 +55,7 @@ class clsPool final : public IclsPoolRunner {
 
     std::u16string_view Name() const noexcept { return {name_.data(), nameLength_}; }
 
-    // Whether "too large" is to be told: once, until the queue was half empty.
+    // Whether "too large" is to be reported: once, until the queue was half empty.
     bool TellsTooLarge() noexcept;
 
     bool Run(IclsBetweenCalls& between) noexcept override;

@@ -67,7 +67,7 @@ std::uint32_t Open(std::u16string_view name, unsigned threads, bool background) 
     std::unique_ptr<scOpenPool> open(new (std::nothrow) scOpenPool(*pool));
     if (!open)
         return 0;
-    (void)pool.release(); // it ends itself when it is let go
+    (void)pool.release(); // it ends itself once nobody needs it
     return pools.Add(open);
 }
 

@@ -186,7 +186,7 @@ class clsParser {
         unsigned least = 0, most = 0;
         const std::size_t behind = reader_.Offset();
         if (repeated != atom && TakeQuantifier(least, most))
-            clsPatternReader::Fail(behind, "a quantifier behind a quantifier");
+            clsPatternReader::Fail(behind, "a quantifier after a quantifier");
         return repeated;
     }
 

@@ -1,3 +1,6 @@
+// Escapes that name a set and those that name a unit are two tables; only numbers, \c and classes are decoded
+// by hand. A letter or figure after a backslash that no table has is left to the caller, who knows more of
+// them or reports it: Perl keeps those for itself, while any other character stands for itself.
 #include "text/regex/pattern_reader.h"
 
 #include "text/digits.h"
@@ -133,7 +136,7 @@ std::optional<char16_t> clsPatternReader::TakeUnitEscape() {
         return static_cast<char16_t>(TakeNumber(8, 2).value_or(0));
     if (Take(u'c')) {
         if (AtEnd() || Peek() < u'?' || Peek() > u'z')
-            Fail("no control character behind \\c");
+            Fail("no control character after \\c");
         const char16_t letter = Next();
         return static_cast<char16_t>((letter >= u'a' ? letter - 0x20 : letter) ^ 0x40);
     }

@@ -1,10 +1,12 @@
 // Small formatters; what the C runtime offers differs between platforms in wide text.
 #include "columns.h"
 
+#include "json_object.h"
 #include "printable.h"
 #include "severity.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tool::logpan {
 
@@ -43,45 +45,6 @@ std::wstring_view SeverityName(Severity severity) {
     }
 }
 
-void AppendQuoted(std::wstring& json, std::wstring_view text) {
-    json += L'"';
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const wchar_t unit = text[at];
-        if (unit == L'"' || unit == L'\\')
-            json.append({L'\\', unit});
-        else if (IsControl(unit))
-            json += L"\\u" + Number(static_cast<std::uint64_t>(unit), 4, 16);
-        else if (const std::size_t run = PlainRun(text.substr(at, 2), 0); run == 0)
-            json += L'\xfffd';
-        else if (IsHighSurrogate(unit))
-            json += text.substr(at++, 2);
-        else
-            json += unit;
-    }
-    json += L'"';
-}
-
-// "name":value pairs; the value is JSON already.
-class clsObject {
-  public:
-    void Add(std::wstring_view name, std::wstring_view value) {
-        json_ += json_.empty() ? L"{\"" : L",\"";
-        json_ += name;
-        json_ += L"\":";
-        json_ += value;
-    }
-    void AddText(std::wstring_view name, std::wstring_view text) {
-        std::wstring quoted;
-        AppendQuoted(quoted, text);
-        Add(name, quoted);
-    }
-    void AddNumber(std::wstring_view name, std::uint64_t value) { Add(name, Number(value, 1)); }
-    std::wstring Close() && { return std::move(json_ += L'}'); }
-
-  private:
-    std::wstring json_;
-};
-
 } // namespace
 
 std::wstring TimeText(const scLine& line) {
@@ -119,7 +82,7 @@ std::wstring PlainLine(const scLine& line) {
 }
 
 std::wstring JsonLine(const scLine& line) {
-    clsObject json;
+    clsJsonObject json;
     if (IsDate(line.time) && IsClock(line.time))
         json.AddText(L"time", DateText(line.time) + L"T" + TimeText(line));
     else

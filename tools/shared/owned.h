@@ -5,7 +5,7 @@
 
 #include <memory>
 
-namespace tool::logpan {
+namespace tool {
 
 struct scCloseHandleOnce {
     using pointer = HANDLE;
@@ -24,4 +24,4 @@ struct scUnmap {
 template <class T>
 using clsView = std::unique_ptr<T, scUnmap>;
 
-} // namespace tool::logpan
+} // namespace tool
