@@ -61,11 +61,8 @@ TYPED_TEST(Jobs, InvalidAndEmptyJobs) {
 }
 
 TYPED_TEST(Jobs, NamesThatNoFileMayHaveAreRefusedWithoutTouchingTheDisk) {
-    // clang-format off
-    for (const wchar_t* name : {L"CON", L"con", L"Con.txt", L"PRN", L"AUX.", L"nul", L"NUL.prf", L"COM1", L"com9.x",
-                                L"LPT1", L"lpt9", L"ends.", L"ends ", L" ", L".", L"..", L"a?", L"a*b", L"a<b",
-                                L"a>b", L"a\"b", L"a|b", L"sub\\a:b", L"a\tb", L"a\x01", L"a\x1Fg", L""}) {
-        // clang-format on
+    // Which ones these are is shown by the unit test of file names.
+    for (const wchar_t* name : {L"CON", L"nul.prf", L"ends.", L"..", L"a?", L"sub\\a:b", L""}) {
         for (const clsJob& job : {this->Open(this->folder / name), this->Hold(this->folder / name)})
             EXPECT_EQ(job.Error(), PROF_OPEN_FAILED) << name;
         const clsJob job(L"a=1;");
@@ -78,8 +75,7 @@ TYPED_TEST(Jobs, NamesThatNoFileMayHaveAreRefusedWithoutTouchingTheDisk) {
 }
 
 TYPED_TEST(Jobs, OtherNamesAreCreatedByAnExclusiveOpenOnly) {
-    for (const wchar_t* name : {L"CONSOLE", L"xCON", L"COM0", L"COM10.prf", L"LPT.prf", L".prf", L"a b.c d",
-                                L"brackets [1] {2}", L"equals=#;%,"}) {
+    for (const wchar_t* name : {L"CONSOLE", L"COM10.prf", L".prf", L"a b [1] {2}=#;%,"}) {
         const std::wstring path = this->folder / name;
         EXPECT_EQ(this->Open(path).Error(), PROF_OPEN_FAILED) << name;
         EXPECT_FALSE(std::filesystem::exists(path));
