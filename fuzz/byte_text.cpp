@@ -1,8 +1,8 @@
 // Takes the input as a text of bytes, with and without a key, and as bytes that must come back.
+#include "require.h"
+
 #include "text/bytes/byte_text.h"
 #include "unit/native_platform.h"
-
-#include <cstdlib>
 
 using namespace tvut;
 
@@ -15,8 +15,7 @@ class clsLimitedSink final : public clsByteSink {
     void Extend(std::uint64_t) override {}
     void Write(const void*, std::size_t bytes) override {
         written_ += bytes;
-        if (written_ > limit)
-            std::abort();
+        Require(written_ <= limit);
     }
     void Finish() override {}
 
@@ -30,8 +29,7 @@ void ComeBack(std::string_view bytes, clsPackedBytes::Compression compression, s
     std::u16string text(packed.TextLength(), u'?');
     packed.WriteText(text.data());
     clsMemorySink back;
-    if (!UtilpWriteBytesOfText(text, key, back) || back.bytes != bytes)
-        std::abort();
+    Require(UtilpWriteBytesOfText(text, key, back) && back.bytes == bytes);
 }
 
 } // namespace

@@ -96,15 +96,12 @@ Entries Read(clsTree& tree) {
 
 // ---- What the forms do to texts ---------------------------------------------------------------------
 
-template <class Change>
-void ForEach(std::u16string& text, Change change) {
-    for (char16_t& c : text)
-        c = change(c);
+void Replace(std::u16string& text, std::u16string_view what, char16_t by) {
+    std::ranges::replace_if(
+        text, [&](char16_t c) { return what.find(c) != what.npos; }, by);
 }
 
-bool IsLineEnd(char16_t c) {
-    return c == u'\r' || c == u'\n';
-}
+constexpr std::u16string_view lineEnds = u"\r\n";
 
 // Takes from a tree's texts what a form's page says that it cannot hold; and, apart from that, makes of them
 // what that page says that is read again.
@@ -117,10 +114,9 @@ struct scForm {
 
 // A line that begins with one of these is none of an item; a line end ends a header.
 void RestrictToText(scEntry& entry) {
-    constexpr std::u16string_view otherLines = u"#;{} ";
     if (entry.what == What::list)
-        ForEach(entry.name, [](char16_t c) { return IsLineEnd(c) ? u'l' : c; });
-    else if (!entry.name.empty() && otherLines.find(entry.name.front()) != otherLines.npos)
+        Replace(entry.name, lineEnds, u'l');
+    else if (entry.name.find_first_of(u"#;{} ") == 0)
         entry.name.front() = u'n';
 }
 
@@ -131,25 +127,16 @@ char16_t WithoutPicture(char16_t c) {
 void ExpectFromText(scEntry& entry) {
     if (entry.what != What::item)
         return;
-    ForEach(entry.value, WithoutPicture);
-    ForEach(entry.name, [](char16_t c) {
-        constexpr std::u16string_view marks = u"\u2338\u301A\u301B";
-        const std::size_t mark = marks.find(c);
-        return mark == marks.npos ? WithoutPicture(c) : u"=[]"[mark];
-    });
+    std::ranges::transform(entry.value, entry.value.begin(), WithoutPicture);
+    std::ranges::transform(entry.name, entry.name.begin(), WithoutPicture);
+    Replace(entry.name, u"\u2338", u'=');
+    Replace(entry.name, u"\u301A", u'[');
+    Replace(entry.name, u"\u301B", u']');
 }
 
 void WriteLineEndsAlike(std::u16string& text) {
-    std::u16string alike;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        if (!IsLineEnd(text[at]))
-            alike += text[at];
-        else
-            alike += u"\r\n";
-        if (text[at] == u'\r' && at + 1 < text.size() && text[at + 1] == u'\n')
-            ++at;
-    }
-    text = std::move(alike);
+    for (std::size_t at = 0; (at = text.find_first_of(lineEnds, at)) != text.npos; at += 2)
+        text.replace(at, text.compare(at, 2, lineEnds) == 0 ? 2 : 1, lineEnds);
 }
 
 void ExpectFromXml(scEntry& entry) {
@@ -159,10 +146,10 @@ void ExpectFromXml(scEntry& entry) {
 
 // Nothing is escaped, so no reference, end of a value or of a name may stand in a text.
 void RestrictToXfdf(scEntry& entry) {
-    ForEach(entry.name, [](char16_t c) { return c == u'"' || c == u'&' || IsLineEnd(c) ? u'n' : c; });
-    ForEach(entry.value, [](char16_t c) { return c == u'&' ? u'v' : c; });
+    Replace(entry.name, u"\"&\r\n", u'n');
+    Replace(entry.value, u"&", u'v');
     for (std::size_t at = 0; (at = entry.value.find(u'<', at)) != entry.value.npos; ++at) {
-        if (entry.value.substr(at + 1, 1) == u"/" || entry.value.substr(at + 1, 1) == u"!")
+        if (entry.value.find_first_of(u"/!", at) == at + 1)
             entry.value[at] = u'v';
     }
 }

@@ -1,8 +1,9 @@
 // Parses any text as every type; what a type formats must parse back to the same value.
+#include "require.h"
+
 #include "prof/value_types.h"
 
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -19,11 +20,9 @@ void Parse(std::u16string_view text) {
     Type::Format(formatted, value);
     typename Type::Value again{};
     clsValueText formattedAgain;
-    if (!Type::Parse(formatted.View(), again))
-        std::abort();
+    Require(Type::Parse(formatted.View(), again));
     Type::Format(formattedAgain, again);
-    if (formatted.View() != formattedAgain.View())
-        std::abort();
+    Require(formatted.View() == formattedAgain.View());
 }
 
 } // namespace
@@ -38,8 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Parse<clsRectType>(text);
     Parse<clsRectLTWHType>(text);
     Parse<clsColorrefType>(text);
-    if (!std::isfinite(ProfpScanDouble(text)))
-        return 0;
-    Parse<clsDoubleType>(text);
+    if (std::isfinite(ProfpScanDouble(text)))
+        Parse<clsDoubleType>(text);
     return 0;
 }

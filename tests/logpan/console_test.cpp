@@ -89,18 +89,6 @@ TEST(Console, JoinsThePiecesOfALine) {
               head + "0 " + std::string(text.size(), 'x') + "\n" + head + "9 between\n" + head + "1 next\n");
 }
 
-TEST(Console, CountsLinesThatNeverCame) {
-    clsViewer viewer{"--console --max-lines 6"};
-    const UINT32 port = viewer.Port();
-    const clsSender one{port};
-    const clsSender other{port};
-    for (const char digit : {'8', '9', '3', '4'}) // 0, 1 and 2 are missing
-        one.Line(L"one", digit);
-    other.Line(L"other", '5');
-    other.Line(L"other", '7'); // 6 is missing
-    viewer.Expect("received 6, shown 6, lost 4, refused 0, skipped 0");
-}
-
 TEST(Console, HearsOlderSenders) {
     clsViewer viewer{"--console --max-lines 3"};
     ASSERT_NE(viewer.Port(), 0u);
@@ -123,10 +111,8 @@ TEST(Console, ShowsWhatTheFilterLetsThrough) {
         const char* shown; // the first letters of the lines
     };
     constexpr scCase cases[] = {{"--filter LOAD --max-lines 2", "ac"},
-                                {"--filter load --exclude printer --max-lines 1", "c"},
                                 {"--regex --filter \"^(alpha|c.*d$)\" --max-lines 2", "ac"},
-                                {"--regex --exclude \"^[ac]|^d\" --max-lines 2", "be"},
-                                {"--filter kx32util --max-lines 5", "abcde"}};
+                                {"--filter load --regex --exclude \"p.*r\" --max-lines 1", "c"}};
     for (const scCase& at : cases) {
         clsViewer viewer{std::string{"--console "} + at.arguments};
         const clsSender sender{viewer.Port()};
@@ -139,11 +125,6 @@ TEST(Console, ShowsWhatTheFilterLetsThrough) {
             shown += outcome.out[line + std::string_view{"12:34:56.789 KX32UTIL 00001234/01 0 "}.size()];
         EXPECT_EQ(shown, at.shown) << at.arguments << "\n" << outcome.err;
     }
-}
-
-TEST(Console, EndsAfterATime) {
-    clsViewer viewer{"--console --exit-after 0.1"};
-    EXPECT_EQ(viewer.Expect("received 0, shown 0, lost 0, refused 0, skipped 0").out, "");
 }
 
 TEST(Console, RefusesWrongUsage) {

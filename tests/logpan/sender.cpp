@@ -31,26 +31,6 @@ LogpanPacketHeader HeaderOf(const wchar_t* tag, char sequence) {
     return header;
 }
 
-clsSender::clsSender(UINT32 port) {
-    WSADATA facts;
-    WSAStartup(MAKEWORD(2, 2), &facts);
-    socket_ = socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
-    sockaddr_in own{};
-    own.sin_family = AF_INET;
-    own.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    viewer_ = own;
-    viewer_.sin_port = htons(static_cast<u_short>(port));
-    int size = sizeof own;
-    (void)bind(socket_, reinterpret_cast<sockaddr*>(&own), size);
-    getsockname(socket_, reinterpret_cast<sockaddr*>(&own), &size);
-    port_ = ntohs(own.sin_port);
-}
-
-clsSender::~clsSender() {
-    closesocket(socket_);
-    WSACleanup();
-}
-
 void clsSender::SendBytes(const void* bytes, std::size_t size) const {
     sendto(socket_, static_cast<const char*>(bytes), static_cast<int>(size), 0,
            reinterpret_cast<const sockaddr*>(&viewer_), sizeof viewer_);

@@ -1,7 +1,7 @@
 // Sends to a viewer what a program would, and what none should.
 #pragma once
 
-#include <winsock2.h>
+#include "support/loopback_socket.h"
 
 #include <tvut22/viewer.h>
 
@@ -17,14 +17,9 @@ LogpanSharedInfo PublishedInfo();
 LogpanPacketHeader HeaderOf(const wchar_t* tag, char sequence);
 
 // A socket, and with it a port that the viewer tells senders by.
-class clsSender {
+class clsSender : public testing_prof::clsLoopbackSocket {
   public:
-    explicit clsSender(UINT32 port);
-    ~clsSender();
-    clsSender(const clsSender&) = delete;
-    clsSender& operator=(const clsSender&) = delete;
-
-    unsigned short Port() const { return port_; }
+    explicit clsSender(UINT32 port) : viewer_(AddressOf(port)) {}
 
     void SendBytes(const void* bytes, std::size_t size) const;
     // The header with the text after it, and the text's length in the header.
@@ -35,9 +30,7 @@ class clsSender {
     void Line(std::wstring_view text, char sequence) const { Send(HeaderOf(L"KX32UTIL", sequence), text); }
 
   private:
-    SOCKET socket_;
-    sockaddr_in viewer_{};
-    unsigned short port_ = 0;
+    sockaddr_in viewer_;
 };
 
 bool SendToMailslot(std::string_view message);

@@ -49,16 +49,16 @@ class clsCountedAllocations {
 
     static inline int failFrom_ = 0;
 
-    clsImportHook hooks_[10] = {clsImportHook("malloc", reinterpret_cast<void*>(Malloc)),
-                                clsImportHook("calloc", reinterpret_cast<void*>(Calloc)),
-                                clsImportHook("realloc", reinterpret_cast<void*>(Realloc)),
-                                clsImportHook("HeapAlloc", reinterpret_cast<void*>(FromHeap)),
-                                clsImportHook("VirtualAlloc", reinterpret_cast<void*>(FromPages)),
-                                clsImportHook("GlobalAlloc", reinterpret_cast<void*>(FromGlobal)),
-                                clsImportHook("SysAllocStringByteLen", reinterpret_cast<void*>(Text)),
-                                clsImportHook("SafeArrayCreate", reinterpret_cast<void*>(Array)),
-                                clsImportHook("SysAllocStringLen", reinterpret_cast<void*>(SysAlloc)),
-                                clsImportHook("SysReAllocStringLen", reinterpret_cast<void*>(SysReAlloc))};
+    clsImportHook hooks_[10] = {{"malloc", Malloc},
+                                {"calloc", Calloc},
+                                {"realloc", Realloc},
+                                {"HeapAlloc", FromHeap},
+                                {"VirtualAlloc", FromPages},
+                                {"GlobalAlloc", FromGlobal},
+                                {"SysAllocStringByteLen", Text},
+                                {"SafeArrayCreate", Array},
+                                {"SysAllocStringLen", SysAlloc},
+                                {"SysReAllocStringLen", SysReAlloc}};
 };
 
 /// Does the work with the n-th allocation and all later ones failing, for every n, until it needs no more;

@@ -1,8 +1,7 @@
 // A viewer made of its parts: what it publishes, and the socket that it reads.
 #pragma once
 
-#include <winsock2.h>
-
+#include "loopback_socket.h"
 #include "shared_view.h"
 
 #include <gtest/gtest.h>
@@ -19,34 +18,15 @@ struct scPacket {
     UINT16 senderPort;
 };
 
-/// A datagram socket on the loopback address.
-class clsReceiver {
+class clsReceiver : public clsLoopbackSocket {
   public:
     clsReceiver() {
-        WSADATA data;
-        EXPECT_EQ(WSAStartup(MAKEWORD(2, 2), &data), 0);
-        socket_ = socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        int size = sizeof address;
-        EXPECT_EQ(bind(socket_, reinterpret_cast<sockaddr*>(&address), size), 0);
-        EXPECT_EQ(getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size), 0);
-        port_ = ntohs(address.sin_port);
         const DWORD patience = 20000; // milliseconds: long before a test hangs
         const int room = 8 << 20;
         setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&patience),
                    sizeof patience);
         setsockopt(socket_, SOL_SOCKET, SO_RCVBUF, reinterpret_cast<const char*>(&room), sizeof room);
     }
-    ~clsReceiver() {
-        closesocket(socket_);
-        WSACleanup();
-    }
-    clsReceiver(const clsReceiver&) = delete;
-    clsReceiver& operator=(const clsReceiver&) = delete;
-
-    UINT16 Port() const { return port_; }
 
     /// Waits for the next packet, and holds it against what every packet is.
     scPacket Next() const {
@@ -68,10 +48,6 @@ class clsReceiver {
         std::memcpy(packet.text.data(), bytes.data() + 112, packet.header.textBytes);
         return packet;
     }
-
-  private:
-    SOCKET socket_;
-    UINT16 port_;
 };
 
 /// The shared info under one of its names.

@@ -30,11 +30,12 @@ inline void** ImportSlot(const char* function) {
 /// Puts a replacement into an import slot for the life of the object.
 class clsImportHook {
   public:
-    clsImportHook(const char* function, void* replacement) : slot_(ImportSlot(function)) {
+    template <class Function>
+    clsImportHook(const char* name, Function* replacement) : slot_(ImportSlot(name)) {
         if (!slot_)
             return;
         original_ = *slot_;
-        Write(replacement);
+        Write(reinterpret_cast<void*>(replacement));
     }
     ~clsImportHook() {
         if (slot_)

@@ -8,7 +8,6 @@
 
 #include <random>
 #include <string>
-#include <vector>
 
 using namespace tvut;
 
@@ -49,20 +48,15 @@ TEST(FileNames, OfPathsAreTheirLastComponents) {
 }
 
 TEST(FilePatterns, StandInLists) {
-    const struct {
-        std::u16string_view list;
-        std::vector<std::u16string> patterns;
-    } rows[] = {{u"", {}},
-                {u" ; ;", {}},
-                {u"a", {u"a"}},
-                {u" a b.txt ;;C:\\x y\\*.log;", {u"a b.txt", u"C:\\x y\\*.log"}},
-                {u";a", {u"a"}}};
-    for (const auto& row : rows) {
-        std::vector<std::u16string> found;
-        std::u16string_view rest = row.list;
+    for (const auto& [list, patterns] : {std::pair{u"", u""},
+                                         {u" ; ;", u""},
+                                         {u";a", u"a|"},
+                                         {u" a b.txt ;;C:\\x y\\*.log;", u"a b.txt|C:\\x y\\*.log|"}}) {
+        std::u16string found;
+        std::u16string_view rest = list;
         for (auto next = UtilpTakeFilePattern(rest); !next.empty(); next = UtilpTakeFilePattern(rest))
-            found.emplace_back(next);
-        EXPECT_EQ(found, row.patterns) << testing::PrintToString(row.list);
+            found.append(next).append(u"|");
+        EXPECT_EQ(found, patterns);
     }
     EXPECT_EQ(scFilePattern(u"C:a?").folder, u"C:");
     EXPECT_EQ(scFilePattern(u"x/y\\a").folder, u"x/y\\");

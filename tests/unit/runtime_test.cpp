@@ -1,6 +1,5 @@
-// The registry of jobs, and a line's stamp. What lines hold otherwise: fuzz/diagnostic_lines.cpp.
+// The registry of jobs.
 #include "runtime/diagnostic_group.h"
-#include "runtime/line_stamp.h"
 #include "runtime/module_list.h"
 #include "unit/native_platform.h"
 
@@ -8,19 +7,6 @@
 
 namespace tvut {
 namespace {
-
-using Lines = std::vector<std::u16string>;
-
-TEST(LineStamp, HasItsForms) {
-    scLineStamp stamp;
-    stamp.hour = 3, stamp.minute = 4, stamp.second = 5, stamp.millisecond = 6;
-    stamp.thread = 0xABC, stamp.processor = 0x11, stamp.lineNumber = 4294967295u;
-    clsDiagnosticLine line;
-    UtilpPutStamp(line, u"MOD", stamp);
-    EXPECT_EQ(line.View(), u"MOD     : 03:04:05.006 00000abc/11 5  ");
-    EXPECT_EQ(UtilpShownLevel(INT32_MIN), 0u);
-    EXPECT_EQ(UtilpShownLevel(INT32_MAX), 50u);
-}
 
 class ModuleList : public testing::Test {
   protected:
@@ -75,8 +61,9 @@ TEST_F(ModuleList, HandsLeftHeapsOver) {
     EXPECT_EQ(jobs.Close(job), JobResult::success) << "a reference is left";
     EXPECT_EQ(jobs.Close(job), JobResult::heapsLeft);
     EXPECT_EQ(DiagnosticLines(),
-              (Lines{u"host    :Error: deleting module 'job', but the following heaps are left:\n",
-                     u"host    : heaps of job\n"}));
+              (std::vector<std::u16string>{
+                  u"host    :Error: deleting module 'job', but the following heaps are left:\n",
+                  u"host    : heaps of job\n"}));
 }
 
 } // namespace

@@ -369,7 +369,7 @@ TEST_F(Heaps, LetTheSystemFail) {
     const UtilHeap heap = UtilHeapCreate(job, L"H", 0);
     {
         raised = STATUS_ACCESS_VIOLATION;
-        const clsImportHook hook("HeapAlloc", reinterpret_cast<void*>(Raise));
+        const clsImportHook hook("HeapAlloc", Raise);
         EXPECT_EQ(UtilHeapObjectAlloc(heap, 1, 0), nullptr);
     }
     EXPECT_EQ(UtilHeapObjectAlloc(heap, 1, 0), nullptr) << "it is not entered again";
@@ -391,7 +391,7 @@ TEST_F(Heaps, PassTheSystemsExceptionOnWithTheLockReleased) {
     void* const handler = AddVectoredExceptionHandler(1, TakeSecond);
     {
         raised = static_cast<DWORD>(STATUS_NO_MEMORY);
-        const clsImportHook hook("HeapAlloc", reinterpret_cast<void*>(Raise));
+        const clsImportHook hook("HeapAlloc", Raise);
         EXPECT_EQ(UtilHeapObjectAlloc(heap, 1, 0), nullptr);
     }
     EXPECT_EQ(exceptions, 2);

@@ -101,7 +101,8 @@ void Fill(ProfJob job, ProfList list, int count) {
     ProfDeleteItemW(job, list, L"n");
 }
 
-// What an enumeration does to the profile at the entry named "2" of 1, 2, 3, 4.
+// What an enumeration does to the profile at the entry named "2" of 1, 2, 3, 4; other edits during walks are
+// held against a model in fuzz/lists.cpp.
 struct scWalk {
     const char* what;
     void (*edit)(ProfJob job, ProfList list);
@@ -109,21 +110,14 @@ struct scWalk {
     const wchar_t* after; // null: not looked at
 };
 
-// clang-format off
 const scWalk walkCases[] = {
-    {"the current entry", [](ProfJob j, ProfList l) { ProfDeleteListW(j, l, L"2"); }, L"1234", L"1=;3=;4=;"},
-    {"the next entry", [](ProfJob j, ProfList l) { ProfDeleteItemW(j, l, L"3"); }, L"124", L"1=;2{}4=;"},
-    {"an earlier entry", [](ProfJob j, ProfList l) { ProfDeleteItemW(j, l, L"1"); }, L"1234", L"2{}3=;4=;"},
-    {"the last entry", [](ProfJob j, ProfList l) { ProfDeleteItemW(j, l, L"4"); }, L"123", L"1=;2{}3=;"},
-    {"a new entry", [](ProfJob j, ProfList l) { ProfSetStringW(j, l, L"5", L"x"); }, L"1234", L"1=;2{}3=;4=;5=x;"},
-    {"all entries", [](ProfJob j, ProfList l) { ProfEmptyList(j, l); }, L"12", L""},
-    {"all, then new ones", [](ProfJob j, ProfList l) { ProfEmptyList(j, l); Fill(j, l, 100); }, L"12", L""},
-    {"many new entries", [](ProfJob j, ProfList l) { Fill(j, l, 5000); }, L"1234", L"1=;2{}3=;4=;"},
-    {"the list itself", [](ProfJob j, ProfList l) { ProfDeleteListW(j, l, nullptr); }, L"12", nullptr},
-    {"a list above", [](ProfJob j, ProfList) { ProfEmptyList(j, 0); }, L"12", nullptr},
-    {"the job", [](ProfJob j, ProfList) { ProfJobClose(j); }, L"12", nullptr}, // its last reference
+    {"the current entry", [](auto j, auto l) { ProfDeleteListW(j, l, L"2"); }, L"1234", L"1=;3=;4=;"},
+    {"the next entry", [](auto j, auto l) { ProfDeleteItemW(j, l, L"3"); }, L"124", L"1=;2{}4=;"},
+    {"many new entries", [](auto j, auto l) { Fill(j, l, 5000); }, L"1234", L"1=;2{}3=;4=;"},
+    {"the list itself", [](auto j, auto l) { ProfDeleteListW(j, l, nullptr); }, L"12", nullptr},
+    {"a list above", [](auto j, auto) { ProfEmptyList(j, 0); }, L"12", nullptr},
+    {"the job", [](auto j, auto) { ProfJobClose(j); }, L"12", nullptr}, // its last reference
 };
-// clang-format on
 
 struct scWalked {
     const scWalk& walk;
@@ -182,55 +176,34 @@ TYPED_TEST(Tree, EnumerationsStopWhenTold) {
     EXPECT_FALSE(TypeParam::enumerate(job, 0, nullptr, 0));
 }
 
-TEST(Lists, CopiesHoldWhatWasThereWhenTheyBegan) {
-    const struct {
-        const wchar_t *before, *destination, *source, *after;
-    } copies[] = {{L"a=1;L{b=2;}", L"", L"", L"a=1;L{b=2;}a=1;L{b=2;}"},
-                  {L"a=1;L{b=2;M{}}", L"L/M", L"", L"a=1;L{b=2;M{a=1;L{b=2;M{}}}}"},
-                  {L"a=1;L{b=2;M{c=3;}}", L"", L"L", L"a=1;L{b=2;M{c=3;}}b=2;M{c=3;}"},
-                  {L"L{b=2;M{c=3;}}", L"L", L"L", L"L{b=2;M{c=3;}b=2;M{c=3;}}"},
-                  {L"L{}", L"L", L"L", L"L{}"}};
-    for (const auto& [before, destination, source, after] : copies) {
-        const clsJob job(before);
-        const auto list = [&](const wchar_t* path) { return *path ? ProfGetListW(job, 0, path) : 0; };
-        EXPECT_EQ(ProfCopyList(job, list(destination), job, list(source)), PROF_OK);
-        EXPECT_EQ(Describe(job), after);
-    }
+TEST(Lists, AreCopiedWithinAJobAndToAnother) {
     const clsJob from(L"a=1;L{b=2;M{}}"), to(L"L{}");
     EXPECT_EQ(ProfCopyList(to, ProfGetListW(to, 0, L"L"), from, 0), PROF_OK);
     EXPECT_EQ(Describe(to), L"L{a=1;L{b=2;M{}}}");
-    EXPECT_EQ(Describe(from), L"a=1;L{b=2;M{}}");
+    EXPECT_EQ(ProfCopyList(from, ProfGetListW(from, 0, L"L/M"), from, 0), PROF_OK);
+    EXPECT_EQ(Describe(from), L"a=1;L{b=2;M{a=1;L{b=2;M{}}}}");
     EXPECT_EQ(ProfCopyList(to, 0, 0, 0), PROF_INVALID_JOB);
     EXPECT_LT(ProfCopyList(0, 0, from, 0), 0);
 }
 
-BOOL TVUT22_CALL TakeName(ProfJob, const wchar_t* name, const wchar_t*, ProfList, UINT_PTR user) {
-    *reinterpret_cast<const wchar_t**>(user) = name;
-    return FALSE;
-}
-
-/// Handles that are no list of a job: deleted ones, another job's, addresses within lists and texts of its
-/// own, copies of a list elsewhere, addresses of nothing.
+/// Handles that are no list of a job: deleted ones, another job's, an address within a list, a copy of a list
+/// elsewhere, addresses of nothing.
 class clsNoLists {
   public:
     clsNoLists(ProfJob job, ProfJob other) {
         const ProfList above = ProfAppendListW(job, 0, L"above"),
                        below = ProfAppendListW(job, above, L"below"), live = ProfGetListW(job, 0, L"live");
-        const wchar_t* text = nullptr;
-        ProfEnumW(job, 0, TakeName, reinterpret_cast<UINT_PTR>(&text));
         std::memcpy(copy_, live, sizeof copy_);
         ProfDeleteListW(job, above, nullptr);
-        handles = {above,
-                   below,
-                   ProfGetListW(other, 0, L"L"),
-                   ProfGetListW(other, 0, nullptr),
-                   reinterpret_cast<ProfList>(copy_),
-                   reinterpret_cast<ProfList>(const_cast<wchar_t*>(text)),
-                   reinterpret_cast<ProfList>(reserved_)};
-        for (const INT_PTR distance : {1, 4, 8, 16, -4, 0x10000})
-            handles.push_back(reinterpret_cast<ProfList>(reinterpret_cast<INT_PTR>(live) + distance));
-        for (const UINT_PTR address : {0x1u, 0x10u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFF0u, 0xFFFFFFFFu})
-            handles.push_back(reinterpret_cast<ProfList>(address));
+        handles = {above, below, ProfGetListW(other, 0, L"L"), ProfGetListW(other, 0, nullptr)};
+        const auto add = [&](const void* address) {
+            handles.push_back(reinterpret_cast<ProfList>(const_cast<void*>(address)));
+        };
+        add(copy_);
+        add(reserved_);
+        add(reinterpret_cast<const char*>(live) + 4);
+        for (const UINT_PTR address : {0x1u, 0x7FFFFFFFu, 0xFFFFFFF0u})
+            add(reinterpret_cast<const void*>(address));
     }
     clsNoLists(const clsNoLists&) = delete;
     clsNoLists& operator=(const clsNoLists&) = delete;

@@ -20,6 +20,10 @@ class clsVariant {
         static_assert(sizeof contents <= 8);
         std::memcpy(&V_I8(&value_), &contents, sizeof contents);
     }
+    explicit clsVariant(const DECIMAL& contents) {
+        V_DECIMAL(&value_) = contents;
+        V_VT(&value_) = VT_DECIMAL;
+    }
     clsVariant(const clsVariant&) = delete;
     clsVariant& operator=(const clsVariant&) = delete;
     ~clsVariant() { VariantClear(&value_); }
@@ -65,7 +69,6 @@ SAFEARRAY* Matrix(VARTYPE type) {
 }
 
 TEST(Variants, AreStoredInTextsThatNeverChange) {
-    const DECIMAL decimal = {0, {{2, DECIMAL_NEG}}, 0, {{123, 0}}};
     struct {
         const wchar_t* text;
         clsVariant value;
@@ -99,10 +102,7 @@ TEST(Variants, AreStoredInTextsThatNeverChange) {
         {L"var://AQ0gAQADAAAAAAAAAAAAAA==", clsVariant(VT_ARRAY | VT_UNKNOWN, Array(VT_UNKNOWN, {{3, 0}}))},
         {L"var://AQwgAQACAAAAAAAAAAAAAAA=", clsVariant(VT_ARRAY | VT_VARIANT, Array(VT_VARIANT, {{2, 0}}))},
         {L"var://AQUgAQAAAAAABwAAAA==", clsVariant(VT_ARRAY | VT_R8, Array(VT_R8, {{0, 7}}))},
-        {L"var://AQ4AAoAAAAAAewAAAAAAAAA=", clsVariant()}};
-    auto& last = *std::rbegin(rows);
-    V_DECIMAL(&*last.value) = decimal;
-    V_VT(&*last.value) = VT_DECIMAL;
+        {L"var://AQ4AAoAAAAAAewAAAAAAAAA=", clsVariant(DECIMAL{0, {{2, DECIMAL_NEG}}, 0, {{123, 0}}})}};
     for (auto& row : rows) {
         EXPECT_EQ(Stored(row.value), row.text);
         EXPECT_EQ(Again(row.text), row.text);
@@ -121,24 +121,19 @@ TEST(Variants, OfManyElementsComeBackWhole) {
         EXPECT_FALSE(std::memcmp(after->pvData, before->pvData, 6 * before->cbElements)) << type;
     }
     SAFEARRAY* decimals = Array(VT_DECIMAL, {{2, 0}});
-    Elements<DECIMAL>(decimals)[1].scale = 28;
-    Elements<DECIMAL>(decimals)[1].Lo64 = 7;
-    SAFEARRAY* inner = Array(VT_VARIANT, {{1, 0}});
-    V_VT(Elements<VARIANT>(inner)) = VT_BSTR;
-    V_BSTR(Elements<VARIANT>(inner)) = clsVariant::Text(std::wstring(500, L'x'));
+    Elements<DECIMAL>(decimals)[1] = DECIMAL{0, {{28, 0}}, 0, {{7, 0}}};
     SAFEARRAY* outer = Array(VT_VARIANT, {{2, 0}});
     V_VT(Elements<VARIANT>(outer)) = VT_ARRAY | VT_DECIMAL;
     V_ARRAY(Elements<VARIANT>(outer)) = decimals;
-    V_VT(Elements<VARIANT>(outer) + 1) = VT_ARRAY | VT_VARIANT;
-    V_ARRAY(Elements<VARIANT>(outer) + 1) = inner;
+    V_VT(Elements<VARIANT>(outer) + 1) = VT_BSTR;
+    V_BSTR(Elements<VARIANT>(outer) + 1) = clsVariant::Text(std::wstring(500, L'x'));
     clsVariant value(VT_ARRAY | VT_VARIANT, outer), read;
     const std::wstring text = Stored(value);
-    EXPECT_EQ(text.substr(0, 9), L"var://@2@");
     EXPECT_EQ(Again(text), text);
     ASSERT_EQ(ProfGetVariantFromContents(text.c_str(), read), PROF_OK);
     const VARIANT* both = Elements<VARIANT>(V_ARRAY(&*read));
     EXPECT_EQ(Elements<DECIMAL>(V_ARRAY(both))[1].Lo64, 7u);
-    EXPECT_EQ(SysStringLen(V_BSTR(Elements<VARIANT>(V_ARRAY(both + 1)))), 500u);
+    EXPECT_EQ(SysStringLen(V_BSTR(both + 1)), 500u);
 }
 
 TEST(Variants, AreCompressedFrom101BytesOn) {
@@ -152,19 +147,16 @@ TEST(Variants, AreCompressedFrom101BytesOn) {
 
 TEST(Variants, AreResolvedWhenTheyAreReferences) {
     long number = 42;
-    clsVariant text(VT_BSTR, clsVariant::Text(L"ab"));
     SAFEARRAY* numbers = Matrix(VT_I2);
-    clsVariant owner(VT_ARRAY | VT_I2, numbers);
-    for (const auto& [reference, resolved] :
-         {std::pair{std::make_unique<clsVariant>(VT_BYREF | VT_I4, &number), L"var://AQMAKgAAAA=="},
-          {std::make_unique<clsVariant>(VT_BYREF | VT_VARIANT, static_cast<VARIANT*>(text)),
-           L"var://AQgABAAAAGEAYgA="}})
-        EXPECT_EQ(Stored(*reference), resolved);
-    clsVariant reference(VT_BYREF | VT_ARRAY | VT_I2, &numbers);
-    EXPECT_EQ(Stored(reference), Stored(owner));
+    clsVariant text(VT_BSTR, clsVariant::Text(L"ab")), owner(VT_ARRAY | VT_I2, numbers);
+    clsVariant toNumber(VT_BYREF | VT_I4, &number),
+        toText(VT_BYREF | VT_VARIANT, static_cast<VARIANT*>(text)),
+        toArray(VT_BYREF | VT_ARRAY | VT_I2, &numbers);
+    EXPECT_EQ(Stored(toNumber), L"var://AQMAKgAAAA==");
+    EXPECT_EQ(Stored(toText), Stored(text));
+    EXPECT_EQ(Stored(toArray), Stored(owner));
     SAFEARRAY* held = Array(VT_VARIANT, {{1, 0}});
-    V_VT(Elements<VARIANT>(held)) = VT_BYREF | VT_I4;
-    V_I4REF(Elements<VARIANT>(held)) = &number;
+    *Elements<VARIANT>(held) = *toNumber;
     clsVariant holder(VT_ARRAY | VT_VARIANT, held);
     EXPECT_EQ(Stored(holder), L"var://AQwgAQABAAAAAAAAAAMAKgAAAA==");
 }
@@ -206,11 +198,11 @@ TEST(Variants, ThatMeanNothingElsewhereAreRefused) {
 TEST(Variants, AreReadFromVariantsOnly) {
     const clsJob job(L"empty=;text=abc;plain=AQMAKgAAAA==;cut=var://AQMAKgAA;bad=var://AQMAKgA*AA==;"
                      L"packed=var://@2@AQMAKgAAAA==;none=var://;good=var://AQMAKgAAAA==;");
-    const std::pair<const wchar_t*, INT> rows[] = {{L"empty", PROF_NOT_FOUND},  {L"missing", PROF_NOT_FOUND},
-                                                   {nullptr, PROF_NOT_FOUND},   {L"text", PROF_NOT_PARSED},
-                                                   {L"plain", PROF_NOT_PARSED}, {L"cut", PROF_NOT_PARSED},
-                                                   {L"bad", PROF_NOT_PARSED},   {L"packed", PROF_NOT_PARSED},
-                                                   {L"none", PROF_NOT_PARSED},  {L"good", PROF_OK}};
+    std::vector<std::pair<const wchar_t*, INT>> rows = {{L"good", PROF_OK}};
+    for (const wchar_t* path : {L"empty", L"missing", static_cast<const wchar_t*>(nullptr)})
+        rows.emplace_back(path, PROF_NOT_FOUND);
+    for (const wchar_t* path : {L"text", L"plain", L"cut", L"bad", L"packed", L"none"})
+        rows.emplace_back(path, PROF_NOT_PARSED);
     for (const auto& [path, result] : rows) {
         VARIANT out;
         std::memset(&out, 0xCC, sizeof out); // initialised by the call, not cleared
