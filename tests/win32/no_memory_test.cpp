@@ -174,52 +174,6 @@ TYPED_TEST(Memory, AFailedEditChangesNothing) {
     fails("append a list", [&](ProfJob job) { TypeParam::appendList(job, 0, path.c_str()); });
 }
 
-/// Takes all address space and every free block of the heaps. Nothing may allocate while it lives, this
-/// program's own code included.
-class clsNoMemory {
-  public:
-    clsNoMemory() {
-        for (SIZE_T size = SIZE_T{1} << 30; size >= 1 << 16; size /= 2)
-            while (Reserve(size))
-                ;
-        for (int i = 0; i < 2; ++i)
-            for (SIZE_T size = 1 << 19; size >= sizeof(void*); size /= 2)
-                while (Take(i, size))
-                    ;
-    }
-    ~clsNoMemory() {
-        while (count_)
-            VirtualFree(reserved_[--count_], 0, MEM_RELEASE);
-        for (int i = 0; i < 2; ++i)
-            while (void* block = chain_[i]) {
-                chain_[i] = *static_cast<void**>(block);
-                HeapFree(heaps_[i], 0, block);
-            }
-    }
-    clsNoMemory(const clsNoMemory&) = delete;
-    clsNoMemory& operator=(const clsNoMemory&) = delete;
-
-  private:
-    bool Reserve(SIZE_T size) {
-        void* block =
-            count_ < std::size(reserved_) ? VirtualAlloc(nullptr, size, MEM_RESERVE, PAGE_NOACCESS) : nullptr;
-        if (block)
-            reserved_[count_++] = block;
-        return block;
-    }
-    bool Take(int i, SIZE_T size) {
-        void* block = HeapAlloc(heaps_[i], 0, size);
-        if (block)
-            *static_cast<void**>(block) = std::exchange(chain_[i], block);
-        return block;
-    }
-
-    static inline void* reserved_[40000];
-    size_t count_ = 0;
-    const HANDLE heaps_[2] = {reinterpret_cast<HANDLE>(_get_heap_handle()), GetProcessHeap()};
-    void* chain_[2] = {};
-};
-
 TYPED_TEST(Memory, EveryCallFailsCleanlyAndTheJobWorksOn) {
     using Char = typename TypeParam::Char;
     const clsJob job(L"number=42;text=abc;L{x=1;}");
@@ -231,7 +185,7 @@ TYPED_TEST(Memory, EveryCallFailsCleanlyAndTheJobWorksOn) {
     ProfJob opens[2] = {};
     ProfList list = 0, empty = 0;
     {
-        const clsNoMemory none;
+        const clsCountedAllocations none(1);
         found = TypeParam::getInt(job, 0, number.c_str(), &value, 7);
         stringLength = TypeParam::getStringLength(job, 0, number.c_str());
         opens[0] = TypeParam::open(path.c_str());
