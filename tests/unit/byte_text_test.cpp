@@ -158,22 +158,6 @@ TEST(BlockCipher, KeepsItsVectors) {
               u"VDRFgc/VhKcoyFk4CXieVdyQJ18Z+OVHchsSKsQYuVx50wF+UwI4cOOWBA==");
 }
 
-TEST(BlockCipher, DeciphersEveryLengthInPieces) {
-    for (std::size_t length = 8; length <= 200; ++length) {
-        const Bytes plain = Random(length);
-        Bytes bytes = plain;
-        clsCipherChain(u"k").Encipher(bytes);
-        ASSERT_NE(bytes, plain);
-        clsCipherChain chain(u"k");
-        for (std::span<std::uint8_t> rest = bytes; !rest.empty();) {
-            const auto piece = rest.first(std::min<std::size_t>(rest.size(), 24));
-            chain.Decipher(piece);
-            rest = rest.subspan(piece.size());
-        }
-        ASSERT_EQ(bytes, plain) << length;
-    }
-}
-
 using Compression = clsPackedBytes::Compression;
 
 std::u16string TextOf(std::string_view bytes, Compression compression, std::u16string_view key = {}) {

@@ -81,19 +81,6 @@ TEST(Compressed, RefusesWhatIsDamagedCutOffOrTooLarge) {
     EXPECT_EQ(ProfpInflate(whole, 20000).Bytes(), Saved(tree));
 }
 
-TEST(TextForm, NestsAMillionDeep) {
-    std::string lists = "[/]\n{\n", sections;
-    for (int i = 0; i < 1000000; ++i) {
-        lists += "[n]\n{\n";
-        sections += "[s]\n";
-    }
-    for (const std::string& bytes : {lists, sections}) {
-        clsTree tree(true);
-        EXPECT_TRUE(Load(tree, bytes).parsed);
-        EXPECT_EQ(Saved(tree), "cannot be saved");
-    }
-}
-
 TEST(Compressed, ReadsAWrapperInAWrapperButNotWithoutEnd) {
     clsTree tree(true);
     ProfpAppendItem(tree.Root(), u"name", u"value");

@@ -102,17 +102,6 @@ TEST(OutOfMemory, Loading) {
     }
 }
 
-TEST(OutOfMemory, Saving) {
-    for (const std::uint32_t flags : {0x00u, 0x40u, 0x01u, 0x02u}) {
-        const auto save = [flags](clsTree& tree) {
-            clsMemorySink sink;
-            sink.bytes.reserve(4096);
-            ProfpSave(tree.Root(), flags, false, sink);
-        };
-        FailEveryAllocation(save, ExpectSound);
-    }
-}
-
 // A sink may give up old contents once it knows the length of new ones: no allocation may fail after that.
 TEST(OutOfMemory, SavingFailsBeforeTheSinkIsTold) {
     for (const std::uint32_t flags : {0x00u, 0x40u, 0x01u, 0x02u}) {

@@ -54,7 +54,7 @@ class clsNoProgress final : public IclsZipProgress {
     void Tell(std::uint64_t, std::uint64_t, bool) override {}
 };
 
-// A folder in memory. Some of its folders may lead elsewhere.
+// A folder in memory.
 class clsMemoryTarget final : public IclsTargetFolder {
   public:
     struct scFile {
@@ -68,8 +68,6 @@ class clsMemoryTarget final : public IclsTargetFolder {
         for (std::size_t end = 0; end < path.size();) {
             end = std::min(path.find(u'\\', end + 1), path.size());
             const std::u16string folder(path.substr(0, end));
-            if (links.contains(folder))
-                return false;
             if (files.contains(folder))
                 throw clsException("a file is there", 5);
             folders.insert(folder);
@@ -78,8 +76,6 @@ class clsMemoryTarget final : public IclsTargetFolder {
     }
     bool Exists(std::u16string_view path) override { return files.contains(std::u16string(path)); }
     std::unique_ptr<IclsTargetFile> NewFile(std::u16string_view path) override {
-        if (path == refused)
-            throw clsException("refused", 5);
         return std::make_unique<clsFile>(*this, std::u16string(path));
     }
 
@@ -87,8 +83,7 @@ class clsMemoryTarget final : public IclsTargetFolder {
     std::uint64_t freeBytes = UINT64_MAX;
     std::size_t room = SIZE_MAX; // bytes that can be written before the disk is full
     std::map<std::u16string, scFile> files;
-    std::set<std::u16string> folders, links;
-    std::u16string refused;
+    std::set<std::u16string> folders;
     int unfinished = 0; // files that were begun and are neither in their place nor gone
 
   private:
@@ -140,6 +135,11 @@ struct scContents {
     std::u16string name; // a folder's ends with "/"
     std::string bytes;
 };
+
+inline std::u16string WideNumber(std::uint64_t number) {
+    const std::string digits = std::to_string(number);
+    return {digits.begin(), digits.end()};
+}
 
 inline void Add(clsZIPWriter& writer, const scContents& contents) {
     clsNoProgress progress;
@@ -225,13 +225,8 @@ inline std::string Forged(std::vector<scForgedEntry> entries, std::string before
         directory += BytesOf(entry.central) + entry.name + entry.centralExtra;
     }
     const auto count = static_cast<std::uint16_t>(entries.size());
-    scEndRecord end{0,
-                    0,
-                    count,
-                    count,
-                    static_cast<std::uint32_t>(directory.size()),
-                    static_cast<std::uint32_t>(archive.size()),
-                    0};
+    const auto bytes = static_cast<std::uint32_t>(directory.size());
+    scEndRecord end{0, 0, count, count, bytes, static_cast<std::uint32_t>(archive.size()), 0};
     if (changeEnd)
         changeEnd(end);
     return archive + directory + BytesOf(end);

@@ -21,19 +21,15 @@ std::wstring TextOf(const Bytes& bytes, BOOL compress = FALSE) {
 
 HGLOBAL BlockOf(const Bytes& bytes) {
     HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, bytes.size());
-    if (!bytes.empty()) {
-        std::memcpy(GlobalLock(block), bytes.data(), bytes.size());
-        GlobalUnlock(block);
-    }
+    bytes.copy(static_cast<char*>(GlobalLock(block)), bytes.size());
+    GlobalUnlock(block);
     return block;
 }
 
 Bytes BytesOf(HGLOBAL block) {
-    Bytes bytes(GlobalSize(block), '\0');
-    if (!bytes.empty()) {
-        std::memcpy(bytes.data(), GlobalLock(block), bytes.size());
-        GlobalUnlock(block);
-    }
+    const auto* const first = static_cast<const char*>(GlobalLock(block));
+    const Bytes bytes(first, first + GlobalSize(block));
+    GlobalUnlock(block);
     GlobalFree(block);
     return bytes;
 }
@@ -92,9 +88,9 @@ TEST(Conversions, ThroughAllDoors) {
 }
 
 TEST(Conversions, WhatIsRefusedStandsForNoBytes) {
+    char room[8];
     for (const wchar_t* const text : {L"QUJDQ", L"QUJ*", L"@3@QUJD", L"@2@QUJDRA=="}) {
         const clsLog log;
-        char room[8];
         clsPieceStream stream("stays");
         HGLOBAL block = nullptr;
         EXPECT_EQ(UtilConvertStringToBLOB(text, room, sizeof room), 0) << text;

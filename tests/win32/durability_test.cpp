@@ -1,11 +1,11 @@
 // Saving never tears a file: the saving process is stopped, or its file calls fail, at every step.
+#include "support/child.h"
 #include "support/fake_clock.h"
 #include "support/log.h"
 #include "support/piece_stream.h"
 #include "support/steps.h"
 
 #include <cstdlib>
-#include <optional>
 
 namespace testing_prof {
 namespace {
@@ -31,25 +31,9 @@ INT Save(const std::wstring& path, UINT flags) {
     return ProfSaveW(NewProfile(), path.c_str(), flags);
 }
 
-/// Starts this program anew, as the saver of the test below.
-Handle Start(int step, UINT flags, const std::wstring& path) {
-    wchar_t program[MAX_PATH];
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
-    std::wstring line = L"\"" + std::wstring(program) + L"\" " + std::to_wstring(step) + L" " +
-                        std::to_wstring(flags) + L" \"" + path + L"\"";
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION info{};
-    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info))
-        CloseHandle(info.hThread);
-    return Handle(info.hProcess);
-}
-
-DWORD ExitCodeOf(const Handle& process) {
-    DWORD code = 0;
-    WaitForSingleObject(process.get(), INFINITE);
-    GetExitCodeProcess(process.get(), &code);
-    return code;
+/// The exit code of this program as a child, the saver of the tests below, which dies at a step.
+DWORD DiesSaving(int step, UINT flags, const std::wstring& path) {
+    return clsChild(std::to_wstring(step) + L" " + std::to_wstring(flags) + L" \"" + path + L"\"").ExitCode();
 }
 
 /// A file as another program holds it that opened it with fopen: it may be written, but not replaced.
@@ -72,7 +56,7 @@ TEST_P(Durability, AProcessThatDiesAtAnyStepOfASaveLeavesTheOldOrTheNewFile) {
             std::filesystem::remove(path);
             if (present)
                 WriteBytes(path, before);
-            code = ExitCodeOf(Start(++step, GetParam(), path));
+            code = DiesSaving(++step, GetParam(), path);
             const Bytes now = ReadBytes(path);
             EXPECT_TRUE(now == after || (present ? now == before : !std::filesystem::exists(path)))
                 << "step " << step << ": " << now.size() << " bytes";
@@ -124,11 +108,10 @@ TEST_P(Durability, ATargetThatCannotBeReplacedIsWrittenInPlace) {
 // The finished temporary file goes only when its copy is complete.
 TEST_P(Durability, WhatStopsWritingInPlaceLeavesOneWholeFile) {
     const Bytes after = Saved(NewProfile(), GetParam());
-    const auto whole = [&](const Bytes& contents) {
-        for (const auto& entry : std::filesystem::directory_iterator(folder.Path()))
-            if (ReadBytes(entry.path()) == contents)
-                return true;
-        return false;
+    const auto isWhole = [&](const auto& entry) { return ReadBytes(entry.path()) == after; };
+    const auto isWholeThere = [&] {
+        using Entries = std::filesystem::directory_iterator;
+        return std::any_of(Entries(folder.Path()), Entries(), isWhole);
     };
     for (const Bytes& before : {OldContents(), Bytes(200000, 'x')}) {
         int torn = 0;
@@ -144,13 +127,13 @@ TEST_P(Durability, WhatStopsWritingInPlaceLeavesOneWholeFile) {
                     Save(path, GetParam());
                     stopped = steps >= at;
                 } else {
-                    stopped = ExitCodeOf(Start(at, GetParam(), path)) == diedCode;
+                    stopped = DiesSaving(at, GetParam(), path) == diedCode;
                 }
                 const Bytes now = ReadBytes(path);
                 const bool isTorn = now != before && now != after;
                 torn += isTorn;
                 EXPECT_TRUE(!isTorn || how == Fault::Die || log.Lines().size() == 1) << "step " << at;
-                EXPECT_TRUE(now == before || whole(after)) << "step " << at;
+                EXPECT_TRUE(now == before || isWholeThere()) << "step " << at;
                 EXPECT_TRUE(how == Fault::Die || folder.Count() == 1 || now != before) << "step " << at;
                 EXPECT_TRUE(stopped || (now == after && folder.Count() == 1)) << "step " << at;
                 folder.KeepOnly(oneLetter);
@@ -216,26 +199,24 @@ TEST(HeldFile, KeepsItsContentsWhenItCannotBeCut) {
     const std::wstring path = folder / oneLetter;
     WriteBytes(path, OldContents());
     const clsJob job(ProfJobOpenExclusiveW(path.c_str()));
-    const HANDLE reader = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                      OPEN_EXISTING, 0, nullptr);
-    const HANDLE mapping = CreateFileMappingW(reader, nullptr, PAGE_READONLY, 0, 0, nullptr);
-    const void* const view = MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, 0);
+    Handle reader = OpenedElsewhere(path);
+    Handle mapping(CreateFileMappingW(reader.get(), nullptr, PAGE_READONLY, 0, 0, nullptr));
+    const void* const view = MapViewOfFile(mapping.get(), FILE_MAP_READ, 0, 0, 0);
     ASSERT_TRUE(view);
     ProfEmptyList(job, nullptr);
     EXPECT_EQ(ProfSaveW(job, nullptr, 0), PROF_SAVE_FAILED);
     EXPECT_EQ(ReadBytes(path), OldContents());
     UnmapViewOfFile(view);
-    CloseHandle(mapping);
-    CloseHandle(reader);
+    mapping.reset();
+    reader.reset();
     EXPECT_EQ(ProfSaveW(job, nullptr, 0), PROF_OK);
     EXPECT_EQ(Describe(clsJob(ProfJobOpenW(path.c_str()))), L"");
 }
 
 // TVUT22_SMALL_DISK names a folder on a disk of a few hundred kilobytes, which the test session mounts.
 TEST(FullDisk, FailsTheSaveAndKeepsTheOldFile) {
-    wchar_t disk[MAX_PATH];
-    if (!GetEnvironmentVariableW(L"TVUT22_SMALL_DISK", disk, MAX_PATH))
-        GTEST_FAIL() << "TVUT22_SMALL_DISK is not set: run this test in the session of scripts/test";
+    const wchar_t* const disk = _wgetenv(L"TVUT22_SMALL_DISK");
+    ASSERT_TRUE(disk) << "run this test in the session of scripts/test";
     const clsTempFolder folder{std::filesystem::path(disk)};
     const std::wstring path = folder / oneLetter, held = folder / L"held.prf";
     const Bytes before = OldContents();

