@@ -171,7 +171,7 @@ TEST(Leftovers, GoOnceAFolder) {
     for (const wchar_t* name : others)
         EXPECT_TRUE(there(name));
     make(old, 61);
-    const clsImportHook noSearch("FindFirstFileW", nullptr);
+    const clsImportHook noSearch("FindFirstFileW", static_cast<void*>(nullptr));
     ASSERT_TRUE(noSearch);
     EXPECT_EQ(Save(folder / L"a.prf", 0), PROF_OK);
     EXPECT_TRUE(there(old));
