@@ -11,7 +11,6 @@
 namespace {
 
 using tool::ExitCode;
-using tool::scFailure;
 
 std::wstring WindowProgram() {
     std::wstring path(32 * 1024, L'\0');

@@ -12,15 +12,16 @@
 #include <CLI/CLI.hpp>
 
 #include <optional>
+#include <utility>
 
 namespace tool::tvut {
 
 namespace {
 
-struct GiveUp {
+struct scGiveUp {
     void operator()(UtilZip zip) const { UtilZIPClose(zip, FALSE); }
 };
-using OwnedZip = std::unique_ptr<UtilZipObject, GiveUp>;
+using OwnedZip = std::unique_ptr<UtilZipObject, scGiveUp>;
 
 class clsZipCommand final : public IclsCommand {
   public:
@@ -93,7 +94,7 @@ class clsZipCommand final : public IclsCommand {
             options.Rethrow();
             scFailure failure = FailureOf(result, source, log);
             failure.subject = Subject(source, failure.subject);
-            throw failure;
+            throw scFailure(std::move(failure));
         }
         TellPassedOver(log);
         StopIfInterrupted();
@@ -102,7 +103,7 @@ class clsZipCommand final : public IclsCommand {
             return;
         scFailure failure = FailureOf(result, archive_, log);
         failure.code = ExitCode::cannotSave;
-        throw failure;
+        throw scFailure(std::move(failure));
     }
 
     // The source as it was typed, or the file below it that failed.
