@@ -89,38 +89,25 @@ TEST(Clipboard, WithoutAProfileGivesAnEmptyJob) {
     EXPECT_FALSE(ProfIsClipboardDataAvailable());
 }
 
-TEST(Clipboard, IsReadWhateverItsSize) {
-    const Bytes text = Utf16(L"\xFEFF[/]\r\n{\r\na=1\r\n}\r\n");
-    const std::pair<Bytes, INT> rows[] = {
-        {text, PROF_OK},
-        {text + '\0', PROF_OK},
-        {text + Bytes(4096, '\0'), PROF_OK},
-        {text + Bytes(4095, '\0'), PROF_OK},
-        {Saved(clsJob(L"a=1;"), PROF_SAVE_COMPRESSED) + Bytes(9, '\0'), PROF_OK},
-        {"ZZmQ damaged", PROF_LOAD_FAILED}};
-    for (const auto& [bytes, error] : rows) {
-        PutOnClipboard(bytes);
-        const clsJob job(ProfJobOpenClipboard(nullptr));
-        EXPECT_EQ(job.Error(), error) << bytes.size();
-        EXPECT_EQ(Describe(job), error == PROF_OK ? L"a=1;" : L"") << bytes.size();
-    }
-}
-
 TEST(Clipboard, CarriesEveryFormWhateverTheBlockIsFilledUpWith) {
     const clsJob job(L"a=1;L{b=&<\x00FC;}");
-    for (const UINT form : {PROF_FORM_TEXT, PROF_FORM_XML, PROF_FORM_XFDF}) {
+    for (const UINT form : {PROF_FORM_TEXT, PROF_FORM_XML, PROF_FORM_XFDF, PROF_SAVE_COMPRESSED}) {
         const Bytes bytes = Saved(job, form);
         const std::wstring tree = Describe(Opened(bytes));
         Empty();
         EXPECT_EQ(ProfSaveToClipboard(job, nullptr, form), PROF_OK);
         EXPECT_EQ(Describe(clsJob(ProfJobOpenClipboard(nullptr))), tree) << form;
-        for (size_t more = 0; more <= 16; ++more) {
+        for (const size_t more : {0u, 1u, 2u, 3u, 4u, 9u, 16u, 4095u, 4096u}) {
             PutOnClipboard(bytes + Bytes(more, '\0'));
             const clsJob pasted(ProfJobOpenClipboard(nullptr));
             EXPECT_EQ(pasted.Error(), PROF_OK) << form << " " << more;
             EXPECT_EQ(Describe(pasted), tree) << form << " " << more;
         }
     }
+    PutOnClipboard("ZZmQ damaged");
+    const clsJob damaged(ProfJobOpenClipboard(nullptr));
+    EXPECT_EQ(damaged.Error(), PROF_LOAD_FAILED);
+    EXPECT_EQ(Describe(damaged), L"");
 }
 
 HGLOBAL WINAPI NoBlock(UINT, SIZE_T) {
