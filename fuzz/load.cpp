@@ -1,8 +1,7 @@
 // Loads any bytes in every reading mode; what loads must save and load again to the same text.
-#include "unit/native_platform.h"
+#include "require.h"
 
-#include <cstdio>
-#include <cstdlib>
+#include "unit/native_platform.h"
 
 using namespace tvut;
 
@@ -12,8 +11,7 @@ namespace {
 // after one more round nothing changes any more.
 std::string SavedAgain(const std::string& bytes) {
     clsTree tree(true);
-    if (!Load(tree, bytes).parsed)
-        std::abort();
+    Require(Load(tree, bytes).parsed);
     return Saved(tree);
 }
 
@@ -29,14 +27,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         std::string saved = Saved(tree);
         if (saved == "cannot be saved")
             continue;
-        for (int round = 0;; ++round) {
-            std::string again = SavedAgain(saved);
-            if (again == saved)
-                break;
-            if (round == 64)
-                std::abort();
-            saved = std::move(again);
-        }
+        int rounds = 0;
+        for (std::string again; (again = SavedAgain(saved)) != saved; saved = std::move(again))
+            Require(++rounds <= 64);
     }
     return 0;
 }

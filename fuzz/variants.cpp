@@ -1,8 +1,8 @@
 // Reads any bytes as a variant; what can be read is written as the same bytes again.
+#include "require.h"
+
 #include "platform/exception.h"
 #include "prof/variant_layout.h"
-
-#include <cstdlib>
 
 using namespace tvut;
 
@@ -14,7 +14,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     } catch (const clsException&) {
         return 0;
     }
-    if (written.Bytes() != bytes)
-        std::abort();
+    Require(written.Bytes() == bytes);
     return 0;
 }

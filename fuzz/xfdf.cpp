@@ -1,8 +1,7 @@
 // Loads anything after the XFDF form's first line, as ours and as other programs'. What loads is saved to
 // the length that was measured, and read again without harm; not to the same tree, for nothing is escaped.
+#include "require.h"
 #include "xml_input.h"
-
-#include <cstdlib>
 
 using namespace tvut;
 
@@ -16,8 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         clsMemorySink sink;
         if (!ProfpSave(tree.Root(), 2, false, sink))
             continue;
-        if (sink.extended != sink.bytes.size())
-            std::abort();
+        Require(sink.extended == sink.bytes.size());
         clsTree again(true);
         Load(again, sink.bytes, mode);
     }

@@ -1,4 +1,5 @@
 // Packs entries of any names and contents, and unpacks them again.
+#include "choices.h"
 #include "require.h"
 #include "unit/zip_support.h"
 
@@ -6,39 +7,28 @@ using namespace tvut;
 
 namespace {
 
-// Takes pieces off the input; at its end they are empty.
-class clsInput {
-  public:
-    clsInput(const std::uint8_t* data, std::size_t size) : rest_(reinterpret_cast<const char*>(data), size) {}
-    bool Any() const { return !rest_.empty(); }
-    unsigned Byte() {
-        const std::string_view byte = Bytes(1);
-        return byte.empty() ? 0 : static_cast<unsigned char>(byte[0]);
-    }
-    std::string_view Bytes(std::size_t count) {
-        const std::string_view bytes = rest_.substr(0, count);
-        rest_.remove_prefix(bytes.size());
-        return bytes;
-    }
-
-  private:
-    std::string_view rest_;
-};
+// As many bytes as there are.
+std::string Bytes(clsChoices& input, unsigned count) {
+    std::string bytes;
+    for (; count > 0 && !input.AtEnd(); --count)
+        bytes += static_cast<char>(input.Below(256));
+    return bytes;
+}
 
 // Some bytes, some of them many times over: contents that shrink and some that do not, of all sizes.
-std::string Contents(clsInput& input) {
+std::string Contents(clsChoices& input) {
     std::string contents;
-    for (unsigned pieces = input.Byte() % 4; pieces > 0; --pieces) {
-        const std::string_view piece = input.Bytes(input.Byte());
-        for (unsigned times = 1u << input.Byte() % 11; times > 0; --times)
+    for (unsigned pieces = input.Below(4); pieces > 0; --pieces) {
+        const std::string piece = Bytes(input, input.Below(256));
+        for (unsigned times = 1u << input.Below(11); times > 0; --times)
             contents += piece;
     }
     return contents;
 }
 
-scContents Entry(clsInput& input) {
+scContents Entry(clsChoices& input) {
     std::u16string name;
-    UtilpReadZipName(input.Bytes(input.Byte() % 16), ZipNameForm::oem, name);
+    UtilpReadZipName(Bytes(input, input.Below(16)), ZipNameForm::oem, name);
     if (name.ends_with(u'/') && name.size() > 1)
         return {name, ""};
     return {name, Contents(input)};
@@ -53,19 +43,19 @@ bool IsPossible(clsZIPWriter& writer, const scContents& contents) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    clsInput input(data, size);
-    const unsigned choices = input.Byte();
+    clsChoices input(data, size);
+    const unsigned choices = input.Below(4);
     const std::string_view password = choices % 2 != 0 ? "secret" : "";
     clsMemoryArchive archive;
-    clsZIPWriter writer(archive, choices % 4 < 2 ? ZipCompression::deflate : ZipCompression::store, password);
-    std::map<std::u16string, std::string> files;
-    while (input.Any()) {
+    clsZIPWriter writer(archive, choices < 2 ? ZipCompression::deflate : ZipCompression::store, password);
+    std::map<std::u16string, std::string> files, unpacked;
+    while (!input.AtEnd()) {
         const scContents contents = Entry(input);
         if (!IsPossible(writer, contents))
             continue;
         const clsZIPWriter::scMark mark = writer.Mark();
         Add(writer, contents);
-        if (input.Byte() % 8 == 7) {
+        if (input.Below(8) == 7) {
             writer.TakeBack(mark);
         } else if (!contents.name.ends_with(u'/')) {
             std::u16string path = contents.name;
@@ -76,11 +66,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     writer.Finish();
     DiagnosticLines().clear();
     clsMemoryTarget target;
-    Require(Extract(archive.bytes, &target, nullptr, u"secret") == UtilResult::ok ? nullptr
-                                                                                  : "it cannot be read");
-    Require(DiagnosticLines().empty() ? nullptr : "something is said of it");
-    Require(target.files.size() == files.size() ? nullptr : "there are not as many files");
-    for (const auto& [path, bytes] : files)
-        Require(target.files[path].bytes == bytes ? nullptr : "a file is not what it was");
+    Require(Extract(archive.bytes, &target, nullptr, u"secret") == UtilResult::ok);
+    Require(DiagnosticLines().empty());
+    for (const auto& [path, file] : target.files)
+        unpacked[path] = file.bytes;
+    Require(unpacked == files);
     return 0;
 }

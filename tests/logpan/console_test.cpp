@@ -1,6 +1,8 @@
 // The console mode from the outside: real packets and messages in, exact output out.
 #include "viewer.h"
 
+#include "support/cases.h"
+
 namespace logpan_test {
 
 namespace {
@@ -27,7 +29,6 @@ void SendHostile(const clsSender& sender) {
     header.kind = 2;
     sender.Send(header, L"of another kind");
 }
-constexpr int hostileCount = 10;
 
 } // namespace
 
@@ -56,7 +57,6 @@ TEST(Console, PrintsGoodPacketsAndRefusesOthers) {
     sender.Send(header, L"no time");
 
     const scOutcome outcome = viewer.Expect("received 7, shown 7, lost 0, refused 10, skipped 0");
-    static_assert(hostileCount == 10);
     std::string noTime = Json(sender, "", "7", "0", "", "no time");
     noTime.replace(8, std::string_view{"\"2024-01-31T12:34:56.789\""}.size(), "null");
     EXPECT_EQ(outcome.out, Json(sender, "KX32UTIL", "0", "0", "", "first") +
@@ -128,21 +128,10 @@ TEST(Console, ShowsWhatTheFilterLetsThrough) {
 }
 
 TEST(Console, RefusesWrongUsage) {
-    struct scCase {
-        const char* arguments;
-        const char* reason;
-    };
-    constexpr scCase cases[] = {{"--console --regex --filter \"(\"", "logpan: --filter: "},
-                                {"--regex --exclude \"[\"", "logpan: --exclude: "},
-                                {"--max-lines 3", "need --console or --json"},
-                                {"--console --max-lines 0", "--max-lines"},
-                                {"--console --datagram 100", "--datagram"},
-                                {"--console --exit-after -1", "--exit-after"},
-                                {"--unknown", "Try 'logpan --help'."}};
-    for (const scCase& at : cases) {
-        const scOutcome outcome = clsViewer{at.arguments}.Finish();
-        EXPECT_EQ(outcome.code, 2u) << at.arguments;
-        EXPECT_NE(outcome.err.find(at.reason), std::string::npos) << at.arguments << "\n" << outcome.err;
+    for (const tvut::scCaseRow& row : tvut::CaseRows("logpan/usage", 2)) {
+        const scOutcome outcome = clsViewer{tvut::NarrowCase(row[0])}.Finish();
+        EXPECT_EQ(outcome.code, 2u) << row.where;
+        EXPECT_NE(outcome.err.find(tvut::NarrowCase(row[1])), std::string::npos) << row.where << outcome.err;
     }
 }
 

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <sstream>
 
 namespace tool::logpan {
 
@@ -166,36 +167,17 @@ TEST(TextMessage, GoesOnAfterOneThatIsFull) {
 }
 
 TEST(Columns, PrintHostileLinesHarmlessly) {
-    struct scCase {
+    for (const scCaseRow& row : CaseRows("logpan/columns", 5)) {
         scLine line;
-        std::wstring_view plain;
-        std::wstring_view json;
-    };
-    const scCase cases[] = {
-        {{{2024, 1, 31, 12, 34, 56, 789}, L"KX32UTIL", 0xabcd, 3, '7', 5000, 2, L"ERR: no \"x\""},
-         L"12:34:56.789 KX32UTIL 0000abcd/03 7   ERR: no \"x\"",
-         LR"({"time":"2024-01-31T12:34:56.789","module":"KX32UTIL","thread":"0000abcd","processor":"03","sequence":7,)"
-         LR"("port":5000,"level":2,"severity":"error","text":"ERR: no \"x\""})"},
-        {{{65535, 0, 0, 65535, 0, 0, 0},
-          L"\x1b[2J",
-          ~0u,
-          ~0u,
-          ~0u,
-          1,
-          60'000,
-          L"\na\x1b]0;b\a\tC:\\d\x7f\x9b"},
-         LR"(--:--:--.--- \x1b[2J  ffffffff/ffffffff -                                                   )"
-         LR"(a\x1b]0;b\x07\tC:\d\x7f\x9b)",
-         LR"({"time":null,"module":"\u001b[2J","thread":"ffffffff","processor":"ffffffff","sequence":null,)"
-         LR"("port":1,"level":60000,"severity":"","text":"\u000aa\u001b]0;b\u0007\u0009C:\\d\u007f\u009b"})"},
-        {{{}, L"", 0, 0, '0', 0, 0, std::wstring{L"\xd83d\xde00 \xd83d\xde", 5} + L"\xdc00\xd800"},
-         L"00:00:00.000          00000000/00 0 \xd83d\xde00 \\ud83d\u00de\\udc00\\ud800",
-         L"{\"time\":null,\"module\":\"\",\"thread\":\"00000000\",\"processor\":\"00\",\"sequence\":0,"
-         L"\"port\":0,\"level\":0,"
-         L"\"severity\":\"\",\"text\":\"\xd83d\xde00 \xfffd\u00de\xfffd\xfffd\"}"}};
-    for (const scCase& at : cases) {
-        EXPECT_EQ(PlainLine(at.line), at.plain);
-        EXPECT_EQ(JsonLine(at.line), at.json);
+        scStamp& time = line.time;
+        std::istringstream numbers(NarrowCase(row[0]));
+        numbers >> time.year >> time.month >> time.day >> time.hour >> time.minute >> time.second >>
+            time.millisecond;
+        numbers >> line.thread >> line.processor >> line.sequence >> line.port >> line.level;
+        line.module = WideCase(row[1]);
+        line.text = WideCase(row[2]);
+        EXPECT_EQ(PlainLine(line), WideCase(row[3])) << row.where;
+        EXPECT_EQ(JsonLine(line), WideCase(row[4])) << row.where;
     }
 }
 

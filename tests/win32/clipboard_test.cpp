@@ -106,6 +106,10 @@ TEST(Clipboard, CarriesEveryFormWhateverTheBlockIsFilledUpWith) {
             EXPECT_EQ(Describe(pasted), tree) << form << " " << more;
         }
     }
+    PutOnClipboard("ZZmQ damaged");
+    const clsJob damaged(ProfJobOpenClipboard(nullptr));
+    EXPECT_EQ(damaged.Error(), PROF_LOAD_FAILED);
+    EXPECT_EQ(Describe(damaged), L"");
 }
 
 HGLOBAL WINAPI NoBlock(UINT, SIZE_T) {

@@ -1,4 +1,5 @@
-// Inputs and arguments that nobody writes by accident: very deep, very long, very many.
+// Inputs and arguments that nobody writes by accident: very long, very many. A million lists in each other
+// are a unit test of the tree.
 #include "support/files.h"
 #include "support/text_calls.h"
 
@@ -10,52 +11,6 @@ namespace {
 template <class F>
 using Hostile = InBothForms<F>;
 TYPED_TEST_SUITE(Hostile, BothForms, scFormNames);
-
-Bytes Repeated(std::string_view text, size_t count) {
-    Bytes result;
-    while (count--)
-        result += text;
-    return result;
-}
-
-/// Follows the first list of each list down; what an iterative reader of the tree does.
-BOOL TVUT22_CALL TakeFirstList(ProfJob, const wchar_t*, const wchar_t*, ProfList subList, UINT_PTR user) {
-    *reinterpret_cast<ProfList*>(user) = subList;
-    return FALSE;
-}
-
-std::pair<ProfList, size_t> BottomOf(ProfJob job) {
-    ProfList list = 0, next = 0;
-    size_t depth = 0;
-    for (; ProfEnumW(job, list, TakeFirstList, reinterpret_cast<UINT_PTR>(&next)), next; ++depth)
-        list = std::exchange(next, nullptr);
-    return {list, depth};
-}
-
-TEST(Deep, AMillionNestedListsAreLoadedCopiedWalkedAndDeleted) {
-    constexpr size_t deepest = 1000000;
-    const clsJob job =
-        Opened("[/]\n{\n" + Repeated("[n]\n{\n", deepest) + "bottom=1\n" + Repeated("}\n", deepest + 1));
-    ASSERT_EQ(job.Error(), PROF_OK);
-    const auto [bottom, depth] = BottomOf(job);
-    EXPECT_EQ(depth, deepest);
-    EXPECT_EQ(TextOf(job, L"bottom", bottom), L"1");
-    {
-        const clsJob copy;
-        EXPECT_EQ(ProfCopyList(copy, 0, job, 0), PROF_OK);
-        ProfDeleteListW(copy, BottomOf(copy).first, nullptr);
-        EXPECT_EQ(BottomOf(copy).second, deepest - 1);
-        ProfDeleteListW(copy, 0, L"n");
-        EXPECT_EQ(Describe(copy), L"");
-    }
-    const clsTempFolder folder;
-    EXPECT_EQ(ProfSaveW(job, (folder / L"deep.prf").c_str(), PROF_SAVE_COMPRESSED), PROF_SAVE_FAILED);
-    EXPECT_EQ(folder.Count(), 0);
-    clsPieceStream stream("before");
-    EXPECT_EQ(ProfSaveToStream(job, &stream, PROF_FORM_TEXT), PROF_SAVE_FAILED);
-    EXPECT_EQ(stream.data, "before"); // and the job is freed by closing alone
-    EXPECT_EQ(BottomOf(Opened("[/]\n" + Repeated("[s]\n", deepest))).second, deepest);
-}
 
 BOOL TVUT22_CALL CountEntries(ProfJob, const wchar_t*, const wchar_t*, ProfList, UINT_PTR user) {
     ++*reinterpret_cast<int*>(user);
