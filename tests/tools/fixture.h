@@ -13,7 +13,7 @@ class ProfTool : public ::testing::Test {
   protected:
     void SetUp() override {
         std::filesystem::remove_all(folder_);
-        std::filesystem::copy(PROF_TEST_DATA, folder_);
+        std::filesystem::copy(TVUT22_TOOL_DATA "/files", folder_, std::filesystem::copy_options::recursive);
     }
     void TearDown() override {
         std::error_code ignored;
@@ -22,7 +22,7 @@ class ProfTool : public ::testing::Test {
 
     // What follows "prof" on a command line, in UTF-8.
     scOutcome Prof(const std::string& arguments, std::string_view input = {}) const {
-        return RunHere(std::filesystem::absolute(PROF_EXECUTABLE), "prof " + arguments, input);
+        return RunHere(std::filesystem::absolute(TVUT22_TOOLS "/prof.exe"), "prof " + arguments, input);
     }
     scOutcome RunHere(const std::filesystem::path& program, const std::string& commandLine,
                       std::string_view input) const {
@@ -30,15 +30,17 @@ class ProfTool : public ::testing::Test {
     }
 
     std::unique_ptr<clsProcess> Start(const std::string& arguments) const {
-        return std::make_unique<clsProcess>(std::filesystem::absolute(PROF_EXECUTABLE), "prof " + arguments,
-                                            folder_);
+        return std::make_unique<clsProcess>(std::filesystem::absolute(TVUT22_TOOLS "/prof.exe"),
+                                            "prof " + arguments, folder_);
     }
 
-    std::string Read(const std::string& name) const { return testing_prof::ReadBytes(folder_ / name); }
+    std::string Read(const std::string& name) const { return testing_prof::ReadBytes(PathOf(name)); }
     void Write(const std::string& name, std::string_view bytes) const {
-        testing_prof::WriteBytes(folder_ / name, bytes);
+        testing_prof::WriteBytes(PathOf(name), bytes);
     }
-    std::filesystem::path PathOf(const std::string& name) const { return folder_ / name; }
+    std::filesystem::path PathOf(const std::string& name) const {
+        return folder_ / std::filesystem::u8path(name);
+    }
 
     // Runs it and expects success; returns what it printed.
     std::string MustPrint(const std::string& arguments, std::string_view input = {}) const {

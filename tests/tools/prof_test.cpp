@@ -28,11 +28,6 @@ TEST_F(ProfTool, HelpsWithEveryCommand) {
     }
 }
 
-TEST_F(ProfTool, ReadsStandardInput) {
-    EXPECT_EQ(MustPrint("show -", Read("office.prf")), MustPrint("show office.prf"));
-    EXPECT_EQ(MustPrint("show - --ini", Read("editor.ini")), MustPrint("show editor.ini"));
-}
-
 TEST_F(ProfTool, KnowsAPlainIniFileByItsContentsAlone) {
     const std::pair<std::string, const char*> cases[] = {
         {"\xef\xbb\xbfname=caf\xc3\xa9\n", "/name=caf\xc3\xa9\n"},
@@ -87,26 +82,6 @@ TEST_F(ProfTool, KeepsTheChangesOfAllWhoChangeAFileAtOnce) {
         const std::string items = MustPrint("items " + target.substr(0, target.find(' ')) + " New");
         EXPECT_EQ(std::count(items.begin(), items.end(), '\n'), 6) << items;
     }
-}
-
-TEST_F(ProfTool, FiltersFromInputToOutput) {
-    const std::string office = Read("office.prf");
-    EXPECT_EQ(MustPrint("convert - -", office), office);
-    EXPECT_EQ(MustPrint("set - Print/Copies 3", office), office);
-    const std::string changed = MustPrint("delete - Title", office);
-    EXPECT_EQ(MustPrint("items - /", changed), "");
-    EXPECT_EQ(MustPrint("lists - /", changed), "Print\nRecent\nRecent\n");
-}
-
-TEST_F(ProfTool, KeepsACompressedProfileCompressed) {
-    MustPrint("convert office.prf packed.prf --compress");
-    EXPECT_LT(Read("packed.prf").size(), Read("office.prf").size());
-    MustPrint("set packed.prf Print/Copies 4");
-    EXPECT_TRUE(Read("packed.prf").starts_with("ZZmQ"));
-    EXPECT_EQ(MustPrint("get packed.prf Print/Copies"), "4\n");
-    MustPrint("convert packed.prf plain.prf");
-    MustPrint("set plain.prf Print/Copies 3");
-    EXPECT_EQ(Read("plain.prf"), Read("office.prf"));
 }
 
 TEST_F(ProfTool, LeavesAReadOnlyFileAlone) {

@@ -23,25 +23,6 @@ int EntriesOf(ProfJob job) {
     return entries;
 }
 
-TEST(Long, ThreeMillionItemsInOneList) {
-    constexpr int itemCount = 3000000;
-    const clsTempFolder folder;
-    {
-        Bytes text = "[/]\n{\n";
-        for (int i = 0; i < itemCount; ++i)
-            text.append("i").append(std::to_string(i)).append("=v\n");
-        WriteBytes(folder / L"long.prf", text);
-    }
-    const clsJob job(ProfJobOpenW((folder / L"long.prf").c_str()));
-    EXPECT_EQ(EntriesOf(job), itemCount);
-    for (const int i : {0, 1, itemCount / 2, itemCount - 1, itemCount})
-        EXPECT_EQ(TextOf(job, (L"i" + std::to_wstring(i)).c_str()), i < itemCount ? L"v" : L"<none>");
-    ProfSetStringW(job, 0, (L"i" + std::to_wstring(itemCount)).c_str(), L"new");
-    ProfDeleteItemW(job, 0, L"i0");
-    EXPECT_EQ(ProfSaveW(job, nullptr, PROF_FORM_TEXT), PROF_OK);
-    EXPECT_EQ(EntriesOf(clsJob(ProfJobOpenW((folder / L"long.prf").c_str()))), itemCount);
-}
-
 // Each way of deleting takes a moment, unless one deletion costs more the longer the list is.
 TEST(Long, ADeletionCostsTheSameInAnyList) {
     constexpr int nameCount = 100000;

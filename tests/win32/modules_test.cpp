@@ -85,12 +85,9 @@ TEST(Modules, AnnounceThemselves) {
 }
 
 TEST(Library, KnowsItsVersion) {
-    EXPECT_EQ(UtilGetVersion(0), 0x0016000Au);
-    EXPECT_EQ(UtilGetVersion(1), 22u);
-    EXPECT_EQ(UtilGetVersion(2), 10u);
-    EXPECT_EQ(UtilGetVersion(3), 0u);
-    EXPECT_EQ(UtilGetVersion(4), 0xFFFFFFFFu);
-    EXPECT_EQ(UtilGetVersion(0xFFFFFFFF), 0xFFFFFFFFu);
+    const UINT versions[] = {0x0016000A, 22, 10, 0, ~0u};
+    for (UINT part = 0; part < std::size(versions); ++part)
+        EXPECT_EQ(UtilGetVersion(part), versions[part]) << part;
     EXPECT_TRUE(UtilGetFlags());
 }
 

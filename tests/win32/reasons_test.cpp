@@ -60,17 +60,15 @@ TYPED_TEST(Reasons, OfOpeningAreTheSystems) {
     EXPECT_EQ(reason(TypeParam::open, folder / L"a.prf", PROF_LOCKED), ERROR_CRC);
 }
 
-TYPED_TEST(Reasons, OfSavingAreTheSystems) {
+TEST(Saving, GivesTheSystemsReasons) {
     const clsTempFolder folder;
-    const auto reason = [&](const wchar_t* name) {
-        const auto target = In<typename TypeParam::Char>(folder / name);
-        return ReasonOf(PROF_SAVE_FAILED,
-                        [&] { return TypeParam::save(clsJob(L"a=1;"), target.c_str(), 0); });
+    const auto save = [](ProfJob job, const wchar_t* path) {
+        return ReasonOf(PROF_SAVE_FAILED, [&] { return ProfSaveW(job, path, 0); });
     };
+    const auto reason = [&](const wchar_t* name) { return save(clsJob(L"a=1;"), (folder / name).c_str()); };
     EXPECT_EQ(reason(L"none\\a"), ERROR_PATH_NOT_FOUND);
     EXPECT_EQ(reason(L"a?"), ERROR_INVALID_NAME);
-    EXPECT_EQ(ReasonOf(PROF_SAVE_FAILED, [] { return TypeParam::save(clsJob(), nullptr, 0); }),
-              ERROR_INVALID_NAME);
+    EXPECT_EQ(save(clsJob(), nullptr), ERROR_INVALID_NAME);
     std::filesystem::create_directory(folder / L"folder");
     EXPECT_EQ(reason(L"folder"), ERROR_ACCESS_DENIED);
     WriteBytes(folder / L"a", "");
@@ -81,7 +79,7 @@ TYPED_TEST(Reasons, OfSavingAreTheSystems) {
     EXPECT_EQ(reason(L"a"), ERROR_SHARING_VIOLATION);
     const clsImportHook hook("WriteFile", reinterpret_cast<void*>(FullDisk));
     EXPECT_EQ(reason(L"b"), ERROR_DISK_FULL);
-    EXPECT_EQ(ReasonOf(PROF_SAVE_FAILED, [&] { return TypeParam::save(held, nullptr, 0); }), ERROR_DISK_FULL);
+    EXPECT_EQ(save(held, nullptr), ERROR_DISK_FULL);
 }
 
 TEST(Streams, GiveTheReasonsOfTheirFailures) {
@@ -99,36 +97,32 @@ TEST(Streams, GiveTheReasonsOfTheirFailures) {
     EXPECT_EQ(ReasonOf(PROF_SAVE_FAILED, saving), ERROR_DISK_FULL) << "STG_E_MEDIUMFULL";
 }
 
-TYPED_TEST(Reasons, OfFileCallsAreTheSystems) {
-    using Char = typename TypeParam::Char;
+TEST(Files, GiveTheSystemsReasons) {
     const clsTempFolder folder;
-    WriteBytes(folder / L"a", "abc");
+    const std::wstring file = folder / L"a", none = folder / L"none\\a";
+    WriteBytes(file, "abc");
     const clsJob job(L"b=@2@YWJj;ok=YWJj;File.Entry{Name=n?;Contents=YWJj;}");
-    const auto b = In<Char>(L"b"), ok = In<Char>(L"ok"), file = In<Char>(folder / L"a"),
-               none = In<Char>(folder / L"none\\a");
-    const auto append = [&](const Char* name) {
-        return TypeParam::appendFile(job, 0, b.c_str(), nullptr, name), 0;
+    const auto append = [&](const wchar_t* name) {
+        return ReasonOf(0, [&] { return ProfAppendFileW(job, 0, L"b", nullptr, name), 0; });
     };
-    EXPECT_EQ(ReasonOf(0, [&] { return append(none.c_str()); }), ERROR_PATH_NOT_FOUND);
-    EXPECT_EQ(ReasonOf(0, [&] { return append(nullptr); }), ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(ReasonOf(0, [&] { return append(file.c_str()); }), 0u) << "it has no result to tell success by";
-    const auto get = [&](const Char* item, const Char* name) {
-        return ReasonOf(PROF_DECODE_FAILED, [&] { return TypeParam::getFile(job, 0, item, nullptr, name); });
+    EXPECT_EQ(append(none.c_str()), ERROR_PATH_NOT_FOUND);
+    EXPECT_EQ(append(nullptr), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(append(file.c_str()), 0u) << "it has no result to tell success by";
+    const auto get = [&](const wchar_t* item, const wchar_t* name) {
+        return ReasonOf(PROF_DECODE_FAILED, [&] { return ProfGetFileW(job, 0, item, nullptr, name); });
     };
-    EXPECT_EQ(get(b.c_str(), file.c_str()), ERROR_INVALID_DATA);
-    EXPECT_EQ(get(ok.c_str(), none.c_str()), ERROR_PATH_NOT_FOUND);
-    EXPECT_EQ(get(ok.c_str(), nullptr), ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(get(L"b", file.c_str()), ERROR_INVALID_DATA);
+    EXPECT_EQ(get(L"ok", none.c_str()), ERROR_PATH_NOT_FOUND);
+    EXPECT_EQ(get(L"ok", nullptr), ERROR_INVALID_PARAMETER);
     const auto extract = [&](const std::wstring& to) {
-        return ReasonOf(PROF_SAVE_FAILED,
-                        [&] { return TypeParam::extractFiles(job, 0, In<Char>(to).c_str(), nullptr); });
+        return ReasonOf(PROF_SAVE_FAILED, [&] { return ProfExtractFilesW(job, 0, to.c_str(), nullptr); });
     };
     EXPECT_EQ(extract(folder / L"none\\folder"), ERROR_PATH_NOT_FOUND);
-    EXPECT_EQ(extract(folder / L"a"), ERROR_ALREADY_EXISTS);
+    EXPECT_EQ(extract(file), ERROR_ALREADY_EXISTS);
     EXPECT_EQ(extract(folder / L"folder"), ERROR_INVALID_NAME);
     const clsImportHook hook("ReadFile", reinterpret_cast<void*>(BadDisk));
-    EXPECT_EQ(
-        ReasonOf(PROF_CONVERT_FAILED, [&] { return TypeParam::appendFiles(job, 0, file.c_str(), nullptr); }),
-        ERROR_CRC);
+    EXPECT_EQ(ReasonOf(PROF_CONVERT_FAILED, [&] { return ProfAppendFilesW(job, 0, file.c_str(), nullptr); }),
+              ERROR_CRC);
 }
 
 } // namespace
