@@ -13,11 +13,11 @@ namespace tvut {
 void UtilpPutFramePlace(clsDiagnosticLine& line, std::uint32_t address, std::u16string_view modulePath,
                         std::uint32_t moduleAddress) noexcept;
 
-// " name+0x12". The name is UTF-8, at most 512 characters of it are kept.
+// " name+0x12", nothing without a name. Bytes are UTF-8; at most 512 characters of a name are kept.
 void UtilpPutFrameFunction(clsDiagnosticLine& line, std::string_view name, std::uint32_t offset) noexcept;
 void UtilpPutFrameFunction(clsDiagnosticLine& line, std::u16string_view name, std::uint32_t offset) noexcept;
 
-// " (page.cpp:41)", of the file's path only the last component.
+// " (page.cpp:41)", nothing without a path; of the file's path only the last component.
 void UtilpPutFrameSource(clsDiagnosticLine& line, std::string_view path, std::uint32_t number) noexcept;
 void UtilpPutFrameSource(clsDiagnosticLine& line, std::u16string_view path, std::uint32_t number) noexcept;
 

@@ -68,12 +68,14 @@ class clsCrashReport {
 
   private:
     clsCrashReport& Put(std::u16string_view text) noexcept; // as UTF-8, blanks for control characters
-    clsCrashReport& Put(std::string_view ascii) noexcept;
+    clsCrashReport& Put(std::string_view ascii) noexcept;   // shorter than the buffer
     clsCrashReport& PutDecimal(std::uint32_t number, std::size_t digits = 1) noexcept;
-    clsCrashReport& PutHex(std::uint32_t number, std::size_t digits = 8) noexcept;
-    void EndLine() noexcept { Put(std::string_view("\r\n")); }
+    clsCrashReport& PutHex(std::uint32_t number) noexcept;  // 0012abcd
+    clsCrashReport& PutCode(std::uint32_t number) noexcept; // 0x0012ABCD
+    clsCrashReport& PutVersion(const scModule& module) noexcept;
     void PutAccess(const scException& exception) noexcept;
     void PutRegisters(const scThreadContext& context) noexcept;
+    void EndLine() noexcept { Put(std::string_view("\r\n")); }
 
     IclsBareSink& sink_;
     std::array<char, 4096> buffer_;

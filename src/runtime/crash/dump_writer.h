@@ -71,13 +71,29 @@ class clsDumpWriter {
     struct scLayout {
         scPart directory, system, misc, threads, modules, exception, memory, comment, contexts, names,
             codeViews, data;
-        std::uint64_t end = 0;
-        std::uint32_t ranges = 0;
+        std::uint32_t streams = 0;
+        std::uint64_t ranges = 0; // of memory
     };
     class clsOutput;
 
     void ChooseMemory() noexcept;
-    scMemoryRange StackOf(const scDumpThread& thread) const noexcept;
+    void MeasureMemory() noexcept;
+    template <class Use>
+    void EachRange(Use use) noexcept;
+    scMemoryRange StackOf(const scDumpThread& thread) noexcept;
+    bool HasCrashed(const scDumpThread& thread) const noexcept;
+    scDumpLocation ContextAt(std::size_t number) const noexcept;
+    scDumpMemory PlaceOf(scMemoryRange stack) const noexcept;
+    static scDumpLocation LocationOf(const scPart& part) noexcept;
+
+    void WriteDirectory(clsOutput& output) const noexcept;
+    void WriteThreads(clsOutput& output) noexcept;
+    void WriteModules(clsOutput& output) const noexcept;
+    void WriteException(clsOutput& output) const noexcept;
+    void WriteMemoryList(clsOutput& output) noexcept;
+    void WriteContexts(clsOutput& output) const noexcept;
+    void WriteNames(clsOutput& output) const noexcept;
+    void WriteCodeViews(clsOutput& output) noexcept;
 
     const scDumpPicture& picture_;
     IclsProcessMemory& memory_;
