@@ -142,6 +142,7 @@ std::uint64_t clsDumpWriter::Measure() noexcept {
     };
     place(layout_.directory, layout_.streams * sizeof(scDumpDirectory));
     place(layout_.system, sizeof(scDumpSystemInfo));
+    place(layout_.servicePack, sizeof(std::uint64_t));
     place(layout_.misc, sizeof(scDumpMiscInfo));
     place(layout_.threads, ListBytes<scDumpThreadEntry>(picture_.threads.size()));
     place(layout_.modules, ListBytes<scDumpModuleEntry>(picture_.modules.size()));
@@ -237,7 +238,9 @@ bool clsDumpWriter::Write(IclsBareSink& sink) noexcept {
     output.FillTo(layout_.directory.position);
     WriteDirectory(output);
     output.FillTo(layout_.system.position);
-    output.Put(picture_.system);
+    scDumpSystemInfo system = picture_.system;
+    system.servicePackPosition = static_cast<std::uint32_t>(layout_.servicePack.position);
+    output.Put(system); // and after it an empty name of the service pack: zeros
     output.FillTo(layout_.misc.position);
     output.Put(picture_.misc);
     output.FillTo(layout_.threads.position);
