@@ -4,19 +4,20 @@
 // but what compilers emit of their own accord (memcpy, memcmp, strlen).
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <span>
+#include <cstring>
 #include <string_view>
 
 namespace tvut {
+
+static_assert(std::endian::native == std::endian::little);
 
 class clsBytes {
   public:
     constexpr clsBytes() noexcept = default;
     constexpr clsBytes(const unsigned char* data, std::size_t size) noexcept : data_(data), size_(size) {}
-    constexpr clsBytes(std::span<const unsigned char> bytes) noexcept
-        : clsBytes(bytes.data(), bytes.size()) {}
 
     constexpr const unsigned char* Data() const noexcept { return data_; }
     constexpr std::size_t Size() const noexcept { return size_; }
@@ -35,18 +36,16 @@ class clsBytes {
         return Holds(at, size) ? clsBytes(data_ + at, size) : clsBytes();
     }
 
-    // A little-endian number of 1, 2, 4 or 8 bytes.
     template <class Number>
-    constexpr Number Get(std::size_t at) const noexcept {
+    Number Get(std::size_t at) const noexcept {
         Number number = 0;
         if (Holds(at, sizeof(Number)))
-            for (std::size_t i = sizeof(Number); i-- > 0;)
-                number = static_cast<Number>(static_cast<std::uint64_t>(number) << 8 | data_[at + i]);
+            std::memcpy(&number, data_ + at, sizeof(Number)); // both are little-endian
         return number;
     }
-    constexpr std::uint8_t Get8(std::size_t at) const noexcept { return Get<std::uint8_t>(at); }
-    constexpr std::uint16_t Get16(std::size_t at) const noexcept { return Get<std::uint16_t>(at); }
-    constexpr std::uint32_t Get32(std::size_t at) const noexcept { return Get<std::uint32_t>(at); }
+    std::uint8_t Get8(std::size_t at) const noexcept { return Get<std::uint8_t>(at); }
+    std::uint16_t Get16(std::size_t at) const noexcept { return Get<std::uint16_t>(at); }
+    std::uint32_t Get32(std::size_t at) const noexcept { return Get<std::uint32_t>(at); }
 
     // A text up to its zero, which must be there.
     std::string_view Text(std::size_t at) const noexcept {

@@ -38,7 +38,7 @@ class clsImageSymbols {
     scCodePlace Find(std::uint32_t offset) const noexcept;
 
   private:
-    clsPeImage image_, named_;
+    clsPeImage image_, debug_;
 };
 
 // The name of a module's debug file, without folder; empty where it has no link. It lies beside the module;

@@ -39,7 +39,7 @@ class clsPeImage {
     std::uint32_t SectionCount() const noexcept { return sectionCount_; }
     scPeSection Section(std::uint32_t index) const noexcept; // from 0
     scPeSection FindSection(std::string_view name) const noexcept;
-    scPeSection SectionAt(std::uint32_t offset) const noexcept;
+    std::uint32_t SectionIndexAt(std::uint32_t offset) const noexcept; // SectionCount() where there is none
 
     // The symbol table's records of 18 bytes, and the texts of long names after them.
     clsBytes SymbolTable() const noexcept;
@@ -56,6 +56,8 @@ class clsPeImage {
     bool HasDebugFile(const clsPeImage& debugFile) const noexcept;
 
   private:
+    clsBytes SectionHeader(std::uint32_t index) const noexcept;
+    std::string_view SectionName(clsBytes header) const noexcept;
     clsBytes At(std::uint32_t offset) const noexcept; // what the file has for the rest of that section
 
     clsBytes file_;
