@@ -21,9 +21,8 @@ class clsHandOver {
     // nothing to be ended.
     bool Open(const scPreparation& preparation) noexcept;
 
-    // Waits until the prepared thread has begun, unless the caller is within the loader, which lets no thread
-    // begin.
-    void WaitUntilReady() const noexcept;
+    // A handle of its own to the event that says that the thread has begun; null when there is none to be had.
+    void* Ready() const noexcept;
 
     // Has the thread leave, when it has written what is being written. It keeps the library loaded until then,
     // and last calls "release", as nobody needs the object any more. For ordinary times.

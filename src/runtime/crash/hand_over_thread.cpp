@@ -1,7 +1,6 @@
 // The part of the hand-over that belongs to ordinary times, and the notice, for which all is written.
 #include "platform/bare_system.h"
 #include "platform/guarded.h"
-#include "platform/loader.h"
 #include "platform/wide.h"
 #include "runtime/crash/hand_over.h"
 
@@ -42,9 +41,10 @@ bool clsHandOver::Open(const scPreparation& preparation) noexcept {
     return thread_ != nullptr;
 }
 
-void clsHandOver::WaitUntilReady() const noexcept {
-    if (!PlatformHoldsLoaderLock())
-        WaitForSingleObject(ready_, INFINITE);
+void* clsHandOver::Ready() const noexcept {
+    HANDLE own = nullptr;
+    DuplicateHandle(GetCurrentProcess(), ready_, GetCurrentProcess(), &own, SYNCHRONIZE, FALSE, 0);
+    return own;
 }
 
 void clsHandOver::Dismiss(void (*release)(clsHandOver*)) noexcept {

@@ -1,12 +1,14 @@
 // Starting and ending protection. All that may ask the loader or the disk is done before the lock is taken,
-// as callers within the loader may wait for that. Nobody waits for the prepared thread: to begin and to end it
-// needs the loader, which the caller may have.
+// as callers within the loader may wait for that. Nobody waits under it for the prepared thread, either: to
+// begin and to end that needs the loader.
 #include "runtime/crash/protection.h"
 
 #include "platform/bare_system.h"
 #include "platform/critical_section.h"
 #include "platform/host.h"
+#include "platform/loader.h"
 #include "platform/long_path.h"
+#include "platform/owned.h"
 #include "platform/thread_stack.h"
 #include "platform/wide.h"
 #include "runtime/crash/hand_over.h"
@@ -167,12 +169,16 @@ UtilResult UtilpStartProtection(const scProtectionWish& wish, std::size_t& waiti
         return UtilResult::badArgument;
     folder.Keep(wish.keep == 0 ? usuallyKept : wish.keep);
     waiting = folder.Reports().size();
-    const std::lock_guard lock(protectionLock);
+    std::unique_lock lock(protectionLock);
     if (starts == 0) // else another thread was faster
         if (const UtilResult result = Begin(runtimes, std::move(prepared), std::move(folder));
             result != UtilResult::ok)
             return result;
     ++starts;
+    const clsHandle ready(shelter->handOver.Ready());
+    lock.unlock();
+    if (ready && !PlatformHoldsLoaderLock()) // which lets no thread begin
+        WaitForSingleObject(ready.Get(), INFINITE);
     return UtilResult::ok;
 }
 
