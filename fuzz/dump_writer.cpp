@@ -40,6 +40,7 @@ class clsDumpCase {
         picture_.exceptionContext = flags & 2 ? &context_ : nullptr;
         picture_.isFull = flags & 4;
         picture_.comment = comment_;
+        picture_.servicePack = comment_;
         picture_.extra = extra_;
     }
 
@@ -54,6 +55,9 @@ class clsDumpCase {
         if (writer.Write(small) || small.written != sink.written.substr(0, small.written.size()))
             return "a sink without room was not seen";
         const clsDumpReader dump(sink.written);
+        const auto system = dump.One<scDumpSystemInfo>(DumpStream::systemInfo);
+        if (dump.TextAt(system.servicePackPosition) != comment_)
+            return "the system is another";
         if (const char* const fault = FaultOfThreads(dump))
             return fault;
         if (const char* const fault = FaultOfModules(dump))
