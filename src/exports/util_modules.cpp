@@ -3,6 +3,7 @@
 #include "exports/library_version.h"
 #include "exports/wide_text.h"
 #include "platform/host.h"
+#include "runtime/crash/protection.h"
 #include "runtime/heap/stack_names.h"
 #include "runtime/jobs.h"
 #include "runtime/language.h"
@@ -81,6 +82,7 @@ TVUT22_API INT TVUT22_CALL UtilJobClose(UtilJob handle) {
 }
 
 TVUT22_API void TVUT22_CALL UtilModuleOnAttach(const wchar_t* module) {
+    UtilpProtectModule();
     UtilpDiagnosticWriter().ModuleComes();
     if (!UtilpDiagnosticsOn())
         return;

@@ -1,0 +1,102 @@
+/* Util: what is left of a crash: a report, a dump, the product's own notes; and stack traces at any time.
+ *
+ *     UtilProtection options = {sizeof options};
+ *     options.flags = UTIL_PROTECT_END;
+ *     options.product = L"Invoice Designer";
+ *     if (UtilExHandlerStartProtection(&options) > 0)
+ *         OfferToSendReports();                            // from an earlier run
+ *     UtilExHandlerSetNote(L"Document", path);             // what the user works on
+ *
+ * When a thread of the process crashes, in whichever module, a report (text) and a dump (for debuggers) are
+ * written into a folder by a thread that was made ready for it. That thread needs nothing of the process: no
+ * heap, lock, C runtime or loader, so both are written as well when the heap is overwritten or locked.
+ *
+ * Caught are: exceptions that nobody handles, stack overflows, abort and what ends in it (an uncaught C++
+ * exception, std::terminate), pure virtual calls, and invalid parameters of the C runtimes that end the process
+ * for them; of every C runtime that is loaded as a DLL. Not caught are: fast-fail (int 0x29, /GS, heap corruption
+ * that the system finds), TerminateProcess, a stack pointer that leads nowhere, what the loader catches (an
+ * exception thrown in a DllMain; abort there is caught), and anything while a debugger has the process.
+ *
+ * A dump holds what was in memory, customers' data included.
+ *
+ * Results are those of results.h. Any thread may call anything.
+ */
+#ifndef TVUT22_CRASH_H
+#define TVUT22_CRASH_H
+
+#include <tvut22/calling.h>
+#include <tvut22/results.h>
+
+#include <oleauto.h>
+
+/* ---- Protection ------------------------------------------------------------------------------- */
+
+/* Called when report and dump of a crash are written, on the prepared thread. It may do what it likes within
+ * what is left of 30 seconds from the crash; the process is as it was when it crashed, so every lock may be
+ * held for ever. What faults in it ends it.
+ *
+ * report     full path of the report; null: none could be written
+ * dump       full path of the dump; null: none could be written
+ * user       as it was given to StartProtection
+ */
+typedef void(TVUT22_CALL* UtilCrashHandler)(const wchar_t* report, const wchar_t* dump, UINT_PTR user);
+
+/* Flags of UtilProtection. */
+#define UTIL_PROTECT_END 0x1u    /* the process ends when all is written. Exit code: the exception's code; of abort
+                                    and its kin 3. Without it the previous handler, then the system goes on as if
+                                    nothing protected the process */
+#define UTIL_PROTECT_FULL 0x2u   /* dumps with all memory */
+#define UTIL_PROTECT_NOTICE 0x4u /* after all is written a message box names the report; the process ends 60
+                                    seconds later at the latest */
+
+/* How a process is to be protected. Zeros, but for size, will do. */
+typedef struct UtilProtection {
+    UINT size;              /* of this structure, 32 or more; what comes after is ignored */
+    UINT flags;             /* UTIL_PROTECT_... */
+    const wchar_t* folder;  /* where reports go, made when missing; null: "Reports" in a folder of the host
+                               program's name in the user's local application data */
+    const wchar_t* product; /* shown in reports; null: the host program's name */
+    const wchar_t* version; /* shown in reports; null: the host program's file version */
+    UINT keep;              /* reports kept in the folder, the newest; 0: 10 */
+    UtilCrashHandler after; /* may be null */
+    UINT_PTR user;          /* for "after" */
+} UtilProtection;
+
+/* Starts protection, or counts a further start: the options of the first hold until the last End. Reports in the
+ * folder beyond the newest "keep" are removed, with their dumps; files of other names, and of other host
+ * programs, are left alone. From now on threads that begin and have 320 KB of stack or more keep 32 KB of it
+ * for a stack overflow; so does the calling thread.
+ *
+ * Costs a waiting thread, a megabyte of address space that is used at the first crash only, and nothing a call.
+ * When a module that brings its own C runtime is loaded later, it calls UtilModuleOnAttach as all modules do.
+ *
+ * options    null: all zero. Texts are copied.
+ *
+ * Result     the number of reports that wait in the folder, 0 for none; or
+ *            UTIL_BAD_ARGUMENT   size below 32, an unknown flag, a folder whose path is too long
+ *            UTIL_NO_ACCESS      the folder cannot be made or written in
+ *            UTIL_FAILED         no thread, no memory
+ *            UTIL_NOT_SUPPORTED  this system lacks a call that is needed
+ */
+TVUT22_API INT TVUT22_CALL UtilExHandlerStartProtection(const UtilProtection* options);
+
+/* Takes back one StartProtection; after the last one the handlers that were there before are back, where they
+ * are still ours. Unloading the library ends protection, too.
+ *
+ * Result     UTIL_OK; UTIL_NOT_FOUND: protection was not started
+ */
+TVUT22_API INT TVUT22_CALL UtilExHandlerEndProtection(void);
+
+/* Sets a note that each later report and dump shows, protection or not. Notes stand in the order in which their
+ * names were first set. They are kept in fixed memory: nothing is allocated, and a dump holds them.
+ *
+ * name       at most 63 characters of it count
+ * value      at most 255 characters of it count; null removes the note
+ *
+ * Result     UTIL_OK             also for the removal of a note that is not there
+ *            UTIL_BAD_ARGUMENT   null or empty name
+ *            UTIL_TOO_LARGE      64 notes are there
+ */
+TVUT22_API INT TVUT22_CALL UtilExHandlerSetNote(const wchar_t* name, const wchar_t* value);
+
+#endif
