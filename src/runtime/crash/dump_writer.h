@@ -70,7 +70,7 @@ class clsDumpWriter {
     };
     // Where everything is, in the order of the file.
     struct scLayout {
-        scPart directory, system, servicePack, misc, threads, modules, exception, memory, comment, contexts, names,
+        scPart directory, system, misc, threads, modules, exception, memory, comment, contexts, names,
             codeViews, data;
         std::uint32_t streams = 0;
         std::uint64_t ranges = 0; // of memory
