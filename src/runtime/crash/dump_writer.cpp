@@ -26,9 +26,9 @@ constexpr std::uint64_t Aligned(std::uint64_t bytes) noexcept {
     return (bytes + alignment - 1) / alignment * alignment;
 }
 
-// A module's path in the file: its length in bytes, the text, a zero.
-std::uint64_t NameBytes(const scModule& module) noexcept {
-    return Aligned(sizeof(std::uint32_t) + (module.path.size() + 1) * sizeof(char16_t));
+// A text in the file: its length in bytes, its units, a zero.
+std::uint64_t TextBytes(std::u16string_view text) noexcept {
+    return Aligned(sizeof(std::uint32_t) + (text.size() + 1) * sizeof(char16_t));
 }
 
 template <class Item>
@@ -130,9 +130,9 @@ std::uint64_t clsDumpWriter::Measure() noexcept {
     MeasureMemory();
     layout_.streams = 5 + (picture_.exception ? 1 : 0) + (picture_.comment.empty() ? 0 : 1);
     const std::uint64_t contexts = picture_.threads.size() + (picture_.exception ? 1 : 0);
-    std::uint64_t names = 0, codeViews = 0;
+    std::uint64_t names = TextBytes(picture_.servicePack), codeViews = 0;
     for (const scModule& module : picture_.modules) {
-        names += NameBytes(module);
+        names += TextBytes(module.path);
         codeViews += Aligned(module.codeView.bytes);
     }
     std::uint64_t position = sizeof(scDumpHeader);
@@ -142,7 +142,6 @@ std::uint64_t clsDumpWriter::Measure() noexcept {
     };
     place(layout_.directory, layout_.streams * sizeof(scDumpDirectory));
     place(layout_.system, sizeof(scDumpSystemInfo));
-    place(layout_.servicePack, sizeof(std::uint64_t));
     place(layout_.misc, sizeof(scDumpMiscInfo));
     place(layout_.threads, ListBytes<scDumpThreadEntry>(picture_.threads.size()));
     place(layout_.modules, ListBytes<scDumpModuleEntry>(picture_.modules.size()));
@@ -239,8 +238,8 @@ bool clsDumpWriter::Write(IclsBareSink& sink) noexcept {
     WriteDirectory(output);
     output.FillTo(layout_.system.position);
     scDumpSystemInfo system = picture_.system;
-    system.servicePackPosition = static_cast<std::uint32_t>(layout_.servicePack.position);
-    output.Put(system); // and after it an empty name of the service pack: zeros
+    system.servicePackPosition = static_cast<std::uint32_t>(layout_.names.position);
+    output.Put(system);
     output.FillTo(layout_.misc.position);
     output.Put(picture_.misc);
     output.FillTo(layout_.threads.position);
@@ -318,7 +317,8 @@ scDumpMemory clsDumpWriter::PlaceOf(scMemoryRange stack) const noexcept {
 
 void clsDumpWriter::WriteModules(clsOutput& output) const noexcept {
     output.Put(static_cast<std::uint32_t>(picture_.modules.size()));
-    std::uint64_t name = layout_.names.position, codeView = layout_.codeViews.position;
+    std::uint64_t name = layout_.names.position + TextBytes(picture_.servicePack);
+    std::uint64_t codeView = layout_.codeViews.position;
     for (const scModule& module : picture_.modules) {
         scDumpModuleEntry entry;
         entry.address = module.range.address;
@@ -337,7 +337,7 @@ void clsDumpWriter::WriteModules(clsOutput& output) const noexcept {
         if (module.codeView.bytes != 0)
             entry.codeView = {module.codeView.bytes, static_cast<std::uint32_t>(codeView)};
         output.Put(entry);
-        name += NameBytes(module);
+        name += TextBytes(module.path);
         codeView += Aligned(module.codeView.bytes);
     }
 }
@@ -383,15 +383,19 @@ void clsDumpWriter::WriteContexts(clsOutput& output) const noexcept {
         output.Put(picture_.exceptionContext ? *picture_.exceptionContext : crashed);
 }
 
+// The service pack's name is always there, if only as an empty text: readers ask for it.
 void clsDumpWriter::WriteNames(clsOutput& output) const noexcept {
     std::uint64_t position = layout_.names.position;
-    for (const scModule& module : picture_.modules) {
-        const auto bytes = static_cast<std::uint32_t>(module.path.size() * sizeof(char16_t));
+    const auto put = [&](std::u16string_view text) {
+        const auto bytes = static_cast<std::uint32_t>(text.size() * sizeof(char16_t));
         output.Put(bytes);
-        output.Put(module.path.data(), bytes);
-        position += NameBytes(module);
+        output.Put(text.data(), bytes);
+        position += TextBytes(text);
         output.FillTo(position);
-    }
+    };
+    put(picture_.servicePack);
+    for (const scModule& module : picture_.modules)
+        put(module.path);
 }
 
 void clsDumpWriter::WriteCodeViews(clsOutput& output) noexcept {

@@ -29,8 +29,9 @@ struct scDumpThread {
 
 // What a dump tells of a process.
 struct scDumpPicture {
-    std::uint32_t time = 0; // seconds since 1970
-    scDumpSystemInfo system;
+    std::uint32_t time = 0;  // seconds since 1970
+    scDumpSystemInfo system; // the writer places the service pack
+    std::u16string_view servicePack{};
     scDumpMiscInfo misc;
     std::span<const scDumpThread> threads;
     std::span<const scModule> modules;      // sorted by address, paths set
@@ -69,7 +70,7 @@ class clsDumpWriter {
     };
     // Where everything is, in the order of the file.
     struct scLayout {
-        scPart directory, system, servicePack, misc, threads, modules, exception, memory, comment, contexts, names,
+        scPart directory, system, misc, threads, modules, exception, memory, comment, contexts, names,
             codeViews, data;
         std::uint32_t streams = 0;
         std::uint64_t ranges = 0; // of memory
