@@ -9,6 +9,13 @@
 #include <exception>
 #include <string_view>
 
+// The debugger tells names of unnamed namespaces only where they were not cloned.
+[[gnu::noinline, gnu::noclone]] int CrashOverflow(int depth) {
+    volatile char room[3000];
+    room[0] = static_cast<char>(depth);
+    return depth >= 0 ? CrashOverflow(depth + 1) + room[0] : 0; // crashes
+}
+
 namespace {
 
 volatile int* volatile nowhere = nullptr;
@@ -25,11 +32,6 @@ void CrashRead() {
 }
 void CrashExecute() {
     reinterpret_cast<void (*)()>(const_cast<int*>(nowhere))(); // crashes
-}
-int CrashOverflow(int depth) {
-    volatile char room[3000];
-    room[0] = static_cast<char>(depth);
-    return zero == 0 ? CrashOverflow(depth + 1) + room[0] : 0; // crashes
 }
 void CrashStack() {
     sink = CrashOverflow(0);
@@ -223,6 +225,6 @@ int wmain(int count, wchar_t** arguments) {
     if (started < 0 || !place || !which)
         return started < 0 ? 100 - started : 2;
     crash = which->crash;
-    place->run();
+    place->run(); // crashes
     return 17;
 }

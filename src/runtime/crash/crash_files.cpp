@@ -68,21 +68,25 @@ std::array<char16_t, 10> StatusText(BareStatus status) noexcept {
     return text;
 }
 
+std::u16string_view From(std::u16string_view text, std::size_t position) noexcept {
+    return {text.data() + position, text.size() - position};
+}
+
 std::u16string_view LastComponent(std::u16string_view path) noexcept {
-    return path.substr(path.rfind(u'\\') + 1, path.size());
+    return From(path, path.rfind(u'\\') + 1);
 }
 
 // As callers open files: "\\?\" where the path is too long for its plain form.
 void GiveTo(CrashPath& to, std::u16string_view native) noexcept {
     constexpr std::size_t prefix = 4, longestPlain = 259;
     constexpr std::u16string_view share = u"UNC\\";
-    const std::u16string_view rest = native.substr(prefix, native.size());
+    const std::u16string_view rest = From(native, prefix);
     if (rest.size() > longestPlain) {
         to.Set(u"\\\\?\\");
         to.Put(rest);
     } else if (rest.starts_with(share)) {
         to.Set(u"\\\\");
-        to.Put(rest.substr(share.size(), rest.size()));
+        to.Put(From(rest, share.size()));
     } else {
         to.Set(rest);
     }

@@ -34,7 +34,6 @@ constexpr std::size_t roomSize = 1024 * 1024;
 constexpr std::size_t usuallyKept = 10; // reports
 
 constinit std::atomic<bool> isProtected{false};
-constinit clsNotes notes;
 
 // All that a crash needs is in one piece of the system's memory; its end, the room, is only touched at a
 // crash.
@@ -144,10 +143,6 @@ Shelter Finish(const clsLoadedRuntimes& runtimes) noexcept {
 }
 
 } // namespace
-
-clsNotes& UtilpNotes() noexcept {
-    return notes;
-}
 
 UtilResult UtilpStartProtection(const scProtectionWish& wish, std::size_t& waiting) {
     if (!PlatformFindBareSystem())
