@@ -42,12 +42,9 @@
 typedef void(TVUT22_CALL* UtilCrashHandler)(const wchar_t* report, const wchar_t* dump, UINT_PTR user);
 
 /* Flags of UtilProtection. */
-#define UTIL_PROTECT_END 0x1u    /* the process ends when all is written. Exit code: the exception's code; of abort
-                                    and its kin 3. Without it the previous handler, then the system goes on as if
-                                    nothing protected the process */
+#define UTIL_PROTECT_END 0x1u    /* the process ends when all is written; see below */
 #define UTIL_PROTECT_FULL 0x2u   /* dumps with all memory */
-#define UTIL_PROTECT_NOTICE 0x4u /* after all is written a message box names the report; the process ends 60
-                                    seconds later at the latest */
+#define UTIL_PROTECT_NOTICE 0x4u /* a message box names the report in the end, for 60 seconds at most */
 
 /* How a process is to be protected. Zeros, but for size, will do. */
 typedef struct UtilProtection {
@@ -62,9 +59,12 @@ typedef struct UtilProtection {
     UINT_PTR user;          /* for "after" */
 } UtilProtection;
 
-/* Starts protection, or counts a further start: the options of the first hold until the last End. Reports in the
- * folder beyond the newest "keep" are removed, with their dumps; files of other names, and of other host
- * programs, are left alone. From now on threads that begin and have 320 KB of stack or more keep 32 KB of it
+/* Starts protection, or counts a further start: the options of the first hold until the last End. Reports in
+ * the folder beyond the newest "keep" are removed, with their dumps; files of other names, and of other host
+ * programs, are left alone.
+ *
+ * With UTIL_PROTECT_END the process ends with the exception's code, after abort and its kin with 3. Without it
+ * the previous handler is called, then the system goes on as if nothing protected the process. From now on threads that begin and have 320 KB of stack or more keep 32 KB of it
  * for a stack overflow; so does the calling thread.
  *
  * Costs a waiting thread, a megabyte of address space that is used at the first crash only, and nothing a call.
@@ -98,5 +98,64 @@ TVUT22_API INT TVUT22_CALL UtilExHandlerEndProtection(void);
  *            UTIL_TOO_LARGE      64 notes are there
  */
 TVUT22_API INT TVUT22_CALL UtilExHandlerSetNote(const wchar_t* name, const wchar_t* value);
+
+/* ---- Stack traces and dumps ------------------------------------------------------------------- */
+
+/* Tells where a thread is: one frame a line, each ended by CR LF, the innermost first, at most 64, as
+ * "designer.exe+0x1d44 _Z11render_pageR4Page+0x12 (page.cpp:41)", as much of it as is known. Frames that were
+ * found by searching the stack end with " ?". Functions and lines come from the modules' own symbols, or a debug
+ * file beside them, else from the system's debug-help service.
+ *
+ * thread     0 or the caller's own: the caller, without this call itself. Another thread of this process stands
+ *            still while its frames are copied, and is named after it runs again, so nothing that it holds can
+ *            keep this call from returning
+ * context    null, or registers to begin with; their stack must not change meanwhile, and thread is 0 then
+ * skip       frames that are left out besides
+ * result     null: nothing is named and delivered. Else it leads to null or to a string of the OLE allocator,
+ *            which is reallocated; the caller frees it with SysFreeString. Left as it is unless the result is
+ *            UTIL_OK
+ *
+ * Result     UTIL_OK
+ *            UTIL_BAD_ARGUMENT   both a thread and a context
+ *            UTIL_NOT_FOUND      this process has no such thread
+ *            UTIL_NO_ACCESS      the thread may not be looked at
+ *            UTIL_FAILED         no memory
+ */
+TVUT22_API INT TVUT22_CALL UtilDebugHelpGetStackTrace(UINT thread, const CONTEXT* context, UINT skip,
+                                                      BSTR* result);
+
+/* Writes the caller's frames to the diagnostic output, as lines of a group below a title.
+ *
+ * title      the first line; null: empty
+ * skip       frames that are left out, besides this call itself
+ * frames     how many at most, up to 64; 0: 40
+ *
+ * Result     the number of frames that were written; 0 while nobody listens, at the cost of some nanoseconds
+ */
+TVUT22_API INT TVUT22_CALL UtilStackTrace(const wchar_t* title, UINT skip, UINT frames);
+
+/* Flag of UtilDebugHelpWriteMiniDump. */
+#define UTIL_DUMP_FULL 0x1u /* all memory */
+
+/* Writes a dump of a process that goes on, for debuggers: its threads with their stacks, its modules, and the
+ * notes of this process. Its threads stand still meanwhile. The file appears when it is complete; until then,
+ * and when it fails, a file of that name stays as it was.
+ *
+ * file       the dump to be made
+ * flags      0 or UTIL_DUMP_FULL
+ * process    0: this one; or the identifier of another 32-bit process that may be read, such as a child that
+ *            hangs
+ * thread     the thread of the exception; 0: the caller. Without an exception it does not count
+ * exception  in this process, or null
+ *
+ * Result     UTIL_OK
+ *            UTIL_BAD_ARGUMENT   null or empty file, an unknown flag
+ *            UTIL_NOT_FOUND      no such process
+ *            UTIL_NO_ACCESS      the process may not be read, the file not be made
+ *            UTIL_NOT_SUPPORTED  a 64-bit process
+ *            UTIL_FAILED         the disk is full, no memory
+ */
+TVUT22_API INT TVUT22_CALL UtilDebugHelpWriteMiniDump(const wchar_t* file, UINT flags, UINT process, UINT thread,
+                                                      EXCEPTION_POINTERS* exception);
 
 #endif

@@ -73,10 +73,14 @@ BareStatus clsBareFile::OpenToRead(std::u16string_view path) noexcept {
 }
 
 BareStatus clsBareFile::Write(std::span<const std::byte> bytes) noexcept {
+    return PlatformBareWrite(file_, bytes);
+}
+
+BareStatus PlatformBareWrite(HANDLE file, std::span<const std::byte> bytes) noexcept {
     while (!bytes.empty()) {
         scNativeResult result{};
         const BareStatus status =
-            g_bareCalls.writeFile(file_, nullptr, nullptr, nullptr, &result, bytes.data(),
+            g_bareCalls.writeFile(file, nullptr, nullptr, nullptr, &result, bytes.data(),
                                   static_cast<ULONG>(bytes.size()), nullptr, nullptr);
         if (status < 0)
             return status;

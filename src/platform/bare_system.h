@@ -57,6 +57,9 @@ class clsBareFile {
     HANDLE file_ = nullptr;
 };
 
+// For a file that was opened otherwise.
+BareStatus PlatformBareWrite(HANDLE file, std::span<const std::byte> bytes) noexcept;
+
 // The bytes of a file, as long as the object is there. A disk that goes away shows when they are read.
 class clsBareView {
   public:

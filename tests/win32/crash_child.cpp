@@ -22,6 +22,15 @@ volatile int* volatile nowhere = nullptr;
 volatile int zero = 0, sink = 0;
 HANDLE bothReady = nullptr;
 
+// Any lock may be held for ever.
+HANDLE out = nullptr;
+void Write(const wchar_t* text) {
+    DWORD length = 0, written = 0;
+    while (text[length] != L'\0')
+        ++length;
+    WriteFile(out, text, length * sizeof(wchar_t), &written, nullptr);
+}
+
 // ---- Crashes --------------------------------------------------------------------------------------
 
 [[gnu::noinline]] void CrashWrite() {
@@ -100,6 +109,11 @@ void CrashEnding() { // the same while the process ends, when no other thread is
     ExitProcess(17);
 }
 
+void Hang() {
+    Write(L"hangs");
+    Sleep(INFINITE);
+}
+
 constexpr struct {
     std::string_view name;
     void (*crash)();
@@ -112,7 +126,7 @@ constexpr struct {
     {"break", CrashBreakpoint},   {"locked", CrashHeapLocked},
     {"overwritten", CrashHeapOverwritten}, {"twice", CrashTwice},
     {"loading", CrashLoading},    {"ending", CrashEnding},
-    {"none", [] {}},
+    {"none", [] {}},              {"hang", Hang},
 };
 void (*crash)() = nullptr;
 
@@ -176,14 +190,6 @@ constexpr struct {
     {"window", InWindow},      {"chain", InChain},   {"ended", AfterEnd},
 };
 
-// Any lock may be held for ever.
-HANDLE out = nullptr;
-void Write(const wchar_t* text) {
-    DWORD length = 0, written = 0;
-    while (text[length] != L'\0')
-        ++length;
-    WriteFile(out, text, length * sizeof(wchar_t), &written, nullptr);
-}
 void TVUT22_CALL After(const wchar_t* report, const wchar_t* dump, UINT_PTR user) {
     Write(report ? report : L"-");
     Write(L"|");

@@ -5,6 +5,7 @@
 #include <tvut22/tvut22.hpp>
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <sstream>
 #include <vector>
@@ -22,7 +23,9 @@ struct scEnd {
     std::wstring after{};
 };
 
-scEnd RunChild(const std::wstring& folder, UINT flags, std::string_view place, std::string_view crash) {
+/// Runs a child until it ends; one that hangs, which it says, until the work is done.
+scEnd RunChild(const std::wstring& folder, UINT flags, std::string_view place, std::string_view crash,
+               const std::function<void(DWORD process)>& whileItHangs = {}) {
     HANDLE read = nullptr, write = nullptr;
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     CreatePipe(&read, &write, &inherited, 0);
@@ -45,12 +48,17 @@ scEnd RunChild(const std::wstring& folder, UINT flags, std::string_view place, s
     const Handle child(process.hProcess), thread(process.hThread);
     writer.reset();
     scEnd end{.processId = process.dwProcessId};
-    if (WaitForSingleObject(child.get(), 20000) == WAIT_TIMEOUT)
-        TerminateProcess(child.get(), 0xDEAD); // it hangs
-    GetExitCodeProcess(child.get(), &end.exitCode);
     wchar_t text[1024];
     DWORD bytes = 0;
-    while (ReadFile(reader.get(), text, sizeof text, &bytes, nullptr) && bytes > 0)
+    if (whileItHangs && ReadFile(reader.get(), text, sizeof text, &bytes, nullptr))
+        whileItHangs(end.processId);
+    if (whileItHangs || WaitForSingleObject(child.get(), 20000) == WAIT_TIMEOUT)
+        TerminateProcess(child.get(), 0xDEAD);
+    WaitForSingleObject(child.get(), INFINITE);
+    GetExitCodeProcess(child.get(), &end.exitCode);
+    // What it has written; the desktop, which a window starts, may keep the pipe open.
+    while (PeekNamedPipe(reader.get(), nullptr, 0, nullptr, &bytes, nullptr) && bytes > 0 &&
+           ReadFile(reader.get(), text, sizeof text, &bytes, nullptr))
         end.after.append(text, bytes / sizeof(wchar_t));
     return end;
 }
@@ -208,6 +216,172 @@ TEST(Protection, GoesOnAsItWasWithoutIt) {
         EXPECT_EQ(RunChild(folder.Path().wstring(), flags, place, crash).exitCode, exitCode) << place << crash;
         EXPECT_EQ(folder.Count(), files) << place << crash;
     }
+}
+
+// ---- The folder -------------------------------------------------------------------------------------
+
+UtilProtection Options(const std::wstring& folder) {
+    UtilProtection options{};
+    options.size = sizeof options;
+    options.folder = folder.c_str();
+    return options;
+}
+
+INT StartAndEnd(const UtilProtection& options) {
+    const INT waiting = UtilExHandlerStartProtection(&options);
+    EXPECT_EQ(UtilExHandlerEndProtection(), waiting >= 0 ? UTIL_OK : UTIL_NOT_FOUND);
+    return waiting;
+}
+
+TEST(ReportFolder, IsMadeOrRefused) {
+    const clsTempFolder folder;
+    const std::wstring deep = folder / L"a\\b\\c", longest = folder / std::wstring(200, L'x') + L"\\" + std::wstring(99, L'y');
+    WriteBytes(folder / L"file", "");
+    for (const auto& [path, result] : {std::pair(deep, 0), std::pair(longest, 0),
+                                       std::pair(folder / L"file", UTIL_NO_ACCESS),
+                                       std::pair(std::wstring(L"Z:\\proc\\reports"), UTIL_NO_ACCESS),
+                                       std::pair(folder / std::wstring(220, L'x') + std::wstring(500, L'\\') + L"..\\" +
+                                                     std::wstring(800, L'x'),
+                                                 UTIL_NO_ACCESS)})
+        EXPECT_EQ(StartAndEnd(Options(path)), result) << fs::path(path);
+    EXPECT_TRUE(fs::is_empty(deep));
+    EXPECT_EQ(RunChild(longest, toTheEnd, "main", "write").exitCode, violation);
+    WIN32_FIND_DATAW found;
+    const HANDLE dumps = FindFirstFileW((L"\\\\?\\" + longest + L"\\*.dmp").c_str(), &found);
+    EXPECT_TRUE(FindClose(dumps)) << "there is none";
+    UtilProtection wrong = Options(deep);
+    wrong.size = 31;
+    EXPECT_EQ(StartAndEnd(wrong), UTIL_BAD_ARGUMENT);
+    wrong = Options(deep);
+    wrong.flags = 8;
+    EXPECT_EQ(StartAndEnd(wrong), UTIL_BAD_ARGUMENT);
+    EXPECT_EQ(UtilExHandlerEndProtection(), UTIL_NOT_FOUND);
+}
+
+TEST(ReportFolder, KeepsTheNewestOfItsOwn) {
+    const clsTempFolder folder;
+    const std::wstring strangers[] = {L"other-20250101-000000-7.txt", L"crash_test-notes.txt",
+                                      L"crash_test-20250101-000000-.txt", L"crash_test-20250101-00000x-7.txt"};
+    for (const std::wstring& name : strangers)
+        WriteBytes(folder / name, "");
+    for (int day = 10; day < 24; ++day)
+        for (const wchar_t* const ending : {L"-000000-7.txt", L"-000000-7.dmp"})
+            WriteBytes(folder / (L"crash_test-202501" + std::to_wstring(day) + ending), "");
+    const std::wstring path = folder.Path().wstring();
+    UtilProtection options = Options(path);
+    EXPECT_EQ(StartAndEnd(options), 10);
+    options.keep = 3;
+    EXPECT_EQ(StartAndEnd(options), 3);
+    EXPECT_EQ(folder.Count(), 6 + static_cast<std::ptrdiff_t>(std::size(strangers)));
+    EXPECT_TRUE(fs::exists(folder / L"crash_test-20250121-000000-7.dmp"));
+}
+
+// A dump of all memory has no room there; with the disk full but for some bytes the report has none, either.
+TEST(FullDisk, LeavesAWholeReportAndNoPartOfADump) {
+    const wchar_t* const disk = _wgetenv(L"TVUT22_SMALL_DISK");
+    ASSERT_TRUE(disk) << "TVUT22_SMALL_DISK is not set: run this test in the session of scripts/test";
+    for (const std::size_t filled : {0u, 248u * 1024u}) {
+        const clsTempFolder folder{fs::path(disk)};
+        WriteBytes(folder / L"filler", std::string(filled, 'x'));
+        const scEnd end =
+            RunChild(folder.Path().wstring(), toTheEnd | UTIL_PROTECT_FULL, "main", "write");
+        EXPECT_EQ(end.exitCode, violation);
+        ASSERT_EQ(folder.Count(), 2);
+        scReport report(Files(folder.Path(), L".txt").at(0));
+        EXPECT_TRUE(filled != 0 || report.fields["Dump"] == "none (0xC000007F)") << report.fields["Dump"];
+        EXPECT_TRUE(end.after.ends_with(L".txt|-|4711"));
+    }
+}
+
+// ---- Traces and dumps at any time -------------------------------------------------------------------
+
+std::vector<std::wstring> Trace(UINT thread, const CONTEXT* context, UINT skip) {
+    BSTR text = nullptr;
+    EXPECT_EQ(UtilDebugHelpGetStackTrace(thread, context, skip, &text), UTIL_OK);
+    std::wistringstream lines(text ? text : L"");
+    SysFreeString(text);
+    std::vector<std::wstring> frames;
+    for (std::wstring line; std::getline(lines, line); frames.push_back(line))
+        EXPECT_TRUE(line.ends_with(L'\r'));
+    return frames;
+}
+
+bool Names(const std::vector<std::wstring>& frames, std::size_t i, std::wstring_view function) {
+    return i < frames.size() && frames[i].find(function) != std::wstring::npos;
+}
+
+[[gnu::noinline]] std::vector<std::wstring> InnerTrace(UINT skip) {
+    return Trace(0, nullptr, skip);
+}
+[[gnu::noinline]] std::vector<std::wstring> OuterTrace(UINT skip) {
+    return InnerTrace(skip);
+}
+
+HANDLE waitsThere = nullptr;
+DWORD WINAPI WaitsInside(void* end) {
+    SetEvent(waitsThere);
+    WaitForSingleObject(end, INFINITE);
+    return 0;
+}
+
+TEST(StackTrace, TellsWhereThreadsAre) {
+    const auto frames = OuterTrace(0), fewer = OuterTrace(2);
+    EXPECT_TRUE(Names(frames, 0, L"Trace") && Names(frames, 1, L"InnerTrace") && Names(frames, 2, L"OuterTrace"));
+    EXPECT_NE(frames[1].find(L"(crash_test.cpp:"), std::wstring::npos) << frames[1].c_str();
+    EXPECT_TRUE(Names(fewer, 0, L"OuterTrace"));
+    EXPECT_TRUE(OuterTrace(1000).empty());
+    CONTEXT here;
+    RtlCaptureContext(&here);
+    EXPECT_TRUE(Names(Trace(0, &here, 0), 0, L"TellsWhere") || Names(Trace(0, &here, 0), 0, L"TestBody"));
+    EXPECT_EQ(UtilDebugHelpGetStackTrace(GetCurrentThreadId(), &here, 0, nullptr), UTIL_BAD_ARGUMENT);
+    EXPECT_EQ(UtilDebugHelpGetStackTrace(0, nullptr, 0, nullptr), UTIL_OK);
+}
+
+TEST(StackTrace, TellsOfOtherThreads) {
+    waitsThere = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    const Handle end(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    DWORD id = 0;
+    const Handle thread(CreateThread(nullptr, 0, WaitsInside, end.get(), 0, &id));
+    WaitForSingleObject(waitsThere, INFINITE);
+    const auto frames = Trace(id, nullptr, 0);
+    EXPECT_TRUE(std::ranges::any_of(frames, [](const auto& frame) { return frame.find(L"WaitsInside") != frame.npos; }));
+    SetEvent(end.get());
+    WaitForSingleObject(thread.get(), INFINITE);
+    EXPECT_EQ(UtilDebugHelpGetStackTrace(id, nullptr, 0, nullptr), UTIL_NOT_FOUND);
+    EXPECT_EQ(UtilStackTrace(L"nobody listens", 0, 0), 0);
+}
+
+TEST(MiniDump, IsOfThisProcessOrAnother) {
+    const clsTempFolder folder;
+    const std::wstring path = folder / L"a.dmp";
+    EXCEPTION_RECORD record{};
+    CONTEXT context{};
+    EXCEPTION_POINTERS exception{&record, &context};
+    constexpr UINT other = 1; // stands for the child
+    const struct {
+        const wchar_t* file;
+        UINT flags, process;
+        EXCEPTION_POINTERS* exception;
+        INT result;
+    } calls[] = {
+        {path.c_str(), 0, 0, nullptr, UTIL_OK},
+        {path.c_str(), 0, GetCurrentProcessId(), &exception, UTIL_OK},
+        {path.c_str(), 0, other, nullptr, UTIL_OK},
+        {path.c_str(), UTIL_DUMP_FULL, other, nullptr, UTIL_OK},
+        {nullptr, 0, 0, nullptr, UTIL_BAD_ARGUMENT},
+        {L"", 0, 0, nullptr, UTIL_BAD_ARGUMENT},
+        {path.c_str(), 2, 0, nullptr, UTIL_BAD_ARGUMENT},
+        {path.c_str(), 0, 0xFFFFFFF0, nullptr, UTIL_NOT_FOUND},
+        {L"Z:\\nowhere\\a.dmp", 0, 0, nullptr, UTIL_NOT_FOUND},
+    };
+    const auto callAll = [&](DWORD child) {
+        for (const auto& [file, flags, process, at, result] : calls) {
+            EXPECT_EQ(UtilDebugHelpWriteMiniDump(file, flags, process == other ? child : process, 0, at), result);
+            EXPECT_EQ(folder.Count(), 1);
+            EXPECT_TRUE(ReadBytes(path).starts_with("MDMP"));
+        }
+    };
+    RunChild(L"crash-reports", 0, "main", "hang", callAll);
 }
 
 } // namespace

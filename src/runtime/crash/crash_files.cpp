@@ -38,10 +38,6 @@ scReportTime TimeOf(std::uint64_t time) noexcept {
             .millisecond = number(milliseconds % 1000)};
 }
 
-std::uint32_t UnixTimeOf(std::uint64_t time) noexcept {
-    return static_cast<std::uint32_t>(time / 10000000 - 11644473600);
-}
-
 // ---- Names of files -------------------------------------------------------------------------------
 
 CrashPath PathOf(const scPreparation& preparation, const scReportTime& time, unsigned number) noexcept {
@@ -94,21 +90,6 @@ void GiveTo(CrashPath& to, std::u16string_view native) noexcept {
 
 // ---- The crash ------------------------------------------------------------------------------------
 
-scException ExceptionOf(const scCrashEvent& event) noexcept {
-    const EXCEPTION_RECORD& record = *event.exception->ExceptionRecord;
-    scException exception{.threadId = event.thread,
-                          .code = record.ExceptionCode,
-                          .flags = record.ExceptionFlags,
-                          .address = static_cast<std::uint32_t>(
-                              reinterpret_cast<std::uintptr_t>(record.ExceptionAddress))};
-    for (; exception.parameterCount < record.NumberParameters &&
-           exception.parameterCount < exception.parameters.size();
-         ++exception.parameterCount)
-        exception.parameters[exception.parameterCount] =
-            static_cast<std::uint32_t>(record.ExceptionInformation[exception.parameterCount]);
-    return exception;
-}
-
 std::u16string_view ReasonOf(const scCrashEvent& event) noexcept {
     switch (event.kind) {
     case CrashKind::abort:
@@ -127,7 +108,7 @@ class clsCrashFiles {
   public:
     clsCrashFiles(const scPreparation& preparation, const scCrashEvent& event) noexcept
         : prepared_(preparation), event_(event), now_(PlatformBareTime()), time_(TimeOf(now_)),
-          exception_(ExceptionOf(event)), context_(UtilpContextOf(*event.exception->ContextRecord)),
+          exception_(UtilpExceptionOf(*event.exception->ExceptionRecord, event.thread)), context_(UtilpContextOf(*event.exception->ContextRecord)),
           memory_(UtilpOwnProcess()), room_(preparation.room) {}
 
     void Write(scCrashFiles& files) noexcept;
@@ -215,7 +196,7 @@ BareStatus clsCrashFiles::WriteDumpTo(clsBareFile& file) noexcept {
     const clsNotes* const notes = &UtilpNotes();
     const scMemoryRange extra[] = {
         {static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(notes)), sizeof *notes}};
-    scDumpPicture picture{.time = UnixTimeOf(now_),
+    scDumpPicture picture{.time = UtilpDumpTime(now_),
                           .system = prepared_.dumpSystem,
                           .misc = {.flags = 1, .processId = prepared_.processId},
                           .threads = threads.Threads(),

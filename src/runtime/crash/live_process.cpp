@@ -58,6 +58,26 @@ bool clsBareFileSink::Write(const void* bytes, std::size_t count) noexcept {
     return status_ >= 0;
 }
 
+// ---- What happened --------------------------------------------------------------------------------
+
+scException UtilpExceptionOf(const EXCEPTION_RECORD& record, std::uint32_t thread) noexcept {
+    scException exception{.threadId = thread,
+                          .code = record.ExceptionCode,
+                          .flags = record.ExceptionFlags,
+                          .address = Address(record.ExceptionAddress)};
+    for (; exception.parameterCount < record.NumberParameters &&
+           exception.parameterCount < exception.parameters.size();
+         ++exception.parameterCount)
+        exception.parameters[exception.parameterCount] =
+            static_cast<std::uint32_t>(record.ExceptionInformation[exception.parameterCount]);
+    return exception;
+}
+
+std::uint32_t UtilpDumpTime(std::uint64_t time) noexcept {
+    constexpr std::uint64_t perSecond = 10000000, from1601To1970 = 11644473600; // seconds
+    return static_cast<std::uint32_t>(time / perSecond - from1601To1970);
+}
+
 // ---- Modules --------------------------------------------------------------------------------------
 
 std::span<const scModule> UtilpModulesOf(HANDLE process, const clsDrivePaths& drives, clsRoom& room) noexcept {

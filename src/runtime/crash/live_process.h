@@ -100,6 +100,11 @@ class clsStoppedThreads {
 // From the block of a thread in a process: the address after its stack; 0 when it cannot be read.
 std::uint32_t UtilpStackEnd(IclsProcessMemory& memory, std::uint32_t threadBlock) noexcept;
 
+scException UtilpExceptionOf(const EXCEPTION_RECORD& record, std::uint32_t thread) noexcept;
+
+// Of the system's time, in seconds since 1970.
+std::uint32_t UtilpDumpTime(std::uint64_t time) noexcept;
+
 inline scThreadContext UtilpContextOf(const CONTEXT& context) noexcept {
     return std::bit_cast<scThreadContext>(context);
 }
