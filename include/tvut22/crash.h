@@ -157,5 +157,32 @@ TVUT22_API INT TVUT22_CALL UtilStackTrace(const wchar_t* title, UINT skip, UINT 
  */
 TVUT22_API INT TVUT22_CALL UtilDebugHelpWriteMiniDump(const wchar_t* file, UINT flags, UINT process, UINT thread,
                                                       EXCEPTION_POINTERS* exception);
+/* ---- Support archive -------------------------------------------------------------------------- */
+
+#define UTIL_SUPPORT_TAKE 0x1u /* reports that are in the finished archive are removed from their folder */
+
+/* Writes one ZIP archive that a customer can send: "system.txt" (the program, the system, the user's
+ * language, code page, monitors, memory, drives, and the modules), "reports" (all reports and dumps in the
+ * folder of the protection, none without protection), "log" (the file of the diagnostic output, where one is
+ * named), and "files" (what is given here). A file that cannot be read becomes a line of "missing.txt". The
+ * archive takes the place of a file of that name when it is complete; until then, and when it fails, that
+ * stays as it was.
+ *
+ * Dumps hold what was in memory. Files that others hold are waited for. Not for use after a crash.
+ *
+ * archive    the file to be made
+ * files      files to be added, folders with all below them; of the same names the second is "name-2.ini" and
+ *            so on. Null: none
+ * count      of files
+ * flags      0 or UTIL_SUPPORT_TAKE
+ *
+ * Result     UTIL_OK             also when files are missing
+ *            UTIL_BAD_ARGUMENT   a null or empty path, an unknown flag, a name that no file can have
+ *            UTIL_NO_ACCESS      the archive's folder is not there, or the archive cannot be made in it
+ *            UTIL_FAILED         the disk is full, no memory, the old archive cannot be replaced
+ */
+TVUT22_API INT TVUT22_CALL UtilDebugHelpWriteSupportArchive(const wchar_t* archive,
+                                                            const wchar_t* const* files, UINT count,
+                                                            UINT flags);
 
 #endif

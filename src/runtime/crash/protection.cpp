@@ -201,6 +201,18 @@ std::wstring UtilpReportFolder() {
     return starts > 0 ? reportFolder.Path() : std::wstring();
 }
 
+scProductName UtilpProductName() {
+    const auto copy = [](std::u16string_view name, std::u16string_view version) -> scProductName {
+        return {std::u16string(name), std::u16string(version)};
+    };
+    {
+        const std::lock_guard lock(protectionLock);
+        if (starts > 0)
+            return copy(shelter->preparation.product.View(), shelter->preparation.version.View());
+    }
+    return copy(PlatformHostTag(), HostVersion().View());
+}
+
 void UtilpProtectModule() noexcept {
     if (!isProtected.load(std::memory_order_relaxed))
         return;

@@ -31,6 +31,13 @@ UtilResult UtilpEndProtection() noexcept;
 // std::bad_alloc.
 std::wstring UtilpReportFolder();
 
+// The product as reports call it: as protection was told, else what is known of the host program. Throws
+// std::bad_alloc.
+struct scProductName {
+    std::u16string name, version;
+};
+scProductName UtilpProductName();
+
 // A module was loaded, perhaps with a C runtime of its own. May be called within the loader.
 void UtilpProtectModule() noexcept;
 
