@@ -38,6 +38,7 @@ constexpr scSection sections[] = {
     {"locale", MeasureLocale},
     {"crash", MeasureCrash},
     {"pool", MeasurePool},
+    {"stack", MeasureStack},
     {"html", MeasureHtml},
     {"regex", MeasureRegEx},
     {"zip", MeasureZip},

@@ -27,6 +27,7 @@ void MeasureStrings(const scSettings& settings, clsReport& report);
 void MeasureBase64(const scSettings& settings, clsReport& report);
 void MeasureZip(const scSettings& settings, clsReport& report);
 void MeasurePool(const scSettings& settings, clsReport& report);
+void MeasureStack(const scSettings& settings, clsReport& report);
 void MeasureLocale(const scSettings& settings, clsReport& report);
 void MeasureCrash(const scSettings& settings, clsReport& report);
 

@@ -4,11 +4,11 @@
 #include "exports/wide_text.h"
 #include "platform/host.h"
 #include "runtime/crash/protection.h"
-#include "runtime/heap/stack_names.h"
 #include "runtime/jobs.h"
 #include "runtime/language.h"
 #include "runtime/locked_call.h"
 #include "runtime/output/writer.h"
+#include "runtime/stack_names.h"
 
 #include <tvut22/modules.h>
 

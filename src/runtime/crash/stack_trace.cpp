@@ -4,7 +4,7 @@
 #include "runtime/crash/live_process.h"
 #include "runtime/diagnostic_group.h"
 #include "runtime/locked_call.h"
-#include "runtime/heap/stack_names.h"
+#include "runtime/stack_names.h"
 #include "runtime/system_result.h"
 
 #include <algorithm>
@@ -13,14 +13,19 @@ namespace tvut {
 
 namespace {
 
+FrameAddress MeaningOf(const scTrace& trace, std::size_t i) noexcept {
+    return i == 0 && !trace.isOfCaller ? FrameAddress::Exact : FrameAddress::Return;
+}
+
 // Calls back with each frame in words. The service is made ready before the lock is taken.
 template <class Use>
 void EachLine(const scTrace& trace, std::size_t most, Use use) {
+    clsStackNames names;
     for (std::size_t i = 0; i < std::min(trace.count, most); ++i) {
         const scFrame& frame = trace.frames[i];
         const auto* const address = reinterpret_cast<const void*>(static_cast<std::uintptr_t>(frame.address));
         clsDiagnosticLine line;
-        line.Put(UtilpFrameLine(address).View().substr(2)).Put(frame.isGuess ? u" ?" : u"");
+        line.Put(names.Name(address, MeaningOf(trace, i)).text).Put(frame.isGuess ? u" ?" : u"");
         use(line);
     }
 }
@@ -75,7 +80,7 @@ UtilResult UtilpTraceThread(DWORD thread, scTrace& trace) noexcept {
 
 std::u16string UtilpTraceText(const scTrace& trace) {
     std::u16string text;
-    UtilpPrepareStackNames();
+    UtilpPrepareStackNamesAsked();
     const clsGlobalLockGuard lock;
     EachLine(trace, scTrace::most, [&](const clsDiagnosticLine& line) {
         text.append(line.View()).append(u"\r\n");
@@ -84,7 +89,7 @@ std::u16string UtilpTraceText(const scTrace& trace) {
 }
 
 std::size_t UtilpWriteTrace(std::u16string_view title, const scTrace& trace, std::size_t most) noexcept {
-    UtilpPrepareStackNames();
+    UtilpPrepareStackNamesAsked();
     const clsGlobalLockGuard lock;
     const clsDiagnosticGroup group(true, clsDiagnosticLine().Put(title));
     EachLine(trace, most, [&](const clsDiagnosticLine& line) {
