@@ -1,5 +1,5 @@
-// Crash protection: stack traces against the system's, crashes against the usual way to write a dump, which is
-// a filter that has a thread call the debug-help service.
+// Crash protection: stack traces against the system's, crashes against the usual way to write a dump, which
+// is a filter that has a thread call the debug-help service.
 #include "sections.h"
 
 #include <tvut22/tvut22.hpp>
@@ -125,8 +125,9 @@ double CrashChild(const std::wstring& way, const std::wstring& folder) {
     PROCESS_INFORMATION process{};
     const HANDLE crashes = CreateEventW(nullptr, TRUE, FALSE, L"tvut22_bench crashes");
     ResetEvent(crashes);
-    Require(CreateProcessW(program, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process),
-            "a child process");
+    Require(
+        CreateProcessW(program, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process),
+        "a child process");
     WaitForSingleObject(crashes, INFINITE);
     const double ns = Timed([&] { WaitForSingleObject(process.hProcess, INFINITE); });
     DWORD exitCode = 0;
@@ -175,8 +176,8 @@ std::wstring dumpPath;
 
 DWORD WINAPI WriteUsualDump(void* write) {
     WaitForSingleObject(dumpWanted, INFINITE);
-    const HANDLE file =
-        CreateFileW(dumpPath.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = CreateFileW(dumpPath.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
     MINIDUMP_EXCEPTION_INFORMATION information{crashedThread, crashed, FALSE};
     reinterpret_cast<decltype(&MiniDumpWriteDump)>(write)(GetCurrentProcess(), GetCurrentProcessId(), file,
                                                           MiniDumpNormal, &information, nullptr, nullptr);
@@ -198,7 +199,8 @@ void ProtectAsUsual(const std::wstring& folder) {
     dumpPath = folder + L"\\usual.dmp";
     dumpWanted = CreateEventW(nullptr, FALSE, FALSE, nullptr);
     dumpWritten = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-    void* const write = reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(L"dbghelp.dll"), "MiniDumpWriteDump"));
+    void* const write =
+        reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(L"dbghelp.dll"), "MiniDumpWriteDump"));
     CreateThread(nullptr, 0, WriteUsualDump, write, 0, nullptr);
     SetUnhandledExceptionFilter(UsualFilter);
 }

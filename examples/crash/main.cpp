@@ -1,5 +1,5 @@
-// A program that crashes in a job of its pool, and what is left of that: a report that says where, a dump, and
-// one archive that a customer can send.
+// A program that crashes in a job of its pool, and what is left of that: a report that says where, a dump,
+// and one archive that a customer can send.
 #include <tvut22/tvut22.hpp>
 
 #include <cstdio>
@@ -58,11 +58,9 @@ DWORD RunAsChild() {
 void ShowReport(const std::filesystem::path& path) {
     std::ifstream report(path);
     for (std::string line; std::getline(report, line);) {
-        line.pop_back();
         if (line.rfind("Product", 0) == 0 || line.rfind("Reason", 0) == 0 || line.rfind("Note", 0) == 0)
             std::printf("%s\n", line.c_str());
         if (line == "Stack:" && std::getline(report, line)) {
-            line.pop_back();
             std::printf("Where: %s\n", line.substr(line.find(' ', 2) + 1).c_str());
         }
     }

@@ -1,8 +1,6 @@
 // Finding the system's calls: done in ordinary times, so it stands apart from what uses them.
 #include "platform/bare_calls.h"
 
-#include "platform/bare_system.h"
-
 #include <array>
 
 namespace tvut {
@@ -14,14 +12,29 @@ namespace {
 using Call = void*;
 
 constexpr std::array names{
-    "NtCreateFile",           "NtWriteFile",           "NtFlushBuffersFile",
-    "NtSetInformationFile",   "NtQueryInformationFile", "NtClose",
-    "NtCreateSection",        "NtMapViewOfSection",    "NtUnmapViewOfSection",
-    "NtQueryVirtualMemory",   "NtReadVirtualMemory",   "NtQuerySystemInformation",
-    "NtQuerySystemTime",      "NtOpenThread",          "NtQueryInformationThread",
-    "NtSuspendThread",        "NtResumeThread",        "NtGetContextThread",
-    "NtSetEvent",             "NtResetEvent",          "NtWaitForSingleObject",
-    "NtTerminateProcess",     "RtlDllShutdownInProgress",
+    "NtCreateFile",
+    "NtWriteFile",
+    "NtFlushBuffersFile",
+    "NtSetInformationFile",
+    "NtQueryInformationFile",
+    "NtClose",
+    "NtCreateSection",
+    "NtMapViewOfSection",
+    "NtUnmapViewOfSection",
+    "NtQueryVirtualMemory",
+    "NtReadVirtualMemory",
+    "NtQuerySystemInformation",
+    "NtQuerySystemTime",
+    "NtOpenThread",
+    "NtQueryInformationThread",
+    "NtSuspendThread",
+    "NtResumeThread",
+    "NtGetContextThread",
+    "NtSetEvent",
+    "NtResetEvent",
+    "NtWaitForSingleObject",
+    "NtTerminateProcess",
+    "RtlDllShutdownInProgress",
 };
 static_assert(sizeof(scBareCalls) == names.size() * sizeof(Call));
 

@@ -1,4 +1,5 @@
-// The table of the system's calls, and the structures that they take. For platform/bare_system alone.
+// The table of the system's calls, and the structures that they take. For platform/bare_system alone,
+// but for finding them.
 //
 // Names and layouts are those of the system's own library, ntdll, as its headers and the documentation of the
 // driver kit have them.
@@ -49,9 +50,9 @@ struct scBareCalls {
     NativeStatus(NTAPI* close)(HANDLE);
     NativeStatus(NTAPI* createSection)(HANDLE*, ULONG access, const scNativeObject*, LARGE_INTEGER*,
                                        ULONG protection, ULONG attributes, HANDLE file);
-    NativeStatus(NTAPI* mapView)(HANDLE section, HANDLE process, void** base, ULONG_PTR zeroBits, SIZE_T commit,
-                                 LARGE_INTEGER* offset, SIZE_T* size, ULONG inherit, ULONG kind,
-                                 ULONG protection);
+    NativeStatus(NTAPI* mapView)(HANDLE section, HANDLE process, void** base, ULONG_PTR zeroBits,
+                                 SIZE_T commit, LARGE_INTEGER* offset, SIZE_T* size, ULONG inherit,
+                                 ULONG kind, ULONG protection);
     NativeStatus(NTAPI* unmapView)(HANDLE process, void* base);
     NativeStatus(NTAPI* queryMemory)(HANDLE process, const void*, ULONG kind, void*, SIZE_T, SIZE_T*);
     NativeStatus(NTAPI* readMemory)(HANDLE process, const void*, void*, SIZE_T, SIZE_T*);
@@ -70,5 +71,9 @@ struct scBareCalls {
 };
 
 extern scBareCalls g_bareCalls;
+
+// Finds the calls in the system's library, which is always there. False: this system lacks one of them. Any
+// thread, any number of times; in ordinary times.
+bool PlatformFindBareSystem() noexcept;
 
 } // namespace tvut

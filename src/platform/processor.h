@@ -25,7 +25,7 @@ bool PlatformHasAvx2() noexcept; // and the system keeps its registers
 
 // What the processor says of itself; zeros for one of another family.
 struct scProcessorIdentity {
-    std::array<std::uint32_t, 3> vendor{};  // "GenuineIntel" and the like: EBX, EDX, ECX of question 0
+    std::array<std::uint32_t, 3> vendor{};   // "GenuineIntel" and the like: EBX, EDX, ECX of question 0
     std::uint32_t version = 0, features = 0; // EAX, EDX of question 1
 };
 scProcessorIdentity PlatformProcessorIdentity() noexcept;

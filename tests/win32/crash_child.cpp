@@ -1,5 +1,5 @@
-// Crashes by name: crash_child FOLDER FLAGS PLACE NAME. Each line that crashes says so, for the test that looks
-// it up by the report's number.
+// Crashes by name: crash_child FOLDER FLAGS PLACE NAME. Each line that crashes says so, for the test that
+// looks it up by the report's number.
 #include <tvut22/tvut22.hpp>
 
 #include <algorithm>
@@ -84,8 +84,8 @@ void CrashHeapOverwritten() {
         auto* const block = static_cast<char*>(HeapAlloc(GetProcessHeap(), 0, 100));
         first = first ? first : block;
     }
-    std::memset(first - 8, 0xA5, 10000);           // blocks with what the heap keeps between them,
-    std::memset(GetProcessHeap(), 0xA5, 128);      // and the heap's own head
+    std::memset(first - 8, 0xA5, 10000);      // blocks with what the heap keeps between them,
+    std::memset(GetProcessHeap(), 0xA5, 128); // and the heap's own head
     CrashWrite();
 }
 DWORD WINAPI CrashTogether(void*) {
@@ -118,15 +118,24 @@ constexpr struct {
     std::string_view name;
     void (*crash)();
 } crashes[] = {
-    {"write", CrashWrite},        {"read", CrashRead},
-    {"execute", CrashExecute},    {"overflow", CrashStack},
-    {"ud2", CrashInstruction},    {"divide", CrashDivision},
-    {"abort", CrashAbort},        {"terminate", CrashTerminate},
-    {"throw", CrashThrow},        {"raise", CrashRaise},
-    {"break", CrashBreakpoint},   {"locked", CrashHeapLocked},
-    {"overwritten", CrashHeapOverwritten}, {"twice", CrashTwice},
-    {"loading", CrashLoading},    {"ending", CrashEnding},
-    {"none", [] {}},              {"hang", Hang},
+    {"write", CrashWrite},
+    {"read", CrashRead},
+    {"execute", CrashExecute},
+    {"overflow", CrashStack},
+    {"ud2", CrashInstruction},
+    {"divide", CrashDivision},
+    {"abort", CrashAbort},
+    {"terminate", CrashTerminate},
+    {"throw", CrashThrow},
+    {"raise", CrashRaise},
+    {"break", CrashBreakpoint},
+    {"locked", CrashHeapLocked},
+    {"overwritten", CrashHeapOverwritten},
+    {"twice", CrashTwice},
+    {"loading", CrashLoading},
+    {"ending", CrashEnding},
+    {"none", [] {}},
+    {"hang", Hang},
 };
 void (*crash)() = nullptr;
 
