@@ -36,7 +36,9 @@ constexpr scSection sections[] = {
     {"heap", MeasureHeap},
     {"files", MeasureFiles},
     {"locale", MeasureLocale},
+    {"crash", MeasureCrash},
     {"pool", MeasurePool},
+    {"stack", MeasureStack},
     {"html", MeasureHtml},
     {"regex", MeasureRegEx},
     {"zip", MeasureZip},
@@ -45,6 +47,7 @@ constexpr scSection sections[] = {
 struct scCommandLine {
     std::vector<std::string> only;
     std::vector<std::string> probe;
+    std::vector<std::string> crash;
     bool markdown = false;
     scSettings settings;
 };
@@ -109,8 +112,11 @@ int main(int argc, char** argv) {
     app.add_option("--rounds", line.settings.rounds, "Rounds that count, of each contender")
         ->check(CLI::Range(1, 1000));
     app.add_option("--probe-memory", line.probe)->expected(2)->group("");
+    app.add_option("--crash", line.crash)->expected(2)->group("");
     CLI11_PARSE(app, argc, argv);
 
+    if (!line.crash.empty())
+        CrashAs(line.crash[0], {line.crash[1].begin(), line.crash[1].end()});
     if (!line.probe.empty())
         return AnswerProbe(line.probe);
     if (line.settings.quick)

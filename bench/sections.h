@@ -27,7 +27,12 @@ void MeasureStrings(const scSettings& settings, clsReport& report);
 void MeasureBase64(const scSettings& settings, clsReport& report);
 void MeasureZip(const scSettings& settings, clsReport& report);
 void MeasurePool(const scSettings& settings, clsReport& report);
+void MeasureStack(const scSettings& settings, clsReport& report);
 void MeasureLocale(const scSettings& settings, clsReport& report);
+void MeasureCrash(const scSettings& settings, clsReport& report);
+
+// A child of the crash section: crashes with what is measured in place, "ours" or "usual".
+void CrashAs(const std::string& way, const std::wstring& folder);
 
 // The part of the memory section that runs in a process of its own: opens the file the named way and
 // returns the bytes that this added. Throws clsBenchError.

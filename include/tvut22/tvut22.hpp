@@ -110,6 +110,29 @@ class thread_pool : public unique_handle<UtilThreadPool, UtilThreadPoolClose> {
     }
 };
 
+// ---- Crash protection -----------------------------------------------------------------------------
+
+// Protection as long as the object is there.
+class protection {
+  public:
+    explicit protection(const UtilProtection& options) noexcept
+        : result_(UtilExHandlerStartProtection(&options)) {}
+    protection(protection&& other) noexcept : result_(std::exchange(other.result_, UTIL_FAILED)) {}
+    protection(const protection&) = delete;
+    protection& operator=(const protection&) = delete;
+    ~protection() {
+        if (result_ >= 0)
+            UtilExHandlerEndProtection();
+    }
+
+    explicit operator bool() const noexcept { return result_ >= 0; }
+    // What starting gave: the number of reports that wait, or why there is no protection.
+    INT result() const noexcept { return result_; }
+
+  private:
+    INT result_;
+};
+
 // ---- Objects on a heap ----------------------------------------------------------------------------
 
 // Heaps align to four bytes. For what needs more, an address is aligned within a larger block whose

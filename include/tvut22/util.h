@@ -5,6 +5,7 @@
 #ifndef TVUT22_UTIL_H
 #define TVUT22_UTIL_H
 
+#include <tvut22/crash.h>
 #include <tvut22/diagnostics.h>
 #include <tvut22/files.h>
 #include <tvut22/heaps.h>

@@ -12,6 +12,7 @@
 #include "platform/runtime_entry.h"
 #include "platform/wide.h"
 #include "runtime/call_stack.h"
+#include "runtime/crash/protection.h"
 #include "runtime/global_lock.h"
 #include "runtime/output/debugger.h"
 #include "runtime/output/writer.h"
@@ -76,11 +77,16 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
         tvut::g_hashSeed = ProcessSeed();
         ProcessAttaches();
         break;
+    case DLL_THREAD_ATTACH:
+        tvut::UtilpProtectThread();
+        break;
     case DLL_THREAD_DETACH:
         tvut::PlatformThreadEnds();
         break;
     case DLL_PROCESS_DETACH:
         ProcessDetaches();
+        if (!processEnds)
+            tvut::UtilpUnloadProtection();
         tvut::UtilpEndTempFiles(processEnds != nullptr);
         tvut::UtilpDiagnosticWriter().End(processEnds != nullptr);
         if (!processEnds) {

@@ -3,11 +3,12 @@
 #include "exports/library_version.h"
 #include "exports/wide_text.h"
 #include "platform/host.h"
-#include "runtime/heap/stack_names.h"
+#include "runtime/crash/protection.h"
 #include "runtime/jobs.h"
 #include "runtime/language.h"
 #include "runtime/locked_call.h"
 #include "runtime/output/writer.h"
+#include "runtime/stack_names.h"
 
 #include <tvut22/modules.h>
 
@@ -84,6 +85,7 @@ TVUT22_API INT TVUT22_CALL UtilJobClose(UtilJob handle) {
 }
 
 TVUT22_API void TVUT22_CALL UtilModuleOnAttach(const wchar_t* module) {
+    UtilpProtectModule();
     UtilpDiagnosticWriter().ModuleComes();
     if (!UtilpDiagnosticsOn())
         return;

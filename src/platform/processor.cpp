@@ -3,6 +3,8 @@
 #if defined(TVUT_HAS_X86) && !defined(__GNUC__)
 #include <immintrin.h>
 #include <intrin.h>
+#elif defined(TVUT_HAS_X86)
+#include <cpuid.h>
 #endif
 
 namespace tvut {
@@ -17,6 +19,9 @@ bool PlatformHasAvx2() noexcept {
 }
 bool PlatformHasClmul() noexcept {
     return false;
+}
+scProcessorIdentity PlatformProcessorIdentity() noexcept {
+    return {};
 }
 
 #elif defined(__GNUC__)
@@ -33,6 +38,17 @@ bool PlatformHasAvx2() noexcept {
 bool PlatformHasClmul() noexcept {
     __builtin_cpu_init();
     return __builtin_cpu_supports("pclmul") != 0;
+}
+scProcessorIdentity PlatformProcessorIdentity() noexcept {
+    scProcessorIdentity identity;
+    unsigned eax = 0, ebx = 0, ecx = 0, edx = 0;
+    if (__get_cpuid(0, &eax, &ebx, &ecx, &edx) != 0)
+        identity.vendor = {ebx, edx, ecx};
+    if (__get_cpuid(1, &eax, &ebx, &ecx, &edx) != 0) {
+        identity.version = eax;
+        identity.features = edx;
+    }
+    return identity;
 }
 
 #else
@@ -59,6 +75,13 @@ bool PlatformHasAvx2() noexcept {
 }
 bool PlatformHasClmul() noexcept {
     return Bit(1, 2, 1);
+}
+scProcessorIdentity PlatformProcessorIdentity() noexcept {
+    int first[4], second[4];
+    __cpuid(first, 0);
+    __cpuid(second, 1);
+    const auto word = [](int value) { return static_cast<std::uint32_t>(value); };
+    return {{word(first[1]), word(first[3]), word(first[2])}, word(second[0]), word(second[3])};
 }
 
 #endif

@@ -4,6 +4,9 @@
 // A function marked TVUT_FOR_... may only be called where the matching question is answered by yes.
 #pragma once
 
+#include <array>
+#include <cstdint>
+
 #if defined(__i386__) || defined(__x86_64__) || defined(_M_IX86) || defined(_M_X64)
 #define TVUT_HAS_X86 1
 #ifdef __GNUC__
@@ -22,5 +25,12 @@ namespace tvut {
 bool PlatformHasSsse3() noexcept;
 bool PlatformHasAvx2() noexcept;  // and the system keeps its registers
 bool PlatformHasClmul() noexcept; // PCLMULQDQ
+
+// What the processor says of itself; zeros for one of another family.
+struct scProcessorIdentity {
+    std::array<std::uint32_t, 3> vendor{};   // "GenuineIntel" and the like: EBX, EDX, ECX of question 0
+    std::uint32_t version = 0, features = 0; // EAX, EDX of question 1
+};
+scProcessorIdentity PlatformProcessorIdentity() noexcept;
 
 } // namespace tvut

@@ -2,33 +2,11 @@
 // fits, so nobody else has to check a line's length.
 #include "runtime/diagnostics.h"
 
+#include "runtime/digits.h"
+
 #include <algorithm>
 
 namespace tvut {
-
-namespace {
-
-// Digits of a number, at least a given count of them, at the end of a buffer.
-class clsDigits {
-  public:
-    clsDigits(std::uint32_t number, std::uint32_t base, std::size_t least, std::u16string_view alphabet) {
-        least = std::min(least, digits_.size());
-        do {
-            digits_[--begin_] = alphabet[number % base];
-            number /= base;
-        } while (number != 0 || digits_.size() - begin_ < least);
-    }
-    std::u16string_view View() const { return {digits_.data() + begin_, digits_.size() - begin_}; }
-
-  private:
-    std::array<char16_t, 16> digits_;
-    std::size_t begin_ = digits_.size();
-};
-
-constexpr std::u16string_view lowerDigits = u"0123456789abcdef";
-constexpr std::u16string_view upperDigits = u"0123456789ABCDEF";
-
-} // namespace
 
 clsDiagnosticLine& clsDiagnosticLine::Put(std::u16string_view text) noexcept {
     text = text.substr(0, longest - length_);
@@ -56,17 +34,17 @@ clsDiagnosticLine& clsDiagnosticLine::PutPadded(std::u16string_view text, std::s
 }
 
 clsDiagnosticLine& clsDiagnosticLine::PutDecimal(std::uint32_t number, std::size_t digits) noexcept {
-    return Put(clsDigits(number, 10, digits, lowerDigits).View());
+    return Put(clsDigits<char16_t>(number, 10, digits).View());
 }
 
 clsDiagnosticLine& clsDiagnosticLine::PutHex(std::uint32_t number, std::size_t digits) noexcept {
-    return Put(clsDigits(number, 16, digits, lowerDigits).View());
+    return Put(clsDigits<char16_t>(number, 16, digits).View());
 }
 
 // As the C runtime prints "%#p", which callers' own lines show beside ours.
 clsDiagnosticLine& clsDiagnosticLine::PutPointer(const void* pointer) noexcept {
     const auto address = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(pointer));
-    return Put(pointer ? u"0X" : u"").Put(clsDigits(address, 16, 8, upperDigits).View());
+    return Put(pointer ? u"0X" : u"").Put(clsDigits<char16_t>(address, 16, 8, upperDigits).View());
 }
 
 } // namespace tvut

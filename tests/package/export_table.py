@@ -57,7 +57,8 @@ class Image:
             entry += 20
 
     def file_version(self):
-        high, low = struct.unpack_from("<II", self.data, self.data.index(b"\xbd\x04\xef\xfe") + 8)
+        resource = self.data.index("VS_VERSION_INFO".encode("utf-16-le"))  # the code knows the signature, too
+        high, low = struct.unpack_from("<II", self.data, self.data.index(b"\xbd\x04\xef\xfe", resource) + 8)
         return high >> 16, high & 0xFFFF, low >> 16, low & 0xFFFF
 
 

@@ -1,5 +1,6 @@
-// The registry of jobs.
+// The registry of jobs, and which frames are a caller's.
 #include "runtime/diagnostic_group.h"
+#include "runtime/frame_kinds.h"
 #include "runtime/module_list.h"
 #include "unit/native_platform.h"
 
@@ -7,6 +8,20 @@
 
 namespace tvut {
 namespace {
+
+// A letter a frame, the top first: Caller, Main, Library, System. Brackets hold the callers'.
+TEST(Frames, OfCallersAreFound) {
+    for (const std::string expected : {"", "[LLS]", "[S]", "L[C]", "LL[CLCM]CSS", "L[CSCC]SS", "[C]LSS",
+                                       "L[SC]L", "[CM]CSS", "L[CMCM]LC"}) {
+        std::vector<FrameKind> kinds;
+        for (const char letter : expected)
+            if (const auto kind = std::string_view("CMLS").find(letter); kind != std::string_view::npos)
+                kinds.push_back(static_cast<FrameKind>(kind));
+        const scFrameRange callers = UtilpFramesOfCallers(kinds);
+        EXPECT_EQ(callers.first, std::min(expected.find('['), kinds.size())) << expected;
+        EXPECT_EQ(callers.end + 1, std::min(expected.find(']'), kinds.size() + 1)) << expected;
+    }
+}
 
 class ModuleList : public testing::Test {
   protected:

@@ -1,0 +1,55 @@
+// Finding the system's calls: done in ordinary times, so it stands apart from what uses them.
+#include "platform/bare_calls.h"
+
+#include <array>
+
+namespace tvut {
+
+constinit scBareCalls g_bareCalls{};
+
+namespace {
+
+using Call = void*;
+
+constexpr std::array names{
+    "NtCreateFile",
+    "NtWriteFile",
+    "NtFlushBuffersFile",
+    "NtSetInformationFile",
+    "NtQueryInformationFile",
+    "NtClose",
+    "NtCreateSection",
+    "NtMapViewOfSection",
+    "NtUnmapViewOfSection",
+    "NtQueryVirtualMemory",
+    "NtReadVirtualMemory",
+    "NtQuerySystemInformation",
+    "NtQuerySystemTime",
+    "NtOpenThread",
+    "NtQueryInformationThread",
+    "NtSuspendThread",
+    "NtResumeThread",
+    "NtGetContextThread",
+    "NtSetEvent",
+    "NtResetEvent",
+    "NtWaitForSingleObject",
+    "NtTerminateProcess",
+    "RtlDllShutdownInProgress",
+};
+static_assert(sizeof(scBareCalls) == names.size() * sizeof(Call));
+
+} // namespace
+
+bool PlatformFindBareSystem() noexcept {
+    const HMODULE library = GetModuleHandleW(L"ntdll.dll");
+    auto* call = reinterpret_cast<Call*>(&g_bareCalls);
+    bool all = library != nullptr;
+    for (const char* name : names) {
+        *call = library ? reinterpret_cast<Call>(GetProcAddress(library, name)) : nullptr;
+        all = all && *call;
+        ++call;
+    }
+    return all;
+}
+
+} // namespace tvut

@@ -1,0 +1,112 @@
+#include "runtime/symbols/dwarf_reader.h"
+
+#include <array>
+
+namespace tvut {
+
+namespace {
+
+// How long an attribute is: so many bytes, or one of these.
+enum : std::uint8_t { Unknown = 0x80, Address, Offset, Reference, Leb, Text, Block1, Block2, Block4, Block };
+
+constexpr std::array<std::uint8_t, 0x2D> formLengths{
+    Unknown,   Address, Unknown, Block2, Block4, 2,      4,       8,      Text, // 00 addr .. 08 string
+    Block,     Block1,  1,       1,      Leb,    Offset, Leb,                   // 09 block .. 0F udata
+    Reference, 1,       2,       4,      8,      Leb,    Unknown, Offset, // 10 ref_addr .. 17 sec_offset
+    Block,     0,       Leb,     Leb,    4,      Offset, 16,      Offset, // 18 exprloc .. 1F line_strp
+    8,         0,       Leb,     Leb,    8,      1,      2,       3,      // 20 ref_sig8 .. 27 strx3
+    4,         1,       2,       3,      4,                               // 28 strx4 .. 2C addrx4
+};
+
+} // namespace
+
+void clsDwarfReader::Skip(std::uint64_t bytes) noexcept {
+    if (bytes <= Rest().Size())
+        at_ += static_cast<std::size_t>(bytes);
+    else
+        Fail();
+}
+
+std::uint64_t clsDwarfReader::GetNumber(std::size_t bytes) noexcept {
+    std::uint64_t number = 0;
+    const clsBytes part = Rest().Part(0, bytes);
+    for (std::size_t i = part.Size(); i-- > 0;)
+        number = number << 8 | part.Get8(i);
+    Skip(bytes);
+    return number;
+}
+
+// Bits beyond the 64th are lost; such numbers are nothing that is looked for.
+std::uint64_t clsDwarfReader::GetUnsigned() noexcept {
+    std::uint64_t number = 0;
+    for (unsigned shift = 0;; shift += 7) {
+        const std::uint8_t byte = Get8();
+        if (shift < 64)
+            number |= std::uint64_t{byte & 0x7Fu} << shift;
+        if (byte < 0x80)
+            return number;
+    }
+}
+
+std::int64_t clsDwarfReader::GetSigned() noexcept {
+    std::uint64_t number = 0;
+    for (unsigned shift = 0;; shift += 7) {
+        const std::uint8_t byte = Get8();
+        if (shift < 64)
+            number |= std::uint64_t{byte & 0x7Fu} << shift;
+        if (byte >= 0x80)
+            continue;
+        if (byte >= 0x40 && shift < 57)
+            number |= ~std::uint64_t{0} << (shift + 7);
+        return static_cast<std::int64_t>(number);
+    }
+}
+
+std::string_view clsDwarfReader::GetText() noexcept {
+    const std::string_view text = Rest().Text(0);
+    text.data() ? Skip(text.size() + 1) : Fail();
+    return text;
+}
+
+clsBytes clsDwarfReader::GetUnit(scDwarfWidths& widths) noexcept {
+    std::uint64_t length = Get32();
+    widths.offsetBytes = length == 0xFFFFFFFF ? 8 : 4;
+    if (widths.offsetBytes == 8)
+        length = Get64();
+    const clsBytes rest = Rest();
+    Skip(length);
+    return good_ ? rest.First(static_cast<std::size_t>(length)) : clsBytes();
+}
+
+void clsDwarfReader::SkipForm(std::uint64_t form, const scDwarfWidths& widths) noexcept {
+    const std::uint8_t length =
+        form < formLengths.size() ? formLengths[static_cast<std::size_t>(form)] : std::uint8_t{Unknown};
+    switch (length) {
+    case Unknown:
+        return Fail();
+    case Address:
+        return Skip(widths.addressBytes);
+    case Offset:
+        return Skip(widths.offsetBytes);
+    case Reference: // the second version took it for an address
+        return Skip(widths.version == 2 ? widths.addressBytes : widths.offsetBytes);
+    case Leb:
+        GetUnsigned();
+        return;
+    case Text:
+        GetText();
+        return;
+    case Block1:
+        return Skip(Get8());
+    case Block2:
+        return Skip(Get16());
+    case Block4:
+        return Skip(Get32());
+    case Block:
+        return Skip(GetUnsigned());
+    default:
+        return Skip(length);
+    }
+}
+
+} // namespace tvut

@@ -1,0 +1,5 @@
+inline int Twice(int number) {
+    volatile int twice = number;
+    twice = twice + number;
+    return twice;
+}

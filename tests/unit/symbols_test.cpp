@@ -1,0 +1,72 @@
+// Names and lines of small modules whose source lies beside them, sound and damaged. A whole DLL: see
+// tests/package/code_places.py.
+#include "support/cases.h"
+#include "unit/symbol_properties.h"
+#include "unit/whole_file.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+using namespace tvut;
+
+namespace {
+
+std::string Sample(const std::string& name) {
+    return name == "-" ? "" : ReadFile(TVUT22_TEST_DATA "/symbols/" + name);
+}
+
+std::string Shown(const scCodePlace& place) {
+    std::ostringstream text;
+    text << place.function << "+0x" << std::hex << place.functionOffset << std::dec << ' '
+         << place.source.file << ':' << place.source.line;
+    return text.str();
+}
+
+TEST(Symbols, NamePlacesInCode) {
+    for (const scCaseRow& row : CaseRows("symbols", 4)) {
+        const std::string image = Sample(NarrowCase(row[0])), debugFile = Sample(NarrowCase(row[1]));
+        const auto offset = static_cast<std::uint32_t>(std::stoul(NarrowCase(row[2]), nullptr, 16));
+        const clsImageSymbols symbols(AllBytes(image), AllBytes(debugFile));
+        EXPECT_EQ(Shown(symbols.Find(offset)), NarrowCase(row[3])) << row.where;
+    }
+}
+
+TEST(Symbols, TellTheirDebugFile) {
+    EXPECT_EQ(UtilpDebugLinkOf(AllBytes(Sample("sample.dll"))), "sample-5.debug");
+    EXPECT_EQ(UtilpDebugLinkOf(AllBytes(Sample("unlisted.dll"))), "");
+    std::string elsewhere = Sample("sample.dll");
+    elsewhere[elsewhere.find("sample-5.debug")] = '\\';
+    EXPECT_EQ(UtilpDebugLinkOf(AllBytes(elsewhere)), "");
+}
+
+// The most that changes and cuts can do is that nothing is found.
+TEST(Symbols, DamagedFilesDoNoHarm) {
+    constexpr std::uint32_t offsets[] = {0x1015, 0x106E, 0x1076, 0x3000};
+    constexpr const char* files[][2] = {
+        {"sample.dll", "sample-3.debug"}, {"sample.dll", "sample-5.debug"}, {"unlisted.dll", "-"}};
+    std::mt19937 random(1);
+    for (const auto& [imageName, debugName] : files) {
+        const std::string image = Sample(imageName), debugFile = Sample(debugName);
+        const auto expectNoFault = [&](const std::string& first, const std::string& second) {
+            for (const std::uint32_t offset : offsets)
+                ASSERT_EQ(FaultOfPlace(first, second, offset), nullptr);
+        };
+        // Each cut is memory of its own, so that reading past its end shows.
+        for (std::size_t length = 0; length < image.size(); ++length)
+            expectNoFault(image.substr(0, length), debugFile);
+        for (std::size_t length = 0; length < debugFile.size(); ++length)
+            expectNoFault(image, debugFile.substr(0, length));
+        const auto changed = [&](std::string bytes) {
+            if (!bytes.empty())
+                bytes[random() % bytes.size()] = static_cast<char>(random());
+            return bytes;
+        };
+        for (int i = 0; i < 5000; ++i) {
+            expectNoFault(changed(image), debugFile);
+            expectNoFault(image, changed(debugFile));
+        }
+    }
+}
+
+} // namespace
