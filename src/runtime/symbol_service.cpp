@@ -1,7 +1,4 @@
-// The service serves one thread at a time, and a thread that finds it busy does without the name: the one
-// that makes it ready may wait for the loader, and one within the loader for those who ask under the global
-// lock. Copies of the library in one process share the service, and take turns by a mutex that they find by
-// its name.
+// Copies of the library in one process share the service, and take turns by a mutex that they find by its name.
 #include "runtime/symbol_service.h"
 
 #include "platform/critical_section.h"
