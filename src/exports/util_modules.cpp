@@ -3,7 +3,7 @@
 #include "exports/library_version.h"
 #include "exports/wide_text.h"
 #include "platform/host.h"
-#include "runtime/heap/stack_names.h"
+#include "runtime/stack_names.h"
 #include "runtime/jobs.h"
 #include "runtime/language.h"
 #include "runtime/locked_call.h"

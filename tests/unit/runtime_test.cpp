@@ -1,5 +1,7 @@
-// The registry of jobs, and a line's stamp. What lines hold otherwise: fuzz/diagnostic_lines.cpp.
+// The registry of jobs, a line's stamp, which frames are a caller's. What lines hold otherwise:
+// fuzz/diagnostic_lines.cpp.
 #include "runtime/diagnostic_group.h"
+#include "runtime/frame_kinds.h"
 #include "runtime/line_stamp.h"
 #include "runtime/module_list.h"
 #include "unit/native_platform.h"
@@ -20,6 +22,20 @@ TEST(LineStamp, HasItsForms) {
     EXPECT_EQ(line.View(), u"MOD     : 03:04:05.006 00000abc/11 5  ");
     EXPECT_EQ(UtilpShownLevel(INT32_MIN), 0u);
     EXPECT_EQ(UtilpShownLevel(INT32_MAX), 50u);
+}
+
+// A letter a frame, the top first: Caller, Main, Library, System. Brackets hold the callers'.
+TEST(Frames, OfCallersAreFound) {
+    for (const std::string expected : {"", "[LLS]", "[S]", "L[C]", "LL[CLCM]CSS", "L[CSCC]SS", "[C]LSS",
+                                       "L[SC]L", "[CM]CSS", "L[CMCM]LC"}) {
+        std::vector<FrameKind> kinds;
+        for (const char letter : expected)
+            if (const auto kind = std::string_view("CMLS").find(letter); kind != std::string_view::npos)
+                kinds.push_back(static_cast<FrameKind>(kind));
+        const scFrameRange callers = UtilpFramesOfCallers(kinds);
+        EXPECT_EQ(callers.first, std::min(expected.find('['), kinds.size())) << expected;
+        EXPECT_EQ(callers.end + 1, std::min(expected.find(']'), kinds.size() + 1)) << expected;
+    }
 }
 
 class ModuleList : public testing::Test {

@@ -42,12 +42,50 @@ std::vector<std::string> Reports(const clsLog& log) {
     return texts;
 }
 
+/// The frames below a title.
+std::vector<std::string> FramesBelow(const clsLog& log, std::string_view title) {
+    std::vector<std::string> frames;
+    bool isBelow = false;
+    for (const std::string& line : log.Lines()) {
+        if (isBelow && line.find("+0x") == std::string::npos)
+            break;
+        if (isBelow)
+            frames.push_back(line.substr(line.rfind(' ', line.find("+0x")) + 1));
+        isBelow = isBelow || line.find(title) != std::string::npos;
+    }
+    return frames;
+}
+
 class Heaps : public testing::Test {
   protected:
     ~Heaps() override { UtilJobClose(job); }
     UtilJob job = UtilJobOpen(L"M", 0);
     using Lines = std::vector<std::string>;
 };
+
+__attribute__((noinline)) void* AllocateHere(UtilHeap heap, int bytes) {
+    void* const object = UtilHeapObjectAlloc(heap, bytes, 0);
+    return object ? object : heap; // something is left to do
+}
+
+DWORD WINAPI AllocateInThread(void* heap) {
+    return AllocateHere(static_cast<UtilHeap>(heap), 8) ? 0 : 1;
+}
+
+// From the caller of the library down to where its thread began, functions readable and with lines.
+TEST_F(Heaps, SayWhoAllocatedWhatIsLeft) {
+    clsLog log;
+    const UtilHeap heap = UtilHeapCreate(job, L"H", UTIL_HEAP_DEBUG);
+    const Handle thread(CreateThread(nullptr, 0, AllocateInThread, heap, 0, nullptr));
+    WaitForSingleObject(thread.get(), INFINITE);
+    UtilHeapDelete(heap);
+    const auto frames = FramesBelow(log, "Memory object allocation");
+    ASSERT_EQ(frames.size(), 2u) << testing::PrintToString(frames);
+    EXPECT_EQ(frames.front().find("heaps_test.exe+0x"), 0u) << frames.front();
+    EXPECT_NE(frames.front().find("AllocateHere(UtilHeapObject*, int)"), std::string::npos) << frames.front();
+    EXPECT_NE(frames.front().find(" (heaps_test.cpp:"), std::string::npos) << frames.front();
+    EXPECT_NE(frames.back().find("AllocateInThread(void*)"), std::string::npos) << frames.back();
+}
 
 TEST_F(Heaps, LayObjectsOutAsTheyAreRead) {
     const UtilHeap heap = UtilHeapCreate(job, L"H", 0);

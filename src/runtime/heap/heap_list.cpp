@@ -9,7 +9,7 @@
 #include "runtime/heap/examine_heap.h"
 #include "runtime/heap/object_check.h"
 #include "runtime/heap/object_report.h"
-#include "runtime/heap/stack_names.h"
+#include "runtime/stack_names.h"
 
 namespace tvut {
 

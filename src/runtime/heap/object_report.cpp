@@ -4,7 +4,7 @@
 
 #include "runtime/diagnostic_group.h"
 #include "runtime/heap/object_check.h"
-#include "runtime/heap/stack_names.h"
+#include "runtime/stack_names.h"
 
 #include <algorithm>
 #include <cstring>
@@ -99,12 +99,19 @@ void UtilpReportCallStack(std::u16string_view title, const scCallStack* stack) n
     if (!stack || PlatformGuarded(read) != 0 || copy.count > scCallStack::mostFrames)
         return;
     UtilpReport(clsDiagnosticLine().Put(title));
+    clsStackNames names;
+    std::array<FrameKind, scCallStack::mostFrames> kinds;
     for (std::size_t i = 0; i < copy.count; ++i)
+        kinds[i] = names.Name(copy.addresses[i], FrameAddress::Return).kind;
+    const scFrameRange callers = UtilpFramesOfCallers({kinds.data(), copy.count});
+    for (std::size_t i = callers.first; i < callers.end; ++i)
         if (copy.addresses[i])
-            UtilpReport(UtilpFrameLine(copy.addresses[i]));
+            UtilpReport(
+                clsDiagnosticLine().Put(u"  ").Put(names.Name(copy.addresses[i], FrameAddress::Return).text));
 }
 
 void UtilpReportObjects(clsHeapNode& heap) noexcept {
+    const clsStackNames names; // for all of the objects
     UtilpReport(UtilpShownHeapLine(heap).Put(heap.objects).Put(u" objects"));
     UtilpReportCallStack(u"Heap allocation", heap.creation);
     auto dump = [&](void* block, std::size_t bytes) {

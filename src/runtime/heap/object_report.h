@@ -17,7 +17,7 @@ void UtilpReportOverrun(scDebugHeader* header) noexcept;
 void UtilpReportBadPointer(const clsDiagnosticLine& call, std::uint32_t mark,
                            std::u16string_view end) noexcept;
 
-// A title and a frame a line: module, offset, and the function where the system knows it.
+// A title and a frame a line: the callers' alone, where there are any.
 void UtilpReportCallStack(std::u16string_view title, const scCallStack* stack) noexcept;
 
 // How many objects a heap holds, who made the heap, and a dump of each DEBUG object.

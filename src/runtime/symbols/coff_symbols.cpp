@@ -24,7 +24,7 @@ int RankOf(clsBytes record) noexcept {
         return 0;
     if (record.Get16(14) == functionType)
         return 3;
-    return storage == local && record.Get8(17) != 0 ? 1 : 2;
+    return storage == local ? 1 : 2;
 }
 
 std::string_view Without(std::string_view name, std::size_t count) noexcept {
@@ -34,7 +34,7 @@ std::string_view Without(std::string_view name, std::size_t count) noexcept {
 std::string_view NameOf(const clsPeImage& image, clsBytes record) noexcept {
     const std::string_view name =
         record.Get32(0) != 0 ? record.PaddedText(0, 8) : image.StringTable().Text(record.Get32(4));
-    if (RankOf(record) == 1)
+    if (name.starts_with('.'))
         return name.starts_with(sectionOfOne) ? Without(name, sectionOfOne.size()) : std::string_view();
     return name.starts_with('_') ? Without(name, 1) : name;
 }
