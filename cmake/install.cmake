@@ -10,9 +10,12 @@ foreach(page CHANGELOG.md CONTRIBUTING.md LICENSE README.md THIRD-PARTY.md)
   install(FILES ${PROJECT_SOURCE_DIR}/${page} DESTINATION .)
 endforeach()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs ${PROJECT_SOURCE_DIR}/examples DESTINATION .)
-if(CMAKE_BUILD_TYPE STREQUAL "Release")
-  install(FILES $<TARGET_FILE:tvUT22>.debug DESTINATION bin)
-endif()
+
+# The package of symbols: debug files (tvut22_keep_symbols), the page about them and what reads them.
+foreach(file docs/symbols.md scripts/name-frames)
+  get_filename_component(folder ${file} DIRECTORY)
+  install(PROGRAMS ${PROJECT_SOURCE_DIR}/${file} DESTINATION ${folder} COMPONENT symbols EXCLUDE_FROM_ALL)
+endforeach()
 
 set(package_folder lib/cmake/tvUT22)
 configure_package_config_file(

@@ -11,8 +11,9 @@ import sys
 from pathlib import Path
 
 # How a build makes a file, and what else comes out of it.
-MADE = {"bin/tvUT22.dll": ["bin/tvUT22.dll.debug"], "bin/prof.exe": [], "bin/tvut.exe": [],
-        "bin/logpan.exe": [], "bin/logpan.com": [], "lib/libtvUT22.a": [], "lib/tvUT22.lib": []}
+MADE = {name: [f"{name}.debug"] for name in
+        ("bin/tvUT22.dll", "bin/prof.exe", "bin/tvut.exe", "bin/logpan.exe", "bin/logpan.com")}
+MADE |= {"lib/libtvUT22.a": [], "lib/tvUT22.lib": []}
 
 
 def make_again(build, target):
