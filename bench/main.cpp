@@ -37,6 +37,7 @@ constexpr scSection sections[] = {
     {"files", MeasureFiles},
     {"locale", MeasureLocale},
     {"pool", MeasurePool},
+    {"stack", MeasureStack},
     {"html", MeasureHtml},
     {"regex", MeasureRegEx},
     {"zip", MeasureZip},

@@ -27,6 +27,7 @@ void MeasureStrings(const scSettings& settings, clsReport& report);
 void MeasureBase64(const scSettings& settings, clsReport& report);
 void MeasureZip(const scSettings& settings, clsReport& report);
 void MeasurePool(const scSettings& settings, clsReport& report);
+void MeasureStack(const scSettings& settings, clsReport& report);
 void MeasureLocale(const scSettings& settings, clsReport& report);
 
 // The part of the memory section that runs in a process of its own: opens the file the named way and
