@@ -6,9 +6,9 @@
 #include "runtime/heap/free_object.h"
 #include "runtime/heap/heap_list.h"
 #include "runtime/heap/runtime_heap.h"
-#include "runtime/stack_names.h"
 #include "runtime/jobs.h"
 #include "runtime/locked_call.h"
+#include "runtime/stack_names.h"
 
 #include <tvut22/heaps.h>
 

@@ -3,11 +3,11 @@
 #include "exports/library_version.h"
 #include "exports/wide_text.h"
 #include "platform/host.h"
-#include "runtime/stack_names.h"
 #include "runtime/jobs.h"
 #include "runtime/language.h"
 #include "runtime/locked_call.h"
 #include "runtime/output/writer.h"
+#include "runtime/stack_names.h"
 
 #include <tvut22/modules.h>
 
