@@ -2,6 +2,7 @@
 #include "platform/bare_calls.h"
 
 #include <array>
+#include <atomic>
 
 namespace tvut {
 
@@ -41,6 +42,9 @@ static_assert(sizeof(scBareCalls) == names.size() * sizeof(Call));
 } // namespace
 
 bool PlatformFindBareSystem() noexcept {
+    static constinit std::atomic<bool> found{false};
+    if (found.load(std::memory_order_acquire))
+        return true;
     const HMODULE library = GetModuleHandleW(L"ntdll.dll");
     auto* call = reinterpret_cast<Call*>(&g_bareCalls);
     bool all = library != nullptr;
@@ -49,6 +53,7 @@ bool PlatformFindBareSystem() noexcept {
         all = all && *call;
         ++call;
     }
+    found.store(all, std::memory_order_release);
     return all;
 }
 
