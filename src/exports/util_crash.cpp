@@ -1,6 +1,6 @@
 // Exports of crash protection, stack traces and dumps.
 #include "exports/result_call.h"
-#include "platform/bare_system.h"
+#include "platform/bare_start.h"
 #include "platform/exception.h"
 #include "platform/return_address.h"
 #include "runtime/crash/notes.h"
@@ -52,7 +52,8 @@ TVUT22_API INT TVUT22_CALL UtilExHandlerEndProtection() {
 
 TVUT22_API INT TVUT22_CALL UtilExHandlerSetNote(const wchar_t* name, const wchar_t* value) {
     return UtilpResultOf([&] {
-        return value ? UtilpNotes().Set(UtilpView(name), UtilpView(value)) : UtilpNotes().Remove(UtilpView(name));
+        return value ? UtilpNotes().Set(UtilpView(name), UtilpView(value))
+                     : UtilpNotes().Remove(UtilpView(name));
     });
 }
 
@@ -88,8 +89,8 @@ TVUT22_API INT TVUT22_CALL UtilStackTrace(const wchar_t* title, UINT skip, UINT 
     return static_cast<INT>(UtilpWriteTrace(UtilpView(title), trace, frames == 0 ? usual : frames));
 }
 
-TVUT22_API INT TVUT22_CALL UtilDebugHelpWriteMiniDump(const wchar_t* file, UINT flags, UINT process, UINT thread,
-                                                      EXCEPTION_POINTERS* exception) {
+TVUT22_API INT TVUT22_CALL UtilDebugHelpWriteMiniDump(const wchar_t* file, UINT flags, UINT process,
+                                                      UINT thread, EXCEPTION_POINTERS* exception) {
     CONTEXT caller;
     RtlCaptureContext(&caller);
     if (!file || !*file || !UtilpOnly(flags, UTIL_DUMP_FULL))

@@ -36,7 +36,7 @@ struct scNativeClient {
 
 using NativeStatus = std::int32_t;
 
-// One member a call, in the order of bare_calls.cpp's names.
+// One member a call, in the order of bare_start.cpp's names.
 struct scBareCalls {
     NativeStatus(NTAPI* createFile)(HANDLE*, ULONG access, const scNativeObject*, scNativeResult*,
                                     LARGE_INTEGER* size, ULONG attributes, ULONG share, ULONG disposition,
@@ -49,9 +49,9 @@ struct scBareCalls {
     NativeStatus(NTAPI* close)(HANDLE);
     NativeStatus(NTAPI* createSection)(HANDLE*, ULONG access, const scNativeObject*, LARGE_INTEGER*,
                                        ULONG protection, ULONG attributes, HANDLE file);
-    NativeStatus(NTAPI* mapView)(HANDLE section, HANDLE process, void** base, ULONG_PTR zeroBits, SIZE_T commit,
-                                 LARGE_INTEGER* offset, SIZE_T* size, ULONG inherit, ULONG kind,
-                                 ULONG protection);
+    NativeStatus(NTAPI* mapView)(HANDLE section, HANDLE process, void** base, ULONG_PTR zeroBits,
+                                 SIZE_T commit, LARGE_INTEGER* offset, SIZE_T* size, ULONG inherit,
+                                 ULONG kind, ULONG protection);
     NativeStatus(NTAPI* unmapView)(HANDLE process, void* base);
     NativeStatus(NTAPI* queryMemory)(HANDLE process, const void*, ULONG kind, void*, SIZE_T, SIZE_T*);
     NativeStatus(NTAPI* readMemory)(HANDLE process, const void*, void*, SIZE_T, SIZE_T*);

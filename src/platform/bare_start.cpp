@@ -1,7 +1,7 @@
-// Finding the system's calls: done in ordinary times, so it stands apart from what uses them.
-#include "platform/bare_calls.h"
+// Apart from what uses the calls: finding them asks the loader.
+#include "platform/bare_start.h"
 
-#include "platform/bare_system.h"
+#include "platform/bare_calls.h"
 
 #include <array>
 
@@ -14,14 +14,29 @@ namespace {
 using Call = void*;
 
 constexpr std::array names{
-    "NtCreateFile",           "NtWriteFile",           "NtFlushBuffersFile",
-    "NtSetInformationFile",   "NtQueryInformationFile", "NtClose",
-    "NtCreateSection",        "NtMapViewOfSection",    "NtUnmapViewOfSection",
-    "NtQueryVirtualMemory",   "NtReadVirtualMemory",   "NtQuerySystemInformation",
-    "NtQuerySystemTime",      "NtOpenThread",          "NtQueryInformationThread",
-    "NtSuspendThread",        "NtResumeThread",        "NtGetContextThread",
-    "NtSetEvent",             "NtResetEvent",          "NtWaitForSingleObject",
-    "NtTerminateProcess",     "RtlDllShutdownInProgress",
+    "NtCreateFile",
+    "NtWriteFile",
+    "NtFlushBuffersFile",
+    "NtSetInformationFile",
+    "NtQueryInformationFile",
+    "NtClose",
+    "NtCreateSection",
+    "NtMapViewOfSection",
+    "NtUnmapViewOfSection",
+    "NtQueryVirtualMemory",
+    "NtReadVirtualMemory",
+    "NtQuerySystemInformation",
+    "NtQuerySystemTime",
+    "NtOpenThread",
+    "NtQueryInformationThread",
+    "NtSuspendThread",
+    "NtResumeThread",
+    "NtGetContextThread",
+    "NtSetEvent",
+    "NtResetEvent",
+    "NtWaitForSingleObject",
+    "NtTerminateProcess",
+    "RtlDllShutdownInProgress",
 };
 static_assert(sizeof(scBareCalls) == names.size() * sizeof(Call));
 

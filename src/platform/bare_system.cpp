@@ -1,5 +1,5 @@
-// Nothing here may come to call the heap, the loader, a lock or the compiler's runtime: the tests look at what
-// this file's object refers to.
+// Nothing here may come to call the heap, the loader, a lock or the compiler's runtime: the tests look at
+// what this file's object refers to.
 #include "platform/bare_system.h"
 
 #include "platform/bare_calls.h"
@@ -50,15 +50,16 @@ static_assert(sizeof(scProcessEntry) == 184 && sizeof(scThreadEntry) == 64);
 
 // ---- Files ----------------------------------------------------------------------------------------
 
-BareStatus clsBareFile::Open(std::u16string_view path, ULONG access, ULONG share, ULONG disposition) noexcept {
+BareStatus clsBareFile::Open(std::u16string_view path, ULONG access, ULONG share,
+                             ULONG disposition) noexcept {
     Close();
     const scNativeText name = TextOf(path);
     const scNativeObject object{sizeof object, nullptr, &name, ignoreCase, nullptr, nullptr};
     scNativeResult result{};
     HANDLE opened = nullptr;
     const BareStatus status =
-        g_bareCalls.createFile(&opened, access | SYNCHRONIZE, &object, &result, nullptr, FILE_ATTRIBUTE_NORMAL,
-                               share, disposition, synchronous | noFolder, nullptr, 0);
+        g_bareCalls.createFile(&opened, access | SYNCHRONIZE, &object, &result, nullptr,
+                               FILE_ATTRIBUTE_NORMAL, share, disposition, synchronous | noFolder, nullptr, 0);
     if (status >= 0)
         file_ = opened;
     return status;
@@ -185,8 +186,7 @@ std::u16string_view PlatformBareMappedFile(HANDLE process, const void* address,
 std::size_t PlatformBareRead(HANDLE process, const void* address, std::span<std::byte> bytes) noexcept {
     if (process != self) {
         SIZE_T read = 0;
-        const BareStatus status =
-            g_bareCalls.readMemory(process, address, bytes.data(), bytes.size(), &read);
+        const BareStatus status = g_bareCalls.readMemory(process, address, bytes.data(), bytes.size(), &read);
         return status >= 0 || read <= bytes.size() ? read : 0;
     }
     constexpr std::size_t page = 4096;

@@ -5,7 +5,7 @@
 // here uses no heap, no lock and nothing that is shared with the rest of the process, and any thread may call
 // it in any state. Each gives the system's own status: 0 and above for success.
 //
-// The calls are found once, by PlatformFindBareSystem; nothing here may be used before. For ordinary times
+// The calls are found once, by platform/bare_start; nothing here may be used before. For ordinary times
 // there are platform/file, platform/mapping and the like.
 #pragma once
 
@@ -25,10 +25,6 @@ constexpr BareStatus diskFull = static_cast<BareStatus>(0xC000007F);
 constexpr BareStatus nameTooLong = static_cast<BareStatus>(0xC0000106);
 constexpr BareStatus insufficientResources = static_cast<BareStatus>(0xC000009A);
 } // namespace bare_status
-
-// Finds the calls in the system's library, which is always there. False: this system lacks one of them. Any
-// thread, any number of times; in ordinary times.
-bool PlatformFindBareSystem() noexcept;
 
 // ---- Files ----------------------------------------------------------------------------------------
 
@@ -70,7 +66,9 @@ class clsBareView {
 
     BareStatus Map(std::u16string_view path) noexcept;
     void Unmap() noexcept;
-    std::span<const std::byte> Bytes() const noexcept { return {static_cast<const std::byte*>(view_), size_}; }
+    std::span<const std::byte> Bytes() const noexcept {
+        return {static_cast<const std::byte*>(view_), size_};
+    }
 
   private:
     void* view_ = nullptr;

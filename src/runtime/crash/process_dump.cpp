@@ -1,7 +1,8 @@
-// The target is opened before the threads are stopped, and put in its place after: while they stand still, one
-// of them may hold any lock, so only bare calls are made then.
+// The target is opened before the threads are stopped, and put in its place after: while they stand still,
+// one of them may hold any lock, so only bare calls are made then.
 #include "runtime/crash/process_dump.h"
 
+#include "platform/bare_start.h"
 #include "platform/exception.h"
 #include "platform/owned.h"
 #include "platform/patience.h"

@@ -3,7 +3,7 @@
 // begin and to end that needs the loader.
 #include "runtime/crash/protection.h"
 
-#include "platform/bare_system.h"
+#include "platform/bare_start.h"
 #include "platform/critical_section.h"
 #include "platform/host.h"
 #include "platform/loader.h"
@@ -46,8 +46,8 @@ void Release(scShelter* shelter) noexcept {
     VirtualFree(shelter, 0, MEM_RELEASE);
 }
 void ReleaseShelterOf(clsHandOver* handOver) noexcept {
-    Release(reinterpret_cast<scShelter*>(reinterpret_cast<std::byte*>(handOver) -
-                                         offsetof(scShelter, handOver)));
+    Release(
+        reinterpret_cast<scShelter*>(reinterpret_cast<std::byte*>(handOver) - offsetof(scShelter, handOver)));
 }
 struct scRelease {
     void operator()(scShelter* shelter) const noexcept { Release(shelter); }
