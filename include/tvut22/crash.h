@@ -12,10 +12,11 @@
  * heap, lock, C runtime or loader, so both are written as well when the heap is overwritten or locked.
  *
  * Caught are: exceptions that nobody handles, stack overflows, abort and what ends in it (an uncaught C++
- * exception, std::terminate), pure virtual calls, and invalid parameters of the C runtimes that end the process
- * for them; of every C runtime that is loaded as a DLL. Not caught are: fast-fail (int 0x29, /GS, heap corruption
- * that the system finds), TerminateProcess, a stack pointer that leads nowhere, what the loader catches (an
- * exception thrown in a DllMain; abort there is caught), and anything while a debugger has the process.
+ * exception, std::terminate), pure virtual calls, and invalid parameters of the C runtimes that end the
+ * process for them; of every C runtime that is loaded as a DLL. Not caught are: fast-fail (int 0x29, /GS,
+ * heap corruption that the system finds), TerminateProcess, a stack pointer that leads nowhere, what the
+ * loader catches (an exception thrown in a DllMain; abort there is caught), and anything while a debugger has
+ * the process.
  *
  * A dump holds what was in memory, customers' data included.
  *
@@ -63,12 +64,14 @@ typedef struct UtilProtection {
  * the folder beyond the newest "keep" are removed, with their dumps; files of other names, and of other host
  * programs, are left alone.
  *
- * With UTIL_PROTECT_END the process ends with the exception's code, after abort and its kin with 3. Without it
- * the previous handler is called, then the system goes on as if nothing protected the process. From now on threads that begin and have 320 KB of stack or more keep 32 KB of it
- * for a stack overflow; so does the calling thread.
+ * With UTIL_PROTECT_END the process ends with the exception's code, after abort and its kin with 3. Without
+ * it the previous handler is called, then the system goes on as if nothing protected the process. From now on
+ * threads that begin and have 320 KB of stack or more keep 32 KB of it for a stack overflow; so does the
+ * calling thread.
  *
- * Costs a waiting thread, a megabyte of address space that is used at the first crash only, and nothing a call.
- * When a module that brings its own C runtime is loaded later, it calls UtilModuleOnAttach as all modules do.
+ * Costs a waiting thread, a megabyte of address space that is used at the first crash only, and nothing a
+ * call. When a module that brings its own C runtime is loaded later, it calls UtilModuleOnAttach as all
+ * modules do.
  *
  * options    null: all zero. Texts are copied.
  *
@@ -87,8 +90,8 @@ TVUT22_API INT TVUT22_CALL UtilExHandlerStartProtection(const UtilProtection* op
  */
 TVUT22_API INT TVUT22_CALL UtilExHandlerEndProtection(void);
 
-/* Sets a note that each later report and dump shows, protection or not. Notes stand in the order in which their
- * names were first set. They are kept in fixed memory: nothing is allocated, and a dump holds them.
+/* Sets a note that each later report and dump shows, protection or not. Notes stand in the order in which
+ * their names were first set. They are kept in fixed memory: nothing is allocated, and a dump holds them.
  *
  * name       at most 63 characters of it count
  * value      at most 255 characters of it count; null removes the note
@@ -103,11 +106,11 @@ TVUT22_API INT TVUT22_CALL UtilExHandlerSetNote(const wchar_t* name, const wchar
 
 /* Tells where a thread is: one frame a line, each ended by CR LF, the innermost first, at most 64, as
  * "designer.exe+0x1d44 _Z11render_pageR4Page+0x12 (page.cpp:41)", as much of it as is known. Frames that were
- * found by searching the stack end with " ?". Functions and lines come from the modules' own symbols, or a debug
- * file beside them, else from the system's debug-help service.
+ * found by searching the stack end with " ?". Functions and lines come from the modules' own symbols, or a
+ * debug file beside them, else from the system's debug-help service.
  *
- * thread     0 or the caller's own: the caller, without this call itself. Another thread of this process stands
- *            still while its frames are copied, and is named after it runs again, so nothing that it holds can
+ * thread     0 or the caller's own: the caller, without this call itself. Another thread of this process
+ * stands still while its frames are copied, and is named after it runs again, so nothing that it holds can
  *            keep this call from returning
  * context    null, or registers to begin with; their stack must not change meanwhile, and thread is 0 then
  * skip       frames that are left out besides
@@ -155,8 +158,8 @@ TVUT22_API INT TVUT22_CALL UtilStackTrace(const wchar_t* title, UINT skip, UINT 
  *            UTIL_NOT_SUPPORTED  a 64-bit process
  *            UTIL_FAILED         the disk is full, no memory
  */
-TVUT22_API INT TVUT22_CALL UtilDebugHelpWriteMiniDump(const wchar_t* file, UINT flags, UINT process, UINT thread,
-                                                      EXCEPTION_POINTERS* exception);
+TVUT22_API INT TVUT22_CALL UtilDebugHelpWriteMiniDump(const wchar_t* file, UINT flags, UINT process,
+                                                      UINT thread, EXCEPTION_POINTERS* exception);
 /* ---- Support archive -------------------------------------------------------------------------- */
 
 #define UTIL_SUPPORT_TAKE 0x1u /* reports that are in the finished archive are removed from their folder */

@@ -25,9 +25,9 @@ const auto ignored = reinterpret_cast<SignalHandler>(std::intptr_t{1});
 // After an invalid parameter the system's own runtime goes on, so a handler there would end programs that
 // work.
 constexpr std::array runtimeNames{
-    L"msvcrt.dll",    L"msvcrtd.dll",  L"ucrtbase.dll", L"ucrtbased.dll", L"msvcr70.dll",   L"msvcr70d.dll",
-    L"msvcr71.dll",   L"msvcr71d.dll", L"msvcr80.dll",  L"msvcr80d.dll",  L"msvcr90.dll",   L"msvcr90d.dll",
-    L"msvcr100.dll",  L"msvcr100d.dll", L"msvcr110.dll", L"msvcr110d.dll", L"msvcr120.dll",  L"msvcr120d.dll",
+    L"msvcrt.dll",   L"msvcrtd.dll",   L"ucrtbase.dll", L"ucrtbased.dll", L"msvcr70.dll",  L"msvcr70d.dll",
+    L"msvcr71.dll",  L"msvcr71d.dll",  L"msvcr80.dll",  L"msvcr80d.dll",  L"msvcr90.dll",  L"msvcr90d.dll",
+    L"msvcr100.dll", L"msvcr100d.dll", L"msvcr110.dll", L"msvcr110d.dll", L"msvcr120.dll", L"msvcr120d.dll",
 };
 constexpr std::size_t systemRuntime = 0;
 static_assert(runtimeNames.size() <= clsLoadedRuntimes::most);
@@ -152,8 +152,7 @@ void Hook(scHooked& hook, const clsLoadedRuntimes::scRuntime& runtime) noexcept 
         if (before)
             CallAs<PureCallHandler, PureCallHandler>(runtime.setPureCall, before);
     }
-    if (runtime.setInvalidParameter &&
-        !CallAs<InvalidParameterHandler>(runtime.getInvalidParameter)) {
+    if (runtime.setInvalidParameter && !CallAs<InvalidParameterHandler>(runtime.getInvalidParameter)) {
         CallAs<InvalidParameterHandler, InvalidParameterHandler>(runtime.setInvalidParameter,
                                                                  OnInvalidParameter);
         hook.invalidParameter = true;

@@ -27,7 +27,8 @@ class clsLoadedRuntimes {
         HMODULE module = nullptr; // null: not loaded
         FARPROC signal = nullptr;
         FARPROC setPureCall = nullptr;
-        FARPROC getInvalidParameter = nullptr; // null, too, where an invalid parameter does not end the process
+        FARPROC getInvalidParameter =
+            nullptr; // null, too, where an invalid parameter does not end the process
         FARPROC setInvalidParameter = nullptr;
     };
     static constexpr std::size_t most = 22;

@@ -12,8 +12,8 @@ class clsDrivePaths {
   public:
     void Look() noexcept;
 
-    // A path without "\??\" or the device of a drive, which becomes its letter. Other devices stay. The result
-    // is the path's end, or stands in the buffer; it is cut at the buffer's end.
+    // A path without "\??\" or the device of a drive, which becomes its letter. Other devices stay. The
+    // result is the path's end, or stands in the buffer; it is cut at the buffer's end.
     std::u16string_view Plain(std::u16string_view path, char16_t* buffer, std::size_t room) const noexcept {
         constexpr std::u16string_view verbatim = u"\\??\\";
         if (path.starts_with(verbatim))

@@ -1,6 +1,6 @@
-// The system raises the overflow when the guard page above the kept part is touched. A stack that was made with
-// all of its memory in place has its guard at the very end, with next to nothing below it, so there the guard
-// is put where it belongs.
+// The system raises the overflow when the guard page above the kept part is touched. A stack that was made
+// with all of its memory in place has its guard at the very end, with next to nothing below it, so there the
+// guard is put where it belongs.
 #include "platform/thread_stack.h"
 
 #include <cstdint>

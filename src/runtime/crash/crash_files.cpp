@@ -108,8 +108,9 @@ class clsCrashFiles {
   public:
     clsCrashFiles(const scPreparation& preparation, const scCrashEvent& event) noexcept
         : prepared_(preparation), event_(event), now_(PlatformBareTime()), time_(TimeOf(now_)),
-          exception_(UtilpExceptionOf(*event.exception->ExceptionRecord, event.thread)), context_(UtilpContextOf(*event.exception->ContextRecord)),
-          memory_(UtilpOwnProcess()), room_(preparation.room) {}
+          exception_(UtilpExceptionOf(*event.exception->ExceptionRecord, event.thread)),
+          context_(UtilpContextOf(*event.exception->ContextRecord)), memory_(UtilpOwnProcess()),
+          room_(preparation.room) {}
 
     void Write(scCrashFiles& files) noexcept;
 

@@ -2,8 +2,8 @@
 // loader, a lock or the compiler's runtime: the tests look at what this file's object refers to. Starting and
 // ending the thread stands in hand_over_thread.cpp.
 //
-// One crash is written at a time: who finds another being written waits for it. With the process's end wanted,
-// that ends with the first; else each goes on to what the system does next.
+// One crash is written at a time: who finds another being written waits for it. With the process's end
+// wanted, that ends with the first; else each goes on to what the system does next.
 #include "runtime/crash/hand_over.h"
 
 #include "platform/bare_system.h"
@@ -24,7 +24,8 @@ const wchar_t* TextOrNull(const CrashPath& path) noexcept {
 } // namespace
 
 std::uint32_t clsHandOver::ExitCode() const noexcept {
-    return event_.kind == CrashKind::exception ? event_.exception->ExceptionRecord->ExceptionCode : abortExitCode;
+    return event_.kind == CrashKind::exception ? event_.exception->ExceptionRecord->ExceptionCode
+                                               : abortExitCode;
 }
 
 void clsHandOver::CallAfter(const scCrashFiles& files) const noexcept {

@@ -21,15 +21,16 @@ class clsHandOver {
     // nothing to be ended.
     bool Open(const scPreparation& preparation) noexcept;
 
-    // A handle of its own to the event that says that the thread has begun; null when there is none to be had.
+    // A handle of its own to the event that says that the thread has begun; null when there is none to be
+    // had.
     void* Ready() const noexcept;
 
-    // Has the thread leave, when it has written what is being written. It keeps the library loaded until then,
-    // and last calls "release", as nobody needs the object any more. For ordinary times.
+    // Has the thread leave, when it has written what is being written. It keeps the library loaded until
+    // then, and last calls "release", as nobody needs the object any more. For ordinary times.
     void Dismiss(void (*release)(clsHandOver*)) noexcept;
 
-    // Stops the thread where it waits, holding nothing: for callers within the loader, for which a thread that
-    // ends waits.
+    // Stops the thread where it waits, holding nothing: for callers within the loader, for which a thread
+    // that ends waits.
     void Stop() noexcept;
 
     // On the thread that crashed. Returns when all is written, unless the process ends.

@@ -41,8 +41,8 @@ bool clsLiveMemory::RegionAt(std::uint32_t address, scMemoryRegion& region) noex
     MEMORY_BASIC_INFORMATION found{};
     if (!PlatformBareRegion(process_, Pointer(address), found) || found.RegionSize == 0)
         return false;
-    const bool there =
-        found.State == MEM_COMMIT && (found.Protect & (PAGE_GUARD | PAGE_NOACCESS)) == 0 && found.Protect != 0;
+    const bool there = found.State == MEM_COMMIT && (found.Protect & (PAGE_GUARD | PAGE_NOACCESS)) == 0 &&
+                       found.Protect != 0;
     region.range = {Address(found.BaseAddress), static_cast<std::uint32_t>(found.RegionSize)};
     region.allocation = Address(found.AllocationBase);
     region.isImage = found.State == MEM_COMMIT && found.Type == MEM_IMAGE;
@@ -80,7 +80,8 @@ std::uint32_t UtilpDumpTime(std::uint64_t time) noexcept {
 
 // ---- Modules --------------------------------------------------------------------------------------
 
-std::span<const scModule> UtilpModulesOf(HANDLE process, const clsDrivePaths& drives, clsRoom& room) noexcept {
+std::span<const scModule> UtilpModulesOf(HANDLE process, const clsDrivePaths& drives,
+                                         clsRoom& room) noexcept {
     clsLiveMemory memory(process);
     const std::span<scModule> all = room.Take<scModule>(mostModules);
     const std::span<scModule> modules = all.first(UtilpFindModules(memory, all));

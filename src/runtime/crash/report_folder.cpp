@@ -68,8 +68,8 @@ void MakeFolders(const std::wstring& path) {
 clsReportFolder::clsReportFolder(std::u16string_view folder) {
     std::u16string wanted(folder);
     if (wanted.empty())
-        wanted = clsKnownFolders().Folder(KnownFolder::localAppData) + u"\\" + std::u16string(PlatformHostTag()) +
-                 u"\\Reports";
+        wanted = clsKnownFolders().Folder(KnownFolder::localAppData) + u"\\" +
+                 std::u16string(PlatformHostTag()) + u"\\Reports";
     path_ = PlatformFullPath(ToWide(wanted.c_str()));
     while (path_.size() > 3 && path_.ends_with(L'\\'))
         path_.pop_back();

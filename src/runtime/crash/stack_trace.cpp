@@ -40,7 +40,8 @@ void scTrace::Skip(std::size_t skipped) noexcept {
     isOfCaller = isOfCaller || skipped > 0;
 }
 
-// Systems differ in whether the function that asks is a frame of its own answer, so what counts is the address.
+// Systems differ in whether the function that asks is a frame of its own answer, so what counts is the
+// address.
 void UtilpTraceCaller(const void* returnAddress, scTrace& trace) noexcept {
     constexpr std::size_t ours = 4; // at most
     void* addresses[scTrace::most + ours];
@@ -53,8 +54,8 @@ void UtilpTraceCaller(const void* returnAddress, scTrace& trace) noexcept {
     trace.isOfCaller = true;
     trace.count = 0;
     for (; first != last && *first && trace.count < scTrace::most; ++first)
-        trace.frames[trace.count++] = {
-            static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(*first)), false};
+        trace.frames[trace.count++] = {static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(*first)),
+                                       false};
 }
 
 void UtilpTraceContext(const CONTEXT& context, scTrace& trace) noexcept {
@@ -82,9 +83,8 @@ std::u16string UtilpTraceText(const scTrace& trace) {
     std::u16string text;
     UtilpPrepareStackNamesAsked();
     const clsGlobalLockGuard lock;
-    EachLine(trace, scTrace::most, [&](const clsDiagnosticLine& line) {
-        text.append(line.View()).append(u"\r\n");
-    });
+    EachLine(trace, scTrace::most,
+             [&](const clsDiagnosticLine& line) { text.append(line.View()).append(u"\r\n"); });
     return text;
 }
 
