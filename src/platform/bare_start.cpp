@@ -1,4 +1,6 @@
-// Finding the system's calls: done in ordinary times, so it stands apart from what uses them.
+// Apart from what uses the calls: finding them asks the loader.
+#include "platform/bare_start.h"
+
 #include "platform/bare_calls.h"
 
 #include <array>
