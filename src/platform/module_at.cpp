@@ -10,7 +10,7 @@
 
 #include <string>
 
-extern "C" IMAGE_DOS_HEADER __ImageBase; // the linker's
+extern "C" IMAGE_DOS_HEADER __ImageBase; // NOLINT(bugprone-reserved-identifier): the linker's
 
 namespace tvut {
 

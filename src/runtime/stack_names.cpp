@@ -213,7 +213,8 @@ scNamedFrame clsStackNames::Name(const void* address, FrameAddress meaning) noex
     const clsModuleAt module(sought);
     if (module.Path().empty()) {
         const auto number = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(address));
-        return recentFrames.Keep(address, meaning, FrameKind::Caller,
+        // Null ends some stacks.
+        return recentFrames.Keep(address, meaning, address ? FrameKind::Caller : FrameKind::System,
                                  line.Put(u"0x").PutHex(number, 8).View());
     }
     frame.kind = KindOf(module);

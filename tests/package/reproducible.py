@@ -36,6 +36,9 @@ def faults(source, build, staged):
         for library in sorted(make_again(build, target)):
             if f"`{library}`" not in notices:
                 yield f"{library} is linked into {target} and not named in THIRD-PARTY.md"
+        for debug_file in others:
+            if Path(debug_file).name.encode() + b"\0" not in (build / target).read_bytes():
+                yield f"{target} does not link to {debug_file}"
         for name in [target, *others]:
             first = (build / name).read_bytes()
             if first != (build / "again" / name).read_bytes():
