@@ -1,6 +1,6 @@
 // Exports of crash protection, stack traces and dumps.
 #include "exports/result_call.h"
-#include "platform/bare_calls.h"
+#include "platform/bare_start.h"
 #include "platform/exception.h"
 #include "platform/return_address.h"
 #include "runtime/crash/notes.h"

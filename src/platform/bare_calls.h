@@ -1,5 +1,4 @@
-// The table of the system's calls, and the structures that they take. For platform/bare_system alone,
-// but for finding them.
+// The table of the system's calls, and the structures that they take. For platform/bare_system alone.
 //
 // Names and layouts are those of the system's own library, ntdll, as its headers and the documentation of the
 // driver kit have them.
@@ -37,7 +36,7 @@ struct scNativeClient {
 
 using NativeStatus = std::int32_t;
 
-// One member a call, in the order of bare_calls.cpp's names.
+// One member a call, in the order of bare_start.cpp's names.
 struct scBareCalls {
     NativeStatus(NTAPI* createFile)(HANDLE*, ULONG access, const scNativeObject*, scNativeResult*,
                                     LARGE_INTEGER* size, ULONG attributes, ULONG share, ULONG disposition,
@@ -71,9 +70,5 @@ struct scBareCalls {
 };
 
 extern scBareCalls g_bareCalls;
-
-// Finds the calls in the system's library, which is always there. False: this system lacks one of them. Any
-// thread, any number of times; in ordinary times.
-bool PlatformFindBareSystem() noexcept;
 
 } // namespace tvut

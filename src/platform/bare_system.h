@@ -5,8 +5,8 @@
 // here uses no heap, no lock and nothing that is shared with the rest of the process, and any thread may call
 // it in any state. Each gives the system's own status: 0 and above for success.
 //
-// The calls are found once, by PlatformFindBareSystem of bare_calls.h; nothing here may be used before. For
-// ordinary times there are platform/file, platform/mapping and the like.
+// The calls are found once, by platform/bare_start; nothing here may be used before. For ordinary times
+// there are platform/file, platform/mapping and the like.
 #pragma once
 
 #include <cstddef>

@@ -122,7 +122,11 @@ std::vector<scFrame> Walk(std::initializer_list<std::pair<std::uint32_t, std::ui
     memory.Add(dataBegin, pageSize, MemoryKind::data, std::string(pageSize, '\xD0'));
     std::string code(pageSize, '\x90');
     for (std::size_t at = 0x100; at < 0x800; at += 0x100)
-        code.replace(at - 2, 2, "\xFF\xD0"); // a call returns to each 0x400100
+        code.replace(at - 2, 2, "\xFF\xD0");        // a call returns to each 0x400100
+    code.replace(0x801, 3, "\x55\x89\xE5");         // a function begins here,
+    code.replace(0x900, 5, "\x8B\xFF\x55\x8B\xEC"); // another one here,
+    code[0xA00] = code[0x600] = '\xC3';             // one ends here, another one after a call,
+    code.replace(0x700, 3, {'\xC2', 8, 0});         // and one that takes two words
     memory.Add(codeBegin, pageSize, MemoryKind::code, code);
     std::vector<scFrame> frames(64);
     frames.resize(UtilpWalkFrames(memory, {eip, stackBegin, ebp, 0}, frames));
@@ -154,6 +158,20 @@ TEST(FrameWalk, FollowsTheChainAndThenSearches) {
     // A call through null has left where it came from.
     EXPECT_EQ(Text(Walk({{0, 0x400100}, {outer, s + last}, {outer + 4, 0x400222}}, 0, s + outer)),
               "0 400100 400222 ");
+    // Functions without a frame yet, or any more, whose caller has one.
+    const auto frameless = [&](std::uint32_t eip) {
+        return Text(
+            Walk({{0, 0x400100}, {4, 0x400200}, {outer, s + last}, {outer + 4, 0x400222}}, eip, s + outer));
+    };
+    EXPECT_EQ(frameless(0x400801), "400801 400100 400222 ");
+    EXPECT_EQ(frameless(0x400802), "400802 400200 400222 ");
+    EXPECT_EQ(frameless(0x400900), "400900 400100 400222 ");
+    EXPECT_EQ(frameless(0x400902), "400902 400100 400222 ");
+    EXPECT_EQ(frameless(0x400903), "400903 400200 400222 ");
+    EXPECT_EQ(frameless(0x400A00), "400a00 400100 400222 ");
+    EXPECT_EQ(frameless(0x400A01), "400a01 400222 ");
+    EXPECT_EQ(Text(Walk({{0, 0x400700}, {4, 0x400600}, {16, 0x400300}}, 0x400A00, 0x12345)),
+              "400a00 400700 400600 400300 ");
     // A frame pointer of frameless code: what stands after no call is passed over, a chain is found again.
     EXPECT_EQ(Text(Walk({{0x10, 0x400101},
                          {0x20, dataBegin + 2},

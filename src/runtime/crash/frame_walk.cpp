@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace tvut {
 
@@ -59,6 +60,26 @@ class clsCode {
         if (address - range.address >= range.bytes && !memory_.RegionAt(address, region_))
             region_ = {};
         return region_.isExecutable && region_.isReadable && address - range.address < range.bytes;
+    }
+
+    // Whether these bytes stand at an address.
+    bool Has(std::uint32_t address, std::string_view bytes) noexcept {
+        std::array<char, 4> there;
+        const std::size_t count = std::min(bytes.size(), there.size());
+        return memory_.Read(address, there.data(), count) == count &&
+               std::string_view(there.data(), count) == bytes;
+    }
+
+    // Whether a function is left at an address, and how many bytes of arguments it takes off the stack.
+    bool IsReturn(std::uint32_t address, std::uint32_t& taken) noexcept {
+        std::array<std::uint8_t, 2> bytes{};
+        taken = 0;
+        if (Has(address, "\xC3"))
+            return true;
+        if (!Has(address, "\xC2") || !UtilpReadObject(memory_, address + 1, bytes))
+            return false;
+        taken = bytes[0] | std::uint32_t{bytes[1]} << 8;
+        return true;
     }
 
     // Whether a call instruction ends at an address: call rel32 to code, or call r/m32 of any length.
@@ -116,8 +137,7 @@ class clsWalk {
 
     std::size_t Run(const scWalkStart& start) noexcept {
         Put(start.eip, false);
-        if (!code_.IsCode(start.eip))
-            PutCaller();
+        LeaveFrameless(start.eip);
         bool isWhole = Chain(start.ebp, false);
         while (!isWhole && Search(isWhole))
             ;
@@ -133,12 +153,32 @@ class clsWalk {
     }
 
     // A call to where no code is has left nothing on the stack but where it came from.
-    void PutCaller() noexcept {
-        std::uint32_t caller = 0;
-        if (!stack_.At(next_, caller) || !code_.IsCode(caller))
-            return;
+    void LeaveFrameless(std::uint32_t address) noexcept {
+        std::uint32_t caller = 0, taken = 0;
+        if (!code_.IsCode(address)) {
+            if (stack_.At(next_, caller) && code_.IsCode(caller))
+                Take(caller, 0);
+        } else if (IsEntry(address) || IsEntry(address - 1)) {
+            const std::uint32_t pushed = IsEntry(address) ? 0 : wordSize;
+            if (stack_.At(next_ + pushed, caller) && code_.IsAfterCall(caller))
+                Take(caller, pushed);
+        } else {
+            while (code_.IsReturn(address, taken) && stack_.At(next_, caller) && code_.IsAfterCall(caller)) {
+                Take(caller, taken);
+                address = caller;
+            }
+        }
+    }
+
+    void Take(std::uint32_t caller, std::uint32_t more) noexcept {
         Put(caller, false);
-        next_ += wordSize;
+        next_ += wordSize + more;
+    }
+
+    // The two ways to write "push ebp; mov ebp, esp", and one after an instruction that does nothing.
+    bool IsEntry(std::uint32_t address) noexcept {
+        return code_.Has(address, "\x55\x89\xE5") || code_.Has(address, "\x55\x8B\xEC") ||
+               code_.Has(address, "\x8B\xFF\x55");
     }
 
     // Follows frame pointers; what follows them stands at next_. Returns whether the chain is whole, or there

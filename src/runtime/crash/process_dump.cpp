@@ -2,7 +2,7 @@
 // one of them may hold any lock, so only bare calls are made then.
 #include "runtime/crash/process_dump.h"
 
-#include "platform/bare_calls.h"
+#include "platform/bare_start.h"
 #include "platform/exception.h"
 #include "platform/owned.h"
 #include "platform/patience.h"

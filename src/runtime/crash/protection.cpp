@@ -3,7 +3,7 @@
 // begin and to end that needs the loader.
 #include "runtime/crash/protection.h"
 
-#include "platform/bare_calls.h"
+#include "platform/bare_start.h"
 #include "platform/critical_section.h"
 #include "platform/host.h"
 #include "platform/loader.h"

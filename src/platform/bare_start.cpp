@@ -1,7 +1,10 @@
-// Finding the system's calls: done in ordinary times, so it stands apart from what uses them.
+// Apart from what uses the calls: finding them asks the loader.
+#include "platform/bare_start.h"
+
 #include "platform/bare_calls.h"
 
 #include <array>
+#include <atomic>
 
 namespace tvut {
 
@@ -41,6 +44,9 @@ static_assert(sizeof(scBareCalls) == names.size() * sizeof(Call));
 } // namespace
 
 bool PlatformFindBareSystem() noexcept {
+    static constinit std::atomic<bool> found{false};
+    if (found.load(std::memory_order_acquire))
+        return true;
     const HMODULE library = GetModuleHandleW(L"ntdll.dll");
     auto* call = reinterpret_cast<Call*>(&g_bareCalls);
     bool all = library != nullptr;
@@ -49,6 +55,7 @@ bool PlatformFindBareSystem() noexcept {
         all = all && *call;
         ++call;
     }
+    found.store(all, std::memory_order_release);
     return all;
 }
 
