@@ -2,10 +2,11 @@
 // known by how their text begins last.
 #include "docinfo/detect.h"
 
+#include "docinfo/ole_info.h"
+#include "docinfo/package_info.h"
 #include "runtime/diagnostics.h"
 
 #include <algorithm>
-#include <span>
 
 namespace tvut {
 
@@ -18,7 +19,14 @@ struct scDocFormat {
     DocReader* read;
 };
 
-constexpr std::span<const scDocFormat> formats;
+bool IsPackage(std::string_view head) {
+    return head.starts_with("PK\3\4") || head.starts_with("PK\5\6");
+}
+
+constexpr scDocFormat formats[] = {
+    {UtilpIsCompound, UtilpReadOle},
+    {IsPackage, UtilpReadPackage},
+};
 
 // Where the document cannot be read any further, what it has given by then stays.
 bool Read(const scDocFormat& format, clsPagedSource& source, clsDocInfo& info) {
@@ -49,7 +57,10 @@ bool UtilpReadDocument(clsRandomSource& document, std::u16string_view name, clsD
     clsPagedSource source(document);
     const std::string head = source.Read(0, headBytes);
     const bool isRead = std::ranges::any_of(formats, [&](const scDocFormat& format) {
-        return format.isLikely(head) && Read(format, source, info);
+        if (format.isLikely(head) && Read(format, source, info))
+            return true;
+        info = clsDocInfo();
+        return false;
     });
     info.Finish();
     Tell(name, info);

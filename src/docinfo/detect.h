@@ -8,8 +8,9 @@
 
 namespace tvut {
 
-// Adds a document's properties, its format among them. False: it is none of these after all, and nothing was
-// added. Throws clsDocDamage at the first impossibility, what the source throws, std::bad_alloc.
+// Adds a document's properties, its format among them. False: it is none of these after all, and what was
+// added does not count. Throws clsDocDamage at the first impossibility, what the source throws,
+// std::bad_alloc.
 using DocReader = bool(clsPagedSource& source, clsDocInfo& info);
 
 // Reads all properties of a document; the name is for diagnostic lines. False when it has no known format.

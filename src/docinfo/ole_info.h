@@ -1,13 +1,11 @@
 // Documents in compound files: their kind by the streams that they hold, their properties from two sets.
 #pragma once
 
-#include "docinfo/paged_source.h"
+#include "docinfo/detect.h"
 
 namespace tvut {
 
-class clsDocInfo;
-
 bool UtilpIsCompound(std::string_view head);
-bool UtilpReadOle(clsPagedSource& source, clsDocInfo& info);
+DocReader UtilpReadOle;
 
 } // namespace tvut

@@ -8,14 +8,25 @@
 namespace tvut {
 
 clsPagedSource::clsPagedSource(clsRandomSource& source)
-    : source_(source), size_(source.Size()),
-      room_(std::make_unique_for_overwrite<char[]>(pageBytes * pageCount)) {}
+    : source_(source), size_(source.Size()), room_(std::make_unique_for_overwrite<char[]>(roomBytes)) {
+    if (size_ <= roomBytes)
+        ReadWhole();
+}
+
+void clsPagedSource::ReadWhole() {
+    std::size_t left = source_.ReadAt(0, room_.get(), static_cast<std::size_t>(size_));
+    size_ = left;
+    for (std::size_t number = 0; number < pageCount; ++number) {
+        pages_[number] = {number, std::min(left, pageBytes), 0};
+        left -= pages_[number].filled;
+    }
+}
 
 std::size_t clsPagedSource::ReadAt(std::uint64_t position, void* buffer, std::size_t bytes) {
     if (position >= size_)
         return 0;
     bytes = static_cast<std::size_t>(std::min<std::uint64_t>(bytes, size_ - position));
-    if (bytes > pageBytes)
+    if (bytes > pageBytes && size_ > roomBytes)
         return ReadFromFile(position, buffer, bytes);
     std::size_t done = 0;
     while (done < bytes) {

@@ -15,6 +15,7 @@ class clsPagedSource final : public clsRandomSource {
   public:
     static constexpr std::size_t pageBytes = 4096;
     static constexpr std::size_t pageCount = 16;
+    static constexpr std::size_t roomBytes = pageBytes * pageCount;
 
     // The source must stay while the object does. Asks for its size; throws what that throws, std::bad_alloc.
     explicit clsPagedSource(clsRandomSource& source);
@@ -38,6 +39,7 @@ class clsPagedSource final : public clsRandomSource {
         std::uint64_t used = 0; // when it was last asked for
     };
 
+    void ReadWhole(); // a document that has no more bytes than the room
     std::size_t ReadFromFile(std::uint64_t position, void* buffer, std::size_t bytes);
     std::size_t PageOf(std::uint64_t number);
 

@@ -53,7 +53,7 @@ sub of1251 { text(30, encode('cp1251', $_[0]) . "\0") }
 my $when = 1110801600 + 3661; # 2005-03-14T13:01:01Z
 
 compound(
-    'cyrillic_doc',
+    'doc-cyrillic',
     WordDocument => 'x' x 5000, # in sectors of its own
     $summary => sets(summary => set(
         1 => pack('Vs<x2', 2, 1251), 2 => of1251("\x{41E}\x{442}\x{447}\x{451}\x{442}"), 3 => of1251('Subject'),
@@ -71,7 +71,7 @@ compound(
             4 => pack('Vvx2', 11, 0xFFFF), 5 => filetime($when), 6 => pack('VVV', 65, 4, 1), 7 => pack('Vd<', 7, 38425.5))));
 
 compound(
-    'unicode_ppt',
+    'ppt-unicode',
     'PowerPoint Document' => 'x', EncryptedSummary => 'x',
     $summary => sets(summary => set(1 => pack('Vs<x2', 2, 1200), 2 => wide("\x{1F600} Slides \x{FFFF}"),
         4 => pack('VVa*', 30, 14, encode('UTF-16LE', "Author\0")))),
@@ -79,25 +79,25 @@ compound(
         user => set(1 => pack('Vs<x2', 2, 1200), 2 => pack('VQ<', 21, ~0),
             0 => pack('V', 1) . pack('VVa*x![V]', 2, 5, encode('UTF-16LE', "Huge\0")))));
 
-compound('encrypted_package', EncryptedPackage => 'x', EncryptionInfo => 'x');
-compound('other_ole', Contents => 'x');
+compound('ooxml-encrypted', EncryptedPackage => 'x', EncryptionInfo => 'x');
+compound('ole-plain', Contents => 'x');
 
 # Mail: streams of fixed properties, and one for each text.
 sub fixed { pack('x32') . join '', map { pack('vvVa8', $_->[0], $_->[1], 6, $_->[2]) } @_ }
 sub mail { my ($name, $fixed, %texts) = @_; compound($name, '__properties_version1.0' => $fixed, map { ("__substg1.0_$_", $texts{$_}) } keys %texts) }
 sub mailtime { substr(filetime($_[0]), 4) }
 
-mail('wide_msg', fixed([0x40, 0x39, mailtime($when)], [0x40, 0x0E06, mailtime($when + 60)], [0x40, 0x3008, mailtime($when + 120)]),
+mail('msg-wide', fixed([0x40, 0x39, mailtime($when)], [0x40, 0x0E06, mailtime($when + 60)], [0x40, 0x3008, mailtime($when + 120)]),
     map { $_->[0] . '001F', encode('UTF-16LE', $_->[1]) } ['0037', "Gr\x{FC}\x{DF}e"], ['0C1A', 'The Sender'], ['0C1F', '/O=HOUSE/CN=SENDER'],
     ['5D01', 'sender@example.org'], ['0E04', 'One; Two'], ['0E03', 'Three'], ['1035', '<1@example.org>'], ['3FFA', 'Changer'],
     ['1000', 'body']);
-mail('narrow_msg', fixed([3, 0x3FFD, pack('Vx4', 1252)], [0x40, 0x39, "\xFF" x 8]), '0037001E' => "\xC4rger", '0C1A001E' => 'a@example.org',
+mail('msg-narrow', fixed([3, 0x3FFD, pack('Vx4', 1252)], [0x40, 0x39, "\xFF" x 8]), '0037001E' => "\xC4rger", '0C1A001E' => 'a@example.org',
     '0C1F001E' => 'a@example.org');
 
 # Sectors of 4,096 bytes: header, table, directory, one stream.
 sub entry { my ($name, $kind, $child, $first, $size) = @_; my $wide = encode('UTF-16LE', "$name\0");
     return pack('a64vCCVVVx16x4x16VQ<', $wide, length $wide, $kind, 1, ~0 & 0xFFFFFFFF, ~0 & 0xFFFFFFFF, $child, $first, $size) }
-open my $large, '>:raw', "$folder/large_sectors.in" or die;
+open my $large, '>:raw', "$folder/ole-large-sectors.in" or die;
 print $large pack('a8x16vvvvvx6VVVVVVVVVV', "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 0x3E, 4, 0xFFFE, 12, 6, 1, 1, 1, 0, 4096, 0xFFFFFFFE, 0,
     0xFFFFFFFE, 0, 0), "\xFF" x (4 * 108), "\0" x 3584;
 print $large pack('V3', 0xFFFFFFFD, 0xFFFFFFFE, 0xFFFFFFFE), "\xFF" x 4084;
@@ -105,7 +105,7 @@ print $large entry('Root Entry', 5, 1, 0xFFFFFFFE, 0), entry($summary, 2, 0xFFFF
 print $large pack('a4096', sets(summary => set(2 => text(30, "Large sectors\0"))));
 close $large;
 
-my $workbook = Spreadsheet::WriteExcel->new("$folder/perl_xls.in");
+my $workbook = Spreadsheet::WriteExcel->new("$folder/xls-perl.in");
 $workbook->set_properties(title => "\x{3A9}mega", author => 'A. Author', subject => 'Sums', keywords => 'k1, k2', comments => 'Said',
     manager => 'M', company => 'C', category => 'Cat', created => [@date]);
 $workbook->add_worksheet()->write(0, 0, 1);
