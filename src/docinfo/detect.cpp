@@ -2,6 +2,8 @@
 // known by how their text begins last.
 #include "docinfo/detect.h"
 
+#include "docinfo/html_info.h"
+#include "docinfo/mail_info.h"
 #include "docinfo/ole_info.h"
 #include "docinfo/package_info.h"
 #include "runtime/diagnostics.h"
@@ -26,6 +28,8 @@ bool IsPackage(std::string_view head) {
 constexpr scDocFormat formats[] = {
     {UtilpIsCompound, UtilpReadOle},
     {IsPackage, UtilpReadPackage},
+    {UtilpIsHtmlLikely, UtilpReadHtml},
+    {UtilpIsMail, UtilpReadMail},
 };
 
 // Where the document cannot be read any further, what it has given by then stays.

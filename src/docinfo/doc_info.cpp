@@ -173,10 +173,8 @@ void clsDocInfo::Finish() noexcept {
 }
 
 void clsDocInfo::Join(std::u16string& joined, std::u16string_view text, std::size_t owner) {
-    if (!seen_.insert(UtilpHashAfter(owner + 1, text)).second && !joined.empty())
-        return;
     const std::size_t taken = joined.empty() ? 0 : joined.size() + between.size();
-    if (taken >= longestValue)
+    if (taken >= longestValue || (!seen_.insert(UtilpHashAfter(owner + 1, text)).second && !joined.empty()))
         return;
     const std::u16string_view cut = Cut(text, longestValue - taken);
     const std::size_t added = cut.size() + (joined.empty() ? 0 : between.size());

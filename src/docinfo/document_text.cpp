@@ -35,8 +35,12 @@ std::u16string UtilpDecodeUtf16(std::string_view bytes, bool isBigEndian) {
     return text;
 }
 
+unsigned UtilpLooseCodePage(std::string_view bytes) noexcept {
+    return UtilpIsUtf8(bytes) ? codePageUtf8 : UtilpCodePage();
+}
+
 std::u16string UtilpDecodeLooseText(std::string_view bytes) {
-    return UtilpDecodeText(UtilpIsUtf8(bytes) ? codePageUtf8 : UtilpCodePage(), bytes);
+    return UtilpDecodeText(UtilpLooseCodePage(bytes), bytes);
 }
 
 std::u16string UtilpWidenLatin(std::string_view bytes) {

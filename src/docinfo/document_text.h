@@ -11,6 +11,9 @@ std::u16string UtilpDecodeText(unsigned codePage, std::string_view bytes);
 
 std::u16string UtilpDecodeUtf16(std::string_view bytes, bool isBigEndian);
 
+// UTF-8 when a text is well-formed as that, else the process's code page.
+unsigned UtilpLooseCodePage(std::string_view bytes) noexcept;
+
 // As UTF-8 when it is well-formed, else by the process's code page.
 std::u16string UtilpDecodeLooseText(std::string_view bytes);
 

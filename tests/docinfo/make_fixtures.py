@@ -147,7 +147,64 @@ def odt_encrypted():
                      'm:full-path="meta.xml"><m:encryption-data/></m:file-entry></m:manifest>')])
 
 
+HTML = """<!-- saved from nowhere <title>no</title> -->
+<?xml version="1.0"?>
+<!DOCTYPE html>
+<HTML lang=de-AT>
+<head>
+<meta http-equiv="Content-Type" content="text/html; charset=windows-1252">
+<script>document.write("<title>no</title>")</script><style>a:after { content: "<meta name=author content=no>" }</style>
+<title> The title\n &mdash; &uuml;ber &#8364; &#x1F600; &#150; &AMP; &nosuch; ü </title>
+<META NAME='Author' CONTENT='Ana "the" Bo'><meta name=keywords content=one>
+<meta name="dc.title" content="not this"><meta property="og:description" content="prefixed">
+<meta name="description" content="plain\n&lt;second line&gt;"><meta name="DC.Subject" content="a subject">
+<meta content="Maker 1.0" name="generator" /><meta name=copyright content="&copy; ACME">
+<meta name="date" content="Mon, 6 May 2024 07:08:09 +0200"><meta name="last-modified" content="2024-05-07">
+<meta name="dcterms.created" content="1999"><meta name="viewport" content="width=device-width">
+<meta name="keywords" content="two"><meta name="empty" content=""><meta charset="utf-8">
+</head><body><title>no</title></body></html>"""
+
+
+def message(kind):
+    from email.header import Header
+    from email.message import EmailMessage
+    from email.policy import SMTP
+
+    mail = EmailMessage(policy=SMTP)
+    mail["Received"] = "from b.example by a.example id 1; Mon, 6 May 2024 07:08:20 +0000 (UTC)"
+    mail["Received"] = "from c.example by b.example id 2; Mon, 6 May 2024 07:08:15 +0000"
+    mail["Subject"] = "Ein langer Betreff mit Umlauten, öäü, und 日本語, der auf mehrere Zeilen umbrochen werden muss"
+    mail["From"] = '"Łukasz, Ana" <ana@example.com>'
+    mail["To"] = "Bob <bob@example.com>, carla@example.com, Team: dora@example.com, Emil <emil@example.com>;"
+    mail["Cc"] = "Zoë <zoe@example.com>"
+    mail["Date"] = "Mon, 06 May 2024 09:08:09 +0200"
+    mail["Message-ID"] = "<1234@example.com>"
+    mail["Keywords"], mail["Comments"], mail["Organization"] = "one, two", "Größe\tzählt", "ACME"
+    mail["User-Agent"], mail["X-Mailer"] = "Maker/1.0", "other"
+    mail.set_content("Text\n")
+    mail["Content-Language"] = "de"
+    data = mail.as_bytes()
+    return data if kind == "smtp" else b"From ana@example.com Mon May  6 07:08:09 2024\n" + data.replace(b"\r\n", b"\n")
+
+
+MAIL = b"""Return-Path: <a@example.com>
+Subject: =?utf-8?B?w7bDpA==?= =?UTF-8*de?q?=C3?=
+ =?utf-8?Q?=BC_x?= plain =?x-unknown?Q?stays?= =?utf-8?B?!!?= =?iso-8859-1?q?=E9=zz?= =?broken
+From : ana@example.com (Ana (the first) B\\)), "Unended <b@example.com
+To: =?koi8-r?B?4s/C?= <bob@example.com>, ,<c@example.com>;, Only A Name
+X-Mailer: \xc3\xbc and \xfc
+Not a field
+Date: 6 May 24 07:08 EST
+"""
+
 FIXTURES = {
+    "html-all": lambda: HTML.encode("latin-1"),
+    "html-utf16": lambda: "\ufeff  <html><head><title>日本 &yen;</title>".encode("utf-16-be"),
+    "html-utf8": lambda: '<title></title><meta name=dc.title content="Größe"><body><title>no'.encode(),
+    "html-cut": lambda: b"<!doctype html><title>Kept</title><meta name=author content='Lost",
+    "html-none": lambda: b"<?xml version='1.0'?><!-- html --><svg><title>no</title></svg>",
+    "mail-python": lambda: message("smtp"), "mail-mbox": lambda: message("mbox"), "mail-words": lambda: MAIL,
+    "mail-none": lambda: b"Title: no mail\nAuthor: nobody\n\nTo: nobody\n",
     "docx-python": docx, "docx-strict": docx_strict, "pptx-macro": pptx_macro, "ooxml-damaged": ooxml_damaged,
     "xlsx-openpyxl": xlsx, "odt-odfpy": odt, "odt-encrypted": odt_encrypted,
     "ods-odfpy": lambda: odt("table", "OpenDocumentSpreadsheet"),
