@@ -6,6 +6,7 @@
 #include "docinfo/mail_info.h"
 #include "docinfo/ole_info.h"
 #include "docinfo/package_info.h"
+#include "docinfo/pdf_info.h"
 #include "runtime/diagnostics.h"
 
 #include <algorithm>
@@ -28,6 +29,7 @@ bool IsPackage(std::string_view head) {
 constexpr scDocFormat formats[] = {
     {UtilpIsCompound, UtilpReadOle},
     {IsPackage, UtilpReadPackage},
+    {UtilpIsPdf, UtilpReadPdf},
     {UtilpIsHtmlLikely, UtilpReadHtml},
     {UtilpIsMail, UtilpReadMail},
 };
