@@ -8,6 +8,9 @@
 
 namespace tvut {
 
+// A search for lost objects of a PDF reads most, and may go through a file once.
+constexpr std::uint64_t mostRead = 72 * 1024 * 1024;
+
 inline const char* FaultOf(const clsDocInfo& info) {
     const std::u16string names = info.Names();
     for (std::size_t at = 0; at < names.size();) {
@@ -17,6 +20,8 @@ inline const char* FaultOf(const clsDocInfo& info) {
             return "a property is named that is not there";
         if (value->size() > clsDocInfo::longestValue)
             return "a value is too long";
+        if (!UtilpIsUtf16(*value))
+            return "a value has half a character";
         at = end + 1;
     }
     return nullptr;
@@ -33,6 +38,7 @@ int FuzzReader(const std::uint8_t* data, std::size_t size, Read read) {
     } catch (const clsException&) { // damage
     }
     Require(FaultOf(info));
+    Require(document.read <= mostRead ? nullptr : "too much was read");
     return 0;
 }
 

@@ -103,9 +103,6 @@ for name in ("plain", "packed", "r6"):
     write(f"{name}-repaired", re.sub(rb"startxref\n\d+", b"startxref\n99", text))
 # Info is not where it should be.
 write("moved", plain.replace(b"%010d" % plain.index(b"4 0 obj"), b"0000000017"))
-nested = dict(OBJECTS)
-nested[4] = b"<< /A " + b"[<<" * 50000 + b" /Title (lost) >>"
-(folder.parent.parent.parent / "fuzz" / "corpus" / "pdf_info" / "nested").write_bytes(document(nested))
 
 with tempfile.TemporaryDirectory() as work:
     page = Path(work) / "page.ps"
