@@ -7,6 +7,8 @@
 #include "docinfo/ole_info.h"
 #include "docinfo/package_info.h"
 #include "docinfo/pdf_info.h"
+#include "docinfo/rtf_info.h"
+#include "docinfo/tiff_info.h"
 #include "runtime/diagnostics.h"
 
 #include <algorithm>
@@ -29,6 +31,8 @@ bool IsPackage(std::string_view head) {
 constexpr scDocFormat formats[] = {
     {UtilpIsCompound, UtilpReadOle},
     {IsPackage, UtilpReadPackage},
+    {UtilpIsRtf, UtilpReadRtf},
+    {UtilpIsTiff, UtilpReadTiff},
     {UtilpIsPdf, UtilpReadPdf},
     {UtilpIsHtmlLikely, UtilpReadHtml},
     {UtilpIsMail, UtilpReadMail},
