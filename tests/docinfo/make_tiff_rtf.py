@@ -82,6 +82,6 @@ write("rtf-all", rb"""{\rtf1\ansi\ansicpg1251\deff0{\fonttbl{\f0\fnil\fcharset20
 {\*\userprops {\propname Owner}\proptype30{\staticval Us}{\linkval no}{\propname Count}\proptype3{\staticval 42}
 {\propname Ready}\proptype11{\staticval 1}{\propname Day}\proptype64{\staticval 2005-03-14}}
 \pard Body \par {\info{\title late}}}""")
-write("rtf-japanese", rb"{\rtf1\ansi\ansicpg932{\info{\title \'93\'fa\'96\'7b}{\author \bin4 {}}}x}\par}")
+write("rtf-japanese", rb"{\rtf1\ansi\ansicpg932{\info{\title \'93\'fa\'96\'7b}{\author A\bin4 {}}{B}}x\par}")
 write("rtf-late", rb"{\rtf1\mac text\par{\info{\title after the first paragraph}}}")
 write("rtf-cut", rb"{\rtf1{\info{\title whole}{\author half")
