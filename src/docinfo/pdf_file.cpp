@@ -53,6 +53,7 @@ scPdfLoaded clsPdfFile::Load(scPdfReference reference) {
     const std::uint32_t number = reference.number;
     if (number == 0)
         return {};
+    UtilpRequire(++loads_ <= mostLoads, "too many objects");
     if (heads_)
         return LoadRepaired(number);
     const scPdfPlace place = table_->Find(number);
@@ -66,7 +67,9 @@ scPdfLoaded clsPdfFile::Load(scPdfReference reference) {
 
 scPdfLoaded clsPdfFile::LoadAt(std::uint64_t position, std::uint32_t number) {
     scPdfLoaded loaded{UtilpReadPdfIndirect(source_, position), false};
-    return loaded.reference.number == number ? loaded : scPdfLoaded{};
+    if (loaded.reference.number != number)
+        return {};
+    return loaded;
 }
 
 std::optional<std::uint64_t> clsPdfFile::PositionOf(std::uint32_t number) {
@@ -116,8 +119,9 @@ scPdfLoaded clsPdfFile::LoadPacked(std::uint32_t number) {
         scPdfLoaded loaded;
         loaded.isPacked = true;
         loaded.reference.number = number;
-        loaded.object.Parse(
-            std::string_view(packed_).substr(packedFirst_ + static_cast<std::size_t>(head.Number())), true);
+        loaded.object.Parse(std::string_view(packed_).substr(
+                                packedFirst_ + static_cast<std::size_t>(head.Number()), mostPdfObjectBytes),
+                            true);
         return loaded;
     }
     return {};
@@ -136,18 +140,25 @@ std::string clsPdfFile::Plain(const scPdfLoaded& owner, std::string_view text) c
 std::optional<std::string> clsPdfFile::Stream(const scPdfLoaded& loaded) {
     if (loaded.streamAt == 0)
         return {};
-    const clsPdfValue dictionary = loaded.object.Value();
-    const clsPdfValue length = dictionary["Length"];
+    const clsPdfValue length = loaded.object["Length"];
     std::optional<std::int64_t> bytes = length.Integer();
     if (const std::uint32_t number = length.Reference().number; number != 0) {
         if (const auto position = PositionOf(number))
             bytes = LoadAt(*position, number).object.Value().Integer();
     }
+    auto text = Unpack(loaded, bytes);
+    unpacked_ += text ? text->size() : 0;
+    UtilpRequire(unpacked_ <= mostUnpacked, "too much is packed");
+    return text;
+}
+
+std::optional<std::string> clsPdfFile::Unpack(const scPdfLoaded& loaded, std::optional<std::int64_t> length) {
+    const clsPdfValue dictionary = loaded.object.Value();
     if (!isEncrypted_ || IsClear(dictionary))
-        return UtilpUnpackPdfStream(source_, loaded.streamAt, dictionary, bytes, nullptr);
+        return UtilpUnpackPdfStream(source_, loaded.streamAt, dictionary, length, nullptr);
     if (!cipher_)
         return {};
-    return UtilpUnpackPdfStream(source_, loaded.streamAt, dictionary, bytes,
+    return UtilpUnpackPdfStream(source_, loaded.streamAt, dictionary, length,
                                 [&](std::string& text) { cipher_->DecipherStream(loaded.reference, text); });
 }
 

@@ -17,6 +17,8 @@ struct scPdfLoaded : scPdfIndirect {
 class clsPdfFile {
   public:
     static constexpr std::uint64_t mostBytes = 4 * 1024 * 1024; // that are read, but for a search
+    static constexpr std::size_t mostLoads = 256;               // of objects
+    static constexpr std::size_t mostUnpacked = 32 * 1024 * 1024;
 
     explicit clsPdfFile(clsPagedSource& source) : source_(source) {}
 
@@ -44,6 +46,7 @@ class clsPdfFile {
     scPdfLoaded LoadRepaired(std::uint32_t number);
     bool OpenPacked(std::uint64_t position);
     scPdfLoaded LoadPacked(std::uint32_t number);
+    std::optional<std::string> Unpack(const scPdfLoaded& loaded, std::optional<std::int64_t> length);
     bool IsClear(const clsPdfValue& dictionary) const;
 
     clsPagedSource& source_;
@@ -55,6 +58,7 @@ class clsPdfFile {
     std::uint64_t packedAt_ = 0;
     std::string packed_;
     std::size_t packedCount_ = 0, packedFirst_ = 0;
+    std::size_t loads_ = 0, unpacked_ = 0;
 };
 
 } // namespace tvut

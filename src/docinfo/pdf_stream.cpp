@@ -11,15 +11,15 @@ namespace tvut {
 
 namespace {
 
-constexpr std::size_t firstPiece = 1024, largestPiece = 1024 * 1024;
+constexpr std::size_t firstPiece = 1024, unfoldedPiece = 16 * 1024;
 
 // Calls `take` with a beginning of what lies at a position, a longer one each time, until it gives a result.
 // Its second argument says that no longer one comes.
 template <class Take>
 auto ReadGrowing(clsPagedSource& source, std::uint64_t position, Take take) {
     for (std::size_t bytes = firstPiece;; bytes *= 8) {
-        const std::string piece = source.Read(position, std::min(bytes, largestPiece));
-        const bool isAll = piece.size() < bytes || bytes >= largestPiece;
+        const std::string piece = source.Read(position, std::min(bytes, mostPdfObjectBytes));
+        const bool isAll = piece.size() < bytes || bytes >= mostPdfObjectBytes;
         if (auto result = take(std::string_view(piece), isAll))
             return *result;
         if (isAll)
@@ -109,22 +109,41 @@ Packing PackingOf(const clsPdfValue& filter) {
     return packing;
 }
 
-// Unfolds what bytes hold until they end, are damaged, or give too much.
-std::string Unfolded(std::string_view bytes) {
+// Unfolds what comes in pieces until it ends, is damaged, or gives too much.
+template <class NextPiece>
+std::string Unfolded(NextPiece nextPiece) {
     clsInflater inflater;
-    inflater.Feed(bytes.data(), bytes.size());
     std::string text;
     std::size_t done = 0;
-    while (done < mostPdfStreamBytes) {
+    while (done < mostPdfStreamBytes && inflater.Now() == clsInflater::State::running) {
         if (done == text.size())
-            text.resize(std::min(std::max<std::size_t>(4 * bytes.size(), 2 * done), mostPdfStreamBytes));
+            text.resize(std::min(std::max(unfoldedPiece, 2 * done), mostPdfStreamBytes));
         const std::size_t count = inflater.Unfold(text.data() + done, text.size() - done);
         done += count;
-        if (count == 0 || inflater.Now() != clsInflater::State::running)
+        if (count != 0 || inflater.Left() != 0)
+            continue;
+        const std::string_view piece = nextPiece();
+        if (piece.empty())
             break;
+        inflater.Feed(piece.data(), piece.size());
     }
     text.resize(done);
     return text;
+}
+
+// What lies open need not be in memory as a whole.
+std::string UnfoldedAt(clsPagedSource& source, std::uint64_t position, std::size_t length) {
+    std::string piece;
+    return Unfolded([&] {
+        piece = source.Read(position, std::min(length, unfoldedPiece));
+        position += piece.size();
+        length -= piece.size();
+        return std::string_view(piece);
+    });
+}
+
+std::string UnfoldedBytes(std::string_view bytes) {
+    return Unfolded([&] { return std::exchange(bytes, {}); });
 }
 
 unsigned Paeth(unsigned left, unsigned up, unsigned upLeft) {
@@ -194,12 +213,15 @@ std::optional<std::string> UtilpUnpackPdfStream(clsPagedSource& source, std::uin
     const Packing packing = PackingOf(dictionary["Filter"]);
     if (packing == Packing::unknown)
         return {};
-    std::string bytes = source.Read(position, StreamLength(source, position, length));
+    const std::size_t bytes = StreamLength(source, position, length);
+    std::string text;
+    if (decipher || packing == Packing::none)
+        text = source.Read(position, bytes);
     if (decipher)
-        decipher(bytes);
+        decipher(text);
     if (packing == Packing::none)
-        return bytes;
-    std::string text = Unfolded(bytes);
+        return text;
+    text = decipher ? UnfoldedBytes(text) : UnfoldedAt(source, position, bytes);
     const clsPdfValue parameters = dictionary["DecodeParms"];
     if (!UndoPredictor(text, parameters.Is(PdfKind::array) ? parameters.At(0) : parameters))
         return {};

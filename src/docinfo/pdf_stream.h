@@ -16,7 +16,9 @@ struct scPdfIndirect {
     std::uint64_t streamAt = 0; // where its stream begins; 0: it has none
 };
 
-// Where the object ends; objects of more than a megabyte are cut there.
+constexpr std::size_t mostPdfObjectBytes = 256 * 1024; // what is longer is cut there
+
+// Where the object ends.
 std::uint64_t UtilpReadPdfObject(clsPagedSource& source, std::uint64_t position, clsPdfObject& object);
 
 scPdfIndirect UtilpReadPdfIndirect(clsPagedSource& source, std::uint64_t position);

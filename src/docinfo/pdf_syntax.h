@@ -99,7 +99,7 @@ class clsPdfValue {
 // An object with all that is directly in it: a flat list, in which each value knows where it ends.
 class clsPdfObject {
   public:
-    static constexpr std::size_t mostNodes = 65536; // what comes after is left out
+    static constexpr std::size_t mostNodes = 16384; // what comes after is left out
 
     // Reads the object that bytes begin with and returns where it ends; nothing when it may go on after them.
     // With isAll, there are no further bytes, and what is open ends there. Throws std::bad_alloc.

@@ -13,7 +13,8 @@ namespace tvut {
 namespace {
 
 constexpr std::uint64_t mostBytes = 64 * 1024 * 1024;
-constexpr std::size_t mostDirectories = 65536, mostEntries = 65536, longestText = 64 * 1024;
+constexpr std::size_t mostDirectories = 65536, mostEntries = 65536, longestText = 64 * 1024,
+                      mostTexts = 64; // of a field
 constexpr std::uint16_t exifDirectory = 34665, originalDate = 36867;
 
 enum class TagKind : std::uint8_t { text, wideText, date };
@@ -94,14 +95,15 @@ class clsTiffReader {
     void Take(const scTag& tag, std::uint64_t& exif) {
         if (tag.tag == exifDirectory)
             exif = Number(tag.valueAt, form_.numberBytes);
-        for (const scTagRow& row : rows) {
-            if (row.tag == tag.tag)
-                Add(row, BytesOf(tag));
+        for (std::size_t row = 0; row < std::size(rows); ++row) {
+            if (rows[row].tag == tag.tag &&
+                !std::exchange(isTaken_[row], true)) // each once, whatever a file says
+                Add(rows[row], BytesOf(tag));
         }
     }
 
     void TakeExif(const scTag& tag) {
-        if (tag.tag == originalDate)
+        if (tag.tag == originalDate && !std::exchange(hasOriginalDate_, true))
             Add({tag.tag, DocProperty::created, TagKind::date}, BytesOf(tag));
     }
 
@@ -122,7 +124,7 @@ class clsTiffReader {
             const std::u16string text = UtilpDecodeUtf16(bytes, false);
             return info_.Add(row.property, text.substr(0, text.find(u'\0')), DocRank::better);
         }
-        while (!bytes.empty()) {
+        for (std::size_t left = mostTexts; left > 0 && !bytes.empty(); --left) {
             const std::size_t end = std::min(bytes.find('\0'), bytes.size());
             const std::u16string text = UtilpDecodeLooseText(bytes.substr(0, end));
             if (row.kind == TagKind::date)
@@ -155,6 +157,8 @@ class clsTiffReader {
     clsDocInfo& info_;
     clsFirstDamage damage_;
     scTiffForm form_ = classic;
+    std::array<bool, std::size(rows)> isTaken_{};
+    bool hasOriginalDate_ = false;
 };
 
 } // namespace
