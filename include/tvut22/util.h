@@ -6,6 +6,7 @@
 #define TVUT22_UTIL_H
 
 #include <tvut22/diagnostics.h>
+#include <tvut22/docinfo.h>
 #include <tvut22/files.h>
 #include <tvut22/heaps.h>
 #include <tvut22/html.h>

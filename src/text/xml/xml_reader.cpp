@@ -48,15 +48,14 @@ std::string FromUtf16(std::string_view bytes, bool isBigEndian) {
     return text;
 }
 
-std::string AsUtf8(std::string document) {
+void MakeUtf8(std::string& document) {
     const std::string_view bytes = document;
     if (bytes.starts_with("\xEF\xBB\xBF"))
-        return std::move(document.erase(0, 3));
-    if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
-        return FromUtf16(bytes.substr(2), bytes[0] == '\xFE');
-    if (bytes.starts_with(std::string_view("<\0", 2)) || bytes.starts_with(std::string_view("\0<", 2)))
-        return FromUtf16(bytes, bytes[0] == '\0');
-    return document;
+        document.erase(0, 3);
+    else if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
+        document = FromUtf16(bytes.substr(2), bytes[0] == '\xFE');
+    else if (bytes.starts_with(std::string_view("<\0", 2)) || bytes.starts_with(std::string_view("\0<", 2)))
+        document = FromUtf16(bytes, bytes[0] == '\0');
 }
 
 void AppendCharacter(std::u16string& text, std::uint32_t character) {
@@ -115,7 +114,9 @@ void AppendUtf8(std::u16string& text, std::string_view bytes) {
 
 } // namespace
 
-clsXmlReader::clsXmlReader(std::string document) : document_(AsUtf8(std::move(document))) {}
+clsXmlReader::clsXmlReader(std::string document) : document_(std::move(document)) {
+    MakeUtf8(document_);
+}
 
 // ---- Events -------------------------------------------------------------------------------------
 
