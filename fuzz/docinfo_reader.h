@@ -9,6 +9,9 @@
 
 namespace tvut {
 
+// A search for lost objects of a PDF reads most, and may go through a file once.
+constexpr std::uint64_t mostRead = 72 * 1024 * 1024;
+
 inline const char* FaultOf(const clsDocInfo& info) {
     const std::u16string names = info.Names();
     for (std::size_t at = 0; at < names.size();) {
@@ -18,6 +21,8 @@ inline const char* FaultOf(const clsDocInfo& info) {
             return "a property is named that is not there";
         if (value->size() > clsDocInfo::longestValue)
             return "a value is too long";
+        if (!UtilpIsUtf16(*value))
+            return "a value has half a character";
         at = end + 1;
     }
     return nullptr;
@@ -34,6 +39,7 @@ int FuzzReader(const std::uint8_t* data, std::size_t size, Read read) {
     } catch (const clsException&) { // damage
     }
     Require(FaultOf(info));
+    Require(document.read <= mostRead ? nullptr : "too much was read");
     return 0;
 }
 

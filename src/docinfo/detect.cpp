@@ -5,7 +5,11 @@
 #include "docinfo/doc_reader.h"
 #include "docinfo/html_info.h"
 #include "docinfo/mail_info.h"
+#include "docinfo/ole_info.h"
 #include "docinfo/package_info.h"
+#include "docinfo/pdf_info.h"
+#include "docinfo/rtf_info.h"
+#include "docinfo/tiff_info.h"
 #include "runtime/diagnostics.h"
 
 #include <algorithm>
@@ -26,7 +30,11 @@ bool IsPackage(std::string_view head) {
 }
 
 constexpr scDocFormat formats[] = {
+    {UtilpIsCompound, UtilpReadOle},
     {IsPackage, UtilpReadPackage},
+    {UtilpIsRtf, UtilpReadRtf},
+    {UtilpIsTiff, UtilpReadTiff},
+    {UtilpIsPdf, UtilpReadPdf},
     {UtilpIsHtmlLikely, UtilpReadHtml},
     {UtilpIsMail, UtilpReadMail},
 };
