@@ -62,7 +62,7 @@ void CheckAny(std::string_view bytes, unsigned failingRead = 0) {
 // A few hundred places of each: the first and the last bytes, and others evenly.
 template <class Work>
 void AtPlaces(std::size_t size, Work work) {
-    const std::size_t step = std::max<std::size_t>(size / 400, 1);
+    const std::size_t step = std::max<std::size_t>(size / 250, 1);
     for (std::size_t at = 0; at < size; at += at < 64 || size - at <= 64 ? 1 : step)
         work(at);
 }
@@ -79,7 +79,7 @@ TEST(DocInfo, ChangedDocuments) {
     for (const scFixture& fixture : Fixtures()) {
         std::string changed = fixture.bytes;
         AtPlaces(changed.size(), [&](std::size_t at) {
-            for (const char byte : {'\0', '\xFF', static_cast<char>(fixture.bytes[at] + 1)}) {
+            for (const char byte : {'\xFF', static_cast<char>(fixture.bytes[at] + 1)}) {
                 changed[at] = byte;
                 CheckAny(changed);
             }
