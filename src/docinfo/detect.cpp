@@ -30,12 +30,8 @@ bool IsPackage(std::string_view head) {
 }
 
 constexpr scDocFormat formats[] = {
-    {UtilpIsCompound, UtilpReadOle},
-    {IsPackage, UtilpReadPackage},
-    {UtilpIsRtf, UtilpReadRtf},
-    {UtilpIsTiff, UtilpReadTiff},
-    {UtilpIsPdf, UtilpReadPdf},
-    {UtilpIsHtmlLikely, UtilpReadHtml},
+    {UtilpIsCompound, UtilpReadOle}, {IsPackage, UtilpReadPackage}, {UtilpIsRtf, UtilpReadRtf},
+    {UtilpIsTiff, UtilpReadTiff},    {UtilpIsPdf, UtilpReadPdf},    {UtilpIsHtmlLikely, UtilpReadHtml},
     {UtilpIsMail, UtilpReadMail},
 };
 

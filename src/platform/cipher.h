@@ -25,8 +25,8 @@ class clsAes {
     std::unique_ptr<scState> state_;
 };
 
-// AES in chained blocks (NIST SP 800-38A, CBC): each is laid over the one before. A key of 16, 24 or 32 bytes,
-// 16 bytes that the chain begins with.
+// AES in chained blocks (NIST SP 800-38A, CBC): each is laid over the one before. A key of 16, 24 or 32
+// bytes, 16 bytes that the chain begins with.
 class clsAesChain {
   public:
     clsAesChain(std::span<const unsigned char> key, std::span<const unsigned char> beginning);
