@@ -39,6 +39,7 @@ constexpr scSection sections[] = {
     {"pool", MeasurePool},
     {"html", MeasureHtml},
     {"regex", MeasureRegEx},
+    {"docinfo", MeasureDocInfo},
     {"zip", MeasureZip},
 };
 

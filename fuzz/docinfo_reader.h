@@ -1,6 +1,7 @@
 // What fuzzers of document readers share: whatever is found keeps the rules.
 #pragma once
 
+#include "docinfo/doc_reader.h"
 #include "require.h"
 #include "unit/docinfo_support.h"
 

@@ -2,6 +2,7 @@
 // known by how their text begins last.
 #include "docinfo/detect.h"
 
+#include "docinfo/doc_reader.h"
 #include "docinfo/html_info.h"
 #include "docinfo/mail_info.h"
 #include "docinfo/ole_info.h"

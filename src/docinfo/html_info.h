@@ -1,7 +1,7 @@
 // Properties of HTML pages: the title, and what meta elements say (HTML Living Standard, 4.2).
 #pragma once
 
-#include "docinfo/detect.h"
+#include "docinfo/doc_reader.h"
 
 namespace tvut {
 

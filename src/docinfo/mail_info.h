@@ -1,7 +1,7 @@
 // Properties of mail messages: their headers (RFC 5322).
 #pragma once
 
-#include "docinfo/detect.h"
+#include "docinfo/doc_reader.h"
 
 namespace tvut {
 

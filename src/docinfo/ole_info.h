@@ -1,7 +1,7 @@
 // Documents in compound files: their kind by the streams that they hold, their properties from two sets.
 #pragma once
 
-#include "docinfo/detect.h"
+#include "docinfo/doc_reader.h"
 
 namespace tvut {
 

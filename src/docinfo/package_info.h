@@ -1,7 +1,7 @@
 // Documents that are ZIP archives: which kind, if any.
 #pragma once
 
-#include "docinfo/detect.h"
+#include "docinfo/doc_reader.h"
 
 namespace tvut {
 

@@ -1,7 +1,7 @@
 // PDF documents: the dictionary Info, what the catalogue says, and its XMP packet where the first is silent.
 #pragma once
 
-#include "docinfo/detect.h"
+#include "docinfo/doc_reader.h"
 
 namespace tvut {
 

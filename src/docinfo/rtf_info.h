@@ -1,7 +1,7 @@
 // RTF (1.9.1): the groups \info and \*\userprops.
 #pragma once
 
-#include "docinfo/detect.h"
+#include "docinfo/doc_reader.h"
 
 namespace tvut {
 

@@ -1,7 +1,7 @@
 // TIFF (revision 6.0) and BigTIFF: tags of the first directory, and how many directories there are.
 #pragma once
 
-#include "docinfo/detect.h"
+#include "docinfo/doc_reader.h"
 
 namespace tvut {
 

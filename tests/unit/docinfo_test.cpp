@@ -4,6 +4,7 @@
 #include "docinfo/dates.h"
 #include "docinfo/document_text.h"
 #include "support/cases.h"
+#include "text/xml/xml_reader.h"
 #include "unit/docinfo_support.h"
 #include "unit/whole_file.h"
 
@@ -62,7 +63,7 @@ void CheckAny(std::string_view bytes, unsigned failingRead = 0) {
 // A few hundred places of each: the first and the last bytes, and others evenly.
 template <class Work>
 void AtPlaces(std::size_t size, Work work) {
-    const std::size_t step = std::max<std::size_t>(size / 400, 1);
+    const std::size_t step = std::max<std::size_t>(size / 250, 1);
     for (std::size_t at = 0; at < size; at += at < 64 || size - at <= 64 ? 1 : step)
         work(at);
 }
@@ -79,7 +80,7 @@ TEST(DocInfo, ChangedDocuments) {
     for (const scFixture& fixture : Fixtures()) {
         std::string changed = fixture.bytes;
         AtPlaces(changed.size(), [&](std::size_t at) {
-            for (const char byte : {'\0', '\xFF', static_cast<char>(fixture.bytes[at] + 1)}) {
+            for (const char byte : {'\xFF', static_cast<char>(fixture.bytes[at] + 1)}) {
                 changed[at] = byte;
                 CheckAny(changed);
             }
@@ -95,6 +96,113 @@ TEST(DocInfo, SourcesThatFail) {
         for (unsigned read = 1; read <= whole.reads; ++read)
             CheckAny(fixture.bytes, read);
     }
+}
+
+// ---- Large and hostile ones -----------------------------------------------------------------------
+
+// A document with so many zeros at a place.
+class clsGapDocument final : public clsRandomSource {
+  public:
+    clsGapDocument(std::string bytes, std::size_t gapAt, std::uint64_t gapBytes)
+        : bytes_(std::move(bytes)), gapAt_(gapAt), gapBytes_(gapBytes) {}
+    std::uint64_t Size() override { return bytes_.size() + gapBytes_; }
+    std::size_t ReadAt(std::uint64_t position, void* buffer, std::size_t count) override {
+        read += count;
+        for (std::size_t at = 0; at < count; ++at) {
+            const std::uint64_t place = position + at;
+            const bool isAfter = place >= gapAt_ + gapBytes_;
+            if (isAfter && place - gapBytes_ >= bytes_.size())
+                return at;
+            static_cast<char*>(buffer)[at] = isAfter ? bytes_[static_cast<std::size_t>(place - gapBytes_)]
+                                             : place >= gapAt_ ? '\0'
+                                                               : bytes_[static_cast<std::size_t>(place)];
+        }
+        return count;
+    }
+
+    std::uint64_t read = 0;
+
+  private:
+    std::string bytes_;
+    std::size_t gapAt_;
+    std::uint64_t gapBytes_;
+};
+
+std::string Fixture(const char* name) {
+    return ReadFile(std::string(TVUT22_TEST_DATA "/docinfo/") + name);
+}
+
+TEST(DocInfo, OfLargeDocumentsLittleIsRead) {
+    constexpr std::uint32_t gap = 500 * 1024 * 1024;
+    std::string docx = Fixture("docx-strict.in");
+    std::string end = docx.substr(docx.size() - 22);
+    std::uint32_t directoryAt = 0;
+    std::memcpy(&directoryAt, end.data() + 16, 4);
+    const std::size_t gapAt = directoryAt;
+    directoryAt += gap;
+    std::memcpy(docx.data() + docx.size() - 6, &directoryAt, 4);
+    struct scCase {
+        const char* name;
+        std::string bytes;
+        std::size_t gapAt;
+    };
+    for (scCase& one : std::vector<scCase>{{"docx-strict", docx, gapAt},
+                                           {"tiff-big-endian", Fixture("tiff-big-endian.in"), SIZE_MAX},
+                                           {"html-all", Fixture("html-all.in"), SIZE_MAX},
+                                           {"mail-python", Fixture("mail-python.in"), SIZE_MAX}}) {
+        one.gapAt = std::min(one.gapAt, one.bytes.size());
+        clsGapDocument document(one.bytes, one.gapAt, gap);
+        EXPECT_EQ(Properties(document), Fixture((one.name + std::string(".expected")).c_str()));
+        EXPECT_LE(document.read, 128u * 1024) << one.name;
+    }
+}
+
+std::string Repeated(std::string_view part, std::size_t count) {
+    std::string text;
+    while (count-- != 0)
+        text += part;
+    return text;
+}
+
+// Depth, numbers and lengths that would take a reader minutes, or all memory, if it believed them.
+TEST(DocInfo, HostileDocuments) {
+    const std::pair<std::string, const char*> documents[] = {
+        {"<title>" + Repeated("<", 900000), "damaged: the title does not end"},
+        {"<html " + Repeated("a ", 500000), "damaged: a tag does not end"},
+        {"<html>" + Repeated("<meta name=a content=b>", 40000), ""},
+        {"<html>" + Repeated("<!--", 200000), "damaged: a tag does not end"},
+        {"<title>" + Repeated("&", 500000) + "</title>", ""},
+        {"To: a\nFrom: " + Repeated("(", 900000), ""},
+        {"To: a\nFrom: " + Repeated("a,", 450000), ""},
+        {"To: a\nSubject: " + Repeated("=?utf-8?Q?", 90000), ""},
+        {"To: a\nSubject: " + Repeated("=?utf-8?B?QQ==?= ", 50000), ""},
+        {"To: a\n" + Repeated("Subject: b\n", 100000), "damaged: the header is too long"}};
+    for (const auto& [document, problem] : documents) {
+        clsDocInfo info;
+        clsMemoryDocument source(document);
+        EXPECT_TRUE(UtilpReadDocument(source, u"document", info)) << document.substr(0, 30);
+        EXPECT_EQ(Utf8(info.Text(DocProperty::problem)), problem) << document.substr(0, 30);
+    }
+}
+
+TEST(DocInfo, HostileXml) {
+    using Reader = clsXmlReader;
+    const auto read = [](std::string document) -> std::string {
+        try {
+            Reader xml(std::move(document));
+            while (xml.Next() != Reader::Event::finished)
+                xml.Text();
+            return "fine";
+        } catch (const clsXmlError& error) {
+            return error.what();
+        }
+    };
+    EXPECT_EQ(read(Repeated("<a>", 100000) + Repeated("</a>", 100000)), "fine");
+    EXPECT_EQ(read(Repeated("<a>", 1000000)), "elements are nested too deeply");
+    EXPECT_EQ(read("<a " + Repeated("b='' ", 100000) + "/>"), "too many attributes");
+    EXPECT_EQ(read(Repeated("<a xmlns='u'>", 100000)), "too many namespaces");
+    EXPECT_EQ(read("<!DOCTYPE a [<!ENTITY b '" + Repeated("&b;", 100000) + "'>]><a>&b;</a>"), "fine");
+    EXPECT_EQ(read("<a>" + Repeated("&#x41;", 100000) + "</a>"), "fine");
 }
 
 // ---- Values -------------------------------------------------------------------------------------
