@@ -41,6 +41,7 @@ constexpr scSection sections[] = {
     {"stack", MeasureStack},
     {"html", MeasureHtml},
     {"regex", MeasureRegEx},
+    {"docinfo", MeasureDocInfo},
     {"zip", MeasureZip},
 };
 

@@ -67,6 +67,9 @@ using job = unique_handle<UtilJob, detail::close_job>;
 // A heap. It must go before its job does.
 using heap = unique_handle<UtilHeap, detail::delete_heap>;
 
+// The properties of a document.
+using document_info = unique_handle<UtilDocInfo, UtilDocInfoClose>;
+
 // ---- Thread pools ---------------------------------------------------------------------------------
 
 namespace detail {

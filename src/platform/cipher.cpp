@@ -6,6 +6,7 @@
 #include "platform/owned.h"
 #include "platform/system_function.h"
 
+#include <algorithm>
 #include <bcrypt.h>
 
 namespace tvut {
@@ -42,6 +43,7 @@ constinit clsCall<decltype(BCryptSetProperty)> setProperty("BCryptSetProperty");
 constinit clsCall<decltype(BCryptGenerateSymmetricKey)> makeKey("BCryptGenerateSymmetricKey");
 constinit clsCall<decltype(BCryptDestroyKey)> destroyKey("BCryptDestroyKey");
 constinit clsCall<decltype(BCryptEncrypt)> encrypt("BCryptEncrypt");
+constinit clsCall<decltype(BCryptDecrypt)> decrypt("BCryptDecrypt");
 constinit clsCall<decltype(BCryptCreateHash)> createHash("BCryptCreateHash");
 constinit clsCall<decltype(BCryptDestroyHash)> destroyHash("BCryptDestroyHash");
 constinit clsCall<decltype(BCryptHashData)> hashData("BCryptHashData");
@@ -93,11 +95,16 @@ struct clsAes::scState {
     clsOwned<scKeyPolicy> key;
 };
 
+// The mode is a literal's array, with its zero.
+template <class State, std::size_t length>
+void MakeAesKey(State& state, const wchar_t (&mode)[length], std::span<const unsigned char> key) {
+    state.algorithm = Algorithm(BCRYPT_AES_ALGORITHM, 0);
+    setProperty(state.algorithm.Get(), BCRYPT_CHAINING_MODE, Data(std::wstring_view(mode)), sizeof mode, 0);
+    makeKey(state.algorithm.Get(), state.key.Receive(), nullptr, 0, Data(key), Size(key), 0);
+}
+
 clsAes::clsAes(std::span<const unsigned char> key) : state_(std::make_unique<scState>()) {
-    constexpr std::wstring_view mode = BCRYPT_CHAIN_MODE_ECB; // each block by itself
-    state_->algorithm = Algorithm(BCRYPT_AES_ALGORITHM, 0);
-    setProperty(state_->algorithm.Get(), BCRYPT_CHAINING_MODE, Data(mode), sizeof BCRYPT_CHAIN_MODE_ECB, 0);
-    makeKey(state_->algorithm.Get(), state_->key.Receive(), nullptr, 0, Data(key), Size(key), 0);
+    MakeAesKey(*state_, BCRYPT_CHAIN_MODE_ECB, key); // each block by itself
 }
 
 clsAes::~clsAes() = default;
@@ -106,6 +113,42 @@ void clsAes::EncipherBlocks(std::span<unsigned char> blocks) {
     ULONG written = 0;
     encrypt(state_->key.Get(), Data(blocks), Size(blocks), nullptr, nullptr, 0, Data(blocks), Size(blocks),
             &written, 0);
+}
+
+struct clsAesChain::scState {
+    clsAlgorithm algorithm;
+    clsOwned<scKeyPolicy> key;
+    std::array<unsigned char, 16> before; // what the next block is laid over
+};
+
+clsAesChain::clsAesChain(std::span<const unsigned char> key, std::span<const unsigned char> beginning)
+    : state_(std::make_unique<scState>()) {
+    MakeAesKey(*state_, BCRYPT_CHAIN_MODE_CBC, key);
+    std::copy_n(beginning.begin(), state_->before.size(), state_->before.begin());
+}
+
+clsAesChain::~clsAesChain() = default;
+
+void clsAesChain::Encipher(std::span<unsigned char> blocks) {
+    ULONG written = 0;
+    encrypt(state_->key.Get(), Data(blocks), Size(blocks), nullptr, Data(state_->before),
+            Size(state_->before), Data(blocks), Size(blocks), &written, 0);
+}
+
+void clsAesChain::Decipher(std::span<unsigned char> blocks) {
+    ULONG written = 0;
+    decrypt(state_->key.Get(), Data(blocks), Size(blocks), nullptr, Data(state_->before),
+            Size(state_->before), Data(blocks), Size(blocks), &written, 0);
+}
+
+void PlatformDigest(DigestKind kind, std::span<const unsigned char> data, std::span<unsigned char> digest) {
+    constexpr const wchar_t* names[] = {BCRYPT_MD5_ALGORITHM, BCRYPT_SHA256_ALGORITHM,
+                                        BCRYPT_SHA384_ALGORITHM, BCRYPT_SHA512_ALGORITHM};
+    const clsAlgorithm algorithm = Algorithm(names[static_cast<std::size_t>(kind)], 0);
+    clsOwned<scHashPolicy> hash;
+    createHash(algorithm.Get(), hash.Receive(), nullptr, 0, nullptr, 0, 0);
+    hashData(hash.Get(), Data(data), Size(data), 0);
+    finishHash(hash.Get(), Data(digest), static_cast<ULONG>(PlatformDigestBytes(kind)), 0);
 }
 
 struct clsHmacSha1::scState {

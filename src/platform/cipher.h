@@ -1,4 +1,4 @@
-// The system's cryptography: AES, HMAC-SHA1, keys from passwords, random bytes. Looked up when first needed.
+// The system's cryptography: AES, digests, keys from passwords, random bytes. Looked up when first needed.
 //
 // All throw clsException when the system cannot, std::bad_alloc without memory.
 #pragma once
@@ -24,6 +24,35 @@ class clsAes {
     struct scState;
     std::unique_ptr<scState> state_;
 };
+
+// AES in chained blocks (NIST SP 800-38A, CBC): each is laid over the one before. A key of 16, 24 or 32
+// bytes, 16 bytes that the chain begins with.
+class clsAesChain {
+  public:
+    clsAesChain(std::span<const unsigned char> key, std::span<const unsigned char> beginning);
+    clsAesChain(const clsAesChain&) = delete;
+    clsAesChain& operator=(const clsAesChain&) = delete;
+    ~clsAesChain();
+
+    // Whole blocks, in place; the chain goes on from call to call.
+    void Encipher(std::span<unsigned char> blocks);
+    void Decipher(std::span<unsigned char> blocks);
+
+  private:
+    struct scState;
+    std::unique_ptr<scState> state_;
+};
+
+// MD5 (RFC 1321), SHA-2 (FIPS 180-4).
+enum class DigestKind { md5, sha256, sha384, sha512 };
+
+constexpr std::size_t PlatformDigestBytes(DigestKind kind) {
+    constexpr std::size_t bytes[] = {16, 32, 48, 64};
+    return bytes[static_cast<std::size_t>(kind)];
+}
+
+// The digest has room for PlatformDigestBytes.
+void PlatformDigest(DigestKind kind, std::span<const unsigned char> data, std::span<unsigned char> digest);
 
 // HMAC-SHA1 (RFC 2104).
 class clsHmacSha1 {

@@ -10,13 +10,13 @@ namespace tvut {
 
 std::string_view clsSourceWindow::At(std::uint64_t position, std::size_t bytes) {
     if (Rest(position).size() < bytes)
-        Read(position, std::max(bytes, usualBytes));
+        Read(position, std::max(bytes, bytes_));
     return Rest(position).substr(0, bytes);
 }
 
 std::span<char> clsSourceWindow::Take(std::uint64_t position, std::uint64_t most) {
     if (Rest(position).empty())
-        Read(position, usualBytes);
+        Read(position, bytes_);
     const auto bytes = static_cast<std::size_t>(std::min<std::uint64_t>(Rest(position).size(), most));
     unchanged_ = position + bytes;
     return {room_.get() + static_cast<std::size_t>(position - first_), bytes};

@@ -13,7 +13,8 @@ class clsSourceWindow {
   public:
     static constexpr std::size_t usualBytes = 64 * 1024;
 
-    explicit clsSourceWindow(clsRandomSource& source) : source_(source) {}
+    explicit clsSourceWindow(clsRandomSource& source, std::size_t bytes = usualBytes)
+        : source_(source), bytes_(bytes) {}
 
     // The bytes at a position, fewer only where the source ends; they stay until the next call. Throws
     // std::bad_alloc, and clsZIPError where the source fails.
@@ -28,6 +29,7 @@ class clsSourceWindow {
     void Read(std::uint64_t position, std::size_t bytes);
 
     clsRandomSource& source_;
+    std::size_t bytes_; // that are read at a time, at least
     std::unique_ptr<char[]> room_;
     std::size_t roomBytes_ = 0;
     std::size_t filled_ = 0;

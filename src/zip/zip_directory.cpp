@@ -26,9 +26,19 @@ bool IsElsewhere(const scEndRecord& end) {
            end.entries == elsewhere16 || end.directoryBytes == elsewhere32 || end.directoryAt == elsewhere32;
 }
 
+// Most archives have no comment: a look at the last bytes is enough.
+bool EndsWithRecord(clsSourceWindow& window, std::uint64_t sourceBytes) {
+    scEndRecord record;
+    return sourceBytes >= scEndRecord::size &&
+           UtilpReadRecord(window.At(sourceBytes - scEndRecord::size, scEndRecord::size), record) &&
+           record.commentBytes == 0;
+}
+
 // The positions of end records in the last bytes of a source, the last one first; the one whose comment ends
 // with the source alone, if there is one.
 std::vector<std::uint64_t> FindEndRecords(clsSourceWindow& window, std::uint64_t sourceBytes) {
+    if (EndsWithRecord(window, sourceBytes))
+        return {sourceBytes - scEndRecord::size};
     const std::size_t bytes =
         static_cast<std::size_t>(std::min<std::uint64_t>(sourceBytes, scEndRecord::size + longestComment));
     const std::uint64_t start = sourceBytes - bytes;
@@ -167,7 +177,7 @@ void clsZipDirectory::Read(clsSourceWindow& window, std::uint64_t sourceBytes) {
 // Somebody could put thousands of end records after one large directory: what is read for all of them
 // together is bounded.
 bool clsZipDirectory::TryEachOf(clsSourceWindow& window, const std::vector<std::uint64_t>& endRecords) {
-    std::uint64_t left = 2 * largestZipDirectory;
+    std::uint64_t left = 2 * bounds_.directoryBytes;
     for (const std::uint64_t at : endRecords) {
         try {
             const std::optional<scPlace> place = PlaceBy(window, at);
@@ -184,13 +194,14 @@ bool clsZipDirectory::TryEachOf(clsSourceWindow& window, const std::vector<std::
     return false;
 }
 
-auto clsZipDirectory::PlaceBy(clsSourceWindow& window, std::uint64_t endRecordAt) -> std::optional<scPlace> {
+auto clsZipDirectory::PlaceBy(clsSourceWindow& window, std::uint64_t endRecordAt) const
+    -> std::optional<scPlace> {
     const std::optional<scEnd> end = ReadEnd(window, endRecordAt);
     if (!end)
         return {};
     UtilpRequire(end->disk == 0 && end->directoryDisk == 0 && end->entriesHere == end->entries,
                  ZipFault::severalDisks);
-    UtilpRequire(end->entries <= mostZipEntries && end->directoryBytes <= largestZipDirectory,
+    UtilpRequire(end->entries <= bounds_.entries && end->directoryBytes <= bounds_.directoryBytes,
                  ZipFault::tooManyEntries);
     if (end->directoryBytes > end->at || end->directoryAt > end->at - end->directoryBytes)
         return {};

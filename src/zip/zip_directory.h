@@ -23,6 +23,12 @@ struct scCentralHeader;
 constexpr std::uint64_t mostZipEntries = 1'000'000;
 constexpr std::uint64_t largestZipDirectory = 64 * 1024 * 1024; // bytes
 
+// How much of a directory is taken at all.
+struct scZipBounds {
+    std::uint64_t entries = mostZipEntries;
+    std::uint64_t directoryBytes = largestZipDirectory;
+};
+
 // An entry as the directory has it. 56 bytes: a listing of a million is 56 MB and their names.
 struct scZipEntry {
     enum Mark : std::uint16_t {
@@ -60,6 +66,8 @@ struct scZipEntry {
 
 class clsZipDirectory {
   public:
+    explicit clsZipDirectory(const scZipBounds& bounds = {}) : bounds_(bounds) {}
+
     // Finds the directory and reads it once. Throws clsZIPError, std::bad_alloc.
     void Read(clsSourceWindow& window, std::uint64_t sourceBytes);
 
@@ -82,7 +90,7 @@ class clsZipDirectory {
         std::uint64_t shift; // of all positions: bytes before the archive
     };
 
-    static std::optional<scPlace> PlaceBy(clsSourceWindow& window, std::uint64_t endRecordAt);
+    std::optional<scPlace> PlaceBy(clsSourceWindow& window, std::uint64_t endRecordAt) const;
     bool TryEachOf(clsSourceWindow& window, const std::vector<std::uint64_t>& endRecords);
     bool ReadAt(clsSourceWindow& window, const scPlace& place);
     bool AddEntry(const scCentralHeader& header, std::string_view record, const scPlace& place);
@@ -93,6 +101,7 @@ class clsZipDirectory {
     std::size_t NumberAt(std::size_t rank) const { return byPosition_.empty() ? rank : byPosition_[rank]; }
     bool AreSame(const scZipEntry& a, const scZipEntry& b) const;
 
+    scZipBounds bounds_;
     std::vector<scZipEntry> entries_;
     std::vector<std::uint32_t> byPosition_; // their numbers; empty while they stand in that order
     clsNameArena names_;

@@ -87,7 +87,8 @@ class clsZIPReader::clsContents {
     std::uint32_t crc_ = 0;
 };
 
-clsZIPReader::clsZIPReader(clsRandomSource& source) : source_(source), window_(source) {}
+clsZIPReader::clsZIPReader(clsRandomSource& source, const scZipBounds& bounds, std::size_t windowBytes)
+    : source_(source), window_(source, windowBytes), directory_(bounds) {}
 
 void clsZIPReader::Open() {
     std::uint64_t bytes = 0;

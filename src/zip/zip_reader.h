@@ -13,7 +13,8 @@ namespace tvut {
 class clsZIPReader {
   public:
     // The source must stay while the object does.
-    explicit clsZIPReader(clsRandomSource& source);
+    explicit clsZIPReader(clsRandomSource& source, const scZipBounds& bounds = {},
+                          std::size_t windowBytes = clsSourceWindow::usualBytes);
     clsZIPReader(const clsZIPReader&) = delete;
     clsZIPReader& operator=(const clsZIPReader&) = delete;
 

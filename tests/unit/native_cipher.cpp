@@ -1,6 +1,12 @@
-// The ciphers of the native build: of the same shape as the system's, and of no strength.
+// The ciphers of the native build: what archives need, of the same shape as the system's and of no strength;
+// what documents of other makers need, real.
 #include "platform/cipher.h"
 
+#include <nettle/aes.h>
+#include <nettle/cbc.h>
+#include <nettle/nettle-meta.h>
+
+#include <algorithm>
 #include <cstdint>
 
 namespace tvut {
@@ -40,6 +46,42 @@ void clsAes::EncipherBlocks(std::span<unsigned char> blocks) {
         for (unsigned char& byte : blocks.first(16))
             byte = mixer.Next();
     }
+}
+
+struct clsAesChain::scState {
+    const nettle_cipher& cipher;
+    std::array<unsigned char, 32> key{};
+    std::array<unsigned char, 16> before{};
+    aes256_ctx context{}; // the largest
+};
+
+clsAesChain::clsAesChain(std::span<const unsigned char> key, std::span<const unsigned char> beginning)
+    : state_(new scState{key.size() == AES256_KEY_SIZE ? nettle_aes256 : nettle_aes128}) {
+    std::ranges::copy(key, state_->key.begin());
+    std::ranges::copy(beginning, state_->before.begin());
+}
+
+clsAesChain::~clsAesChain() = default;
+
+void clsAesChain::Encipher(std::span<unsigned char> blocks) {
+    state_->cipher.set_encrypt_key(&state_->context, state_->key.data());
+    cbc_encrypt(&state_->context, state_->cipher.encrypt, 16, state_->before.data(), blocks.size(),
+                blocks.data(), blocks.data());
+}
+
+void clsAesChain::Decipher(std::span<unsigned char> blocks) {
+    state_->cipher.set_decrypt_key(&state_->context, state_->key.data());
+    cbc_decrypt(&state_->context, state_->cipher.decrypt, 16, state_->before.data(), blocks.size(),
+                blocks.data(), blocks.data());
+}
+
+void PlatformDigest(DigestKind kind, std::span<const unsigned char> data, std::span<unsigned char> digest) {
+    const nettle_hash* const hashes[] = {&nettle_md5, &nettle_sha256, &nettle_sha384, &nettle_sha512};
+    const nettle_hash& hash = *hashes[static_cast<std::size_t>(kind)];
+    const auto context = std::make_unique<std::uint64_t[]>(hash.context_size / sizeof(std::uint64_t) + 1);
+    hash.init(context.get());
+    hash.update(context.get(), data.size(), data.data());
+    hash.digest(context.get(), PlatformDigestBytes(kind), digest.data());
 }
 
 struct clsHmacSha1::scState : clsMixer {};

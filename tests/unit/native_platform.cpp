@@ -1,6 +1,6 @@
 // The platform of the native build: what the core needs of a system, without one.
 //
-// The code page is Latin-1; diagnostic lines are collected for the tests.
+// The process's code page is Latin-1, others are what they are; diagnostic lines are collected for the tests.
 #include "unit/native_platform.h"
 
 #include "platform/code_page.h"
@@ -13,8 +13,40 @@
 
 #include <cstdlib>
 #include <mutex>
+#ifdef _WIN32
+#include <windows.h>
+#else
+#include <iconv.h>
+#endif
 
 namespace tvut {
+
+namespace {
+
+constexpr unsigned processCodePage = 1252;
+
+// The number of characters; 0 for the process's code page and those that nobody knows.
+std::size_t DecodeForeign(unsigned codePage, std::string_view bytes, char16_t* characters) {
+    if (codePage == processCodePage || codePage == 0 || bytes.empty())
+        return 0;
+#ifdef _WIN32
+    return static_cast<std::size_t>(
+        MultiByteToWideChar(codePage, 0, bytes.data(), static_cast<int>(bytes.size()),
+                            reinterpret_cast<wchar_t*>(characters), static_cast<int>(bytes.size())));
+#else
+    const iconv_t converter = iconv_open("UTF-16LE", ("CP" + std::to_string(codePage)).c_str());
+    if (converter == iconv_t(-1))
+        return 0;
+    char* from = const_cast<char*>(bytes.data());
+    char* to = reinterpret_cast<char*>(characters);
+    std::size_t left = bytes.size(), room = 2 * left;
+    iconv(converter, &from, &left, &to, &room);
+    iconv_close(converter);
+    return bytes.size() - room / 2;
+#endif
+}
+
+} // namespace
 
 std::vector<std::u16string>& DiagnosticLines() {
     static std::vector<std::u16string> lines;
@@ -55,14 +87,16 @@ void UtilpReleaseCallStack(scCallStack* stack) noexcept {
     PlatformProcessHeapFree(stack);
 }
 
-std::size_t PlatformDecode(unsigned, std::string_view bytes, char16_t* characters) {
+std::size_t PlatformDecode(unsigned codePage, std::string_view bytes, char16_t* characters) {
+    if (const std::size_t length = DecodeForeign(codePage, bytes, characters))
+        return length;
     for (const char byte : bytes)
         *characters++ = static_cast<unsigned char>(byte);
     return bytes.size();
 }
 
 unsigned PlatformProcessCodePage() noexcept {
-    return 1252;
+    return processCodePage;
 }
 
 unsigned PlatformOemCodePage() noexcept {

@@ -27,5 +27,6 @@ class IclsCommand {
 std::unique_ptr<IclsCommand> MakeZipCommand();   // zip_command.cpp
 std::unique_ptr<IclsCommand> MakeUnzipCommand(); // unzip_command.cpp
 std::unique_ptr<IclsCommand> MakeListCommand();  // list_command.cpp
+std::unique_ptr<IclsCommand> MakeInfoCommand();  // info_command.cpp
 
 } // namespace tool::tvut
