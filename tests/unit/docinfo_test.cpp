@@ -148,6 +148,7 @@ TEST(DocInfo, OfLargeDocumentsLittleIsRead) {
     };
     for (scCase& one : std::vector<scCase>{{"docx-strict", docx, gapAt},
                                            {"tiff-big-endian", Fixture("tiff-big-endian.in"), SIZE_MAX},
+                                           {"msg-wide", Fixture("msg-wide.in"), SIZE_MAX},
                                            {"html-all", Fixture("html-all.in"), SIZE_MAX},
                                            {"mail-python", Fixture("mail-python.in"), SIZE_MAX}}) {
         one.gapAt = std::min(one.gapAt, one.bytes.size());
