@@ -92,7 +92,8 @@ class clsMember {
 
 // ---- What it leaves --------------------------------------------------------------------------------
 
-// Every line begins with a stamp and ends; those of the threads are as long as they say.
+// Every line begins with a stamp and ends; those of the threads are as long as they say. Frames of reports,
+// which have an offset, may name templates.
 void CheckLog(clsRun& run) {
     static const std::regex stamped(
         R"((?:CROWD   : )?\d\d:\d\d:\d\d\.\d{3} [0-9a-f]{8}/[0-9a-f]{2} \d  ( *)(<(\d) (\d+) (\.*) (\d)>)?[^]*)");
@@ -101,9 +102,10 @@ void CheckLog(clsRun& run) {
     for (std::size_t end; (end = all.find("\r\n", at)) != std::string::npos; at = end + 2) {
         const std::string line = all.substr(at, end - at);
         std::smatch match;
-        const bool whole = std::regex_match(line, match, stamped) &&
-                           (line.find('<') == std::string::npos ||
-                            (match[3] == match[6] && std::stol(match[4]) == match[5].length()));
+        const bool whole =
+            std::regex_match(line, match, stamped) &&
+            (line.find('<') == std::string::npos || line.find("+0x") != std::string::npos ||
+             (match[2].matched && match[3] == match[6] && std::stol(match[4]) == match[5].length()));
         run.Require(whole, "torn line: " + line.substr(0, 120));
         run.Count("lines");
     }

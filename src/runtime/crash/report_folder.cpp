@@ -7,6 +7,7 @@
 #include "platform/long_path.h"
 #include "platform/owned.h"
 #include "platform/wide.h"
+#include "runtime/diagnostics.h"
 
 #include <algorithm>
 #include <functional>
@@ -80,7 +81,9 @@ bool clsReportFolder::Make() const {
         return false;
     MakeFolders(path_);
     // Of this process alone: others may make theirs at the same moment.
-    const std::wstring trial = path_ + L"\\" + std::to_wstring(GetCurrentProcessId()) + L".trial";
+    const std::u16string name(
+        clsDiagnosticLine().Put(u"\\").PutHex(GetCurrentProcessId(), 8).Put(u".trial").View());
+    const std::wstring trial = path_ + ToWide(name.c_str());
     const clsFileHandle file(CreateFileW(PlatformLongPath(trial).c_str(), GENERIC_WRITE | DELETE, 0, nullptr,
                                          CREATE_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
     return static_cast<bool>(file);
