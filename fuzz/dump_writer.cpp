@@ -51,7 +51,7 @@ class clsDumpCase {
         clsMemorySink sink;
         if (!writer.Write(sink) || sink.written.size() != size)
             return "the dump has another size than it was measured";
-        clsMemorySink small(choices_.Below(65536) % size);
+        clsMemorySink small(static_cast<std::size_t>(choices_.Below(65536) % size));
         if (writer.Write(small) || small.written != sink.written.substr(0, small.written.size()))
             return "a sink without room was not seen";
         const clsDumpReader dump(sink.written);

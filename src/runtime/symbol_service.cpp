@@ -1,4 +1,5 @@
-// Copies of the library in one process share the service, and take turns by a mutex that they find by its name.
+// Copies of the library in one process share the service, and take turns by a mutex that they find by its
+// name.
 #include "runtime/symbol_service.h"
 
 #include "platform/critical_section.h"

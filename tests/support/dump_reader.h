@@ -24,7 +24,7 @@ class clsDumpReader {
     std::string_view Bytes(std::uint64_t position, std::uint64_t bytes) const {
         if (position > file_.size() || bytes > file_.size() - position)
             throw std::runtime_error("beyond the end");
-        return file_.substr(position, bytes);
+        return file_.substr(static_cast<std::size_t>(position), static_cast<std::size_t>(bytes));
     }
     std::string_view Bytes(scDumpLocation location) const { return Bytes(location.position, location.bytes); }
     std::string_view Bytes(DumpStream stream) const {

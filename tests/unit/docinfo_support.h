@@ -19,8 +19,9 @@ class clsMemoryDocument final : public clsRandomSource {
     std::size_t ReadAt(std::uint64_t position, void* buffer, std::size_t count) override {
         if (++reads == failingRead_)
             throw clsException("document cannot be read", reason::readFault);
-        const std::size_t given =
-            position >= bytes_.size() ? 0 : bytes_.copy(static_cast<char*>(buffer), count, position);
+        const std::size_t given = position >= bytes_.size() ? 0
+                                                            : bytes_.copy(static_cast<char*>(buffer), count,
+                                                                          static_cast<std::size_t>(position));
         read += given;
         return given;
     }

@@ -53,8 +53,9 @@ void CheckAny(std::string_view bytes, unsigned failingRead = 0) {
     clsMemoryDocument document(bytes, failingRead);
     clsDocInfo info;
     try {
-        if (!UtilpReadDocument(document, u"document", info))
+        if (!UtilpReadDocument(document, u"document", info)) {
             EXPECT_EQ(info.Names(), u"");
+        }
     } catch (const clsException&) {
         EXPECT_NE(failingRead, 0u);
     }

@@ -36,8 +36,8 @@ TEST(Notes, HaveRoomForSoManyOfSuchLength) {
     static clsNotes notes;
     std::u16string expected;
     for (std::size_t i = 0; i < clsNotes::most; ++i) {
-        const std::u16string name =
-            static_cast<char16_t>(u'0' + i) + std::u16string(scNote::longestName - 1, u'n');
+        std::u16string name(scNote::longestName, u'n');
+        name[0] = static_cast<char16_t>(u'0' + i);
         const std::u16string value(scNote::longestValue, static_cast<char16_t>(u'0' + i));
         EXPECT_EQ(notes.Set(name + u"too long", value + u"too long"), UtilResult::ok);
         expected += (i == 0 ? u"" : u"\n") + name + u"=" + value;

@@ -81,9 +81,11 @@ bool clsReportFolder::Make() const {
         return false;
     MakeFolders(path_);
     // Of this process alone: others may make theirs at the same moment.
-    const std::u16string name(
-        clsDiagnosticLine().Put(u"\\").PutHex(GetCurrentProcessId(), 8).Put(u".trial").View());
-    const std::wstring trial = path_ + ToWide(name.c_str());
+    clsDiagnosticLine name;
+    name.Put(u"\\").PutHex(GetCurrentProcessId(), 8).Put(u".trial");
+    std::wstring trial = path_;
+    for (const char16_t unit : name.View())
+        trial += static_cast<wchar_t>(unit);
     const clsFileHandle file(CreateFileW(PlatformLongPath(trial).c_str(), GENERIC_WRITE | DELETE, 0, nullptr,
                                          CREATE_ALWAYS, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
     return static_cast<bool>(file);
