@@ -4,6 +4,7 @@
 
 #include "choices.h"
 #include "require.h"
+#include "support/frame_table_image.h"
 #include "support/process_picture.h"
 
 #include <vector>
@@ -12,7 +13,8 @@ using namespace tvut;
 
 namespace {
 
-constexpr std::uint32_t stackBegin = 0x00200000, codeBegin = 0x00400000, pageSize = 4096;
+constexpr std::uint32_t stackBegin = 0x00200000, imageBegin = 0x003FE000, pageSize = 4096;
+constexpr std::uint32_t codeBegin = imageBegin + imageCodeAt, imageBytes = 3 * pageSize;
 
 // Calls of all forms, and bytes that only look like one.
 constexpr std::string_view calls[] = {{"\xE8\x00\x00\x00\x00", 5},
@@ -65,11 +67,29 @@ std::string Stack(clsChoices& choices, const std::vector<std::uint32_t>& returns
     return stack;
 }
 
+// A table of a few functions, their programs made of what compilers write and of any bytes.
+std::string Image(clsChoices& choices) {
+    constexpr std::string_view steps[] = {"\x41",     "\x48",     "\x0E\x08",
+                                          "\x0E\x20", "\x85\x02", "\x0D\x05",
+                                          "\x0A",     "\x0B",     "\x0F\x03\x75\x70\x06"};
+    std::vector<scTableFunction> functions;
+    for (std::uint32_t begin = imageCodeAt; functions.size() < choices.Below(4); begin += 128) {
+        std::string program;
+        for (unsigned left = choices.Below(8); left > 0; --left) {
+            const unsigned step = choices.Below(std::size(steps) + 1);
+            program += step < std::size(steps) ? std::string(steps[step])
+                                               : std::string(1, static_cast<char>(choices.Below(256)));
+        }
+        functions.push_back({begin, 128, program});
+    }
+    return FrameTableImage(functions);
+}
+
 // Whether a call ends there, told the other way round: from where each form of it begins.
-bool IsAfterCall(const std::string& code, std::uint32_t address) {
-    if (address - codeBegin > code.size())
+bool IsAfterCall(const std::string& image, std::uint32_t address) {
+    if (address - imageBegin > image.size())
         return false;
-    const std::string before = code.substr(0, address - codeBegin);
+    const std::string before = image.substr(0, address - imageBegin);
     const auto ends = [&](std::size_t length, auto isCall) {
         return before.size() >= 7 &&
                isCall(reinterpret_cast<const std::uint8_t*>(before.data()) + before.size() - length);
@@ -80,7 +100,7 @@ bool IsAfterCall(const std::string& code, std::uint32_t address) {
     bool found = ends(5, [&](const std::uint8_t* at) {
         std::uint32_t distance = 0;
         std::memcpy(&distance, at + 1, sizeof distance);
-        return at[0] == 0xE8 && address + distance - codeBegin < pageSize;
+        return at[0] == 0xE8 && address + distance - imageBegin < imageBytes;
     });
     const auto hasScale = [](const std::uint8_t* at) { return (at[1] & 7) == 4; };
     found |= ends(2, [&](const std::uint8_t* at) {
@@ -109,19 +129,20 @@ const char* FaultOf(clsChoices choices) {
                             stackBegin + choices.Below(2 * pageSize),
                             stackBegin + choices.Below(2 * pageSize),
                             choices.Below(2) == 0 ? 0 : stackBegin + choices.Below(16384)};
-    const std::string code = Code(choices, returns);
-    memory.Add(codeBegin, pageSize, MemoryKind::code, std::string(code).append(pageSize, '\x90'));
+    std::string image = Image(choices) + Code(choices, returns);
+    image.resize(imageBytes, '\x90');
+    memory.Add(imageBegin, imageBytes, MemoryKind::code, image);
     memory.Add(stackBegin, 2 * pageSize, MemoryKind::data, Stack(choices, returns));
     std::array<scFrame, 64> frames;
     const std::size_t count = UtilpWalkFrames(memory, start, frames);
     if (count == 0 || frames[0].address != start.eip || frames[0].isGuess)
         return "a walk begins elsewhere";
     for (std::size_t i = 1; i < count; ++i) {
-        if (frames[i].address - codeBegin >= pageSize)
+        if (frames[i].address - imageBegin >= imageBytes)
             return "a frame is in no code";
         if (frames[i - 1].isGuess && !frames[i].isGuess)
             return "what follows a guess is sure";
-        if (frames[i].isGuess && (i == 1 || !frames[i - 1].isGuess) && !IsAfterCall(code, frames[i].address))
+        if (frames[i].isGuess && (i == 1 || !frames[i - 1].isGuess) && !IsAfterCall(image, frames[i].address))
             return "a guess without a call";
     }
     std::array<scFrame, 64> fewer;

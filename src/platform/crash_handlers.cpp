@@ -4,9 +4,14 @@
 #include "platform/crash_handlers.h"
 
 #include "platform/bare_system.h"
+#include "platform/loaded_modules.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
+#include <cstring>
+#include <string_view>
+#include <utility>
 
 namespace tvut {
 
@@ -24,16 +29,16 @@ const auto ignored = reinterpret_cast<SignalHandler>(std::intptr_t{1});
 
 // After an invalid parameter the system's own runtime goes on, so a handler there would end programs that
 // work.
-constexpr std::array runtimeNames{
-    L"msvcrt.dll",   L"msvcrtd.dll",   L"ucrtbase.dll", L"ucrtbased.dll", L"msvcr70.dll",  L"msvcr70d.dll",
-    L"msvcr71.dll",  L"msvcr71d.dll",  L"msvcr80.dll",  L"msvcr80d.dll",  L"msvcr90.dll",  L"msvcr90d.dll",
-    L"msvcr100.dll", L"msvcr100d.dll", L"msvcr110.dll", L"msvcr110d.dll", L"msvcr120.dll", L"msvcr120d.dll",
+constexpr std::array<std::string_view, 18> runtimeNames{
+    "msvcrt.dll",   "msvcrtd.dll",   "ucrtbase.dll", "ucrtbased.dll", "msvcr70.dll",  "msvcr70d.dll",
+    "msvcr71.dll",  "msvcr71d.dll",  "msvcr80.dll",  "msvcr80d.dll",  "msvcr90.dll",  "msvcr90d.dll",
+    "msvcr100.dll", "msvcr100d.dll", "msvcr110.dll", "msvcr110d.dll", "msvcr120.dll", "msvcr120d.dll",
 };
 constexpr std::size_t systemRuntime = 0;
 static_assert(runtimeNames.size() <= clsLoadedRuntimes::most);
 
 struct scHooked {
-    HMODULE module = nullptr; // null: nothing was set there
+    std::atomic<HMODULE> module{nullptr}; // null: nothing was set there
     SignalHandler abortBefore = nullptr;
     bool pureCall = false;
     bool invalidParameter = false;
@@ -105,7 +110,7 @@ SignalHandler AbortBefore(std::uintptr_t address) noexcept {
     if (!PlatformBareRegion(GetCurrentProcess(), reinterpret_cast<const void*>(address), region))
         return nullptr;
     for (const scHooked& hook : hooked)
-        if (hook.module && hook.module == region.AllocationBase)
+        if (const HMODULE module = hook.module.load(); module && module == region.AllocationBase)
             return hook.abortBefore;
     return nullptr;
 }
@@ -141,9 +146,11 @@ Result CallAs(FARPROC function, Arguments... arguments) noexcept {
 }
 
 void Hook(scHooked& hook, const clsLoadedRuntimes::scRuntime& runtime) noexcept {
-    if (!runtime.module || hook.module == runtime.module)
+    if (!runtime.library || hook.module.load() == runtime.library.Get())
         return;
-    hook = {.module = runtime.module};
+    hook.abortBefore = nullptr;
+    hook.pureCall = hook.invalidParameter = false;
+    hook.module = runtime.library.Get();
     if (runtime.signal)
         hook.abortBefore = CallAs<SignalHandler, int, SignalHandler>(runtime.signal, abortSignal, OnAbort);
     if (runtime.setPureCall) {
@@ -161,7 +168,7 @@ void Hook(scHooked& hook, const clsLoadedRuntimes::scRuntime& runtime) noexcept 
 
 // Whoever has set another handler meanwhile keeps it.
 void Unhook(scHooked& hook, const clsLoadedRuntimes::scRuntime& runtime) noexcept {
-    if (!hook.module || hook.module != runtime.module)
+    if (!runtime.library || hook.module.load() != runtime.library.Get())
         return;
     if (runtime.signal && hook.abortBefore != noHandler) {
         const auto now =
@@ -177,7 +184,14 @@ void Unhook(scHooked& hook, const clsLoadedRuntimes::scRuntime& runtime) noexcep
     if (hook.invalidParameter &&
         CallAs<InvalidParameterHandler>(runtime.getInvalidParameter) == OnInvalidParameter)
         CallAs<InvalidParameterHandler, InvalidParameterHandler>(runtime.setInvalidParameter, nullptr);
-    hook = {};
+}
+
+// The number of a runtime by the name it was linked with; that of all of them for any other library.
+std::size_t NumberOf(std::string_view name) noexcept {
+    const auto isSame = [name](std::string_view runtime) {
+        return runtime.size() == name.size() && _strnicmp(runtime.data(), name.data(), name.size()) == 0;
+    };
+    return static_cast<std::size_t>(std::ranges::find_if(runtimeNames, isSame) - runtimeNames.begin());
 }
 
 void TakeFilter() noexcept {
@@ -188,20 +202,36 @@ void TakeFilter() noexcept {
 
 } // namespace
 
-clsLoadedRuntimes::clsLoadedRuntimes() noexcept {
-    for (std::size_t i = 0; i < runtimeNames.size(); ++i) {
-        scRuntime& runtime = runtimes_[i];
-        runtime.module = GetModuleHandleW(runtimeNames[i]);
-        if (!runtime.module)
-            continue;
-        runtime.signal = GetProcAddress(runtime.module, "signal");
-        runtime.setPureCall = GetProcAddress(runtime.module, "_set_purecall_handler");
-        if (i == systemRuntime)
-            continue;
-        runtime.getInvalidParameter = GetProcAddress(runtime.module, "_get_invalid_parameter_handler");
-        if (runtime.getInvalidParameter)
-            runtime.setInvalidParameter = GetProcAddress(runtime.module, "_set_invalid_parameter_handler");
+clsLoadedRuntimes::clsLoadedRuntimes(RuntimesAsked asked) noexcept {
+    if (asked == RuntimesAsked::withHandlers) {
+        for (const scHooked& hook : hooked)
+            if (const HMODULE module = hook.module.load())
+                TakeFrom(module);
+        return;
     }
+    clsImagesInMemory images;
+    while (const void* const base = images.Next())
+        TakeFrom(base);
+}
+
+// Of two that have the same name the one with our handlers stays, or else the first.
+void clsLoadedRuntimes::TakeFrom(const void* base) noexcept {
+    clsLibrary library = PlatformLibraryAt(base);
+    const std::size_t number = library ? NumberOf(PlatformLinkedName(library)) : runtimeNames.size();
+    if (number == runtimeNames.size())
+        return;
+    scRuntime& runtime = runtimes_[number];
+    if (runtime.library && hooked[number].module.load() != base)
+        return;
+    runtime = {.library = std::move(library)};
+    const auto function = [&](const char* name) { return GetProcAddress(runtime.library.Get(), name); };
+    runtime.signal = function("signal");
+    runtime.setPureCall = function("_set_purecall_handler");
+    if (number == systemRuntime)
+        return;
+    runtime.getInvalidParameter = function("_get_invalid_parameter_handler");
+    if (runtime.getInvalidParameter)
+        runtime.setInvalidParameter = function("_set_invalid_parameter_handler");
 }
 
 void PlatformInstallCrashHandlers(const clsLoadedRuntimes& runtimes, CrashTaker take) noexcept {
@@ -222,6 +252,8 @@ void PlatformRemoveCrashHandlers(const clsLoadedRuntimes& runtimes) noexcept {
         SetUnhandledExceptionFilter(now);
     for (std::size_t i = 0; i < hooked.size(); ++i)
         Unhook(hooked[i], runtimes[i]);
+    for (scHooked& hook : hooked) // a runtime that was unloaded has taken ours with it
+        hook.module = nullptr;
     taker = nullptr;
 }
 

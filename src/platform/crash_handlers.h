@@ -2,6 +2,8 @@
 // the handlers of the C runtimes, of which each module of a process may have one of its own.
 #pragma once
 
+#include "platform/owned.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <windows.h>
@@ -17,14 +19,16 @@ using CrashTaker = void (*)(CrashKind kind, EXCEPTION_POINTERS* exception);
 // The code of an abort and its kin, whose record is made here.
 constexpr DWORD runtimeAbortCode = 0x40000015;
 
-// The C runtimes that are loaded. Asks the loader, so the object is made before a lock is taken that a caller
-// within the loader may wait for.
+enum class RuntimesAsked : std::uint8_t { all, withHandlers }; // those that have ours
+
+// The C runtimes that are loaded, which stay so as long as the object is there. Asks the loader, so the
+// object is made before a lock is taken that a caller within the loader may wait for, and goes after that.
 class clsLoadedRuntimes {
   public:
-    clsLoadedRuntimes() noexcept;
+    explicit clsLoadedRuntimes(RuntimesAsked asked) noexcept;
 
     struct scRuntime {
-        HMODULE module = nullptr; // null: not loaded
+        clsLibrary library; // none: not loaded
         FARPROC signal = nullptr;
         FARPROC setPureCall = nullptr;
         FARPROC getInvalidParameter =
@@ -35,6 +39,8 @@ class clsLoadedRuntimes {
     const scRuntime& operator[](std::size_t i) const noexcept { return runtimes_[i]; }
 
   private:
+    void TakeFrom(const void* base) noexcept;
+
     scRuntime runtimes_[most];
 };
 

@@ -90,4 +90,12 @@ struct scRegistryKeyPolicy {
 };
 using clsRegistryKey = clsOwned<scRegistryKeyPolicy>;
 
+// A library that is not unloaded as long as the object is there.
+struct scLibraryPolicy {
+    using Value = HMODULE;
+    static Value None() noexcept { return nullptr; }
+    static void Close(Value value) noexcept { FreeLibrary(value); }
+};
+using clsLibrary = clsOwned<scLibraryPolicy>;
+
 } // namespace tvut

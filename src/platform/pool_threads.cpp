@@ -27,13 +27,6 @@ struct scWorkPolicy {
     static void Close(Value value) noexcept { CloseThreadpoolWork(value); }
 };
 
-struct scLibraryPolicy {
-    using Value = HMODULE;
-    static Value None() noexcept { return nullptr; }
-    static void Close(Value value) noexcept { FreeLibrary(value); }
-};
-using clsLibrary = clsOwned<scLibraryPolicy>;
-
 // The library that this code is in.
 clsLibrary OwnLibrary() noexcept {
     clsLibrary library;

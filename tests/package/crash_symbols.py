@@ -11,7 +11,7 @@ NM = "i686-w64-mingw32-nm"
 
 # What the thread runs; the rest of the library it may not reach.
 OBJECTS = ["platform/bare_system", "platform/guarded", "runtime/crash/bare_*", "runtime/crash/crash_*",
-           "runtime/crash/dump_*", "runtime/crash/frame_walk", "runtime/crash/hand_over", "runtime/crash/live_process",
+           "runtime/crash/dump_*", "runtime/crash/frame_*", "runtime/crash/hand_over", "runtime/crash/live_process",
            "runtime/crash/module_names", "runtime/crash/module_walk", "runtime/crash/notes",
            "runtime/crash/process_notes", "runtime/crash/system_facts", "runtime/diagnostic_line",
            "runtime/frame_line", "runtime/symbols/*"]

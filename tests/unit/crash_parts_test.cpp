@@ -1,7 +1,9 @@
 // What a crash is described with: the report's text, lines of frames, walks over stacks, modules in memory.
 #include "runtime/crash/crash_report.h"
+#include "runtime/crash/frame_tables.h"
 #include "runtime/crash/frame_walk.h"
 #include "runtime/frame_line.h"
+#include "support/frame_table_image.h"
 #include "support/process_picture.h"
 
 #include <gtest/gtest.h>
@@ -187,6 +189,140 @@ TEST(FrameWalk, FollowsTheChainAndThenSearches) {
     clsProcessPicture nothing;
     std::array<scFrame, 4> frames;
     EXPECT_EQ(UtilpWalkFrames(nothing, {1, 0xFFFFFFFF, 0xFFFFFFFF, 0}, frames), 1u);
+}
+
+// ---- Tables of frames -----------------------------------------------------------------------------
+
+constexpr std::uint32_t esp = stackBegin + 0x400, ebp = stackBegin + 0x600;
+
+// A stack where each word is the address 0x100 above its own, and an image.
+clsProcessPicture TablePicture(std::string image) {
+    clsProcessPicture memory;
+    std::string stack;
+    for (std::uint32_t word = stackBegin + 0x100; word < stackBegin + 0x100 + pageSize; word += sizeof word)
+        stack.append(reinterpret_cast<const char*>(&word), sizeof word);
+    memory.Add(stackBegin, pageSize, MemoryKind::data, stack);
+    image.resize(3 * pageSize, '\x90');
+    memory.Add(codeBegin, 3 * pageSize, MemoryKind::code, image);
+    return memory;
+}
+
+// Where the function at the image's code, of 32 bytes, has its caller.
+bool Leave(const std::string& image, std::uint32_t at, scFrameRegisters& registers) {
+    clsProcessPicture memory = TablePicture(image);
+    clsFrameTables tables(memory);
+    registers = {codeBegin + imageCodeAt + at, esp, ebp};
+    return tables.Leave(registers);
+}
+
+#define PROGRAM(text) std::string(text, sizeof text - 1)
+
+TEST(FrameTables, TellWhereCallersAre) {
+    constexpr std::uint32_t stored = ebp - 16 + 0x100, none = 0;
+    const struct {
+        std::string program;
+        std::uint32_t at, frame, ebp; // frame: esp of the caller; none: it is not told
+    } cases[] = {
+        {"", 0, esp + 4, ebp},
+        {"", 31, esp + 4, ebp},
+        {"", 32, none, 0},
+        {"\x41\x0E\x08\x85\x02", 0, esp + 4, ebp}, // push ebp
+        {"\x41\x0E\x08\x85\x02", 1, esp + 8, esp + 0x100},
+        {"\x0C\x05\x08\x85\x02", 0, ebp + 8, ebp + 0x100},
+        {"\x0E\x08\x0D\x05", 0, ebp + 8, ebp},
+        {"\x0E\x20\x0A\x41\x0E\x04\x41\x0B", 1, esp + 4, ebp}, // remember, restore
+        {"\x0E\x20\x0A\x41\x0E\x04\x41\x0B", 2, esp + 0x20, ebp},
+        {"\x85\x02\x41\xC5", 1, esp + 4, ebp},
+        {"\x85\x02\x41\x06\x05", 1, esp + 4, ebp},
+        {"\x85\x02\x08\x05", 0, esp + 4, ebp},
+        {"\x02\x10\x0E\x08", 15, esp + 4, ebp},
+        {"\x02\x10\x0E\x08", 16, esp + 8, ebp},
+        {PROGRAM("\x03\x10\x00\x0E\x08"), 16, esp + 8, ebp},
+        {PROGRAM("\x04\x10\x00\x00\x00\x0E\x08"), 16, esp + 8, ebp},
+        {PROGRAM("\x04\xFF\xFF\xFF\xFF\x0E\x08"), 31, esp + 4, ebp},
+        {"\x2E\x84\x01\x0E\x84\x01", 0, esp + 0x84, ebp},
+        {"\x05\x05\x02", 0, esp + 4, esp - 4 + 0x100},
+        {"\x11\x05\x02", 0, esp + 4, esp - 4 + 0x100},
+        {"\x11\x05\x7E", 0, esp + 4, esp + 12 + 0x100},
+        {"\x0F\x03\x75\x70\x06", 0, stored, ebp}, // stands at ebp-16
+        {"\x0F\x02\x74\x08", 0, esp + 8, ebp},
+        {PROGRAM("\x10\x05\x02\x75\x00"), 0, esp + 4, ebp + 0x100},
+        {PROGRAM("\x10\x03\x02\x75\x00"), 0, esp + 4, ebp},
+        {"\x07\x05", 0, esp + 4, 0},
+        {"\x10\x05\x01\x50", 0, esp + 4, 0}, // other expressions
+        {"\x0F\x01\x9C", 0, none, 0},
+        {"\x0F\xFF\xFF\xFF\xFF\x0F", 0, none, 0},
+        {PROGRAM("\x0C\x01\x00"), 0, none, 0}, // ecx, which nobody knows
+        {"\x07\x08", 0, none, 0},              // no caller
+        {"\x0E\xFF\x7F", 0, none, 0},          // beyond the stack
+        {"\x0B", 0, none, 0},
+        {"\n\n\n\n\n\n\n\n\n", 0, none, 0},
+        {"\x3F", 0, none, 0},
+        {"\x02", 0, none, 0}, // ends within a step
+    };
+    for (const auto& one : cases) {
+        const std::vector<scTableFunction> functions{{imageCodeAt + 64, 32, "\x3F"},
+                                                     {imageCodeAt, 32, one.program}};
+        scFrameRegisters registers;
+        ASSERT_EQ(Leave(FrameTableImage(functions), one.at, registers), one.frame != none)
+            << testing::PrintToString(one.program);
+        if (one.frame == none)
+            continue;
+        EXPECT_EQ(registers.esp, one.frame) << testing::PrintToString(one.program);
+        EXPECT_EQ(registers.eip, one.frame - 4 + 0x100) << testing::PrintToString(one.program);
+        EXPECT_EQ(registers.ebp, one.ebp) << testing::PrintToString(one.program);
+    }
+}
+
+TEST(FrameTables, ReadWhatCompilersBeginThemWith) {
+    const std::string program = "\x0C\4\4\x88\1";
+    const std::vector<scTableFunction> functions{{imageCodeAt, 32, "\x0E\x08"}};
+    const std::string head(4, '\0');
+    const std::pair<std::string, bool> cases[] = {
+        {head + PROGRAM("\1zPLR\0\1\x7C\x08\7\x9B\0\0\0\0\x1B\x1B") + program, true},
+        {head + PROGRAM("\3zR\0\1\x7C\x88\0\1\x1B") + program, true},
+        {head + PROGRAM("\1zR\0\1\x7C\x08\1\0") + program, false},    // other addresses,
+        {head + PROGRAM("\1zR\0\1\x7C\x08\1\x1A") + program, false},  // of two bytes,
+        {head + PROGRAM("\1zXR\0\1\x7C\x08\1\x1B") + program, false}, // something new,
+        {head + PROGRAM("\1zR\0\1\x7C\x07\1\x1B") + program, false},  // another processor
+        {head + PROGRAM("\2zR\0\1\x7C\x08\1\x1B") + program, false},
+    };
+    for (const auto& [common, isRead] : cases) {
+        scFrameRegisters registers;
+        EXPECT_EQ(Leave(FrameTableImage(functions, common), 0, registers), isRead)
+            << testing::PrintToString(common);
+        EXPECT_EQ(registers.esp, isRead ? esp + 8 : esp);
+    }
+}
+
+TEST(FrameTables, BelieveNothingDamaged) {
+    const std::string image =
+        FrameTableImage({{imageCodeAt, 32, "\x41\x0E\x08\x85\x02\x0F\x03\x75\x70\x06"}});
+    scFrameRegisters registers;
+    for (std::size_t at = 0; at < tableAt + 80; at = at == 0x200 ? tableAt : at + 1) {
+        for (const char byte : {'\x00', '\x01', '\x7F', '\x80', '\xFF'})
+            Leave(std::string(image).replace(at, 1, 1, byte), 1, registers);
+        Leave(image.substr(0, at), 1, registers);
+    }
+}
+
+// A function without a frame pointer calls another one; who called it has one.
+TEST(FrameWalk, LeavesFramelessFunctionsByTheirTable) {
+    std::string image = FrameTableImage({{imageCodeAt, 0x100, "\x0E\x20"}});
+    image.resize(3 * pageSize, '\x90');
+    for (const unsigned at : {0x80u, 0x200u, 0x300u})
+        image.replace(imageCodeAt + at - 2, 2, "\xFF\xD0");
+    clsProcessPicture memory;
+    memory.Add(codeBegin, 3 * pageSize, MemoryKind::code, image);
+    std::string stack(pageSize, '\0');
+    const std::uint32_t code = codeBegin + imageCodeAt;
+    for (const auto& [at, word] : {std::pair(0x1Cu, code + 0x80), std::pair(0x3Cu, code + 0x200),
+                                   std::pair(0xF00u, stackBegin + 0xF80), std::pair(0xF04u, code + 0x300)})
+        std::memcpy(&stack[at], &word, sizeof word);
+    memory.Add(stackBegin, pageSize, MemoryKind::data, stack);
+    std::vector<scFrame> frames(8);
+    frames.resize(UtilpWalkFrames(memory, {code + 0x10, stackBegin, stackBegin + 0xF00, 0}, frames));
+    EXPECT_EQ(Text(frames), "402010 402080 402200 402300 ");
 }
 
 // An image of one page with a version and a debug record.

@@ -137,9 +137,8 @@ constexpr scRow rows[] = {
     {"main", "raise", 0xE0001234, 0xE0001234, "exception", "", "CrashRaise", 2},
     {"main", "abort", aborted, 3, "abort", "", "CrashAbort", 3},
     {"job", "abort", aborted, 3, "abort", "", "CrashAbort", 3},
-    // The compiler's own runtime keeps no frame pointers, so the frame of who calls it is not in the chain.
-    {"main", "terminate", aborted, 3, "abort", "", "wmain", 5},
-    {"main", "throw", aborted, 3, "abort", "", "wmain", 5},
+    {"main", "terminate", aborted, 3, "abort", "", "CrashTerminate", 6},
+    {"main", "throw", aborted, 3, "abort", "", "CrashThrow", 7},
     {"main", "locked", violation, violation, "access violation", "write", "CrashWrite", 1},
     {"main", "overwritten", violation, violation, "access violation", "write", "CrashWrite", 1},
     {"main", "twice", violation, violation, "access violation", "write", "CrashWrite", 1},

@@ -27,6 +27,10 @@ def faults_of_yaml(path):
         yield "memory"
 
 
+# Out of the compiler's runtime, which keeps no frame pointers, the debugger's way misses who calls it.
+BY_THE_CHAIN = {"CrashTerminate": "wmain", "CrashThrow": "wmain"}
+
+
 def backtraces(paths, programs):
     """One run of the debugger; its answers in the order of the dumps."""
     command = ["lldb-14", "--no-lldbinit", "--batch", "-o", f"settings set target.exec-search-paths {programs}"]
@@ -44,7 +48,8 @@ def main(folder, programs):
     for path, trace in zip(paths, backtraces(paths, programs), strict=True):
         faults = list(faults_of_yaml(path))
         frames = re.findall(r"frame #\d+: .*", trace)
-        if not any(re.search(rf"`.*{path.stem.split('-')[2]}\(", frame) for frame in frames[:9]):
+        function = path.stem.split("-")[2]
+        if not any(re.search(rf"`.*{BY_THE_CHAIN.get(function, function)}\(", frame) for frame in frames[:9]):
             faults.append("function")
         # Through modules without symbols, and the loader's own frames, the debugger has no way.
         if "wmain(" in trace and not re.search(r"kernel32\.dll|ntdll\.dll", "".join(frames[-4:])):

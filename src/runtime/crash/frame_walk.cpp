@@ -1,3 +1,6 @@
+// A function that its module's table of frames tells of is left by that, as such code need not keep a frame
+// pointer; others by the chain.
+//
 // A frame of the chain is two words on the stack: the caller's frame pointer and the return address. The
 // chain must run towards the stack's end and its return addresses into code, so damage ends it and it cannot
 // turn round. It is whole when it ends with a zero near the end of the stack, where threads begin.
@@ -6,6 +9,8 @@
 // call instruction; a pushed frame pointer right below it that begins a sound chain is followed again. All of
 // it stays marked as a guess, because what an earlier call has left on the stack looks the same.
 #include "runtime/crash/frame_walk.h"
+
+#include "runtime/crash/frame_tables.h"
 
 #include <algorithm>
 #include <array>
@@ -132,8 +137,8 @@ class clsCode {
 class clsWalk {
   public:
     clsWalk(IclsProcessMemory& memory, const scWalkStart& start, std::span<scFrame> frames) noexcept
-        : stack_(memory, start.stackEnd), code_(memory), frames_(frames),
-          next_((start.esp + wordSize - 1) & ~(wordSize - 1)) {}
+        : stack_(memory, start.stackEnd), code_(memory), tables_(memory), frames_(frames),
+          next_((start.esp + wordSize - 1) & ~(wordSize - 1)), esp_(next_) {}
 
     std::size_t Run(const scWalkStart& start) noexcept {
         Put(start.eip, false);
@@ -157,22 +162,24 @@ class clsWalk {
         std::uint32_t caller = 0, taken = 0;
         if (!code_.IsCode(address)) {
             if (stack_.At(next_, caller) && code_.IsCode(caller))
-                Take(caller, 0);
+                Take(caller, 0, 0);
         } else if (IsEntry(address) || IsEntry(address - 1)) {
             const std::uint32_t pushed = IsEntry(address) ? 0 : wordSize;
             if (stack_.At(next_ + pushed, caller) && code_.IsAfterCall(caller))
-                Take(caller, pushed);
+                Take(caller, pushed, 0);
         } else {
             while (code_.IsReturn(address, taken) && stack_.At(next_, caller) && code_.IsAfterCall(caller)) {
-                Take(caller, taken);
+                Take(caller, 0, taken);
                 address = caller;
             }
         }
     }
 
-    void Take(std::uint32_t caller, std::uint32_t more) noexcept {
+    // Bytes of the stack before the return address, and those that go with it.
+    void Take(std::uint32_t caller, std::uint32_t before, std::uint32_t after) noexcept {
         Put(caller, false);
-        next_ += wordSize + more;
+        esp_ = next_ + before + wordSize;
+        next_ = esp_ + after;
     }
 
     // The two ways to write "push ebp; mov ebp, esp", and one after an instruction that does nothing.
@@ -181,16 +188,34 @@ class clsWalk {
                code_.Has(address, "\x8B\xFF\x55");
     }
 
-    // Follows frame pointers; what follows them stands at next_. Returns whether the chain is whole, or there
-    // is no room for more.
+    // Follows tables, and frame pointers where there is none; what follows them stands at next_. Returns
+    // whether the chain is whole, or there is no room for more.
     bool Chain(std::uint32_t pointer, bool isGuess) noexcept {
         std::uint32_t caller = 0, outer = 0;
-        while (!IsFull() && IsFrame(pointer, outer, caller)) {
+        while (!IsFull()) {
+            if (LeaveByTable(pointer, isGuess))
+                continue;
+            if (!IsFrame(pointer, outer, caller))
+                break;
             Put(caller, isGuess);
-            next_ = pointer + 2 * wordSize;
+            next_ = esp_ = pointer + 2 * wordSize;
             pointer = outer;
         }
         return IsFull() || (pointer == 0 && stack_.End() - next_ <= nearEnd) || EndsThere(pointer);
+    }
+
+    // Believed when the stack gets shorter, and the caller's code shows a call.
+    bool LeaveByTable(std::uint32_t& pointer, bool isGuess) noexcept {
+        const std::uint32_t address = frames_[count_ - 1].address;
+        scFrameRegisters registers{count_ == 1 ? address : address - 1, esp_, pointer};
+        if (!tables_.Leave(registers) || registers.esp <= esp_ || registers.esp > stack_.End() ||
+            registers.esp % wordSize != 0 || !code_.IsAfterCall(registers.eip))
+            return false;
+        Put(registers.eip, isGuess);
+        esp_ = registers.esp;
+        next_ = std::max(next_, esp_);
+        pointer = registers.ebp;
+        return true;
     }
 
     bool IsFrame(std::uint32_t pointer, std::uint32_t& outer, std::uint32_t& caller) noexcept {
@@ -214,6 +239,7 @@ class clsWalk {
             if (!stack_.At(at, caller))
                 return false;
             next_ += wordSize;
+            esp_ = next_;
             if (!code_.IsAfterCall(caller))
                 continue;
             Put(caller, true);
@@ -232,9 +258,11 @@ class clsWalk {
 
     clsStackWords stack_;
     clsCode code_;
+    clsFrameTables tables_;
     std::span<scFrame> frames_;
     std::size_t count_ = 0;
     std::uint32_t next_;         // where the stack has not been looked at
+    std::uint32_t esp_;          // of the last frame, while it calls the one before
     std::uint32_t searched_ = 0; // bytes
 };
 

@@ -38,6 +38,14 @@ struct scHeader {
 };
 static_assert(sizeof(scHeader) == 248);
 
+struct scSectionHeader {
+    std::array<char, 8> name;
+    std::uint32_t bytes, offset, fileBytes, filePosition, relocations, lines, counts, characteristics;
+};
+static_assert(sizeof(scSectionHeader) == 40);
+constexpr std::uint32_t isDiscardable = 0x02000000;
+constexpr std::uint32_t optionalHeaderAt = 24;
+
 constexpr std::uint16_t dosMagic = 0x5A4D;
 constexpr std::uint32_t headerSignature = 0x4550;
 constexpr std::uint16_t optionalMagic = 0x10B; // of 32 bits
@@ -94,15 +102,18 @@ class clsImage {
             header.signature != headerSignature || header.magic != optionalMagic)
             return false;
         bytes_ = header.imageBytes;
+        sections_ = dos.headerOffset + optionalHeaderAt + header.optionalBytes;
         return bytes_ != 0 && address_ + (bytes_ - 1) >= address_;
     }
 
     std::uint32_t Bytes() const noexcept { return bytes_; }
+    std::uint32_t Sections() const noexcept { return sections_; } // where their headers are
 
   private:
     IclsProcessMemory& memory_;
     std::uint32_t address_;
     std::uint32_t bytes_ = 0;
+    std::uint32_t sections_ = 0;
 };
 
 scDataDirectory DirectoryOf(const scHeader& header, std::size_t number) noexcept {
@@ -164,7 +175,39 @@ void ReadVersion(const clsImage& image, const scHeader& header, scModule& module
     module.productVersionLow = version.productLow;
 }
 
+// The headers hold the first 8 letters of a name, or where the file has all of it. Tables of frames begin
+// with an entry that is common to functions, and no other section does.
+bool HasFrameTable(const clsImage& image, const scSectionHeader& section) noexcept {
+    struct scFirstEntry {
+        std::uint32_t bytes, kind;
+        std::uint8_t version;
+        char augmentation;
+    } first;
+    const std::string_view name(section.name.data(), section.name.size());
+    if ((name != ".eh_fram" && name[0] != '/') || (section.characteristics & isDiscardable) != 0)
+        return false;
+    return image.Has(section.offset, section.bytes) && image.Read(section.offset, first) &&
+           first.bytes != 0 && first.kind == 0 && (first.version == 1 || first.version == 3) &&
+           (first.augmentation == 'z' || first.augmentation == 0);
+}
+
 } // namespace
+
+scMemoryRange UtilpFrameTableOf(IclsProcessMemory& memory, std::uint32_t module) noexcept {
+    clsImage image(memory, module);
+    scHeader header;
+    if (!image.ReadHeader(header))
+        return {};
+    for (std::uint32_t i = 0; i < header.sectionCount; ++i) {
+        scSectionHeader section;
+        const auto at = static_cast<std::uint32_t>(i * sizeof section);
+        if (!image.Read(image.Sections() + at, section))
+            break;
+        if (HasFrameTable(image, section))
+            return {module + section.offset, section.bytes};
+    }
+    return {};
+}
 
 bool UtilpReadModule(IclsProcessMemory& memory, std::uint32_t address, scModule& module) noexcept {
     clsImage image(memory, address);

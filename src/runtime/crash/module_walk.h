@@ -27,6 +27,9 @@ std::size_t UtilpFindModules(IclsProcessMemory& memory, std::span<scModule> modu
 // is left as it was: a header without a version gives a module without one.
 bool UtilpReadModule(IclsProcessMemory& memory, std::uint32_t address, scModule& module) noexcept;
 
+// A module's table of frames, the section .eh_frame; no bytes where it has none.
+scMemoryRange UtilpFrameTableOf(IclsProcessMemory& memory, std::uint32_t module) noexcept;
+
 // The one of sorted modules that an address lies in, or null.
 const scModule* UtilpModuleAt(std::span<const scModule> modules, std::uint32_t address) noexcept;
 

@@ -147,7 +147,7 @@ Shelter Finish(const clsLoadedRuntimes& runtimes) noexcept {
 UtilResult UtilpStartProtection(const scProtectionWish& wish, std::size_t& waiting) {
     if (!PlatformFindBareSystem())
         return UtilResult::notSupported;
-    const clsLoadedRuntimes runtimes;
+    const clsLoadedRuntimes runtimes(RuntimesAsked::all);
     clsReportFolder folder(wish.folder);
     {
         const std::lock_guard lock(protectionLock);
@@ -178,7 +178,7 @@ UtilResult UtilpStartProtection(const scProtectionWish& wish, std::size_t& waiti
 }
 
 UtilResult UtilpEndProtection() noexcept {
-    const clsLoadedRuntimes runtimes;
+    const clsLoadedRuntimes runtimes(RuntimesAsked::withHandlers);
     const std::lock_guard lock(protectionLock);
     if (starts == 0)
         return UtilResult::notFound;
@@ -188,7 +188,7 @@ UtilResult UtilpEndProtection() noexcept {
 }
 
 void UtilpUnloadProtection() noexcept {
-    const clsLoadedRuntimes runtimes;
+    const clsLoadedRuntimes runtimes(RuntimesAsked::withHandlers);
     const std::lock_guard lock(protectionLock);
     if (starts == 0)
         return;
@@ -216,7 +216,7 @@ scProductName UtilpProductName() {
 void UtilpProtectModule() noexcept {
     if (!isProtected.load(std::memory_order_relaxed))
         return;
-    const clsLoadedRuntimes runtimes;
+    const clsLoadedRuntimes runtimes(RuntimesAsked::all);
     const std::lock_guard lock(protectionLock);
     if (starts > 0)
         PlatformInstallCrashHandlers(runtimes, Take);
