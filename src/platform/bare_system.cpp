@@ -46,6 +46,14 @@ struct scThreadEntry {
 };
 static_assert(sizeof(scProcessEntry) == 184 && sizeof(scThreadEntry) == 64);
 
+// The system puts entries at any address.
+template <class Entry>
+Entry EntryAt(const std::byte* at) noexcept {
+    Entry entry;
+    std::memcpy(&entry, at, sizeof entry);
+    return entry;
+}
+
 } // namespace
 
 // ---- Files ----------------------------------------------------------------------------------------
@@ -222,17 +230,19 @@ std::size_t PlatformBareThreads(DWORD process, std::span<std::uint32_t> threads,
     if (PlatformBareSystemInformation(processesKind, buffer) < 0)
         return 0;
     const std::byte* at = buffer.data();
-    const auto* entry = reinterpret_cast<const scProcessEntry*>(at);
-    while (reinterpret_cast<std::uintptr_t>(entry->process) != process && entry->next != 0) {
-        at += entry->next;
-        entry = reinterpret_cast<const scProcessEntry*>(at);
+    auto entry = EntryAt<scProcessEntry>(at);
+    while (reinterpret_cast<std::uintptr_t>(entry.process) != process && entry.next != 0) {
+        at += entry.next;
+        entry = EntryAt<scProcessEntry>(at);
     }
-    if (reinterpret_cast<std::uintptr_t>(entry->process) != process)
+    if (reinterpret_cast<std::uintptr_t>(entry.process) != process)
         return 0;
-    const auto* const first = reinterpret_cast<const scThreadEntry*>(entry + 1);
-    const std::size_t count = entry->threads < threads.size() ? entry->threads : threads.size();
-    for (std::size_t i = 0; i < count; ++i)
-        threads[i] = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(first[i].client.thread));
+    at += sizeof entry;
+    const std::size_t count = entry.threads < threads.size() ? entry.threads : threads.size();
+    for (std::size_t i = 0; i < count; ++i, at += sizeof(scThreadEntry)) {
+        const auto thread = EntryAt<scThreadEntry>(at).client.thread;
+        threads[i] = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(thread));
+    }
     return count;
 }
 

@@ -209,13 +209,12 @@ scNamedFrame clsStackNames::Name(const void* address, FrameAddress meaning) noex
         return frame;
     clsDiagnosticLine line;
     const std::uint32_t before = meaning == FrameAddress::Return ? 1 : 0;
-    const auto* const sought = static_cast<const char*>(address) - before;
+    const auto number = reinterpret_cast<std::uintptr_t>(address);
+    const auto* const sought = reinterpret_cast<const char*>(number - before); // null ends some stacks
     const clsModuleAt module(sought);
     if (module.Path().empty()) {
-        const auto number = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(address));
-        // Null ends some stacks.
         return recentFrames.Keep(address, meaning, address ? FrameKind::Caller : FrameKind::System,
-                                 line.Put(u"0x").PutHex(number, 8).View());
+                                 line.Put(u"0x").PutHex(static_cast<std::uint32_t>(number), 8).View());
     }
     frame.kind = KindOf(module);
     PutOffset(line.Put(module.FileName()), module.OffsetOf(address));
