@@ -1,8 +1,8 @@
 // A private pool of the system and one work object, which is submitted once for each runner: while its
 // runners are busy, a pool asks the system for nothing.
 //
-// The last runner takes the pool apart. It runs the library's code, so it has the system let the library go
-// when that code has returned.
+// The last runner takes the pool apart. Each runs the library's code for a moment longer than the pool may be
+// there, so each holds the library, and has the system let it go when that code has returned.
 #include "platform/pool_threads.h"
 
 #include "platform/owned.h"
@@ -10,6 +10,7 @@
 
 #include <bit>
 #include <new>
+#include <utility>
 
 namespace tvut {
 
@@ -85,12 +86,12 @@ class clsSystemPoolThreads final : public IclsPoolThreads {
 
     static void CALLBACK Called(PTP_CALLBACK_INSTANCE instance, void* context, PTP_WORK) noexcept {
         auto* const threads = static_cast<clsSystemPoolThreads*>(context);
+        FreeLibraryWhenCallbackReturns(instance, OwnLibrary().Take());
         clsRunnerPriority priority(threads->background_);
         if (!threads->runner_.Run(priority))
             return; // the pool may be gone by now
-        const HMODULE library = threads->library_.Take();
+        const clsLibrary library = std::move(threads->library_);
         delete &threads->runner_; // and the threads with it
-        FreeLibraryWhenCallbackReturns(instance, library);
     }
 
     IclsPoolRunner& runner_;
