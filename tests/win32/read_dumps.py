@@ -49,7 +49,8 @@ def main(folder, programs):
         faults = list(faults_of_yaml(path))
         frames = re.findall(r"frame #\d+: .*", trace)
         function = path.stem.split("-")[2]
-        if not any(re.search(rf"`.*{BY_THE_CHAIN.get(function, function)}\(", frame) for frame in frames[:9]):
+        names = rf"{function}|{BY_THE_CHAIN.get(function, function)}"
+        if not any(re.search(rf"`.*({names})\(", frame) for frame in frames[:9]):
             faults.append("function")
         # Through modules without symbols, and the loader's own frames, the debugger has no way.
         if "wmain(" in trace and not re.search(r"kernel32\.dll|ntdll\.dll", "".join(frames[-4:])):
