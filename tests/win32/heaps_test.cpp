@@ -320,7 +320,9 @@ TEST_F(Heaps, SayWhatTheSystemLacks) {
     const clsCopy copy(folder / L"copy.dll");
     const UtilJob own = copy.Find(UtilJobOpen, "UtilJobOpen")(L"M", 0);
     const UtilHeap heap = copy.Find(UtilHeapCreate, "UtilHeapCreate")(own, L"H", UTIL_HEAP_DEBUG);
-    copy.Find(UtilHeapObjectAlloc, "UtilHeapObjectAlloc")(heap, 100, 0);
+    const auto allocate = copy.Find(UtilHeapObjectAlloc, "UtilHeapObjectAlloc");
+    allocate(heap, 100, 0);
+    copy.Find(UtilHeapObjectFree, "UtilHeapObjectFree")(heap, allocate(heap, 7, 0));
     const clsLog log;
     EXPECT_EQ(copy.Find(UtilHeapValidate, "UtilHeapValidate")(heap, nullptr, 0), UTIL_HEAP_NOT_SUPPORTED);
     EXPECT_EQ(copy.Find(UtilHeapShrink, "UtilHeapShrink")(heap, 0), UTIL_HEAP_NOT_SUPPORTED);
