@@ -2,15 +2,15 @@
 // runners are busy, a pool asks the system for nothing.
 //
 // The last runner takes the pool apart. Each runs the library's code for a moment longer than the pool may be
-// there, so each holds the library, and has the system let it go when that code has returned.
+// there, so the system is told which library its calls come into, and keeps that until they have returned.
 #include "platform/pool_threads.h"
 
 #include "platform/owned.h"
 #include "platform/thread_priority.h"
 
+#include <atomic>
 #include <bit>
 #include <new>
-#include <utility>
 
 namespace tvut {
 
@@ -60,45 +60,52 @@ class clsSystemPoolThreads final : public IclsPoolThreads {
         return true;
     }
 
+    ~clsSystemPoolThreads() override { clsOwned<scWorkPolicy> closed(work_.load()); }
+
+    // The system holds the library, which asks the loader, and may start a thread: so this is done when there
+    // is work, and not under a lock that somebody within the loader may wait for. Of two that are made at
+    // once one goes again.
+    bool Prepare() noexcept override {
+        if (work_.load(std::memory_order_acquire))
+            return true;
+        clsOwned<scWorkPolicy> made = MakeWork();
+        PTP_WORK none = nullptr;
+        if (made && work_.compare_exchange_strong(none, made.Get()))
+            made.Take();
+        return work_.load(std::memory_order_acquire) != nullptr;
+    }
+
     // Left to itself the system would wait with another thread as long as the processors are busy, or give
     // none where two are wanted in one moment.
     bool Keep(unsigned threads) noexcept override {
-        return MakeWork() && SetThreadpoolThreadMinimum(pool_.Get(), threads) != FALSE;
+        return SetThreadpoolThreadMinimum(pool_.Get(), threads) != FALSE;
     }
     void Rest() noexcept override { SetThreadpoolThreadMinimum(pool_.Get(), 0); }
-    void Start() noexcept override {
-        if (MakeWork())
-            SubmitThreadpoolWork(work_.Get());
-    }
+    void Start() noexcept override { SubmitThreadpoolWork(work_.load(std::memory_order_acquire)); }
 
   private:
-    // A system may start a thread for it, so it is made when there is work.
-    bool MakeWork() noexcept {
-        if (work_)
-            return true;
+    clsOwned<scWorkPolicy> MakeWork() noexcept {
         TP_CALLBACK_ENVIRON environment;
         InitializeThreadpoolEnvironment(&environment);
         SetThreadpoolCallbackPool(&environment, pool_.Get());
-        work_ = clsOwned<scWorkPolicy>(CreateThreadpoolWork(Called, this, &environment));
+        SetThreadpoolCallbackLibrary(&environment, library_.Get());
+        clsOwned<scWorkPolicy> work(CreateThreadpoolWork(Called, this, &environment));
         DestroyThreadpoolEnvironment(&environment);
-        return static_cast<bool>(work_);
+        return work;
     }
 
-    static void CALLBACK Called(PTP_CALLBACK_INSTANCE instance, void* context, PTP_WORK) noexcept {
+    static void CALLBACK Called(PTP_CALLBACK_INSTANCE, void* context, PTP_WORK) noexcept {
         auto* const threads = static_cast<clsSystemPoolThreads*>(context);
-        FreeLibraryWhenCallbackReturns(instance, OwnLibrary().Take());
         clsRunnerPriority priority(threads->background_);
-        if (!threads->runner_.Run(priority))
-            return; // the pool may be gone by now
-        const clsLibrary library = std::move(threads->library_);
-        delete &threads->runner_; // and the threads with it
+        if (threads->runner_.Run(priority)) // else the pool may be gone by now
+            delete &threads->runner_;       // and the threads with it
     }
 
     IclsPoolRunner& runner_;
     bool background_;
     clsLibrary library_; // goes last
     clsOwned<scPoolPolicy> pool_;
-    clsOwned<scWorkPolicy> work_;
+    std::atomic<PTP_WORK> work_{nullptr};
 };
 
 constexpr DWORD lookEvery = 10; // milliseconds, without an event

@@ -34,10 +34,14 @@ class IclsPoolRunner {
     virtual bool Run(IclsBetweenCalls& between) noexcept = 0;
 };
 
-// The threads of one pool. Start, Keep and Rest are called under the pool's lock.
+// The threads of one pool. Start, Keep and Rest are called under the pool's lock, and after a Prepare.
 class IclsPoolThreads {
   public:
     virtual ~IclsPoolThreads() = default;
+
+    // Makes what the threads need of the system; cheap from the second time on. From any thread, under no
+    // lock. False: no memory.
+    virtual bool Prepare() noexcept = 0;
 
     // Sees to it that there are this many threads, and keeps them from now on. False: the system has fewer.
     virtual bool Keep(unsigned threads) noexcept = 0;

@@ -25,6 +25,7 @@ class clsNothingBetween final : public IclsBetweenCalls {
 class clsNativePoolThreads final : public IclsPoolThreads {
   public:
     explicit clsNativePoolThreads(IclsPoolRunner& runner) : runner_(runner) {}
+    bool Prepare() noexcept override { return true; }
     bool Keep(unsigned) noexcept override { return !g_noThreads; }
     void Rest() noexcept override {}
     void Start() noexcept override {

@@ -28,9 +28,10 @@ bool clsPool::UseThreads(std::unique_ptr<IclsPoolThreads> threads) noexcept {
 }
 
 void clsPool::LetGo() noexcept {
+    const bool isPrepared = threads_->Prepare();
     const std::lock_guard lock(lock_);
     letGo_ = true;
-    if (runners_ == 0) {
+    if (runners_ == 0 && isPrepared) {
         ++runners_;
         threads_->Start();
     }
@@ -39,6 +40,8 @@ void clsPool::LetGo() noexcept {
 // ---- Adding ----------------------------------------------------------------------------------------
 
 UtilResult clsPool::Add(scPoolJob job) noexcept {
+    if (!threads_->Prepare())
+        return UtilResult::failed;
     const std::lock_guard lock(lock_);
     if (aborted_)
         return UtilResult::cancelled;
