@@ -25,7 +25,8 @@ inline void FoldProduct(std::uint32_t& low, std::uint32_t& high) {
 }
 
 // Folds a text into a state of two words that differ. Cost: one multiplication for four characters and two
-// more to finish.
+// more to finish. The length goes in between those two, where no character can undo it whatever the seed is:
+// at the start "100" and "6000" would be one, since 3 ^ '1' is 4 ^ '6' and the rest are zeros.
 inline void FoldText(std::u16string_view text, std::uint32_t& low, std::uint32_t& high) {
     const char16_t* next = text.data();
     std::size_t left = text.size();
@@ -41,13 +42,14 @@ inline void FoldText(std::u16string_view text, std::uint32_t& low, std::uint32_t
         low ^= *next;
     }
     FoldProduct(low, high);
+    low ^= static_cast<std::uint32_t>(text.size());
     FoldProduct(low, high);
 }
 
 } // namespace detail
 
 inline std::uint32_t UtilpHashText(std::u16string_view text) {
-    std::uint32_t low = g_hashSeed ^ static_cast<std::uint32_t>(text.size());
+    std::uint32_t low = g_hashSeed;
     std::uint32_t high = g_hashSeed * 0x85EBCA6Bu + 1; // not what low starts from: the product commutes
     detail::FoldText(text, low, high);
     return low ^ high;
@@ -55,8 +57,7 @@ inline std::uint32_t UtilpHashText(std::u16string_view text) {
 
 // The hash, of 64 bits, of a text that comes after what has a hash already.
 inline std::uint64_t UtilpHashAfter(std::uint64_t before, std::u16string_view text) {
-    std::uint32_t low =
-        g_hashSeed ^ static_cast<std::uint32_t>(text.size()) ^ static_cast<std::uint32_t>(before);
+    std::uint32_t low = g_hashSeed ^ static_cast<std::uint32_t>(before);
     std::uint32_t high = (g_hashSeed * 0x85EBCA6Bu + 1) ^ static_cast<std::uint32_t>(before >> 32);
     detail::FoldText(text, low, high);
     return std::uint64_t{high} << 32 | low;

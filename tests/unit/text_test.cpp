@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 #include <random>
+#include <set>
+#include <string>
 
 using namespace tvut;
 using namespace std::literals;
@@ -265,6 +267,16 @@ TEST(Hash, SpreadsSimilarNames) {
     for (const unsigned count : buckets)
         chiSquare += (count - 256.0) * (count - 256.0) / 256.0;
     EXPECT_LT(chiSquare, 400); // 255 degrees of freedom: far beyond what chance gives
+}
+
+// Archives know a name by 62 bits of its hash alone: "100" was once the same as "6000".
+TEST(Hash, TellsNumbersOfAnyLengthApart) {
+    std::set<std::uint64_t> seen;
+    for (unsigned i = 0; i < 20000; ++i) {
+        const std::string digits = std::to_string(i);
+        EXPECT_TRUE(seen.insert(UtilpHashAfter(7, std::u16string(digits.begin(), digits.end())) >> 2).second)
+            << i;
+    }
 }
 
 } // namespace
