@@ -38,8 +38,8 @@ class clsUndecoded : public clsException {
     clsUndecoded() : clsException("text does not decode") {}
 };
 
-void Tell(std::u16string_view before, std::u16string_view name, std::u16string_view behind) {
-    clsDiagnosticLine().Put(before).Put(u"'").Put(name).Put(u"'").Put(behind).Write();
+void Tell(std::u16string_view before, std::u16string_view name, std::u16string_view after) {
+    clsDiagnosticLine().Put(before).Put(u"'").Put(name).Put(u"'").Put(after).Write();
 }
 
 // ---- Into the profile ---------------------------------------------------------------------------

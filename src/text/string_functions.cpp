@@ -20,9 +20,9 @@ constexpr std::size_t mostInLine = 512; // bytes; beyond, a call of the runtime 
 
 // Where count characters end, or memory does.
 const char16_t* EndOf(const char16_t* text, std::size_t count) {
-    const std::size_t behind =
+    const std::size_t rest =
         std::numeric_limits<std::uintptr_t>::max() - reinterpret_cast<std::uintptr_t>(text);
-    const std::size_t most = std::min<std::size_t>(behind, std::numeric_limits<std::ptrdiff_t>::max());
+    const std::size_t most = std::min<std::size_t>(rest, std::numeric_limits<std::ptrdiff_t>::max());
     return text + std::min(count, most / sizeof(char16_t));
 }
 
@@ -286,8 +286,8 @@ void UtilpStuff(char16_t* text, std::size_t position, std::size_t count, const c
     const std::size_t removed = std::min(count, length - position);
     const std::size_t inserted = insertion ? UtilpLength(insertion) : 0;
     char16_t* const place = text + position;
-    const std::size_t behind = length - position - removed + 1; // with the terminator
-    UtilpMove(place + inserted, place + removed, behind * sizeof(char16_t));
+    const std::size_t rest = length - position - removed + 1; // with the terminator
+    UtilpMove(place + inserted, place + removed, rest * sizeof(char16_t));
     UtilpMove(place, insertion, inserted * sizeof(char16_t));
 }
 

@@ -73,7 +73,7 @@ class clsForeignXfdfParser {
             throw clsLoadException(lines_.Number() + 1, nothingFollows);
         return found;
     }
-    void SkipBehind(std::u16string_view mark) { at_ = Find(mark, at_) + mark.size(); }
+    void SkipPast(std::u16string_view mark) { at_ = Find(mark, at_) + mark.size(); }
 
     // ---- Tags ----------------------------------------------------------------------------------
 
@@ -85,14 +85,14 @@ class clsForeignXfdfParser {
         isRootSeen_ = true;
     }
 
-    void SkipTag() { SkipBehind(u">"); }
-    void SkipComment() { SkipBehind(u"-->"); }
-    void SkipInstruction() { SkipBehind(u"?>"); }
+    void SkipTag() { SkipPast(u">"); }
+    void SkipComment() { SkipPast(u"-->"); }
+    void SkipInstruction() { SkipPast(u"?>"); }
     void SkipRichText() {
         SkipTag();
         if (IsEmptyTag())
             return;
-        SkipBehind(u"</value-richtext");
+        SkipPast(u"</value-richtext");
         SkipTag();
     }
     // After a tag.
@@ -101,7 +101,7 @@ class clsForeignXfdfParser {
     void SkipDeclaration() {
         const std::size_t end = Find(u">", at_);
         if (lines_.Line().substr(at_, end - at_).find(u'[') != std::u16string_view::npos)
-            SkipBehind(u"]");
+            SkipPast(u"]");
         SkipTag();
     }
 
@@ -207,7 +207,7 @@ class clsForeignXfdfParser {
             AppendEscaped(begin);
             at_ = begin + literal.size();
             begin = at_;
-            SkipBehind(literalEnd);
+            SkipPast(literalEnd);
             value_ += lines_.Line().substr(begin, at_ - literalEnd.size() - begin);
             if (end < at_)
                 end = FindValueEnd(at_);

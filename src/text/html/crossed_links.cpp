@@ -88,16 +88,16 @@ clsCrossedLinks::Index clsCrossedLinks::AddPiece(const char16_t* start, const ch
     return static_cast<Index>(pieces_.size() - 1);
 }
 
-void clsCrossedLinks::Link(Index before, Index behind) {
-    pieces_[before].behind = behind;
-    pieces_[behind].before = before;
+void clsCrossedLinks::Link(Index before, Index after) {
+    pieces_[before].after = after;
+    pieces_[after].before = before;
 }
 
-clsCrossedLinks::scAddresses clsCrossedLinks::Join(scAddresses before, scAddresses behind) {
-    if (before.last == none || behind.first == none)
-        return before.last == none ? behind : before;
-    pieces_[behind.first].addressBefore = before.last;
-    return {before.first, behind.last};
+clsCrossedLinks::scAddresses clsCrossedLinks::Join(scAddresses before, scAddresses after) {
+    if (before.last == none || after.first == none)
+        return before.last == none ? after : before;
+    pieces_[after.first].addressBefore = before.last;
+    return {before.first, after.last};
 }
 
 // ---- Rounds ----
@@ -208,12 +208,12 @@ bool clsCrossedLinks::FindStart(const scPlace& address, scPlace& start) const {
 // Its characters may lie in several pieces; what follows the block is a >, which is none of them.
 bool clsCrossedLinks::IsStart(Index piece, const char16_t* at) const {
     ++at;
-    return UnitBehind(piece, at) == linkStart.back() && UtilpIsPatternBlank(UnitBehind(piece, at));
+    return UnitAfter(piece, at) == linkStart.back() && UtilpIsPatternBlank(UnitAfter(piece, at));
 }
 
-char16_t clsCrossedLinks::UnitBehind(Index& piece, const char16_t*& at) const {
+char16_t clsCrossedLinks::UnitAfter(Index& piece, const char16_t*& at) const {
     while (piece != none && at == pieces_[piece].end) {
-        piece = pieces_[piece].behind;
+        piece = pieces_[piece].after;
         if (piece != none)
             at = pieces_[piece].start;
     }
@@ -225,7 +225,7 @@ char16_t clsCrossedLinks::UnitBehind(Index& piece, const char16_t*& at) const {
 void clsCrossedLinks::Carry(const scRound& round, clsBackwardText& result) {
     ++pieces_[blocks_[top_].firstPiece].start; // the > of </a>
     PutBlock(top_, result);
-    result.Put(behindAddress);
+    result.Put(afterAddress);
     CutAddressEnd(round);
     TrimLabel(round.label);
     MergeIntoAddress(round);
@@ -235,7 +235,7 @@ void clsCrossedLinks::Carry(const scRound& round, clsBackwardText& result) {
 void clsCrossedLinks::CutAddressEnd(const scRound& round) {
     scBlock& block = blocks_[round.quote.block];
     pieces_[round.quote.piece].end = round.quote.at;
-    pieces_[round.quote.piece].behind = none;
+    pieces_[round.quote.piece].after = none;
     block.lastPiece = round.quote.piece;
     if (!IsOwnQuote(round.quote))
         return;
@@ -285,7 +285,7 @@ void clsCrossedLinks::MergeIntoAddress(const scRound& round) {
 // grows with each round they would all be walked over by the next.
 clsCrossedLinks::Index clsCrossedLinks::FirstFilled(Index piece, Index last) const {
     while (piece != last && pieces_[piece].start == pieces_[piece].end)
-        piece = pieces_[piece].behind;
+        piece = pieces_[piece].after;
     return piece;
 }
 
@@ -296,20 +296,20 @@ clsCrossedLinks::Index clsCrossedLinks::LastFilled(Index piece, Index first) con
 }
 
 // A label that comes to stand after other text may complete a href=" there; it gets a piece of its own.
-clsCrossedLinks::scAddresses clsCrossedLinks::AddressAcross(Index before, Index behind) {
-    const std::size_t units = UnitsAcross(before, behind);
+clsCrossedLinks::scAddresses clsCrossedLinks::AddressAcross(Index before, Index after) {
+    const std::size_t units = UnitsAcross(before, after);
     if (units == 0)
         return {};
     TrimEnd(before, units);
-    TrimStart(behind, linkAddress.size() - units);
+    TrimStart(after, linkAddress.size() - units);
     const Index piece = AddPiece(linkAddress.data(), linkAddress.data() + linkAddress.size());
     Link(before, piece);
-    Link(piece, behind);
+    Link(piece, after);
     return {piece, piece};
 }
 
 // How many units of a href=" stand before the place where two pieces meet and the rest after it; or 0.
-std::size_t clsCrossedLinks::UnitsAcross(Index before, Index behind) const {
+std::size_t clsCrossedLinks::UnitsAcross(Index before, Index after) const {
     constexpr std::size_t most = linkAddress.size() - 1;
     std::array<char16_t, 2 * most> units{}; // around the place
     std::size_t count = 0;
@@ -317,9 +317,9 @@ std::size_t clsCrossedLinks::UnitsAcross(Index before, Index behind) const {
         for (const char16_t* at = pieces_[piece].end; at != pieces_[piece].start && count != most;)
             units[most - ++count] = *--at;
     }
-    const char16_t* next = pieces_[behind].start;
+    const char16_t* next = pieces_[after].start;
     for (std::size_t at = most; at != units.size(); ++at)
-        units[at] = UnitBehind(behind, next);
+        units[at] = UnitAfter(after, next);
     const std::size_t found = std::u16string_view(units.data(), units.size()).find(linkAddress);
     return found < most ? most - found : 0;
 }
@@ -334,7 +334,7 @@ void clsCrossedLinks::TrimEnd(Index piece, std::size_t units) {
 }
 
 void clsCrossedLinks::TrimStart(Index piece, std::size_t units) {
-    for (; units != 0; piece = pieces_[piece].behind) {
+    for (; units != 0; piece = pieces_[piece].after) {
         const auto size = static_cast<std::size_t>(pieces_[piece].end - pieces_[piece].start);
         const std::size_t taken = std::min(units, size);
         pieces_[piece].start += taken;

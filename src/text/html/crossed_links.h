@@ -42,7 +42,7 @@ class clsCrossedLinks {
         const char16_t* start;
         const char16_t* end;
         Index before; // neighbours in the block
-        Index behind;
+        Index after;
         Index addressBefore; // of a piece that begins with href=": the one before in the block
     };
     struct scAddresses { // pieces
@@ -81,7 +81,7 @@ class clsCrossedLinks {
     bool FindAddress(const scPlace& quote, scPlace& address);
     bool FindStart(const scPlace& address, scPlace& start) const;
     bool IsStart(Index piece, const char16_t* at) const;
-    char16_t UnitBehind(Index& piece, const char16_t*& at) const;
+    char16_t UnitAfter(Index& piece, const char16_t*& at) const;
     Index NearestAddressed(Index block);
     bool IsOwnQuote(const scPlace& quote) const;
 
@@ -91,10 +91,10 @@ class clsCrossedLinks {
     void MergeIntoAddress(const scRound& round);
     Index FirstFilled(Index piece, Index last) const;
     Index LastFilled(Index piece, Index first) const;
-    void Link(Index before, Index behind);
-    scAddresses Join(scAddresses before, scAddresses behind);
-    scAddresses AddressAcross(Index before, Index behind);
-    std::size_t UnitsAcross(Index before, Index behind) const;
+    void Link(Index before, Index after);
+    scAddresses Join(scAddresses before, scAddresses after);
+    scAddresses AddressAcross(Index before, Index after);
+    std::size_t UnitsAcross(Index before, Index after) const;
     void TrimEnd(Index piece, std::size_t units);
     void TrimStart(Index piece, std::size_t units);
 

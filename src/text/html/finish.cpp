@@ -97,8 +97,8 @@ class clsFinish {
             const __m128i block = UtilpLoadEight(next_);
             const unsigned blanks = clsFewUnits{u' ', noBreakSpace}.Marks(block);
             const unsigned others = clsFewUnits{u'\r', u'\n', openQuote, closeQuote}.Marks(block);
-            const unsigned behindBlanks = blanks << 2 | (afterBlank_ ? 3u : 0u);
-            if ((others | (blanks & behindBlanks)) != 0)
+            const unsigned afterBlanks = blanks << 2 | (afterBlank_ ? 3u : 0u);
+            if ((others | (blanks & afterBlanks)) != 0)
                 return;
             PutLineEnds();
             _mm_storeu_si128(reinterpret_cast<__m128i*>(out_), block);

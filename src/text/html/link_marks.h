@@ -11,7 +11,7 @@ constexpr std::u16string_view linkEnd = u"</a>";
 
 // What an address is put into.
 constexpr std::u16string_view beforeAddress = u" [";
-constexpr std::u16string_view behindAddress = u"]";
+constexpr std::u16string_view afterAddress = u"]";
 
 // The white space of \s.
 inline bool UtilpIsPatternBlank(char16_t unit) {

@@ -23,8 +23,8 @@ const char16_t* FindLastStart(const char16_t* text, const char16_t* end) {
         const char16_t* const found = UtilpFindLast(text, stop, linkStart);
         if (!found)
             return nullptr;
-        const char16_t* const behind = found + linkStart.size();
-        if (behind != end && UtilpIsPatternBlank(*behind))
+        const char16_t* const after = found + linkStart.size();
+        if (after != end && UtilpIsPatternBlank(*after))
             return found;
         stop = found + 1;
     }
@@ -35,10 +35,10 @@ const char16_t* FindLastStart(const char16_t* text, const char16_t* end) {
 void PutLink(const scLink& link, clsBackwardText& result) {
     std::u16string kept;
     std::u16string_view label = link.Label();
-    const std::size_t first = beforeAddress.size() + link.Address().size() + behindAddress.size();
+    const std::size_t first = beforeAddress.size() + link.Address().size() + afterAddress.size();
     if (link.labelEnd > result.Start() - first && link.label < result.Start())
         label = kept = label;
-    result.Put(behindAddress);
+    result.Put(afterAddress);
     result.Put(link.Address());
     result.Put(beforeAddress);
     result.Put(label);

@@ -71,8 +71,8 @@ class clsWindow {
     }
     // Both counted; more than the window has when there is none.
     unsigned LengthToSemicolon(unsigned ampersand) const {
-        const std::uint32_t behind = semicolons_ >> ampersand;
-        return (behind != 0 ? static_cast<unsigned>(std::countr_zero(behind)) : windowUnits) + 1;
+        const std::uint32_t after = semicolons_ >> ampersand;
+        return (after != 0 ? static_cast<unsigned>(std::countr_zero(after)) : windowUnits) + 1;
     }
     // A reference has no ampersand but its first unit, so the place after it need not be known: what is to
     // be found next does not wait for its length.

@@ -15,14 +15,14 @@ constexpr std::u16string_view commentStart = u"<!--";
 constexpr std::u16string_view commentEnd = u"-->";
 
 // The first whole comment of a text; null when there is none.
-const char16_t* FindComment(const char16_t* text, const char16_t* end, const char16_t*& behind) {
+const char16_t* FindComment(const char16_t* text, const char16_t* end, const char16_t*& after) {
     const char16_t* const start = UtilpFindFirst(text, end, commentStart);
     if (!start)
         return nullptr;
     const char16_t* const close = UtilpFindFirst(start + commentStart.size(), end, commentEnd);
     if (!close)
         return nullptr;
-    behind = close + commentEnd.size();
+    after = close + commentEnd.size();
     return start;
 }
 
@@ -32,14 +32,14 @@ const char16_t* FindComment(const char16_t* text, const char16_t* end, const cha
 std::u16string_view WithoutComments(std::u16string_view html, char16_t* buffer) {
     const char16_t* next = html.data();
     const char16_t* const end = next + html.size();
-    const char16_t* behind = nullptr;
-    const char16_t* comment = FindComment(next, end, behind);
+    const char16_t* after = nullptr;
+    const char16_t* comment = FindComment(next, end, after);
     if (!comment)
         return html;
     char16_t* out = buffer;
-    for (; comment; comment = FindComment(next, end, behind)) {
+    for (; comment; comment = FindComment(next, end, after)) {
         out = std::copy(next, comment, out);
-        next = behind;
+        next = after;
     }
     out = std::copy(next, end, out);
     return {buffer, static_cast<std::size_t>(out - buffer)};

@@ -23,7 +23,7 @@ bool IsBlank(char16_t unit) {
 
 struct scBrackets {
     char16_t open, close;
-    std::u16string_view behindOpen, behindClose; // part of the bracket where it follows
+    std::u16string_view afterOpen, afterClose; // part of the bracket where it follows
 };
 constexpr scBrackets tagBrackets{u'<', u'>', u"", u""};
 constexpr scBrackets markerBrackets{u'[', u']', u"_[", u"_]"};
@@ -73,8 +73,8 @@ class clsTagScan {
             const __m128i block = UtilpLoadEight(next_);
             const unsigned blanks = clsFewUnits{u' ', noBreakSpace}.Marks(block);
             const unsigned others = clsFewUnits{brackets.open, u'\r', u'\n', u'\t'}.Marks(block);
-            const unsigned behindBlanks = blanks << 2 | (afterBlank_ ? 3u : 0u);
-            if ((others | (blanks & behindBlanks)) != 0)
+            const unsigned afterBlanks = blanks << 2 | (afterBlank_ ? 3u : 0u);
+            if ((others | (blanks & afterBlanks)) != 0)
                 return;
             _mm_storeu_si128(reinterpret_cast<__m128i*>(out_), block);
             afterBlank_ = blanks >> 15 != 0;
@@ -83,7 +83,7 @@ class clsTagScan {
 
     void TakeTag() {
         ++next_;
-        Skip(brackets.behindOpen);
+        Skip(brackets.afterOpen);
         const char16_t* const name = next_;
         next_ = NameEnd();
         const std::u16string_view tag(name, static_cast<std::size_t>(next_ - name));
@@ -91,7 +91,7 @@ class clsTagScan {
         if (next_ == end_)
             return; // never closed: it takes all that is left
         ++next_;
-        Skip(brackets.behindClose);
+        Skip(brackets.afterClose);
         if (const scTag* const known = UtilpFindTag(tag, end_))
             PutTag(*known);
     }

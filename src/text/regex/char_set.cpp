@@ -94,9 +94,9 @@ void clsCharSet::FillBits() {
 bool clsCharSet::HasHigh(char16_t unit) const {
     if (!bits_.empty())
         return bits_[unit];
-    const auto behind = std::upper_bound(ranges_.begin(), ranges_.end(), unit,
-                                         [](char16_t u, scRange range) { return u < range.first; });
-    return behind != ranges_.begin() && unit <= std::prev(behind)->last;
+    const auto after = std::upper_bound(ranges_.begin(), ranges_.end(), unit,
+                                        [](char16_t u, scRange range) { return u < range.first; });
+    return after != ranges_.begin() && unit <= std::prev(after)->last;
 }
 
 const char16_t* clsCharSet::RunEnd(const char16_t* text, const char16_t* end) const {

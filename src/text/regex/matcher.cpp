@@ -218,7 +218,7 @@ bool clsRegExMatcher::Step() {
 bool clsRegExMatcher::WordBefore() const {
     return here_ != text_ && IsWordUnit(here_[-1]);
 }
-bool clsRegExMatcher::WordBehind() const {
+bool clsRegExMatcher::WordAfter() const {
     return here_ != end_ && IsWordUnit(*here_);
 }
 
@@ -235,9 +235,9 @@ bool clsRegExMatcher::IsPlace(RegExOp op) const {
     case Op::lineEnd:
         return here_ == end_ || *here_ == u'\n';
     case Op::wordEdge:
-        return WordBefore() != WordBehind();
+        return WordBefore() != WordAfter();
     default:
-        return WordBefore() == WordBehind();
+        return WordBefore() == WordAfter();
     }
 }
 
@@ -314,8 +314,8 @@ clsRegExMatcher::Place clsRegExMatcher::FindFollower(const scRegExInstruction& i
     for (Place from = here_;; piece *= 2) {
         const Place stop = limit - from > piece ? from + piece : limit;
         const Place run = set.RunEnd(from, stop);
-        const auto behind = std::min(static_cast<std::size_t>(end_ - run), literal.size());
-        const Place found = UtilpFindFirst(from, run + behind, literal);
+        const auto after = std::min(static_cast<std::size_t>(end_ - run), literal.size());
+        const Place found = UtilpFindFirst(from, run + after, literal);
         SpendOnUnits(static_cast<std::size_t>((found ? found : run) - from));
         if (found || run != stop || stop == limit)
             return found;
@@ -343,8 +343,8 @@ bool clsRegExMatcher::TakeLongest(const scRegExInstruction& instruction, Place s
     const auto code = static_cast<std::uint32_t>(&instruction - program_.code.data());
     if (instruction.follower != scRegExNode::none) {
         const std::u16string_view literal = program_.Landmark(program_.code[instruction.follower]);
-        const auto behind = std::min(static_cast<std::size_t>(end_ - here_), literal.size());
-        const Place found = UtilpFindLast(shortest, here_ + behind, literal);
+        const auto after = std::min(static_cast<std::size_t>(end_ - here_), literal.size());
+        const Place found = UtilpFindLast(shortest, here_ + after, literal);
         const Place reached = found ? found : shortest;
         SpendOnUnits(reached < here_ ? static_cast<std::size_t>(here_ - reached) : 0);
         if (!found)

@@ -52,7 +52,7 @@ class clsRegExMatcher {
     bool CanGoOn(std::uint32_t code) const;
     bool IsPlace(RegExOp op) const;
     bool WordBefore() const;
-    bool WordBehind() const;
+    bool WordAfter() const;
     bool TakeFork(const scRegExInstruction& instruction);
     bool TakeSameAgain(const scRegExInstruction& instruction);
     bool TakeRun(const scRegExInstruction& instruction);

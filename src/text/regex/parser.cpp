@@ -184,9 +184,9 @@ class clsParser {
         const Node repeated = TakeRepeat(atom);
         SkipIgnored();
         unsigned least = 0, most = 0;
-        const std::size_t behind = reader_.Offset();
+        const std::size_t after = reader_.Offset();
         if (repeated != atom && TakeQuantifier(least, most))
-            clsPatternReader::Fail(behind, "a quantifier after a quantifier");
+            clsPatternReader::Fail(after, "a quantifier after a quantifier");
         return repeated;
     }
 

@@ -176,9 +176,9 @@ void clsPatternReader::TakeRange(clsCharSet& set) {
     const std::optional<char16_t> first = TakeClassUnit(set);
     if (!first)
         return;
-    const std::size_t behind = Offset();
+    const std::size_t after = Offset();
     if (!Take(u'-') || AtEnd() || Peek() == u']') {
-        GoTo(behind); // the hyphen stands for itself
+        GoTo(after); // the hyphen stands for itself
         set.Add(*first);
         return;
     }
@@ -198,8 +198,8 @@ bool clsPatternReader::IsNamedClass() const {
     const std::u16string_view rest = pattern_.substr(at_);
     if (!rest.starts_with(u"[:"))
         return false;
-    const std::size_t behind = rest.find_first_not_of(u"^abcdefghijklmnopqrstuvwxyz", 2);
-    return behind != std::u16string_view::npos && rest.substr(behind).starts_with(u":]");
+    const std::size_t end = rest.find_first_not_of(u"^abcdefghijklmnopqrstuvwxyz", 2);
+    return end != std::u16string_view::npos && rest.substr(end).starts_with(u":]");
 }
 
 clsCharSet clsPatternReader::TakeClass(bool ignoreCase) {
