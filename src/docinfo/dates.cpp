@@ -59,7 +59,7 @@ class clsCursor {
         return left_.size() != before;
     }
 
-    // At least and at most so many digits; their count, 0 for none or too few.
+    // Takes from least to most digits. Returns how many, 0 when there are too few.
     unsigned Number(unsigned least, unsigned most, unsigned& number) {
         unsigned count = 0, value = 0;
         for (; count < most && count < left_.size() && IsDigit(left_[count]); ++count)
@@ -190,7 +190,7 @@ void TakeZoneName(clsCursor& cursor, scDocDate& date) {
     }
 }
 
-// -0000 says that the time is UTC and the place is not told.
+// -0000 says that the time is UTC and the place is unknown.
 bool TakeMailZone(clsCursor& cursor, scDocDate& date) {
     const char16_t sign = cursor.Peek();
     if (!cursor.TakeAny(u"+-")) {

@@ -33,7 +33,7 @@ bool clsDocumentHead::Reach(std::size_t size) {
     return true;
 }
 
-// The first piece is the page that the format was told by. A surrogate at the end of a piece of UTF-16 comes
+// The first piece is the page that the format was recognised by. A surrogate at the end of a piece of UTF-16 comes
 // again with its other half.
 bool clsDocumentHead::ReadOn() {
     const std::size_t wanted =

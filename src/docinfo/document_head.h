@@ -11,7 +11,7 @@ namespace tvut {
 
 class clsDocumentHead {
   public:
-    // At most so many bytes of the document. One that begins with a mark of UTF-16 is read as UTF-8; marks
+    // At most that many bytes of the document. One that begins with a mark of UTF-16 is read as UTF-8; marks
     // are passed over.
     clsDocumentHead(clsPagedSource& source, std::size_t most);
 
@@ -37,7 +37,7 @@ class clsDocumentHead {
   private:
     enum class Form { bytes, utf16Little, utf16Big };
 
-    bool Reach(std::size_t size); // false when there are not so many
+    bool Reach(std::size_t size); // false when there are fewer
     bool ReadOn();
 
     clsPagedSource& source_;

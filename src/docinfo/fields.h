@@ -1,5 +1,5 @@
-// Numbers and bytes at places of a source that nobody vouches for: what lies behind its end is told, never
-// read.
+// Numbers and bytes at places of a source that nobody vouches for: one that lies beyond its end is reported as
+// damage, never read.
 #pragma once
 
 #include "docinfo/doc_info.h"
@@ -34,7 +34,7 @@ class clsFields {
         return static_cast<Number>(number);
     }
 
-    // At most so many bytes, fewer only where the source ends.
+    // At most that many bytes, fewer only where the source ends.
     std::string Text(std::uint64_t position, std::size_t most) {
         std::string text(most, '\0');
         text.resize(source_.ReadAt(position, text.data(), most));

@@ -1,5 +1,5 @@
-// Parts of a document that can be read without each other: all are read, and the first damage told at the
-// end.
+// Parts of a document that can be read without each other: all are read, and the first damage is thrown at
+// the end.
 #pragma once
 
 #include "docinfo/doc_info.h"

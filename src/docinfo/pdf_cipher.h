@@ -1,5 +1,5 @@
 // The standard security handler of PDF (ISO 32000-1, 7.6; ISO 32000-2, 7.6.4), revisions 2 to 6, for
-// documents that open with the empty user password: who may print or copy is told there, not who may read.
+// documents that open with the empty user password: it says who may print or copy, not who may read.
 #pragma once
 
 #include "docinfo/pdf_syntax.h"

@@ -1,5 +1,5 @@
 // The file passes through a window, whose parts overlap: what is found in the middle of one has some bytes on
-// either side. An object is told by the word obj after two numbers; what it is, by names soon after.
+// either side. An object is recognised by the word obj after two numbers; what it is, by names soon after.
 #include "docinfo/pdf_heads.h"
 
 #include "docinfo/pdf_syntax.h"

@@ -15,7 +15,7 @@ class clsZipPackage {
   public:
     static constexpr std::size_t largestPart = 4 * 1024 * 1024; // bytes of it that are looked at
 
-    // Both must stay while the object does. Problems are told to info.
+    // Both must stay while the object does. Problems are reported to info.
     clsZipPackage(clsPagedSource& source, clsDocInfo& info);
 
     // False when it is no archive that can be read. Throws what the source throws, std::bad_alloc.

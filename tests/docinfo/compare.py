@@ -50,7 +50,7 @@ NAMES = {
 # Fixtures and properties, as patterns: why ours is another.
 DIFFERENCES = {
     "docx-strict .*": "ElementTree refuses the reference to an entity that is not declared, and with it the part",
-    "ooxml-damaged Title": "ElementTree gives nothing of a part that is damaged behind the title",
+    "ooxml-damaged Title": "ElementTree gives nothing of a part that is damaged after the title",
     "html-all Title": "&AMP; is HTML 5; the title here is white space and all",
     "html-cut Author": "html.parser drops a tag that does not end",
     "html-utf8 Title": "html.parser's page keeps the empty title",
@@ -62,7 +62,7 @@ DIFFERENCES = {
     "rtf-(all|japanese) .*": "exiftool does not read groups, \\u and code pages of two bytes",
     "rtf-all Modified": "no time is given, and none is made up",
     "rtf-cut Title": "exiftool gives nothing of a file that ends within the group",
-    "rtf-late Title": "properties behind the first paragraph are not looked for",
+    "rtf-late Title": "properties after the first paragraph are not looked for",
     "tiff-.* Title": "exiftool does not join surrogates; Title is DocumentName where there is no XPTitle",
     "tiff-.* Author": "Author is XPAuthor before Artist",
     "tiff-.* Copyright": "two texts in one are joined as two values",
@@ -76,7 +76,7 @@ def ours(path):
 
 
 def plain(value):
-    """Dates as their digits without a zone, lists joined, white space told apart from nothing."""
+    """Dates as their digits without a zone, lists joined, white space kept apart from nothing."""
     if isinstance(value, list):
         value = "; ".join(str(one) for one in value)
     value = re.sub(r"\s+", " ", str(value).replace("\\n", " ")).strip()

@@ -101,7 +101,7 @@ TEST(DocInfo, SourcesThatFail) {
 
 // ---- Large and hostile ones -----------------------------------------------------------------------
 
-// A document with so many zeros at a place.
+// A document with zeros at a place.
 class clsGapDocument final : public clsRandomSource {
   public:
     clsGapDocument(std::string bytes, std::size_t gapAt, std::uint64_t gapBytes)

@@ -84,7 +84,7 @@ TEST(ZipWriter, KnowsNamesWithoutRegardToCaseAndWhatLiesInTheirWay) {
         EXPECT_FALSE(writer.IsTaken(free, false)) << testing::PrintToString(free);
 }
 
-// Fails after so many good bytes.
+// Fails after that many good bytes.
 class clsFailingSource final : public clsByteSource {
   public:
     explicit clsFailingSource(std::size_t good) : bytes_(good, 'x'), source_(bytes_) {}

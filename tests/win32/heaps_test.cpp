@@ -383,7 +383,7 @@ TEST_F(Heaps, PassPretenders) {
     EXPECT_EQ(page.Protect, DWORD{PAGE_READWRITE | PAGE_GUARD})
         << "it may be what lets a thread's stack grow";
     char* const resized = static_cast<char*>(UtilHeapObjectAlloc(heap, 8, 0));
-    const scPage fence; // far behind, with nothing between
+    const scPage fence; // far beyond it, with nothing between
     SetWord(fence.start, 0, 0xE5E55E5E);
     SetWord(resized, -8, static_cast<UINT32>(fence.start - resized));
     EXPECT_EQ(UtilHeapObjectFree(heap, resized), UTIL_OK) << "the system knows how large it is";

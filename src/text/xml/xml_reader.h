@@ -61,8 +61,8 @@ class clsXmlReader {
     // The piece of text.
     std::u16string Text() const;
 
-    // The text of the element that has started, and of all in it: pieces that come after so many units are
-    // left out. The element has ended then.
+    // The text of the element that has started, and of all in it: pieces that come after that many units
+    // are left out. The element has ended then.
     std::u16string ReadText(std::size_t most = allUnits);
 
   private:
