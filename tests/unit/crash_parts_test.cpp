@@ -3,42 +3,19 @@
 #include "runtime/crash/frame_tables.h"
 #include "runtime/crash/frame_walk.h"
 #include "runtime/frame_line.h"
+#include "support/cases.h"
 #include "support/frame_table_image.h"
 #include "support/process_picture.h"
+#include "unit/whole_file.h"
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <vector>
 
 using namespace tvut;
 
 namespace {
-
-constexpr std::string_view expectedReport =
-    "tvUT22 report 1\r\n"
-    "Product: Invoice  Designer\r\n"
-    "Version: \r\n"
-    "Program: C:\\\xC3\x9C\\\xEF\xBF\xBD\xF0\x9F\x98\x80.exe\r\n"
-    "Time: 2026-11-01T02:10:05.023Z\r\n"
-    "Process: 1234\r\n"
-    "Thread: 5678\r\n"
-    "Reason: access violation\r\n"
-    "Code: 0xC0000005\r\n"
-    "Address: 0x00401D44\r\n"
-    "Access: execute 0x00000008\r\n"
-    "Registers: eax=0000000a ebx=00000000 ecx=00000000 edx=00000000 "
-    "esi=00000000 edi=00000000 ebp=0012ff00 esp=00000000 eip=00401d44 "
-    "efl=00010246\r\n"
-    "System: Windows 6.1.7601, 2 processors, memory 1234/4096 MB, "
-    "address space 1890/2047 MB\r\n"
-    "Note: Document=C:\\x\\march.rpt\r\n"
-    "Stack:\r\n"
-    "  designer.exe+0x1d44\r\n"
-    "  0x0040abcd ?\r\n"
-    "Modules:\r\n"
-    "  00400000-0044ffff 4.2.1.65535 C:\\designer.exe\r\n"
-    "  fffe0000-ffffffff 0.0.0.0 \r\n"
-    "Dump: none (0xC0000005)\r\n";
 
 void PutReport(clsCrashReport& report) {
     clsNotes notes;
@@ -76,17 +53,18 @@ TEST(CrashReport, ReadsAsItIsDocumented) {
     clsCrashReport report(sink);
     PutReport(report);
     EXPECT_TRUE(report.Flush());
-    EXPECT_EQ(sink.written, expectedReport);
+    EXPECT_EQ(sink.written, ReadFile(TVUT22_TEST_DATA "/crash/report.txt"));
 }
 
 TEST(CrashReport, IsWrittenAsFarAsThereIsRoom) {
     clsMemorySink sink(6000);
     clsCrashReport report(sink);
+    const std::string expected = ReadFile(TVUT22_TEST_DATA "/crash/report.txt");
     while (sink.written.size() < 6000)
         PutReport(report);
     EXPECT_FALSE(report.Flush());
     for (std::size_t at = 0; at < sink.written.size(); ++at)
-        ASSERT_EQ(sink.written[at], expectedReport[at % expectedReport.size()]) << at;
+        ASSERT_EQ(sink.written[at], expected[at % expected.size()]) << at;
 }
 
 TEST(FrameLine, NamesWhatIsKnown) {
@@ -113,12 +91,16 @@ TEST(FrameLine, NamesWhatIsKnown) {
 
 constexpr std::uint32_t stackBegin = 0x200000, codeBegin = 0x400000, dataBegin = 0x500000, pageSize = 4096;
 
-// A stack's words from its beginning; what is left out is zero.
-std::vector<scFrame> Walk(std::initializer_list<std::pair<std::uint32_t, std::uint32_t>> words,
-                          std::uint32_t eip, std::uint32_t ebp) {
+std::uint32_t Hex(const std::u16string& digits) {
+    return static_cast<std::uint32_t>(std::stoul(NarrowCase(digits), nullptr, 16));
+}
+
+// A stack's words, such as "44=400111", from its beginning; what is left out is zero.
+std::vector<scFrame> Walk(const std::u16string& words, std::uint32_t eip, std::uint32_t ebp) {
     clsProcessPicture memory;
     std::string stack(pageSize, '\0');
-    for (const auto& [at, word] : words)
+    std::istringstream pairs(NarrowCase(words));
+    for (std::uint32_t at, word; pairs >> std::hex >> at && pairs.ignore() >> word;)
         std::memcpy(&stack[at], &word, sizeof word);
     memory.Add(stackBegin, pageSize, MemoryKind::data, stack);
     memory.Add(dataBegin, pageSize, MemoryKind::data, std::string(pageSize, '\xD0'));
@@ -147,45 +129,9 @@ std::string Text(const std::vector<scFrame>& frames) {
 }
 
 TEST(FrameWalk, FollowsTheChainAndThenSearches) {
-    const std::uint32_t s = stackBegin, outer = 0xF00, last = 0xF80;
-    // A chain to the thread's beginning; words that look like callers lie between.
-    EXPECT_EQ(
-        Text(Walk(
-            {{0x20, 0x400700}, {0x40, s + outer}, {0x44, 0x400111}, {outer, s + last}, {outer + 4, 0x400222}},
-            0x400300, s + 0x40)),
-        "400300 400111 400222 ");
-    // A zero far from the stack's end is no beginning.
-    EXPECT_EQ(Text(Walk({{0x40, 0}, {0x44, 0x400111}, {0x80, 0x400200}}, 0x400300, s + 0x40)),
-              "400300 400111 400200? ");
-    // A call through null has left where it came from.
-    EXPECT_EQ(Text(Walk({{0, 0x400100}, {outer, s + last}, {outer + 4, 0x400222}}, 0, s + outer)),
-              "0 400100 400222 ");
-    // Functions without a frame yet, or any more, whose caller has one.
-    const auto frameless = [&](std::uint32_t eip) {
-        return Text(
-            Walk({{0, 0x400100}, {4, 0x400200}, {outer, s + last}, {outer + 4, 0x400222}}, eip, s + outer));
-    };
-    EXPECT_EQ(frameless(0x400801), "400801 400100 400222 ");
-    EXPECT_EQ(frameless(0x400802), "400802 400200 400222 ");
-    EXPECT_EQ(frameless(0x400900), "400900 400100 400222 ");
-    EXPECT_EQ(frameless(0x400902), "400902 400100 400222 ");
-    EXPECT_EQ(frameless(0x400903), "400903 400200 400222 ");
-    EXPECT_EQ(frameless(0x400A00), "400a00 400100 400222 ");
-    EXPECT_EQ(frameless(0x400A01), "400a01 400222 ");
-    EXPECT_EQ(Text(Walk({{0, 0x400700}, {4, 0x400600}, {16, 0x400300}}, 0x400A00, 0x12345)),
-              "400a00 400700 400600 400300 ");
-    // A frame pointer of frameless code: what stands after no call is passed over, a chain is found again.
-    EXPECT_EQ(Text(Walk({{0x10, 0x400101},
-                         {0x20, dataBegin + 2},
-                         {0x3C, s + outer},
-                         {0x40, 0x400200},
-                         {0x50, 0x400300},
-                         {outer, 0},
-                         {outer + 4, 0x400400}},
-                        0x400500, 0x12345)),
-              "400500 400200? 400400? ");
-    // One that points back ends there, and so does a stack that is none.
-    EXPECT_EQ(Text(Walk({{0x40, s + 0x40}, {0x44, 0x400111}}, 0x400300, s + 0x40)), "400300 400111 ");
+    for (const scCaseRow& row : CaseRows("crash/frame_walks", 4))
+        EXPECT_EQ(Text(Walk(row[0], Hex(row[1]), Hex(row[2]))), NarrowCase(row[3]) + " ") << row.where;
+    // A stack that is none.
     clsProcessPicture nothing;
     std::array<scFrame, 4> frames;
     EXPECT_EQ(UtilpWalkFrames(nothing, {1, 0xFFFFFFFF, 0xFFFFFFFF, 0}, frames), 1u);
@@ -218,59 +164,21 @@ bool Leave(const std::string& image, std::uint32_t at, scFrameRegisters& registe
 #define PROGRAM(text) std::string(text, sizeof text - 1)
 
 TEST(FrameTables, TellWhereCallersAre) {
-    constexpr std::uint32_t stored = ebp - 16 + 0x100, none = 0;
-    const struct {
+    for (const scCaseRow& row : CaseRows("crash/frame_tables", 4)) {
         std::string program;
-        std::uint32_t at, frame, ebp; // frame: esp of the caller; none: it is not told
-    } cases[] = {
-        {"", 0, esp + 4, ebp},
-        {"", 31, esp + 4, ebp},
-        {"", 32, none, 0},
-        {"\x41\x0E\x08\x85\x02", 0, esp + 4, ebp}, // push ebp
-        {"\x41\x0E\x08\x85\x02", 1, esp + 8, esp + 0x100},
-        {"\x0C\x05\x08\x85\x02", 0, ebp + 8, ebp + 0x100},
-        {"\x0E\x08\x0D\x05", 0, ebp + 8, ebp},
-        {"\x0E\x20\x0A\x41\x0E\x04\x41\x0B", 1, esp + 4, ebp}, // remember, restore
-        {"\x0E\x20\x0A\x41\x0E\x04\x41\x0B", 2, esp + 0x20, ebp},
-        {"\x85\x02\x41\xC5", 1, esp + 4, ebp},
-        {"\x85\x02\x41\x06\x05", 1, esp + 4, ebp},
-        {"\x85\x02\x08\x05", 0, esp + 4, ebp},
-        {"\x02\x10\x0E\x08", 15, esp + 4, ebp},
-        {"\x02\x10\x0E\x08", 16, esp + 8, ebp},
-        {PROGRAM("\x03\x10\x00\x0E\x08"), 16, esp + 8, ebp},
-        {PROGRAM("\x04\x10\x00\x00\x00\x0E\x08"), 16, esp + 8, ebp},
-        {PROGRAM("\x04\xFF\xFF\xFF\xFF\x0E\x08"), 31, esp + 4, ebp},
-        {"\x2E\x84\x01\x0E\x84\x01", 0, esp + 0x84, ebp},
-        {"\x05\x05\x02", 0, esp + 4, esp - 4 + 0x100},
-        {"\x11\x05\x02", 0, esp + 4, esp - 4 + 0x100},
-        {"\x11\x05\x7E", 0, esp + 4, esp + 12 + 0x100},
-        {"\x0F\x03\x75\x70\x06", 0, stored, ebp}, // stands at ebp-16
-        {"\x0F\x02\x74\x08", 0, esp + 8, ebp},
-        {PROGRAM("\x10\x05\x02\x75\x00"), 0, esp + 4, ebp + 0x100},
-        {PROGRAM("\x10\x03\x02\x75\x00"), 0, esp + 4, ebp},
-        {"\x07\x05", 0, esp + 4, 0},
-        {"\x10\x05\x01\x50", 0, esp + 4, 0}, // other expressions
-        {"\x0F\x01\x9C", 0, none, 0},
-        {"\x0F\xFF\xFF\xFF\xFF\x0F", 0, none, 0},
-        {PROGRAM("\x0C\x01\x00"), 0, none, 0}, // ecx, which nobody knows
-        {"\x07\x08", 0, none, 0},              // no caller
-        {"\x0E\xFF\x7F", 0, none, 0},          // beyond the stack
-        {"\x0B", 0, none, 0},
-        {"\n\n\n\n\n\n\n\n\n", 0, none, 0},
-        {"\x3F", 0, none, 0},
-        {"\x02", 0, none, 0}, // ends within a step
-    };
-    for (const auto& one : cases) {
+        std::istringstream bytes(NarrowCase(row[0]));
+        for (unsigned byte; bytes >> std::hex >> byte;)
+            program += static_cast<char>(byte);
         const std::vector<scTableFunction> functions{{imageCodeAt + 64, 32, "\x3F"},
-                                                     {imageCodeAt, 32, one.program}};
+                                                     {imageCodeAt, 32, program}};
+        const std::uint32_t frame = Hex(row[2]);
         scFrameRegisters registers;
-        ASSERT_EQ(Leave(FrameTableImage(functions), one.at, registers), one.frame != none)
-            << testing::PrintToString(one.program);
-        if (one.frame == none)
+        ASSERT_EQ(Leave(FrameTableImage(functions), Hex(row[1]), registers), frame != 0) << row.where;
+        if (frame == 0)
             continue;
-        EXPECT_EQ(registers.esp, one.frame) << testing::PrintToString(one.program);
-        EXPECT_EQ(registers.eip, one.frame - 4 + 0x100) << testing::PrintToString(one.program);
-        EXPECT_EQ(registers.ebp, one.ebp) << testing::PrintToString(one.program);
+        EXPECT_EQ(registers.esp, frame) << row.where;
+        EXPECT_EQ(registers.eip, frame - 4 + 0x100) << row.where;
+        EXPECT_EQ(registers.ebp, Hex(row[3])) << row.where;
     }
 }
 
@@ -328,26 +236,20 @@ TEST(FrameWalk, LeavesFramelessFunctionsByTheirTable) {
 // An image of one page with a version and a debug record.
 std::string Image() {
     std::string image(pageSize, '\0');
-    const auto put = [&](std::size_t at, std::initializer_list<std::uint32_t> words) {
-        for (const std::uint32_t word : words) {
-            std::memcpy(&image[at], &word, sizeof word);
-            at += sizeof word;
-        }
-    };
-    put(0, {0x5A4D});
-    put(0x3C, {0x80});
-    put(0x80, {0x4550, 0x14C, 0x11223344});
-    put(0x98, {0x10B});
-    put(0x80 + 80, {pageSize, 0, 0x55667788});
-    put(0x80 + 116, {16, 0, 0, 0, 0, 0x200, 0x100}); // directories; the third: resources
-    put(0x80 + 168, {0x300, 0x38});                  // the seventh: debug
-    put(0x20C, {0x00020000, 3, 0, 16, 0x80000040});  // icons, and versions
-    put(0x24C, {0x00010000, 1, 0x80000080});
-    put(0x28C, {0x00010000, 1033, 0xC0});
-    put(0x2C0, {0x400, 92});
-    put(0x428, {0xFEEF04BD, 0x10000, 0x40002, 0x10005, 0x60007, 0x80009});
-    put(0x300 + 12, {1, 8, 0x500});
-    put(0x31C + 12, {2, 24, 0x600});
+    PutWords(image, 0, {0x5A4D});
+    PutWords(image, 0x3C, {0x80});
+    PutWords(image, 0x80, {0x4550, 0x14C, 0x11223344});
+    PutWords(image, 0x98, {0x10B});
+    PutWords(image, 0x80 + 80, {pageSize, 0, 0x55667788});
+    PutWords(image, 0x80 + 116, {16, 0, 0, 0, 0, 0x200, 0x100}); // directories; the third: resources
+    PutWords(image, 0x80 + 168, {0x300, 0x38});                  // the seventh: debug
+    PutWords(image, 0x20C, {0x00020000, 3, 0, 16, 0x80000040});  // icons, and versions
+    PutWords(image, 0x24C, {0x00010000, 1, 0x80000080});
+    PutWords(image, 0x28C, {0x00010000, 1033, 0xC0});
+    PutWords(image, 0x2C0, {0x400, 92});
+    PutWords(image, 0x428, {0xFEEF04BD, 0x10000, 0x40002, 0x10005, 0x60007, 0x80009});
+    PutWords(image, 0x300 + 12, {1, 8, 0x500});
+    PutWords(image, 0x31C + 12, {2, 24, 0x600});
     return image;
 }
 
