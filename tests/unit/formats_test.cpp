@@ -3,7 +3,6 @@
 #include "prof/path.h"
 #include "support/cases.h"
 #include "unit/native_platform.h"
-#include "unit/random_tree.h"
 
 #include <gtest/gtest.h>
 
@@ -11,24 +10,6 @@ using namespace tvut;
 using namespace std::literals;
 
 namespace {
-
-// A sink that fails after any number of bytes makes the save fail, never finish.
-TEST(Save, MeasuresWhatItWritesAndReportsAFullSink) {
-    clsTree tree(true);
-    GrowTree(tree, 99, everyKindOfCharacter);
-    for (const std::uint32_t form : {0u, 1u, 2u}) {
-        clsMemorySink sink;
-        ASSERT_TRUE(ProfpSave(tree.Root(), form, false, sink));
-        const std::size_t size = sink.bytes.size();
-        EXPECT_EQ(sink.extended, size) << form;
-        EXPECT_TRUE(sink.finished);
-        for (const std::size_t room : {std::size_t{0}, std::size_t{1}, size / 2, size - 1}) {
-            clsMemorySink full(room);
-            EXPECT_THROW(ProfpSave(tree.Root(), form, false, full), clsException);
-            EXPECT_FALSE(full.finished);
-        }
-    }
-}
 
 // Cut anywhere or with any byte changed, an input loads or fails; the sanitizers watch.
 TEST(Load, SurvivesDamage) {

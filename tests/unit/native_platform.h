@@ -34,24 +34,17 @@ class clsMemorySource final : public clsByteSource {
     std::size_t piece_;
 };
 
-// Bytes into memory; fails, like a full disk, beyond a given size.
+// Bytes into memory.
 class clsMemorySink final : public clsByteSink {
   public:
-    explicit clsMemorySink(std::size_t room = SIZE_MAX) : room_(room) {}
     void Extend(std::uint64_t total) override { extended = total; }
     void Write(const void* data, std::size_t count) override {
-        if (bytes.size() + count > room_)
-            throw clsException("sink is full");
         bytes.append(static_cast<const char*>(data), count);
     }
-    void Finish() override { finished = true; }
+    void Finish() override {}
 
     std::string bytes;
     std::uint64_t extended = 0;
-    bool finished = false;
-
-  private:
-    std::size_t room_;
 };
 
 inline std::string Utf16Bytes(std::u16string_view text) {

@@ -2,7 +2,6 @@
 #include "support/cases.h"
 #include "text/encoding/utf8.h"
 #include "unit/native_platform.h"
-#include "unit/random_tree.h"
 #include "unit/whole_file.h"
 
 #include <cstdlib>

@@ -1,15 +1,33 @@
 // The XML form as an XML parser of the machine reads it. Only natively: the parser is Python's.
 #include "unit/native_platform.h"
-#include "unit/random_tree.h"
 #include "unit/whole_file.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <random>
 
 using namespace tvut;
 using namespace std::literals;
 
 namespace {
+
+void GrowTree(clsTree& tree, unsigned seed, std::u16string_view alphabet) {
+    std::mt19937 random(seed);
+    const auto text = [&](std::size_t longest, bool anyStart) {
+        std::u16string result = anyStart ? u"" : u"n";
+        for (std::size_t length = random() % longest; length != 0; --length)
+            result += alphabet[random() % alphabet.size()];
+        return result;
+    };
+    std::vector<clsItemList*> lists{&tree.Root()};
+    for (int i = 0; i < 400; ++i) {
+        clsItemList& list = *lists[random() % lists.size()];
+        if (random() % 5 == 0)
+            lists.push_back(tree.AppendList(list, scName(u"list" + std::u16string(random() % 3, u'x'))));
+        else
+            tree.AppendItem(list, scName(text(20, false)), text(random() % 50 == 0 ? 200000 : 40, true));
+    }
+}
 
 // What an XML parser of the machine makes of our files; see read_with_expat.py. Control characters and halves
 // of characters are no XML however they are written, and a line end in a name is none either.

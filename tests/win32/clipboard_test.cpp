@@ -87,8 +87,6 @@ TEST(Clipboard, WithoutAProfileGivesAnEmptyJob) {
     EXPECT_EQ(Describe(none), L"");
     EXPECT_EQ(ProfSaveToClipboard(nullptr, nullptr, 0), 0);
     EXPECT_FALSE(ProfIsClipboardDataAvailable());
-    PutOnClipboard("ZZmQ damaged");
-    EXPECT_EQ(clsJob(ProfJobOpenClipboard(nullptr)).Error(), PROF_LOAD_FAILED);
 }
 
 TEST(Clipboard, CarriesEveryFormWhateverTheBlockIsFilledUpWith) {

@@ -181,7 +181,7 @@ TYPED_TEST(Memory, EveryCallFailsCleanlyAndTheJobWorksOn) {
     const auto path = In<Char>(L"New/deep/path/with/a/name"), number = In<Char>(L"number");
     const std::basic_string<Char> large(100000, Char{'v'});
     clsPieceStream source(Utf16(L"\xFEFF[/]\na=1\n")), target(Bytes(1 << 16, '#'));
-    INT value = 0, found = 1, stringLength = 0, longValue = 1, savedAs = 0;
+    INT value = 0, found = 1, stringLength = 0, savedAs = 0;
     ProfJob opens[2] = {};
     ProfList list = 0, empty = 0;
     {
@@ -192,8 +192,6 @@ TYPED_TEST(Memory, EveryCallFailsCleanlyAndTheJobWorksOn) {
         opens[1] = ProfJobOpenStream(&source);
         for (const scTextCall<TypeParam>& call : TextCalls<TypeParam>())
             call.run(job, path.c_str());
-        TypeParam::setString(job, 0, number.c_str(), large.c_str());
-        longValue = TypeParam::getStringLength(job, 0, number.c_str());
         list = TypeParam::appendList(job, 0, large.c_str());
         empty = TypeParam::createList(job, 0, large.c_str());
         savedAs = ProfSaveToStream(job, &target, PROF_SAVE_COMPRESSED);
@@ -202,9 +200,8 @@ TYPED_TEST(Memory, EveryCallFailsCleanlyAndTheJobWorksOn) {
     EXPECT_EQ(found, PROF_OK) << "reading needs no memory";
     EXPECT_EQ(value, 42);
     EXPECT_EQ(stringLength, 2);
-    EXPECT_EQ(longValue, 2) << "a value that could not be stored leaves the old one";
-    EXPECT_EQ(savedAs, PROF_SAVE_FAILED) << "deflating needs 256 KiB";
     EXPECT_FALSE(list || empty);
+    EXPECT_EQ(savedAs, PROF_SAVE_FAILED) << "deflating needs 256 KiB";
     for (const ProfJob& open : opens) {
         EXPECT_NE(open ? ProfGetError(open) : 1, PROF_OK);
         ProfJobClose(open);

@@ -7,7 +7,7 @@
 namespace testing_prof {
 namespace {
 
-constexpr UINT formFlags[] = {PROF_FORM_TEXT, PROF_SAVE_COMPRESSED};
+constexpr UINT formFlags[] = {PROF_FORM_TEXT, PROF_SAVE_COMPRESSED, PROF_FORM_XML, PROF_FORM_XFDF};
 
 TEST(Encodings, OfTheCodePageAreReadWhereTheBytesAreNotUtf8) {
     const std::wstring text =
