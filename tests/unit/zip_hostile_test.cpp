@@ -145,6 +145,14 @@ TEST(ZipHostile, ABadEntryCostsNoOther) {
     }
 }
 
+TEST(ZipHostile, NoByteIsWrittenBeyondWhatTheDirectorySays) {
+    std::string archive = Archive({{u"a", std::string(65536, 'a')}});
+    UtilpWriteNumber(&archive[archive.find("PK\1\2") + 24], std::uint32_t{100});
+    clsMemoryTarget target;
+    EXPECT_EQ(Extract(archive, &target), Result::damaged);
+    EXPECT_LE(target.written, 100u);
+}
+
 TEST(ZipHostile, AFullDiskEndsIt) {
     clsMemoryTarget target;
     target.room = 2;

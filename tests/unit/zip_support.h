@@ -82,6 +82,7 @@ class clsMemoryTarget final : public IclsTargetFolder {
     bool isMade = false;
     std::uint64_t freeBytes = UINT64_MAX;
     std::size_t room = SIZE_MAX; // bytes that can be written before the disk is full
+    std::uint64_t written = 0;   // bytes that were given to files, whatever became of them
     std::map<std::u16string, scFile> files;
     std::set<std::u16string> folders;
     int unfinished = 0; // files that were begun and are neither in their place nor gone
@@ -95,6 +96,7 @@ class clsMemoryTarget final : public IclsTargetFolder {
         ~clsFile() override { --target_.unfinished; }
         void Extend(std::uint64_t bytes) override { extended_ = bytes; }
         void Write(const void* data, std::size_t count) override {
+            target_.written += count;
             if (count > target_.room || count > extended_ - bytes_.size())
                 throw clsException("disk full", 112);
             target_.room -= count;
