@@ -3,7 +3,6 @@
 #include "require.h"
 #include "unit/symbol_properties.h"
 
-#include <algorithm>
 #include <cstring>
 #include <string>
 

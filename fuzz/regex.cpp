@@ -5,8 +5,6 @@
 
 #include "text/regex/regex.h"
 
-#include <cstring>
-
 using namespace tvut;
 
 namespace {

@@ -22,7 +22,7 @@ constexpr unsigned filesGiven = 6;
 // What is packed in a generation, half of it shrinking.
 std::string DataOf(unsigned generation) {
     const unsigned size = 1000 + generation * 7919 % 300'000;
-    return std::to_string(generation) + std::string(size, 'x') + testing_prof::noise(size, generation);
+    return std::to_string(generation) + std::string(size, 'x') + testing_prof::Noise(size, generation);
 }
 
 testing_prof::Tree TreeOf(unsigned generation) {

@@ -6,7 +6,6 @@
 #include <tvut22/viewer.h>
 
 #include <string_view>
-#include <vector>
 
 namespace logpan_test {
 

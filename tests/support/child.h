@@ -25,10 +25,13 @@ class clsChild {
     clsChild(clsChild&&) = default;
 
     bool Runs() const { return WaitForSingleObject(process_.get(), 0) == WAIT_TIMEOUT; }
-    bool EndsWithin(DWORD milliseconds) const {
-        return WaitForSingleObject(process_.get(), milliseconds) == WAIT_OBJECT_0;
-    }
     void Kill() const { TerminateProcess(process_.get(), 1); }
+    /// Of a child that ends unless something is wrong; 0xDEAD after a minute in which it has not.
+    DWORD ExitCodeUnlessItHangs() const {
+        if (WaitForSingleObject(process_.get(), 60000) == WAIT_TIMEOUT)
+            TerminateProcess(process_.get(), 0xDEAD);
+        return ExitCode();
+    }
     DWORD ExitCode() const {
         DWORD code = ~0u;
         WaitForSingleObject(process_.get(), INFINITE);

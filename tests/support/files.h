@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace testing_prof {
 
@@ -62,6 +63,14 @@ class clsTempFolder {
     std::filesystem::path path_;
 };
 
+/// Bytes that do not shrink.
+inline Bytes Noise(std::size_t size, unsigned seed = 1) {
+    Bytes bytes(size, '\0');
+    for (char& byte : bytes)
+        byte = static_cast<char>((seed = seed * 1664525 + 1013904223) >> 24);
+    return bytes;
+}
+
 inline Bytes ReadBytes(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
@@ -71,16 +80,17 @@ inline void WriteBytes(const std::filesystem::path& path, std::string_view bytes
     std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
+/// Those that end with CR LF.
+inline std::vector<std::string> LinesOf(const Bytes& bytes) {
+    std::vector<std::string> lines;
+    for (std::size_t at = 0, end; (end = bytes.find("\r\n", at)) != std::string::npos; at = end + 2)
+        lines.push_back(bytes.substr(at, end - at));
+    return lines;
+}
+
 /// UTF-16 little-endian; begin the text with U+FEFF for a byte-order mark.
 inline Bytes Utf16(std::wstring_view text) {
     return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
-}
-
-inline Bytes Utf16Swapped(std::wstring_view text) {
-    Bytes bytes = Utf16(text);
-    for (size_t i = 0; i + 1 < bytes.size(); i += 2)
-        std::swap(bytes[i], bytes[i + 1]);
-    return bytes;
 }
 
 struct scCloseOpenHandle {

@@ -5,7 +5,7 @@
 
 #include "files.h"
 
-#include <vector>
+#include <algorithm>
 
 namespace testing_prof {
 
@@ -21,10 +21,8 @@ class clsLog {
 
     /// What was written since the object was made: each line's text after its stamp.
     std::vector<std::string> Lines() const {
-        std::vector<std::string> texts;
-        const std::string all = ReadBytes(Path()).substr(start_);
-        for (std::size_t at = 0, end; (end = all.find("\r\n", at)) != std::string::npos; at = end + 2)
-            texts.push_back(WithoutStamp(all.substr(at, end - at)));
+        std::vector<std::string> texts = LinesOf(ReadBytes(Path()).substr(start_));
+        std::ranges::transform(texts, texts.begin(), WithoutStamp);
         return texts;
     }
 

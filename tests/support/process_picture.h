@@ -6,7 +6,6 @@
 #include "runtime/crash/process_memory.h"
 
 #include <algorithm>
-#include <cstring>
 #include <map>
 #include <string>
 

@@ -95,12 +95,4 @@ inline std::vector<std::wstring> entriesOf(const std::wstring& archive) {
     return names;
 }
 
-/// Bytes that do not shrink.
-inline Bytes noise(std::size_t size, unsigned seed = 1) {
-    Bytes bytes(size, '\0');
-    for (char& byte : bytes)
-        byte = static_cast<char>((seed = seed * 1664525 + 1013904223) >> 24);
-    return bytes;
-}
-
 } // namespace testing_prof

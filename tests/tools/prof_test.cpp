@@ -43,11 +43,7 @@ TEST_F(ProfTool, KnowsAPlainIniFileByItsContentsAlone) {
 }
 
 TEST_F(ProfTool, CallsNothingAProfileThatIsBinary) {
-    std::string noise(10'000, '\0');
-    std::generate(noise.begin(), noise.end(), [state = 1u]() mutable {
-        return static_cast<char>((state = state * 1664525 + 1013904223) >> 24);
-    });
-    for (const std::string& contents : {noise, "[S]\na=\0\1\2\3\n"s}) {
+    for (const std::string& contents : {testing_prof::Noise(10'000), "[S]\na=\0\1\2\3\n"s}) {
         Write("some.prf", contents);
         for (const std::string arguments : {"check -", "convert some.prf out.prf", "set some.prf a 1"})
             MustFail(arguments, 4, "its contents are binary", contents);

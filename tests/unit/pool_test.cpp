@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <deque>
-#include <functional>
 #include <random>
 #include <thread>
 

@@ -9,9 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-
 namespace testing_prof {
 
 namespace {
@@ -79,8 +76,7 @@ TEST(DocInfoCalls, RefuseWhatIsNoHandle) {
 TEST(DocInfoCalls, FailWithoutMemory) {
     for (const char* name : {"html-all", "mail-words", "docx-strict", "odt-odfpy", "doc-cyrillic", "msg-wide",
                              "pdf-packed", "rtf-all", "tiff-big-endian"}) {
-        std::ifstream file(std::string(TVUT22_TEST_DATA "/docinfo/") + name + ".in", std::ios::binary);
-        clsPieceStream stream(Bytes(std::istreambuf_iterator<char>(file), {}));
+        clsPieceStream stream(ReadBytes(std::string(TVUT22_TEST_DATA "/docinfo/") + name + ".in"));
         bool isRead = false;
         FailEachAllocation([&] { isRead = bool(tvut22::document_info(UtilDocInfoOpenStream(&stream))); },
                            [&](bool failed) { EXPECT_TRUE(failed || isRead) << name; });

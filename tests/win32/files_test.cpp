@@ -4,7 +4,6 @@
 #include "support/log.h"
 #include "support/piece_stream.h"
 
-#include <random>
 #include <vector>
 
 namespace testing_prof {
@@ -13,14 +12,6 @@ namespace {
 template <class F>
 using Files = InBothForms<F>;
 TYPED_TEST_SUITE(Files, BothForms, scFormNames);
-
-Bytes Random(size_t size) {
-    std::mt19937 generator(static_cast<unsigned>(size));
-    Bytes bytes(size, '\0');
-    for (char& byte : bytes)
-        byte = static_cast<char>(generator());
-    return bytes;
-}
 
 std::string Narrow(const std::wstring& line) {
     return ToBytes(line, CP_ACP);
@@ -39,7 +30,7 @@ TYPED_TEST(Files, StreamsComeBackAsTheyWere) {
     using Char = typename TypeParam::Char;
     const auto name = In<Char>(L"L/b");
     for (const size_t size : {0u, 1u, 7u, 8u, 1000u, 300001u})
-        for (const Bytes& bytes : {Random(size), Bytes(size, 'z')})
+        for (const Bytes& bytes : {Noise(size), Bytes(size, 'z')})
             for (const wchar_t* key : {L"", L"k", L"a longer key \x00FC"}) {
                 const clsJob job;
                 clsPieceStream stream(bytes, size / 3 + 1), more("more");
@@ -90,7 +81,7 @@ TYPED_TEST(Files, ResultsComeInOrder) {
 TEST(Streams, MayClaimAnySize) {
     const std::wstring value(300000, L'v');
     for (const uint64_t claimed : {uint64_t{0}, uint64_t{1}, uint64_t{1} << 31, ~uint64_t{0}}) {
-        clsPieceStream stream(Random(1000), 100), text("[/]\na=" + Bytes(300000, 'v'), 50000);
+        clsPieceStream stream(Noise(1000), 100), text("[/]\na=" + Bytes(300000, 'v'), 50000);
         stream.claimedSize = text.claimedSize = claimed;
         const clsJob job;
         ProfAppendStreamW(job, 0, L"b", nullptr, &stream);
@@ -118,7 +109,7 @@ TEST(Streams, MayChangeTheProfileWhileTheyAreUsed) {
 TYPED_TEST(Files, AreReplacedWholeOrNotAtAll) {
     using Char = typename TypeParam::Char;
     const clsTempFolder folder;
-    const Bytes bytes = Random(100000);
+    const Bytes bytes = Noise(100000);
     WriteBytes(folder / L"source", bytes);
     WriteBytes(folder / L"target", "old");
     const auto name = In<Char>(L"b"), key = In<Char>(L"key"), source = In<Char>(folder / L"source"),
@@ -248,7 +239,7 @@ TYPED_TEST(Files, ComeOutAsTheyWentIn) {
     std::filesystem::create_directory(folder / L"in");
     std::vector<Bytes> contents;
     for (int i = 0; i < 20; ++i) {
-        contents.push_back(Random(static_cast<size_t>(i) * 1111));
+        contents.push_back(Noise(static_cast<size_t>(i) * 1111));
         WriteBytes(folder / (L"in\\" + std::to_wstring(i)), contents.back());
     }
     const auto key = In<Char>(L"secret"), all = In<Char>(folder / L"in\\*"), to = In<Char>(folder / L"out");

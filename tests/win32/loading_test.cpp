@@ -1,15 +1,12 @@
 // The library when it is loaded and unloaded, and when the process around it ends.
-#include "support/child.h"
 #include "support/copy.h"
 #include "support/import_hook.h"
+#include "support/roles.h"
 
-#include <gtest/gtest.h>
 #include <tvut22/prof.h>
 #include <tvut22/util.h>
 
 #include <atomic>
-#include <functional>
-#include <map>
 #include <thread>
 
 namespace testing_prof {
@@ -39,13 +36,8 @@ void EndWhileThrowing() {
 TEST(ProcessEnd, WaitsForNoKilledThread) {
     for (int round = 0; round < 30; ++round) {
         const clsChild children[] = {clsChild(L"throwing"), clsChild(L"throwing")};
-        for (const clsChild& child : children) {
-            const bool ended = child.EndsWithin(20000);
-            if (!ended)
-                child.Kill();
-            ASSERT_TRUE(ended) << "round " << round;
-            EXPECT_EQ(child.ExitCode(), 17u);
-        }
+        for (const clsChild& child : children)
+            ASSERT_EQ(child.ExitCodeUnlessItHangs(), 17u) << "round " << round;
     }
 }
 
@@ -151,18 +143,11 @@ TEST(Loading, WorksBesideTheCompilersRuntime) {
     FreeLibrary(runtime);
 }
 
-const std::map<std::string, void (*)()> rolesByName = {{"throwing", EndWhileThrowing},
-                                                       {"open", EndWithAllOpen}};
+const Roles roles = {{"throwing", EndWhileThrowing}, {"open", EndWithAllOpen}};
 
 } // namespace
 } // namespace testing_prof
 
 int main(int count, char** arguments) {
-    using namespace testing_prof;
-    if (count == 2 && rolesByName.contains(arguments[1])) {
-        rolesByName.at(arguments[1])();
-        return 0;
-    }
-    ::testing::InitGoogleTest(&count, arguments);
-    return RUN_ALL_TESTS();
+    return testing_prof::RunRoleOrTests(count, arguments, testing_prof::roles);
 }

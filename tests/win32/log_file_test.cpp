@@ -1,13 +1,11 @@
 // Diagnostic lines in the log file: their form, and that each arrives whole, in order, and counted.
-#include "support/child.h"
 #include "support/counted_allocations.h"
 #include "support/import_hook.h"
+#include "support/roles.h"
 
-#include <gtest/gtest.h>
 #include <tvut22/util.h>
 
 #include <atomic>
-#include <functional>
 #include <map>
 #include <regex>
 #include <thread>
@@ -67,7 +65,7 @@ void End(DWORD code) {
     TerminateProcess(GetCurrentProcess(), code);
 }
 
-const std::map<std::string, void (*)()> scenarios = {
+const Roles roles = {
     {"lines", WriteLines},
     {"threads", WriteFromThreads},
     {"modules", WriteAmongModules},
@@ -121,13 +119,7 @@ class LogFile : public testing::Test {
         RegSetValueExW(key_, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&on), sizeof on);
     }
     std::string Log() const { return ReadBytes(folder_ / L"lines.log"); }
-    std::vector<std::string> LogLines() const {
-        std::vector<std::string> lines;
-        const std::string all = Log();
-        for (std::size_t at = 0, end; (end = all.find("\r\n", at)) != std::string::npos; at = end + 2)
-            lines.push_back(all.substr(at, end - at));
-        return lines;
-    }
+    std::vector<std::string> LogLines() const { return LinesOf(Log()); }
     // Every line of the log with its time, thread and processor taken out, which differ from run to run.
     std::string ConstantPart() const {
         static const std::regex varying(R"(\d\d:\d\d:\d\d\.\d\d\d [0-9a-f]{8}/[0-9a-f]{2} )");
@@ -255,12 +247,7 @@ TEST_F(LogFile, KeepsLinesOfThreadsAndProcessesWhole) {
 }
 
 TEST_F(LogFile, KeepsLinesWholeWhileModulesComeAndGo) {
-    const clsChild child(L"modules");
-    if (!child.EndsWithin(60000)) {
-        child.Kill();
-        FAIL() << "threads wait for ever";
-    }
-    EXPECT_EQ(child.ExitCode(), 0u);
+    ASSERT_EQ(clsChild(L"modules").ExitCodeUnlessItHangs(), 0u) << "0xDEAD: threads wait for ever";
     const auto counts = CountWhole(LogLines());
     ASSERT_EQ(counts.size(), 1u);
     EXPECT_EQ(counts.begin()->second, 4 * 500);
@@ -270,11 +257,5 @@ TEST_F(LogFile, KeepsLinesWholeWhileModulesComeAndGo) {
 } // namespace testing_prof
 
 int main(int count, char** arguments) {
-    using namespace testing_prof;
-    if (count == 2 && scenarios.contains(arguments[1])) {
-        scenarios.at(arguments[1])();
-        return 0;
-    }
-    ::testing::InitGoogleTest(&count, arguments);
-    return RUN_ALL_TESTS();
+    return testing_prof::RunRoleOrTests(count, arguments, testing_prof::roles);
 }

@@ -1,16 +1,13 @@
 // The thread pool on the system's threads: who is called where, who may wait, and how a process ends around
 // it.
-#include "support/child.h"
 #include "support/copy.h"
+#include "support/roles.h"
 
-#include <gtest/gtest.h>
 #include <tvut22/tvut22.hpp>
 
 #include <algorithm>
 #include <atomic>
 #include <functional>
-#include <map>
-#include <thread>
 #include <tlhelp32.h>
 #include <vector>
 
@@ -332,18 +329,18 @@ void useClientLibrary() {
 
 thread_pool ownedByTheProgram;
 
-const std::map<std::wstring, void (*)()> kRoles = {
-    {L"return", [] { openBusyPool(3); }},
-    {L"exit", [] { openBusyPool(3), ExitProcess(17); }},
-    {L"terminate", [] { openBusyPool(3), TerminateProcess(GetCurrentProcess(), 17); }},
-    {L"owner",
+const Roles roles = {
+    {"return", [] { openBusyPool(3); }},
+    {"exit", [] { openBusyPool(3), ExitProcess(17); }},
+    {"terminate", [] { openBusyPool(3), TerminateProcess(GetCurrentProcess(), 17); }},
+    {"owner",
      [] {
          ownedByTheProgram = thread_pool(L"static", 2);
          for (int i = 0; i < 50; ++i)
              ownedByTheProgram.add(loadLibraries);
      }},
-    {L"client", useClientLibrary},
-    {L"throw",
+    {"client", useClientLibrary},
+    {"throw",
      [] {
          const thread_pool pool(L"throws", 1);
          pool.add([] { throw 1; });
@@ -352,14 +349,10 @@ const std::map<std::wstring, void (*)()> kRoles = {
 };
 
 TEST(ThreadPool, LetsTheProcessEnd) {
-    for (const auto& [role, work] : kRoles) {
+    for (const auto& [role, work] : roles) {
         for (int round = 0; round < 5; ++round) {
-            const clsChild child(role);
-            const bool ended = child.EndsWithin(20000);
-            if (!ended)
-                child.Kill();
-            ASSERT_TRUE(ended) << "it hangs: " << std::filesystem::path(role);
-            ASSERT_EQ(child.ExitCode(), role == L"throw" ? 3u : 17u) << std::filesystem::path(role);
+            const clsChild child(std::wstring(role.begin(), role.end()));
+            ASSERT_EQ(child.ExitCodeUnlessItHangs(), role == "throw" ? 3u : 17u) << role;
         }
     }
 }
@@ -368,12 +361,5 @@ TEST(ThreadPool, LetsTheProcessEnd) {
 } // namespace testing_prof
 
 int main(int count, char** arguments) {
-    using namespace testing_prof;
-    const std::string role = count == 2 ? arguments[1] : "";
-    if (const auto found = kRoles.find(std::wstring(role.begin(), role.end())); found != kRoles.end()) {
-        found->second();
-        return 17;
-    }
-    ::testing::InitGoogleTest(&count, arguments);
-    return RUN_ALL_TESTS();
+    return testing_prof::RunRoleOrTests(count, arguments, testing_prof::roles, 17);
 }

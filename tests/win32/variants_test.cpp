@@ -5,7 +5,6 @@
 #include <oleauto.h>
 
 #include <cstring>
-#include <memory>
 #include <string>
 
 namespace testing_prof {

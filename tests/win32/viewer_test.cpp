@@ -1,15 +1,14 @@
 // Diagnostic lines on their way to a viewer: packets, the older mailslot, and viewers that misbehave.
 #include "support/fake_viewer.h"
 
-#include "support/child.h"
 #include "support/copy.h"
 #include "support/debug_output.h"
 #include "support/import_hook.h"
+#include "support/roles.h"
 
 #include <tvut22/util.h>
 
 #include <atomic>
-#include <map>
 #include <set>
 #include <thread>
 
@@ -322,12 +321,7 @@ void NeedLoader() {
 }
 
 TEST(Loader, IsNeverNeededWithALockHeld) {
-    const clsChild child(L"loader");
-    if (!child.EndsWithin(30000)) {
-        child.Kill();
-        FAIL() << "a deadlock";
-    }
-    EXPECT_EQ(child.ExitCode(), 0u);
+    EXPECT_EQ(clsChild(L"loader").ExitCodeUnlessItHangs(), 0u) << "0xDEAD: a deadlock";
 }
 
 // ---- Second processes ------------------------------------------------------------------------------
@@ -465,18 +459,11 @@ TEST(Assertion, EndsTheProcessWhateverIsPressed) {
     }
 }
 
-const std::map<std::string, void (*)()> rolesByName = {
-    {"deaf", BeDeafViewer}, {"assertion", BeFailedAssertion}, {"loader", NeedLoader}};
+const Roles roles = {{"deaf", BeDeafViewer}, {"assertion", BeFailedAssertion}, {"loader", NeedLoader}};
 
 } // namespace
 } // namespace testing_prof
 
 int main(int count, char** arguments) {
-    using namespace testing_prof;
-    if (count == 2 && rolesByName.contains(arguments[1])) {
-        rolesByName.at(arguments[1])();
-        return 0;
-    }
-    ::testing::InitGoogleTest(&count, arguments);
-    return RUN_ALL_TESTS();
+    return testing_prof::RunRoleOrTests(count, arguments, testing_prof::roles);
 }

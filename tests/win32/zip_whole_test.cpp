@@ -8,8 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
-
 namespace testing_prof {
 namespace {
 
@@ -79,7 +77,7 @@ class clsWorld {
     }
 
     static Tree Sources() {
-        return {{L"empty\\", {}}, {L"d\\", {}}, {L"d\\text", Bytes(70000, 't')}, {L"noise", noise(20000)}};
+        return {{L"empty\\", {}}, {L"d\\", {}}, {L"d\\text", Bytes(70000, 't')}, {L"noise", Noise(20000)}};
     }
     static Names Entries() {
         return {L"source/", L"source/d/", L"source/d/text", L"source/empty/", L"source/noise"};
