@@ -7,9 +7,9 @@
  *     SysFreeString(title);
  *     UtilDocInfoClose(info);
  *
- * The format is recognised by a document's contents, never by its name. A damaged document gives what it still
- * holds, and the property "Problem". Documents are read only, in small pieces: a few kilobytes of a large
- * one. Nothing in them is executed, no link is followed. docs/docinfo.md has the table of formats and
+ * The format is recognised by a document's contents, never by its name. A damaged document gives what it
+ * still holds, and the property "Problem". Documents are read only, in small pieces: a few kilobytes of a
+ * large one. Nothing in them is executed, no link is followed. docs/docinfo.md has the table of formats and
  * properties, and the forms of values.
  *
  * Results are those of results.h. Any thread may call anything at any time. Ciphers load a system library

@@ -1,3 +1,6 @@
+// Read on in pieces, as far as somebody looks: what is wanted stands mostly in the first. UTF-16 becomes
+// UTF-8 piece by piece, so that readers know one form of text; places count in what was read, not in the
+// document.
 #include "docinfo/document_head.h"
 
 #include "docinfo/document_text.h"
@@ -33,8 +36,8 @@ bool clsDocumentHead::Reach(std::size_t size) {
     return true;
 }
 
-// The first piece is the page that the format was recognised by. A surrogate at the end of a piece of UTF-16 comes
-// again with its other half.
+// The first piece is the page that the format was recognised by. A surrogate at the end of a piece of UTF-16
+// comes again with its other half.
 bool clsDocumentHead::ReadOn() {
     const std::size_t wanted =
         bytes_.empty() ? clsPagedSource::pageBytes - static_cast<std::size_t>(position_) : pieceBytes;

@@ -1,5 +1,5 @@
-// Numbers and bytes at places of a source that nobody vouches for: one that lies beyond its end is reported as
-// damage, never read.
+// Numbers and bytes at places of a source that nobody vouches for: one that lies beyond its end is reported
+// as damage, never read.
 #pragma once
 
 #include "docinfo/doc_info.h"

@@ -1,3 +1,6 @@
+// One walk over the root's children finds the format, by the streams that its program writes, and the two
+// streams that hold property sets; the tables say which numbers of a set are which property. Sets, values and
+// the parts of a message are tried one by one, so that damage costs no more than what it has struck.
 #include "docinfo/ole_info.h"
 
 #include "docinfo/compound_file.h"

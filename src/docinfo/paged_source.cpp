@@ -1,3 +1,7 @@
+// A document that fits into the room is read at once, whole. Of a larger one the page that nobody asked for
+// longest gives way to the next. A read of more than a page goes past the cache, which it would only empty.
+// What the file is asked for counts against what is allowed each time anew: damage that leads a reader from
+// place to place ends there.
 #include "docinfo/paged_source.h"
 
 #include "docinfo/doc_info.h"

@@ -1,4 +1,5 @@
-// A document read through a cache of 16 pages: a reader asks for a few bytes anywhere, and the file sees few reads.
+// A document read through a cache of 16 pages: a reader asks for a few bytes anywhere, and the file sees few
+// reads.
 #pragma once
 
 #include "platform/bytes.h"

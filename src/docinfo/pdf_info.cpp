@@ -1,3 +1,7 @@
+// A file's cross references count from its mark, %PDF-, or from its first byte: makers differ, so both are
+// tried. They are believed when catalogue and Info are where they say; otherwise the file is searched for its
+// objects (clsPdfFile::Repair). Info and catalogue are read one by one, so that damage of one leaves the
+// other.
 #include "docinfo/pdf_info.h"
 
 #include "docinfo/first_damage.h"

@@ -1,3 +1,6 @@
+// The archive's reader does the work. What is added here keeps a small file from taking much: the directory
+// is bounded, names are compared as the bytes that they are, and the sink of a part throws once it is full,
+// which ends the unpacking there.
 #include "docinfo/zip_package.h"
 
 #include "docinfo/document_text.h"

@@ -1,3 +1,5 @@
+// The size is the position of the stream's end: what Stat says of a stream need not be so. A read may give
+// fewer bytes than there are; only one that gives none has reached the end.
 #include "platform/random_stream.h"
 
 #include "platform/exception.h"

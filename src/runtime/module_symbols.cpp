@@ -1,3 +1,6 @@
+// Files are mapped, not read: a debug file may have a hundred megabytes, of which a few pages are looked at.
+// A view's pages may fail, so the link in one is read under a guard; whoever uses the symbols guards that,
+// too. The eight modules that were opened last stay.
 #include "runtime/module_symbols.h"
 
 #include "platform/guarded.h"

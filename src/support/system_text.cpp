@@ -1,3 +1,5 @@
+// Put by the writer of crash reports, so that both read alike. Its facts are those that a crash has prepared,
+// gathered anew for this call.
 #include "support/system_text.h"
 
 #include "platform/host.h"

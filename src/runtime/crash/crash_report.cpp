@@ -1,3 +1,5 @@
+// Values of others pass through one function, character by character, so that none can end a line or hide the
+// next. Numbers are put by digits of our own: a process that crashes may hold the locks of the C runtime.
 #include "runtime/crash/crash_report.h"
 
 #include "runtime/code_point.h"

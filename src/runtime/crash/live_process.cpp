@@ -1,3 +1,6 @@
+// Bare calls throughout: a stopped thread may hold any lock of the system's libraries. A thread stands still
+// from before its registers are read until the object ends, so that they and the stack in a dump belong
+// together.
 #include "runtime/crash/live_process.h"
 
 #include <algorithm>

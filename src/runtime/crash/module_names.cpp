@@ -1,3 +1,5 @@
+// Files are mapped when a frame of their module comes by, and stay for the next frames. All that looks into a
+// view is guarded: a file's drive may be gone, and a fault while a crash is described would end the report.
 #include "runtime/crash/module_names.h"
 
 #include "platform/guarded.h"

@@ -1,3 +1,5 @@
+// Apart from system_facts.cpp: this is asked while all is well, by whatever calls the system has. What a
+// crash asks itself stands there.
 #include "platform/processor.h"
 #include "runtime/crash/system_facts.h"
 

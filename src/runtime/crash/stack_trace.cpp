@@ -1,3 +1,6 @@
+// The calling thread asks the system for its frames. A stack that stands still, and one that begins at given
+// registers, are walked by frame_walk, as in reports. Another thread is stopped for the walk alone: what
+// names frames takes locks and memory, of which it may hold either.
 #include "runtime/crash/stack_trace.h"
 
 #include "platform/owned.h"

@@ -1,3 +1,5 @@
+// The table's order says nothing of addresses. One walk keeps the record with the greatest value up to the
+// place, and among those of one value that of the highest rank.
 #include "runtime/symbols/coff_symbols.h"
 
 namespace tvut {

@@ -1,3 +1,6 @@
+// What is not wanted has to be read past, too. How long an attribute is, its form says alone, so a table
+// holds the lengths. After a form that is not in it nobody knows where the next attribute begins: the reader
+// fails for good.
 #include "runtime/symbols/dwarf_reader.h"
 
 #include <array>

@@ -1,3 +1,5 @@
+// The debug file is asked before the module, whose own tables are mostly stripped off, and symbols before
+// exports: the nearest export may belong to another function.
 #include "runtime/symbols/image_symbols.h"
 
 #include "runtime/symbols/coff_symbols.h"

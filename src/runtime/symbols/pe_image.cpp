@@ -1,3 +1,7 @@
+// Headers are read where they lie, through clsBytes: beyond its end there are zeros and empty texts, so that
+// damage shows as a section, an export or a link that is not there. Nothing is kept but where the tables
+// begin. A debug file belongs to a module when its sections are the module's, in the same order: stripping
+// leaves their headers.
 #include "runtime/symbols/pe_image.h"
 
 namespace tvut {
