@@ -73,6 +73,7 @@ class clsOleReader {
 
   private:
     void Look(const scCompoundEntry& entry) {
+        message_.Look(entry);
         if (entry.kind != scCompoundEntry::Kind::stream)
             return;
         if (entry.Name() == u"\5SummaryInformation")
@@ -87,7 +88,6 @@ class clsOleReader {
                 info_.SetFormat(known.format);
             }
         }
-        message_.Look(entry);
     }
 
     // A row whose value is damaged leaves the others.
