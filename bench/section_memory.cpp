@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <windows.h>
 
+#include <psapi.h>
+
 namespace bench {
 
 namespace {
@@ -57,6 +59,10 @@ std::size_t ProbeMemory(const std::string& way, const std::wstring& path) {
         return ProbeEmbedding(path);
     if (way == "zip")
         return ProbeZip(path);
+    if (way == "document")
+        return ProbeDocument(path);
+    if (way == "documents")
+        return Added([&] { return OpenManyDocuments(path); });
     if (way == "temporary") {
         const auto files = MakeManyFiles(path, 10000);
         return Added([&] {
@@ -70,6 +76,13 @@ std::size_t ProbeMemory(const std::string& way, const std::wstring& path) {
         document->ParseWithoutDataNodes();
         return document;
     });
+}
+
+std::size_t PeakMemory() {
+    PROCESS_MEMORY_COUNTERS counters{};
+    Require(K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) != FALSE,
+            "the process's memory cannot be asked for");
+    return counters.PeakWorkingSetSize;
 }
 
 // Runs this program with --probe-memory; its exit code is the answer, 0 when it failed.

@@ -7,7 +7,6 @@
 
 #include <windows.h>
 
-#include <psapi.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -335,17 +334,11 @@ void MeasureZipMemory(const scSettings& settings, clsReport& report) {
 } // namespace
 
 std::size_t ProbeZip(const std::wstring& path) {
-    const auto peak = [] {
-        PROCESS_MEMORY_COUNTERS counters{};
-        Require(K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters) != FALSE,
-                "the process's memory cannot be asked for");
-        return counters.PeakWorkingSetSize;
-    };
-    const std::size_t before = peak();
+    const std::size_t before = PeakMemory();
     const std::wstring archive = path + L".zip", folder = path + L" out";
     Pack(archive, path);
     Unpack(archive, folder);
-    const std::size_t after = peak();
+    const std::size_t after = PeakMemory();
     DeleteFileW(archive.c_str());
     Remove(folder, path.substr(path.rfind(L'\\') + 1));
     return after - before;

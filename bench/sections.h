@@ -5,6 +5,8 @@
 #include "report.h"
 
 #include <string>
+#include <tvut22/docinfo.h>
+#include <vector>
 
 namespace bench {
 
@@ -47,6 +49,13 @@ void RegisterTempFiles(const std::vector<std::wstring>& files);
 
 // The same for packing a file and unpacking it again.
 std::size_t ProbeZip(const std::wstring& path);
+
+// The most that reading a document's properties has in memory at a time; and what many open ones hold.
+std::size_t ProbeDocument(const std::wstring& path);
+std::vector<UtilDocInfo> OpenManyDocuments(const std::wstring& path);
+
+// The highest working set of this process.
+std::size_t PeakMemory();
 
 // Runs ProbeMemory in a process of its own.
 std::size_t RunMemoryProbe(const wchar_t* way, const std::wstring& path);

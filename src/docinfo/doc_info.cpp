@@ -1,7 +1,8 @@
 // Every value passes the same gate: it is cleaned into a buffer, cut, and joined to what its property has.
 //
 // Whether a value is there already is asked of the hashes of all that were joined, not of the joined text: a
-// document with a hundred thousand equal keywords costs a hundred thousand look-ups.
+// document with a hundred thousand equal keywords costs a hundred thousand look-ups. Custom names are looked
+// for by their hashes, too: a file may have far more of them than are kept, and all alike but for their ends.
 #include "docinfo/doc_info.h"
 
 #include "text/encoding/utf8.h"
@@ -29,6 +30,11 @@ constexpr char16_t Lower(char16_t unit) {
 bool IsSameName(std::u16string_view a, std::u16string_view b) noexcept {
     return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(),
                                               [](char16_t x, char16_t y) { return Lower(x) == Lower(y); });
+}
+
+std::uint32_t HashOfName(std::u16string name) {
+    std::ranges::transform(name, name.begin(), Lower);
+    return UtilpHashText(name);
 }
 
 constexpr bool IsLineEnd(char16_t unit) {
@@ -139,15 +145,19 @@ void clsDocInfo::AddCustom(std::u16string_view name, std::u16string_view text) {
     const std::u16string clean = Clean(text);
     if (cleanName.empty() || clean.empty())
         return;
-    auto custom = std::ranges::find_if(
-        custom_, [&](const scCustom& other) { return IsSameName(other.name, cleanName); });
-    if (custom == custom_.end()) {
-        if (custom_.size() == mostCustom || !HasRoom(cleanName.size() + clean.size()))
+    const std::uint32_t hash = HashOfName(cleanName);
+    std::size_t place = 0;
+    while (place < custom_.size() &&
+           !(customHashes_[place] == hash && IsSameName(custom_[place].name, cleanName)))
+        ++place;
+    if (place == custom_.size()) {
+        if (place == mostCustom || !HasRoom(cleanName.size() + clean.size()))
             return SetProblem(u"too many properties");
-        custom = custom_.insert(custom_.end(), {cleanName, {}});
+        customHashes_.push_back(hash);
+        custom_.push_back({cleanName, {}});
         units_ += cleanName.size();
     }
-    Join(custom->text, clean, values_.size() + static_cast<std::size_t>(custom - custom_.begin()));
+    Join(custom_[place].text, clean, values_.size() + place);
 }
 
 void clsDocInfo::AddCustom(std::u16string_view name, const std::optional<scDocDate>& date) {
@@ -170,6 +180,7 @@ void clsDocInfo::SetProblem(std::u16string_view words) {
 
 void clsDocInfo::Finish() noexcept {
     std::unordered_set<std::uint64_t>().swap(seen_);
+    std::vector<std::uint32_t>().swap(customHashes_);
 }
 
 void clsDocInfo::Join(std::u16string& joined, std::u16string_view text, std::size_t owner) {

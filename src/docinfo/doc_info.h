@@ -119,6 +119,7 @@ class clsDocInfo {
 
     std::array<scValue, static_cast<std::size_t>(DocProperty::count)> values_;
     std::vector<scCustom> custom_;
+    std::vector<std::uint32_t> customHashes_; // of their names, until all are added
     std::size_t units_ = 0;
     std::unordered_set<std::uint64_t> seen_; // values that were joined, by owner and text
 };

@@ -76,6 +76,7 @@ class clsOleReader {
 
   private:
     void Look(const scCompoundEntry& entry) {
+        message_.Look(entry);
         if (entry.kind != scCompoundEntry::Kind::stream)
             return;
         if (entry.Name() == u"\5SummaryInformation")
@@ -90,7 +91,6 @@ class clsOleReader {
                 info_.SetFormat(known.format);
             }
         }
-        message_.Look(entry);
     }
 
     // A row whose value is damaged leaves the others.

@@ -5,6 +5,7 @@
 #include "docinfo/pdf_syntax.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tvut {
 
@@ -58,7 +59,7 @@ void clsPdfHeads::Search(clsPagedSource& source) {
         position += to - before;
         before = marginBytes;
     }
-    std::ranges::stable_sort(heads_, {}, &scHead::number);
+    std::ranges::sort(heads_, {}, [](const scHead& head) { return std::pair(head.number, head.position); });
     for (auto* positions : {&objectStreams_, &trailers_, &crossReferences_, &catalogues_})
         std::ranges::reverse(*positions);
 }

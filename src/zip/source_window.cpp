@@ -9,9 +9,15 @@
 namespace tvut {
 
 std::string_view clsSourceWindow::At(std::uint64_t position, std::size_t bytes) {
-    if (Rest(position).size() < bytes)
-        Read(position, std::max(bytes, bytes_));
-    return Rest(position).substr(0, bytes);
+    return From(position, bytes).substr(0, bytes);
+}
+
+std::string_view clsSourceWindow::From(std::uint64_t position, std::size_t bytes) {
+    const std::string_view rest = Rest(position);
+    if (rest.size() >= bytes)
+        return rest;
+    Read(position, std::max(bytes, bytes_));
+    return Rest(position);
 }
 
 std::span<char> clsSourceWindow::Take(std::uint64_t position, std::uint64_t most) {

@@ -20,6 +20,9 @@ class clsSourceWindow {
     // std::bad_alloc, and clsZIPError where the source fails.
     std::string_view At(std::uint64_t position, std::size_t bytes);
 
+    // The same, and what the window has after them: the caller may look on there for less than another call.
+    std::string_view From(std::uint64_t position, std::size_t bytes);
+
     // At least one and at most this many bytes at a position, whatever is at hand; none where the source
     // ends. They may be changed, and the window forgets them.
     std::span<char> Take(std::uint64_t position, std::uint64_t most);

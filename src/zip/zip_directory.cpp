@@ -222,10 +222,11 @@ bool clsZipDirectory::ReadAt(clsSourceWindow& window, const scPlace& place) {
     std::uint64_t left = place.bytes;
     for (std::uint64_t number = 0; number < place.entries; ++number) {
         scCentralHeader header;
-        if (left < scCentralHeader::size || !UtilpReadRecord(window.At(at, scCentralHeader::size), header))
+        std::string_view record = window.From(at, scCentralHeader::size);
+        if (left < scCentralHeader::size || !UtilpReadRecord(record, header))
             return false;
         const std::size_t bytes = scCentralHeader::size + header.nameBytes + header.extraBytes;
-        const std::string_view record = window.At(at, bytes);
+        record = (record.size() < bytes ? window.At(at, bytes) : record).substr(0, bytes);
         if (bytes + header.commentBytes > left || record.size() != bytes || !AddEntry(header, record, place))
             return false;
         at += bytes + header.commentBytes;
@@ -268,7 +269,9 @@ void clsZipDirectory::NoteName(scZipEntry& entry, std::string_view name, bool is
         UtilpWriteNumber(length, static_cast<std::uint16_t>(unicode->size()));
         entry.name = names_.Add(std::string_view(length, sizeof length), *unicode, name);
     } else {
-        entry.Set(scZipEntry::utf8Name, isUtf8 || UtilpIsUtf8(name));
+        const bool isPlain = UtilpIsPlainZipName(name);
+        entry.Set(scZipEntry::plainName, isPlain);
+        entry.Set(scZipEntry::utf8Name, isUtf8 || isPlain || UtilpIsUtf8(name));
         entry.name = names_.Add(name);
     }
     // A backslash may be half of a character, and a dot a component that is dropped.
@@ -303,6 +306,11 @@ ZipNameKind clsZipDirectory::ReadName(const scZipEntry& entry, std::u16string& n
     if (entry.Is(scZipEntry::unicodeName))
         return UtilpReadZipName(names_.View(entry.name, SecondName(names_, entry).before).substr(2),
                                 ZipNameForm::utf8, name);
+    if (entry.Is(scZipEntry::plainName)) {
+        name.resize(entry.nameBytes);
+        UtilpDecodeUtf8(HeaderName(entry), name.data());
+        return ZipNameKind::fine;
+    }
     return UtilpReadZipName(HeaderName(entry),
                             entry.Is(scZipEntry::utf8Name) ? ZipNameForm::utf8 : ZipNameForm::oem, name);
 }

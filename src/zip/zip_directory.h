@@ -45,6 +45,7 @@ struct scZipEntry {
         hidden = 1 << 8,
         utf8Name = 1 << 9,
         unicodeName = 1 << 10, // a second name stands beside the header's
+        plainName = 1 << 11,   // UtilpIsPlainZipName
     };
 
     std::uint64_t position; // of its local header

@@ -147,6 +147,8 @@ UtilResult clsZIPExtraction::Run() {
 
 void clsZIPExtraction::CheckNames() {
     for (const scZipEntry& entry : reader_.Directory().Entries()) {
+        if (entry.Is(scZipEntry::plainName) && order_.folder.size() + 2 * entry.nameBytes <= longestZipPath)
+            continue;
         const ZipNameKind kind = reader_.Directory().ReadName(entry, name_);
         UtilpRequire(kind != ZipNameKind::unsafe, ZipFault::unsafeName);
         UtilpRequire(kind != ZipNameKind::none, ZipFault::badDirectory);

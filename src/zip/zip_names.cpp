@@ -7,6 +7,7 @@
 #include "files/path_root.h"
 #include "platform/code_page.h"
 #include "text/encoding/utf8.h"
+#include "text/scan.h"
 
 #include <algorithm>
 
@@ -104,6 +105,32 @@ ZipNameKind UtilpReadZipName(std::string_view bytes, ZipNameForm form, std::u16s
     if (name.empty())
         return ZipNameKind::none;
     return UtilpBeginsWithDrive(name) ? ZipNameKind::unsafe : ZipNameKind::fine;
+}
+
+bool UtilpIsPlainZipName(std::string_view bytes) noexcept {
+    constexpr std::size_t blockBytes = sizeof(__m128i);
+    char filled[blockBytes];
+    const std::size_t size = bytes.size();
+    if (size < blockBytes) {
+        std::memset(filled, 'x', sizeof filled);
+        bytes.copy(filled, size);
+    }
+    if (size == 0 || (size >= 2 && bytes[1] == ':'))
+        return false;
+    const char* const begin = size < blockBytes ? filled : bytes.data();
+    const std::size_t last = std::max(size, blockBytes) - blockBytes; // may overlap the block before
+    for (std::size_t at = 0;; at = std::min(at + blockBytes, last)) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(begin + at));
+        const auto equal = [block](char c) { return UtilpEqualBytes(block, c); };
+        const auto mask = [](__m128i bits) { return static_cast<unsigned>(_mm_movemask_epi8(bits)); };
+        const unsigned slashes = mask(equal('/'));
+        const unsigned starts = slashes << 1 | (at == 0 || begin[at - 1] == '/' ? 1 : 0); // of components
+        if (mask(_mm_or_si128(block, _mm_or_si128(equal('\\'), equal('\0')))) != 0 ||
+            (starts & (slashes | mask(equal('.')))) != 0)
+            return false;
+        if (at == last)
+            return true;
+    }
 }
 
 void UtilpMakePossiblePath(std::u16string_view name, std::u16string& path) {

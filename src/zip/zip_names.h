@@ -22,6 +22,9 @@ enum class ZipNameKind {
 // Throws std::bad_alloc.
 ZipNameKind UtilpReadZipName(std::string_view bytes, ZipNameForm form, std::u16string& name);
 
+// Whether a name is what nearly all are: ASCII, and fine as it stands. Costs less than reading it.
+bool UtilpIsPlainZipName(std::string_view bytes) noexcept;
+
 // The path that such a name gets on Windows, with backslashes and without one at its end: what no name may
 // hold becomes "_", blanks and dots at a component's end likewise, a device's name gets "_" after it. Each
 // component is a bare file name then. Throws std::bad_alloc.

@@ -1,11 +1,12 @@
 // The records of a ZIP archive (PKWARE's APPNOTE.TXT 6.3, section 4.3), each with its fields in file order:
-// one list a record serves reading and writing. Numbers are little-endian; nothing is read or written but
-// byte by byte.
+// one list a record serves reading and writing. Numbers are little-endian and stand anywhere.
 #pragma once
 
+#include <bit>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 
 namespace tvut {
@@ -109,6 +110,10 @@ struct scZip64Locator {
 template <std::unsigned_integral Number>
 Number UtilpReadNumber(const char* bytes) {
     Number number = 0;
+    if constexpr (std::endian::native == std::endian::little) {
+        std::memcpy(&number, bytes, sizeof number);
+        return number;
+    }
     for (std::size_t i = sizeof(Number); i-- > 0;)
         number = static_cast<Number>(number << (sizeof(Number) > 1 ? 8 : 0) |
                                      static_cast<unsigned char>(bytes[i]));

@@ -12,8 +12,14 @@ my @date = (0, 0, 12, 14, 2, 105); # 14 March 2005, of everything
 
 sub compound {
     my ($name, %streams) = @_;
-    my @streams = map { OLE::Storage_Lite::PPS::File->new(encode('UTF-16LE', $_), $streams{$_}) } sort keys %streams;
-    OLE::Storage_Lite::PPS::Root->new(\@date, \@date, \@streams)->save("$folder/$name.in") or die $name;
+    OLE::Storage_Lite::PPS::Root->new(\@date, \@date, children(%streams))->save("$folder/$name.in") or die $name;
+}
+
+sub children { # a storage's are given as a hash
+    my %streams = @_;
+    return [map { my ($name, $holds) = (encode('UTF-16LE', $_), $streams{$_});
+        ref $holds ? OLE::Storage_Lite::PPS::Dir->new($name, \@date, \@date, children(%$holds))
+            : OLE::Storage_Lite::PPS::File->new($name, $holds) } sort keys %streams];
 }
 
 sub text { pack('VVa*x![V]', $_[0], length $_[1], $_[1]) }                  # type 30 (bytes) or 8
@@ -93,6 +99,13 @@ mail('msg-wide', fixed([0x40, 0x39, mailtime($when)], [0x40, 0x0E06, mailtime($w
     ['1000', 'body']);
 mail('msg-narrow', fixed([3, 0x3FFD, pack('Vx4', 1252)], [0x40, 0x39, "\xFF" x 8]), '0037001E' => "\xC4rger", '0C1A001E' => 'a@example.org',
     '0C1F001E' => 'a@example.org');
+# Keywords are the third name: after one of another family, and another text.
+sub named { my $name = encode('UTF-16LE', $_[0]); pack('Va*x![V]', length $name, $name) }
+compound('msg-named', '__properties_version1.0' => fixed(), '__substg1.0_3004001F' => encode('UTF-16LE', "One\r\ntwo"),
+    '__nameid_version1.0' => { '__substg1.0_00020102' => '', '__substg1.0_00040102' => named('Other') . named('Keywords'),
+        '__substg1.0_00030102' => pack('(VvvVvvVvvVvv)', 16, 7, 0, 0, 5, 1, 0x8505, 6, 2, 16, 5, 3) },
+    map { ("__substg1.0_$_->[0]", encode('UTF-16LE', $_->[1])) } ['8003101F', ''], ['8003101F-00000001', 'second'],
+    ['8003101F-00000000', "f\x{FC}rst"], ['8001101F-00000000', 'another']);
 
 # Sectors of 4,096 bytes: header, table, directory, one stream.
 sub entry { my ($name, $kind, $child, $first, $size) = @_; my $wide = encode('UTF-16LE', "$name\0");

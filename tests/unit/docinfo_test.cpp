@@ -4,7 +4,6 @@
 #include "docinfo/dates.h"
 #include "docinfo/document_text.h"
 #include "support/cases.h"
-#include "text/xml/xml_reader.h"
 #include "unit/docinfo_support.h"
 #include "unit/whole_file.h"
 
@@ -99,7 +98,7 @@ TEST(DocInfo, SourcesThatFail) {
     }
 }
 
-// ---- Large and hostile ones -----------------------------------------------------------------------
+// ---- Large ones -----------------------------------------------------------------------------------
 
 // A document with zeros at a place.
 class clsGapDocument final : public clsRandomSource {
@@ -157,54 +156,6 @@ TEST(DocInfo, OfLargeDocumentsLittleIsRead) {
         EXPECT_EQ(Properties(document), Fixture((one.name + std::string(".expected")).c_str()));
         EXPECT_LE(document.read, 128u * 1024) << one.name;
     }
-}
-
-std::string Repeated(std::string_view part, std::size_t count) {
-    std::string text;
-    while (count-- != 0)
-        text += part;
-    return text;
-}
-
-// Depth, numbers and lengths that would take a reader minutes, or all memory, if it believed them.
-TEST(DocInfo, HostileDocuments) {
-    const std::pair<std::string, const char*> documents[] = {
-        {"<title>" + Repeated("<", 900000), "damaged: the title does not end"},
-        {"<html " + Repeated("a ", 500000), "damaged: a tag does not end"},
-        {"<html>" + Repeated("<meta name=a content=b>", 40000), ""},
-        {"<html>" + Repeated("<!--", 200000), "damaged: a tag does not end"},
-        {"<title>" + Repeated("&", 500000) + "</title>", ""},
-        {"To: a\nFrom: " + Repeated("(", 900000), ""},
-        {"To: a\nFrom: " + Repeated("a,", 450000), ""},
-        {"To: a\nSubject: " + Repeated("=?utf-8?Q?", 90000), ""},
-        {"To: a\nSubject: " + Repeated("=?utf-8?B?QQ==?= ", 50000), ""},
-        {"To: a\n" + Repeated("Subject: b\n", 100000), "damaged: the header is too long"}};
-    for (const auto& [document, problem] : documents) {
-        clsDocInfo info;
-        clsMemoryDocument source(document);
-        EXPECT_TRUE(UtilpReadDocument(source, u"document", info)) << document.substr(0, 30);
-        EXPECT_EQ(Utf8(info.Text(DocProperty::problem)), problem) << document.substr(0, 30);
-    }
-}
-
-TEST(DocInfo, HostileXml) {
-    using Reader = clsXmlReader;
-    const auto read = [](std::string document) -> std::string {
-        try {
-            Reader xml(std::move(document));
-            while (xml.Next() != Reader::Event::finished)
-                xml.Text();
-            return "fine";
-        } catch (const clsXmlError& error) {
-            return error.what();
-        }
-    };
-    EXPECT_EQ(read(Repeated("<a>", 100000) + Repeated("</a>", 100000)), "fine");
-    EXPECT_EQ(read(Repeated("<a>", 1000000)), "elements are nested too deeply");
-    EXPECT_EQ(read("<a " + Repeated("b='' ", 100000) + "/>"), "too many attributes");
-    EXPECT_EQ(read(Repeated("<a xmlns='u'>", 100000)), "too many namespaces");
-    EXPECT_EQ(read("<!DOCTYPE a [<!ENTITY b '" + Repeated("&b;", 100000) + "'>]><a>&b;</a>"), "fine");
-    EXPECT_EQ(read("<a>" + Repeated("&#x41;", 100000) + "</a>"), "fine");
 }
 
 // ---- Values -------------------------------------------------------------------------------------

@@ -42,8 +42,12 @@ TEST(Utf8, AcceptsWhatIsWellFormedAndReplacesTheRest) {
                             {"a\xFFz\x80", false, u"a\uFFFDz\uFFFD"}};
     for (const scCase& c : cases) {
         SCOPED_TRACE(::testing::PrintToString(c.bytes));
-        EXPECT_EQ(UtilpIsUtf8(c.bytes), c.valid);
-        EXPECT_EQ(Decoded(c.bytes), c.text);
+        for (const std::size_t around : {0u, 3u, 13u, 16u, 29u}) { // ASCII passes in blocks
+            const std::string bytes = std::string(around, 'x') + std::string(c.bytes);
+            EXPECT_EQ(UtilpIsUtf8(bytes + std::string(around, 'y')), c.valid);
+            EXPECT_EQ(Decoded(bytes + std::string(around, 'y')),
+                      std::u16string(around, u'x') + std::u16string(c.text) + std::u16string(around, u'y'));
+        }
     }
 }
 

@@ -11,7 +11,11 @@ namespace tvut {
 // What is wrong with how a name is taken; null for nothing.
 inline const char* FaultOfZipName(std::string_view bytes, ZipNameForm form) {
     std::u16string name, path, again;
-    if (UtilpReadZipName(bytes, form, name) != ZipNameKind::fine)
+    const ZipNameKind kind = UtilpReadZipName(bytes, form, name);
+    if (UtilpIsPlainZipName(bytes) &&
+        (kind != ZipNameKind::fine || name != std::u16string(bytes.begin(), bytes.end())))
+        return "a plain name does not stay as it stands";
+    if (kind != ZipNameKind::fine)
         return nullptr;
     if (name.find(u'\\') != name.npos || name.find(u'\0') != name.npos ||
         (name.starts_with(u'/') && name != u"/"))
