@@ -1,6 +1,7 @@
 // Doubles to text and back, against the standard library's exact conversions.
 #include "text/numbers/decimal_double.h"
 #include "text/numbers/fixed_decimal.h"
+#include "text/numbers/shortest_decimal.h"
 
 #include <gtest/gtest.h>
 
@@ -80,6 +81,33 @@ TEST(Numbers, AreWrittenAsTheStandardLibraryRoundsThem) {
     for (const double number : {0.0, -0.0, 0.0000005, 0x1p-74, 0x1.fffffffffffffp-22, 4095.9999995, 0x1p53,
                                 0x1p64, Limits::max(), -Limits::max(), Limits::min(), Limits::denorm_min()})
         EXPECT_EQ(Fixed(number), StandardFixed(number)) << number;
+}
+
+std::string Shortest(double number) {
+    std::array<char16_t, longestShortestDecimal> text;
+    char16_t* const end = UtilpPutShortestDecimal(number, text.data());
+    return std::string(text.data(), end);
+}
+
+TEST(Numbers, HaveTheStandardLibrarysShortestDigits) {
+    const auto compare = [](double number) {
+        std::array<char, 400> text;
+        char* const end =
+            std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed).ptr;
+        ASSERT_EQ(Shortest(number), std::string(text.data(), end));
+    };
+    std::mt19937_64 random(4);
+    for (int i = 0; i < 20000; ++i) {
+        compare(std::ldexp(static_cast<double>(random() >> random() % 64), -static_cast<int>(random() % 80)));
+        compare(-static_cast<double>(random() >> random() % 64) / std::pow(10.0, random() % 20));
+        if (i % 50 == 0)
+            compare(RandomDouble(random));
+    }
+    for (int power = -1074; power < 1024; ++power)
+        compare(std::ldexp(1.0, power));
+    for (const double number :
+         {0.0, -0.0, 0.1, 0.3, 9.5, 1e23, -Limits::max(), Limits::min(), Limits::denorm_min()})
+        compare(number);
 }
 
 TEST(Numbers, AreReadAsTheStandardLibraryReadsThem) {

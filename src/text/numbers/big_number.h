@@ -36,6 +36,27 @@ class clsBigNumber {
             words_[length_++] = static_cast<std::uint32_t>(carry);
     }
 
+    constexpr void Add(const clsBigNumber& other) {
+        std::uint64_t carry = 0;
+        for (std::size_t i = 0; i < std::max(length_, other.length_) || carry != 0; ++i) {
+            carry += std::uint64_t{words_[i]} + other.words_[i];
+            words_[i] = static_cast<std::uint32_t>(carry);
+            carry >>= 32;
+            length_ = std::max(length_, i + 1);
+        }
+    }
+
+    // Of what is not larger.
+    constexpr void Subtract(const clsBigNumber& other) {
+        std::uint64_t borrowed = 0;
+        for (std::size_t i = 0; i < length_; ++i) {
+            const std::uint64_t difference = std::uint64_t{words_[i]} - other.words_[i] - borrowed;
+            words_[i] = static_cast<std::uint32_t>(difference);
+            borrowed = difference >> 63;
+        }
+        Trim();
+    }
+
     constexpr void MultiplyByPowerOfFive(unsigned power) {
         constexpr unsigned most = 13; // the largest power in 32 bits
         constexpr std::uint32_t largest = 1'220'703'125;
@@ -66,8 +87,7 @@ class clsBigNumber {
             words_[i] = static_cast<std::uint32_t>(rest / divisor);
             rest -= std::uint64_t{words_[i]} * divisor;
         }
-        while (length_ != 0 && words_[length_ - 1] == 0)
-            --length_;
+        Trim();
         return static_cast<std::uint32_t>(rest);
     }
 
@@ -87,8 +107,16 @@ class clsBigNumber {
                 return one.words_[i] <=> other.words_[i];
         return std::strong_ordering::equal;
     }
+    friend constexpr bool operator==(const clsBigNumber& one, const clsBigNumber& other) {
+        return (one <=> other) == 0;
+    }
 
   private:
+    constexpr void Trim() {
+        while (length_ != 0 && words_[length_ - 1] == 0)
+            --length_;
+    }
+
     std::array<std::uint32_t, 96> words_{}; // the lowest first
     std::size_t length_ = 0;                // of those words, the last one is not zero
 };
