@@ -3,6 +3,7 @@
 #include "docinfo/property_set.h"
 
 #include "docinfo/document_text.h"
+#include "text/numbers/shortest_decimal.h"
 
 #include <array>
 #include <bit>
@@ -43,15 +44,13 @@ enum class ValueType : std::uint16_t {
 
 template <class Number>
 std::u16string Digits(Number number) {
-    std::array<char, 400> digits; // the largest real number has 309
-    const auto end = [&] {
-        if constexpr (std::is_floating_point_v<Number>)
-            return std::to_chars(digits.data(), digits.data() + digits.size(), number,
-                                 std::chars_format::fixed);
-        else
-            return std::to_chars(digits.data(), digits.data() + digits.size(), number);
-    }();
-    return {digits.data(), end.ptr};
+    std::array<char, 24> digits;
+    return {digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr};
+}
+
+std::u16string RealDigits(double number) {
+    std::array<char16_t, longestShortestDecimal> digits;
+    return {digits.data(), UtilpPutShortestDecimal(number, digits.data())};
 }
 
 scPropertyValue OfNumber(std::int64_t number) {
@@ -65,7 +64,7 @@ scPropertyValue OfUnsigned(std::uint64_t number) {
 }
 
 scPropertyValue OfReal(double number) {
-    return {std::isfinite(number) ? Digits(number) : std::u16string(), {}, {}};
+    return {std::isfinite(number) ? RealDigits(number) : std::u16string(), {}, {}};
 }
 
 scPropertyValue OfDate(const std::optional<scDocDate>& date) {

@@ -1,16 +1,14 @@
-// Integers are scanned by hand, because their overflow wraps and the standard library's does not. Doubles are
-// the standard library's work both ways; what stands here is where the C runtime, which wrote the files in
-// the field, differs from it: ties are rounded away from zero, infinities and NaNs have names, "d" marks an
-// exponent, too, and a number out of range is infinite or zero.
+// Everything is as the C runtime does it, which wrote the files in the field: an integer that overflows
+// wraps, infinities and NaNs have names, and "d" marks an exponent, too.
 #include "prof/value_text.h"
 
 #include "text/digits.h"
+#include "text/numbers/decimal_double.h"
+#include "text/numbers/fixed_decimal.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <limits>
-#include <string>
 
 namespace tvut {
 
@@ -26,26 +24,6 @@ bool IsBlank(char16_t c) {
 
 bool IsDigit(char16_t c) {
     return c >= u'0' && c <= u'9';
-}
-
-// The C runtime rounds a tie away from zero where std::to_chars rounds it to even. With six decimals
-// the only ties are odd multiples of 1/128: they have exactly seven decimals, the last one a 5.
-bool IsTie(double number) {
-    const double scaled = std::fabs(number) * 128;
-    return scaled < 0x1p53 && std::floor(scaled) == scaled && std::fmod(scaled, 2) == 1;
-}
-
-std::to_chars_result WriteTie(double number, std::array<char, 400>& digits) {
-    char* next = digits.data();
-    if (number < 0)
-        *next++ = '-';
-    const auto scaled = static_cast<std::uint64_t>(std::fabs(number) * 128);
-    next = std::to_chars(next, digits.data() + digits.size(), scaled / 128).ptr;
-    *next++ = '.';
-    const std::uint64_t decimals = (scaled % 128 * 78125 + 5) / 10;
-    for (std::uint64_t place = 100000; place != 0; place /= 10)
-        *next++ = static_cast<char>('0' + decimals / place % 10);
-    return {next, std::errc{}};
 }
 
 } // namespace
@@ -83,12 +61,7 @@ void clsValueText::PutFixed(double number) {
         Put(std::isinf(number) ? u"1.#INF00" : std::signbit(number) ? u"1.#IND00" : u"1.#QNAN0");
         return;
     }
-    std::array<char, 400> digits;
-    const std::to_chars_result result = IsTie(number)
-                                            ? WriteTie(number, digits)
-                                            : std::to_chars(digits.data(), digits.data() + digits.size(),
-                                                            number, std::chars_format::fixed, 6);
-    PutDigits(digits.data(), result.ptr);
+    length_ = static_cast<std::size_t>(UtilpPutFixedDecimal(number, text_.data() + length_) - text_.data());
 }
 
 // ---- Scanning ---------------------------------------------------------------------------------
@@ -128,61 +101,32 @@ bool IsExponentMark(char16_t c) {
     return (c | 0x20) == u'e' || (c | 0x20) == u'd';
 }
 
-// The part of a text that is a decimal number with optional fraction and exponent.
-std::u16string_view NumberPart(std::u16string_view text) {
-    std::size_t at = 0;
-    const auto digits = [&] {
-        const std::size_t first = at;
-        while (at < text.size() && IsDigit(text[at]))
-            ++at;
-        return at - first;
-    };
-    if (at < text.size() && (text[at] == u'-' || text[at] == u'+'))
-        ++at;
-    std::size_t count = digits();
-    if (at < text.size() && text[at] == u'.') {
-        ++at;
-        count += digits();
-    }
-    if (count == 0)
-        return {};
-    const std::size_t mantissa = at;
-    if (at < text.size() && IsExponentMark(text[at])) {
-        ++at;
-        if (at < text.size() && (text[at] == u'-' || text[at] == u'+'))
-            ++at;
-        if (digits() == 0)
-            at = mantissa;
-    }
-    return text.substr(0, at);
+// Takes the digits at the front of a text.
+std::u16string_view TakeDigits(std::u16string_view& text) {
+    std::size_t count = 0;
+    while (count < text.size() && IsDigit(text[count]))
+        ++count;
+    const std::u16string_view digits = text.substr(0, count);
+    text.remove_prefix(count);
+    return digits;
 }
 
-// A number whose exponent is out of range: nothing or infinity, by the place of its leading digit.
-double OutOfRange(std::string_view number) {
-    const bool negative = number.front() == '-';
-    const std::size_t exponentAt = number.find('e');
-    std::int32_t exponent = 0;
-    if (exponentAt != std::string_view::npos) {
-        const char* begin = number.data() + exponentAt + 1;
-        begin += *begin == '+';
-        if (std::from_chars(begin, number.data() + number.size(), exponent).ec != std::errc{})
-            exponent = *begin == '-' ? -1'000'000'000 : 1'000'000'000;
-    }
-    const std::string_view mantissa = number.substr(0, exponentAt);
-    const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
-    const std::size_t leading = mantissa.find_first_of("123456789");
-    const std::int64_t place =
-        static_cast<std::int64_t>(point) - static_cast<std::int64_t>(leading) + exponent;
-    const double result = place > 0 ? std::numeric_limits<double>::infinity() : 0.0;
-    return negative ? -result : result;
+// Takes a sign, and returns whether it was a minus.
+bool TakeSign(std::u16string_view& text) {
+    const bool negative = text.starts_with(u'-');
+    if (negative || text.starts_with(u'+'))
+        text.remove_prefix(1);
+    return negative;
 }
 
-double ConvertNumber(const char* begin, const char* end) {
-    double number = 0;
-    const auto result = std::from_chars(begin, end, number);
-    if (result.ec == std::errc::result_out_of_range)
-        return OutOfRange({begin, static_cast<std::size_t>(end - begin)});
-    return number;
+// What comes after an exponent mark; 0 without digits.
+std::int64_t Exponent(std::u16string_view text) {
+    constexpr std::int64_t beyondAll = 1'000'000'000'000; // more digits than that has no text
+    const bool negative = TakeSign(text);
+    std::int64_t exponent = 0;
+    for (const char16_t c : TakeDigits(text))
+        exponent = std::min(exponent * 10 + (c - u'0'), beyondAll);
+    return negative ? -exponent : exponent;
 }
 
 } // namespace
@@ -190,21 +134,18 @@ double ConvertNumber(const char* begin, const char* end) {
 double ProfpScanDouble(std::u16string_view text) {
     while (!text.empty() && IsBlank(text.front()))
         text.remove_prefix(1);
-    std::u16string_view number = NumberPart(text);
-    if (number.empty())
-        return 0;
-    if (number.front() == u'+')
-        number.remove_prefix(1);
-    std::array<char, 1100> buffer;
-    std::string longBuffer;
-    char* digits = buffer.data();
-    if (number.size() > buffer.size()) {
-        longBuffer.resize(number.size());
-        digits = longBuffer.data();
+    scDecimal number{};
+    number.negative = TakeSign(text);
+    number.whole = TakeDigits(text);
+    if (text.starts_with(u'.')) {
+        text.remove_prefix(1);
+        number.fraction = TakeDigits(text);
     }
-    std::transform(number.begin(), number.end(), digits,
-                   [](char16_t c) { return IsExponentMark(c) ? 'e' : static_cast<char>(c); });
-    return ConvertNumber(digits, digits + number.size());
+    if (number.whole.empty() && number.fraction.empty())
+        return 0;
+    if (!text.empty() && IsExponentMark(text.front()))
+        number.exponent = Exponent(text.substr(1));
+    return UtilpNearestDouble(number);
 }
 
 } // namespace tvut

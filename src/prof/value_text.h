@@ -2,7 +2,7 @@
 //
 // The scanners take what swscanf takes for %d, %X, %I64u and %I64X: blanks and a sign before the
 // number, overflow that wraps. They stop at the first character that does not fit. Nothing here
-// allocates but the reading of a double of more than a thousand digits.
+// allocates.
 #pragma once
 
 #include <array>
@@ -30,7 +30,8 @@ class clsValueText {
   private:
     void PutDigits(const char* begin, const char* end);
 
-    std::array<char16_t, 400> text_; // the longest double has 309 digits and 6 decimals
+    std::array<char16_t, 400>
+        text_; // one value, of which the longest is a double of 309 digits and 6 decimals
     std::size_t length_ = 0;
 };
 
