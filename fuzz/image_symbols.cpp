@@ -18,5 +18,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string image(files.substr(0, numbers[1]));
     const std::string debugFile(files.substr(image.size()));
     Require(FaultOfPlace(image, debugFile, numbers[0]));
+    Require(FaultOfIndex(image, debugFile, numbers[0]));
     return 0;
 }

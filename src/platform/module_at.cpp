@@ -2,6 +2,7 @@
 // \Device\HarddiskVolume1\..., on some systems \??\C:\...
 #include "platform/module_at.h"
 
+#include "platform/guarded.h"
 #include "platform/wide.h"
 
 #include <windows.h>
@@ -53,6 +54,20 @@ std::uint32_t clsModuleAt::OffsetOf(const void* address) const noexcept {
 std::u16string_view clsModuleAt::FileName() const noexcept {
     const std::u16string_view path = FromWide(Path());
     return path.substr(path.find_last_of(u'\\') + 1);
+}
+
+// Guarded, because packed programs take away parts of their images.
+scImageStamp PlatformImageStampAt(const void* address) noexcept {
+    scImageStamp stamp{BaseOf(address)};
+    auto read = [&] {
+        const auto* const image = static_cast<const char*>(stamp.base);
+        const auto& dos = *reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
+        const auto& header = *reinterpret_cast<const IMAGE_NT_HEADERS*>(image + dos.e_lfanew);
+        stamp.time = header.FileHeader.TimeDateStamp;
+        stamp.checksum = header.OptionalHeader.CheckSum;
+        stamp.size = header.OptionalHeader.SizeOfImage;
+    };
+    return stamp.base && PlatformGuarded(read) == 0 ? stamp : scImageStamp();
 }
 
 const void* PlatformOwnModule() noexcept {

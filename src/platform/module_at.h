@@ -25,6 +25,17 @@ class clsModuleAt {
     std::array<wchar_t, 1024> path_;
 };
 
+// Tells a loaded module from all others, as from another build of it at the same address.
+struct scImageStamp {
+    const void* base = nullptr; // null: the address lies in no module
+    std::uint32_t time = 0, checksum = 0, size = 0;
+
+    bool operator==(const scImageStamp&) const noexcept = default;
+};
+
+// That of the module that an address belongs to; far cheaper than to ask for its file.
+scImageStamp PlatformImageStampAt(const void* address) noexcept;
+
 // The module that this is compiled into.
 const void* PlatformOwnModule() noexcept;
 

@@ -5,6 +5,7 @@
 #include "platform/guarded.h"
 #include "platform/readable_name.h"
 #include "platform/wide.h"
+#include "runtime/indexed_modules.h"
 #include "runtime/symbol_service.h"
 
 #include <windows.h>
@@ -92,6 +93,7 @@ class clsRecentFrames {
 };
 
 constinit clsRecentFrames recentFrames;
+clsIndexedModules indexedModules; // guarded by the global lock
 
 // Bytes as a line shows them: UTF-8, without what would break the line.
 void PutText(clsDiagnosticLine& line, std::string_view bytes) noexcept {
@@ -143,17 +145,19 @@ FrameKind KindOf(const clsModuleAt& module) noexcept {
     return IsOfSystem(module.FileName()) ? FrameKind::System : FrameKind::Caller;
 }
 
-scFoundPlace FindPlace(const clsModuleSymbols::scModule& module, std::uint32_t offset) noexcept {
-    scFoundPlace found;
-    auto find = [&] {
-        const scCodePlace place = module.Symbols().Find(offset);
-        found.nameLength = place.function.copy(found.linkedName.data(), found.linkedName.size());
-        found.fileLength = place.source.file.copy(found.file.data(), found.file.size());
-        found.functionOffset = place.functionOffset;
-        found.line = place.source.line;
-        found.kind = place.kind;
-    };
-    return PlatformGuarded(find) == 0 ? found : scFoundPlace();
+void TakePlace(const scCodePlace& place, scFoundPlace& found) noexcept {
+    found.nameLength = place.function.copy(found.linkedName.data(), found.linkedName.size());
+    found.fileLength = place.source.file.copy(found.file.data(), found.file.size());
+    found.functionOffset = place.functionOffset;
+    found.line = place.source.line;
+    found.kind = place.kind;
+}
+
+// Files are views, so what is found in them is copied under the guard.
+void FindPlace(const clsModuleSymbols::scModule& files, std::uint32_t offset, scFoundPlace& found) noexcept {
+    auto find = [&] { TakePlace(files.Symbols().Find(offset), found); };
+    if (PlatformGuarded(find) != 0)
+        found.kind = FunctionName::None;
 }
 
 // A name before the frame's address, by so many bytes.
@@ -176,6 +180,28 @@ void PutFunction(clsDiagnosticLine& line, const scServiceFunction& function, std
         return;
     line.Put(u" (").Put(FromWide(std::wstring_view(function.file.data())));
     PutLineNumber(line, function.line);
+}
+
+// Module and offset, and what its symbols know. False where the address lies in no module.
+bool PutPlace(clsDiagnosticLine& line, clsModuleSymbols& symbols, const scImageStamp& stamp,
+              const char* sought, std::uint32_t before, FrameKind& kind, scFoundPlace& place) noexcept {
+    const auto offset = static_cast<std::uint32_t>(sought - static_cast<const char*>(stamp.base));
+    if (const scIndexedModule* const known = indexedModules.Find(stamp)) {
+        PutOffset(line.Put(known->Name()), offset + before);
+        kind = known->kind;
+        TakePlace(known->index.Find(offset), place);
+        return true;
+    }
+    const clsModuleAt module(sought);
+    if (module.Path().empty())
+        return false;
+    PutOffset(line.Put(module.FileName()), module.OffsetOf(sought) + before);
+    kind = KindOf(module);
+    const clsModuleSymbols::scModule& files = symbols.Of(module);
+    FindPlace(files, module.OffsetOf(sought), place);
+    if (stamp.base)
+        indexedModules.NoteSearch(stamp, module, kind, files);
+    return true;
 }
 
 } // namespace
@@ -211,14 +237,13 @@ scNamedFrame clsStackNames::Name(const void* address, FrameAddress meaning) noex
     const std::uint32_t before = meaning == FrameAddress::Return ? 1 : 0;
     const auto number = reinterpret_cast<std::uintptr_t>(address);
     const auto* const sought = reinterpret_cast<const char*>(number - before); // null ends some stacks
-    const clsModuleAt module(sought);
-    if (module.Path().empty()) {
+    scFoundPlace place;
+    if (number - before - reinterpret_cast<std::uintptr_t>(lastModule_.base) >= lastModule_.size)
+        lastModule_ = PlatformImageStampAt(sought);
+    if (!PutPlace(line, *symbols_, lastModule_, sought, before, frame.kind, place)) {
         return recentFrames.Keep(address, meaning, address ? FrameKind::Caller : FrameKind::System,
                                  line.Put(u"0x").PutHex(static_cast<std::uint32_t>(number), 8).View());
     }
-    frame.kind = KindOf(module);
-    PutOffset(line.Put(module.FileName()), module.OffsetOf(address));
-    const scFoundPlace place = FindPlace(symbols_->Of(module), module.OffsetOf(sought));
     scServiceFunction function;
     if (place.kind != FunctionName::Symbol)
         UtilpAskSymbolService(sought, function);

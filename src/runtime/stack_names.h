@@ -46,6 +46,7 @@ class clsStackNames {
   private:
     clsModuleSymbols ownSymbols_;
     clsModuleSymbols* symbols_;
+    scImageStamp lastModule_; // most frames follow others of their module
 };
 
 } // namespace tvut

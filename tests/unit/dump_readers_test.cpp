@@ -1,6 +1,7 @@
 // A dump as a reader of the machine takes it apart: llvm's obj2yaml. Only natively: it is a program of
 // Debian's.
 #include "runtime/crash/dump_writer.h"
+#include "support/dump_reader.h"
 #include "support/process_picture.h"
 #include "unit/whole_file.h"
 
@@ -10,36 +11,75 @@ using namespace tvut;
 
 namespace {
 
-TEST(Dump, IsReadAlikeByAnotherReader) {
+// A process of two threads and one module.
+struct scSmallProcess {
+    scSmallProcess() {
+        memory.Add(0x200000, 0x1000, MemoryKind::data, std::string(0x1000, 's'));
+        memory.Add(0x400000, 0x1000, MemoryKind::code, std::string(0x1000, 'c'));
+        threads[0].id = 0x111;
+        threads[0].context.esp = 0x200FF8;
+        threads[1].id = 0x222;
+        threads[1].context.esp = 0x200FF0;
+        module.range = {0x400000, 0x1000};
+        module.checksum = 0x5555;
+        module.timeStamp = 0x6666;
+        module.path = u"C:\\x\\designer.exe";
+        module.codeView = {0x400200, 8};
+        module.hasVersion = true;
+        module.fileVersionHigh = 0x40002;
+        picture.system = {.processors = 2, .major = 6, .minor = 1, .build = 7601};
+        picture.misc = {.flags = 1, .processId = 1234};
+        picture.servicePack = u"Service Pack 1";
+        picture.threads = threads;
+        picture.modules = {&module, 1};
+        picture.exception = &exception;
+        picture.comment = u"a=\u00E4\nb=2";
+        picture.extra = extra;
+    }
     clsProcessPicture memory;
-    memory.Add(0x200000, 0x1000, MemoryKind::data, std::string(0x1000, 's'));
-    memory.Add(0x400000, 0x1000, MemoryKind::code, std::string(0x1000, 'c'));
     std::array<scDumpThread, 2> threads;
-    threads[0].id = 0x111;
-    threads[0].context.esp = 0x200FF8;
-    threads[1].id = 0x222;
-    threads[1].context.esp = 0x200FF0;
-    const scMemoryRange extra[] = {{0x400800, 4}};
+    std::array<scMemoryRange, 1> extra{{{0x400800, 4}}};
     scModule module;
-    module.range = {0x400000, 0x1000};
-    module.checksum = 0x5555;
-    module.timeStamp = 0x6666;
-    module.path = u"C:\\x\\designer.exe";
-    module.codeView = {0x400200, 8};
-    module.hasVersion = true;
-    module.fileVersionHigh = 0x40002;
-    const scException exception{0x222, 0xC0000005, 0, 0x400100, 2, {1, 8}};
+    scException exception{0x222, 0xC0000005, 0, 0x400100, 2, {1, 8}};
     scDumpPicture picture;
-    picture.system = {.processors = 2, .major = 6, .minor = 1, .build = 7601};
-    picture.misc = {.flags = 1, .processId = 1234};
-    picture.servicePack = u"Service Pack 1";
-    picture.threads = threads;
-    picture.modules = {&module, 1};
-    picture.exception = &exception;
-    picture.comment = u"a=\u00E4\nb=2";
-    picture.extra = extra;
     std::array<std::byte, clsDumpWriter::leastRoom> room;
-    clsDumpWriter writer(picture, memory, room);
+};
+
+// Goes wherever a dump leads; throws where that is beyond its end.
+void ReadAll(std::string_view file) {
+    const clsDumpReader dump(file);
+    for (const scDumpDirectory& entry : dump.Directory())
+        dump.Bytes(entry.location);
+    for (const auto& thread : dump.All<scDumpThreadEntry>(DumpStream::threadList)) {
+        dump.Bytes(thread.context);
+        dump.Bytes(thread.stack.location);
+    }
+    for (const auto& module : dump.All<scDumpModuleEntry>(DumpStream::moduleList)) {
+        dump.TextAt(module.namePosition);
+        dump.Bytes(module.codeView);
+    }
+    for (const auto& memory : dump.All<scDumpMemory>(DumpStream::memoryList))
+        dump.Bytes(memory.location);
+}
+
+// Wherever the disk is full, the writer says so, and no reader takes what is there for a dump.
+TEST(Dump, IsWholeOrRefused) {
+    scSmallProcess process;
+    clsDumpWriter writer(process.picture, process.memory, process.room);
+    clsMemorySink whole;
+    ASSERT_EQ(writer.Measure() != 0 && writer.Write(whole), true);
+    ReadAll(whole.written);
+    for (std::size_t size = 0; size < whole.written.size(); ++size) {
+        clsMemorySink full(size);
+        EXPECT_FALSE(writer.Write(full)) << size;
+        EXPECT_TRUE(whole.written.starts_with(full.written)) << size;
+        EXPECT_THROW(ReadAll(std::string(whole.written, 0, size)), std::runtime_error) << size;
+    }
+}
+
+TEST(Dump, IsReadAlikeByAnotherReader) {
+    scSmallProcess process;
+    clsDumpWriter writer(process.picture, process.memory, process.room);
     clsMemorySink sink;
     ASSERT_EQ(writer.Measure() != 0 && writer.Write(sink), true);
 

@@ -1,15 +1,36 @@
 // What holds for the names and lines of any bytes, for the test of damaged files and for the fuzzer.
 #pragma once
 
-#include "runtime/symbols/image_symbols.h"
+#include "runtime/symbols/symbol_index.h"
 
 #include <functional>
+#include <vector>
 
 namespace tvut {
 
 inline clsBytes AllBytes(std::string_view bytes) {
     return {reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()};
 }
+
+/// An index of files, in memory of its own.
+class clsIndexOfFiles {
+  public:
+    explicit clsIndexOfFiles(const clsImageSymbols& files)
+        : size_(clsSymbolIndex::Measure(files)), room_(static_cast<std::size_t>(size_.Bytes())),
+          index_(files, size_, room_.data()) {}
+
+    scCodePlace Find(std::uint32_t offset) const { return index_.Find(offset); }
+    bool Holds(std::string_view text) const {
+        const auto* const begin = reinterpret_cast<const char*>(room_.data());
+        const std::less<const char*> isBefore;
+        return !isBefore(text.data(), begin) && !isBefore(begin + room_.size(), text.data() + text.size());
+    }
+
+  private:
+    clsSymbolIndex::scSize size_;
+    std::vector<std::byte> room_;
+    clsSymbolIndex index_;
+};
 
 /// The fault that a module and its debug file show at an offset; null when there is none.
 inline const char* FaultOfPlace(std::string_view image, std::string_view debugFile, std::uint32_t offset) {
@@ -30,6 +51,16 @@ inline const char* FaultOfPlace(std::string_view image, std::string_view debugFi
     if (place.function.empty() != (place.kind == FunctionName::None) || place.functionOffset > offset)
         return "a function without name, or after the place";
     return nullptr;
+}
+
+/// The same of an index of them, at a place that only the index is asked for.
+inline const char* FaultOfIndex(std::string_view image, std::string_view debugFile, std::uint32_t offset) {
+    const clsIndexOfFiles index(clsImageSymbols(AllBytes(image), AllBytes(debugFile)));
+    const scCodePlace place = index.Find(offset);
+    if ((!place.function.empty() && !index.Holds(place.function)) ||
+        (!place.source.file.empty() && !index.Holds(place.source.file)))
+        return "a text lies outside the index";
+    return place.functionOffset > offset ? "an indexed function after the place" : nullptr;
 }
 
 } // namespace tvut

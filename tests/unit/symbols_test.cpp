@@ -32,6 +32,27 @@ TEST(Symbols, NamePlacesInCode) {
     }
 }
 
+// An index knows what a search finds, at every place.
+TEST(Symbols, AreIndexedAsTheyAre) {
+    for (const auto& [imageName, debugName] :
+         std::initializer_list<std::pair<const char*, const char*>>{{"sample.dll", "-"},
+                                                                    {"sample.dll", "sample-2.debug"},
+                                                                    {"sample.dll", "sample-3.debug"},
+                                                                    {"sample.dll", "sample-4.debug"},
+                                                                    {"sample.dll", "sample-5.debug"},
+                                                                    {"unlisted.dll", "-"},
+                                                                    {"-", "-"}}) {
+        const std::string image = Sample(imageName), debugFile = Sample(debugName);
+        const clsImageSymbols files(AllBytes(image), AllBytes(debugFile));
+        const clsIndexOfFiles index(files);
+        for (std::uint32_t offset = 0; offset < 0x9000; ++offset) {
+            const scCodePlace found = files.Find(offset), indexed = index.Find(offset);
+            ASSERT_EQ(Shown(indexed), Shown(found)) << debugName << " 0x" << std::hex << offset;
+            ASSERT_EQ(indexed.kind, found.kind);
+        }
+    }
+}
+
 TEST(Symbols, TellTheirDebugFile) {
     EXPECT_EQ(UtilpDebugLinkOf(AllBytes(Sample("sample.dll"))), "sample-5.debug");
     EXPECT_EQ(UtilpDebugLinkOf(AllBytes(Sample("unlisted.dll"))), "");
@@ -51,6 +72,8 @@ TEST(Symbols, DamagedFilesDoNoHarm) {
         const auto expectNoFault = [&](const std::string& first, const std::string& second) {
             for (const std::uint32_t offset : offsets)
                 ASSERT_EQ(FaultOfPlace(first, second, offset), nullptr);
+            if (random() % 16 == 0) // to make one takes long
+                ASSERT_EQ(FaultOfIndex(first, second, offsets[0]), nullptr);
         };
         // Each cut is memory of its own, so that reading past its end shows.
         for (std::size_t length = 0; length < image.size(); ++length)

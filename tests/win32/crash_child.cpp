@@ -60,6 +60,26 @@ void CrashTerminate() {
 void CrashThrow() {
     throw 1; // crashes
 }
+
+// Another runtime than the program's own, as modules of other compilers bring it.
+HMODULE runtime = nullptr;
+template <class... Arguments>
+auto OfRuntime(const char* name) {
+    return reinterpret_cast<int(__cdecl*)(Arguments...)>(
+        reinterpret_cast<void*>(GetProcAddress(runtime, name)));
+}
+void CrashForeignAbort() {
+    const auto abort = OfRuntime<>("abort");
+    sink = abort(); // crashes
+}
+void CrashPureCall() { // what compilers put into a vtable's empty places
+    const auto pureCall = OfRuntime<>("_purecall");
+    sink = pureCall(); // crashes
+}
+void CrashParameter() {
+    const auto open = OfRuntime<void*, const char*, const char*>("fopen_s");
+    sink = open(nullptr, "x", "r"); // crashes
+}
 void CrashRaise() {
     RaiseException(0xE0001234, 0, 0, nullptr); // crashes
 }
@@ -127,6 +147,9 @@ constexpr struct {
     {"abort", CrashAbort},
     {"terminate", CrashTerminate},
     {"throw", CrashThrow},
+    {"foreign", CrashForeignAbort},
+    {"purecall", CrashPureCall},
+    {"parameter", CrashParameter},
     {"raise", CrashRaise},
     {"break", CrashBreakpoint},
     {"locked", CrashHeapLocked},
@@ -173,6 +196,12 @@ LONG WINAPI BackIntoProtection(EXCEPTION_POINTERS* exception) {
     protection(exception);
     ExitProcess(99);
 }
+// In a runtime that comes after the protection, with a module that tells of itself.
+void InLateRuntime() {
+    runtime = LoadLibraryW(L"msvcr120.dll");
+    UtilModuleOnAttach(L"crash_child.exe");
+    crash();
+}
 // A later filter that calls the one it found, when the library has taken the filter again.
 void InChain() {
     protection = SetUnhandledExceptionFilter(BackIntoProtection);
@@ -195,8 +224,8 @@ constexpr struct {
     std::string_view name;
     void (*run)();
 } places[] = {
-    {"main", [] { crash(); }}, {"thread", InThread}, {"job", InJob},
-    {"window", InWindow},      {"chain", InChain},   {"ended", AfterEnd},
+    {"main", [] { crash(); }}, {"thread", InThread}, {"job", InJob},      {"window", InWindow},
+    {"late", InLateRuntime},   {"chain", InChain},   {"ended", AfterEnd},
 };
 
 void TVUT22_CALL After(const wchar_t* report, const wchar_t* dump, UINT_PTR user) {
@@ -224,6 +253,7 @@ int wmain(int count, wchar_t** arguments) {
         return 2;
     out = GetStdHandle(STD_OUTPUT_HANDLE);
     SetUnhandledExceptionFilter(Before);
+    runtime = LoadLibraryW(L"ucrtbase.dll");
     UtilProtection options{};
     options.size = sizeof options;
     options.flags = static_cast<UINT>(_wtoi(arguments[2]));

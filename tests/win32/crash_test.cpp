@@ -23,9 +23,9 @@ struct scEnd {
     std::wstring after{};
 };
 
-/// Runs a child until it ends; one that hangs, which it says, until the work is done.
+/// Runs a child until it ends, and work beside it as soon as it has written something.
 scEnd RunChild(const std::wstring& folder, UINT flags, std::string_view place, std::string_view crash,
-               const std::function<void(DWORD process)>& whileItHangs = {}) {
+               const std::function<void(HANDLE process)>& beside = {}) {
     HANDLE read = nullptr, write = nullptr;
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     CreatePipe(&read, &write, &inherited, 0);
@@ -50,9 +50,9 @@ scEnd RunChild(const std::wstring& folder, UINT flags, std::string_view place, s
     scEnd end{.processId = process.dwProcessId};
     wchar_t text[1024];
     DWORD bytes = 0;
-    if (whileItHangs && ReadFile(reader.get(), text, sizeof text, &bytes, nullptr))
-        whileItHangs(end.processId);
-    if (whileItHangs || WaitForSingleObject(child.get(), 20000) == WAIT_TIMEOUT)
+    if (beside && ReadFile(reader.get(), text, sizeof text, &bytes, nullptr))
+        beside(child.get());
+    if (WaitForSingleObject(child.get(), 20000) == WAIT_TIMEOUT)
         TerminateProcess(child.get(), 0xDEAD);
     WaitForSingleObject(child.get(), INFINITE);
     GetExitCodeProcess(child.get(), &end.exitCode);
@@ -118,7 +118,7 @@ struct scRow {
     const char* function; // that crashes,
     std::size_t within;   // among so many frames: runtimes have frames of their own
 };
-constexpr DWORD violation = 0xC0000005, aborted = 0x40000015;
+constexpr DWORD violation = 0xC0000005, aborted = 0x40000015, badParameter = 0xC0000417;
 constexpr scRow rows[] = {
     {"main", "write", violation, violation, "access violation", "write 0x00000000", "CrashWrite", 1},
     {"main", "read", violation, violation, "access violation", "read 0x00000000", "CrashRead", 1},
@@ -139,6 +139,12 @@ constexpr scRow rows[] = {
     {"job", "abort", aborted, 3, "abort", "", "CrashAbort", 3},
     {"main", "terminate", aborted, 3, "abort", "", "CrashTerminate", 6},
     {"main", "throw", aborted, 3, "abort", "", "CrashThrow", 7},
+    {"main", "foreign", aborted, 3, "abort", "", "CrashForeignAbort", 3},
+    {"late", "foreign", aborted, 3, "abort", "", "CrashForeignAbort", 3},
+    {"main", "purecall", aborted, 3, "pure virtual call", "", "CrashPureCall", 2},
+    {"late", "purecall", aborted, 3, "pure virtual call", "", "CrashPureCall", 2},
+    {"main", "parameter", aborted, 3, "invalid parameter", "", "CrashParameter", 4},
+    {"late", "parameter", aborted, 3, "invalid parameter", "", "CrashParameter", 4},
     {"main", "locked", violation, violation, "access violation", "write", "CrashWrite", 1},
     {"main", "overwritten", violation, violation, "access violation", "write", "CrashWrite", 1},
     {"main", "twice", violation, violation, "access violation", "write", "CrashWrite", 1},
@@ -209,6 +215,8 @@ TEST(Protection, GoesOnAsItWasWithoutIt) {
              {0, "main", "abort", 3, 2},
              {toTheEnd, "ended", "write", 98, 0},
              {toTheEnd, "ended", "abort", 3, 0},
+             {0, "main", "parameter", badParameter, 2},
+             {toTheEnd, "ended", "parameter", 98, 0}, // nobody but the runtime looks at it
              {toTheEnd, "main", "none", 17, 0},
          }) {
         const clsTempFolder folder;
@@ -216,6 +224,45 @@ TEST(Protection, GoesOnAsItWasWithoutIt) {
             << place << crash;
         EXPECT_EQ(folder.Count(), files) << place << crash;
     }
+}
+
+// The window of a process that shows one, and the text in it.
+struct scNotice {
+    DWORD process = 0;
+    HWND window = nullptr;
+    std::wstring text{};
+};
+BOOL CALLBACK TakeNotice(HWND window, LPARAM parameter) {
+    auto& notice = *reinterpret_cast<scNotice*>(parameter);
+    DWORD process = 0;
+    wchar_t text[MAX_PATH] = L"";
+    GetWindowThreadProcessId(window, &process);
+    const HWND label = GetDlgItem(window, 0xFFFF);
+    if (process != notice.process || !label || !IsWindowVisible(window))
+        return TRUE;
+    SendMessageW(label, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text));
+    notice.window = window;
+    notice.text = text;
+    return FALSE;
+}
+
+TEST(Protection, ShowsANoticeThatNamesTheReport) {
+    const clsTempFolder folder;
+    scNotice notice;
+    const auto closeNotice = [&](HANDLE child) {
+        notice.process = GetProcessId(child);
+        while (!notice.window && WaitForSingleObject(child, 5) == WAIT_TIMEOUT)
+            EnumWindows(TakeNotice, reinterpret_cast<LPARAM>(&notice));
+        wchar_t title[100] = L"";
+        GetWindowTextW(notice.window, title, static_cast<int>(std::size(title)));
+        EXPECT_STREQ(title, L"Crash\r\nchild");
+        EXPECT_EQ(WaitForSingleObject(child, 0), WAIT_TIMEOUT) << "it waits for its reader";
+        PostMessageW(notice.window, WM_CLOSE, 0, 0);
+    };
+    const scEnd end =
+        RunChild(folder.Path().wstring(), toTheEnd | UTIL_PROTECT_NOTICE, "main", "write", closeNotice);
+    EXPECT_EQ(end.exitCode, violation);
+    EXPECT_EQ(notice.text, Files(folder.Path(), L".txt").at(0).wstring());
 }
 
 // ---- The folder -------------------------------------------------------------------------------------
@@ -378,13 +425,15 @@ TEST(MiniDump, IsOfThisProcessOrAnother) {
         {path.c_str(), 0, 0xFFFFFFF0, nullptr, UTIL_NOT_FOUND},
         {L"Z:\\nowhere\\a.dmp", 0, 0, nullptr, UTIL_NOT_FOUND},
     };
-    const auto callAll = [&](DWORD child) {
+    const auto callAll = [&](HANDLE child) {
         for (const auto& [file, flags, process, at, result] : calls) {
-            EXPECT_EQ(UtilDebugHelpWriteMiniDump(file, flags, process == other ? child : process, 0, at),
+            EXPECT_EQ(UtilDebugHelpWriteMiniDump(file, flags,
+                                                 process == other ? GetProcessId(child) : process, 0, at),
                       result);
             EXPECT_EQ(folder.Count(), 1);
             EXPECT_TRUE(ReadBytes(path).starts_with("MDMP"));
         }
+        TerminateProcess(child, 0);
     };
     RunChild(L"crash-reports", 0, "main", "hang", callAll);
 }

@@ -4,6 +4,7 @@
 #include "support/log.h"
 
 #include <gtest/gtest.h>
+#include <tvut22/crash.h>
 #include <tvut22/heaps.h>
 
 #include <algorithm>
@@ -85,6 +86,18 @@ TEST_F(Heaps, SayWhoAllocatedWhatIsLeft) {
     EXPECT_NE(frames.front().find("AllocateHere(UtilHeapObject*, int)"), std::string::npos) << frames.front();
     EXPECT_NE(frames.front().find(" (heaps_test.cpp:"), std::string::npos) << frames.front();
     EXPECT_NE(frames.back().find("AllocateInThread(void*)"), std::string::npos) << frames.back();
+}
+
+TEST(StackTrace, IsWrittenForWhoListens) {
+    const clsLog log;
+    const INT all = UtilStackTrace(L"all", 0, 0), two = UtilStackTrace(L"two", 0, 2);
+    const auto frames = FramesBelow(log, "all"), fewer = FramesBelow(log, "two");
+    EXPECT_EQ(frames.size(), static_cast<std::size_t>(all));
+    EXPECT_NE(frames.at(0).find("IsWrittenForWhoListens"), std::string::npos) << frames[0];
+    EXPECT_EQ(two, 2);
+    EXPECT_EQ(fewer.size(), 2u);
+    EXPECT_EQ(UtilStackTrace(L"none", 1000, 0), 0);
+    EXPECT_NE(log.Lines().back().find("none"), std::string::npos);
 }
 
 TEST_F(Heaps, LayObjectsOutAsTheyAreRead) {

@@ -1,7 +1,7 @@
 // The way from a function to its caller by the tables that compilers leave for exceptions: `.eh_frame`, which
-// code without frame pointers has. Published: "DWARF Debugging Information Format", Call Frame Information;
-// "Linux Standard Base Core Specification", Exception Frames; registers as the i386 processor supplement of
-// the System V ABI numbers them.
+// code without frame pointers has. Published: "DWARF Debugging Information Format", versions 2 to 5, chapter
+// "Call Frame Information"; the Linux Standard Base, chapter "Exception Frames"; registers as the i386
+// processor supplement of the System V ABI numbers them.
 //
 // No heap, no lock, no C runtime: it serves a process that crashes. Whatever the memory holds, a search ends.
 #pragma once

@@ -67,4 +67,23 @@ scNearestName UtilpNearestSymbol(const clsPeImage& image, std::uint32_t offset) 
     return best.IsEmpty() ? scNearestName() : scNearestName{NameOf(image, best), value - bestValue};
 }
 
+void UtilpWalkSymbols(const clsPeImage& image, IclsNameTaker& taker) noexcept {
+    const clsBytes table = image.SymbolTable();
+    std::uint32_t index = 0; // of the section that was asked for last, from 1
+    scPeSection section;
+    for (std::size_t at = 0; table.Holds(at, symbolBytes);) {
+        const clsBytes record(table.Data() + at, symbolBytes);
+        at += symbolBytes * (1u + record.Get8(17));
+        const int rank = RankOf(record);
+        if (rank == 0 || record.Get16(12) == 0)
+            continue;
+        if (record.Get16(12) != index) {
+            index = record.Get16(12);
+            section = image.Section(index - 1);
+        }
+        if (section.isCode && record.Get32(8) < section.size)
+            taker.Name(section.offset + record.Get32(8), rank, NameOf(image, record));
+    }
+}
+
 } // namespace tvut

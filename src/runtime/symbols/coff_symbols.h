@@ -12,4 +12,7 @@ namespace tvut {
 // without the "_" that the target puts before it. One walk over the table.
 scNearestName UtilpNearestSymbol(const clsPeImage& image, std::uint32_t offset) noexcept;
 
+// All of them, an empty name where the function before has ended.
+void UtilpWalkSymbols(const clsPeImage& image, IclsNameTaker& taker) noexcept;
+
 } // namespace tvut

@@ -69,12 +69,12 @@ scLineHeader ReadHeader(clsBytes unit, scDwarfWidths widths) noexcept {
     return header;
 }
 
-// Runs a program until a row holds for the wanted address.
+// Runs a program. Each row goes to rows.Take, which says whether that was enough.
+template <class Rows>
 class clsLineProgram {
   public:
-    clsLineProgram(const scLineHeader& header, std::uint64_t wanted) noexcept
-        : header_(header), reciprocal_(0x10000u / header.lineRange + 1), wanted_(wanted),
-          code_(header.program) {}
+    clsLineProgram(const scLineHeader& header, Rows& rows) noexcept
+        : header_(header), reciprocal_(0x10000u / header.lineRange + 1), rows_(rows), code_(header.program) {}
 
     bool Run() noexcept {
         while (!code_.AtEnd()) {
@@ -84,7 +84,6 @@ class clsLineProgram {
         }
         return false;
     }
-    const scRow& Found() const noexcept { return last_; }
 
   private:
     bool Special(std::uint8_t opcode) noexcept {
@@ -92,7 +91,7 @@ class clsLineProgram {
         const unsigned advance = step * reciprocal_ >> 16; // step / lineRange, exact for steps below 256
         Advance(advance);
         AddToLine(header_.lineBase + static_cast<int>(step - advance * header_.lineRange));
-        return Write();
+        return rows_.Take(row_, false);
     }
 
     bool Standard(std::uint8_t opcode) noexcept {
@@ -100,7 +99,7 @@ class clsLineProgram {
         case Extended:
             return RunExtended();
         case Copy:
-            return Write();
+            return rows_.Take(row_, false);
         case AdvanceAddress:
             Advance(code_.GetUnsigned());
             return false;
@@ -132,11 +131,11 @@ class clsLineProgram {
         const std::uint8_t opcode = operand.Get8();
         if (opcode == SetAddress && length <= 9)
             row_.address = operand.GetNumber(static_cast<std::size_t>(length) - 1);
-        if (opcode != EndSequence || Write())
-            return opcode == EndSequence;
+        if (opcode != EndSequence)
+            return false;
+        const bool isEnough = rows_.Take(row_, true);
         row_ = {};
-        hasLast_ = false;
-        return false;
+        return isEnough;
     }
 
     void Advance(std::uint64_t steps) noexcept { row_.address += steps * header_.instructionBytes; }
@@ -144,21 +143,37 @@ class clsLineProgram {
         row_.line = static_cast<std::uint32_t>(row_.line + static_cast<std::uint64_t>(difference));
     }
 
-    // The row before holds up to this one.
-    bool Write() noexcept {
-        if (hasLast_ && wanted_ >= last_.address && wanted_ < row_.address)
-            return true;
-        last_ = row_;
-        hasLast_ = true;
-        return false;
-    }
-
     const scLineHeader& header_;
     const unsigned reciprocal_; // to divide by lineRange
-    const std::uint64_t wanted_;
+    Rows& rows_;
     clsDwarfReader code_;
-    scRow row_, last_;
-    bool hasLast_ = false;
+    scRow row_;
+};
+
+// Looks for the row that holds for an address.
+struct scRowSearch {
+    std::uint64_t wanted;
+    scRow last{};
+    bool hasLast = false;
+
+    // The row before holds up to this one.
+    bool Take(const scRow& row, bool endsSequence) noexcept {
+        if (hasLast && wanted >= last.address && wanted < row.address)
+            return true;
+        last = row;
+        hasLast = !endsSequence;
+        return false;
+    }
+};
+
+// Passes all rows on.
+struct scRowPasser {
+    IclsLineTaker& taker;
+
+    bool Take(const scRow& row, bool endsSequence) noexcept {
+        endsSequence ? taker.End(row.address) : taker.Row(row.address, row.file, row.line);
+        return false;
+    }
 };
 
 std::string_view WithoutFolder(std::string_view path) noexcept {
@@ -169,41 +184,43 @@ std::string_view WithoutFolder(std::string_view path) noexcept {
 }
 
 // Versions 2 to 4: the folders' names, then the files', each list ended by an empty name. Files count from 1.
-std::string_view OldFileName(clsDwarfReader names, std::uint64_t file) noexcept {
+// "use" gets each file's number and name and says whether that was enough.
+template <class Use>
+void EachOldFile(clsDwarfReader names, Use use) noexcept {
     while (!names.GetText().empty())
         continue;
     for (std::uint64_t i = 1; !names.AtEnd(); ++i) {
         const std::string_view name = names.GetText();
-        if (name.empty() || i == file)
-            return name;
+        if (name.empty() || use(i, name))
+            return;
         for (int number = 0; number < 3; ++number) // folder, time, length
             names.GetUnsigned();
     }
-    return {};
 }
 
 class clsEntryTable {
   public:
     // Reads what the entries consist of and how many there are; the first one is next.
     clsEntryTable(clsDwarfReader& reader, const clsPeImage& image, const scDwarfWidths& widths) noexcept
-        : reader_(reader), image_(image), widths_(widths), fieldCount_(reader.Get8()),
+        : reader_(reader), texts_(image.FindSection(".debug_str").bytes),
+          lineTexts_(image.FindSection(".debug_line_str").bytes), widths_(widths), fieldCount_(reader.Get8()),
           fields_(reader.Rest()) {
         for (unsigned i = 0; i < fieldCount_ * 2u; ++i)
             reader.GetUnsigned();
         count_ = reader.GetUnsigned();
     }
-    std::uint64_t Count() const noexcept { return count_; }
 
-    // Reads so many entries, or what there is of them.
-    void Skip(std::uint64_t count) noexcept {
-        for (; count > 0 && reader_.IsGood(); --count) {
+    // Reads so many entries, or what there is of them; "use" as above.
+    template <class Use>
+    void Each(Use use) noexcept {
+        for (std::uint64_t i = 0; i < count_ && reader_.IsGood(); ++i) {
             const std::size_t before = reader_.Position();
-            ReadEntry();
-            if (reader_.Position() == before)
+            if (use(i, ReadEntry()) || reader_.Position() == before)
                 return; // entries without bytes, however many, are nothing
         }
     }
 
+  private:
     // Reads an entry and returns its path.
     std::string_view ReadEntry() noexcept {
         clsDwarfReader fields(fields_);
@@ -216,7 +233,6 @@ class clsEntryTable {
         return reader_.IsGood() ? path : std::string_view();
     }
 
-  private:
     std::string_view ReadPath(std::uint64_t form) noexcept {
         if (form == DwarfForm::string)
             return reader_.GetText();
@@ -224,12 +240,12 @@ class clsEntryTable {
         if (!isLineString && form != DwarfForm::stringPosition)
             return reader_.SkipForm(form, widths_), std::string_view();
         const std::uint64_t position = reader_.GetNumber(widths_.offsetBytes);
-        const clsBytes texts = image_.FindSection(isLineString ? ".debug_line_str" : ".debug_str").bytes;
+        const clsBytes& texts = isLineString ? lineTexts_ : texts_;
         return position < texts.Size() ? texts.Text(static_cast<std::size_t>(position)) : std::string_view();
     }
 
     clsDwarfReader& reader_;
-    const clsPeImage& image_;
+    const clsBytes texts_, lineTexts_;
     const scDwarfWidths widths_;
     const std::uint8_t fieldCount_;
     const clsBytes fields_; // pairs of content and form
@@ -237,33 +253,46 @@ class clsEntryTable {
 };
 
 // Version 5: tables of folders and of files that tell what their entries consist of. Files count from 0.
-std::string_view NewFileName(clsDwarfReader names, const clsPeImage& image, const scDwarfWidths& widths,
-                             std::uint64_t file) noexcept {
-    clsEntryTable folders(names, image, widths);
-    folders.Skip(folders.Count());
-    clsEntryTable files(names, image, widths);
-    if (file >= files.Count())
-        return {};
-    files.Skip(file);
-    return files.ReadEntry();
+template <class Use>
+void EachNewFile(clsDwarfReader names, const clsPeImage& image, const scDwarfWidths& widths,
+                 Use use) noexcept {
+    clsEntryTable(names, image, widths).Each([](std::uint64_t, std::string_view) { return false; });
+    clsEntryTable(names, image, widths).Each(use);
 }
 
-// Looks in the unit that the bytes begin with, and moves them past it.
-scSourceLine FindInNextUnit(const clsPeImage& image, clsBytes& lines, std::uint64_t address) noexcept {
+template <class Use>
+void EachFile(const clsPeImage& image, const scLineHeader& header, Use use) noexcept {
+    const clsDwarfReader names(header.names);
+    header.widths.version == 5 ? EachNewFile(names, image, header.widths, use) : EachOldFile(names, use);
+}
+
+std::string_view FileName(const clsPeImage& image, const scLineHeader& header, std::uint64_t file) noexcept {
+    std::string_view found;
+    EachFile(image, header, [&](std::uint64_t number, std::string_view name) {
+        found = number == file ? WithoutFolder(name) : found;
+        return number == file;
+    });
+    return found;
+}
+
+// The head of the unit that the bytes begin with; moves them past it.
+scLineHeader ReadNextHeader(clsBytes& lines) noexcept {
     scDwarfWidths widths;
     clsDwarfReader reader(lines);
     const scLineHeader header = ReadHeader(reader.GetUnit(widths), widths);
     lines = reader.Rest();
+    return header;
+}
+
+// Looks in the unit that the bytes begin with, and moves them past it.
+scSourceLine FindInNextUnit(const clsPeImage& image, clsBytes& lines, std::uint64_t address) noexcept {
+    const scLineHeader header = ReadNextHeader(lines);
     if (header.lineRange == 0)
         return {};
-    clsLineProgram program(header, address);
-    if (!program.Run())
+    scRowSearch search{address};
+    if (!clsLineProgram(header, search).Run())
         return {};
-    const clsDwarfReader names(header.names);
-    const std::uint64_t file = program.Found().file;
-    return {WithoutFolder(header.widths.version == 5 ? NewFileName(names, image, header.widths, file)
-                                                     : OldFileName(names, file)),
-            program.Found().line};
+    return {FileName(image, header, search.last.file), search.last.line};
 }
 
 } // namespace
@@ -280,6 +309,21 @@ scSourceLine UtilpFindSourceLine(const clsPeImage& image, std::uint32_t offset) 
         if (const scSourceLine found = FindInNextUnit(image, lines, address); found.line != 0)
             return found;
     return {};
+}
+
+void UtilpWalkSourceLines(const clsPeImage& image, IclsLineTaker& taker) noexcept {
+    scRowPasser passer{taker};
+    for (clsBytes lines = image.FindSection(".debug_line").bytes; !lines.IsEmpty();) {
+        const scLineHeader header = ReadNextHeader(lines);
+        if (header.lineRange == 0)
+            continue;
+        taker.Unit();
+        EachFile(image, header, [&](std::uint64_t number, std::string_view name) {
+            taker.File(number, WithoutFolder(name));
+            return false;
+        });
+        clsLineProgram(header, passer).Run();
+    }
 }
 
 } // namespace tvut

@@ -6,14 +6,6 @@
 
 namespace tvut {
 
-namespace {
-
-// Where a module is stripped, most of its functions lie between two exports: one that begins farther away
-// says nothing of the place.
-constexpr std::uint32_t farthestExport = 0x1000; // bytes
-
-} // namespace
-
 clsImageSymbols::clsImageSymbols(clsBytes image, clsBytes debugFile) noexcept : image_(image) {
     const clsPeImage candidate(debugFile);
     if (image_.HasDebugFile(candidate))

@@ -14,6 +14,10 @@
 
 namespace tvut {
 
+// Where a module is stripped, most of its functions lie between two exports: one that begins farther away
+// says nothing of the place.
+constexpr std::uint32_t farthestExport = 0x1000; // bytes
+
 enum class FunctionName : std::uint8_t {
     None,
     Exported, // the nearest export before it, at most 4 KB away: a function may well lie between them
@@ -36,6 +40,9 @@ class clsImageSymbols {
     // `offset`: from the beginning of the module in memory. For a return address, the caller takes one less,
     // so that the call's line is found, not the next one's.
     scCodePlace Find(std::uint32_t offset) const noexcept;
+
+    const clsPeImage& Image() const noexcept { return image_; }
+    const clsPeImage& DebugFile() const noexcept { return debug_; } // not valid where none belongs to it
 
   private:
     clsPeImage image_, debug_;

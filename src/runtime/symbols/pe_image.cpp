@@ -124,30 +124,51 @@ clsBytes clsPeImage::StringTable() const noexcept {
     return rest.Part(0, rest.Get32(0)); // its length counts itself
 }
 
-scNearestName clsPeImage::NearestExport(std::uint32_t offset) const noexcept {
+// What lies within the directory is no function but the text of one in another module: 0.
+std::uint32_t clsPeImage::scExports::Function(std::size_t i) const noexcept {
+    const std::uint32_t function = functions.Get32(std::size_t{ordinals.Get16(i * 2)} * 4);
+    return Lies(function, begin, size) ? 0 : function;
+}
+
+clsPeImage::scExports clsPeImage::Exports() const noexcept {
     const clsBytes optional = file_.From(optionalHeader_);
-    const std::uint32_t directoryOffset = optional.Get32(96);
-    const std::uint32_t directoryBytes = optional.Get32(100);
-    const scPeSection section = Section(SectionIndexAt(offset));
-    if (optional.Get32(92) == 0 || directoryOffset == 0 || !section.isCode)
+    scExports exports;
+    exports.begin = optional.Get32(96);
+    exports.size = optional.Get32(100);
+    if (optional.Get32(92) == 0 || exports.begin == 0)
         return {};
-    const clsBytes directory = At(directoryOffset);
-    const clsBytes functions = At(directory.Get32(28)), names = At(directory.Get32(32)),
-                   ordinals = At(directory.Get32(36));
-    std::uint32_t count = directory.Get32(24), best = 0;
-    if (count > names.Size() / 4)
-        count = static_cast<std::uint32_t>(names.Size() / 4);
+    const clsBytes directory = At(exports.begin);
+    exports.functions = At(directory.Get32(28));
+    exports.names = At(directory.Get32(32));
+    exports.ordinals = At(directory.Get32(36));
+    exports.count = directory.Get32(24);
+    if (exports.count > exports.names.Size() / 4)
+        exports.count = static_cast<std::uint32_t>(exports.names.Size() / 4);
+    return exports;
+}
+
+scNearestName clsPeImage::NearestExport(std::uint32_t offset) const noexcept {
+    const scPeSection section = Section(SectionIndexAt(offset));
+    if (!section.isCode)
+        return {};
+    const scExports exports = Exports();
+    std::uint32_t best = 0;
     clsBytes name;
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::uint32_t function = functions.Get32(std::size_t{ordinals.Get16(i * 2)} * 4);
-        // What lies within the directory is no function but the text of one in another module.
-        if (function > best && function <= offset && function >= section.offset &&
-            !Lies(function, directoryOffset, directoryBytes)) {
+    for (std::size_t i = 0; i < exports.count; ++i) {
+        const std::uint32_t function = exports.Function(i);
+        if (function > best && function <= offset && function >= section.offset) {
             best = function;
-            name = names.Part(i * 4, 4);
+            name = exports.names.Part(i * 4, 4);
         }
     }
     return name.IsEmpty() ? scNearestName() : scNearestName{At(name.Get32(0)).Text(0), offset - best};
+}
+
+void clsPeImage::WalkExports(IclsNameTaker& taker) const noexcept {
+    const scExports exports = Exports();
+    for (std::size_t i = 0; i < exports.count; ++i)
+        if (const std::uint32_t function = exports.Function(i); Section(SectionIndexAt(function)).isCode)
+            taker.Name(function, 1, At(exports.names.Get32(i * 4)).Text(0));
 }
 
 scDebugLink clsPeImage::DebugLink() const noexcept {

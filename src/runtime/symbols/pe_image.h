@@ -28,6 +28,16 @@ struct scNearestName {
     std::uint32_t offset = 0; // from the beginning of what is named
 };
 
+// Takes names of code, each with where it begins within the module.
+class IclsNameTaker {
+  public:
+    // Of two for one place that of the higher rank, 1 to 3, is the better one, else the first.
+    virtual void Name(std::uint32_t offset, int rank, std::string_view name) noexcept = 0;
+
+  protected:
+    ~IclsNameTaker() = default;
+};
+
 class clsPeImage {
   public:
     clsPeImage() noexcept = default; // nothing
@@ -48,6 +58,8 @@ class clsPeImage {
     // The exported name at an offset within the module or next before it, in the same section.
     scNearestName NearestExport(std::uint32_t offset) const noexcept;
 
+    void WalkExports(IclsNameTaker& taker) const noexcept;
+
     // The debug file that the module names.
     scDebugLink DebugLink() const noexcept;
 
@@ -56,6 +68,15 @@ class clsPeImage {
     bool HasDebugFile(const clsPeImage& debugFile) const noexcept;
 
   private:
+    // What the directory of exports leads to.
+    struct scExports {
+        std::uint32_t begin = 0, size = 0; // of the directory
+        clsBytes functions, names, ordinals;
+        std::uint32_t count = 0; // of names
+
+        std::uint32_t Function(std::size_t i) const noexcept;
+    };
+    scExports Exports() const noexcept;
     clsBytes SectionHeader(std::uint32_t index) const noexcept;
     std::string_view SectionName(clsBytes header) const noexcept;
     clsBytes At(std::uint32_t offset) const noexcept; // what the file has for the rest of that section
