@@ -32,6 +32,32 @@ std::wstring Percent(const UtilZipEntry& entry) {
     return std::wstring(4 - text.size(), L' ') + text;
 }
 
+bool IsLowSurrogate(wchar_t unit) {
+    return unit >= 0xDC00 && unit < 0xE000;
+}
+
+// Terminals show East Asian characters, and those of two units, in two columns; Hangul's are the first.
+std::size_t Columns(wchar_t unit) {
+    const bool isSurrogate = unit >= 0xD800 && unit < 0xE000;
+    return unit >= 0x1100 && !isSurrogate ? 2 : 1;
+}
+
+// As much of a path's end as has room: that tells files apart. A line that is wider than the terminal would
+// stay on it.
+std::wstring Fitting(std::wstring path, std::size_t columns) {
+    constexpr std::wstring_view cut = L"...";
+    std::size_t width = 0, start = 0;
+    for (const wchar_t unit : path)
+        width += Columns(unit);
+    if (width > columns) {
+        while (width > columns - cut.size() || IsLowSurrogate(path[start]))
+            width -= Columns(path[start++]);
+        path.replace(0, start, cut);
+        width += cut.size();
+    }
+    return path.append(columns - width, L' ');
+}
+
 } // namespace
 
 clsProgressLine::clsProgressLine() : console_(StandardErrorConsole()) {}
@@ -47,9 +73,8 @@ void clsProgressLine::Show(const UtilZipEntry& entry) {
         return;
     shownAt_ = now;
     isShown_ = true;
-    std::wstring line = Percent(entry) + L" " + Printable(entry.name);
-    line.resize(lineWidth, L' ');
-    Write(console_, L"\r" + line);
+    const std::wstring head = Percent(entry) + L" ";
+    Write(console_, L"\r" + head + Fitting(Printable(entry.name), lineWidth - head.size()));
 }
 
 } // namespace tool::tvut
