@@ -1,5 +1,5 @@
-// What the demangler writes its numbers with, in place of what the compiler's runtime would give it: a printing of
-// everything, long doubles included, of 25 KB. Whole numbers are all that it writes.
+// What the demangler writes its numbers with, in place of what the compiler's runtime would give it: a
+// printing of everything, long doubles included, of 25 KB. Whole numbers are all that it writes.
 #ifdef __MINGW32__
 
 #include <cstdarg>
