@@ -70,6 +70,12 @@ std::size_t ProbeMemory(const std::string& way, const std::wstring& path) {
             return 0;
         });
     }
+    if (way == "waiting") {
+        AddWaitingJobs(1); // the system's thread is there
+        return Added([] { return AddWaitingJobs(waitingJobs), 0; });
+    }
+    if (way == "pools")
+        return Added([] { return OpenIdlePools(idlePools), 0; });
     Require(way == "rapidxml", "there is no such way to open the work");
     return Added([&] {
         auto document = std::make_unique<clsRapidXml>(ReadWholeText(path));

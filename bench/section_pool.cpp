@@ -280,7 +280,43 @@ class clsAllProcessors {
     DWORD_PTR before_ = 0;
 };
 
+// ---- Memory ----------------------------------------------------------------------------------------
+
+HANDLE jobsMayGoOn = nullptr;
+
+void TVUT22_CALL HoldJob(UINT, UINT_PTR, const volatile LONG*) {
+    WaitForSingleObject(jobsMayGoOn, INFINITE);
+}
+
+// In a process of its own, which ends with what it has opened.
+UtilThreadPool probedPool = nullptr;
+
+void MeasurePoolMemory(const scSettings& settings, clsReport& report) {
+    const auto perOne = [&](const wchar_t* way, unsigned count) {
+        return static_cast<double>(RunMemoryProbe(way, settings.folder)) / count;
+    };
+    constexpr double itsOwn = sizeof(UtilThreadPoolJob) + sizeof(UINT_PTR), page = 4096;
+    report.Bytes("a waiting job", perOne(L"waiting", waitingJobs), "its function and its argument", itsOwn,
+                 AtMost(17));
+    report.Bytes("an idle pool", perOne(L"pools", idlePools), "a page", page, AtMost(8192));
+}
+
 } // namespace
+
+void AddWaitingJobs(unsigned jobs) {
+    if (!probedPool) {
+        jobsMayGoOn = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+        probedPool = UtilThreadPoolOpen(L"bench", 1, 0);
+        Add(probedPool, HoldJob, 0);
+    }
+    for (unsigned i = 0; i < jobs; ++i)
+        Add(probedPool, CountedJob, 0);
+}
+
+void OpenIdlePools(unsigned pools) {
+    for (unsigned i = 0; i < pools; ++i)
+        Require(UtilThreadPoolOpen(L"bench", 0, 0) != nullptr, "UtilThreadPoolOpen");
+}
 
 void MeasurePool(const scSettings& settings, clsReport& report) {
     report.Section("Thread pool: two threads on two processors");
@@ -291,6 +327,7 @@ void MeasurePool(const scSettings& settings, clsReport& report) {
     MeasureFirstJob(settings, report);
     MeasureComputing(settings, report, {"200 jobs of 1 ms", 200, 1000, 1.8});
     MeasureComputing(settings, report, {"20,000 jobs of 10 us", 20000, 10, 1.7});
+    MeasurePoolMemory(settings, report);
     report.Remark("Unlike all other sections this one is not pinned to one processor.");
 }
 

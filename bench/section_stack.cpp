@@ -82,22 +82,30 @@ double NameOurs(const std::array<const char*, framesOfStack>& addresses) {
 }
 
 // It names fewer of them than are asked for: none of functions without debug information.
-double NameTheirs(const std::array<const char*, framesOfStack>& addresses) {
+double NameTheirs(const std::array<const char*, framesOfStack>& addresses, bool withLine = false) {
     alignas(SYMBOL_INFOW) char room[sizeof(SYMBOL_INFOW) + 800]{};
     auto* const symbol = reinterpret_cast<SYMBOL_INFOW*>(room);
     symbol->SizeOfStruct = sizeof(SYMBOL_INFOW);
     symbol->MaxNameLen = 400;
+    IMAGEHLP_LINEW64 line{};
+    line.SizeOfStruct = sizeof line;
+    DWORD offset = 0;
     return Timed([&] {
-               for (const char* address : addresses)
+               for (const char* address : addresses) {
                    Consume(static_cast<std::size_t>(SymFromAddrW(
                        GetCurrentProcess(), reinterpret_cast<UINT_PTR>(address), nullptr, symbol)));
+                   if (withLine)
+                       Consume(static_cast<std::size_t>(SymGetLineFromAddrW64(
+                           GetCurrentProcess(), reinterpret_cast<UINT_PTR>(address), &offset, &line)));
+               }
            }) /
            framesOfStack;
 }
 
 void MeasureNames(int rounds, clsReport& report) {
-    clsAddresses ours, theirs;
-    const Round first[] = {[&] { return NameOurs(ours.Next()); }, [&] { return NameTheirs(theirs.Next()); }};
+    clsAddresses ours, theirs, lines;
+    const Round first[] = {[&] { return NameOurs(ours.Next()); }, [&] { return NameTheirs(theirs.Next()); },
+                           [&] { return NameTheirs(lines.Next(), true); }};
     const auto ns = Race(first, rounds);
     const auto again = theirs.Next();
     const Round next[] = {[&] { return NameOurs(again), NameOurs(again); },
@@ -105,6 +113,7 @@ void MeasureNames(int rounds, clsReport& report) {
     const auto nsAgain = Race(next, rounds);
     report.Against("a frame's line with function and line, first time", ns[0], "SymFromAddrW, no line", ns[1],
                    AtMost(1.0));
+    report.Against("the same", ns[0], "SymFromAddrW and SymGetLineFromAddrW64", ns[2]);
     report.Against("the same again within a second", nsAgain[0], "SymFromAddrW again", nsAgain[1],
                    AtMost(0.05));
 }

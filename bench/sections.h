@@ -47,6 +47,11 @@ std::size_t ProbeEmbedding(const std::wstring& path);
 // What registering files to be removed at the end takes memory for.
 void RegisterTempFiles(const std::vector<std::wstring>& files);
 
+// What waiting jobs of a pool, and idle pools, add to the process.
+constexpr unsigned waitingJobs = 300000, idlePools = 200;
+void AddWaitingJobs(unsigned jobs);
+void OpenIdlePools(unsigned pools);
+
 // The same for packing a file and unpacking it again.
 std::size_t ProbeZip(const std::wstring& path);
 
