@@ -1,14 +1,18 @@
-// Character sets of long texts against reading them, daylight time against the system's calls that it needs.
+// Character sets of long texts against reading them, daylight time against the system's calls that it needs,
+// lists of countries against sorting one.
 #include "sections.h"
 
 #include <tvut22/locale.h>
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstring>
 #include <cwchar>
 #include <emmintrin.h>
+#include <iterator>
 #include <optional>
+#include <vector>
 
 namespace bench {
 
@@ -72,6 +76,58 @@ void MeasureCharset(const scSettings& settings, clsReport& report) {
     }
 }
 
+// What a program would do without the list: it has the names from somewhere, and sorts them.
+double SortNames(const std::vector<UtilLocCountry>& list, const wchar_t* language, std::size_t times) {
+    std::vector<const wchar_t*> names(list.size());
+    return PerCall(times, [&](std::size_t) {
+        // By code, which is as good as in no order.
+        std::transform(list.begin(), list.end(), names.begin(),
+                       [](const UtilLocCountry& country) { return country.name; });
+        std::sort(names.begin(), names.end(), [&](const wchar_t* a, const wchar_t* b) {
+            return CompareStringEx(language, 0, a, -1, b, -1, nullptr, nullptr, 0) == CSTR_LESS_THAN;
+        });
+    });
+}
+
+void MeasureCountries(const scSettings& settings, clsReport& report) {
+    const std::size_t calls = settings.quick ? 5 : 50;
+    std::vector<UtilLocCountry> list(250), byCode(250);
+    list[0].size = byCode[0].size = sizeof list[0];
+    const auto fill = [&](const wchar_t* language) {
+        Require(UtilLocGetCountryList(language, list.data(), 250) == 250, "no list");
+    };
+    UtilLocCountry info{};
+    info.size = sizeof info;
+    const auto find = [&](const wchar_t* country) {
+        Require(UtilLocGetCountryInfo(country, L"de", &info) == UTIL_OK, "no country");
+    };
+    fill(L"de");
+    byCode = list;
+    std::sort(byCode.begin(), byCode.end(), [](const UtilLocCountry& a, const UtilLocCountry& b) {
+        return std::wcscmp(a.code2, b.code2) < 0;
+    });
+    constexpr const wchar_t* five[] = {L"fr", L"hr", L"ja", L"pl", L"uk"}; // one more than are kept
+    const Round rounds[] = {
+        [&] {
+            fill(L"de");
+            return PerCall(calls, [&](std::size_t) { fill(L"de"); });
+        },
+        [&] { return SortNames(byCode, L"de-DE", calls); },
+        [&] { return PerCall(calls, [&](std::size_t number) { fill(five[number % std::size(five)]); }); },
+        [&] {
+            fill(L"de");
+            return PerCall(calls, [&](std::size_t) { find(L"DE"); });
+        },
+        [&] { return PerCall(calls, [&](std::size_t) { find(L"Zypern"); }); },
+    };
+    const auto ns = Race(rounds, settings.rounds);
+    const char* const sorting = "sorting the names by CompareStringEx";
+    report.Against("UtilLocGetCountryList, 250, warm", ns[0], sorting, ns[1], AtMost(4));
+    report.Against("UtilLocGetCountryList, 250, unfolded anew", ns[2], sorting, ns[1]);
+    report.Against("UtilLocGetCountryInfo by code", ns[3], sorting, ns[1]);
+    report.Against("UtilLocGetCountryInfo by name", ns[4], sorting, ns[1]);
+}
+
 void MeasureTime(const scSettings& settings, clsReport& report) {
     const std::size_t calls = settings.quick ? 1000 : 20000;
     SYSTEMTIME start, end, ours, theirs;
@@ -104,14 +160,17 @@ void MeasureTime(const scSettings& settings, clsReport& report) {
 } // namespace
 
 void MeasureLocale(const scSettings& settings, clsReport& report) {
-    report.Section("Locale: character sets, daylight time");
+    report.Section("Locale: character sets, daylight time, countries");
     MeasureCharset(settings, report);
     MeasureTime(settings, report);
+    MeasureCountries(settings, report);
     report.Remark(
         "Reading: every 16 bytes of the text loaded once, nothing done with them; the text is in the "
         "cache. wcslen is the system runtime's. Marks of many sorts: the worst that a text can do. "
         "Ideographs are not in the list: the first one ends the search. Daylight time: beside the "
-        "system's call there are two dates to calculate and four conversions of file times.");
+        "system's call there are two dates to calculate and four conversions of file times. Unfolded anew: "
+        "five "
+        "languages in turn, of which four are kept.");
 }
 
 } // namespace bench

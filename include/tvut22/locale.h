@@ -1,12 +1,13 @@
-/* Util: the character set that a text needs, local time and UTC.
+/* Util: the character set that a text needs, local time and UTC, countries and languages.
  *
- * Any thread at any time. Nothing here allocates, waits or writes diagnostic lines. docs/locale.md says
- * more about daylight time.
+ * Any thread at any time. Nothing here waits or writes diagnostic lines; nothing but the calls for countries
+ * and languages allocates. docs/locale.md says more about daylight time and names.
  */
 #ifndef TVUT22_LOCALE_H
 #define TVUT22_LOCALE_H
 
 #include <tvut22/calling.h>
+#include <tvut22/results.h>
 
 /* ---- Character set --------------------------------------------------------------------------- */
 
@@ -52,5 +53,93 @@ TVUT22_API HRESULT TVUT22_CALL UtilLocConvertUTCTimeToLocalTime(SYSTEMTIME* time
  * Result   S_OK
  */
 TVUT22_API HRESULT TVUT22_CALL UtilLocGetDSTStartAndEndInUTC(UINT year, SYSTEMTIME* start, SYSTEMTIME* end);
+
+/* ---- Countries and languages ----------------------------------------------------------------- */
+
+/* The 249 countries of ISO 3166-1 and Kosovo, and the 184 languages of ISO 639-1 with traditional Chinese and
+ * Serbian in Latin letters. The tables are the library's own, made from release 41 (2022) of the Common
+ * Locale Data Repository (https://cldr.unicode.org): they say the same on every machine.
+ *
+ * A language is given as
+ *   - a tag: de, de-AT, zh-TW, sr-Latn; the language and the script count. Case does not, and _ is as good as
+ * -;
+ *   - a code of three letters of ISO 639-2: deu, ger;
+ *   - a LANGID in decimal digits, as UtilLanguageGet returns it: 7, 1031;
+ *   - null: the language of the host program's user interface, English where it is none of these.
+ * Names are in 46 languages: ar be bg ca cs da de el en es et fa fi fr ga he hi hr hu id is it ja ko lt lv mk
+ * mt nl no pl pt ro ru sk sl sq sr sr-Latn sv th tr uk vi zh zh-Hant, and nb and nn as no. In all other
+ * languages they are English. A name has at most 95 characters.
+ */
+
+#define UTIL_COUNTRY_EU 1          /* a member of the European Union */
+#define UTIL_COUNTRY_US_LETTER 2   /* paper is US letter, not A4 */
+#define UTIL_COUNTRY_US_MEASURES 4 /* miles, gallons; neither this nor the next: metric */
+#define UTIL_COUNTRY_UK_MEASURES 8 /* metric, but miles and pints */
+
+typedef struct UtilLocCountry {
+    UINT size;              /* bytes: sizeof(UtilLocCountry) */
+    wchar_t code2[4];       /* ISO 3166-1: DE */
+    wchar_t code3[4];       /* DEU; Kosovo has XKK */
+    UINT number;            /* 276; Kosovo has 983 */
+    wchar_t currency[4];    /* ISO 4217: EUR. Of several that are legal tender, the newest; empty: none */
+    UINT flags;             /* UTIL_COUNTRY_... */
+    UINT firstDay;          /* of the week: 0 is Monday, 6 Sunday */
+    wchar_t language[12];   /* its tag; the official one that most speak. Empty where nobody lives. Some, as
+                               pap,   are none of the languages here */
+    wchar_t name[96];       /* in the language that was asked for */
+    wchar_t nativeName[96]; /* in its own language; English where it has none */
+} UtilLocCountry;
+
+#define UTIL_LANGUAGE_RIGHT_TO_LEFT 1
+
+typedef struct UtilLocLanguage {
+    UINT size;         /* bytes: sizeof(UtilLocLanguage) */
+    wchar_t tag[16];   /* de, zh-Hant */
+    wchar_t code3[4];  /* ISO 639-2/T: deu */
+    wchar_t script[6]; /* ISO 15924: Latn */
+    UINT langId;       /* with the usual sub-language: 0x0407; 0: Windows has none */
+    UINT codePage;     /* the ANSI one; 0: Unicode only */
+    UINT charset;      /* of this code page, for the lfCharSet of a LOGFONT; without one 1, the default */
+    UINT flags;        /* UTIL_LANGUAGE_... */
+    wchar_t name[96];  /* in the language that was asked for */
+    wchar_t nativeName[96]; /* in itself */
+} UtilLocLanguage;
+
+/* Lists all countries in a language, in its alphabetical order: that of CompareStringEx, and of the codes of
+ * two letters where names are equal.
+ *
+ * language   the language of the names
+ * list       receives countries. The caller sets the size of the first; it is that of all, and what is beyond
+ * the structure as it is known here becomes zero. Null: only the result is wanted. count      how many there
+ * is room for; 0 as null
+ *
+ * Result     250; UTIL_NOT_FOUND: there is no such language; UTIL_BAD_ARGUMENT: size is too small;
+ * UTIL_FAILED: memory has run out. The list is as it was then.
+ */
+TVUT22_API INT TVUT22_CALL UtilLocGetCountryList(const wchar_t* language, UtilLocCountry* list, UINT count);
+
+/* Tells what is known about a country.
+ *
+ * country    a code of two or three letters, a number in decimal digits, or a name: in the language asked
+ * for, in English or in the country's own. Case does not count. What may be a code and a name is a code.
+ * language   the language of the name
+ * info       receives it; the caller sets its size
+ *
+ * Result     UTIL_OK; UTIL_NOT_FOUND: there is no such country or language; UTIL_BAD_ARGUMENT: country or
+ * info is null, or size too small; UTIL_FAILED: memory has run out. info is as it was then.
+ */
+TVUT22_API INT TVUT22_CALL UtilLocGetCountryInfo(const wchar_t* country, const wchar_t* language,
+                                                 UtilLocCountry* info);
+
+/* Tells what is known about a language.
+ *
+ * language     the language
+ * inLanguage   the language of its name
+ * info         receives it; the caller sets its size
+ *
+ * Result       as UtilLocGetCountryInfo
+ */
+TVUT22_API INT TVUT22_CALL UtilLocGetLanguageInfo(const wchar_t* language, const wchar_t* inLanguage,
+                                                  UtilLocLanguage* info);
 
 #endif

@@ -5,6 +5,7 @@
 
 #include "platform/code_page.h"
 #include "platform/host.h"
+#include "platform/language_order.h"
 #include "platform/letter_case.h"
 #include "platform/process_heap.h"
 #include "platform/time_zone.h"
@@ -123,6 +124,10 @@ int PlatformCompareIgnoringCase(std::u16string_view a, std::u16string_view b) no
 void PlatformToUpperCase(std::u16string_view text, char16_t* upper) noexcept {
     for (const char16_t c : text)
         *upper++ = c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 0x20) : c;
+}
+
+int PlatformCompareInLanguage(const char16_t*, std::u16string_view a, std::u16string_view b) noexcept {
+    return a.compare(b);
 }
 
 // One hour before UTC, in summer and winter.

@@ -57,6 +57,12 @@ void clsInflater::Restart() noexcept {
     now_ = State::running;
 }
 
+void clsInflater::Presume(const void* dictionary, std::size_t bytes) {
+    if (inflateSetDictionary(state_.get(), static_cast<const Bytef*>(dictionary), static_cast<uInt>(bytes)) !=
+        Z_OK)
+        throw std::bad_alloc();
+}
+
 void clsInflater::Feed(const void* data, std::size_t bytes) {
     SetInput(*state_, data, bytes);
 }

@@ -44,6 +44,9 @@ class clsInflater {
     // Begins another stream; what was fed is forgotten.
     void Restart() noexcept;
 
+    // What a stream without header was deflated with, before the first piece. Throws std::bad_alloc.
+    void Presume(const void* dictionary, std::size_t bytes);
+
     // The next piece; the one before must be used up. It stays where it is until it is used up.
     void Feed(const void* data, std::size_t bytes);
     // Bytes of the piece that are not used up; those after the end of the stream never are.
