@@ -21,6 +21,12 @@ void Close(scHook& hook) noexcept {
         UtilpLeaveConsole(hook);
 }
 
+// What the calling thread has of hooks, if this one is its own. A thread that was killed leaves its number to
+// others.
+clsHookThread* ThreadOf(const scHook& hook) noexcept {
+    return hook.thread == GetCurrentThreadId() ? clsHookThread::Find() : nullptr;
+}
+
 void GiveHandle(const HookReference& hook) {
     auto reference = std::make_unique<HookReference>(hook);
     hook->handle = hooks.Add(reference);
@@ -34,6 +40,8 @@ std::uint32_t Open(bool isForBreak, UtilCBTProc cbt, UtilBreakProc onBreak, UINT
     try {
         hook = std::make_shared<scHook>(GetCurrentThreadId(), isForBreak, cbt, onBreak, user);
         GiveHandle(hook);
+        if (isForBreak)
+            thread.Look(); // for the older ones
         thread.ChainOf(*hook).Add(hook);
         if (isForBreak)
             UtilpAwaitConsole(hook);
@@ -61,8 +69,8 @@ INT UtilpBreakSeen(std::uint32_t handle) noexcept {
     if (!use || !(*use)->isForBreak)
         return UTIL_BAD_ARGUMENT;
     scHook& hook = **use;
-    if (hook.thread == GetCurrentThreadId())
-        clsHookThread::Find()->Look();
+    if (clsHookThread* const thread = ThreadOf(hook))
+        thread->Look();
     return hook.seen.load(std::memory_order_relaxed) == 0 ? 0
                                                           : hook.seen.exchange(0, std::memory_order_relaxed);
 }
@@ -73,10 +81,11 @@ UtilResult UtilpCloseHook(std::uint32_t handle) noexcept {
         hook = *use;
     if (!hook)
         return UtilResult::badArgument;
-    if (hook->thread != GetCurrentThreadId())
+    clsHookThread* const thread = ThreadOf(*hook);
+    if (!thread)
         return UtilResult::wrongThread;
     Close(*hook);
-    clsHookThread::Find()->Settle();
+    thread->Settle();
     return UtilResult::ok;
 }
 

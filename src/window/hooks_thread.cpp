@@ -105,10 +105,7 @@ void clsHookThread::Look() noexcept {
 
 // ---- The thread ------------------------------------------------------------------------------------
 
-// What was pressed before does not count.
-clsHookThread::clsHookThread() noexcept : cbt_(WH_CBT, CbtCalled), messages_(WH_GETMESSAGE, MessageTaken) {
-    presses_.Look(LookAtKeyboard().isDown, false);
-}
+clsHookThread::clsHookThread() noexcept : cbt_(WH_CBT, CbtCalled), messages_(WH_GETMESSAGE, MessageTaken) {}
 
 clsHookThread* clsHookThread::Find() noexcept {
     return static_cast<clsHookThread*>(slot.Get());

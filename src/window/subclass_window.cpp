@@ -113,7 +113,8 @@ void clsSubclassedWindow::ComeOff() noexcept {
 // Whether nobody has set a procedure of his own since. The system's chain, once it is empty, sets the one
 // that it found in the beginning: that would cut off all who came later, or bring back one who has left.
 bool clsSubclassedWindow::IsOnTop() const noexcept {
-    return ProcedureOf(window_) == procedure_;
+    const LONG_PTR procedure = ProcedureOf(window_);
+    return procedure == procedure_ || procedure == 0; // it is gone, and its last message did not come here
 }
 
 void clsSubclassedWindow::Sweep() noexcept {
