@@ -39,6 +39,7 @@ constexpr scSection sections[] = {
     {"crash", MeasureCrash},
     {"pool", MeasurePool},
     {"stack", MeasureStack},
+    {"window", MeasureWindow},
     {"html", MeasureHtml},
     {"regex", MeasureRegEx},
     {"docinfo", MeasureDocInfo},

@@ -136,6 +136,46 @@ class protection {
     INT result_;
 };
 
+// ---- Windows --------------------------------------------------------------------------------------
+
+// A subclass of a window, and a hook of a thread. They must go on their thread. A subclass whose window is
+// gone may stay.
+using subclass = unique_handle<UtilSubclass, UtilWindowUnsubclass>;
+using hook = unique_handle<UtilHook, UtilHookClose>;
+
+namespace detail {
+// A member function as a callback: "user" is the object.
+template <auto Method, class Object, class Handle, class Result, class... Arguments>
+struct method_call {
+    static Result TVUT22_CALL call(Handle handle, Arguments... arguments, UINT_PTR user) {
+        return (reinterpret_cast<Object*>(user)->*Method)(handle, arguments...);
+    }
+};
+} // namespace detail
+
+// Subclasses a window by a member function, which gets what a UtilWindowProc does but for "user":
+//
+//     edit_ = tvut22::subclass_by<&Form::OnEditMessage>(edit, *this);
+//
+// The object must be there as long as the subclass is.
+template <auto Method, class Object>
+subclass subclass_by(HWND window, Object& object) noexcept {
+    using method = detail::method_call<Method, Object, UtilSubclass, LRESULT, HWND, UINT, WPARAM, LPARAM>;
+    return subclass(UtilWindowSubclass(window, method::call, reinterpret_cast<UINT_PTR>(&object)));
+}
+
+// The same for hooks.
+template <auto Method, class Object>
+hook hook_cbt_by(Object& object) noexcept {
+    using method = detail::method_call<Method, Object, UtilHook, LRESULT, INT, WPARAM, LPARAM>;
+    return hook(UtilHookCBT(method::call, reinterpret_cast<UINT_PTR>(&object)));
+}
+template <auto Method, class Object>
+hook hook_ctrl_break_by(Object& object) noexcept {
+    using method = detail::method_call<Method, Object, UtilHook, BOOL>;
+    return hook(UtilHookCtrlBreak(method::call, reinterpret_cast<UINT_PTR>(&object)));
+}
+
 // ---- Objects on a heap ----------------------------------------------------------------------------
 
 // Heaps align to four bytes. For what needs more, an address is aligned within a larger block whose

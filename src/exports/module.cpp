@@ -18,6 +18,8 @@
 #include "runtime/output/writer.h"
 #include "runtime/temp_files/temp_file_remover.h"
 #include "text/hash.h"
+#include "window/hooks.h"
+#include "window/subclass.h"
 
 #include <mutex>
 #include <windows.h>
@@ -81,6 +83,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
         tvut::UtilpProtectThread();
         break;
     case DLL_THREAD_DETACH:
+        tvut::UtilpEndSubclassesOfThread();
+        tvut::UtilpEndHooksOfThread();
         tvut::PlatformThreadEnds();
         break;
     case DLL_PROCESS_DETACH:
@@ -91,6 +95,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
         tvut::UtilpDiagnosticWriter().End(processEnds != nullptr);
         if (!processEnds) {
             tvut::UtilpForgetCallStacks();
+            tvut::UtilpForgetSubclassThreads();
+            tvut::UtilpForgetHookThreads();
             tvut::PlatformExceptionsEnd();
         }
         break;

@@ -5,6 +5,7 @@
 // there, so the system is told which library its calls come into, and keeps that until they have returned.
 #include "platform/pool_threads.h"
 
+#include "platform/held_library.h"
 #include "platform/owned.h"
 #include "platform/thread_priority.h"
 
@@ -28,15 +29,6 @@ struct scWorkPolicy {
     static void Close(Value value) noexcept { CloseThreadpoolWork(value); }
 };
 
-// The library that this code is in.
-clsLibrary OwnLibrary() noexcept {
-    clsLibrary library;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                       reinterpret_cast<const wchar_t*>(reinterpret_cast<const void*>(&OwnLibrary)),
-                       library.Receive());
-    return library;
-}
-
 class clsRunnerPriority final : public IclsBetweenCalls {
   public:
     explicit clsRunnerPriority(bool background) noexcept : priority_(background) {}
@@ -52,7 +44,7 @@ class clsSystemPoolThreads final : public IclsPoolThreads {
         : runner_(runner), background_(background) {}
 
     bool Open(unsigned most) noexcept {
-        library_ = OwnLibrary();
+        library_ = PlatformOwnLibrary();
         pool_ = clsOwned<scPoolPolicy>(CreateThreadpool(nullptr));
         if (!library_ || !pool_)
             return false;

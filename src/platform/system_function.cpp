@@ -6,7 +6,7 @@
 
 namespace tvut {
 
-FARPROC PlatformFindSystemFunction(const wchar_t* library, const char* name) noexcept {
+FARPROC PlatformFindSystemFunction(const wchar_t* library, const char* name, WORD number) noexcept {
     std::array<wchar_t, MAX_PATH + 32> path;
     const UINT length = GetSystemDirectoryW(path.data(), MAX_PATH);
     if (length == 0 || length >= MAX_PATH || length + 1 + std::wcslen(library) >= path.size())
@@ -15,7 +15,10 @@ FARPROC PlatformFindSystemFunction(const wchar_t* library, const char* name) noe
     std::wcscpy(path.data() + length + 1, library);
     // What it needs itself is looked for beside it, too, not beside the host program.
     const HMODULE loaded = LoadLibraryExW(path.data(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-    return loaded ? GetProcAddress(loaded, name) : nullptr;
+    if (!loaded)
+        return nullptr;
+    const FARPROC named = GetProcAddress(loaded, name);
+    return named || number == 0 ? named : GetProcAddress(loaded, MAKEINTRESOURCEA(number));
 }
 
 } // namespace tvut

@@ -41,8 +41,12 @@ std::uint32_t clsHandleSlots::Add(void* object) const noexcept {
     return 0;
 }
 
+std::size_t clsHandleSlots::PlaceOf(std::uint32_t handle) noexcept {
+    return handle >> slotShift & slotMask;
+}
+
 clsHandleSlots::scSlot* clsHandleSlots::SlotOf(std::uint32_t handle) const noexcept {
-    const std::uint32_t index = handle >> slotShift & slotMask;
+    const std::size_t index = PlaceOf(handle);
     const bool ours = (handle & mark) != 0 &&
                       (handle >> kindShift & kindMask) == static_cast<std::uint32_t>(kind_) &&
                       index < slots_.size();

@@ -19,7 +19,7 @@
 
 namespace tvut {
 
-enum class HandleKind : std::uint32_t { archive, document, threadPool };
+enum class HandleKind : std::uint32_t { archive, document, threadPool, subclass, hook };
 
 // What the tables of all kinds do, on objects of a type that only the table knows.
 class clsHandleSlots {
@@ -39,6 +39,9 @@ class clsHandleSlots {
     void* Enter(std::uint32_t handle) const noexcept { return Change(handle, false); }
     void* Close(std::uint32_t handle) const noexcept { return Change(handle, true); }
     void Leave(std::uint32_t handle, void (*destroy)(void*) noexcept) const noexcept;
+
+    // The place of a handle's slot in the table, below mostSlots, whatever the handle is.
+    static std::size_t PlaceOf(std::uint32_t handle) noexcept;
 
   private:
     scSlot* SlotOf(std::uint32_t handle) const noexcept;
