@@ -91,7 +91,8 @@ class clsDumpCase {
         std::string contents(choices_.Below(4) == 0 ? choices_.Below(65536) : bytes, '\0');
         for (std::size_t at = 0; at < contents.size(); ++at)
             contents[at] = static_cast<char>(at * 7 + address / pageSize);
-        memory_.Add(address, bytes, static_cast<MemoryKind>(choices_.Below(5)), std::move(contents));
+        memory_.Add(address, bytes, static_cast<MemoryKind>(choices_.Below(5)), std::move(contents),
+                    choices_.Below(64));
         regions_.push_back(address);
     }
 

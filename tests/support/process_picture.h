@@ -15,27 +15,30 @@ enum class MemoryKind { code, constants, data, guard, mapped };
 
 class clsProcessPicture final : public IclsProcessMemory {
   public:
-    // Pages of a kind, and the bytes that can be read there: fewer when the last pages are gone.
-    void Add(std::uint32_t address, std::uint32_t bytes, MemoryKind kind, std::string contents) {
+    // Pages of a kind, and the bytes that can be read there: fewer when the last pages are gone, or one page
+    // in between by its number.
+    void Add(std::uint32_t address, std::uint32_t bytes, MemoryKind kind, std::string contents,
+             std::uint32_t gonePage = lastAddress / pageSize) {
         scMemoryRegion region{{address, bytes}, address};
         region.isImage = kind == MemoryKind::code || kind == MemoryKind::constants;
         region.isReadable = kind != MemoryKind::guard;
         region.isWritable = kind == MemoryKind::data;
         region.isExecutable = kind == MemoryKind::code;
         contents.resize(std::min<std::size_t>(contents.size(), bytes));
-        pieces_[address] = {region, std::move(contents)};
+        pieces_[address] = {region, std::move(contents), gonePage * pageSize};
     }
 
     std::size_t Read(std::uint32_t address, void* to, std::size_t bytes) noexcept override {
         std::size_t done = 0;
         while (done != bytes) {
             const scPiece* const piece = PieceAt(address + static_cast<std::uint32_t>(done));
-            const std::uint32_t begin = address + static_cast<std::uint32_t>(done);
-            if (!piece || !piece->region.isReadable ||
-                begin - piece->region.range.address >= piece->contents.size())
+            if (!piece || !piece->region.isReadable)
                 return done;
-            done += piece->contents.copy(static_cast<char*>(to) + done, bytes - done,
-                                         begin - piece->region.range.address);
+            const std::uint32_t at = address + static_cast<std::uint32_t>(done) - piece->region.range.address;
+            if (at >= piece->contents.size() || at / pageSize == piece->gone / pageSize)
+                return done;
+            const std::size_t most = at < piece->gone ? piece->gone - at : bytes;
+            done += piece->contents.copy(static_cast<char*>(to) + done, std::min(bytes - done, most), at);
         }
         return done;
     }
@@ -69,6 +72,7 @@ class clsProcessPicture final : public IclsProcessMemory {
     struct scPiece {
         scMemoryRegion region;
         std::string contents;
+        std::uint32_t gone;
     };
 
     const scPiece* PieceAt(std::uint32_t address) const noexcept {
