@@ -1,5 +1,5 @@
-// From one & to the next. A reference is what a ; ends within 12 characters: no name is longer. Names are looked
-// for here and among those of Latin-1 (text/html/entities); what neither knows is text.
+// From one & to the next. A reference is what a ; ends within 12 characters: no name is longer. Names are
+// looked for here and among those of Latin-1 (text/html/entities); what neither knows is text.
 #include "docinfo/html_references.h"
 
 #include "text/digits.h"

@@ -74,6 +74,8 @@ class clsDumpReader {
         return Text(Bytes(position + 4, bytes));
     }
 
+    const std::vector<scDumpDirectory>& Directory() const { return directory_; }
+
   private:
     clsDumpReader(std::string_view part, std::vector<scDumpDirectory>) : file_(part) {}
 

@@ -1,6 +1,6 @@
-// Asked in a crash, so by bare calls alone. The system's record of its memory has another size in each version
-// of it, and a wrong one may be refused: known sizes are tried, then a larger room. Addresses in use are added
-// up region by region.
+// Asked in a crash, so by bare calls alone. The system's record of its memory has another size in each
+// version of it, and a wrong one may be refused: known sizes are tried, then a larger room. Addresses in use
+// are added up region by region.
 #include "runtime/crash/system_facts.h"
 
 #include "platform/bare_system.h"
