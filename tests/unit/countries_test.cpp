@@ -110,18 +110,20 @@ TEST(TranslatedNames, OfLanguagesThemselves) {
 }
 
 TEST(TranslatedNames, AreKeptForFourLanguages) {
-    using Blocks = std::initializer_list<std::uint8_t>;
-    std::array<const clsTranslatedNames*, 5> first;
+    std::array<std::weak_ptr<const clsTranslatedNames>, 7> names;
     const auto native = UtilpNamesOf(nativeNames);
     for (std::uint8_t block = 0; block < 5; ++block)
-        first[block] = UtilpNamesOf(block).get();
-    for (const std::uint8_t block : Blocks{1, 2, 3, 4, 2, 3, 1})
-        EXPECT_EQ(UtilpNamesOf(block).get(), first[block]) << unsigned{block};
-    const auto held = UtilpNamesOf(4); // was used before the last four of them
-    for (const std::uint8_t block : Blocks{5, 6, 7, 8})
-        UtilpNamesOf(block);
+        names[block] = UtilpNamesOf(block);
+    EXPECT_TRUE(names[0].expired());
+    const auto held = UtilpNamesOf(4);
+    for (const unsigned block : {2u, 3u, 1u})
+        EXPECT_EQ(UtilpNamesOf(static_cast<std::uint8_t>(block)), names[block].lock());
+    for (std::uint8_t block = 5; block < 7; ++block) // they push out those used longest ago
+        names[block] = UtilpNamesOf(block);
+    EXPECT_TRUE(names[2].expired());
+    EXPECT_FALSE(names[1].expired() || names[3].expired());
+    EXPECT_NE(UtilpNamesOf(4), held);
     EXPECT_EQ(CountryName(*held, 0), CountryName(*UtilpNamesOf(4), 0));
-    EXPECT_NE(UtilpNamesOf(4), held) << "was pushed out";
     EXPECT_EQ(UtilpNamesOf(nativeNames), native);
 }
 
