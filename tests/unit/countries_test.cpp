@@ -49,8 +49,9 @@ TEST(Languages, AreFoundByTheirOwn) {
         EXPECT_EQ(UtilpFindLanguage(Wide(tag)), number) << tag;
         const auto byCode = UtilpFindLanguage(Wide(language.code3));
         EXPECT_EQ(byCode, tag.size() > 2 ? number - 1 : number) << tag;
-        if (language.langId != 0 && tag != "no")
+        if (language.langId != 0 && tag != "no") {
             EXPECT_EQ(UtilpLanguageOfId(language.langId), number) << tag;
+        }
     }
 }
 
@@ -89,8 +90,9 @@ TEST(TranslatedNames, AreThereAndFitInEveryLanguage) {
             check(name);
             EXPECT_TRUE(countries.insert(name).second || block == nativeNames)
                 << testing::PrintToString(name);
-            if (block != nativeNames)
+            if (block != nativeNames) {
                 EXPECT_EQ(names.FindCountry(name), country) << testing::PrintToString(name);
+            }
         }
         for (std::size_t language = 0; language < languageCount; ++language)
             check(LanguageName(names, language));
