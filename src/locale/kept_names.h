@@ -1,5 +1,5 @@
 // Names that are unfolded when somebody asks for the first of them. Those of the last four languages are
-// kept, and those that countries and languages have for themselves: some 40 KB.
+// kept, and those that countries and languages have for themselves: some 30 KB.
 #pragma once
 
 #include "locale/translated_names.h"

@@ -99,16 +99,20 @@ std::optional<std::size_t> clsTranslatedNames::FindCountry(std::u16string_view n
 // the system contradicts itself. The places to move are bytes.
 clsTranslatedNames::CountryOrder clsTranslatedNames::Sorted() const {
     std::u16string texts;
-    std::array<std::uint16_t, countryCount + 1> begins{};
+    struct scPlace {
+        std::uint16_t begin, length;
+    };
+    std::array<scPlace, countryCount> places;
     for (std::size_t country = 0; country < countryCount; ++country) {
         TranslatedName name;
-        texts.append(name.data(), Country(country, name));
-        begins[country + 1] = static_cast<std::uint16_t>(texts.size());
+        const std::size_t length = Country(country, name);
+        places[country] = {static_cast<std::uint16_t>(texts.size()), static_cast<std::uint16_t>(length)};
+        texts.append(name.data(), length);
     }
     std::array<char16_t, sizeof scLanguage::tag> language;
     std::ranges::copy(g_languages[block_.language].tag, language.begin());
     const auto textOf = [&](std::uint8_t country) {
-        return std::u16string_view(texts.data() + begins[country], texts.data() + begins[country + 1u]);
+        return std::u16string_view(texts.data() + places[country].begin, places[country].length);
     };
     const auto isBefore = [&](std::uint8_t a, std::uint8_t b) {
         return PlatformCompareInLanguage(language.data(), textOf(a), textOf(b)) < 0;

@@ -49,8 +49,9 @@ TEST(Languages, AreFoundByTheirOwn) {
         EXPECT_EQ(UtilpFindLanguage(Wide(tag)), number) << tag;
         const auto byCode = UtilpFindLanguage(Wide(language.code3));
         EXPECT_EQ(byCode, tag.size() > 2 ? number - 1 : number) << tag;
-        if (language.langId != 0 && tag != "no")
+        if (language.langId != 0 && tag != "no") {
             EXPECT_EQ(UtilpLanguageOfId(language.langId), number) << tag;
+        }
     }
 }
 
@@ -89,8 +90,9 @@ TEST(TranslatedNames, AreThereAndFitInEveryLanguage) {
             check(name);
             EXPECT_TRUE(countries.insert(name).second || block == nativeNames)
                 << testing::PrintToString(name);
-            if (block != nativeNames)
+            if (block != nativeNames) {
                 EXPECT_EQ(names.FindCountry(name), country) << testing::PrintToString(name);
+            }
         }
         for (std::size_t language = 0; language < languageCount; ++language)
             check(LanguageName(names, language));
@@ -110,18 +112,20 @@ TEST(TranslatedNames, OfLanguagesThemselves) {
 }
 
 TEST(TranslatedNames, AreKeptForFourLanguages) {
-    using Blocks = std::initializer_list<std::uint8_t>;
-    std::array<const clsTranslatedNames*, 5> first;
+    std::array<std::weak_ptr<const clsTranslatedNames>, 7> names;
     const auto native = UtilpNamesOf(nativeNames);
     for (std::uint8_t block = 0; block < 5; ++block)
-        first[block] = UtilpNamesOf(block).get();
-    for (const std::uint8_t block : Blocks{1, 2, 3, 4, 2, 3, 1})
-        EXPECT_EQ(UtilpNamesOf(block).get(), first[block]) << unsigned{block};
-    const auto held = UtilpNamesOf(4); // was used before the last four of them
-    for (const std::uint8_t block : Blocks{5, 6, 7, 8})
-        UtilpNamesOf(block);
+        names[block] = UtilpNamesOf(block);
+    EXPECT_TRUE(names[0].expired());
+    const auto held = UtilpNamesOf(4);
+    for (const unsigned block : {2u, 3u, 1u})
+        EXPECT_EQ(UtilpNamesOf(static_cast<std::uint8_t>(block)), names[block].lock());
+    for (std::uint8_t block = 5; block < 7; ++block) // they push out those used longest ago
+        names[block] = UtilpNamesOf(block);
+    EXPECT_TRUE(names[2].expired());
+    EXPECT_FALSE(names[1].expired() || names[3].expired());
+    EXPECT_NE(UtilpNamesOf(4), held);
     EXPECT_EQ(CountryName(*held, 0), CountryName(*UtilpNamesOf(4), 0));
-    EXPECT_NE(UtilpNamesOf(4), held) << "was pushed out";
     EXPECT_EQ(UtilpNamesOf(nativeNames), native);
 }
 

@@ -54,7 +54,7 @@ class clsEnglishNames {
         for (const auto& [code, names] : differing_)
             ADD_FAILURE() << code << " needs no row in iso_names.txt";
     }
-    void Check(const std::string& code, std::string ours, Entry& entry) {
+    void Check(const std::string& code, const std::string& ours, Entry& entry) {
         if (("; " + entry["name"] + ";").find("; " + ours + ";") != std::string::npos ||
             ours == entry["common_name"])
             return;
