@@ -16,6 +16,7 @@
 #include <tvut22/results.h>
 #include <tvut22/text.h>
 #include <tvut22/thread_pool.h>
+#include <tvut22/window.h>
 #include <tvut22/zip.h>
 
 #endif
