@@ -113,6 +113,25 @@ class thread_pool : public unique_handle<UtilThreadPool, UtilThreadPoolClose> {
     }
 };
 
+// ---- Lists of handles -----------------------------------------------------------------------------
+
+// Notes a handle that was made, and returns it: `bitmap = track(CreateBitmap(...), UTIL_HANDLE_GDI)`. Null is
+// not noted.
+template <class Handle>
+Handle track(Handle handle, UINT kind, const wchar_t* label = nullptr) noexcept {
+    if (handle)
+        UtilHandleListMgr(UTIL_HANDLES_ADD, handle, kind, label);
+    return handle;
+}
+
+// Takes out a handle that is about to be freed, and returns it: `DeleteObject(untrack(bitmap))`.
+template <class Handle>
+Handle untrack(Handle handle) noexcept {
+    if (handle)
+        UtilHandleListMgr(UTIL_HANDLES_REMOVE, handle, 0, nullptr);
+    return handle;
+}
+
 // ---- Crash protection -----------------------------------------------------------------------------
 
 // Protection as long as the object is there.

@@ -35,4 +35,52 @@
  */
 TVUT22_API INT TVUT22_CALL UtilWindowMessageName(UINT message, HWND window, BSTR* result);
 
+/* ---- Lists of handles ------------------------------------------------------------------------ */
+
+/* What UtilHandleListMgr does. */
+#define UTIL_HANDLES_ADD 1u    /* notes a handle that the caller has made */
+#define UTIL_HANDLES_REMOVE 2u /* takes out a handle that the caller frees */
+#define UTIL_HANDLES_COUNT 3u  /* counts entries */
+#define UTIL_HANDLES_CHECK 4u  /* looks for handles that have been freed and not taken out */
+#define UTIL_HANDLES_MARK 5u   /* gives the present moment a number */
+#define UTIL_HANDLES_REPORT 6u /* reports entries in diagnostic lines */
+
+/* Kinds of handles. */
+#define UTIL_HANDLE_GDI 1u    /* pens, brushes, fonts, bitmaps, regions, palettes, DCs, metafiles */
+#define UTIL_HANDLE_ICON 2u   /* icons and cursors */
+#define UTIL_HANDLE_MENU 3u   /* menus */
+#define UTIL_HANDLE_WINDOW 4u /* windows */
+#define UTIL_HANDLE_KERNEL 5u /* all that CloseHandle closes */
+
+/* Keeps the process's list of handles: which are there, who made them, which were freed twice. Any thread.
+ * Reports are groups of diagnostic lines, with call stacks as in reports of heaps.
+ *
+ * When the last module has detached (UtilModuleOnDetach), what is left is reported once.
+ *
+ * command    UTIL_HANDLES_...
+ * handle     the handle; for REPORT a number that MARK has given, or 0
+ * kind       UTIL_HANDLE_...; 0 stands for any kind, except in ADD. MARK does not look at it.
+ * label      for ADD: what the handle is for, of which 31 characters are kept; null: nothing
+ *
+ * Result     ADD, which notes the time and 16 frames of the caller's stack as well:
+ *              UTIL_OK
+ *              UTIL_EXISTS        the handle was in the list: it was freed without being taken out, which is
+ *                                 reported; its new entry takes the place of the old one
+ *              UTIL_TOO_LARGE     65,536 handles are in the list; reported once
+ *              UTIL_FAILED        no memory
+ *              UTIL_BAD_ARGUMENT  handle is 0
+ *            REMOVE:
+ *              UTIL_OK
+ *              UTIL_NOT_FOUND     not in the list, or there with another kind; reported with the
+ *                                 caller's stack
+ *            COUNT: the number of entries
+ *            CHECK: how many of them the system does not know any more; each is reported, none taken out
+ *            MARK: 1, and one more with each call
+ *            REPORT: how many entries were added after the mark
+ *            All:
+ *              UTIL_BAD_ARGUMENT  unknown command or kind; a mark that was not given
+ *              UTIL_FAILED        no memory
+ */
+TVUT22_API INT TVUT22_CALL UtilHandleListMgr(UINT command, HANDLE handle, UINT kind, const wchar_t* label);
+
 #endif
