@@ -70,6 +70,9 @@ using heap = unique_handle<UtilHeap, detail::delete_heap>;
 // The properties of a document.
 using document_info = unique_handle<UtilDocInfo, UtilDocInfoClose>;
 
+// A help file.
+using help = unique_handle<UtilHelp, UtilHelpClose>;
+
 // ---- Thread pools ---------------------------------------------------------------------------------
 
 namespace detail {

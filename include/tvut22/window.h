@@ -12,6 +12,63 @@
 
 #include <oleauto.h>
 
+/* ---- Help ------------------------------------------------------------------------------------ */
+
+/* A help file of the program: an opaque value of 32 bits, 0 for none. */
+typedef struct UtilHelpObject* UtilHelp;
+
+/* Names a help file. Nothing is looked for, loaded or shown: a program without its help file starts.
+ *
+ * owner      the window that help of a .chm file stays above; 0: none
+ * file       a path, or an address that begins with http: or https:; a relative path is one of the current
+ *            folder at this call. Its ending, in any case, decides what shows it:
+ *              .chm                      the system's HTML help, on the calling thread, which needs
+ *                                        a message loop
+ *              .htm, .html, an address   the default browser
+ *              .pdf, .txt                the program that the system opens such files with
+ *
+ * Result     the help file, to be closed with UtilHelpClose; 0, and the last-error value tells why:
+ *            ERROR_INVALID_PARAMETER for null or an empty text, ERROR_INVALID_WINDOW_HANDLE,
+ *            ERROR_NOT_ENOUGH_MEMORY, ERROR_TOO_MANY_OPEN_FILES when 1,024 are open
+ */
+TVUT22_API UtilHelp TVUT22_CALL UtilHelpOpen(HWND owner, const wchar_t* file);
+
+/* Show a page of a help file: by its name in the file, by its number, by a word of the index.
+ *
+ * A .chm file that comes from a network, a removable drive or the internet shows empty pages in the system's
+ * viewer. It is copied to the user's temporary folder and shown from there; a copy is made again when size or
+ * time of the file have changed.
+ *
+ * help       from UtilHelpOpen
+ * topic      such as L"print/margins.htm#left" in a .chm file, elsewhere the part after # of an address;
+ *            null: the first page
+ * id         a number that the .chm file maps to a page, elsewhere the part after # of an address
+ * keyword    a word of the index of a .chm file; null or empty: the index itself
+ *
+ * .pdf and .txt files are opened as they are, whatever is asked for. Any thread may call these; none belongs
+ * into a DllMain.
+ *
+ * Result     UTIL_OK
+ *            UTIL_NOT_FOUND      the file is missing; the viewer gave no window: no such topic or word
+ *            UTIL_NOT_SUPPORTED  a file of another ending; keywords in a browser; the system has no viewer
+ *            UTIL_BAD_ARGUMENT   no such help file
+ *            UTIL_IN_LOADER      called from a DllMain or at the end of the process; nothing was done
+ *            UTIL_FAILED         the system refused, or no memory
+ */
+TVUT22_API INT TVUT22_CALL UtilHelpShowTopic(UtilHelp help, const wchar_t* topic);
+TVUT22_API INT TVUT22_CALL UtilHelpShowContext(UtilHelp help, UINT id);
+TVUT22_API INT TVUT22_CALL UtilHelpShowKeyword(UtilHelp help, const wchar_t* keyword);
+
+/* Closes a help file. With the last one that is open the viewer's windows are closed, if there are any; not
+ * from within a DllMain or at the end of the process, where the viewer is never called.
+ *
+ * help       0: nothing happens
+ *
+ * Result     UTIL_OK
+ *            UTIL_BAD_ARGUMENT  no such help file
+ */
+TVUT22_API INT TVUT22_CALL UtilHelpClose(UtilHelp help);
+
 /* ---- Names of messages ----------------------------------------------------------------------- */
 
 /* Names a window message, for logs. Any thread.

@@ -1,5 +1,7 @@
-// Owners of messages, and the list of handles against a plain model.
+// Help targets, owners of messages, and the list of handles against a plain model.
+#include "support/cases.h"
 #include "window/handle_list.h"
+#include "window/help_target.h"
 #include "window/message_names.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +14,49 @@
 using namespace tvut;
 
 namespace {
+
+// ---- Help ------------------------------------------------------------------------------------------
+
+TEST(HelpTargets, AreMadeOfFileAndPage) {
+    const std::map<std::string, HelpPage> pages{
+        {"topic", HelpPage::topic}, {"context", HelpPage::context}, {"keyword", HelpPage::keyword}};
+    const std::map<std::string, HelpCall> calls{
+        {"none", HelpCall::none},
+        {"displayTopic", HelpCall::displayTopic},
+        {"displayIndex", HelpCall::displayIndex},
+        {"helpContext", HelpCall::helpContext},
+        {"keywordLookup", HelpCall::keywordLookup},
+        {"openAddress", HelpCall::openAddress},
+        {"openFile", HelpCall::openFile},
+    };
+    for (const scCaseRow& row : CaseRows("window/help_targets", 5)) {
+        scHelpRequest request{pages.at(NarrowCase(row[1])), row[2]};
+        if (request.page == HelpPage::context)
+            request.id = static_cast<std::uint32_t>(std::stoul(NarrowCase(row[2])));
+        const scHelpTarget target = UtilpHelpTarget(row[0], request);
+        EXPECT_EQ(target.call, calls.at(NarrowCase(row[3]))) << row.where;
+        EXPECT_EQ(target.text, row[4]) << row.where;
+    }
+}
+
+TEST(HelpTargets, FindFoldersForCopies) {
+    const std::u16string folder = UtilpHelpCopyFolder(u"C:\\a.chm");
+    EXPECT_EQ(folder, u"c0ee907823d62777") << "other processes and later versions find the same copy";
+    EXPECT_NE(folder, UtilpHelpCopyFolder(u"C:\\b.chm"));
+}
+
+TEST(HelpTargets, KnowFilesFromOutside) {
+    for (const auto& [mark, isOutside] : std::map<std::string, bool>{
+             {"[ZoneTransfer]\r\nZoneId=3\r\n", true},
+             {"[ZoneTransfer]\nReferrerUrl=http://x/ZoneId=1\nZoneId=4", true},
+             {"ZoneId=3", true},
+             {"[ZoneTransfer]\r\nZoneId=2\r\n", false},
+             {"XZoneId=3\n", false},
+             {"ZoneId=", false},
+             {"", false},
+         })
+        EXPECT_EQ(UtilpIsFromOutside(mark), isOutside) << mark;
+}
 
 // ---- Messages --------------------------------------------------------------------------------------
 
