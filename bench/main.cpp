@@ -34,6 +34,7 @@ constexpr scSection sections[] = {
     {"embed", MeasureEmbed},
     {"diagnostics", MeasureDiagnostics},
     {"heap", MeasureHeap},
+    {"handles", MeasureHandles},
     {"files", MeasureFiles},
     {"locale", MeasureLocale},
     {"crash", MeasureCrash},

@@ -18,6 +18,7 @@ void MeasureFiles(const scSettings& settings, clsReport& report);
 void MeasureGrow(const scSettings& settings, clsReport& report);
 void MeasureDelete(const scSettings& settings, clsReport& report);
 void MeasureHeap(const scSettings& settings, clsReport& report);
+void MeasureHandles(const scSettings& settings, clsReport& report);
 void MeasureDiagnostics(const scSettings& settings, clsReport& report);
 void MeasureHtml(const scSettings& settings, clsReport& report);
 void MeasureRegEx(const scSettings& settings, clsReport& report);

@@ -70,6 +70,9 @@ using heap = unique_handle<UtilHeap, detail::delete_heap>;
 // The properties of a document.
 using document_info = unique_handle<UtilDocInfo, UtilDocInfoClose>;
 
+// A help file.
+using help = unique_handle<UtilHelp, UtilHelpClose>;
+
 // ---- Thread pools ---------------------------------------------------------------------------------
 
 namespace detail {
@@ -112,6 +115,25 @@ class thread_pool : public unique_handle<UtilThreadPool, UtilThreadPoolClose> {
         return UtilThreadPoolFinalize(get(), milliseconds);
     }
 };
+
+// ---- Lists of handles -----------------------------------------------------------------------------
+
+// Notes a handle that was made, and returns it: `bitmap = track(CreateBitmap(...), UTIL_HANDLE_GDI)`. Null is
+// not noted.
+template <class Handle>
+Handle track(Handle handle, UINT kind, const wchar_t* label = nullptr) noexcept {
+    if (handle)
+        UtilHandleListMgr(UTIL_HANDLES_ADD, handle, kind, label);
+    return handle;
+}
+
+// Takes out a handle that is about to be freed, and returns it: `DeleteObject(untrack(bitmap))`.
+template <class Handle>
+Handle untrack(Handle handle) noexcept {
+    if (handle)
+        UtilHandleListMgr(UTIL_HANDLES_REMOVE, handle, 0, nullptr);
+    return handle;
+}
 
 // ---- Crash protection -----------------------------------------------------------------------------
 

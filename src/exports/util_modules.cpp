@@ -9,6 +9,7 @@
 #include "runtime/locked_call.h"
 #include "runtime/output/writer.h"
 #include "runtime/stack_names.h"
+#include "window/process_handles.h"
 
 #include <tvut22/modules.h>
 
@@ -99,7 +100,7 @@ TVUT22_API void TVUT22_CALL UtilModuleOnAttach(const wchar_t* module) {
 TVUT22_API void TVUT22_CALL UtilModuleOnDetach(const wchar_t* module) {
     if (UtilpDiagnosticsOn())
         ModuleLine(u"--", module).Write();
-    UtilpDiagnosticWriter().ModuleGoes();
+    UtilpDiagnosticWriter().ModuleGoes(UtilpReportHandlesAtEnd);
 }
 
 TVUT22_API UINT TVUT22_CALL UtilGetVersion(UINT which) {

@@ -6,6 +6,7 @@
 #include "runtime/pool/pools.h"
 #include "unit/native_platform.h"
 #include "unit/native_pool.h"
+#include "window/handle_list.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -160,6 +161,31 @@ TEST(OutOfMemory, ThreadPool) {
     EXPECT_EQ(UtilpClosePool(pool, true), UtilResult::ok);
     WaitForPoolThreads();
     EXPECT_EQ(called, 1);
+}
+
+// A list of handles keeps all that it took, and not half of the one for which there was no memory.
+TEST(OutOfMemory, HandleList) {
+    constexpr std::uint32_t handles = 300;
+    for (long allocations = 0; allocations < 30; ++allocations) {
+        clsHandleList list;
+        scKeptHandle old;
+        std::uint32_t refused = 0;
+        allocationsLeft = allocations;
+        for (std::uintptr_t handle = 1; handle <= handles; ++handle) {
+            const void* const frame = reinterpret_cast<const void*>(handle);
+            try {
+                list.Add({static_cast<std::uint32_t>(handle), 1, u"", 0}, clsHandleStack({&frame, 1}), old);
+            } catch (const std::bad_alloc&) {
+                allocationsLeft = -1;
+                ++refused;
+            }
+        }
+        EXPECT_EQ(refused, std::exchange(allocationsLeft, -1) == -1 ? 1u : 0u);
+        const scHandlesLeft left = list.Left(clsHandleList::anyKind, 0, handles);
+        EXPECT_EQ(list.Count(1), handles - refused);
+        EXPECT_EQ(left.handles, handles - refused);
+        EXPECT_EQ(left.stacks, handles - refused);
+    }
 }
 
 } // namespace

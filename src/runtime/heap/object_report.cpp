@@ -3,6 +3,7 @@
 #include "runtime/heap/object_report.h"
 
 #include "runtime/diagnostic_group.h"
+#include "runtime/frame_report.h"
 #include "runtime/heap/object_check.h"
 #include "runtime/stack_names.h"
 
@@ -99,15 +100,7 @@ void UtilpReportCallStack(std::u16string_view title, const scCallStack* stack) n
     if (!stack || PlatformGuarded(read) != 0 || copy.count > scCallStack::mostFrames)
         return;
     UtilpReport(clsDiagnosticLine().Put(title));
-    clsStackNames names;
-    std::array<FrameKind, scCallStack::mostFrames> kinds;
-    for (std::size_t i = 0; i < copy.count; ++i)
-        kinds[i] = names.Name(copy.addresses[i], FrameAddress::Return).kind;
-    const scFrameRange callers = UtilpFramesOfCallers({kinds.data(), copy.count});
-    for (std::size_t i = callers.first; i < callers.end; ++i)
-        if (copy.addresses[i])
-            UtilpReport(
-                clsDiagnosticLine().Put(u"  ").Put(names.Name(copy.addresses[i], FrameAddress::Return).text));
+    UtilpReportFrames({copy.addresses.data(), copy.count});
 }
 
 void UtilpReportObjects(clsHeapNode& heap) noexcept {

@@ -214,9 +214,10 @@ void clsDiagnosticWriter::ModuleComes() noexcept {
         viewer_.OpenSocket();
 }
 
-void clsDiagnosticWriter::ModuleGoes() noexcept {
+void clsDiagnosticWriter::ModuleGoes(void (*lastGoes)() noexcept) noexcept {
     if (!Locked([&] { return Begin(); }) || !shared_.DiscountModule())
         return;
+    lastGoes();
     clsTakenSocket unneeded; // is closed last, when the lock is free again
     const Lock lock(section_);
     unneeded = viewer_.GiveUpSocket();

@@ -43,8 +43,9 @@ class clsDiagnosticWriter {
     bool Attach() noexcept;
     void Detach() noexcept;
 
+    // When the last one has gone, a report may write its lines before the way to the viewer is given up.
     void ModuleComes() noexcept;
-    void ModuleGoes() noexcept;
+    void ModuleGoes(void (*lastGoes)() noexcept) noexcept;
 
     // The library is unloaded, or the process ends. Nothing is written from now on.
     void End(bool processEnds) noexcept;

@@ -1,0 +1,85 @@
+#include "window/handle_kinds.h"
+
+#include "platform/system_function.h"
+
+#include <array>
+
+namespace tvut {
+
+namespace {
+
+constinit clsSystemFunction<DWORD WINAPI(HGDIOBJ)> getObjectType{L"gdi32.dll", "GetObjectType"};
+constinit clsSystemFunction<BOOL WINAPI(HGDIOBJ)> deleteObject{L"gdi32.dll", "DeleteObject"};
+
+HANDLE ToHandle(std::uint32_t handle) {
+    return reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(handle));
+}
+
+template <class Handle>
+Handle To(std::uint32_t handle) {
+    return static_cast<Handle>(ToHandle(handle));
+}
+
+// 0 for no object.
+DWORD ObjectType(std::uint32_t handle) {
+    auto* const ask = getObjectType.Get();
+    return ask ? ask(ToHandle(handle)) : 0;
+}
+
+enum class IconType : std::uint8_t { none, icon, cursor };
+
+// The system copies an icon's bitmaps to show them.
+IconType AskIcon(std::uint32_t handle) {
+    ICONINFO info{};
+    if (!GetIconInfo(To<HICON>(handle), &info))
+        return IconType::none;
+    for (const HBITMAP copy : {info.hbmMask, info.hbmColor})
+        if (auto* const free = deleteObject.Get(); free && copy)
+            free(copy);
+    return info.fIcon ? IconType::icon : IconType::cursor;
+}
+
+bool KernelKnows(std::uint32_t handle) {
+    DWORD flags = 0;
+    return GetHandleInformation(ToHandle(handle), &flags) != FALSE;
+}
+
+// By GetObjectType.
+constexpr std::array<std::u16string_view, OBJ_ENHMETAFILE + 1> objectTypes{
+    u"GDI object", u"pen",    u"brush",    u"DC", u"DC",  u"palette", u"font",
+    u"bitmap",     u"region", u"metafile", u"DC", u"pen", u"DC",      u"metafile"};
+
+std::u16string_view ObjectTypeName(std::uint32_t handle) {
+    const DWORD type = ObjectType(handle);
+    return objectTypes[type < objectTypes.size() ? type : 0];
+}
+
+struct scKind {
+    bool (*isAlive)(std::uint32_t handle);
+    std::u16string_view (*typeName)(std::uint32_t handle);
+};
+
+constexpr scKind kinds[handleKind::last] = {
+    {[](std::uint32_t handle) { return ObjectType(handle) != 0; }, ObjectTypeName},
+    {[](std::uint32_t handle) { return AskIcon(handle) != IconType::none; },
+     [](std::uint32_t handle) -> std::u16string_view {
+         return AskIcon(handle) == IconType::cursor ? u"cursor" : u"icon";
+     }},
+    {[](std::uint32_t handle) { return IsMenu(To<HMENU>(handle)) != FALSE; },
+     [](std::uint32_t) -> std::u16string_view { return u"menu"; }},
+    {[](std::uint32_t handle) { return IsWindow(To<HWND>(handle)) != FALSE; },
+     [](std::uint32_t) -> std::u16string_view { return u"window"; }},
+    {KernelKnows, [](std::uint32_t) -> std::u16string_view { return u"kernel handle"; }},
+};
+
+} // namespace
+
+bool UtilpHandleIsAlive(std::uint32_t handle, std::uint8_t kind) noexcept {
+    return kinds[kind - 1].isAlive(handle);
+}
+
+std::u16string_view UtilpHandleTypeName(std::uint32_t handle, std::uint8_t kind) noexcept {
+    return kinds[kind - 1].typeName(handle);
+}
+
+} // namespace tvut
