@@ -24,6 +24,7 @@ enum class UtilResult : std::int32_t {
     fromJob = UTIL_FROM_JOB,
     inLoader = UTIL_IN_LOADER,
     timeout = UTIL_TIMEOUT,
+    notParsed = UTIL_NOT_PARSED,
 };
 
 } // namespace tvut
