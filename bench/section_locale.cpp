@@ -107,6 +107,7 @@ void MeasureLocale(const scSettings& settings, clsReport& report) {
     report.Section("Locale: character sets, daylight time");
     MeasureCharset(settings, report);
     MeasureTime(settings, report);
+    MeasureDates(settings, report);
     report.Remark(
         "Reading: every 16 bytes of the text loaded once, nothing done with them; the text is in the "
         "cache. wcslen is the system runtime's. Marks of many sorts: the worst that a text can do. "
