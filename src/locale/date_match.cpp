@@ -49,10 +49,12 @@ class clsMatcher {
         NoteMarkPlace();
     }
 
-    void Run() {
+    // False when it was cut off.
+    bool Run() {
         EnterGap();
         while (FollowState())
             ;
+        return budget_ != 0;
     }
 
   private:
@@ -67,10 +69,10 @@ class clsMatcher {
     // Follows the state to its end, then takes up the next choice. False when there is none, or when it has
     // cost enough.
     bool FollowState() {
-        while (Step()) {
-            if (--budget_ == 0)
-                return false;
-        }
+        while (budget_ != 0 && Step())
+            budget_ -= budget_ != 0 ? 1 : 0;
+        if (budget_ == 0)
+            return false;
         while (choiceCount_ != 0) {
             const scChoice& choice = choices_.Room()[--choiceCount_];
             if (choice.way == Way::missing && found_)
@@ -85,7 +87,7 @@ class clsMatcher {
         if (choiceCount_ < mostChoices)
             choices_.Room()[choiceCount_++] = {state, way};
         else
-            budget_ = 1;
+            budget_ = 0;
     }
 
     // One part. False at the end of the way.
@@ -503,8 +505,8 @@ class clsMatcher {
 
 } // namespace
 
-void UtilpMatch(const scMatchJob& job, IclsReadings& readings) noexcept {
-    clsMatcher(job, readings).Run();
+bool UtilpMatch(const scMatchJob& job, IclsReadings& readings) noexcept {
+    return clsMatcher(job, readings).Run();
 }
 
 } // namespace tvut

@@ -12,8 +12,8 @@ class IclsReadings {
     virtual void Found(const scReading& reading) = 0;
 };
 
-// Finds the readings that a text has by a picture: one, none, or several where numbers touch. Linear in both;
-// a text with more ways to read it than can be followed has none.
-void UtilpMatch(const scMatchJob& job, IclsReadings& readings) noexcept;
+// Finds the readings that a text has by a picture: one, none, or several where numbers touch. Linear in both:
+// false when a text has more ways to read it than are followed; then what was found says nothing.
+bool UtilpMatch(const scMatchJob& job, IclsReadings& readings) noexcept;
 
 } // namespace tvut

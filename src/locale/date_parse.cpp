@@ -193,10 +193,10 @@ class clsLocaleReader {
     // False when there is no more to try: the text has a reading, or too many.
     bool Try(const clsPictures& pictures, unsigned leastYearDigits, bool isExact) {
         clsOneReading one(pictures, names_, text_, isExact);
-        UtilpMatch({folded_, pictures.Parts(), names_, names_.CountsBy(pictures.First()), leastYearDigits},
-                   one);
-        found_ = one.Result();
-        return !one.Any();
+        const bool isAll = UtilpMatch(
+            {folded_, pictures.Parts(), names_, names_.CountsBy(pictures.First()), leastYearDigits}, one);
+        found_ = isAll ? one.Result() : std::nullopt;
+        return isAll && !one.Any();
     }
 
     bool Try(const scPicture& date, const scPicture* time, unsigned leastYearDigits, bool isExact) {
@@ -270,8 +270,9 @@ std::optional<scDateTime> UtilpParseMoment(std::u16string_view text, const scMom
     const std::size_t length = UtilpFold(text, names.digits, folded.data());
     const clsPictures pictures(picture);
     clsOneReading one(pictures, names, text, wish.isExact);
-    UtilpMatch({{folded.data(), length}, pictures.Parts(), names, names.CountsBy(picture), shortYear}, one);
-    const auto reading = one.Result();
+    const bool isAll = UtilpMatch(
+        {{folded.data(), length}, pictures.Parts(), names, names.CountsBy(picture), shortYear}, one);
+    const auto reading = isAll ? one.Result() : std::nullopt;
     if (!reading)
         return {};
     return Wished(reading->moment, wish, reading->hasTime);
