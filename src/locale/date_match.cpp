@@ -345,7 +345,9 @@ class clsMatcher {
 
     // Whether digits may follow those of the part at once.
     bool MayTouch() const {
-        const std::size_t next = state_.part + 1u;
+        std::size_t next = state_.part + 1u;
+        while (next < partCount_ && !IsField(next) && job_.parts[next]->kind == PictureText::direction)
+            ++next;
         if (next >= partCount_)
             return false;
         const scPicturePart& part = *job_.parts[next];
