@@ -163,6 +163,7 @@ void MeasureLocale(const scSettings& settings, clsReport& report) {
     report.Section("Locale: character sets, daylight time, countries");
     MeasureCharset(settings, report);
     MeasureTime(settings, report);
+    MeasureDates(settings, report);
     MeasureCountries(settings, report);
     report.Remark(
         "Reading: every 16 bytes of the text loaded once, nothing done with them; the text is in the "

@@ -34,6 +34,7 @@ void MeasurePool(const scSettings& settings, clsReport& report);
 void MeasureStack(const scSettings& settings, clsReport& report);
 void MeasureWindow(const scSettings& settings, clsReport& report);
 void MeasureLocale(const scSettings& settings, clsReport& report);
+void MeasureDates(const scSettings& settings, clsReport& report); // a part of the locale section
 void MeasureCrash(const scSettings& settings, clsReport& report);
 
 // A child of the crash section: crashes with what is measured in place, "ours" or "usual".

@@ -25,6 +25,7 @@ enum class UtilResult : std::int32_t {
     inLoader = UTIL_IN_LOADER,
     timeout = UTIL_TIMEOUT,
     wrongThread = UTIL_WRONG_THREAD,
+    notParsed = UTIL_NOT_PARSED,
 };
 
 } // namespace tvut
