@@ -62,7 +62,8 @@ TVUT22_API HRESULT TVUT22_CALL UtilLocGetDSTStartAndEndInUTC(UINT year, SYSTEMTI
 
 /* Rules that hold for the calls of this group and are not repeated there:
  *
- * locale    a name as the system has them, such as L"de-DE" or L"de". Null: the user's. L"": the invariant one
+ * locale    a name as the system has them, such as L"de-DE" or L"de". Null: the user's. L"": the invariant
+ *           one
  *
  * flags     UTIL_DATETIME_..., below. Other bits are refused
  *

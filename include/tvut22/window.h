@@ -1,5 +1,5 @@
-/* Util: what window programs need: help that opens, subclasses that come off cleanly, hooks, names of messages,
- * lists of handles.
+/* Util: what window programs need: help that opens, subclasses that come off cleanly, hooks, names of
+ * messages, lists of handles.
  *
  *     UtilSubclass subclass = UtilWindowSubclass(edit, OnEditMessage, (UINT_PTR)form);
  *     ...
