@@ -14,6 +14,7 @@
 #include "runtime/call_stack.h"
 #include "runtime/crash/protection.h"
 #include "runtime/global_lock.h"
+#include "runtime/impersonation.h"
 #include "runtime/output/debugger.h"
 #include "runtime/output/writer.h"
 #include "runtime/temp_files/temp_file_remover.h"
@@ -81,6 +82,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
         tvut::UtilpProtectThread();
         break;
     case DLL_THREAD_DETACH:
+        tvut::UtilpForgetImpersonations();
         tvut::PlatformThreadEnds();
         break;
     case DLL_PROCESS_DETACH:
