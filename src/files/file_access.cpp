@@ -14,8 +14,8 @@ namespace tvut {
 
 namespace {
 
-bool IsFolder(const clsSecuredFile& file) {
-    return (file.Attributes() & FILE_ATTRIBUTE_DIRECTORY) != 0;
+bool IsFolder(DWORD attributes) {
+    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 DWORD GrantedIn(const clsSecuredFile& file, DWORD& granted) {
@@ -54,11 +54,13 @@ bool MayRemoveFrom(const std::wstring& folder) {
 }
 
 UtilResult CheckFile(const clsSecuredFile& file, std::wstring_view path, std::uint32_t rights) {
-    if ((rights & access::write) != 0 && !IsFolder(file) &&
-        (file.Attributes() & FILE_ATTRIBUTE_READONLY) != 0)
+    DWORD attributes = 0, granted = 0;
+    DWORD error = (rights & access::write) != 0 ? file.ReadAttributes(attributes) : ERROR_SUCCESS;
+    if (!error && !IsFolder(attributes) && (attributes & FILE_ATTRIBUTE_READONLY) != 0)
         return UtilResult::ok;
-    DWORD granted = 0;
-    if (const DWORD error = GrantedIn(file, granted))
+    if (!error)
+        error = GrantedIn(file, granted);
+    if (error)
         return UtilpResultOfError(error);
     if (!HasAll(granted, UtilpAccessMask(rights & ~access::remove)))
         return UtilResult::ok;
@@ -72,14 +74,17 @@ UtilResult CheckPlace(std::wstring_view path) {
     std::wstring folder = FolderOf(PlatformFullPath(path));
     for (DWORD needed = access::addFile; !folder.empty(); needed = access::addFolder) {
         clsSecuredFile nearest;
-        const DWORD error = nearest.OpenToRead(folder);
-        DWORD granted = 0;
-        if (!error && !IsFolder(nearest))
-            return UtilResult::notFound;
-        if (const DWORD reading = error ? ERROR_SUCCESS : GrantedIn(nearest, granted))
-            return UtilpResultOfError(reading);
-        if (!error)
-            return HasAll(granted, needed) ? UtilResult::yes : UtilResult::ok;
+        DWORD attributes = 0, granted = 0;
+        DWORD error = nearest.OpenToRead(folder);
+        if (!error) {
+            error = nearest.ReadAttributes(attributes);
+            if (!error && !IsFolder(attributes))
+                return UtilResult::notFound;
+            if (!error)
+                error = GrantedIn(nearest, granted);
+            if (!error)
+                return HasAll(granted, needed) ? UtilResult::yes : UtilResult::ok;
+        }
         if (UtilpResultOfError(error) != UtilResult::notFound)
             return UtilpResultOfError(error);
         folder = FolderOf(std::move(folder));
@@ -102,10 +107,13 @@ UtilResult UtilpCheckAccess(std::u16string_view path, std::uint32_t rights) {
 UtilResult UtilpGrantAccess(std::u16string_view path, const scSid& account, std::uint32_t rights,
                             unsigned long& error) {
     clsSecuredFile file;
+    DWORD attributes = 0;
     error = file.OpenToChange({ToWide(path.data()), path.size()});
+    if (!error)
+        error = file.ReadAttributes(attributes);
     if (error)
         return UtilpResultOfError(error);
-    if ((file.Attributes() & FILE_ATTRIBUTE_REPARSE_POINT) != 0)
+    if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0)
         return UtilResult::badArgument;
     bool keepsRights = false;
     std::vector<std::byte> descriptor, changed;
@@ -121,7 +129,7 @@ UtilResult UtilpGrantAccess(std::u16string_view path, const scSid& account, std:
         return UtilpResultOfError(error);
     if (list.empty()) // everyone may do everything
         return UtilResult::ok;
-    const scGrant grant{account, UtilpAccessMask(rights), IsFolder(file)};
+    const scGrant grant{account, UtilpAccessMask(rights), IsFolder(attributes)};
     if (UtilpGrantInList(list, grant, changed) != UtilResult::ok) {
         error = ERROR_INVALID_ACL;
         return UtilResult::failed;

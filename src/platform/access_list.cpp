@@ -27,10 +27,14 @@ DWORD clsSecuredFile::Open(std::wstring_view path, DWORD access, DWORD flags) {
     handle_ = clsFileHandle(CreateFileW(PlatformLongPath(path).c_str(),
                                         access | READ_CONTROL | FILE_READ_ATTRIBUTES, shared, nullptr,
                                         OPEN_EXISTING, flags | FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    return handle_ ? ERROR_SUCCESS : GetLastError();
+}
+
+DWORD clsSecuredFile::ReadAttributes(DWORD& attributes) const noexcept {
     FILE_BASIC_INFO info;
-    if (!handle_ || !GetFileInformationByHandleEx(handle_.Get(), FileBasicInfo, &info, sizeof info))
+    if (!GetFileInformationByHandleEx(handle_.Get(), FileBasicInfo, &info, sizeof info))
         return GetLastError();
-    attributes_ = info.FileAttributes;
+    attributes = info.FileAttributes;
     return ERROR_SUCCESS;
 }
 

@@ -21,7 +21,7 @@ class clsSecuredFile {
     // A link is opened itself.
     DWORD OpenToChange(std::wstring_view path);
 
-    DWORD Attributes() const noexcept { return attributes_; }
+    DWORD ReadAttributes(DWORD& attributes) const noexcept;
     DWORD KeepsRights(bool& keeps) const noexcept;
 
     // Owner, group and list, as one descriptor of the system's.
@@ -34,7 +34,6 @@ class clsSecuredFile {
     DWORD Open(std::wstring_view path, DWORD access, DWORD flags);
 
     clsFileHandle handle_;
-    DWORD attributes_ = 0;
 };
 
 // The list in a descriptor, a part of it; empty when there is none, and everyone may do everything.
