@@ -36,6 +36,7 @@ constexpr scSection sections[] = {
     {"heap", MeasureHeap},
     {"files", MeasureFiles},
     {"locale", MeasureLocale},
+    {"security", MeasureSecurity},
     {"crash", MeasureCrash},
     {"pool", MeasurePool},
     {"stack", MeasureStack},

@@ -29,6 +29,7 @@ void MeasureZip(const scSettings& settings, clsReport& report);
 void MeasureDocInfo(const scSettings& settings, clsReport& report);
 void MeasurePool(const scSettings& settings, clsReport& report);
 void MeasureStack(const scSettings& settings, clsReport& report);
+void MeasureSecurity(const scSettings& settings, clsReport& report);
 void MeasureLocale(const scSettings& settings, clsReport& report);
 void MeasureCrash(const scSettings& settings, clsReport& report);
 
