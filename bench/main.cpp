@@ -37,6 +37,7 @@ constexpr scSection sections[] = {
     {"handles", MeasureHandles},
     {"files", MeasureFiles},
     {"locale", MeasureLocale},
+    {"security", MeasureSecurity},
     {"crash", MeasureCrash},
     {"pool", MeasurePool},
     {"stack", MeasureStack},

@@ -33,6 +33,7 @@ void MeasureDocInfo(const scSettings& settings, clsReport& report);
 void MeasurePool(const scSettings& settings, clsReport& report);
 void MeasureStack(const scSettings& settings, clsReport& report);
 void MeasureWindow(const scSettings& settings, clsReport& report);
+void MeasureSecurity(const scSettings& settings, clsReport& report);
 void MeasureLocale(const scSettings& settings, clsReport& report);
 void MeasureDates(const scSettings& settings, clsReport& report); // a part of the locale section
 void MeasureCrash(const scSettings& settings, clsReport& report);

@@ -198,6 +198,19 @@ hook hook_ctrl_break_by(Object& object) noexcept {
     return hook(UtilHookCtrlBreak(method::call, reinterpret_cast<UINT_PTR>(&object)));
 }
 
+// ---- Impersonation --------------------------------------------------------------------------------
+
+// The thread acts for another user as long as the object is there. It belongs to the thread that made it, and
+// ends before older ones do, as local variables do.
+class impersonation : public unique_handle<UtilImpersonation, UtilImpersonateEnd> {
+  public:
+    impersonation(const wchar_t* account, const wchar_t* password, UINT flags = 0) noexcept
+        : unique_handle(UtilImpersonateUser(account, password, flags)) {}
+    explicit impersonation(HANDLE token) noexcept : unique_handle(UtilImpersonateToken(token)) {}
+    impersonation(impersonation&&) noexcept = default;
+    impersonation& operator=(impersonation&&) = delete; // the old one would have to end first
+};
+
 // ---- Objects on a heap ----------------------------------------------------------------------------
 
 // Heaps align to four bytes. For what needs more, an address is aligned within a larger block whose

@@ -14,6 +14,7 @@
 #include <tvut22/locale.h>
 #include <tvut22/modules.h>
 #include <tvut22/results.h>
+#include <tvut22/security.h>
 #include <tvut22/text.h>
 #include <tvut22/thread_pool.h>
 #include <tvut22/window.h>

@@ -14,6 +14,7 @@
 #include "runtime/call_stack.h"
 #include "runtime/crash/protection.h"
 #include "runtime/global_lock.h"
+#include "runtime/impersonation.h"
 #include "runtime/output/debugger.h"
 #include "runtime/output/writer.h"
 #include "runtime/temp_files/temp_file_remover.h"
@@ -85,6 +86,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
     case DLL_THREAD_DETACH:
         tvut::UtilpEndSubclassesOfThread();
         tvut::UtilpEndHooksOfThread();
+        tvut::UtilpForgetImpersonations();
         tvut::PlatformThreadEnds();
         break;
     case DLL_PROCESS_DETACH:

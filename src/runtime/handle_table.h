@@ -19,7 +19,7 @@
 
 namespace tvut {
 
-enum class HandleKind : std::uint32_t { archive, document, threadPool, subclass, hook, help };
+enum class HandleKind : std::uint32_t { archive, document, threadPool, subclass, hook, help, impersonation };
 
 // What the tables of all kinds do, on objects of a type that only the table knows.
 class clsHandleSlots {

@@ -4,6 +4,7 @@
 
 #include "platform/host.h"
 #include "platform/registry.h"
+#include "platform/token.h"
 #include "platform/wide.h"
 
 #include <atomic>
@@ -34,7 +35,7 @@ bool ImpersonationAware() noexcept {
 class clsUserHive {
   public:
     explicit clsUserHive(REGSAM access) noexcept {
-        if (ImpersonationAware() && RegOpenCurrentUser(access, opened_.Receive()) != ERROR_SUCCESS)
+        if (ImpersonationAware() && PlatformOpenUserHive(access, opened_) != ERROR_SUCCESS)
             opened_ = {};
     }
     HKEY Get() const noexcept { return opened_ ? opened_.Get() : HKEY_CURRENT_USER; }

@@ -9,6 +9,7 @@ namespace tvut {
 
 enum class UtilResult : std::int32_t {
     ok = UTIL_OK,
+    yes = UTIL_YES, // an answer; no is ok
     badArgument = UTIL_BAD_ARGUMENT,
     noAccess = UTIL_NO_ACCESS,
     failed = UTIL_FAILED,

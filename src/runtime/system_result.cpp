@@ -16,6 +16,7 @@ UtilResult UtilpResultOfError(unsigned long error) noexcept {
     case ERROR_BAD_PATHNAME:
     case ERROR_DIRECTORY:
     case ERROR_NOT_READY:
+    case ERROR_NONE_MAPPED:
         return UtilResult::notFound;
     case ERROR_INVALID_NAME:
         return UtilResult::badArgument;
