@@ -24,6 +24,8 @@ enum class UtilResult : std::int32_t {
     fromJob = UTIL_FROM_JOB,
     inLoader = UTIL_IN_LOADER,
     timeout = UTIL_TIMEOUT,
+    serverRefused = UTIL_SERVER_REFUSED,
+    mismatch = UTIL_MISMATCH,
 };
 
 } // namespace tvut
