@@ -9,7 +9,11 @@ namespace tvut {
 
 namespace {
 
+constexpr unsigned usualRedirection = 302;
 constexpr unsigned noContent = 204, resetContent = 205;
+
+// Codes of the service: INET_E_CANNOT_CONNECT, INET_E_DATA_NOT_AVAILABLE.
+constexpr std::uint32_t cannotConnect = 0x800C0004, dataNotAvailable = 0x800C0007;
 
 // Codes of the service for a server that cannot show who it is.
 constexpr std::uint32_t certificateCodes[] = {
@@ -32,9 +36,14 @@ clsDownloadRules::clsDownloadRules(std::u16string_view url, bool httpsOnly, std:
 }
 
 bool clsDownloadRules::Redirected(std::u16string_view url, unsigned status) {
-    if (fault_)
+    if (fault_ || IsUnderWay())
         return false;
-    status_ = status != 0 ? status : status_;
+    isAnswered_ = false;
+    total_.reset();
+    if (status != 0)
+        status_ = status;
+    else if (redirections_ == 0)
+        status_ = usualRedirection;
     if (++redirections_ > mostRedirections)
         return Refuse(DownloadFault::redirections);
     const UrlScheme before = std::exchange(scheme_, UtilpUrlScheme(url));
@@ -48,6 +57,8 @@ bool clsDownloadRules::Redirected(std::u16string_view url, unsigned status) {
 bool clsDownloadRules::Answered(unsigned status, std::u16string_view head) noexcept {
     if (fault_ || status == 0)
         return !fault_;
+    if (IsUnderWay())
+        return false;
     status_ = status;
     isAnswered_ = true;
     if (!IsFine(status))
@@ -62,6 +73,8 @@ bool clsDownloadRules::Answered(unsigned status, std::u16string_view head) noexc
 bool clsDownloadRules::Received(std::uint64_t bytes) noexcept {
     if (fault_)
         return false;
+    if (!isAnswered_)
+        return Refuse(DownloadFault::service, dataNotAvailable);
     if (bytes > limit_ - done_)
         return Refuse(DownloadFault::tooLarge, limit_);
     done_ += bytes;
@@ -69,7 +82,6 @@ bool clsDownloadRules::Received(std::uint64_t bytes) noexcept {
 }
 
 bool clsDownloadRules::Completed() noexcept {
-    constexpr std::uint32_t cannotConnect = 0x800C0004, dataNotAvailable = 0x800C0007;
     if (fault_)
         return false;
     if (!isAnswered_)
@@ -77,6 +89,13 @@ bool clsDownloadRules::Completed() noexcept {
     if (total_ && done_ != *total_)
         return Refuse(DownloadFault::length, done_, *total_);
     return done_ != 0 || mayBeEmpty_ || Refuse(DownloadFault::service, dataNotAvailable);
+}
+
+// Bytes of one answer cannot be followed by another answer.
+bool clsDownloadRules::IsUnderWay() noexcept {
+    if (done_ != 0)
+        Refuse(DownloadFault::service, dataNotAvailable);
+    return done_ != 0;
 }
 
 // What the service makes of a status is known by then.

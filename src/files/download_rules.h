@@ -33,6 +33,7 @@ class clsDownloadRules {
     std::uint64_t Total() const noexcept { return total_.value_or(0); } // 0: not known
 
   private:
+    bool IsUnderWay() noexcept; // a fault, too
     bool Refuse(DownloadFault fault, std::uint64_t number = 0, std::uint64_t another = 0) noexcept;
 
     UrlScheme scheme_;

@@ -134,7 +134,10 @@ class Connection(socketserver.StreamRequestHandler):
         raise Close
 
     def do_long(self, words, query):
-        self.do_short(words, query)
+        length, sent = int(words[0]), int(words[1])
+        self.send(head(200, f"Content-Length: {length}", "Connection: close"))  # or others would meet the rest
+        self.send_bytes(sent)
+        raise Close
 
     def do_stall(self, words, query):
         self.send(announced(int(words[0])))

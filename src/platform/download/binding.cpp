@@ -136,7 +136,7 @@ HRESULT clsDownloadBinding::Tell(Event event) noexcept {
     return E_ABORT;
 }
 
-// Of the answer that the service is about to follow.
+// Of the answer that the service follows; 0 when it has gone on meanwhile, and knows a later one.
 unsigned clsDownloadBinding::Status() const noexcept {
     IWinInetHttpInfo* info = nullptr;
     if (!binding_ || FAILED(binding_->QueryInterface(IID_IWinInetHttpInfo, reinterpret_cast<void**>(&info))))
@@ -145,7 +145,7 @@ unsigned clsDownloadBinding::Status() const noexcept {
     DWORD status = 0, size = sizeof status, flags = 0, reserved = 0;
     const HRESULT result =
         info->QueryInfo(HTTP_QUERY_STATUS_CODE | HTTP_QUERY_FLAG_NUMBER, &status, &size, &flags, &reserved);
-    return result == S_OK ? status : 0;
+    return result == S_OK && status >= 300 && status <= 399 ? status : 0;
 }
 
 void clsDownloadBinding::End(HRESULT result) noexcept {
