@@ -25,10 +25,10 @@ void Write(void* console, std::wstring_view text) {
     WriteConsoleW(console, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
 }
 
-std::wstring Percent(const UtilZipEntry& entry) {
-    if (entry.bytes == 0)
-        return L"    ";
-    std::wstring text = std::to_wstring(std::min(entry.done, entry.bytes) * 100 / entry.bytes) + L"%";
+std::wstring Percent(unsigned long long done, unsigned long long total) {
+    if (total == 0)
+        return done == 0 ? L"    " : std::to_wstring(done) + L" bytes";
+    std::wstring text = std::to_wstring(std::min(done, total) * 100 / total) + L"%";
     return std::wstring(4 - text.size(), L' ') + text;
 }
 
@@ -41,13 +41,13 @@ clsProgressLine::~clsProgressLine() {
         Write(console_, L"\r" + std::wstring(lineWidth, L' ') + L"\r");
 }
 
-void clsProgressLine::Show(const UtilZipEntry& entry) {
+void clsProgressLine::Show(std::wstring_view name, unsigned long long done, unsigned long long total) {
     const ULONGLONG now = GetTickCount64();
     if (!console_ || now - shownAt_ < interval)
         return;
     shownAt_ = now;
     isShown_ = true;
-    std::wstring line = Percent(entry) + L" " + Printable(entry.name);
+    std::wstring line = Percent(done, total) + L" " + Printable(name);
     line.resize(lineWidth, L' ');
     Write(console_, L"\r" + line);
 }
