@@ -45,6 +45,7 @@ constexpr scSection sections[] = {
     {"html", MeasureHtml},
     {"regex", MeasureRegEx},
     {"docinfo", MeasureDocInfo},
+    {"download", MeasureDownload},
     {"zip", MeasureZip},
 };
 

@@ -30,6 +30,7 @@ void MeasureStrings(const scSettings& settings, clsReport& report);
 void MeasureBase64(const scSettings& settings, clsReport& report);
 void MeasureZip(const scSettings& settings, clsReport& report);
 void MeasureDocInfo(const scSettings& settings, clsReport& report);
+void MeasureDownload(const scSettings& settings, clsReport& report);
 void MeasurePool(const scSettings& settings, clsReport& report);
 void MeasureStack(const scSettings& settings, clsReport& report);
 void MeasureWindow(const scSettings& settings, clsReport& report);

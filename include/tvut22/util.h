@@ -8,6 +8,7 @@
 #include <tvut22/crash.h>
 #include <tvut22/diagnostics.h>
 #include <tvut22/docinfo.h>
+#include <tvut22/download.h>
 #include <tvut22/files.h>
 #include <tvut22/heaps.h>
 #include <tvut22/html.h>

@@ -151,6 +151,28 @@ void PlatformDigest(DigestKind kind, std::span<const unsigned char> data, std::s
     finishHash(hash.Get(), Data(digest), static_cast<ULONG>(PlatformDigestBytes(kind)), 0);
 }
 
+struct clsSha256::scState {
+    clsAlgorithm algorithm;
+    clsOwned<scHashPolicy> hash;
+};
+
+clsSha256::clsSha256() : state_(std::make_unique<scState>()) {
+    state_->algorithm = Algorithm(BCRYPT_SHA256_ALGORITHM, 0);
+    createHash(state_->algorithm.Get(), state_->hash.Receive(), nullptr, 0, nullptr, 0, 0);
+}
+
+clsSha256::~clsSha256() = default;
+
+void clsSha256::Add(std::span<const unsigned char> data) {
+    hashData(state_->hash.Get(), Data(data), Size(data), 0);
+}
+
+std::array<unsigned char, PlatformDigestBytes(DigestKind::sha256)> clsSha256::Finish() {
+    std::array<unsigned char, PlatformDigestBytes(DigestKind::sha256)> digest;
+    finishHash(state_->hash.Get(), digest.data(), Size(digest), 0);
+    return digest;
+}
+
 struct clsHmacSha1::scState {
     clsAlgorithm algorithm;
     clsOwned<scHashPolicy> hash;

@@ -54,6 +54,22 @@ constexpr std::size_t PlatformDigestBytes(DigestKind kind) {
 // The digest has room for PlatformDigestBytes.
 void PlatformDigest(DigestKind kind, std::span<const unsigned char> data, std::span<unsigned char> digest);
 
+// SHA-256 of data that comes in pieces.
+class clsSha256 {
+  public:
+    clsSha256();
+    clsSha256(const clsSha256&) = delete;
+    clsSha256& operator=(const clsSha256&) = delete;
+    ~clsSha256();
+
+    void Add(std::span<const unsigned char> data);
+    std::array<unsigned char, PlatformDigestBytes(DigestKind::sha256)> Finish(); // once
+
+  private:
+    struct scState;
+    std::unique_ptr<scState> state_;
+};
+
 // HMAC-SHA1 (RFC 2104).
 class clsHmacSha1 {
   public:

@@ -27,6 +27,8 @@ enum class UtilResult : std::int32_t {
     timeout = UTIL_TIMEOUT,
     wrongThread = UTIL_WRONG_THREAD,
     notParsed = UTIL_NOT_PARSED,
+    serverRefused = UTIL_SERVER_REFUSED,
+    mismatch = UTIL_MISMATCH,
 };
 
 } // namespace tvut

@@ -3,7 +3,8 @@
 //
 // What is typed begins with "$ ". "< FILE" and "> FILE" at its end are standard input and output. Lines that
 // begin with "< " are its standard input, "! " its standard error, "? " an exit code other than 0, "# " a
-// comment, and all others its standard output. A * stands for any characters. Beside the tool there are:
+// comment, and all others its standard output. A * stands for any characters, {http} and {https} for the web
+// server of tests/download. Beside the tool there are:
 //   write FILE          makes a file of its "< " lines
 //   same FILE FILE      tells of files that differ; "as-it-was/" holds what the folder began with
 //   gone FILE           tells of a file that is there
@@ -75,6 +76,16 @@ std::string TakeRedirection(std::string& typed, const std::string& mark) {
     return file;
 }
 
+std::string WithServers(std::string typed) {
+    for (const auto& [mark, variable] :
+         {std::pair("{http}", "TVUT22_HTTP"), std::pair("{https}", "TVUT22_HTTPS")}) {
+        const char* const root = std::getenv(variable);
+        for (std::size_t at; root && (at = typed.find(mark)) != typed.npos;)
+            typed.replace(at, std::string_view(mark).size(), root);
+    }
+    return typed;
+}
+
 std::string Marked(const std::string& text, const char* mark) {
     std::istringstream lines{text};
     std::string result;
@@ -87,7 +98,7 @@ class Session : public ProfTool, public testing::WithParamInterface<fs::path> {
   protected:
     // What a step prints, as sessions show it.
     std::string Answer(const scStep& step) const {
-        std::string typed = step.typed;
+        std::string typed = WithServers(step.typed);
         const std::string output = TakeRedirection(typed, " > "), input = TakeRedirection(typed, " < ");
         std::istringstream words{typed};
         std::string program, file, last;

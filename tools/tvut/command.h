@@ -24,9 +24,10 @@ class IclsCommand {
     virtual ExitCode Run() = 0;
 };
 
-std::unique_ptr<IclsCommand> MakeZipCommand();   // zip_command.cpp
-std::unique_ptr<IclsCommand> MakeUnzipCommand(); // unzip_command.cpp
-std::unique_ptr<IclsCommand> MakeListCommand();  // list_command.cpp
-std::unique_ptr<IclsCommand> MakeInfoCommand();  // info_command.cpp
+std::unique_ptr<IclsCommand> MakeZipCommand();      // zip_command.cpp
+std::unique_ptr<IclsCommand> MakeUnzipCommand();    // unzip_command.cpp
+std::unique_ptr<IclsCommand> MakeListCommand();     // list_command.cpp
+std::unique_ptr<IclsCommand> MakeInfoCommand();     // info_command.cpp
+std::unique_ptr<IclsCommand> MakeDownloadCommand(); // download_command.cpp
 
 } // namespace tool::tvut

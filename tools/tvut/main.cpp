@@ -26,10 +26,12 @@ std::string Version() {
 
 ExitCode Run(std::vector<std::string> words) {
     std::vector<std::unique_ptr<tool::tvut::IclsCommand>> commands;
-    for (const auto make : {tool::tvut::MakeZipCommand, tool::tvut::MakeUnzipCommand,
-                            tool::tvut::MakeListCommand, tool::tvut::MakeInfoCommand})
+    for (const auto make :
+         {tool::tvut::MakeZipCommand, tool::tvut::MakeUnzipCommand, tool::tvut::MakeListCommand,
+          tool::tvut::MakeInfoCommand, tool::tvut::MakeDownloadCommand})
         commands.push_back(make());
-    CLI::App app{"Packs, unpacks and lists ZIP archives; prints the properties of documents.", "tvut"};
+    CLI::App app{"Packs, unpacks and lists ZIP archives; prints the properties of documents; fetches files.",
+                 "tvut"};
     app.allow_windows_style_options(false); // paths of other systems begin with a slash
     app.set_version_flag("--version", Version());
     app.footer(exitCodes);

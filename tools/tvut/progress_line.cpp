@@ -25,10 +25,10 @@ void Write(void* console, std::wstring_view text) {
     WriteConsoleW(console, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
 }
 
-std::wstring Percent(const UtilZipEntry& entry) {
-    if (entry.bytes == 0)
-        return L"    ";
-    std::wstring text = std::to_wstring(std::min(entry.done, entry.bytes) * 100 / entry.bytes) + L"%";
+std::wstring Percent(unsigned long long done, unsigned long long total) {
+    if (total == 0)
+        return done == 0 ? L"    " : std::to_wstring(done) + L" bytes";
+    std::wstring text = std::to_wstring(std::min(done, total) * 100 / total) + L"%";
     return std::wstring(4 - text.size(), L' ') + text;
 }
 
@@ -67,14 +67,14 @@ clsProgressLine::~clsProgressLine() {
         Write(console_, L"\r" + std::wstring(lineWidth, L' ') + L"\r");
 }
 
-void clsProgressLine::Show(const UtilZipEntry& entry) {
+void clsProgressLine::Show(std::wstring_view name, unsigned long long done, unsigned long long total) {
     const ULONGLONG now = GetTickCount64();
     if (!console_ || now - shownAt_ < interval)
         return;
     shownAt_ = now;
     isShown_ = true;
-    const std::wstring head = Percent(entry) + L" ";
-    Write(console_, L"\r" + head + Fitting(Printable(entry.name), lineWidth - head.size()));
+    const std::wstring head = Percent(done, total) + L" ";
+    Write(console_, L"\r" + head + Fitting(Printable(name), lineWidth - head.size()));
 }
 
 } // namespace tool::tvut

@@ -3,6 +3,8 @@
 
 #include <tvut22/zip.h>
 
+#include <string_view>
+
 namespace tool::tvut {
 
 class clsProgressLine {
@@ -12,7 +14,9 @@ class clsProgressLine {
     clsProgressLine& operator=(const clsProgressLine&) = delete;
     ~clsProgressLine();
 
-    void Show(const UtilZipEntry& entry);
+    void Show(const UtilZipEntry& entry) { Show(entry.name, entry.done, entry.bytes); }
+    void Show(std::wstring_view name, unsigned long long done,
+              unsigned long long total); // total 0: not known
 
   private:
     void* console_; // null without one
