@@ -108,8 +108,9 @@ TEST(DatePictures, AreOnesWhereverTheyEnd) {
             const bool isFull = own.picture.HasDate() == own.picture.SaysDate() &&
                                 own.picture.HasTime() == own.picture.SaysTime();
             const auto read = ParseBy(row[1].substr(0, length), text, names, true);
-            if (read && isFull)
+            if (read && isFull) {
                 EXPECT_EQ(FormatBy(own.picture, *read, names), text) << testing::PrintToString(row[1]);
+            }
         }
 }
 

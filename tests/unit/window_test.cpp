@@ -114,8 +114,9 @@ class clsModel {
         const auto before = entries.find(handle);
         EXPECT_EQ(added,
                   before == entries.end() ? clsHandleList::Added::asNew : clsHandleList::Added::inPlace);
-        if (before != entries.end())
+        if (before != entries.end()) {
             EXPECT_TRUE(IsSame(old, handle, before->second));
+        }
         entries[handle] = {kind, label.substr(0, clsHandleNote::longestLabel), stack, additions++, marks};
     }
 
