@@ -14,18 +14,26 @@
 namespace testing_prof {
 namespace {
 
+// As constants: a vector of strings would be code that the compiler works on for a minute and a half.
+struct scMacroText {
+    const char *header, *name;
+    unsigned value;
+};
+constexpr scMacroText macroTexts[] = {
+#include "message_values.inc"
+};
+
 struct scMacro {
+    explicit scMacro(const scMacroText& text) : header(text.header), name(text.name), value(text.value) {}
     std::string header, name;
     unsigned value;
 
     std::string Prefix() const { return name.substr(0, name.find('_')); }
 };
 
-const std::vector<scMacro> macros{
-#include "message_values.inc"
-};
+const std::vector<scMacro> macros(std::begin(macroTexts), std::end(macroTexts));
 
-/// What a window of a class knows above 0x3FF.
+// What a window of a class knows above 0x3FF.
 struct scClass {
     std::wstring name;
     std::string header, prefix;
@@ -70,7 +78,7 @@ bool MayName(const scMacro& macro) {
            !EndsIn(macro.name, "MSGMAX");
 }
 
-/// The last name with a value in a header and with a prefix, as a map.
+// The last name with a value in a header and with a prefix, as a map.
 using Names = std::map<unsigned, std::wstring>;
 Names NamesOf(const std::string& header, const std::set<std::string>& prefixes, unsigned first,
               unsigned last) {
@@ -127,7 +135,7 @@ std::wstring Expected(unsigned message, const Names& ofClass) {
 
 class clsWindow {
   public:
-    /// Of a class of this program whose name has another's as one of its parts.
+    // Of a class of this program whose name has another's as one of its parts.
     explicit clsWindow(const std::wstring& part) {
         const std::wstring name = L"Test." + part + L".app.0";
         WNDCLASSW made{};
