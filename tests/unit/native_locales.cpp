@@ -11,17 +11,7 @@ namespace tvut {
 
 namespace {
 
-enum Column : std::size_t {
-    name,
-    calendar,
-    lastYear,
-    shortDate,
-    marks = 7,
-    digits = 9,
-    era,
-    months,
-    weekdays = 15
-};
+enum Column : std::size_t { name, calendar, lastYear, shortDate, marks = 7, digits = 9, era, months };
 
 const scCaseRow* Find(const scLocaleChoice& locale) {
     static const std::vector<scCaseRow> rows = CaseRows("locales", 17);

@@ -212,16 +212,4 @@ TEST(HandleLists, LeaveOutWhatWasTakenOutMeanwhile) {
     EXPECT_EQ(changes, 3u);
 }
 
-TEST(HandleLists, EndSomewhere) {
-    clsHandleList list;
-    scKeptHandle old;
-    for (std::uint32_t i = 1; i <= clsHandleList::most; ++i)
-        ASSERT_EQ(list.Add({i * 4, 1, u"", i}, Stack(i % 1000), old), clsHandleList::Added::asNew);
-    EXPECT_EQ(list.Add({3, 1, u"", 0}, Stack(1), old), clsHandleList::Added::tooMany);
-    EXPECT_EQ(list.Add({4, 2, u"", 0}, Stack(1), old), clsHandleList::Added::inPlace);
-    EXPECT_EQ(list.Left(1, 0, 100).handles, clsHandleList::most - 1);
-    EXPECT_EQ(list.Remove(4, 2), clsHandleList::Removed::yes);
-    EXPECT_EQ(list.Add({3, 1, u"", 0}, Stack(1), old), clsHandleList::Added::asNew);
-}
-
 } // namespace

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstring>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -72,74 +73,36 @@ std::vector<UtilLocLanguage> Languages() {
     return languages;
 }
 
-TEST(CountryInfo, IsOfTheCountry) {
-    const struct {
-        const wchar_t *country, *language;
-        UtilLocCountry info;
-    } rows[] = {
-        {L"de",
-         L"fr-CA",
-         {448, L"DE", L"DEU", 276, L"EUR", UTIL_COUNTRY_EU, 0, L"de", L"Allemagne", L"Deutschland"}},
-        {L"Stati Uniti",
-         L"it",
-         {448, L"US", L"USA", 840, L"USD", UTIL_COUNTRY_US_LETTER | UTIL_COUNTRY_US_MEASURES, 6, L"en",
-          L"Stati Uniti", L"United States"}},
-        {L"826",
-         L"1041",
-         {448, L"GB", L"GBR", 826, L"GBP", UTIL_COUNTRY_UK_MEASURES, 0, L"en", L"\x30A4\x30AE\x30EA\x30B9",
-          L"United Kingdom"}},
-        {L"\x53F0\x7063",
-         L"en",
-         {448, L"TW", L"TWN", 158, L"TWD", 0, 6, L"zh-Hant", L"Taiwan", L"\x53F0\x7063"}},
-        {L"\x395\x3BB\x3BB\x3AC\x3B4\x3B1", // upper and lower case of letters beyond ASCII
-         L"EL",
-         {448, L"GR", L"GRC", 300, L"EUR", UTIL_COUNTRY_EU, 0, L"el", L"\x395\x3BB\x3BB\x3AC\x3B4\x3B1",
-          L"\x395\x3BB\x3BB\x3AC\x3B4\x3B1"}},
-        {L"\x3B5\x39B\x3BB\x3AC\x3B4\x391",
-         L"de",
-         {448, L"GR", L"GRC", 300, L"EUR", UTIL_COUNTRY_EU, 0, L"el", L"Griechenland",
-          L"\x395\x3BB\x3BB\x3AC\x3B4\x3B1"}},
-        {L"ATA", L"de", {448, L"AQ", L"ATA", 10, L"", 0, 0, L"", L"Antarktis", L"Antarctica"}},
-        {L"xk", L"ka", {448, L"XK", L"XKK", 983, L"EUR", 0, 0, L"sq", L"Kosovo", L"Kosov\xEB"}},
-        {L"mv",
-         L"sv",
-         {448, L"MV", L"MDV", 462, L"MVR", 0, 4, L"dv", L"Maldiverna",
-          L"\x78B\x7A8\x788\x7AC\x780\x7A8 \x783\x7A7\x787\x7B0\x796\x7AC"}},
-    };
-    for (const auto& row : rows) {
-        const UtilLocCountry info = Country(row.country, row.language);
-        EXPECT_EQ(std::memcmp(&info, &row.info, sizeof info), 0) << row.info.code2;
+// All fields of a structure, as the cases have them.
+template <class... Fields>
+std::wstring Joined(const Fields&... fields) {
+    std::wostringstream text;
+    ((text << fields << L'|'), ...);
+    return text.str();
+}
+std::wstring Text(const UtilLocCountry& of) {
+    return Joined(of.size, of.code2, of.code3, of.number, of.currency, of.flags, of.firstDay, of.language,
+                  of.name, of.nativeName);
+}
+std::wstring Text(const UtilLocLanguage& of) {
+    return Joined(of.size, of.tag, of.code3, of.script, of.langId, of.codePage, of.charset, of.flags, of.name,
+                  of.nativeName);
+}
+
+template <class Structure, class Call>
+void ExpectCases(const char* file, Call call) {
+    for (const tvut::scCaseRow& row : tvut::CaseRows(file, 3)) {
+        auto info = Sized<Structure>();
+        EXPECT_EQ(call(tvut::WideCase(row[0]).c_str(), tvut::WideCase(row[1]).c_str(), &info), UTIL_OK);
+        EXPECT_EQ(Text(info), tvut::WideCase(row[2])) << row.where;
     }
 }
 
+TEST(CountryInfo, IsOfTheCountry) {
+    ExpectCases<UtilLocCountry>("country_info", UtilLocGetCountryInfo);
+}
 TEST(LanguageInfo, IsOfTheLanguage) {
-    const struct {
-        const wchar_t *language, *inLanguage;
-        UtilLocLanguage info;
-    } rows[] = {
-        {L"1031", L"fr", {456, L"de", L"deu", L"Latn", 0x407, 1252, 0, 0, L"allemand", L"Deutsch"}},
-        {L"zh-TW",
-         L"de",
-         {456, L"zh-Hant", L"zho", L"Hant", 0x404, 950, 136, 0, L"Chinesisch (traditionell)",
-          L"\x7E41\x9AD4\x4E2D\x6587"}},
-        {L"sr-Latn-ME",
-         L"cs",
-         {456, L"sr-Latn", L"srp", L"Latn", 0x241A, 1250, 238, 0, L"srb\x161tina (latinka)",
-          L"srpski (latinica)"}},
-        {L"heb",
-         L"en",
-         {456, L"he", L"heb", L"Hebr", 0x40D, 1255, 177, UTIL_LANGUAGE_RIGHT_TO_LEFT, L"Hebrew",
-          L"\x5E2\x5D1\x5E8\x5D9\x5EA"}},
-        {L"hi",
-         L"nb",
-         {456, L"hi", L"hin", L"Deva", 0x439, 0, 1, 0, L"hindi", L"\x939\x93F\x928\x94D\x926\x940"}},
-        {L"io", L"ja", {456, L"io", L"ido", L"Latn", 0, 0, 1, 0, L"\x30A4\x30C9\x8A9E", L"Ido"}},
-    };
-    for (const auto& row : rows) {
-        auto info = Sized<UtilLocLanguage>();
-        EXPECT_EQ(UtilLocGetLanguageInfo(row.language, row.inLanguage, &info), UTIL_OK);
-        EXPECT_EQ(std::memcmp(&info, &row.info, sizeof info), 0) << row.info.tag;
-    }
+    ExpectCases<UtilLocLanguage>("language_info", UtilLocGetLanguageInfo);
 }
 
 // In each language: all countries, in the system's order, named as they are alone.

@@ -217,6 +217,7 @@ TEST(HandleList, IsFullAtSomePoint) {
     EXPECT_EQ(Add(2, UTIL_HANDLE_KERNEL), UTIL_TOO_LARGE);
     EXPECT_EQ(Add(3, UTIL_HANDLE_KERNEL), UTIL_TOO_LARGE);
     EXPECT_EQ(log.Lines().size(), 1u) << "said once";
+    EXPECT_EQ(Add(4, UTIL_HANDLE_KERNEL), UTIL_EXISTS) << "in its old place";
     EXPECT_EQ(Report(), static_cast<INT>(most));
     for (UINT_PTR i = 1; i <= most; ++i)
         ASSERT_EQ(Remove(i * 4, UTIL_HANDLE_KERNEL), UTIL_OK);
