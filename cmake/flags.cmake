@@ -25,6 +25,26 @@ if(WIN32)
                          INTERFACE $<$<COMPILE_LANGUAGE:C,CXX>:-mincoming-stack-boundary=2>)
 endif()
 
+# Most of the time that a source takes goes into headers of the library's and the system's. Read once, they make a
+# release build from nothing half as long. The checked build and the native ones do without, and so see where an
+# #include is missing; a compiler cache knows a source again only when it reads its headers itself.
+set(once OFF)
+if(WIN32 AND CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(once ON)
+endif()
+option(TVUT22_PRECOMPILE "Read the headers that most sources of a target include once" ${once})
+set(TVUT22_OFTEN <algorithm> <array> <atomic> <bit> <cstring> <memory> <mutex> <optional> <span> <string> <string_view>
+    <vector>)
+
+# tvut22_read_once(TARGET header...)
+function(tvut22_read_once target)
+  if(TVUT22_PRECOMPILE)
+    # What GCC 12 says of its own strings it keeps to itself only while it knows that they are its own.
+    target_compile_options(${target} PRIVATE -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+  endif()
+endfunction()
+
 # Undefined behaviour and misuse of the standard library end the program at once.
 option(TVUT22_CHECKED "Trap undefined behaviour and check the standard library's preconditions" OFF)
 if(NOT TVUT22_CHECKED)
