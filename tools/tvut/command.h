@@ -6,11 +6,9 @@
 #include <memory>
 #include <string>
 
-namespace CLI {
-class App;
-}
-
 namespace tool::tvut {
+
+class clsDeclaration;
 
 class IclsCommand {
   public:
@@ -19,7 +17,7 @@ class IclsCommand {
     virtual const char* Purpose() const = 0;
     virtual std::string Footer() const { return {}; } // of its help, with line ends
     // Declares the arguments, which are kept in the object.
-    virtual void Declare(CLI::App& app) = 0;
+    virtual void Declare(clsDeclaration& arguments) = 0;
     // Throws Failure.
     virtual ExitCode Run() = 0;
 };

@@ -1,14 +1,13 @@
 // tvut download: a file from the web, which is there whole or as it was.
 #include "archive_call.h"
 #include "command.h"
+#include "declaration.h"
 #include "interrupt.h"
 #include "json_object.h"
 #include "progress_line.h"
 #include "text_io.h"
 
 #include <tvut22/download.h>
-
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 
@@ -58,12 +57,12 @@ class clsDownloadCommand final : public IclsCommand {
         return "FILE is made or replaced once all of it is there; whatever fails leaves it as it was.\n";
     }
 
-    void Declare(CLI::App& app) override {
-        app.add_option("URL", url_, "The address, http://... or https://...")->required();
-        app.add_option("FILE", file_, "The file to make or replace")->required();
-        app.add_option("--sha256", sha256_, "The checksum that the file must have, 64 hexadecimal digits");
-        app.add_flag("--https-only", httpsOnly_, "Refuse http, also where the server leads");
-        app.add_flag("--json", json_, "Print what came of it as a JSON object");
+    void Declare(clsDeclaration& arguments) override {
+        arguments.Text("URL", url_, "The address, http://... or https://...").Required();
+        arguments.Text("FILE", file_, "The file to make or replace").Required();
+        arguments.Text("--sha256", sha256_, "The checksum that the file must have, 64 hexadecimal digits");
+        arguments.Flag("--https-only", httpsOnly_, "Refuse http, also where the server leads");
+        arguments.Flag("--json", json_, "Print what came of it as a JSON object");
     }
 
     ExitCode Run() override {

@@ -1,14 +1,13 @@
 // tvut info: the properties of documents.
 #include "archive_input.h"
 #include "command.h"
+#include "declaration.h"
 #include "found_paths.h"
 #include "json_object.h"
 #include "system_reason.h"
 #include "text_io.h"
 
 #include <tvut22/tvut22.hpp>
-
-#include <CLI/CLI.hpp>
 
 #include <algorithm>
 
@@ -53,10 +52,10 @@ class clsInfoCommand final : public IclsCommand {
                "that * or ? match are passed over where they are none of these.\n";
     }
 
-    void Declare(CLI::App& app) override {
-        app.add_option("FILE", files_, "Documents, * and ? in their names; - for standard input")->required();
-        app.add_option("--property", property_, "Print the value of this property alone");
-        app.add_flag("--json", json_, "Print each document as a JSON object");
+    void Declare(clsDeclaration& arguments) override {
+        arguments.Texts("FILE", files_, "Documents, * and ? in their names; - for standard input").Required();
+        arguments.Text("--property", property_, "Print the value of this property alone");
+        arguments.Flag("--json", json_, "Print each document as a JSON object");
     }
 
     ExitCode Run() override {

@@ -2,11 +2,10 @@
 #include "archive_call.h"
 #include "archive_input.h"
 #include "command.h"
+#include "declaration.h"
 #include "entry_pattern.h"
 #include "entry_text.h"
 #include "text_io.h"
-
-#include <CLI/CLI.hpp>
 
 #include <cstdint>
 
@@ -30,10 +29,10 @@ class clsListCommand final : public IclsCommand {
                std::string{"Before a name, * marks an entry that is enciphered, @ a symbolic link.\n"};
     }
 
-    void Declare(CLI::App& app) override {
-        app.add_option("ARCHIVE", archive_, "The archive; - for standard input")->required();
-        app.add_option("PATTERN", patterns_, "Entries to print; without any, all of them");
-        app.add_flag("--json", json_, "Print each entry as a JSON object");
+    void Declare(clsDeclaration& arguments) override {
+        arguments.Text("ARCHIVE", archive_, "The archive; - for standard input").Required();
+        arguments.Texts("PATTERN", patterns_, "Entries to print; without any, all of them");
+        arguments.Flag("--json", json_, "Print each entry as a JSON object");
     }
 
     ExitCode Run() override {

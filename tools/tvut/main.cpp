@@ -1,6 +1,7 @@
 // tvut: a command line tool on the public interface of the families after the profile store.
 #include "command.h"
 #include "command_words.h"
+#include "declaration.h"
 #include "interrupt.h"
 #include "parse_arguments.h"
 #include "program.h"
@@ -40,7 +41,8 @@ ExitCode Run(std::vector<std::string> words) {
     for (const auto& command : commands) {
         CLI::App& declared = *app.add_subcommand(command->Name(), command->Purpose());
         declared.footer(command->Footer() + std::string{exitCodes});
-        command->Declare(declared);
+        tool::tvut::clsDeclaration arguments(declared);
+        command->Declare(arguments);
         names.emplace_back(command->Name());
     }
     words = tool::WithOptionsForWords(std::move(words), {"tvut", "list", names});

@@ -1,13 +1,12 @@
 #include "password.h"
 
+#include "declaration.h"
 #include "exit_code.h"
 #include "owned.h"
 #include "system_reason.h"
 #include "text_io.h"
 
 #include <windows.h>
-
-#include <CLI/CLI.hpp>
 
 #include <array>
 
@@ -28,8 +27,8 @@ std::string ReadStart(const std::string& file) {
 
 } // namespace
 
-void DeclarePasswordFile(CLI::App& app, std::string& file) {
-    app.add_option("--password-file", file, "A file whose first line is the password, in UTF-8; - for stdin");
+void DeclarePasswordFile(clsDeclaration& arguments, std::string& file) {
+    arguments.Text("--password-file", file, "A file whose first line is the password, in UTF-8; - for stdin");
 }
 
 std::wstring PasswordFrom(const std::string& file) {

@@ -3,13 +3,11 @@
 
 #include <string>
 
-namespace CLI {
-class App;
-}
-
 namespace tool::tvut {
 
-void DeclarePasswordFile(CLI::App& app, std::string& file);
+class clsDeclaration;
+
+void DeclarePasswordFile(clsDeclaration& arguments, std::string& file);
 
 // The first line of a file in UTF-8, without the line's end; of standard input for "-"; empty without a file.
 // Throws Failure for a file that cannot be read or holds none.

@@ -2,13 +2,12 @@
 #include "archive_call.h"
 #include "archive_input.h"
 #include "command.h"
+#include "declaration.h"
 #include "entry_pattern.h"
 #include "entry_text.h"
 #include "password.h"
 #include "progress_line.h"
 #include "text_io.h"
-
-#include <CLI/CLI.hpp>
 
 #include <cstdint>
 #include <map>
@@ -50,20 +49,20 @@ class clsUnzipCommand final : public IclsCommand {
     const char* Purpose() const override { return "Unpack or test an archive"; }
     std::string Footer() const override { return patternHelp; }
 
-    void Declare(CLI::App& app) override {
-        app.add_option("ARCHIVE", archive_, "The archive; - for standard input")->required();
-        app.add_option("PATTERN", patterns_, "Entries to unpack; without any, all of them");
-        CLI::Option* const to = app.add_option("--to", folder_,
-                                               "Where to unpack, made when it is missing; - for "
-                                               "standard output, one file after the other. Without it, here")
-                                    ->type_name("FOLDER");
-        app.add_flag("--test", test_, "Write nothing: only look whether everything could be unpacked")
-            ->excludes(to);
-        app.add_flag("--keep", keep_, "Leave files alone that are there");
-        app.add_option("--limit", limit_, "Bytes that may be unpacked in all, else 4 GiB; like 100MB")
-            ->transform(CLI::AsSizeValue(false));
-        DeclarePasswordFile(app, passwordFile_);
-        app.add_flag("--json", json_, "Print each entry as a JSON object once it is unpacked");
+    void Declare(clsDeclaration& arguments) override {
+        arguments.Text("ARCHIVE", archive_, "The archive; - for standard input").Required();
+        arguments.Texts("PATTERN", patterns_, "Entries to unpack; without any, all of them");
+        arguments
+            .Text("--to", folder_,
+                  "Where to unpack, made when it is missing; - for "
+                  "standard output, one file after the other. Without it, here")
+            .TypeName("FOLDER");
+        arguments.Flag("--test", test_, "Write nothing: only look whether everything could be unpacked")
+            .Excludes("--to");
+        arguments.Flag("--keep", keep_, "Leave files alone that are there");
+        arguments.Size("--limit", limit_, "Bytes that may be unpacked in all, else 4 GiB; like 100MB");
+        DeclarePasswordFile(arguments, passwordFile_);
+        arguments.Flag("--json", json_, "Print each entry as a JSON object once it is unpacked");
     }
 
     ExitCode Run() override {

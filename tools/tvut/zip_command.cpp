@@ -1,6 +1,7 @@
 // tvut zip: files and folders into a new archive, which is there whole or not at all.
 #include "archive_call.h"
 #include "command.h"
+#include "declaration.h"
 #include "entry_text.h"
 #include "interrupt.h"
 #include "password.h"
@@ -8,8 +9,6 @@
 #include "system_reason.h"
 #include "temporary.h"
 #include "text_io.h"
-
-#include <CLI/CLI.hpp>
 
 #include <optional>
 #include <utility>
@@ -28,17 +27,18 @@ class clsZipCommand final : public IclsCommand {
     const char* Name() const override { return "zip"; }
     const char* Purpose() const override { return "Pack files and folders into an archive"; }
 
-    void Declare(CLI::App& app) override {
-        app.add_option("ARCHIVE", archive_, "The archive to make; - for standard output")->required();
-        app.add_option("SOURCE", sources_,
-                       "A file, a folder with all below it, or files with * and ? in the "
-                       "name; - for standard input")
-            ->required();
-        app.add_option("--name", name_, "The name in the archive, for a single SOURCE");
-        app.add_option("--in", folder_, "The folder of the archive to put everything into");
-        app.add_flag("--store", store_, "Do not compress");
-        DeclarePasswordFile(app, passwordFile_);
-        app.add_flag("--json", json_, "Print each entry as a JSON object once it is packed");
+    void Declare(clsDeclaration& arguments) override {
+        arguments.Text("ARCHIVE", archive_, "The archive to make; - for standard output").Required();
+        arguments
+            .Texts("SOURCE", sources_,
+                   "A file, a folder with all below it, or files with * and ? in the "
+                   "name; - for standard input")
+            .Required();
+        arguments.Text("--name", name_, "The name in the archive, for a single SOURCE");
+        arguments.Text("--in", folder_, "The folder of the archive to put everything into");
+        arguments.Flag("--store", store_, "Do not compress");
+        DeclarePasswordFile(arguments, passwordFile_);
+        arguments.Flag("--json", json_, "Print each entry as a JSON object once it is packed");
     }
 
     ExitCode Run() override {
