@@ -1,7 +1,8 @@
 // The module start: what the library notes when it is loaded.
 //
 // It runs under the loader lock, so it only reads what is at hand: no DLL is loaded, nothing waited
-// for. Registering the clipboard format is an entry in the system's table of names; it loads no driver.
+// for. Registering the clipboard format is an entry in the system's table of names; it loads no driver. In a
+// process that has no windows so far, the first use of the clipboard registers it.
 //
 // When the process ends, the system has killed all other threads wherever they were: any lock may be held
 // for good, any memory be half written. So nothing is freed, closed or destroyed then, and the compiler's
@@ -9,6 +10,7 @@
 #include "platform/clipboard.h"
 #include "platform/exception_memory.h"
 #include "platform/host.h"
+#include "platform/loader.h"
 #include "platform/runtime_entry.h"
 #include "platform/wide.h"
 #include "runtime/call_stack.h"
@@ -76,7 +78,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* processEnds) {
         if (!tvut::PlatformExceptionsBegin())
             return FALSE;
         tvut::PlatformNoteHost();
-        tvut::PlatformRegisterProfileFormat();
+        if (tvut::PlatformWindowsAreUp())
+            tvut::PlatformProfileFormat();
         tvut::g_hashSeed = ProcessSeed();
         ProcessAttaches();
         break;

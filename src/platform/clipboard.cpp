@@ -25,14 +25,10 @@ bool Open(HWND owner) {
 
 } // namespace
 
-void PlatformRegisterProfileFormat() noexcept {
-    profileFormat = RegisterClipboardFormatW(L"QmzProfCBFormat");
-}
-
-// A process may be loaded without a window station and be given one later.
+// A process may have no windows, or no window station, when the library is loaded, and be given one later.
 UINT PlatformProfileFormat() noexcept {
     if (profileFormat == 0)
-        PlatformRegisterProfileFormat();
+        profileFormat = RegisterClipboardFormatW(L"QmzProfCBFormat");
     return profileFormat;
 }
 

@@ -8,10 +8,7 @@
 
 namespace tvut {
 
-// Registers the format of profiles; called once, when the library is loaded.
-void PlatformRegisterProfileFormat() noexcept;
-
-// The number of the format, 0 when it could not be registered.
+// The number of the format of profiles, which the first call registers; 0 when it could not be registered.
 UINT PlatformProfileFormat() noexcept;
 
 // The clipboard, open while the object lives; what others keep open is waited for a moment.

@@ -39,7 +39,8 @@ constinit clsNativeFunction<BOOLEAN WINAPI()> shutdownInProgress{"RtlDllShutdown
 
 constinit clsNativeFunction<std::byte * WINAPI()> currentProcessBlock{"RtlGetCurrentPeb"};
 
-constexpr std::size_t loaderLockAt = 0xA0; // in the process block of a 32-bit process
+constexpr std::size_t callbackTableAt = 0x2C; // in the process block of a 32-bit process; user32 fills it in
+constexpr std::size_t loaderLockAt = 0xA0;
 
 CRITICAL_SECTION* LoaderLock() noexcept {
     const auto processBlock = currentProcessBlock.Get();
@@ -57,6 +58,12 @@ bool PlatformHoldsLoaderLock() noexcept {
 bool PlatformProcessEnds() noexcept {
     const auto ends = shutdownInProgress.Get();
     return ends && ends() != FALSE;
+}
+
+bool PlatformWindowsAreUp() noexcept {
+    const auto processBlock = currentProcessBlock.Get();
+    return GetModuleHandleW(L"user32.dll") && processBlock &&
+           *reinterpret_cast<void**>(processBlock() + callbackTableAt);
 }
 
 } // namespace tvut

@@ -10,4 +10,8 @@ bool PlatformHoldsLoaderLock() noexcept;
 // Whether the process is being shut down: all other threads are gone, wherever they were.
 bool PlatformProcessEnds() noexcept;
 
+// Whether the library of windows is loaded and has started in this process. At the process's start it may be
+// loaded and not have started yet.
+bool PlatformWindowsAreUp() noexcept;
+
 } // namespace tvut

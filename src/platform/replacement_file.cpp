@@ -64,18 +64,23 @@ void RemoveLeft(const std::wstring& folder) {
     } while (GetTickCount64() < deadline && FindNextFileW(search.Get(), &entry));
 }
 
+std::wstring InHexadecimal(unsigned number) {
+    std::wstring text;
+    for (int shift = 28; shift >= 0; shift -= 4)
+        text += L"0123456789ABCDEF"[number >> shift & 0xF];
+    return text;
+}
+
 } // namespace
 
 clsFileHandle PlatformMakeReplacement(const std::wstring& folder, std::wstring& name) {
     if (IsFirstTime(PlatformFullPath(folder.empty() ? L"." : folder)))
         RemoveLeft(folder);
-    std::array<wchar_t, 32> leaf;
     clsFileHandle file;
     const auto seed =
         static_cast<unsigned>(GetTickCount64()) ^ GetCurrentProcessId() << 16 ^ GetCurrentThreadId();
     for (unsigned attempt = 0; !file && attempt < 100; ++attempt) {
-        wsprintfW(leaf.data(), L"~PRF%08X.tmp", seed + attempt * 0x9E3779B1u);
-        name = PlatformLongPath(folder + leaf.data());
+        name = PlatformLongPath(folder + L"~PRF" + InHexadecimal(seed + attempt * 0x9E3779B1u) + L".tmp");
         file = clsFileHandle(
             CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!file && GetLastError() != ERROR_FILE_EXISTS)

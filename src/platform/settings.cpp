@@ -1,6 +1,7 @@
 #include "platform/settings.h"
 
 #include "platform/host.h"
+#include "platform/letter_case.h"
 #include "platform/registry.h"
 #include "platform/wide.h"
 
@@ -10,9 +11,9 @@ namespace {
 
 std::wstring HostKeyName() {
     const std::u16string_view tag = PlatformHostTag();
-    std::wstring name(ToWide(tag.data()), tag.size());
-    CharUpperBuffW(name.data(), static_cast<DWORD>(name.size()));
-    return L"software\\Velmor\\" + name;
+    std::u16string name(tag.size(), u'\0');
+    PlatformToUpperCase(tag, name.data());
+    return L"software\\Velmor\\" + std::wstring(ToWide(name.data()), name.size());
 }
 
 } // namespace

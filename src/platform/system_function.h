@@ -7,6 +7,9 @@
 
 namespace tvut {
 
+// Loads a library of the system by its full path; null when there is none.
+HMODULE PlatformLoadSystemLibrary(const wchar_t* library) noexcept;
+
 // Loads a library of the system by its full path and finds a function in it, by its number where it goes
 // without a name and has one; null when the system has none.
 FARPROC PlatformFindSystemFunction(const wchar_t* library, const char* name, WORD number = 0) noexcept;

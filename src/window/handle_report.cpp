@@ -45,8 +45,10 @@ clsDiagnosticLine& PutCount(clsDiagnosticLine& line, std::size_t count) {
     return line.Put(Number(count)).Put(count == 1 ? u" handle is" : u" handles are");
 }
 
-// Not where the system does not count them.
+// Not where the system does not count them, nor at the end of a process that has never had any.
 void ReportObjectsOfProcess(const clsDiagnosticGroup& report) {
+    if (!GetModuleHandleW(L"user32.dll"))
+        return;
     const DWORD gdi = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
     const DWORD user = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
     if (gdi != 0 || user != 0)

@@ -49,10 +49,12 @@ clsHandleStack StackFrom(const void* returnsTo) noexcept {
     return clsHandleStack({first == end ? begin : first, end});
 }
 
-// A report: names of frames are made ready before the lock.
+// A report: what has to be loaded for it is loaded before the lock, names of frames and the library of
+// windows.
 template <class Write>
 void Report(Write write) noexcept {
     UtilpPrepareStackNames();
+    IsWindow(nullptr);
     const clsGlobalLockGuard lock;
     write();
 }

@@ -10,8 +10,7 @@ import struct
 import subprocess
 import sys
 
-SYSTEM_DLLS = {"kernel32.dll", "user32.dll", "advapi32.dll", "gdi32.dll", "ole32.dll", "oleaut32.dll",
-               "shell32.dll", "ws2_32.dll", "version.dll", "msvcrt.dll"}
+SYSTEM_DLLS = {"kernel32.dll", "advapi32.dll", "msvcrt.dll"}  # others are bound at first use
 
 
 class Image:

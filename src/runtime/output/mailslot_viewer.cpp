@@ -5,6 +5,7 @@
 // not time.
 #include "runtime/output/mailslot_viewer.h"
 
+#include "platform/delay_load.h"
 #include "platform/system_error.h"
 #include "runtime/output/debugger.h"
 #include "runtime/output/line_pieces.h"
@@ -40,8 +41,12 @@ clsMapping OpenGlobalData() noexcept {
 
 } // namespace
 
-// A viewer that was not there, or was another, when the mapping was made is looked up by its class.
+// A viewer that was not there, or was another, when the mapping was made is looked up by its class; not while
+// modules of a process without windows are loaded, for it can be looked up later.
 HWND clsMailslotViewer::Published() noexcept {
+    maySeeWindows_ = maySeeWindows_ || PlatformMayBind(L"user32.dll");
+    if (!maySeeWindows_)
+        return nullptr;
     if (const HWND window = PublishedAsItIs(); window && IsWindow(window))
         return window;
     const HWND found = FindWindowW(LOGPAN_WINDOW_CLASS, nullptr);
@@ -65,7 +70,10 @@ void clsMailslotViewer::Attach() noexcept {
         UtilpWriteToDebugger(u"DebugPipe FAIL");
 }
 
+// Under the writer's lock, where nothing may be loaded.
 void clsMailslotViewer::FollowWindow() noexcept {
+    if (!maySeeWindows_)
+        return;
     const HWND published = PublishedAsItIs();
     if (published == window_ && (!window_ || IsWindow(window_)))
         return;

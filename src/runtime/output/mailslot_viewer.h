@@ -29,9 +29,10 @@ class clsMailslotViewer final : public IclsLineSink {
 
     clsMapping global_;
     clsMailslot mailslot_;
-    HWND window_ = nullptr; // the one last used
-    bool failing_ = false;  // the slot did not take the last piece: said once, not every time
-    DWORD failedAt_ = 0;    // milliseconds
+    bool maySeeWindows_ = false; // the library of windows is bound
+    HWND window_ = nullptr;      // the one last used
+    bool failing_ = false;       // the slot did not take the last piece: said once, not every time
+    DWORD failedAt_ = 0;         // milliseconds
 };
 
 } // namespace tvut

@@ -3,6 +3,7 @@
 
 #include "runtime/output/viewer_socket.h"
 
+#include "platform/loader.h"
 #include "platform/system_error.h"
 #include "runtime/output/debugger.h"
 
@@ -95,7 +96,7 @@ void scTakenSocketPolicy::Close(Value value) noexcept {
 void clsViewerSocket::Open() noexcept {
     if (IsOpen())
         return;
-    failedAt_ = StartAndMake() ? 0 : OddTicks();
+    failedAt_ = !PlatformProcessEnds() && StartAndMake() ? 0 : OddTicks();
 }
 
 bool clsViewerSocket::StartAndMake() noexcept {

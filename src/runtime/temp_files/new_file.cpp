@@ -6,8 +6,8 @@
 
 #include "platform/long_path.h"
 #include "platform/owned.h"
+#include "runtime/digits.h"
 
-#include <array>
 
 namespace tvut {
 
@@ -60,11 +60,8 @@ clsWishedPaths::clsWishedPaths(const std::wstring& folder, const scTempFileWish&
 void clsWishedPaths::Number(std::uint32_t number) {
     path_.resize(leafAt_);
     path_ += wish_.stem;
-    if (number > 1) {
-        std::array<wchar_t, 16> text;
-        wsprintfW(text.data(), L" (%u)", number);
-        path_ += text.data();
-    }
+    if (number > 1)
+        path_.append(L" (").append(clsDigits<wchar_t>(number, 10, 1).View()).append(L")");
     path_ += wish_.extension;
     systemPath_ = PlatformLongPath(PlatformPlainPath(path_));
 }

@@ -1,0 +1,83 @@
+// The import libraries of cmake/delay.cmake put the address of a piece of their own into each entry of a
+// library's table of functions. The piece calls the function below with the table and the entry, and goes on
+// to what it returns.
+//
+// All functions of a library are bound by the first call of any: from then on a call asks the loader for
+// nothing and may be made under a lock. Two threads may bind at once, both find the same. The full path keeps
+// a library of the same name beside the host program from being loaded in its place; and the library stays,
+// for its functions may run at any time.
+//
+// Published source: Microsoft's "PE Format", section "Delay-Load Import Tables".
+#include "platform/delay_load.h"
+
+#include "platform/loader.h"
+#include "platform/owned.h"
+#include "platform/system_function.h"
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <cstring>
+
+extern "C" IMAGE_DOS_HEADER __ImageBase;
+
+namespace {
+
+// Addresses are offsets from the module's.
+struct scDelayedLibrary {
+    DWORD attributes;
+    DWORD name;
+    DWORD module;
+    DWORD functions;
+    DWORD names; // the last one is 0
+    DWORD boundFunctions;
+    DWORD unboundFunctions;
+    DWORD timestamp;
+};
+
+constexpr DWORD functionMissing = 0xC06D007F; // what debuggers know for it
+
+template <class Type>
+Type* At(DWORD offset) noexcept {
+    return reinterpret_cast<Type*>(reinterpret_cast<std::uintptr_t>(&__ImageBase) + offset);
+}
+
+HMODULE Load(const char* name) noexcept {
+    std::array<wchar_t, 32> wide{};
+    for (std::size_t i = 0; name[i] && i + 1 < wide.size(); ++i)
+        wide[i] = static_cast<unsigned char>(name[i]);
+    return tvut::PlatformLoadSystemLibrary(wide.data());
+}
+
+// False when the function asked for is missing.
+bool Bind(const scDelayedLibrary& library, const FARPROC* asked) noexcept {
+    const HMODULE loaded = Load(At<const char>(library.name));
+    FARPROC* entry = At<FARPROC>(library.functions);
+    bool isBound = false;
+    for (const DWORD* name = At<const DWORD>(library.names); loaded && *name; ++name, ++entry) {
+        const FARPROC found = GetProcAddress(loaded, At<const IMAGE_IMPORT_BY_NAME>(*name)->Name);
+        if (!found)
+            continue;
+        std::atomic_ref(*entry).store(found, std::memory_order_release);
+        isBound = isBound || entry == asked;
+    }
+    return isBound;
+}
+
+} // namespace
+
+// The linker's name for it; called by the pieces.
+extern "C" FARPROC WINAPI __delayLoadHelper2(const scDelayedLibrary* library, FARPROC* entry) {
+    const tvut::clsLastErrorKept lastError;
+    if (!Bind(*library, entry))
+        RaiseException(functionMissing, EXCEPTION_NONCONTINUABLE, 0, nullptr);
+    return *entry;
+}
+
+namespace tvut {
+
+bool PlatformMayBind(const wchar_t* library) noexcept {
+    return GetModuleHandleW(library) || !PlatformHoldsLoaderLock();
+}
+
+} // namespace tvut
