@@ -49,19 +49,26 @@ HMODULE Load(const char* name) noexcept {
     return tvut::PlatformLoadSystemLibrary(wide.data());
 }
 
+// An entry that is not bound leads to the piece of code. One that somebody has put a function of his own
+// into, as hooks of calls do, leads elsewhere and stays.
+bool IsUnbound(FARPROC entry) noexcept {
+    const auto begin = reinterpret_cast<std::uintptr_t>(&__ImageBase);
+    const auto* const headers = At<const IMAGE_NT_HEADERS>(static_cast<DWORD>(__ImageBase.e_lfanew));
+    return reinterpret_cast<std::uintptr_t>(entry) - begin < headers->OptionalHeader.SizeOfImage;
+}
+
 // False when the function asked for is missing.
 bool Bind(const scDelayedLibrary& library, const FARPROC* asked) noexcept {
     const HMODULE loaded = Load(At<const char>(library.name));
     FARPROC* entry = At<FARPROC>(library.functions);
-    bool isBound = false;
     for (const DWORD* name = At<const DWORD>(library.names); loaded && *name; ++name, ++entry) {
-        const FARPROC found = GetProcAddress(loaded, At<const IMAGE_IMPORT_BY_NAME>(*name)->Name);
-        if (!found)
+        const std::atomic_ref slot(*entry);
+        if (!IsUnbound(slot.load(std::memory_order_acquire)))
             continue;
-        std::atomic_ref(*entry).store(found, std::memory_order_release);
-        isBound = isBound || entry == asked;
+        if (const FARPROC found = GetProcAddress(loaded, At<const IMAGE_IMPORT_BY_NAME>(*name)->Name))
+            slot.store(found, std::memory_order_release);
     }
-    return isBound;
+    return loaded && !IsUnbound(*asked);
 }
 
 } // namespace

@@ -8,26 +8,27 @@
 
 namespace testing_prof {
 
-/// The slot through which the DLL calls a function; null when it does not import it.
+// The slot through which the DLL calls a function; null when it does not import it. The tables of names and
+// those of slots lie in the same order, those of functions that are bound late among them.
 inline void** ImportSlot(const char* function) {
     auto* base = reinterpret_cast<BYTE*>(GetModuleHandleW(L"tvUT22.dll"));
     const auto* headers =
         reinterpret_cast<IMAGE_NT_HEADERS*>(base + reinterpret_cast<IMAGE_DOS_HEADER*>(base)->e_lfanew);
-    const auto& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-    auto* module = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + directory.VirtualAddress);
-    for (; module->Name; ++module) {
-        auto* name = reinterpret_cast<IMAGE_THUNK_DATA*>(base + module->OriginalFirstThunk);
-        auto* slot = reinterpret_cast<void**>(base + module->FirstThunk);
-        for (; name->u1.AddressOfData; ++name, ++slot) {
-            const auto* entry = reinterpret_cast<IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
-            if (!IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal) && !std::strcmp(entry->Name, function))
-                return slot;
-        }
+    const auto* const directories = headers->OptionalHeader.DataDirectory;
+    const auto* const first = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(
+        base + directories[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress);
+    const auto& slots = directories[IMAGE_DIRECTORY_ENTRY_IAT];
+    const DWORD distance = first->FirstThunk - first->OriginalFirstThunk;
+    for (DWORD at = slots.VirtualAddress; at < slots.VirtualAddress + slots.Size; at += sizeof(void*)) {
+        const DWORD name = *reinterpret_cast<DWORD*>(base + at - distance);
+        if (name != 0 && !IMAGE_SNAP_BY_ORDINAL(name) &&
+            !std::strcmp(reinterpret_cast<IMAGE_IMPORT_BY_NAME*>(base + name)->Name, function))
+            return reinterpret_cast<void**>(base + at);
     }
     return nullptr;
 }
 
-/// Puts a replacement into an import slot for the life of the object.
+// Puts a replacement into an import slot for the life of the object.
 class clsImportHook {
   public:
     template <class Function>
