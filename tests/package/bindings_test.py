@@ -5,7 +5,7 @@ docs/other-languages.md.
   bindings_test.py LANGUAGE --dll DLL --compiler COMPILER [--emulator COMMAND]
 
 c        the headers themselves, as the compiler has them
-pascal   programs that run: sample, calls of each kind; every export is linked
+pascal   programs that run: sample, calls of each kind; what one imports that names every call
 csharp   the compiled class, by reflection; C# has no 32-bit runtime here, so the sample is only compiled
 python   the module, with types of 32-bit Windows; Python has no 32-bit Windows here, so the sample's names are looked up
 """
@@ -101,6 +101,9 @@ def pascal(options, folder):
     source.write_text("program listing;\n{$MODE OBJFPC}{$APPTYPE CONSOLE}\nuses tvut22;\nvar linked: Pointer;\nbegin\n"
                       f"{chr(10).join(show)}\nend.\n", encoding="utf-8")
     yield from compare(run(*options.emulator, built(source)))
+    table = run("i686-w64-mingw32-objdump", "-p", folder / "listing.exe").split("DLL Name: tvUT22.dll")[1].split("\n\n")[0]
+    imports = set(re.findall(r"\d+ +([A-Z]\w+)$", table, re.MULTILINE))
+    yield from (f"{name} is imported or exported alone" for name in imports ^ exports().keys())
     run(*options.emulator, built(HERE / "pascal_calls.pas"), cwd=folder)
     log = folder / "lines.log"
     log.unlink(missing_ok=True)
