@@ -8,6 +8,7 @@ started=$(date +%s)
 # Wine's own 32-bit world, built by scripts/setup where the packages for this machine do not resolve.
 isolated_root=$cache/root
 host_wine=/usr/lib/wine/wine
+pascal=$cache/pascal # by scripts/make-pascal
 export NINJA_STATUS="[%es %f/%t] "
 
 # A checkout that belongs to somebody else is ours to read all the same.

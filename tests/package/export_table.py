@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Compares the DLL's export table with the public headers and the export list, both ways.
+"""Compares the DLL's export table with the public headers, both ways.
 
 The headers are read through the compiler's preprocessor, so what counts is what a caller sees. With
---write-table a C function that visits every declared name is written, for import_library_test.c.
+--write-table a line VISIT(name) for every declared name is written, for import_library_test.c.
 """
 import argparse
 import re
@@ -69,12 +69,6 @@ def declared_names(compiler, include):
     return re.findall(imported + r"\b((?:Prof|Util|Pas)\w+)\s*\(", text)
 
 
-def listed_names(export_list):
-    with open(export_list, encoding="ascii") as file:
-        body = re.sub(r";.*", "", file.read()).split("EXPORTS", 1)[1]
-    return [name.split("@")[0] for name in body.split()]
-
-
 def pair_faults(names):
     """A name with an A or W form needs the other one and must not exist without suffix."""
     known = set(names)
@@ -88,16 +82,11 @@ def faults(options):
     image = Image(options.dll)
     exported = image.exports()
     declared = declared_names(options.compiler, options.include)
-    listed = listed_names(options.export_list)
     if len(declared) < 50:
         yield f"only {len(declared)} declarations found in the headers; does the search still fit them?"
-    for this, these, that, those in (("the DLL", exported, "the headers", declared),
-                                     ("the headers", declared, "the DLL", exported),
-                                     ("the export list", listed, "the DLL", exported),
-                                     ("the DLL", exported, "the export list", listed)):
-        yield from (f"{name} is in {this} but not in {that}" for name in sorted(set(these) - set(those)))
-    for names in (declared, listed):
-        yield from (f"{name} is there twice" for name in sorted(set(names)) if names.count(name) > 1)
+    yield from (f"{name} is in the DLL but not in the headers" for name in sorted(set(exported) - set(declared)))
+    yield from (f"{name} is in the headers but not in the DLL" for name in sorted(set(declared) - set(exported)))
+    yield from (f"{name} is there twice" for name in sorted(set(declared)) if declared.count(name) > 1)
     yield from (f"{name} is exported with decoration" for name in exported if not name.isidentifier())
     yield from pair_faults(exported)
     yield from (f"{dll} is imported" for dll in image.imports() if dll.lower() not in SYSTEM_DLLS)
@@ -109,12 +98,8 @@ def faults(options):
 
 
 def write_table(options):
-    names = sorted(declared_names(options.compiler, options.include))
     with open(options.write_table, "w", encoding="ascii") as file:
-        file.write("/* Made by export_table.py. */\n#include <every_export.h>\n#include <tvut22/tvut22.h>\n")
-        file.write("void VisitExports(void (*visit)(const char* name, FARPROC function)) {\n")
-        file.writelines(f'    visit("{name}", (FARPROC)(void*){name});\n' for name in names)
-        file.write("}\n")
+        file.writelines(f"VISIT({name})\n" for name in sorted(declared_names(options.compiler, options.include)))
 
 
 def main():
@@ -122,7 +107,6 @@ def main():
     parser.add_argument("--compiler", required=True)
     parser.add_argument("--include", required=True)
     parser.add_argument("--dll")
-    parser.add_argument("--export-list")
     parser.add_argument("--version")
     parser.add_argument("--most-bytes", type=int)
     parser.add_argument("--write-table")

@@ -1,7 +1,7 @@
 /* Links every declared function through the import library: a wrong number of argument bytes in the
  * export list fails to link, a wrong name would fail to load, and what is reached must be the export.
  * It needs no C runtime, so it can be linked by the tools of compilers that have none here. */
-#include <every_export.h>
+#include <tvut22/tvut22.h>
 
 static int visited, faults;
 
@@ -20,7 +20,8 @@ static void CheckExport(const char* name, FARPROC function) {
 }
 
 int main(void) {
-    VisitExports(CheckExport);
+#define VISIT(name) CheckExport(#name, (FARPROC)(void*)name);
+#include <every_export.inc>
     Say(faults == 0 ? "every function is the export\n" : "");
     return visited == 0 || faults != 0;
 }
