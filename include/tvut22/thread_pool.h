@@ -1,7 +1,7 @@
 /* Util: a thread pool, which runs many small jobs of a program on a few threads.
  *
  *     UtilThreadPool pool = UtilThreadPoolOpen(L"Export", 0, 0);
- *     for (i = 0; i < count; ++i)
+ *     for (UINT i = 0; i < count; ++i)
  *         UtilThreadPoolAdd(pool, ExportOne, (UINT_PTR)&reports[i]);
  *     UtilThreadPoolFinalize(pool, UTIL_POOL_FOREVER);     // all are done
  *     UtilThreadPoolClose(pool);

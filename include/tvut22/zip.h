@@ -2,12 +2,11 @@
  * them.
  *
  *     UtilZip zip = UtilZIPCreate(L"report.zip", NULL);
- *     UtilZIPAppend(zip, L"C:\\Data\\Report 3", NULL);     // a folder with all below it
- *     if (UtilZIPClose(zip, TRUE) == UTIL_OK)             // report.zip is the old archive or the new one,
- * whole
- *         ...
+ *     UtilZIPAppend(zip, L"C:\\Data\\Report 3", NULL); // a folder with all below it
+ *     if (UtilZIPClose(zip, TRUE) == UTIL_OK)
+ *         ...                                         // report.zip is the new archive; else it is as it was
  *     if (UtilExtractZip(L"received.zip", L"C:\\Unpacked", NULL) == UTIL_OK)
- *         ...                                            // nothing of it lies outside C:\Unpacked
+ *         ...                                         // nothing of it lies outside C:\Unpacked
  *
  * The format is PKWARE's (APPNOTE.TXT 6.3) with Zip64, names in UTF-8, and the AES encryption of WinZip
  * (AE-1, AE-2). docs/zip.md tells what is read and written in detail.
