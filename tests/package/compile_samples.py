@@ -15,6 +15,7 @@ A page that says how to build its programs names each in the comment of its firs
 """
 import argparse
 import concurrent.futures
+import itertools
 import re
 import subprocess
 import sys
@@ -51,16 +52,14 @@ def pages(root):
 
 
 def of_header(path):
-    """The indented paragraphs of the first comment; each is a sample."""
+    """The indented paragraphs of the first comment, one sample."""
     comment = FIRST_COMMENT.match(path.read_text(encoding="utf-8"))[0].split("\n")
     language = "cpp" if path.suffix == ".hpp" else "c"
     lines = [re.sub(r"^(?:/\*| \*|//) ?", "", line) for line in comment]
-    for begin, line in enumerate(lines):
-        if re.match(r" {4}\S", line) and not lines[begin - 1]:
-            end = begin
-            while end < len(lines) and lines[end].startswith("    "):
-                end += 1
-            yield Sample(path, begin + 1, language, "\n".join(lines[begin:end]) + "\n")
+    begin = next((at for at, line in enumerate(lines) if re.match(r" {4}\S", line) and not lines[at - 1]), None)
+    if begin is not None:
+        code = itertools.takewhile(lambda line: not line or line.startswith("    "), lines[begin:])
+        yield Sample(path, begin + 1, language, "\n".join(code) + "\n")
 
 
 def split(text):

@@ -4,6 +4,7 @@
 
 #include <tvut22/tvut22.h>
 
+#include <oleauto.h>
 #include <stdio.h>
 #include <stdlib.h>
 
