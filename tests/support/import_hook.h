@@ -8,7 +8,7 @@
 
 namespace testing_prof {
 
-/// The slot through which the DLL calls a function; null when it does not import it.
+// The slot through which the DLL calls a function; null when it does not import it.
 inline void** ImportSlot(const char* function) {
     auto* base = reinterpret_cast<BYTE*>(GetModuleHandleW(L"tvUT22.dll"));
     const auto* headers =
@@ -27,7 +27,7 @@ inline void** ImportSlot(const char* function) {
     return nullptr;
 }
 
-/// Puts a replacement into an import slot for the life of the object.
+// Puts a replacement into an import slot for the life of the object.
 class clsImportHook {
   public:
     template <class Function>
