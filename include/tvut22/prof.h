@@ -227,10 +227,11 @@ TVUT22_API INT TVUT22_CALL ProfGetError(ProfJob job);
 TVUT22_API INT TVUT22_CALL ProfSaveA(ProfJob job, const char* fileName, UINT flags);
 TVUT22_API INT TVUT22_CALL ProfSaveW(ProfJob job, const wchar_t* fileName, UINT flags);
 
-/* Saves a profile into a stream, from its start, and cuts the stream where the profile ends. A
- * stream that cannot seek is written from where it stands; one that cannot change its size keeps what
- * it held after the profile. flags and result as ProfSave; after PROF_SAVE_FAILED the stream's contents
- * are undefined. The stream may close the job while it is written to, but must not change it. */
+/* Saves a profile into a stream, from its start, and cuts the stream where the profile ends. A stream that
+ * cannot seek is written from where it stands; one that cannot change its size keeps what it held after the
+ * profile. flags and result as ProfSave, PROF_SAVE_FAILED for a null stream, too. After PROF_SAVE_FAILED the
+ * stream's contents are undefined. The stream may close the job while it is written to, but must not change
+ * it. */
 TVUT22_API INT TVUT22_CALL ProfSaveToStream(ProfJob job, IStream* stream, UINT flags);
 
 /* ---- Clipboard ----------------------------------------------------------------------------- */
@@ -327,7 +328,8 @@ TVUT22_API BOOL TVUT22_CALL ProfEnumA(ProfJob job, ProfList list, ProfEnumCallba
 TVUT22_API BOOL TVUT22_CALL ProfEnumW(ProfJob job, ProfList list, ProfEnumCallbackW callback, UINT_PTR user);
 
 /* Writes a list and all that is in it to the diagnostic output, a line an entry, indented by one
- * blank a level and ended by "\n". Result: PROF_OK, or PROF_INVALID_JOB. */
+ * blank a level and ended by "\n". Result: PROF_OK, also for an invalid list, of which nothing is written; or
+ * PROF_INVALID_JOB. */
 TVUT22_API INT TVUT22_CALL ProfDebugList(ProfJob job, ProfList list);
 
 /* ---- Items --------------------------------------------------------------------------------- */
