@@ -10,8 +10,8 @@ A sample is a fence ```c or ```cpp, or the indented lines of a header's first co
 compiled as it stands. Of any other the functions, includes and types stay outside, the rest goes into a function,
 and a line "..." stands for what the reader has there. What samples name without declaring it is in sample_names.h.
 
-A page that says how to build its programs names each in the comment of its first line, has the commands in a fence
-```sh, and what they print in the fence after it, ```text.
+A page that says how to build its programs names each in the comment of its first line, has commands in a fence ```sh,
+and what they print in the fence after it, ```text. Other commands are not run.
 """
 import argparse
 import concurrent.futures
@@ -24,7 +24,8 @@ from pathlib import Path
 
 FENCE = re.compile(r"^```(\w+)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 FIRST_COMMENT = re.compile(r"\A/\*.*?\*/|\A(?://[^\n]*\n)+", re.DOTALL)
-OUTSIDE = re.compile(r"^(#|typedef |struct |class |enum |template|using |namespace |static |\w[\w:<>*& ]* \w+\([^;]*[{,]$)")
+OUTSIDE = re.compile(r"^(#|typedef |struct |class |enum |template|using |namespace |static |"
+                     r"\w[\w:<>*& ]* \w+\([^;]*[{,]$)") # the last one is a function
 CONTROL = re.compile(r"^(if|for|while|switch|do|else|return)\b")
 KINDS = {"c": "c", "cpp": "c++"}
 STANDARDS = {"c": "-std=c11", "cpp": "-std=c++17"}
@@ -53,9 +54,9 @@ def pages(root):
 
 def of_header(path):
     """The indented paragraphs of the first comment, one sample."""
-    comment = FIRST_COMMENT.match(path.read_text(encoding="utf-8"))[0].split("\n")
+    comment = FIRST_COMMENT.match(path.read_text(encoding="utf-8"))
     language = "cpp" if path.suffix == ".hpp" else "c"
-    lines = [re.sub(r"^(?:/\*| \*|//) ?", "", line) for line in comment]
+    lines = [re.sub(r"^(?:/\*| \*|//) ?", "", line) for line in comment[0].split("\n")] if comment else []
     begin = next((at for at, line in enumerate(lines) if re.match(r" {4}\S", line) and not lines[at - 1]), None)
     if begin is not None:
         code = itertools.takewhile(lambda line: not line or line.startswith("    "), lines[begin:])
@@ -87,7 +88,8 @@ def source(sample):
 def compile_source(options, folder, language, kind, *arguments, text=None):
     command = [options.compiler, "-x", kind, *WARNINGS, STANDARDS[language], "-I", Path(folder, language),
                "-I", options.root / "include", *arguments]
-    return subprocess.run(command, input=text, capture_output=True, text=True).stderr
+    done = subprocess.run(command, input=text, capture_output=True, text=True)
+    return done.stderr or (f"exit code {done.returncode}" if done.returncode != 0 else "")
 
 
 def read_names_once(options, folder, language, kind):
@@ -119,18 +121,17 @@ def follow(page, options):
     steps = list(fences(page, (*KINDS, "sh", "text")))
     with tempfile.TemporaryDirectory() as folder:
         Path(folder, "tvUT22").symlink_to(options.package.resolve())
-        for step, after in zip(steps, [*steps[1:], None]):
-            if step.language in KINDS:
-                if name := re.match(r"(?://|/\*) (\S+\.\w+)", step.text):
-                    Path(folder, name[1]).write_text(step.text, encoding="utf-8")
-            if step.language != "sh":
-                continue
+        for step in steps:
+            if name := step.language in KINDS and re.match(r"(?://|/\*) (\S+\.\w+)", step.text):
+                Path(folder, name[1]).write_text(step.text, encoding="utf-8")
+        printing = [(step, after) for step, after in itertools.pairwise(steps)
+                    if (step.language, after.language) == ("sh", "text")]
+        for step, after in printing:
             commands = re.sub(r"^(?=\S+\.exe\b)", options.run + " ./", step.text, flags=re.MULTILINE)
             done = subprocess.run(["sh", "-ec", commands], cwd=folder, capture_output=True, text=True)
-            expected = after.text if after and after.language == "text" else ""
-            if done.returncode != 0 or plain(done.stdout) != plain(expected):
+            if done.returncode != 0 or plain(done.stdout) != plain(after.text):
                 sys.exit(f"{step.path}:{step.line}: exit code {done.returncode}\n{done.stdout}{done.stderr}")
-    return sum(step.language == "sh" for step in steps)
+    return len(printing)
 
 
 def follow_all(options):
