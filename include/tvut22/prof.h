@@ -116,23 +116,26 @@ typedef struct ProfListObject* ProfList;
  *                              without blank lines.
  *
  * An empty file is an empty profile. A file that begins with "ZZmQ" is a compressed profile and may
- * unfold to at most 256 MiB. The encoding is: UTF-16 (little- or big-endian) or UTF-8 after a
- * byte-order mark; without one UTF-16 little-endian when its line ends, "=" and brackets are, else UTF-8 when
- * the whole input is valid UTF-8, else the code page of PROF_OPTION_CODE_PAGE.
+ * unfold to at most 256 MiB. The encoding is the one of a byte-order mark: UTF-16 (little- or big-endian) or
+ * UTF-8. Without a mark it is UTF-16 little-endian when line ends, "=" and brackets are written in it, else
+ * UTF-8 when the whole input is valid UTF-8, else the code page of PROF_OPTION_CODE_PAGE.
  *
  * In the text form each list is a line "[name]" and a block in braces, each item a line name=value;
  * blank lines and lines that begin with # or ; are skipped. A file whose first header line is not
  * "[/]" is taken as a plain sequence of sections: the first header is skipped, each later one opens
- * a list inside the one before (no brace closes it). What stands before the first header is not read, so
- * items above the first section of an .ini file are not. PROF_READ_PLAIN_INI reads such files whole and flat.
+ * a list inside the one before (no brace closes it). What stands before the first header is not read, the
+ * items above the first section of an .ini file included. To read an .ini file whole and flat, open it with
+ * PROF_READ_PLAIN_INI.
  *
  * A file that begins with the first line of the XML form or of the XFDF form is read in that form. Both are
  * read line by line, as ProfSave lays them out: an element that shares its line with another, or goes over
  * several, is refused or skipped. Any other file that begins with "<" is read as text: an empty profile,
- * unless a line "[/]" follows. A diagnostic line that begins "WRN: '<file>': " names what was passed over;
- * who would save such a profile over its file asks first. Values of an XFDF file get their names from lines
- * <field> name="..." only, as ProfSave does not write them, and are items of the root list; without such a
- * line their name is empty. PROF_READ_FOREIGN_XFDF reads what ProfSave and other programs write.
+ * unless a line "[/]" follows. A diagnostic line that begins "WRN: '<file>': " names what was passed over. A
+ * program that would save such a profile over its file asks first.
+ *
+ * Values of an XFDF file become items of the root list. They get their names from lines <field> name="..."
+ * alone, which neither ProfSave nor other programs write; without such a line their name is empty. To read
+ * what those write, open the file with PROF_READ_FOREIGN_XFDF.
  */
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenA(const char* fileName);
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenW(const wchar_t* fileName);
