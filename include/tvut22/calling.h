@@ -1,7 +1,8 @@
 /* How every export is declared: linkage, import, calling convention.
  *
  * The DLL exports plain, undecorated names. Every function is __stdcall unless its declaration says
- * otherwise; so are callbacks. Text is 8-bit in the process code page (A forms) or UTF-16 (W forms).
+ * otherwise; so are callbacks. Text is UTF-16, but for the A forms of profile calls: theirs is 8-bit, in the
+ * code page of PROF_OPTION_CODE_PAGE.
  */
 #ifndef TVUT22_CALLING_H
 #define TVUT22_CALLING_H

@@ -83,8 +83,8 @@ typedef struct UtilProtection {
  */
 TVUT22_API INT TVUT22_CALL UtilExHandlerStartProtection(const UtilProtection* options);
 
-/* Takes back one StartProtection; after the last one the handlers that were there before are back, where they
- * are still ours. Unloading the library ends protection, too.
+/* Takes back one UtilExHandlerStartProtection; after the last one the handlers that were there before are
+ * back, where they are still ours. Unloading the library ends protection, too.
  *
  * Result     UTIL_OK; UTIL_NOT_FOUND: protection was not started
  */
@@ -104,14 +104,14 @@ TVUT22_API INT TVUT22_CALL UtilExHandlerSetNote(const wchar_t* name, const wchar
 
 /* ---- Stack traces and dumps ------------------------------------------------------------------- */
 
-/* Tells where a thread is: one frame a line, each ended by CR LF, the innermost first, at most 64, as
- * "designer.exe+0x1d44 _Z11render_pageR4Page+0x12 (page.cpp:41)", as much of it as is known. Frames that were
- * found by searching the stack end with " ?". Functions and lines come from the modules' own symbols, or a
- * debug file beside them, else from the system's debug-help service.
+/* Tells where a thread is, as a text of one frame a line, the innermost first, at most 64. A line is as much
+ * as is known of "designer.exe+0x1d44 _Z11render_pageR4Page+0x12 (page.cpp:41)", and ends with CR LF. Frames
+ * that were found by searching the stack end with " ?". Functions and lines come from the modules' own
+ * symbols, or a debug file beside them, else from the system's debug-help service.
  *
  * thread     0 or the caller's own: the caller, without this call itself. Another thread of this process
- * stands still while its frames are copied, and is named after it runs again, so nothing that it holds can
- *            keep this call from returning
+ *            stands still while its frames are copied. They are named when it runs again, so nothing that it
+ *            holds can keep this call from returning
  * context    null, or registers to begin with; their stack must not change meanwhile, and thread is 0 then
  * skip       frames that are left out besides
  * result     null: nothing is named and delivered. Else it leads to null or to a string of the OLE allocator,
@@ -160,11 +160,12 @@ TVUT22_API INT TVUT22_CALL UtilStackTrace(const wchar_t* title, UINT skip, UINT 
  */
 TVUT22_API INT TVUT22_CALL UtilDebugHelpWriteMiniDump(const wchar_t* file, UINT flags, UINT process,
                                                       UINT thread, EXCEPTION_POINTERS* exception);
+
 /* ---- Support archive -------------------------------------------------------------------------- */
 
 #define UTIL_SUPPORT_TAKE 0x1u /* reports that are in the finished archive are removed from their folder */
 
-/* Writes one ZIP archive that a customer can send: "system.txt" (the program, the system, the user's
+/* Writes one ZIP archive that a customer can send. It holds "system.txt" (the program, the system, the user's
  * language, code page, monitors, memory, drives, and the modules), "reports" (all reports and dumps in the
  * folder of the protection, none without protection), "log" (the file of the diagnostic output, where one is
  * named), and "files" (what is given here). A file that cannot be read becomes a line of "missing.txt". The

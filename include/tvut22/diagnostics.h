@@ -22,14 +22,16 @@
 
 /* ---- Lines --------------------------------------------------------------------------------- */
 
-/* Writes a line. Variable arguments: __cdecl. */
+/* Writes a line. Variable arguments: __cdecl.
+ *   format  null writes nothing */
 TVUT22_API void TVUT22_CALL_VARIADIC UtilDebug(const wchar_t* format, ...);
 
 /* Writes a line with a module's tag and a change of the nesting level.
- *   moduleTag    shown before the line; null or empty: none. A viewer gets its first 31 characters.
+ *   moduleTag    shown before the line; null or empty: none. A viewer gets its first 31 characters
  *   levelChange  negative: the level is one less from this line on; positive: one more after it;
  *                0: as it is. Only the sign counts. Levels below 0 and above 50 count, but are shown as 0
- *                and 50. Nothing changes while output is off. */
+ *                and 50. Nothing changes while output is off
+ *   format       null writes nothing and changes no level */
 TVUT22_API void TVUT22_CALL_VARIADIC UtilDebugExt(const wchar_t* moduleTag, INT levelChange,
                                                   const wchar_t* format, ...);
 TVUT22_API void TVUT22_CALL UtilDebugExtV(const wchar_t* moduleTag, INT levelChange, const wchar_t* format,
@@ -38,26 +40,27 @@ TVUT22_API void TVUT22_CALL UtilDebugExtV(const wchar_t* moduleTag, INT levelCha
 /* Writes a text as it stands; percent signs have no meaning. Null: nothing. */
 TVUT22_API void TVUT22_CALL PasDebug(const wchar_t* text);
 
-/* Writes "\nKX32UTIL['<host program>']: error in '<where>' (<what>): \n". */
+/* Writes "\nKX32UTIL['<host program>']: error in '<where>' (<what>): \n".
+ *   where, what  terminated texts; null is shown as (null) */
 TVUT22_API void TVUT22_CALL UtilError(const wchar_t* where, const wchar_t* what);
 
-/* Whether diagnostic output is on: not 0 while a viewer or a log file takes lines. Costs a few
+/* Returns whether diagnostic output is on: not 0 while a viewer or a log file takes lines. Costs a few
  * nanoseconds while nobody listens. */
 TVUT22_API UINT TVUT22_CALL UtilGetFlags(void);
 
 /* ---- Assertions ---------------------------------------------------------------------------- */
 
-/* Shows a message box "Assertion Failure" with the line, the file and the expression, at most 80 characters
- * of them, waits for its answer, and ends the process with exit code -1 whatever that is. Does not
- * return. */
+/* Shows the message box "Assertion Failure", and ends the process with exit code -1 when it is answered, in
+ * whichever way. Does not return. The box shows 80 characters in all of line, file and expression; texts may
+ * be null. */
 TVUT22_API void TVUT22_CALL UtilAssert(const wchar_t* expression, const wchar_t* file, UINT line);
 
 /* ---- The viewer ---------------------------------------------------------------------------- */
 
-/* Viewers are found without asking, at most a second after they have started; these two are for programs
- * that want it at once, or want it over.
- * UtilLOGPAN4Attach looks for a viewer now. Result: TRUE when there is one.
- * UtilLOGPAN4Detach ends the connection. The next look is a second later. */
+/* Look for a viewer now, and end the connection to one. Neither is needed: viewers are found at most a second
+ * after they have started.
+ * Result of UtilLOGPAN4Attach: TRUE when there is a viewer. After UtilLOGPAN4Detach the next look is a second
+ * later. */
 TVUT22_API BOOL TVUT22_CALL UtilLOGPAN4Attach(void);
 TVUT22_API void TVUT22_CALL UtilLOGPAN4Detach(void);
 

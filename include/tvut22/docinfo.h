@@ -33,13 +33,13 @@ typedef struct UtilDocInfoObject* UtilDocInfo;
  * file       its path, of any length; waited for up to 10 s while others keep it from being shared
  *
  * Result     the properties, to be closed with UtilDocInfoClose; 0 when there are none, and the last-error
- * value tells why: ERROR_INVALID_PARAMETER for null or an empty path, ERROR_BAD_FORMAT for contents of no
- *            known format, ERROR_NOT_ENOUGH_MEMORY, ERROR_TOO_MANY_OPEN_FILES when 4,096 are open, or the
- *            system's reason
+ *            value tells why: ERROR_INVALID_PARAMETER for null or an empty path, ERROR_BAD_FORMAT for
+ *            contents of no known format, ERROR_NOT_ENOUGH_MEMORY, ERROR_TOO_MANY_OPEN_FILES when 4,096 are
+ *            open, or the system's reason
  */
 TVUT22_API UtilDocInfo TVUT22_CALL UtilDocInfoOpen(const wchar_t* file);
 
-/* The same for a stream, from its beginning.
+/* Reads the properties of a document in a stream, from its beginning.
  *
  * stream     must be able to seek; it stands where it stood afterwards
  *
@@ -51,9 +51,10 @@ TVUT22_API UtilDocInfo TVUT22_CALL UtilDocInfoOpenStream(IStream* stream);
  *
  * info       from one of the above
  * name       such as L"Author" or L"Custom.Client", without regard to ASCII case; null or empty: the names of
- * all properties that are there, one a line, with LF between them value      null: only asks. Otherwise leads
- * to null or a string of the OLE allocator, which the text replaces; it is the caller's. At most 32,767
- * characters, except the list of names.
+ *            all properties that are there, one a line, with LF between them
+ * value      null: only asks. Otherwise leads to null or a string of the OLE allocator, which the text
+ *            replaces; the caller frees it with SysFreeString. At most 32,767 characters, except the list of
+ *            names
  *
  * Result     UTIL_OK
  *            UTIL_NOT_FOUND     the document does not have it; *value is untouched, as for all that follow

@@ -54,8 +54,8 @@ typedef struct UtilDownloadOptions {
  * options    null: none
  *
  * Any thread, with or without COM, any number at once; of two onto one file each is whole, and the last one
- * stays. Not from a DllMain. The calling thread waits, and handles no messages meanwhile: a window's thread
- * leaves this to a job of a thread pool, or handles them in its callback.
+ * stays. Not from a DllMain, where it returns UTIL_FAILED. The calling thread waits, and handles no messages
+ * meanwhile: a window's thread leaves this to a job of a thread pool, or handles them in its callback.
  *
  * Result     UTIL_OK             file holds all of it
  *            UTIL_BAD_ARGUMENT   no such address, an impossible file name, wrong options; nothing was asked

@@ -77,18 +77,20 @@ TVUT22_API INT TVUT22_CALL UtilHeapValidate(UtilHeap heap, void* payload, UINT r
  * Result: UTIL_OK, UTIL_HEAP_NOT_SUPPORTED, or UTIL_HEAP_FAILED, for a handle that is no heap's, too. */
 TVUT22_API INT TVUT22_CALL UtilHeapShrink(UtilHeap heap, UINT reserved);
 
-/* The size in bytes of the last block in use that a walk over the heap meets.
- * Where the system cannot walk, UtilHeapSize returns the sum of the DEBUG objects' payloads and
- * UtilHeapSizeObjects returns UTIL_HEAP_NOT_SUPPORTED; UtilHeapSize does so for heaps that are not DEBUG.
- * UTIL_HEAP_CORRUPTED when a walk does not meet every object, UTIL_HEAP_FAILED for a handle that is no
- * heap's. */
+/* Return the size in bytes of the last block in use that a walk over the heap meets; it is not the sum.
+ * Where the system cannot walk, UtilHeapSize returns the sum of the payloads of a DEBUG heap.
+ * Result: bytes, or
+ *   UTIL_HEAP_CORRUPTED      the walk did not meet every object
+ *   UTIL_HEAP_NOT_SUPPORTED  the system cannot walk: UtilHeapSizeObjects, and UtilHeapSize of a heap that is
+ *                            not DEBUG
+ *   UTIL_HEAP_FAILED         a handle that is no heap's */
 TVUT22_API INT TVUT22_CALL UtilHeapSize(UtilHeap heap);
 TVUT22_API INT TVUT22_CALL UtilHeapSizeObjects(UtilHeap heap);
 
 /* ---- Objects ------------------------------------------------------------------------------- */
 
 /* Allocates an object; heap 0: from the C runtime, with UTIL_HEAP_ZERO and UTIL_HEAP_FILL alone.
- *   size      bytes; negative sizes fail, with a report
+ *   size      bytes of the payload, 0 and above; negative sizes fail, with a report
  *   flags     UTIL_HEAP_...
  *   tag       kept with a DEBUG object
  *   reserved  0
@@ -98,13 +100,14 @@ TVUT22_API void* TVUT22_CALL UtilHeapObjectAlloc(UtilHeap heap, INT size, UINT f
 TVUT22_API void* TVUT22_CALL UtilHeapObjectAllocExt(UtilHeap heap, INT size, UINT flags, UINT tag,
                                                     UINT reserved);
 
-/* Frees an object; heap 0: one from the C runtime. Null is no object; with heap 0 it is passed over.
+/* Frees an object; heap 0: one from the C runtime.
+ *   payload   as UtilHeapObjectAlloc returned it on the same heap; null is no object, but UTIL_OK with heap 0
  * Result: UTIL_OK, or UTIL_HEAP_BAD_OBJECT: nothing is freed then. */
 TVUT22_API INT TVUT22_CALL UtilHeapObjectFree(UtilHeap heap, void* payload);
 
-/* Bytes of an object's payload; heap 0: of one from the C runtime.
- * Result: the size, 0 when the system does not know it and for a null payload of heap 0, or
- * UTIL_HEAP_BAD_OBJECT: heap 0 answers so only where nothing can be read. */
+/* Returns the size of an object's payload; heap 0: of one from the C runtime.
+ * Result: bytes; 0 when the system does not know them, and for a null payload of heap 0; or
+ * UTIL_HEAP_BAD_OBJECT, with heap 0 only where nothing can be read. */
 TVUT22_API INT TVUT22_CALL UtilHeapObjectSize(UtilHeap heap, void* payload);
 
 #endif

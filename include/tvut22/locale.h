@@ -34,14 +34,14 @@ TVUT22_API INT TVUT22_CALL UtilGetLikelyCharsetFromString(const wchar_t* text);
 /* ---- Local time and UTC ---------------------------------------------------------------------- */
 
 /* Convert a record in place from local time to UTC and back, by the system's conversion for the machine's
- * current zone. The day of the week is not read, and right afterwards. A local time that the clocks skip or
+ * current zone. The day of the week is not read; it is right afterwards. A local time that the clocks skip or
  * have twice is read as the system reads it.
  *
  * time     a date and time. One that is no date, or out of the system's range (1601 to 30827), is
  *          replaced by a record with wDayOfWeek 0xFFFF and all else 0.
  *
- * Result   S_OK, then, too; E_INVALIDARG (0x80070057) when time is null or its wYear is 0, and the record
- *          is left as it is.
+ * Result   S_OK, also for a record that was replaced; E_INVALIDARG (0x80070057) when time is null or its
+ *          wYear is 0, and the record is left as it is.
  */
 TVUT22_API HRESULT TVUT22_CALL UtilLocConvertLocalTimeToUTCTime(SYSTEMTIME* time);
 TVUT22_API HRESULT TVUT22_CALL UtilLocConvertUTCTimeToLocalTime(SYSTEMTIME* time);
@@ -133,7 +133,11 @@ TVUT22_API INT TVUT22_CALL UtilLocSystemTimeFromLocaleString(const wchar_t* text
                                                              UINT flags, const wchar_t* picture,
                                                              SYSTEMTIME* time);
 
-/* The same for OLE dates. A time without a date is a fraction alone. */
+/* Write an OLE date as text and read one, as the two calls above do. A time without a date is a fraction
+ * alone.
+ *
+ * dateTime  the moment; when reading, receives it
+ */
 TVUT22_API INT TVUT22_CALL UtilDateTimeToLocaleString(double dateTime, const wchar_t* locale, UINT flags,
                                                       const wchar_t* picture, BSTR* result);
 TVUT22_API INT TVUT22_CALL UtilDateTimeFromLocaleString(const wchar_t* text, const wchar_t* locale,
@@ -197,8 +201,8 @@ typedef struct UtilLocLanguage {
     wchar_t nativeName[96]; /* in itself */
 } UtilLocLanguage;
 
-/* Lists all countries in a language, in its alphabetical order: that of CompareStringEx, and of the codes of
- * two letters where names are equal.
+/* Lists all countries with their names in a language, in its alphabetical order. That is the order of
+ * CompareStringEx, and of the codes of two letters where names are equal.
  *
  * language   the language of the names
  * list       receives countries. The caller sets the size of the first; it is that of all, and what is beyond

@@ -76,7 +76,7 @@ typedef struct ProfListObject* ProfList;
 #define PROF_COPY_FAILED (-8)      /* ProfCopyList: failed or stopped */
 #define PROF_NO_GLOBAL_MEMORY (-8) /* ProfSaveToClipboard: no memory that the clipboard would take */
 #define PROF_NOT_PARSED (-9)       /* Get: the item's text is not of the type asked for */
-#define PROF_LOCKED (-10)          /* open: locked by others for 10 seconds, or loading failed */
+#define PROF_LOCKED (-10)          /* open: locked by others for 10 seconds, or it could not be read */
 
 /* ---- Flags and options --------------------------------------------------------------------- */
 
@@ -116,23 +116,26 @@ typedef struct ProfListObject* ProfList;
  *                              without blank lines.
  *
  * An empty file is an empty profile. A file that begins with "ZZmQ" is a compressed profile and may
- * unfold to at most 256 MiB. The encoding is: UTF-16 (little- or big-endian) or UTF-8 after a
- * byte-order mark; without one UTF-16 little-endian when its line ends, "=" and brackets are, else UTF-8 when
- * the whole input is valid UTF-8, else the code page of PROF_OPTION_CODE_PAGE.
+ * unfold to at most 256 MiB. The encoding is the one of a byte-order mark: UTF-16 (little- or big-endian) or
+ * UTF-8. Without a mark it is UTF-16 little-endian when line ends, "=" and brackets are written in it, else
+ * UTF-8 when the whole input is valid UTF-8, else the code page of PROF_OPTION_CODE_PAGE.
  *
  * In the text form each list is a line "[name]" and a block in braces, each item a line name=value;
  * blank lines and lines that begin with # or ; are skipped. A file whose first header line is not
  * "[/]" is taken as a plain sequence of sections: the first header is skipped, each later one opens
- * a list inside the one before (no brace closes it). What stands before the first header is not read, so
- * items above the first section of an .ini file are not. PROF_READ_PLAIN_INI reads such files whole and flat.
+ * a list inside the one before (no brace closes it). What stands before the first header is not read, the
+ * items above the first section of an .ini file included. To read an .ini file whole and flat, open it with
+ * PROF_READ_PLAIN_INI.
  *
  * A file that begins with the first line of the XML form or of the XFDF form is read in that form. Both are
  * read line by line, as ProfSave lays them out: an element that shares its line with another, or goes over
  * several, is refused or skipped. Any other file that begins with "<" is read as text: an empty profile,
- * unless a line "[/]" follows. A diagnostic line that begins "WRN: '<file>': " names what was passed over;
- * who would save such a profile over its file asks first. Values of an XFDF file get their names from lines
- * <field> name="..." only, as ProfSave does not write them, and are items of the root list; without such a
- * line their name is empty. PROF_READ_FOREIGN_XFDF reads what ProfSave and other programs write.
+ * unless a line "[/]" follows. A diagnostic line that begins "WRN: '<file>': " names what was passed over. A
+ * program that would save such a profile over its file asks first.
+ *
+ * Values of an XFDF file become items of the root list. They get their names from lines <field> name="..."
+ * alone, which neither ProfSave nor other programs write; without such a line their name is empty. To read
+ * what those write, open the file with PROF_READ_FOREIGN_XFDF.
  */
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenA(const char* fileName);
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenW(const wchar_t* fileName);
@@ -177,11 +180,11 @@ TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStreamObjectW(IStream* stream, const w
 /* Adds one reference to a job. Any thread. */
 TVUT22_API void TVUT22_CALL ProfJobAddRef(ProfJob job);
 
-/* Releases one reference; the last one closes the held file and frees the profile, with every list
+/* Releases one reference to a job; the last one closes the held file and frees the profile, with every list
  * handle of it. Any thread. */
 TVUT22_API void TVUT22_CALL ProfJobClose(ProfJob job);
 
-/* The error of opening and loading the job: PROF_OK or one of the codes of ProfJobOpen. Later calls
+/* Returns the error of opening and loading the job: PROF_OK or one of the codes of ProfJobOpen. Later calls
  * do not change it. PROF_INVALID_JOB for the invalid job. */
 TVUT22_API INT TVUT22_CALL ProfGetError(ProfJob job);
 
@@ -194,9 +197,9 @@ TVUT22_API INT TVUT22_CALL ProfGetError(ProfJob job);
  *           through the held file.
  * flags     a form (PROF_FORM_...) and PROF_SAVE_... bits.
  *
- * Result    PROF_OK, or PROF_SAVE_FAILED: no or an invalid name, a read-only or locked target, a
+ * Result    PROF_OK, or PROF_SAVE_FAILED: no name or an invalid one, a read-only or locked target, a
  *           full disk, or a result beyond 2 GiB (a tree nested a million deep would be hundreds of
- *           gigabytes of indentation). 0 for an invalid job.
+ *           gigabytes of indentation). 0 for an invalid job. The job keeps its changes whatever the result.
  *
  * The text form is UTF-16 little-endian with a byte-order mark and CR LF line ends. In names "=",
  * "[" and "]" are written as U+2338, U+301A, U+301B, and in names and values every character below
@@ -213,23 +216,25 @@ TVUT22_API INT TVUT22_CALL ProfGetError(ProfJob job);
  * references back, so what holds "&", "<", ">", a quote in a name or a line end in a name may come back as
  * something else or not at all; half a surrogate pair is written as U+FFFD.
  *
- * A target that the job does not hold is not torn: the new contents are written to a temporary
- * file in the same folder, which then replaces the target in one step. It takes over the target's
- * attributes, creation time and access rights as far as the system allows; a link under the name is
- * replaced itself. While others have the target open, the step is retried for up to two seconds. If they
- * still do and let it be written, though not replaced (as fopen opens a file), the temporary file is copied
- * over the target and goes when that is complete; only then does a failure, or the end of the process, leave
- * the target torn, and the whole contents in the file "~PRF........sav" beside it. A held
- * file is first brought to its new length, so that what forbids that shows before old contents are
- * overwritten; a failure after that, and the end of the process, leave it torn.
+ * A target that the job does not hold is replaced in one step: the new contents are written to a temporary
+ * file in the same folder, which then takes the target's place and, as far as the system allows, its
+ * attributes, creation time and access rights. A link under the name is replaced itself. While others have
+ * the target open, the step is tried again for up to two seconds. If they still have it open then, and let
+ * it be written but not replaced (as fopen opens a file), the temporary file is copied over the target. Only
+ * in that case does a failure, or the end of the process, leave the target torn; the whole contents are in
+ * the file "~PRF........sav" beside it then.
+ *
+ * A held file is first brought to its new length, so that a full disk shows before old contents are
+ * overwritten. A failure after that, and the end of the process, leave it torn.
  */
 TVUT22_API INT TVUT22_CALL ProfSaveA(ProfJob job, const char* fileName, UINT flags);
 TVUT22_API INT TVUT22_CALL ProfSaveW(ProfJob job, const wchar_t* fileName, UINT flags);
 
-/* Saves a profile into a stream, from its start, and cuts the stream where the profile ends. A
- * stream that cannot seek is written from where it stands; one that cannot change its size keeps what
- * it held after the profile. flags and result as ProfSave; after PROF_SAVE_FAILED the stream's contents
- * are undefined. The stream may close the job while it is written to, but must not change it. */
+/* Saves a profile into a stream, from its start, and cuts the stream where the profile ends. A stream that
+ * cannot seek is written from where it stands; one that cannot change its size keeps what it held after the
+ * profile. flags and result as ProfSave, PROF_SAVE_FAILED for a null stream, too. After PROF_SAVE_FAILED the
+ * stream's contents are undefined. The stream may close the job while it is written to, but must not change
+ * it. */
 TVUT22_API INT TVUT22_CALL ProfSaveToStream(ProfJob job, IStream* stream, UINT flags);
 
 /* ---- Clipboard ----------------------------------------------------------------------------- */
@@ -260,7 +265,7 @@ TVUT22_API INT TVUT22_CALL ProfSaveToClipboard(ProfJob job, HWND owner, UINT fla
  */
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenClipboard(HWND owner);
 
-/* Whether the clipboard holds a profile: nonzero, or 0. Any thread. */
+/* Tells whether the clipboard holds a profile: nonzero, or 0. Any thread. */
 TVUT22_API BOOL TVUT22_CALL ProfIsClipboardDataAvailable(void);
 
 /* ---- Lists --------------------------------------------------------------------------------- */
@@ -326,7 +331,8 @@ TVUT22_API BOOL TVUT22_CALL ProfEnumA(ProfJob job, ProfList list, ProfEnumCallba
 TVUT22_API BOOL TVUT22_CALL ProfEnumW(ProfJob job, ProfList list, ProfEnumCallbackW callback, UINT_PTR user);
 
 /* Writes a list and all that is in it to the diagnostic output, a line an entry, indented by one
- * blank a level and ended by "\n". Result: PROF_OK, or PROF_INVALID_JOB. */
+ * blank a level and ended by "\n". Result: PROF_OK, also for an invalid list, of which nothing is written; or
+ * PROF_INVALID_JOB. */
 TVUT22_API INT TVUT22_CALL ProfDebugList(ProfJob job, ProfList list);
 
 /* ---- Items --------------------------------------------------------------------------------- */
@@ -413,8 +419,9 @@ TVUT22_API void TVUT22_CALL ProfSetColorrefW(ProfJob job, ProfList list, const w
  * buffer        receives at most size - 1 characters (A: bytes; never half a character of UTF-8 or of a
  *               code page of one or two bytes a character) and a NUL;
  *               may be null to ask for the length only, and may be what path points to.
- * size          of the buffer in characters (A: bytes); with 0 nothing is written, but for the NUL of
- *               a null default.
+ * size          of the buffer in characters (A: bytes). With 0 the buffer is not written to, unless
+ *               defaultValue is null: its NUL is written all the same. Pass a null buffer to ask for the
+ *               length.
  * defaultValue  what the buffer receives when there is no such item; null is the empty text. May be
  *               the buffer itself.
  *
@@ -427,7 +434,7 @@ TVUT22_API INT TVUT22_CALL ProfGetStringA(ProfJob job, ProfList list, const char
 TVUT22_API INT TVUT22_CALL ProfGetStringW(ProfJob job, ProfList list, const wchar_t* path, wchar_t* buffer,
                                           UINT size, const wchar_t* defaultValue);
 
-/* The length of an item's text in UTF-16 characters without a terminator, or PROF_NOT_FOUND. */
+/* Returns the length of an item's text in UTF-16 characters without a terminator, or PROF_NOT_FOUND. */
 TVUT22_API INT TVUT22_CALL ProfGetStringLengthA(ProfJob job, ProfList list, const char* path);
 TVUT22_API INT TVUT22_CALL ProfGetStringLengthW(ProfJob job, ProfList list, const wchar_t* path);
 
@@ -633,8 +640,8 @@ TVUT22_API void TVUT22_CALL ProfLPSTRtoCOLORREFW(const wchar_t* text, COLORREF* 
 
 /* ---- Library ------------------------------------------------------------------------------- */
 
-/* The version: 0 returns 5642 (major * 256 + minor), 1 the major number 22, 2 the minor number 10, any
- * other selector -1. */
+/* Returns the version: selector 0 gives 5642 (major * 256 + minor), 1 the major number 22, 2 the minor number
+ * 10, any other selector -1. */
 TVUT22_API INT TVUT22_CALL ProfGetVersion(INT selector);
 
 /* Sets an option of the process (low 16 bits of the value); unknown options are ignored. Any thread;
@@ -645,7 +652,7 @@ TVUT22_API void TVUT22_CALL ProfSetOption(UINT option, UINT value);
 /* Reads an option of the process; 0 for an unknown option. Any thread. */
 TVUT22_API UINT TVUT22_CALL ProfGetOption(UINT option);
 
-/* Kept for callers of earlier versions; does nothing. */
+/* Does nothing: kept for callers of earlier versions. */
 TVUT22_API void TVUT22_CALL ProfSetDebug(BOOL flag);
 
 #endif

@@ -16,8 +16,8 @@
 #define UTIL_NOT_FOUND (-6)     /* there is no such thing */
 #define UTIL_TOO_LARGE (-7)     /* beyond a bound */
 #define UTIL_NOT_SUPPORTED (-8) /* of a kind that is not known */
-#define UTIL_CANCELLED (-9)     /* the caller said so */
-#define UTIL_UNSAFE (-10)       /* it would lead out of the folder */
+#define UTIL_CANCELLED (-9)     /* a callback or an abort wanted it */
+#define UTIL_UNSAFE (-10)       /* it would lead where it must not: out of the folder, from https to http */
 #define UTIL_BAD_PASSWORD (-11) /* missing or wrong */
 #define UTIL_EXISTS (-12)       /* it is there already */
 #define UTIL_JOBS_LEFT (-13)    /* jobs were discarded */

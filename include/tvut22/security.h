@@ -60,8 +60,8 @@ TVUT22_API UtilImpersonation TVUT22_CALL UtilImpersonateUser(const wchar_t* acco
  *            caller's. null: the process's own, for acting as oneself in between.
  *
  * Result     as of UtilImpersonateUser, without a line. ERROR_BAD_IMPERSONATION_LEVEL for a token that can
- * only identify its user, and where the system lets the thread have no more than that, as it does with other
- * users' tokens in a process that may not impersonate.
+ *            only identify its user, and where the system lets the thread have no more than that, as it does
+ *            with other users' tokens in a process that may not impersonate.
  */
 TVUT22_API UtilImpersonation TVUT22_CALL UtilImpersonateToken(HANDLE token);
 
@@ -152,8 +152,9 @@ TVUT22_API INT TVUT22_CALL UtilCheckAccess(const wchar_t* path, UINT rights);
  *            UTIL_NO_ACCESS     the rights may not be read or changed
  *            UTIL_NOT_SUPPORTED the volume keeps no rights
  *            UTIL_BAD_ARGUMENT  a null or malformed text, an unknown right, a link
- *            UTIL_FAILED        the list would be longer than 64 KB, no memory, or the system failed. For all
- *            of the system's errors a line says so: ERR: UtilGrantAccess('path','account'): error.
+ *            UTIL_FAILED        the list would be longer than 64 KB, no memory, or the system failed
+ *            A diagnostic line reports each of the system's errors: ERR: UtilGrantAccess('path','account'):
+ *            error.
  */
 TVUT22_API INT TVUT22_CALL UtilGrantAccess(const wchar_t* path, const wchar_t* account, UINT rights);
 
@@ -168,8 +169,9 @@ TVUT22_API INT TVUT22_CALL UtilGrantAccess(const wchar_t* path, const wchar_t* a
  *
  * Result     UTIL_OK
  *            UTIL_NOT_FOUND     a drive of this computer alone, a path without drive, or one after "\\?\"
- * with names that can be said in no other way UTIL_BAD_ARGUMENT  null, empty, no server or share after "\\",
- * or beyond 32,767 characters UTIL_FAILED
+ *                               with names that can be said in no other way
+ *            UTIL_BAD_ARGUMENT  null, empty, no server or share after "\\", or beyond 32,767 characters
+ *            UTIL_FAILED        the system failed, no memory
  */
 TVUT22_API INT TVUT22_CALL UtilPathToNetwork(const wchar_t* path, BSTR* network);
 

@@ -74,10 +74,10 @@ TVUT22_API void* TVUT22_CALL UtilMemset(void* destination, INT value, UINT bytes
 
 /* ---- Measuring, comparing, finding ----------------------------------------------------------- */
 
-/* Characters before the terminator. */
+/* Returns the number of characters before the terminator. */
 TVUT22_API UINT TVUT22_CALL UtilStrlen(const wchar_t* string);
 
-/* The same; the first argument is ignored. */
+/* Returns what UtilStrlen does; the first argument is ignored. */
 TVUT22_API UINT TVUT22_CALL UtilSafeStrlen(UINT reserved, const wchar_t* string);
 
 /* Compares by UTF-16 unit. Result: -1, 0 or 1. */
@@ -92,10 +92,12 @@ TVUT22_API INT TVUT22_CALL UtilStrncmp(const wchar_t* a, const wchar_t* b, UINT 
 TVUT22_API INT TVUT22_CALL UtilStricmp(const wchar_t* a, const wchar_t* b);
 TVUT22_API INT TVUT22_CALL UtilStrnicmp(const wchar_t* a, const wchar_t* b, UINT count);
 
-/* The first occurrence of a part, which is the string itself for an empty part; null when there is none. */
+/* Finds the first occurrence of a part. Result: where it begins, the string's beginning for an empty part;
+ * null when there is none. */
 TVUT22_API wchar_t* TVUT22_CALL UtilStrstr(const wchar_t* string, const wchar_t* part);
 
-/* The first or last occurrence of a character, null when there is none. The terminator counts. */
+/* Find the first or last occurrence of a character; the terminator counts. Result: where it is; null when
+ * there is none. */
 TVUT22_API wchar_t* TVUT22_CALL UtilStrchr(const wchar_t* string, wchar_t character);
 TVUT22_API wchar_t* TVUT22_CALL UtilStrrchr(const wchar_t* string, wchar_t character);
 
@@ -133,8 +135,8 @@ TVUT22_API INT TVUT22_CALL UtilSubstr(wchar_t* string, INT start, UINT count);
 
 /* ---- Pointers -------------------------------------------------------------------------------- */
 
-/* Kept for callers that ask whether a pointer is readable, writable, a text of a size. No memory is
- * looked at, since looking has no sure answer and hides faults. Result: always 1. */
+/* Always return 1: kept for callers that ask whether a pointer is readable, writable, a text of a size. No
+ * memory is looked at, since looking has no sure answer and hides faults. */
 TVUT22_API BOOL TVUT22_CALL UtilIsRPtr(const void* pointer, UINT size);
 TVUT22_API BOOL TVUT22_CALL UtilIsWPtr(void* pointer, UINT size);
 TVUT22_API BOOL TVUT22_CALL UtilIsString(const wchar_t* pointer, UINT size);
@@ -149,16 +151,16 @@ TVUT22_API BOOL TVUT22_CALL UtilIsString(const wchar_t* pointer, UINT size);
  * too. A text that is so refused stands for no bytes. */
 
 #define UTIL_CONVERT_TOO_LARGE (-1)   /* there are more bytes than the destination holds */
-#define UTIL_CONVERT_NO_ARGUMENT (-2) /* an argument is missing, or a stream cannot be made */
+#define UTIL_CONVERT_NO_ARGUMENT (-2) /* an argument is missing or no block, or a stream cannot be made */
 #define UTIL_CONVERT_FAILED (-4)      /* a stream or memory fails, or there are too many bytes */
 #define UTIL_CONVERT_TOO_SMALL (-44)  /* the text does not fit into the destination */
 
-/* Bytes to text: of a block of memory, of a stream from its start to its end (one that cannot seek: from
- * where it stands), of a global memory block by its whole GlobalSize.
+/* Turn bytes into text. They are a block of memory, what a stream holds from its start to its end (one that
+ * cannot seek: from where it stands), or a global memory block by its whole GlobalSize.
  *
  * bytes        may be null when byteCount is 0
  * destination  receives the text with its terminator, or is left alone when the text does not fit
- * size         of the destination
+ * size         of the destination, in characters
  * compress     not 0: compressed
  *
  * More than 256 MiB of bytes are refused, as reading refuses them: UTIL_CONVERT_FAILED, and the line "WRN:
@@ -174,7 +176,7 @@ TVUT22_API INT TVUT22_CALL UtilConvertStreamToString(IStream* stream, wchar_t* d
 TVUT22_API INT TVUT22_CALL UtilConvertHGLOBALToString(HGLOBAL block, wchar_t* destination, UINT size,
                                                       BOOL compress);
 
-/* Text to bytes.
+/* Turns text into bytes.
  *
  * destination  receives the bytes; null: they are counted only. When the result is not their count its
  *              contents are undefined.
@@ -185,14 +187,14 @@ TVUT22_API INT TVUT22_CALL UtilConvertHGLOBALToString(HGLOBAL block, wchar_t* de
  */
 TVUT22_API INT TVUT22_CALL UtilConvertStringToBLOB(const wchar_t* text, void* destination, UINT size);
 
-/* Text to bytes that are written to a stream where it stands. Nothing is written of a text that is
+/* Turns text into bytes, and writes them to a stream where it stands. Nothing is written of a text that is
  * refused.
  *
  * Result  0, UTIL_CONVERT_NO_ARGUMENT for a null text or stream, UTIL_CONVERT_FAILED
  */
 TVUT22_API INT TVUT22_CALL UtilConvertStringToStream(const wchar_t* text, IStream* stream);
 
-/* Text to a global memory block of exactly its bytes, movable; a text that is refused makes an empty
+/* Turns text into a movable global memory block of exactly its bytes; a text that is refused makes an empty
  * block.
  *
  * out     receives the block, to be released with GlobalFree; null when the result is not 0

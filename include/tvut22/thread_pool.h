@@ -1,7 +1,7 @@
 /* Util: a thread pool, which runs many small jobs of a program on a few threads.
  *
  *     UtilThreadPool pool = UtilThreadPoolOpen(L"Export", 0, 0);
- *     for (i = 0; i < count; ++i)
+ *     for (UINT i = 0; i < count; ++i)
  *         UtilThreadPoolAdd(pool, ExportOne, (UINT_PTR)&reports[i]);
  *     UtilThreadPoolFinalize(pool, UTIL_POOL_FOREVER);     // all are done
  *     UtilThreadPoolClose(pool);
@@ -36,7 +36,7 @@ typedef struct UtilThreadPoolObject* UtilThreadPool;
  * reason     UTIL_POOL_RUN or UTIL_POOL_DISCARDED
  * user       as it was given to Add
  * abort      leads to a word that is 0 and becomes 1 once, when the pool is aborted or closed; valid until
- * the job returns. Long jobs look at it now and then and return early. In a discard it is 1.
+ *            the job returns. Long jobs look at it now and then and return early. In a discard it is 1.
  *
  * A job may call Add and Abort of its own pool, and anything of other pools. Its thread has no message loop.
  * What it changes of the thread, such as COM or impersonation, it puts back; the thread's priority is put
@@ -52,7 +52,8 @@ typedef void(TVUT22_CALL* UtilThreadPoolJob)(UINT reason, UINT_PTR user, const v
  *
  * name       shown in diagnostic lines, at most 32 characters of it; need not be unique; null: empty
  * threads    the most jobs that run at a time, 1 to 256; 0: as many as the process has processors; more than
- * 256 count as 256 flags      0 or UTIL_POOL_BACKGROUND
+ *            256 count as 256
+ * flags      0 or UTIL_POOL_BACKGROUND
  *
  * Result     the pool, to be closed with UtilThreadPoolClose; 0: an unknown flag, no memory, or 255 pools are
  *            open
@@ -74,9 +75,9 @@ TVUT22_API UtilThreadPool TVUT22_CALL UtilThreadPoolOpen(const wchar_t* name, UI
  */
 TVUT22_API INT TVUT22_CALL UtilThreadPoolAdd(UtilThreadPool pool, UtilThreadPoolJob job, UINT_PTR user);
 
-/* Aborts a pool: it takes no more jobs until it is finalised, jobs that run see their abort word become 1,
- * and all that wait are discarded, in their order, on the calling thread, before the call returns. Jobs that
- * run are not waited for. A pool that is idle or aborted may be aborted; a job may abort its pool.
+/* Aborts a pool: jobs that wait are discarded, and it takes no more until it is finalised. They are discarded
+ * in their order, on the calling thread, before the call returns. Jobs that run see their abort word become
+ * 1, and are not waited for. A pool that is idle or aborted may be aborted; a job may abort its pool.
  *
  * pool       a pool
  *
@@ -88,10 +89,10 @@ TVUT22_API INT TVUT22_CALL UtilThreadPoolAbort(UtilThreadPool pool);
 /* For the time of UtilThreadPoolFinalize. */
 #define UTIL_POOL_FOREVER 0xFFFFFFFFu
 
-/* Waits until a pool is idle: no job waits, runs or is being discarded, those among them that jobs add
- * meanwhile. A pool that was aborted takes jobs again then. A thread that has windows answers messages that
- * other threads send to them while it waits; posted messages stay in its queue. Several threads may wait at
- * once.
+/* Waits until a pool is idle. That is when no job waits, runs or is being discarded; jobs that jobs add
+ * meanwhile count as well. A pool that was aborted takes jobs again then. A thread that has windows answers
+ * messages that other threads send to them while it waits; posted messages stay in its queue. Several threads
+ * may wait at once.
  *
  * pool          a pool
  * milliseconds  how long to wait at most; 0: not at all; UTIL_POOL_FOREVER: without end

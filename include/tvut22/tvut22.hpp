@@ -1,6 +1,16 @@
 // tvUT22 for C++: owners for its handles, and its heaps as what C++ allocates with.
 //
-// Everything here is inline, over the C headers; C++17 and later.
+//     const tvut22::profile settings(ProfJobOpenW(L"settings.prf"));
+//     INT copies = 1;
+//     ProfGetIntW(settings.get(), nullptr, L"Print/Copies", &copies, 1);
+//
+//     tvut22::thread_pool pool(L"Export");
+//     pool.add([copies] { Print(copies); });
+//     pool.finalize();
+//
+// Everything here is inline, over the C headers, for C++17 and later. Owners close what they hold when they
+// go, and throw nothing. What allocates (thread_pool::add, heap_allocator, make_on) throws std::bad_alloc, or
+// what the constructors of the caller's types throw. One thread at a time uses an owner.
 #ifndef TVUT22_TVUT22_HPP
 #define TVUT22_TVUT22_HPP
 

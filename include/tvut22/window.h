@@ -181,11 +181,11 @@ typedef BOOL(TVUT22_CALL* UtilBreakProc)(UtilHook hook, UINT_PTR user);
  *
  * Result     the hook, to be closed with UtilHookClose; 0: there is none, and the last error is
  *            ERROR_INVALID_PARAMETER (no procedure), ERROR_NO_MORE_USER_HANDLES (1,024 hooks of both kinds
- * are there), ERROR_NOT_ENOUGH_MEMORY, or what the system gave
+ *            are there), ERROR_NOT_ENOUGH_MEMORY, or what the system gave
  */
 TVUT22_API UtilHook TVUT22_CALL UtilHookCBT(UtilCBTProc proc, UINT_PTR user);
 
-/* Looks out for Ctrl+Break: the virtual key VK_CANCEL going down in the messages that the calling thread
+/* Hooks Ctrl+Break. That is the virtual key VK_CANCEL going down in the messages that the calling thread
  * takes from its queue, and CTRL_BREAK_EVENT of a console.
  *
  * The newest hook is asked first: of the thread for a key, of the process for an event. For a key it is asked
@@ -199,8 +199,8 @@ TVUT22_API UtilHook TVUT22_CALL UtilHookCBT(UtilCBTProc proc, UINT_PTR user);
  */
 TVUT22_API UtilHook TVUT22_CALL UtilHookCtrlBreak(UtilBreakProc proc, UINT_PTR user);
 
-/* Tells how often Ctrl+Break was seen since the last ask. Each press counts once, by whichever way it is seen
- * first.
+/* Tells how often Ctrl+Break was seen since this was last asked. Each press counts once, by whichever way it
+ * is seen first.
  *
  * Asked on the hook's thread it also looks at the keyboard while a window of this process is in front, so
  * that a long loop that handles no messages can be stopped. The procedure is not called by this: that is done

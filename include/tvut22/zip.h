@@ -2,12 +2,11 @@
  * them.
  *
  *     UtilZip zip = UtilZIPCreate(L"report.zip", NULL);
- *     UtilZIPAppend(zip, L"C:\\Data\\Report 3", NULL);     // a folder with all below it
- *     if (UtilZIPClose(zip, TRUE) == UTIL_OK)             // report.zip is the old archive or the new one,
- * whole
- *         ...
+ *     UtilZIPAppend(zip, L"C:\\Data\\Report 3", NULL); // a folder with all below it
+ *     if (UtilZIPClose(zip, TRUE) == UTIL_OK)
+ *         ...                                         // report.zip is the new archive; else it is as it was
  *     if (UtilExtractZip(L"received.zip", L"C:\\Unpacked", NULL) == UTIL_OK)
- *         ...                                            // nothing of it lies outside C:\Unpacked
+ *         ...                                         // nothing of it lies outside C:\Unpacked
  *
  * The format is PKWARE's (APPNOTE.TXT 6.3) with Zip64, names in UTF-8, and the AES encryption of WinZip
  * (AE-1, AE-2). docs/zip.md tells what is read and written in detail.
@@ -67,9 +66,8 @@ typedef struct UtilZipEntry {
 typedef INT(TVUT22_CALL* UtilZipCallback)(const UtilZipEntry* entry, UINT_PTR user);
 
 /* Flags of options. */
-#define UTIL_ZIP_STORE 0x1u /* UtilZIPCreate: nothing is compressed */
-#define UTIL_ZIP_KEEP_EXISTING                                                                               \
-    0x10u /* UtilExtractZip: a file that is there stays, its entry is passed over */
+#define UTIL_ZIP_STORE 0x1u          /* UtilZIPCreate: nothing is compressed */
+#define UTIL_ZIP_KEEP_EXISTING 0x10u /* UtilExtractZip: a file that is there stays, its entry is skipped */
 
 /* 32 bytes. All that is 0 means: as usual. */
 typedef struct UtilZipOptions {
@@ -113,14 +111,15 @@ TVUT22_API UtilZip TVUT22_CALL UtilZIPCreate(const wchar_t* file, const UtilZipO
  *            UTIL_NOT_FOUND     there is no such source
  *            UTIL_NO_ACCESS     a file or folder may not be read
  *            UTIL_TOO_LARGE     more than 1,000,000 entries, or 64 MiB of directory; a name of more than
- * 32,700 characters; a file that grew past 4 GiB meanwhile UTIL_CANCELLED     the callback said so
+ *                               32,700 characters; a file that grew past 4 GiB meanwhile
+ *            UTIL_CANCELLED     the callback said so
  *            UTIL_FAILED        reading failed, no memory; or the archive cannot be written: every later call
  *                               fails then
  */
 TVUT22_API INT TVUT22_CALL UtilZIPAppend(UtilZip zip, const wchar_t* source, const wchar_t* name);
 
-/* Adds files and folders under their own names, which get " (2)", " (3)" ... before their extension where
- * they are taken. Each source is added or not as UtilZIPAppend has it, and the others are not affected.
+/* Adds files and folders under their own names. Where a name is taken, " (2)", " (3)" and so on stands before
+ * its extension. Each source is added or not as UtilZIPAppend has it, and the others are not affected.
  *
  * zip        the archive
  * sources    files and folders. One with * or ? in its last component stands for the files that match, in the
@@ -128,8 +127,8 @@ TVUT22_API INT TVUT22_CALL UtilZIPAppend(UtilZip zip, const wchar_t* source, con
  * count      how many
  * folder     where in the archive they go; null or empty: at its top
  *
- * Result     UTIL_OK, or the code of the first source that failed as of UtilZIPAppend. UTIL_CANCELLED ends
- * the call at once.
+ * Result     UTIL_OK, or the code of the first source that failed, as of UtilZIPAppend. UTIL_CANCELLED ends
+ *            the call at once.
  */
 TVUT22_API INT TVUT22_CALL UtilZIPAppendList(UtilZip zip, const wchar_t* const* sources, UINT count,
                                              const wchar_t* folder);
@@ -150,8 +149,10 @@ TVUT22_API INT TVUT22_CALL UtilZIPAppendStream(UtilZip zip, IStream* stream, con
  *
  * zip        the archive; 0: nothing happens
  * keep       not 0: the archive is completed, flushed to the disk, and put in the place of its file in one
- * step. 0: it is given up. Whenever it does not come into place, the file is as it was. A process that is
- * killed leaves at most one file "~PRF........tmp" beside it.
+ *            step. 0: it is given up.
+ *
+ * Whenever the archive does not come into place, the file is as it was. A process that is killed leaves at
+ * most one file "~PRF........tmp" beside it.
  *
  * Result     UTIL_OK
  *            UTIL_BAD_ARGUMENT  no such archive

@@ -1,3 +1,6 @@
+// The entries are walked once. Each goes, unchanged to the byte, to one of three lists, or is left out
+// because it is replaced; the lists in their order are the result. Sizes are checked before an entry is
+// looked at, since the list is whatever somebody has written.
 #include "files/access_entries.h"
 
 #include <algorithm>

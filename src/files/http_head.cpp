@@ -1,3 +1,6 @@
+// A length counts only when nothing casts doubt on it: all fields that state one are read, the greatest is
+// taken, and one that is no number, or a body in chunks, makes it unknown. Numbers stop at the greatest there
+// is instead of wrapping.
 #include "files/http_head.h"
 
 #include <algorithm>

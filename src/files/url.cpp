@@ -1,3 +1,6 @@
+// Readers of addresses differ in what they forgive: a backslash, a user's name, a blank, "%" in a host. What
+// is forgiven in two ways leads to two hosts. So nothing is repaired here: an address is taken apart at its
+// first marks, and any character that some reader may take for a mark makes it none.
 #include "files/url.h"
 
 #include <algorithm>

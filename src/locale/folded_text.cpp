@@ -1,3 +1,6 @@
+// ASCII is folded here, unit by unit. Only where a text has other letters is the system asked for its upper
+// case, once for the whole text. Native digits may be pairs of surrogates, so a folded text is never longer
+// and may be shorter.
 #include "locale/folded_text.h"
 
 #include "platform/letter_case.h"

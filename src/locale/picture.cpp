@@ -1,3 +1,6 @@
+// One walk over the picture makes the parts, a second one notes what each piece of text parts: that depends
+// on the field after it. Text beside text becomes one piece, letters with symbols, blanks with blanks.
+// Separators stand one by one, since reading takes one for another.
 #include "locale/picture.h"
 
 #include "locale/folded_text.h"

@@ -1,3 +1,6 @@
+// A text may say one thing twice, as the hour of 12 and of 24 or the weekday and the date. All that was said
+// must fit together: whatever contradicts makes the text none that can be read, and nothing is corrected.
+// What a Japanese year is counted from is decided last, because the era may be said after it.
 #include "locale/said_values.h"
 
 #include <algorithm>

@@ -1,3 +1,7 @@
+// A block of names is unfolded with another one's unfolded names as dictionary, which may have one itself:
+// the chain is followed to the block that needs none, and walked back. In a name ASCII is itself, and a byte
+// from 0x80 on is a place in the script's alphabet, on a later page where a byte below 0x20 stands before it.
+// Names in a script without alphabet are in UTF-8.
 #include "locale/translated_names.h"
 
 #include "platform/language_order.h"

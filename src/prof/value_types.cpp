@@ -1,3 +1,5 @@
+// Reading is what stored profiles have relied on all along: numbers wrap, and what follows a value is not
+// looked at. All of it is done in unsigned numbers, for which wrapping is defined.
 #include "prof/value_types.h"
 
 #include <initializer_list>

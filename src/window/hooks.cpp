@@ -1,3 +1,7 @@
+// A hook is in up to three places: the table of handles, which any thread may ask; its thread's chain; and,
+// for Ctrl+Break, the list for console events. Opening puts it into all of them or none. Closing marks it
+// first, so that it is called by none of them any more, and takes it out where the thread is not within a
+// call.
 #include "window/hooks.h"
 
 #include "platform/exception.h"

@@ -1,3 +1,8 @@
+// One hook of the system a kind and thread stands before all of the library's. It and its chain stay while a
+// call is under way, because a procedure may close any hook; the last one to leave sweeps, and the record
+// goes with the last hook. Ctrl+Break is seen twice, as a message and by looking at the keyboard:
+// hooks_presses.h tells which are one press. A press that a procedure has claimed becomes WM_NULL, and so do
+// its repeats.
 #include "window/hooks_thread.h"
 
 #include "platform/thread_slot.h"

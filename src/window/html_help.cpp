@@ -1,3 +1,6 @@
+// What a file's ending calls for is decided by help_target, which asks nobody; here it is done. The viewer
+// that is registered comes before the one in the system's folder. A viewer once found is kept, and two
+// threads that look for it at once find the same one, so that no lock is held while the loader works.
 #include "window/html_help.h"
 
 #include "platform/exception.h"

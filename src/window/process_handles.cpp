@@ -1,3 +1,7 @@
+// Each call does what takes long before the list's lock or after it: the stack is captured first, the list is
+// changed or copied under the lock, and lines are written from the copy. So a thread that reports holds up
+// none that adds. What the copy shows may have changed meanwhile; where that would be a lie, the list is
+// asked again.
 #include "window/process_handles.h"
 
 #include "platform/loader.h"

@@ -1,3 +1,8 @@
+// A thread's record holds its windows, a window's record its subclasses, and every call of a procedure stands
+// in a chain on the thread's stack. A procedure may remove any subclass, also the one whose call it is, so
+// nothing is taken away while a call of the window is under way: it is marked, and the end of the outermost
+// call sweeps. A window's record goes when it has neither a subclass nor a call, the thread's with its last
+// window. Whoever settles looks at neither of them afterwards.
 #include "window/subclass_window.h"
 
 #include "platform/exception.h"

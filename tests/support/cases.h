@@ -60,7 +60,7 @@ inline scCaseRow CaseRow(const std::string& line, std::string where) {
 
 } // namespace detail
 
-/// The rows of a file, such as "paths/merged"; all have as many columns as asked for.
+// The rows of a file, such as "paths/merged"; all have as many columns as asked for.
 inline std::vector<scCaseRow> CaseRows(const std::string& name, std::size_t columns) {
     std::ifstream file(std::string(TVUT22_TEST_DATA "/cases/") + name + ".txt", std::ios::binary);
     std::vector<scCaseRow> rows;
@@ -77,12 +77,12 @@ inline std::vector<scCaseRow> CaseRows(const std::string& name, std::size_t colu
     return rows;
 }
 
-/// A column of ASCII alone.
+// A column of ASCII alone.
 inline std::string NarrowCase(std::u16string_view text) {
     return {text.begin(), text.end()};
 }
 
-/// A column in the units of Windows.
+// A column in the units of Windows.
 inline std::wstring WideCase(std::u16string_view text) {
     return {text.begin(), text.end()};
 }

@@ -5,7 +5,7 @@
 
 namespace testing_prof {
 
-/// A child that runs; the object's end waits for it.
+// A child that runs; the object's end waits for it.
 class clsChild {
   public:
     explicit clsChild(std::wstring_view arguments) {
@@ -26,7 +26,7 @@ class clsChild {
 
     bool Runs() const { return WaitForSingleObject(process_.get(), 0) == WAIT_TIMEOUT; }
     void Kill() const { TerminateProcess(process_.get(), 1); }
-    /// Of a child that ends unless something is wrong; 0xDEAD after a minute in which it has not.
+    // Of a child that ends unless something is wrong; 0xDEAD after a minute in which it has not.
     DWORD ExitCodeUnlessItHangs() const {
         if (WaitForSingleObject(process_.get(), 60000) == WAIT_TIMEOUT)
             TerminateProcess(process_.get(), 0xDEAD);

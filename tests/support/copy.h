@@ -10,13 +10,13 @@ namespace testing_prof {
 
 class clsCopy {
   public:
-    /// Loads the file, which `makeFile` made.
+    // Loads the file, which `makeFile` made.
     explicit clsCopy(const std::wstring& path) : module_(LoadLibraryW(path.c_str())) {}
     ~clsCopy() { Unload(); }
     clsCopy(const clsCopy&) = delete;
     clsCopy& operator=(const clsCopy&) = delete;
 
-    /// Makes such a file; byte strings in it may be replaced by others that are as long.
+    // Makes such a file; byte strings in it may be replaced by others that are as long.
     using Change = std::pair<std::string_view, std::string_view>;
     static void MakeFile(const std::wstring& path, std::initializer_list<Change> changes = {}) {
         wchar_t original[MAX_PATH];
@@ -34,7 +34,7 @@ class clsCopy {
             FreeLibrary(std::exchange(module_, nullptr));
     }
 
-    /// The copy's own export: find(UtilDebug, "UtilDebug").
+    // The copy's own export: find(UtilDebug, "UtilDebug").
     template <class Function>
     Function* Find(Function&, const char* name) const {
         return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module_, name)));

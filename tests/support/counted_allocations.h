@@ -61,8 +61,8 @@ class clsCountedAllocations {
                                 {"SysReAllocStringLen", SysReAlloc}};
 };
 
-/// Does the work with the n-th allocation and all later ones failing, for every n, until it needs no more;
-/// and lets the check look at what came of it, with whether an allocation has failed.
+// Does the work with the n-th allocation and all later ones failing, for every n, until it needs no more;
+// and lets the check look at what came of it, with whether an allocation has failed.
 template <class Work, class Check>
 void FailEachAllocation(Work work, Check check) {
     bool failed = true;

@@ -28,7 +28,7 @@ class clsReceiver : public clsLoopbackSocket {
         setsockopt(socket_, SOL_SOCKET, SO_RCVBUF, reinterpret_cast<const char*>(&room), sizeof room);
     }
 
-    /// Waits for the next packet, and holds it against what every packet is.
+    // Waits for the next packet, and holds it against what every packet is.
     scPacket Next() const {
         std::vector<char> bytes(65536);
         sockaddr_in from{};
@@ -50,7 +50,7 @@ class clsReceiver : public clsLoopbackSocket {
     }
 };
 
-/// The shared info under one of its names.
+// The shared info under one of its names.
 class clsPublishedInfo : public clsSharedView<LogpanSharedInfo> {
   public:
     explicit clsPublishedInfo(const wchar_t* name, const LogpanSharedInfo& info) : clsSharedView(name, 64) {

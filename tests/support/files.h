@@ -13,7 +13,7 @@
 
 namespace testing_prof {
 
-/// Bytes are kept as std::string: GoogleTest prints both sides of a difference.
+// Bytes are kept as std::string: GoogleTest prints both sides of a difference.
 using Bytes = std::string;
 
 class clsTempFolder {
@@ -34,7 +34,7 @@ class clsTempFolder {
         return std::distance(std::filesystem::directory_iterator(path_),
                              std::filesystem::directory_iterator());
     }
-    /// Removes every file but one: what an interrupted save may leave.
+    // Removes every file but one: what an interrupted save may leave.
     void KeepOnly(std::wstring_view name) const {
         for (const auto& entry : std::filesystem::directory_iterator(path_))
             if (entry.path().filename() != name)
@@ -63,7 +63,7 @@ class clsTempFolder {
     std::filesystem::path path_;
 };
 
-/// Bytes that do not shrink.
+// Bytes that do not shrink.
 inline Bytes Noise(std::size_t size, unsigned seed = 1) {
     Bytes bytes(size, '\0');
     for (char& byte : bytes)
@@ -80,7 +80,7 @@ inline void WriteBytes(const std::filesystem::path& path, std::string_view bytes
     std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
-/// Those that end with CR LF.
+// Those that end with CR LF.
 inline std::vector<std::string> LinesOf(const Bytes& bytes) {
     std::vector<std::string> lines;
     for (std::size_t at = 0, end; (end = bytes.find("\r\n", at)) != std::string::npos; at = end + 2)
@@ -88,7 +88,7 @@ inline std::vector<std::string> LinesOf(const Bytes& bytes) {
     return lines;
 }
 
-/// UTF-16 little-endian; begin the text with U+FEFF for a byte-order mark.
+// UTF-16 little-endian; begin the text with U+FEFF for a byte-order mark.
 inline Bytes Utf16(std::wstring_view text) {
     return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
 }
@@ -99,13 +99,13 @@ struct scCloseOpenHandle {
 };
 using Handle = std::unique_ptr<void, scCloseOpenHandle>;
 
-/// Opens an existing file as another program would.
+// Opens an existing file as another program would.
 inline Handle OpenExisting(const std::wstring& path, DWORD access, DWORD share) {
     const HANDLE file = CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr);
     return Handle(file == INVALID_HANDLE_VALUE ? nullptr : file);
 }
 
-/// Makes a file or folder look as if it was last written to some minutes ago.
+// Makes a file or folder look as if it was last written to some minutes ago.
 inline void SetAge(const std::filesystem::path& path, unsigned minutes) {
     FILETIME time;
     GetSystemTimeAsFileTime(&time);

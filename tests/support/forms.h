@@ -10,7 +10,7 @@
 
 namespace testing_prof {
 
-/// Wide text in a code page, and back. Both by the platform's own conversion.
+// Wide text in a code page, and back. Both by the platform's own conversion.
 inline std::string ToBytes(std::wstring_view text, UINT codePage) {
     const int length = static_cast<int>(text.size());
     std::string bytes(text.size() * 4, '\0');
@@ -86,7 +86,7 @@ PROF_FORM_TABLE(wchar_t, W);
 
 using BothForms = ::testing::Types<scForm<char>, scForm<wchar_t>>;
 
-/// The fixture of tests that need no more than the form.
+// The fixture of tests that need no more than the form.
 template <class F>
 class InBothForms : public ::testing::Test {};
 
@@ -97,7 +97,7 @@ struct scFormNames {
     }
 };
 
-/// Sets the process code page and puts the old one back.
+// Sets the process code page and puts the old one back.
 class clsCodePage {
   public:
     explicit clsCodePage(UINT codePage) { ProfSetOption(PROF_OPTION_CODE_PAGE, codePage); }

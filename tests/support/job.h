@@ -21,7 +21,7 @@ class clsJob {
     void Close() { ProfJobClose(std::exchange(job_, nullptr)); }
     INT Error() const { return ProfGetError(job_); }
 
-    /// Appends the entries of a tree text to a list.
+    // Appends the entries of a tree text to a list.
     void Build(ProfList list, std::wstring_view tree) const {
         while (!tree.empty() && tree.front() != L'}')
             tree = BuildEntry(list, tree);
@@ -53,7 +53,7 @@ class clsJob {
     ProfJob job_;
 };
 
-/// The tree text of a list. Other marks serve trees whose own texts hold these.
+// The tree text of a list. Other marks serve trees whose own texts hold these.
 struct scDescription {
     std::wstring text;
     std::wstring_view marks = L"=;{}";
@@ -80,7 +80,7 @@ inline std::wstring Describe(ProfJob job, ProfList list = 0, std::wstring_view m
     return description.text;
 }
 
-/// The whole text of an item, or "<none>".
+// The whole text of an item, or "<none>".
 inline std::wstring TextOf(ProfJob job, const wchar_t* path, ProfList list = 0) {
     const INT length = ProfGetStringLengthW(job, list, path);
     if (length < 0)

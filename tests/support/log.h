@@ -9,7 +9,7 @@
 
 namespace testing_prof {
 
-/// Names the log file of this process and of those that it starts; made before main runs.
+// Names the log file of this process and of those that it starts; made before main runs.
 class clsLog {
   public:
     static const std::filesystem::path& Path() {
@@ -19,14 +19,14 @@ class clsLog {
 
     clsLog() : start_(ReadBytes(Path()).size()) {}
 
-    /// What was written since the object was made: each line's text after its stamp.
+    // What was written since the object was made: each line's text after its stamp.
     std::vector<std::string> Lines() const {
         std::vector<std::string> texts = LinesOf(ReadBytes(Path()).substr(start_));
         std::ranges::transform(texts, texts.begin(), WithoutStamp);
         return texts;
     }
 
-    /// The text of a line, "12:34:56.789 00000abc/01 7  text" with one blank more a level.
+    // The text of a line, "12:34:56.789 00000abc/01 7  text" with one blank more a level.
     static std::string WithoutStamp(const std::string& line) {
         const std::size_t slash = line.find('/');
         return slash == std::string::npos ? line : line.substr(slash + 7);

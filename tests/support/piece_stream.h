@@ -120,13 +120,13 @@ class clsPieceStream final : public IStream {
 
 #pragma GCC diagnostic pop
 
-/// A job read from bytes.
+// A job read from bytes.
 inline clsJob Opened(const Bytes& bytes, UINT flags = 0, size_t piece = SIZE_MAX) {
     clsPieceStream stream(bytes, piece);
     return clsJob(ProfJobOpenStreamObjectW(&stream, nullptr, flags));
 }
 
-/// The bytes that a job is saved as; empty when saving fails.
+// The bytes that a job is saved as; empty when saving fails.
 inline Bytes Saved(ProfJob job, UINT flags = PROF_FORM_TEXT, size_t piece = SIZE_MAX) {
     clsPieceStream stream({}, piece);
     return ProfSaveToStream(job, &stream, flags) == PROF_OK ? stream.data : Bytes();

@@ -55,7 +55,7 @@ clsImportHook Step(const char* name, Function function) {
     return clsImportHook(name, reinterpret_cast<void*>(&scStep<Id, Function>::Call));
 }
 
-/// Counts the steps of what runs while it lives, with a fault at one of them.
+// Counts the steps of what runs while it lives, with a fault at one of them.
 class clsSteps {
   public:
     clsSteps(Fault what, int at) {

@@ -5,13 +5,13 @@
 
 namespace testing_prof {
 
-/// The address of a path, http unless it is asked for otherwise.
+// The address of a path, http unless it is asked for otherwise.
 inline std::wstring AddressOf(std::wstring_view path, const wchar_t* server = L"TVUT22_HTTP") {
     const wchar_t* const root = _wgetenv(server);
     return (root ? root : L"http://tests-download-server-py-runs-this.invalid") + std::wstring(path);
 }
 
-/// N bytes as the server sends them.
+// N bytes as the server sends them.
 inline Bytes ServedBytes(std::size_t size) {
     Bytes bytes(size, '\0');
     for (std::size_t at = 0; at < size; ++at)
@@ -19,7 +19,7 @@ inline Bytes ServedBytes(std::size_t size) {
     return bytes;
 }
 
-/// The requests for this object's addresses, a line each; others may ask the server meanwhile.
+// The requests for this object's addresses, a line each; others may ask the server meanwhile.
 class clsRequests {
   public:
     clsRequests() : mark_("?mark-" + std::to_string(++made_) + "-") {}

@@ -12,14 +12,14 @@
 
 namespace testing_prof {
 
-/// What a callback was shown.
+// What a callback was shown.
 struct ShownEntry {
     std::wstring name, target;
     UtilZipEntry entry;
     bool is(UINT flag) const { return (entry.flags & flag) != 0; }
 };
 
-/// Options whose callback notes what it is shown, and answers as it is told.
+// Options whose callback notes what it is shown, and answers as it is told.
 class ZipOptions {
   public:
     using Answer = std::function<INT(const UtilZipEntry&)>;
@@ -49,7 +49,7 @@ class ZipOptions {
     Answer answer_;
 };
 
-/// Paths below a folder with what is in the files; folders with a separator at their end.
+// Paths below a folder with what is in the files; folders with a separator at their end.
 using Tree = std::map<std::wstring, Bytes>;
 
 inline Tree treeOf(const std::filesystem::path& folder) {
@@ -73,7 +73,7 @@ inline void makeTree(const std::filesystem::path& folder, const Tree& tree) {
     }
 }
 
-/// Packs one source into a new archive; gives the first result that is not UTIL_OK.
+// Packs one source into a new archive; gives the first result that is not UTIL_OK.
 inline INT packed(const std::wstring& archive, const std::wstring& source,
                   const UtilZipOptions* options = nullptr, const wchar_t* name = nullptr) {
     const UtilZip zip = UtilZIPCreate(archive.c_str(), options);
@@ -84,7 +84,7 @@ inline INT packed(const std::wstring& archive, const std::wstring& source,
     return appended != UTIL_OK ? appended : closed;
 }
 
-/// The names of an archive's entries in its order.
+// The names of an archive's entries in its order.
 inline std::vector<std::wstring> entriesOf(const std::wstring& archive) {
     ZipOptions options([](const UtilZipEntry&) { return UTIL_ZIP_SKIP; });
     std::vector<std::wstring> names;

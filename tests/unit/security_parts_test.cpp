@@ -15,8 +15,8 @@ using namespace tvut;
 
 namespace {
 
-/// What drives lead to: S and T to a server, T by a connection that is not up, the same as U; V to a disk, W,
-/// X and Y by subst; D to K one to the next, L one too many; Q and R to each other.
+// What drives lead to: S and T to a server, T by a connection that is not up, the same as U; V to a disk, W,
+// X and Y by subst; D to K one to the next, L one too many; Q and R to each other.
 class clsTable final : public IclsConnections {
   public:
     std::u16string Device(char16_t letter) override {
@@ -163,7 +163,7 @@ Bytes List(const std::string& text) {
     return list;
 }
 
-/// The bytes of a list as its text; those of an entry that the text cannot say are "?".
+// The bytes of a list as its text; those of an entry that the text cannot say are "?".
 std::string Described(const Bytes& list) {
     std::string text;
     for (std::size_t at = 8; at < list.size();) {

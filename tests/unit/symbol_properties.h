@@ -12,7 +12,7 @@ inline clsBytes AllBytes(std::string_view bytes) {
     return {reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()};
 }
 
-/// An index of files, in memory of its own.
+// An index of files, in memory of its own.
 class clsIndexOfFiles {
   public:
     explicit clsIndexOfFiles(const clsImageSymbols& files)
@@ -32,7 +32,7 @@ class clsIndexOfFiles {
     clsSymbolIndex index_;
 };
 
-/// The fault that a module and its debug file show at an offset; null when there is none.
+// The fault that a module and its debug file show at an offset; null when there is none.
 inline const char* FaultOfPlace(std::string_view image, std::string_view debugFile, std::uint32_t offset) {
     const auto isWithin = [](std::string_view text, std::string_view bytes) {
         const std::less<const char*> isBefore;
@@ -53,7 +53,7 @@ inline const char* FaultOfPlace(std::string_view image, std::string_view debugFi
     return nullptr;
 }
 
-/// The same of an index of them, at a place that only the index is asked for.
+// The same of an index of them, at a place that only the index is asked for.
 inline const char* FaultOfIndex(std::string_view image, std::string_view debugFile, std::uint32_t offset) {
     const clsIndexOfFiles index(clsImageSymbols(AllBytes(image), AllBytes(debugFile)));
     const scCodePlace place = index.Find(offset);

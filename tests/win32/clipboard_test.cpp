@@ -9,7 +9,7 @@ namespace {
 constexpr wchar_t treeText[] = L"a=1;L{b=\x00FC;M{}}";
 constexpr DWORD foundCode = 77;
 
-/// A window that opens the clipboard; a second one is kept out.
+// A window that opens the clipboard; a second one is kept out.
 class clsOwner {
   public:
     ~clsOwner() { DestroyWindow(window_); }

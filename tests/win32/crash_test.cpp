@@ -17,13 +17,13 @@ namespace fs = std::filesystem;
 
 constexpr UINT toTheEnd = UTIL_PROTECT_END;
 
-/// How a child ended, and what its "after" was told.
+// How a child ended, and what its "after" was told.
 struct scEnd {
     DWORD exitCode = 0, processId = 0;
     std::wstring after{};
 };
 
-/// Runs a child until it ends, and work beside it as soon as it has written something.
+// Runs a child until it ends, and work beside it as soon as it has written something.
 scEnd RunChild(const std::wstring& folder, UINT flags, std::string_view place, std::string_view crash,
                const std::function<void(HANDLE process)>& beside = {}) {
     HANDLE read = nullptr, write = nullptr;
@@ -63,7 +63,7 @@ scEnd RunChild(const std::wstring& folder, UINT flags, std::string_view place, s
     return end;
 }
 
-/// A report's fields, and its blocks of lines.
+// A report's fields, and its blocks of lines.
 struct scReport {
     explicit scReport(const fs::path& path) {
         std::istringstream text(ReadBytes(path));
@@ -96,7 +96,7 @@ std::vector<fs::path> Files(const fs::path& folder, std::wstring_view ending) {
     return files;
 }
 
-/// Whether a frame names a function and a line of its source that crashes.
+// Whether a frame names a function and a line of its source that crashes.
 bool Crashes(const std::string& frame, std::string_view function) {
     const std::size_t from = frame.rfind('('), colon = frame.rfind(':');
     if (frame.find(function) == std::string::npos || from == std::string::npos || colon == std::string::npos)

@@ -12,7 +12,7 @@ namespace {
 
 constexpr wchar_t oneLetter[] = L"target.prf";
 
-/// The new contents differ from the old in every line and are several buffers long.
+// The new contents differ from the old in every line and are several buffers long.
 clsJob WithNewContents(clsJob job) {
     for (int i = 0; i < 4000; ++i)
         ProfAppendStringW(job, 0, (L"new" + std::to_wstring(i)).c_str(), L"some new value");
@@ -31,12 +31,12 @@ INT Save(const std::wstring& path, UINT flags) {
     return ProfSaveW(NewProfile(), path.c_str(), flags);
 }
 
-/// The exit code of this program as a child, the saver of the tests below, which dies at a step.
+// The exit code of this program as a child, the saver of the tests below, which dies at a step.
 DWORD DiesSaving(int step, UINT flags, const std::wstring& path) {
     return clsChild(std::to_wstring(step) + L" " + std::to_wstring(flags) + L" \"" + path + L"\"").ExitCode();
 }
 
-/// A file as another program holds it that opened it with fopen: it may be written, but not replaced.
+// A file as another program holds it that opened it with fopen: it may be written, but not replaced.
 Handle OpenedElsewhere(const std::wstring& path) {
     return OpenExisting(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
 }

@@ -17,7 +17,7 @@ std::string Narrow(const std::wstring& line) {
     return ToBytes(line, CP_ACP);
 }
 
-/// The bytes of an item, or "<result>".
+// The bytes of an item, or "<result>".
 template <class F>
 Bytes BytesOf(ProfJob job, const wchar_t* path, std::wstring_view key, Bytes before = {}) {
     clsPieceStream stream(std::move(before));
@@ -151,7 +151,7 @@ BOOL TVUT22_CALL AddName(ProfJob job, const wchar_t* name, const wchar_t*, ProfL
     return TRUE;
 }
 
-/// The names of the root list's file entries, in order.
+// The names of the root list's file entries, in order.
 std::wstring Names(ProfJob job) {
     std::wstring all;
     ProfEnumW(job, 0, AddName, reinterpret_cast<UINT_PTR>(&all));

@@ -41,8 +41,8 @@ __attribute__((noinline)) HPEN MakePen() {
     return track(CreatePen(PS_SOLID, 1, 0), UTIL_HANDLE_GDI);
 }
 
-/// The lines of a report without the host's name; handles as H, times as T, what follows a function's name
-/// cut.
+// The lines of a report without the host's name; handles as H, times as T, what follows a function's name
+// cut.
 std::vector<std::string> Shown(const clsLog& log) {
     std::vector<std::string> lines;
     for (std::string line : log.Lines()) {
@@ -58,7 +58,7 @@ bool IsFrame(const std::string& line) {
     return line.find("+0x") != std::string::npos;
 }
 
-/// The lines that are no frames; each that has a call stack below it ends in the function that made it.
+// The lines that are no frames; each that has a call stack below it ends in the function that made it.
 std::vector<std::string> Heads(const std::vector<std::string>& lines) {
     std::vector<std::string> heads;
     for (const std::string& line : lines)
@@ -224,7 +224,7 @@ TEST(HandleList, IsFullAtSomePoint) {
     EXPECT_EQ(Count(), 0);
 }
 
-/// As many calls deep as asked for: each depth is a stack of its own.
+// As many calls deep as asked for: each depth is a stack of its own.
 __attribute__((noinline)) INT AddBelow(int depth, UINT_PTR handle) {
     const INT result = depth == 0 ? Add(handle, UTIL_HANDLE_MENU) : AddBelow(depth - 1, handle);
     __asm__ volatile("" ::: "memory");

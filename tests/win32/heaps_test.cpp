@@ -32,7 +32,7 @@ std::string Pointer(const void* at) {
     return text;
 }
 
-/// The lines of the log without those that differ from build to build: call stacks.
+// The lines of the log without those that differ from build to build: call stacks.
 std::vector<std::string> Reports(const clsLog& log) {
     std::vector<std::string> texts;
     for (const std::string& line : log.Lines()) {
@@ -43,7 +43,7 @@ std::vector<std::string> Reports(const clsLog& log) {
     return texts;
 }
 
-/// The frames below a title.
+// The frames below a title.
 std::vector<std::string> FramesBelow(const clsLog& log, std::string_view title) {
     std::vector<std::string> frames;
     bool isBelow = false;
@@ -365,7 +365,7 @@ TEST_F(Heaps, AreTracedWithTheirJob) {
 
 constexpr UINT32 constantMark[] = {0, 0, 0xFAAFFAAF, 1}; // in a page that cannot be written
 
-/// A page of its own, with unreadable ones around.
+// A page of its own, with unreadable ones around.
 struct scPage {
     ~scPage() { VirtualFree(reserved, 0, MEM_RELEASE); }
     char* reserved = static_cast<char*>(VirtualAlloc(nullptr, 0x30000, MEM_RESERVE, PAGE_READWRITE));

@@ -10,7 +10,7 @@
 namespace testing_prof {
 namespace {
 
-/// The classes that the library finds in the registry are this process's own.
+// The classes that the library finds in the registry are this process's own.
 class clsOwnClasses {
   public:
     explicit clsOwnClasses(const std::wstring& viewer) {
@@ -53,7 +53,7 @@ class Help : public testing::Test {
     }
     ~Help() override { SetEnvironmentVariableW(L"TMP", nullptr); }
 
-    /// What the viewer was asked for since the last time; the temporary folder's copies as COPY\name.
+    // What the viewer was asked for since the last time; the temporary folder's copies as COPY\name.
     std::vector<std::wstring> Calls() const {
         const Bytes bytes = ReadBytes(record);
         DeleteFileW(record.c_str());

@@ -17,7 +17,7 @@ namespace {
 
 constexpr wchar_t kTitle[] = L"tvut22 hooks";
 
-/// A top window of this thread, in front when it is shown.
+// A top window of this thread, in front when it is shown.
 class Window {
   public:
     Window()
@@ -29,7 +29,7 @@ class Window {
     HWND handle;
 };
 
-/// A callable behind a hook.
+// A callable behind a hook.
 template <class Handle, class Result, class... Arguments>
 struct Through {
     using Body = std::function<Result(Handle, Arguments...)>;
@@ -83,7 +83,7 @@ TEST(Hooks, TellEveryCodeOfAWindowsLife) {
     EXPECT_EQ(told.front(), HCBT_CREATEWND);
 }
 
-/// Beside ours the system makes windows of its own.
+// Beside ours the system makes windows of its own.
 bool isOurs(INT code, LPARAM second) {
     if (code != HCBT_CREATEWND)
         return false;
@@ -197,7 +197,7 @@ void release() {
     key(KEYEVENTF_KEYUP);
 }
 
-/// Takes all messages; how often the key has arrived.
+// Takes all messages; how often the key has arrived.
 int handleMessages() {
     int arrived = 0;
     for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE); DispatchMessageW(&message))

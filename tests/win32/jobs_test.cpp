@@ -259,7 +259,7 @@ HANDLE WINAPI FindShort(LPCWSTR name, LPWIN32_FIND_DATAW data) {
     return TooLong(name) ? INVALID_HANDLE_VALUE : FindFirstFileW(name, data);
 }
 
-/// A new folder whose path has so many characters.
+// A new folder whose path has so many characters.
 std::wstring DeepFolder(std::wstring path, size_t length) {
     while (path.size() < length)
         path.append(1, L'\\').append(std::min(length - path.size(), size_t{150}), L'f');

@@ -12,7 +12,7 @@
 namespace testing_prof {
 namespace {
 
-/// Throws and catches within the library.
+// Throws and catches within the library.
 INT FailingCall(decltype(ProfGetVariantFromContents) call = ProfGetVariantFromContents) {
     VARIANT variant;
     return call(L"no variant", &variant);
@@ -20,7 +20,7 @@ INT FailingCall(decltype(ProfGetVariantFromContents) call = ProfGetVariantFromCo
 
 // ---- The end of the process ------------------------------------------------------------------------
 
-/// Child: ends while other threads are throwing, which ExitProcess kills wherever they are.
+// Child: ends while other threads are throwing, which ExitProcess kills wherever they are.
 void EndWhileThrowing() {
     static std::atomic<int> calls[2];
     for (auto& count : calls)
@@ -41,8 +41,8 @@ TEST(ProcessEnd, WaitsForNoKilledThread) {
     }
 }
 
-/// Child: ends with a log file, a job and a profile open; whatever the library does about them then is an
-/// error, because a killed thread may have left its memory and its locks in any state.
+// Child: ends with a log file, a job and a profile open; whatever the library does about them then is an
+// error, because a killed thread may have left its memory and its locks in any state.
 std::atomic<bool> ending{false};
 BOOL WINAPI NoteClose(HANDLE) {
     if (ending)

@@ -63,7 +63,7 @@ void FailEveryAllocation(Work work, Check check) {
     EXPECT_GT(failures, 0);
 }
 
-/// Edits a tree, made anew each time, and hands each job to the check.
+// Edits a tree, made anew each time, and hands each job to the check.
 template <class Edit, class Check>
 void FailEveryEdit(std::wstring_view tree, Edit edit, Check check) {
     clsJob job(tree);

@@ -18,7 +18,7 @@ BOOL WINAPI FullDisk(HANDLE, LPCVOID, DWORD, LPDWORD, LPOVERLAPPED) {
     return FALSE;
 }
 
-/// The last error after a call that returns a result, or all ones when it returns another.
+// The last error after a call that returns a result, or all ones when it returns another.
 template <class Call>
 DWORD ReasonOf(INT result, Call call) {
     SetLastError(0xABCDEF);

@@ -28,7 +28,7 @@ Token ProcessToken() {
     return Token(token);
 }
 
-/// The process's token without the rights of administrators.
+// The process's token without the rights of administrators.
 Token RestrictedToken() {
     BYTE administrators[SECURITY_MAX_SID_SIZE];
     DWORD size = sizeof administrators;
@@ -39,7 +39,7 @@ Token RestrictedToken() {
     return Token(token);
 }
 
-/// What tells the token that the thread acts by from all others; 0 for none.
+// What tells the token that the thread acts by from all others; 0 for none.
 DWORD ThreadTokenId() {
     HANDLE opened = nullptr;
     if (!OpenThreadToken(GetCurrentThread(), TOKEN_QUERY, TRUE, &opened))
@@ -153,7 +153,7 @@ TEST(Impersonation, OfAUserFailsCleanlyAndSaysNoPassword) {
 
 constexpr DWORD injected = 1450;
 
-/// A function of the system that fails once, after some calls that are let through.
+// A function of the system that fails once, after some calls that are let through.
 template <auto* function>
 struct scFault;
 template <class... Arguments, BOOL(WINAPI* function)(Arguments...)>
@@ -219,7 +219,7 @@ TEST(Impersonation, IsNoneWhereTheThreadDoesNotHaveTheToken) {
     }
 }
 
-/// Children: the former token is refused, or the thread keeps the one that it has.
+// Children: the former token is refused, or the thread keeps the one that it has.
 void EndWithout(BOOL(WINAPI* revert)(PHANDLE, HANDLE)) {
     const impersonation outer(RestrictedToken().get());
     const UtilImpersonation inner = UtilImpersonateToken(nullptr);
@@ -329,7 +329,7 @@ TEST(Rights, ToMakeAFileAreThoseOfTheNearestFolder) {
     EXPECT_EQ(folder.Count(), 1);
 }
 
-/// The list of a file's rights as the system writes it.
+// The list of a file's rights as the system writes it.
 std::wstring ListOf(const std::wstring& path) {
     BYTE descriptor[2048];
     DWORD size = 0;

@@ -19,7 +19,7 @@ namespace {
 constexpr UINT kAsk = WM_APP + 1, kNested = WM_APP + 2;
 constexpr int kCount = 5;
 
-std::vector<int> seen; ///< who was asked, 0 for the window itself
+std::vector<int> seen; // who was asked, 0 for the window itself
 
 LRESULT CALLBACK windowProc(HWND window, UINT message, WPARAM first, LPARAM second) {
     if (message != kAsk && message != kNested)
@@ -29,7 +29,7 @@ LRESULT CALLBACK windowProc(HWND window, UINT message, WPARAM first, LPARAM seco
     return static_cast<LRESULT>(first);
 }
 
-/// A window of this thread that is destroyed with the object.
+// A window of this thread that is destroyed with the object.
 class Window {
   public:
     Window() {
@@ -53,7 +53,7 @@ class Window {
     HWND handle;
 };
 
-std::function<void(int who, UINT message)> meanwhile; ///< done in each procedure before it passes on
+std::function<void(int who, UINT message)> meanwhile; // done in each procedure before it passes on
 
 LRESULT TVUT22_CALL layerProc(UtilSubclass subclass, HWND window, UINT message, WPARAM first, LPARAM second,
                               UINT_PTR user) {
@@ -64,7 +64,7 @@ LRESULT TVUT22_CALL layerProc(UtilSubclass subclass, HWND window, UINT message, 
     return UtilWindowCallNext(subclass, window, message, first, second);
 }
 
-/// Five subclasses, 1 the oldest; those that are on it.
+// Five subclasses, 1 the oldest; those that are on it.
 class Layers {
   public:
     explicit Layers(const Window& on) {
@@ -81,14 +81,14 @@ class Layers {
         EXPECT_EQ(UtilWindowUnsubclass(handles[number]), UTIL_BAD_ARGUMENT) << "twice";
         std::erase(alive, number);
     }
-    std::vector<int> asked() const { ///< and the window in the end
+    std::vector<int> asked() const { // and the window in the end
         std::vector<int> all = alive;
         all.push_back(0);
         return all;
     }
 
     std::map<int, UtilSubclass> handles;
-    std::vector<int> alive; ///< newest first
+    std::vector<int> alive; // newest first
 };
 
 void expectAsked(const Window& window, const Layers& layers) {
@@ -96,7 +96,7 @@ void expectAsked(const Window& window, const Layers& layers) {
     EXPECT_EQ(seen, layers.asked());
 }
 
-/// Has an action done once, where a subclass sees a message.
+// Has an action done once, where a subclass sees a message.
 void once(int at, UINT in, std::function<void()> action) {
     meanwhile = [=](int who, UINT message) {
         if (who == at && message == in)
@@ -116,7 +116,7 @@ void eachOrder(const std::function<void(const Order&)>& check) {
 
 // ---- In any order ----------------------------------------------------------------------------------
 
-/// How one is removed; the message that this happens in was seen by all, or by all but that one.
+// How one is removed; the message that this happens in was seen by all, or by all but that one.
 using Remove = std::function<void(const Window&, Layers&, int which)>;
 
 const std::map<std::string, Remove> kWays = {
@@ -251,7 +251,7 @@ TEST(Subclass, KeepsTheOrderWithThoseOfTheSystem) {
     EXPECT_TRUE(RemoveWindowSubclass(window.handle, systemProc, 2));
 }
 
-WNDPROC beforeForeign; ///< what the foreign procedure calls
+WNDPROC beforeForeign; // what the foreign procedure calls
 
 LRESULT CALLBACK foreignProc(HWND window, UINT message, WPARAM first, LPARAM second) {
     if (message == kAsk)

@@ -38,8 +38,8 @@ std::wstring NameOf(const std::wstring& path) {
     return fs::path(path).filename().wstring();
 }
 
-/// Folders of a test's own: one for files, and the one that this process and its children take for the
-/// system's temporary one meanwhile.
+// Folders of a test's own: one for files, and the one that this process and its children take for the
+// system's temporary one meanwhile.
 class clsWorld {
   public:
     clsWorld() { UseAsTemporaryFolder(folder_ / L"temp"); }
@@ -51,7 +51,7 @@ class clsWorld {
     std::wstring Given() const { return folder_ / L"given"; }
     std::set<std::wstring> InGiven() const { return NamesIn(Given()); }
 
-    /// Where processes have their temporary folders.
+    // Where processes have their temporary folders.
     fs::path Root() const { return root_; }
     std::set<std::wstring> InRoot() const { return NamesIn(root_); }
 

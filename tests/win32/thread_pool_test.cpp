@@ -16,7 +16,7 @@ namespace {
 
 using tvut22::thread_pool;
 
-/// Called with the reason and the abort word, exactly once each.
+// Called with the reason and the abort word, exactly once each.
 using Body = std::function<void(UINT reason, const volatile LONG& abort)>;
 
 void TVUT22_CALL callBody(UINT reason, UINT_PTR user, const volatile LONG* abort) {
@@ -32,7 +32,7 @@ INT add(const thread_pool& pool, Body body) {
     return result;
 }
 
-/// A job that waits until it is let go.
+// A job that waits until it is let go.
 class Gate {
   public:
     void hold(const thread_pool& pool) {
@@ -237,7 +237,7 @@ int threadsOfProcess() {
     return threads;
 }
 
-/// The system gives the lowest number that is free.
+// The system gives the lowest number that is free.
 UINT_PTR nextHandle() {
     return reinterpret_cast<UINT_PTR>(Handle(CreateEventW(nullptr, TRUE, FALSE, nullptr)).get());
 }
@@ -291,7 +291,7 @@ void loadLibraries() {
         FreeLibrary(LoadLibraryW(L"winmm.dll"));
 }
 
-/// Jobs that use the loader until they are released.
+// Jobs that use the loader until they are released.
 std::atomic<int> begun{0};
 std::atomic<bool> released{false};
 
@@ -302,7 +302,7 @@ void TVUT22_CALL useLoader(UINT reason, UINT_PTR, const volatile LONG*) {
         loadLibraries();
 }
 
-/// A pool whose jobs do not end and of which more wait.
+// A pool whose jobs do not end and of which more wait.
 UtilThreadPool openBusyPool(UINT threads) {
     const UtilThreadPool pool = UtilThreadPoolOpen(L"busy", threads, 0);
     for (int i = 0; i < 50; ++i)
@@ -312,7 +312,7 @@ UtilThreadPool openBusyPool(UINT threads) {
     return pool;
 }
 
-/// Loads a library that uses pools in its DllMain while a job waits for the loader.
+// Loads a library that uses pools in its DllMain while a job waits for the loader.
 void useClientLibrary() {
     const UtilThreadPool pool = openBusyPool(1);
     SetEnvironmentVariableW(L"TVUT22_BUSY_POOL", std::to_wstring(reinterpret_cast<UINT_PTR>(pool)).c_str());

@@ -28,7 +28,7 @@ void Edit(const std::wstring& operation, ProfJob job, ProfList list, const typen
     operations.at(operation)(job, list, path);
 }
 
-/// A path of a case: the text, and its pointer, which is null for "-".
+// A path of a case: the text, and its pointer, which is null for "-".
 template <class Char>
 struct scCasePath {
     explicit scCasePath(const std::u16string& column)
@@ -186,8 +186,8 @@ TEST(Lists, AreCopiedWithinAJobAndToAnother) {
     EXPECT_LT(ProfCopyList(0, 0, from, 0), 0);
 }
 
-/// Handles that are no list of a job: deleted ones, another job's, an address within a list, a copy of a list
-/// elsewhere, addresses of nothing.
+// Handles that are no list of a job: deleted ones, another job's, an address within a list, a copy of a list
+// elsewhere, addresses of nothing.
 class clsNoLists {
   public:
     clsNoLists(ProfJob job, ProfJob other) {

@@ -11,7 +11,7 @@
 namespace testing_prof {
 namespace {
 
-/// What one way of reading makes of a text: its result and the numbers it stored.
+// What one way of reading makes of a text: its result and the numbers it stored.
 using Numbers = std::array<INT64, 4>;
 using Outcome = std::pair<INT, Numbers>;
 
@@ -22,14 +22,14 @@ std::string Shown(const std::wstring& text) {
     return ToBytes(text, CP_UTF8);
 }
 
-/// How many numbers the platform's scanning finds in the beginning that the library looks at.
+// How many numbers the platform's scanning finds in the beginning that the library looks at.
 template <class T>
 int Scan(const std::wstring& text, const wchar_t* format, T* out) {
     const std::wstring seen = text.substr(0, sizeof(T) == 8 ? 63 : 199);
     return __ms_swscanf(seen.c_str(), format, out, out + 1, out + 2, out + 3);
 }
 
-/// Scans by two formats, the first of which may be none, for all of some numbers.
+// Scans by two formats, the first of which may be none, for all of some numbers.
 template <class T>
 Outcome Platform(const std::wstring& text, const wchar_t* hex, const wchar_t* format, int count, T unset) {
     T out[4] = {};
@@ -51,7 +51,7 @@ Outcome PlatformColour(const std::wstring& text) {
     return {PROF_NOT_PARSED, {sentinel}};
 }
 
-/// What a Get makes of item "i".
+// What a Get makes of item "i".
 template <class Out, class Default>
 Outcome Got(ProfJob job, INT(TVUT22_CALL* get)(ProfJob, ProfList, const wchar_t*, Out*, Default)) {
     Out out;

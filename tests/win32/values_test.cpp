@@ -23,7 +23,7 @@ bool Same(const T& a, const T& b) {
     return std::memcmp(&a, &b, sizeof(T)) == 0; // NOLINT(bugprone-suspicious-memory-comparison): bits count
 }
 
-/// Append and Set of a value both store one text.
+// Append and Set of a value both store one text.
 template <class Char, class Value>
 void Stores(void(TVUT22_CALL* append)(ProfJob, ProfList, const Char*, Value),
             void(TVUT22_CALL* set)(ProfJob, ProfList, const Char*, Value), std::type_identity_t<Value> value,
@@ -79,7 +79,7 @@ TYPED_TEST(Values, NullPointsAndRectanglesAddNothing) {
     EXPECT_EQ(Describe(job), L"a=1;");
 }
 
-/// What a Get makes of a stored text, with a result variable that was set before.
+// What a Get makes of a stored text, with a result variable that was set before.
 template <class Char, class Out, class Default>
 void Reads(INT(TVUT22_CALL* get)(ProfJob, ProfList, const Char*, Out*, Default), const wchar_t* stored,
            std::type_identity_t<Out> before, std::type_identity_t<Default> fallback, INT result,

@@ -43,7 +43,7 @@ std::wstring Stored(VARIANT* value) {
     return TextOf(job, L"L/v");
 }
 
-/// The text of what a text is read as: the same again, if nothing was lost.
+// The text of what a text is read as: the same again, if nothing was lost.
 std::wstring Again(const std::wstring& text) {
     clsVariant read;
     return ProfGetVariantFromContents(text.c_str(), read) == PROF_OK ? Stored(read) : L"<not read>";
@@ -59,7 +59,7 @@ T* Elements(SAFEARRAY* array) {
     return static_cast<T*>(array->pvData);
 }
 
-/// Numbers that differ in every byte, two dimensions with lower bounds of their own.
+// Numbers that differ in every byte, two dimensions with lower bounds of their own.
 SAFEARRAY* Matrix(VARTYPE type) {
     SAFEARRAY* made = Array(type, {{3, -1}, {2, 10}});
     for (UINT i = 0; i < 6 * made->cbElements; ++i)

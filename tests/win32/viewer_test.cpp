@@ -19,7 +19,7 @@ LogpanSharedInfo InfoOf(const clsReceiver& receiver, UINT32 largest = 65507) {
     return {24, receiver.Port(), 1, largest, 0};
 }
 
-/// A viewer in this process, which writes to it, too.
+// A viewer in this process, which writes to it, too.
 struct scViewer {
     explicit scViewer(const wchar_t* name = LOGPAN_SHARED_INFO_LOCAL) : info(name, InfoOf(receiver)) {
         EXPECT_TRUE(UtilLOGPAN4Attach());
@@ -110,7 +110,7 @@ TEST(Viewer, IsFoundWhateverItPublishes) {
     EXPECT_LE(largestView, 65536u) << "little of the address space";
 }
 
-/// What a file on another machine does when it is cut short there.
+// What a file on another machine does when it is cut short there.
 void* WithoutPages(void* view) {
     DWORD before = 0;
     EXPECT_TRUE(VirtualProtect(view, 1, PAGE_NOACCESS, &before));
@@ -257,8 +257,8 @@ TEST(Socket, ThatCannotBeOpenedIsNotTriedForEveryLine) {
 
 // ---- Callers within the loader ---------------------------------------------------------------------
 
-/// Stands for a thread within the loader while another needs the loader: `needsLoader` is called where the
-/// system would load a library, and does not return until the thread's lines and jobs are through.
+// Stands for a thread within the loader while another needs the loader: `needsLoader` is called where the
+// system would load a library, and does not return until the thread's lines and jobs are through.
 struct scLoader {
     static inline int passed = 0;
     static inline std::atomic<bool> needed{false};
@@ -284,7 +284,7 @@ struct scLoader {
         NeedsLoader();
         return FindWindowW(name, title);
     }
-    /// Another process has the mutex that guards the number of modules, and keeps it.
+    // Another process has the mutex that guards the number of modules, and keeps it.
     static DWORD WINAPI Wait(HANDLE, DWORD milliseconds) {
         NeedsLoader();
         waits += milliseconds > 0;
@@ -297,7 +297,7 @@ struct scLoader {
     }
 };
 
-/// Child: everything that may need the loader. Each step that holds a lock meanwhile hangs.
+// Child: everything that may need the loader. Each step that holds a lock meanwhile hangs.
 void NeedLoader() {
     const clsImportHook hooks[] = {{"WaitForSingleObject", scLoader::Wait},
                                    {"WSAStartup", scLoader::Startup},
@@ -334,7 +334,7 @@ struct scEvent {
     Handle handle;
 };
 
-/// Child: a viewer that publishes itself and never reads its socket.
+// Child: a viewer that publishes itself and never reads its socket.
 void BeDeafViewer() {
     const clsReceiver receiver;
     const clsPublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, InfoOf(receiver, 600));

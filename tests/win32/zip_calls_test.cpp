@@ -27,7 +27,7 @@ TEST(ZipLibrary, IsLoadedForCiphersAlone) {
     EXPECT_TRUE(GetModuleHandleW(L"bcrypt.dll"));
 }
 
-/// A folder with an archive that is being made in it, and a few sources.
+// A folder with an archive that is being made in it, and a few sources.
 class Zip : public ::testing::Test {
   protected:
     void SetUp() override {
@@ -43,7 +43,7 @@ class Zip : public ::testing::Test {
     INT append(UtilZip zip, const wchar_t* name, const wchar_t* as = nullptr) {
         return UtilZIPAppend(zip, (folder / name).c_str(), as);
     }
-    /// A line about a source in the folder.
+    // A line about a source in the folder.
     std::string line(const char* file, const std::string& words) const {
         return appended + (folder.Path() / file).string() + "'): " + words;
     }

@@ -25,7 +25,7 @@ INT UnpackIn(const std::wstring& folder, const UtilZipOptions* options = nullptr
 }
 using Work = INT (*)(const std::wstring& folder, const UtilZipOptions* options);
 
-/// A folder with sources, an archive of before, and a folder in which files of these names are already.
+// A folder with sources, an archive of before, and a folder in which files of these names are already.
 class clsWorld {
   public:
     explicit clsWorld(const fs::path& disk = fs::temp_directory_path()) : folder_(disk) {
@@ -38,7 +38,7 @@ class clsWorld {
     std::wstring Target() const { return folder_ / L"out"; }
     std::wstring Path() const { return folder_.Path().wstring(); }
 
-    /// As it was before whatever is tried.
+    // As it was before whatever is tried.
     void Restore() const {
         fs::remove_all(Target());
         for (const auto& name : Temporaries())
@@ -47,7 +47,7 @@ class clsWorld {
         makeTree(Target(), {{L"source\\noise", "old"}, {L"source\\d\\text", "old"}});
     }
 
-    /// The archive is the one of before or a good one; whether it is good.
+    // The archive is the one of before or a good one; whether it is good.
     bool IsNew() const {
         if (ReadBytes(Archive()) == "the archive of before")
             return false;
@@ -55,7 +55,7 @@ class clsWorld {
         EXPECT_EQ(UtilExtractZip(Archive().c_str(), nullptr, nullptr), UTIL_OK);
         return true;
     }
-    /// Each file is the one of before, the one of the archive or missing; how many are the archive's.
+    // Each file is the one of before, the one of the archive or missing; how many are the archive's.
     int CountNew() const {
         const Tree all = Sources();
         int count = 0;
@@ -104,7 +104,7 @@ class ZipWhole : public ::testing::TestWithParam<scCase> {
         in.Restore();
         EXPECT_TRUE(!GetParam().unpacks || PackIn(in.Path()) == UTIL_OK);
     }
-    /// Old or new, and whether all is new.
+    // Old or new, and whether all is new.
     bool IsDone(const clsWorld& in) const {
         return GetParam().unpacks ? in.CountNew() == clsWorld::files : in.IsNew();
     }

@@ -1,3 +1,6 @@
+// A place is taken before a pool is made, and given back when that fails, so that 255 are never exceeded. A
+// handle that is being used keeps its pool alive; closing a handle lets the pool go, which ends itself when
+// the last of its runners has left.
 #include "runtime/pool/pools.h"
 
 #include "runtime/diagnostics.h"

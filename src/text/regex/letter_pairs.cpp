@@ -1,3 +1,6 @@
+// A row is a run of upper case letters and the distance to their lower case; in an alternating run every
+// second letter is a lower case one. One subtraction, taken as unsigned, tells whether a letter lies in a
+// run.
 #include "text/regex/letter_pairs.h"
 
 namespace tvut {
