@@ -76,7 +76,7 @@ public static class TvUT22
     public const int PROF_NO_GLOBAL_MEMORY = -8;
     /// <summary>Get: the item's text is not of the type asked for</summary>
     public const int PROF_NOT_PARSED = -9;
-    /// <summary>open: locked by others for 10 seconds, or loading failed</summary>
+    /// <summary>open: locked by others for 10 seconds, or it could not be read</summary>
     public const int PROF_LOCKED = -10;
 
     public const uint PROF_FORM_TEXT = 0x0;
@@ -125,11 +125,11 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern void ProfJobAddRef(ProfJob job);
 
-    /// <summary>Releases one reference</summary>
+    /// <summary>Releases one reference to a job</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern void ProfJobClose(ProfJob job);
 
-    /// <summary>The error of opening and loading the job: PROF_OK or one of the codes of ProfJobOpen</summary>
+    /// <summary>Returns the error of opening and loading the job: PROF_OK or one of the codes of ProfJobOpen</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int ProfGetError(ProfJob job);
 
@@ -152,7 +152,7 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern ProfJob ProfJobOpenClipboard(IntPtr owner);
 
-    /// <summary>Whether the clipboard holds a profile: nonzero, or 0</summary>
+    /// <summary>Tells whether the clipboard holds a profile: nonzero, or 0</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern bool ProfIsClipboardDataAvailable();
 
@@ -357,10 +357,10 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int ProfGetStringW(ProfJob job, ProfList list, string path, StringBuilder buffer, uint size, string defaultValue);
 
-    /// <summary>The length of an item's text in UTF-16 characters without a terminator, or PROF_NOT_FOUND</summary>
+    /// <summary>Returns the length of an item's text in UTF-16 characters without a terminator, or PROF_NOT_FOUND</summary>
     [DllImport(Dll, CharSet = CharSet.Ansi, ExactSpelling = true, SetLastError = true)]
     public static extern int ProfGetStringLengthA(ProfJob job, ProfList list, string path);
-    /// <summary>The length of an item's text in UTF-16 characters without a terminator, or PROF_NOT_FOUND</summary>
+    /// <summary>Returns the length of an item's text in UTF-16 characters without a terminator, or PROF_NOT_FOUND</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int ProfGetStringLengthW(ProfJob job, ProfList list, string path);
 
@@ -499,7 +499,7 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern void ProfLPSTRtoCOLORREFW(string text, ref uint @out, uint defaultValue);
 
-    /// <summary>The version: 0 returns 5642 (major * 256 + minor), 1 the major number 22, 2 the minor number 10, any other selector -1</summary>
+    /// <summary>Returns the version: selector 0 gives 5642 (major * 256 + minor), 1 the major number 22, 2 the minor number 10, any other selector -1</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int ProfGetVersion(int selector);
 
@@ -511,7 +511,7 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern uint ProfGetOption(uint option);
 
-    /// <summary>Kept for callers of earlier versions</summary>
+    /// <summary>Does nothing: kept for callers of earlier versions</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern void ProfSetDebug(bool flag);
 
@@ -535,9 +535,9 @@ public static class TvUT22
     public const int UTIL_TOO_LARGE = -7;
     /// <summary>of a kind that is not known</summary>
     public const int UTIL_NOT_SUPPORTED = -8;
-    /// <summary>the caller said so</summary>
+    /// <summary>a callback or an abort wanted it</summary>
     public const int UTIL_CANCELLED = -9;
-    /// <summary>it would lead out of the folder</summary>
+    /// <summary>it would lead where it must not: out of the folder, from https to http</summary>
     public const int UTIL_UNSAFE = -10;
     /// <summary>missing or wrong</summary>
     public const int UTIL_BAD_PASSWORD = -11;
@@ -597,7 +597,7 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilExHandlerStartProtection([In] ref UtilProtection options);
 
-    /// <summary>Takes back one StartProtection</summary>
+    /// <summary>Takes back one UtilExHandlerStartProtection</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilExHandlerEndProtection();
 
@@ -605,7 +605,7 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilExHandlerSetNote(string name, string value);
 
-    /// <summary>Tells where a thread is: one frame a line, each ended by CR LF, the innermost first, at most 64, as "designer.exe+0x1d44 _Z11render_pageR4Page+0x12 (page.cpp:41)", as much of it as is known</summary>
+    /// <summary>Tells where a thread is, as a text of one frame a line, the innermost first, at most 64</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilDebugHelpGetStackTrace(uint thread, IntPtr context, uint skip, [MarshalAs(UnmanagedType.BStr)] ref string result);
 
@@ -623,7 +623,7 @@ public static class TvUT22
     /// <summary>reports that are in the finished archive are removed from their folder</summary>
     public const uint UTIL_SUPPORT_TAKE = 0x1;
 
-    /// <summary>Writes one ZIP archive that a customer can send: "system.txt" (the program, the system, the user's language, code page, monitors, memory, drives, and the modules), "reports" (all reports and dumps in the folder of the protection, none without protection), "log" (the file of the diagnostic output, where one is named), and "files" (what is given here)</summary>
+    /// <summary>Writes one ZIP archive that a customer can send</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilDebugHelpWriteSupportArchive(string archive, [In, MarshalAs(UnmanagedType.LPArray, ArraySubType = UnmanagedType.LPWStr)] string[] files, uint count, uint flags);
 
@@ -646,18 +646,18 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern void UtilError(string where, string what);
 
-    /// <summary>Whether diagnostic output is on: not 0 while a viewer or a log file takes lines</summary>
+    /// <summary>Returns whether diagnostic output is on: not 0 while a viewer or a log file takes lines</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern uint UtilGetFlags();
 
-    /// <summary>Shows a message box "Assertion Failure" with the line, the file and the expression, at most 80 characters of them, waits for its answer, and ends the process with exit code -1 whatever that is</summary>
+    /// <summary>Shows the message box "Assertion Failure", and ends the process with exit code -1 when it is answered, in whichever way</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern void UtilAssert(string expression, string file, uint line);
 
-    /// <summary>Viewers are found without asking, at most a second after they have started</summary>
+    /// <summary>Look for a viewer now, and end the connection to one</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern bool UtilLOGPAN4Attach();
-    /// <summary>Viewers are found without asking, at most a second after they have started</summary>
+    /// <summary>Look for a viewer now, and end the connection to one</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern void UtilLOGPAN4Detach();
 
@@ -668,7 +668,7 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern UtilDocInfo UtilDocInfoOpen(string file);
 
-    /// <summary>The same for a stream, from its beginning</summary>
+    /// <summary>Reads the properties of a document in a stream, from its beginning</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern UtilDocInfo UtilDocInfoOpenStream(IStream stream);
 
@@ -768,7 +768,7 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern UtilJob UtilJobOpen(string name, uint flags);
 
-    /// <summary>Drops a reference</summary>
+    /// <summary>Drops a reference to a job</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilJobClose(UtilJob job);
 
@@ -779,15 +779,15 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern void UtilModuleOnDetach(string module);
 
-    /// <summary>The library's version</summary>
+    /// <summary>Returns the library's version</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern uint UtilGetVersion(uint which);
 
-    /// <summary>Keeps the language of the host program's user interface under the current user, in the value "Language" of Software\Velmor\Appearance\&lt;host program's name&gt;</summary>
+    /// <summary>Keeps the language of the host program's user interface for the user</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilLanguageSet(uint language);
 
-    /// <summary>The language that was kept</summary>
+    /// <summary>Returns the language that was kept</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern uint UtilLanguageGet();
 
@@ -838,10 +838,10 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilHeapShrink(UtilHeap heap, uint reserved);
 
-    /// <summary>The size in bytes of the last block in use that a walk over the heap meets</summary>
+    /// <summary>Return the size in bytes of the last block in use that a walk over the heap meets</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilHeapSize(UtilHeap heap);
-    /// <summary>The size in bytes of the last block in use that a walk over the heap meets</summary>
+    /// <summary>Return the size in bytes of the last block in use that a walk over the heap meets</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilHeapSizeObjects(UtilHeap heap);
 
@@ -856,7 +856,7 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilHeapObjectFree(UtilHeap heap, IntPtr payload);
 
-    /// <summary>Bytes of an object's payload</summary>
+    /// <summary>Returns the size of an object's payload</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilHeapObjectSize(UtilHeap heap, IntPtr payload);
 
@@ -912,10 +912,10 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilLocSystemTimeFromLocaleString(string text, string locale, uint flags, string picture, ref SYSTEMTIME time);
 
-    /// <summary>The same for OLE dates</summary>
+    /// <summary>Write an OLE date as text and read one, as the two calls above do</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilDateTimeToLocaleString(double dateTime, string locale, uint flags, string picture, [MarshalAs(UnmanagedType.BStr)] ref string result);
-    /// <summary>The same for OLE dates</summary>
+    /// <summary>Write an OLE date as text and read one, as the two calls above do</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilDateTimeFromLocaleString(string text, string locale, uint flags, string picture, ref double dateTime);
 
@@ -994,7 +994,7 @@ public static class TvUT22
         public string nativeName;
     }
 
-    /// <summary>Lists all countries in a language, in its alphabetical order: that of CompareStringEx, and of the codes of two letters where names are equal</summary>
+    /// <summary>Lists all countries with their names in a language, in its alphabetical order</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilLocGetCountryList(string language, [In, Out] UtilLocCountry[] list, uint count);
 
@@ -1086,11 +1086,11 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern IntPtr UtilMemset(IntPtr destination, int value, uint bytes);
 
-    /// <summary>Characters before the terminator</summary>
+    /// <summary>Returns the number of characters before the terminator</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern uint UtilStrlen(string @string);
 
-    /// <summary>The same</summary>
+    /// <summary>Returns what UtilStrlen does</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern uint UtilSafeStrlen(uint reserved, string @string);
 
@@ -1109,14 +1109,14 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilStrnicmp(string a, string b, uint count);
 
-    /// <summary>The first occurrence of a part, which is the string itself for an empty part</summary>
+    /// <summary>Finds the first occurrence of a part</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern IntPtr UtilStrstr(IntPtr @string, IntPtr part);
 
-    /// <summary>The first or last occurrence of a character, null when there is none</summary>
+    /// <summary>Find the first or last occurrence of a character</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern IntPtr UtilStrchr(IntPtr @string, char character);
-    /// <summary>The first or last occurrence of a character, null when there is none</summary>
+    /// <summary>Find the first or last occurrence of a character</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern IntPtr UtilStrrchr(IntPtr @string, char character);
 
@@ -1138,44 +1138,44 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilSubstr(StringBuilder @string, int start, uint count);
 
-    /// <summary>Kept for callers that ask whether a pointer is readable, writable, a text of a size</summary>
+    /// <summary>Always return 1: kept for callers that ask whether a pointer is readable, writable, a text of a size</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern bool UtilIsRPtr(IntPtr pointer, uint size);
-    /// <summary>Kept for callers that ask whether a pointer is readable, writable, a text of a size</summary>
+    /// <summary>Always return 1: kept for callers that ask whether a pointer is readable, writable, a text of a size</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern bool UtilIsWPtr(IntPtr pointer, uint size);
-    /// <summary>Kept for callers that ask whether a pointer is readable, writable, a text of a size</summary>
+    /// <summary>Always return 1: kept for callers that ask whether a pointer is readable, writable, a text of a size</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern bool UtilIsString(string pointer, uint size);
 
     /// <summary>there are more bytes than the destination holds</summary>
     public const int UTIL_CONVERT_TOO_LARGE = -1;
-    /// <summary>an argument is missing, or a stream cannot be made</summary>
+    /// <summary>an argument is missing or no block, or a stream cannot be made</summary>
     public const int UTIL_CONVERT_NO_ARGUMENT = -2;
     /// <summary>a stream or memory fails, or there are too many bytes</summary>
     public const int UTIL_CONVERT_FAILED = -4;
     /// <summary>the text does not fit into the destination</summary>
     public const int UTIL_CONVERT_TOO_SMALL = -44;
 
-    /// <summary>Bytes to text: of a block of memory, of a stream from its start to its end (one that cannot seek: from where it stands), of a global memory block by its whole GlobalSize</summary>
+    /// <summary>Turn bytes into text</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilConvertBLOBToString(byte[] bytes, uint byteCount, StringBuilder destination, uint size, bool compress);
-    /// <summary>Bytes to text: of a block of memory, of a stream from its start to its end (one that cannot seek: from where it stands), of a global memory block by its whole GlobalSize</summary>
+    /// <summary>Turn bytes into text</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilConvertStreamToString(IStream stream, StringBuilder destination, uint size, bool compress);
-    /// <summary>Bytes to text: of a block of memory, of a stream from its start to its end (one that cannot seek: from where it stands), of a global memory block by its whole GlobalSize</summary>
+    /// <summary>Turn bytes into text</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilConvertHGLOBALToString(IntPtr block, StringBuilder destination, uint size, bool compress);
 
-    /// <summary>Text to bytes</summary>
+    /// <summary>Turns text into bytes</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilConvertStringToBLOB(string text, byte[] destination, uint size);
 
-    /// <summary>Text to bytes that are written to a stream where it stands</summary>
+    /// <summary>Turns text into bytes, and writes them to a stream where it stands</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilConvertStringToStream(string text, IStream stream);
 
-    /// <summary>Text to a global memory block of exactly its bytes, movable</summary>
+    /// <summary>Turns text into a movable global memory block of exactly its bytes</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilConvertStringToHGLOBAL(string text, ref IntPtr @out);
 
@@ -1202,13 +1202,13 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilThreadPoolAdd(UtilThreadPool pool, UtilThreadPoolJob job, UIntPtr user);
 
-    /// <summary>Aborts a pool: it takes no more jobs until it is finalised, jobs that run see their abort word become 1, and all that wait are discarded, in their order, on the calling thread, before the call returns</summary>
+    /// <summary>Aborts a pool: jobs that wait are discarded, and it takes no more until it is finalised</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilThreadPoolAbort(UtilThreadPool pool);
 
     public const uint UTIL_POOL_FOREVER = 0xFFFFFFFF;
 
-    /// <summary>Waits until a pool is idle: no job waits, runs or is being discarded, those among them that jobs add meanwhile</summary>
+    /// <summary>Waits until a pool is idle</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilThreadPoolFinalize(UtilThreadPool pool, uint milliseconds);
 
@@ -1271,11 +1271,11 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern UtilHook UtilHookCBT(UtilCBTProc proc, UIntPtr user);
 
-    /// <summary>Looks out for Ctrl+Break: the virtual key VK_CANCEL going down in the messages that the calling thread takes from its queue, and CTRL_BREAK_EVENT of a console</summary>
+    /// <summary>Hooks Ctrl+Break</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern UtilHook UtilHookCtrlBreak(UtilBreakProc proc, UIntPtr user);
 
-    /// <summary>Tells how often Ctrl+Break was seen since the last ask</summary>
+    /// <summary>Tells how often Ctrl+Break was seen since this was last asked</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilHookBreakSeen(UtilHook hook);
 
@@ -1363,7 +1363,7 @@ public static class TvUT22
 
     /// <summary>UtilZIPCreate: nothing is compressed</summary>
     public const uint UTIL_ZIP_STORE = 0x1;
-    /// <summary>UtilExtractZip: a file that is there stays, its entry is passed over</summary>
+    /// <summary>UtilExtractZip: a file that is there stays, its entry is skipped</summary>
     public const uint UTIL_ZIP_KEEP_EXISTING = 0x10;
 
     /// <summary>32 bytes</summary>
@@ -1394,7 +1394,7 @@ public static class TvUT22
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilZIPAppend(UtilZip zip, string source, string name);
 
-    /// <summary>Adds files and folders under their own names, which get " (2)", " (3)" </summary>
+    /// <summary>Adds files and folders under their own names</summary>
     [DllImport(Dll, CharSet = CharSet.Unicode, ExactSpelling = true, SetLastError = true)]
     public static extern int UtilZIPAppendList(UtilZip zip, [In, MarshalAs(UnmanagedType.LPArray, ArraySubType = UnmanagedType.LPWStr)] string[] sources, uint count, string folder);
 

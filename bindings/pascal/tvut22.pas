@@ -41,7 +41,7 @@ const
   PROF_COPY_FAILED = -8; // ProfCopyList: failed or stopped
   PROF_NO_GLOBAL_MEMORY = -8; // ProfSaveToClipboard: no memory that the clipboard would take
   PROF_NOT_PARSED = -9; // Get: the item's text is not of the type asked for
-  PROF_LOCKED = -10; // open: locked by others for 10 seconds, or loading failed
+  PROF_LOCKED = -10; // open: locked by others for 10 seconds, or it could not be read
 
 // Save flags, low four bits: the form
   PROF_FORM_TEXT = $0;
@@ -77,10 +77,10 @@ function ProfJobOpenStreamObjectW(const stream: IStream; name: PWideChar; flags:
 // Adds one reference to a job
 procedure ProfJobAddRef(job: ProfJob); stdcall; external tvut22_dll;
 
-// Releases one reference
+// Releases one reference to a job
 procedure ProfJobClose(job: ProfJob); stdcall; external tvut22_dll;
 
-// The error of opening and loading the job: PROF_OK or one of the codes of ProfJobOpen
+// Returns the error of opening and loading the job: PROF_OK or one of the codes of ProfJobOpen
 function ProfGetError(job: ProfJob): Integer; stdcall; external tvut22_dll;
 
 // Saves a profile to a file
@@ -96,7 +96,7 @@ function ProfSaveToClipboard(job: ProfJob; owner: HWND; flags: Cardinal): Intege
 // Opens a profile from the clipboard
 function ProfJobOpenClipboard(owner: HWND): ProfJob; stdcall; external tvut22_dll;
 
-// Whether the clipboard holds a profile: nonzero, or 0
+// Tells whether the clipboard holds a profile: nonzero, or 0
 function ProfIsClipboardDataAvailable: BOOL; stdcall; external tvut22_dll;
 
 // Finds a list by path: at each segment the first list of that name, with no second try
@@ -187,7 +187,7 @@ procedure ProfSetColorrefW(job: ProfJob; list: ProfList; path: PWideChar; value:
 function ProfGetStringA(job: ProfJob; list: ProfList; path: PAnsiChar; buffer: PAnsiChar; size: Cardinal; defaultValue: PAnsiChar): Integer; stdcall; external tvut22_dll;
 function ProfGetStringW(job: ProfJob; list: ProfList; path: PWideChar; buffer: PWideChar; size: Cardinal; defaultValue: PWideChar): Integer; stdcall; external tvut22_dll;
 
-// The length of an item's text in UTF-16 characters without a terminator, or PROF_NOT_FOUND
+// Returns the length of an item's text in UTF-16 characters without a terminator, or PROF_NOT_FOUND
 function ProfGetStringLengthA(job: ProfJob; list: ProfList; path: PAnsiChar): Integer; stdcall; external tvut22_dll;
 function ProfGetStringLengthW(job: ProfJob; list: ProfList; path: PWideChar): Integer; stdcall; external tvut22_dll;
 
@@ -251,7 +251,7 @@ procedure ProfLPSTRtoRECTW(text: PWideChar; out_: PRect; defaultValue: PRect); s
 procedure ProfLPSTRtoCOLORREFA(text: PAnsiChar; out_: PCardinal; defaultValue: Cardinal); stdcall; external tvut22_dll;
 procedure ProfLPSTRtoCOLORREFW(text: PWideChar; out_: PCardinal; defaultValue: Cardinal); stdcall; external tvut22_dll;
 
-// The version: 0 returns 5642 (major * 256 + minor), 1 the major number 22, 2 the minor number 10, any other selector -1
+// Returns the version: selector 0 gives 5642 (major * 256 + minor), 1 the major number 22, 2 the minor number 10, any other selector -1
 function ProfGetVersion(selector: Integer): Integer; stdcall; external tvut22_dll;
 
 // Sets an option of the process (low 16 bits of the value)
@@ -260,7 +260,7 @@ procedure ProfSetOption(option: Cardinal; value: Cardinal); stdcall; external tv
 // Reads an option of the process
 function ProfGetOption(option: Cardinal): Cardinal; stdcall; external tvut22_dll;
 
-// Kept for callers of earlier versions
+// Does nothing: kept for callers of earlier versions
 procedure ProfSetDebug(flag: BOOL); stdcall; external tvut22_dll;
 
 // ==== Util: results that calls of several families share. A name means the same in all of them
@@ -276,8 +276,8 @@ const
   UTIL_NOT_FOUND = -6; // there is no such thing
   UTIL_TOO_LARGE = -7; // beyond a bound
   UTIL_NOT_SUPPORTED = -8; // of a kind that is not known
-  UTIL_CANCELLED = -9; // the caller said so
-  UTIL_UNSAFE = -10; // it would lead out of the folder
+  UTIL_CANCELLED = -9; // a callback or an abort wanted it
+  UTIL_UNSAFE = -10; // it would lead where it must not: out of the folder, from https to http
   UTIL_BAD_PASSWORD = -11; // missing or wrong
   UTIL_EXISTS = -12; // it is there already
   UTIL_JOBS_LEFT = -13; // jobs were discarded
@@ -318,13 +318,13 @@ type
 // Starts protection, or counts a further start: the options of the first hold until the last End
 function UtilExHandlerStartProtection(options: PUtilProtection): Integer; stdcall; external tvut22_dll;
 
-// Takes back one StartProtection
+// Takes back one UtilExHandlerStartProtection
 function UtilExHandlerEndProtection: Integer; stdcall; external tvut22_dll;
 
 // Sets a note that each later report and dump shows, protection or not
 function UtilExHandlerSetNote(name: PWideChar; value: PWideChar): Integer; stdcall; external tvut22_dll;
 
-// Tells where a thread is: one frame a line, each ended by CR LF, the innermost first, at most 64, as "designer.exe+0x1d44 _Z11render_pageR4Page+0x12 (page.cpp:41)", as much of it as is known
+// Tells where a thread is, as a text of one frame a line, the innermost first, at most 64
 function UtilDebugHelpGetStackTrace(thread: Cardinal; context: Pointer; skip: Cardinal; result_: PWideString): Integer; stdcall; external tvut22_dll;
 
 // Writes the caller's frames to the diagnostic output, as lines of a group below a title
@@ -341,7 +341,7 @@ function UtilDebugHelpWriteMiniDump(file_: PWideChar; flags: Cardinal; process: 
 const
   UTIL_SUPPORT_TAKE = $1; // reports that are in the finished archive are removed from their folder
 
-// Writes one ZIP archive that a customer can send: "system.txt" (the program, the system, the user's language, code page, monitors, memory, drives, and the modules), "reports" (all reports and dumps in the folder of the protection, none without protection), "log" (the file of the diagnostic output, where one is named), and "files" (what is given here)
+// Writes one ZIP archive that a customer can send
 function UtilDebugHelpWriteSupportArchive(archive: PWideChar; files: PUtilTexts; count: Cardinal; flags: Cardinal): Integer; stdcall; external tvut22_dll;
 
 // ==== Util: diagnostic output
@@ -359,13 +359,13 @@ procedure PasDebug(text: PWideChar); stdcall; external tvut22_dll;
 // Writes "\nKX32UTIL['<host program>']: error in '<where>' (<what>): \n"
 procedure UtilError(where: PWideChar; what: PWideChar); stdcall; external tvut22_dll;
 
-// Whether diagnostic output is on: not 0 while a viewer or a log file takes lines
+// Returns whether diagnostic output is on: not 0 while a viewer or a log file takes lines
 function UtilGetFlags: Cardinal; stdcall; external tvut22_dll;
 
-// Shows a message box "Assertion Failure" with the line, the file and the expression, at most 80 characters of them, waits for its answer, and ends the process with exit code -1 whatever that is
+// Shows the message box "Assertion Failure", and ends the process with exit code -1 when it is answered, in whichever way
 procedure UtilAssert(expression: PWideChar; file_: PWideChar; line: Cardinal); stdcall; external tvut22_dll;
 
-// Viewers are found without asking, at most a second after they have started
+// Look for a viewer now, and end the connection to one
 function UtilLOGPAN4Attach: BOOL; stdcall; external tvut22_dll;
 procedure UtilLOGPAN4Detach; stdcall; external tvut22_dll;
 
@@ -379,7 +379,7 @@ type
 // Reads the properties of a file, which is closed again before this returns
 function UtilDocInfoOpen(file_: PWideChar): UtilDocInfo; stdcall; external tvut22_dll;
 
-// The same for a stream, from its beginning
+// Reads the properties of a document in a stream, from its beginning
 function UtilDocInfoOpenStream(const stream: IStream): UtilDocInfo; stdcall; external tvut22_dll;
 
 // Returns a property
@@ -466,20 +466,20 @@ const
 // Opens the job of a name, or adds a reference to the one that is open
 function UtilJobOpen(name: PWideChar; flags: Cardinal): UtilJob; stdcall; external tvut22_dll;
 
-// Drops a reference
+// Drops a reference to a job
 function UtilJobClose(job: UtilJob): Integer; stdcall; external tvut22_dll;
 
 // Announce that a module of the product has been loaded or is about to be unloaded
 procedure UtilModuleOnAttach(module: PWideChar); stdcall; external tvut22_dll;
 procedure UtilModuleOnDetach(module: PWideChar); stdcall; external tvut22_dll;
 
-// The library's version
+// Returns the library's version
 function UtilGetVersion(which: Cardinal): Cardinal; stdcall; external tvut22_dll;
 
-// Keeps the language of the host program's user interface under the current user, in the value "Language" of Software\Velmor\Appearance\<host program's name>
+// Keeps the language of the host program's user interface for the user
 function UtilLanguageSet(language: Cardinal): Integer; stdcall; external tvut22_dll;
 
-// The language that was kept
+// Returns the language that was kept
 function UtilLanguageGet: Cardinal; stdcall; external tvut22_dll;
 
 // ==== Util: checked heaps
@@ -522,7 +522,7 @@ function UtilHeapValidate(heap: UtilHeap; payload: Pointer; reserved: Cardinal):
 // Gives memory that the heap does not need back to the system
 function UtilHeapShrink(heap: UtilHeap; reserved: Cardinal): Integer; stdcall; external tvut22_dll;
 
-// The size in bytes of the last block in use that a walk over the heap meets
+// Return the size in bytes of the last block in use that a walk over the heap meets
 function UtilHeapSize(heap: UtilHeap): Integer; stdcall; external tvut22_dll;
 function UtilHeapSizeObjects(heap: UtilHeap): Integer; stdcall; external tvut22_dll;
 
@@ -533,7 +533,7 @@ function UtilHeapObjectAllocExt(heap: UtilHeap; size: Integer; flags: Cardinal; 
 // Frees an object
 function UtilHeapObjectFree(heap: UtilHeap; payload: Pointer): Integer; stdcall; external tvut22_dll;
 
-// Bytes of an object's payload
+// Returns the size of an object's payload
 function UtilHeapObjectSize(heap: UtilHeap; payload: Pointer): Integer; stdcall; external tvut22_dll;
 
 // ==== Util: HTML and plain text
@@ -577,7 +577,7 @@ function UtilLocLocaleStringFromSystemTime(time: PSystemTime; locale: PWideChar;
 // Reads a text as a moment
 function UtilLocSystemTimeFromLocaleString(text: PWideChar; locale: PWideChar; flags: Cardinal; picture: PWideChar; time: PSystemTime): Integer; stdcall; external tvut22_dll;
 
-// The same for OLE dates
+// Write an OLE date as text and read one, as the two calls above do
 function UtilDateTimeToLocaleString(dateTime: Double; locale: PWideChar; flags: Cardinal; picture: PWideChar; result_: PWideString): Integer; stdcall; external tvut22_dll;
 function UtilDateTimeFromLocaleString(text: PWideChar; locale: PWideChar; flags: Cardinal; picture: PWideChar; dateTime: PDouble): Integer; stdcall; external tvut22_dll;
 
@@ -624,7 +624,7 @@ type
   end;
   PUtilLocLanguage = ^UtilLocLanguage;
 
-// Lists all countries in a language, in its alphabetical order: that of CompareStringEx, and of the codes of two letters where names are equal
+// Lists all countries with their names in a language, in its alphabetical order
 function UtilLocGetCountryList(language: PWideChar; list: PUtilLocCountry; count: Cardinal): Integer; stdcall; external tvut22_dll;
 
 // Tells what is known about a country
@@ -702,10 +702,10 @@ function UtilMemcpy(destination: Pointer; source: Pointer; bytes: Cardinal): Poi
 // Fills bytes with the low 8 bits of a value
 function UtilMemset(destination: Pointer; value: Integer; bytes: Cardinal): Pointer; stdcall; external tvut22_dll;
 
-// Characters before the terminator
+// Returns the number of characters before the terminator
 function UtilStrlen(string_: PWideChar): Cardinal; stdcall; external tvut22_dll;
 
-// The same
+// Returns what UtilStrlen does
 function UtilSafeStrlen(reserved: Cardinal; string_: PWideChar): Cardinal; stdcall; external tvut22_dll;
 
 // Compares by UTF-16 unit
@@ -718,10 +718,10 @@ function UtilStrncmp(a: PWideChar; b: PWideChar; count: Cardinal): Integer; stdc
 function UtilStricmp(a: PWideChar; b: PWideChar): Integer; stdcall; external tvut22_dll;
 function UtilStrnicmp(a: PWideChar; b: PWideChar; count: Cardinal): Integer; stdcall; external tvut22_dll;
 
-// The first occurrence of a part, which is the string itself for an empty part
+// Finds the first occurrence of a part
 function UtilStrstr(string_: PWideChar; part: PWideChar): PWideChar; stdcall; external tvut22_dll;
 
-// The first or last occurrence of a character, null when there is none
+// Find the first or last occurrence of a character
 function UtilStrchr(string_: PWideChar; character: WideChar): PWideChar; stdcall; external tvut22_dll;
 function UtilStrrchr(string_: PWideChar; character: WideChar): PWideChar; stdcall; external tvut22_dll;
 
@@ -736,7 +736,7 @@ function UtilStuff(string_: PWideChar; position: Cardinal; count: Cardinal; inse
 // Keeps a part of a string, moved to its front
 function UtilSubstr(string_: PWideChar; start: Integer; count: Cardinal): Integer; stdcall; external tvut22_dll;
 
-// Kept for callers that ask whether a pointer is readable, writable, a text of a size
+// Always return 1: kept for callers that ask whether a pointer is readable, writable, a text of a size
 function UtilIsRPtr(pointer_: Pointer; size: Cardinal): BOOL; stdcall; external tvut22_dll;
 function UtilIsWPtr(pointer_: Pointer; size: Cardinal): BOOL; stdcall; external tvut22_dll;
 function UtilIsString(pointer_: PWideChar; size: Cardinal): BOOL; stdcall; external tvut22_dll;
@@ -744,22 +744,22 @@ function UtilIsString(pointer_: PWideChar; size: Cardinal): BOOL; stdcall; exter
 // The text form of bytes is what items of a profile hold: Base64 without line breaks, or "@2@" and the Base64 of the bytes compressed by zlib
 const
   UTIL_CONVERT_TOO_LARGE = -1; // there are more bytes than the destination holds
-  UTIL_CONVERT_NO_ARGUMENT = -2; // an argument is missing, or a stream cannot be made
+  UTIL_CONVERT_NO_ARGUMENT = -2; // an argument is missing or no block, or a stream cannot be made
   UTIL_CONVERT_FAILED = -4; // a stream or memory fails, or there are too many bytes
   UTIL_CONVERT_TOO_SMALL = -44; // the text does not fit into the destination
 
-// Bytes to text: of a block of memory, of a stream from its start to its end (one that cannot seek: from where it stands), of a global memory block by its whole GlobalSize
+// Turn bytes into text
 function UtilConvertBLOBToString(bytes: Pointer; byteCount: Cardinal; destination: PWideChar; size: Cardinal; compress: BOOL): Integer; stdcall; external tvut22_dll;
 function UtilConvertStreamToString(const stream: IStream; destination: PWideChar; size: Cardinal; compress: BOOL): Integer; stdcall; external tvut22_dll;
 function UtilConvertHGLOBALToString(block: HGLOBAL; destination: PWideChar; size: Cardinal; compress: BOOL): Integer; stdcall; external tvut22_dll;
 
-// Text to bytes
+// Turns text into bytes
 function UtilConvertStringToBLOB(text: PWideChar; destination: Pointer; size: Cardinal): Integer; stdcall; external tvut22_dll;
 
-// Text to bytes that are written to a stream where it stands
+// Turns text into bytes, and writes them to a stream where it stands
 function UtilConvertStringToStream(text: PWideChar; const stream: IStream): Integer; stdcall; external tvut22_dll;
 
-// Text to a global memory block of exactly its bytes, movable
+// Turns text into a movable global memory block of exactly its bytes
 function UtilConvertStringToHGLOBAL(text: PWideChar; out_: PHandle): Integer; stdcall; external tvut22_dll;
 
 // ==== Util: a thread pool, which runs many small jobs of a program on a few threads
@@ -788,14 +788,14 @@ function UtilThreadPoolOpen(name: PWideChar; threads: Cardinal; flags: Cardinal)
 // Adds a job
 function UtilThreadPoolAdd(pool: UtilThreadPool; job: UtilThreadPoolJob; user: Cardinal): Integer; stdcall; external tvut22_dll;
 
-// Aborts a pool: it takes no more jobs until it is finalised, jobs that run see their abort word become 1, and all that wait are discarded, in their order, on the calling thread, before the call returns
+// Aborts a pool: jobs that wait are discarded, and it takes no more until it is finalised
 function UtilThreadPoolAbort(pool: UtilThreadPool): Integer; stdcall; external tvut22_dll;
 
 // For the time of UtilThreadPoolFinalize
 const
   UTIL_POOL_FOREVER = $FFFFFFFF;
 
-// Waits until a pool is idle: no job waits, runs or is being discarded, those among them that jobs add meanwhile
+// Waits until a pool is idle
 function UtilThreadPoolFinalize(pool: UtilThreadPool; milliseconds: Cardinal): Integer; stdcall; external tvut22_dll;
 
 // Closes a pool: aborts it, waits without end as Finalize does, and makes the handle invalid
@@ -850,10 +850,10 @@ type
 // Hooks the calling thread: the procedure is asked before the system creates, activates, moves, sizes or destroys a window of this thread
 function UtilHookCBT(proc: UtilCBTProc; user: Cardinal): UtilHook; stdcall; external tvut22_dll;
 
-// Looks out for Ctrl+Break: the virtual key VK_CANCEL going down in the messages that the calling thread takes from its queue, and CTRL_BREAK_EVENT of a console
+// Hooks Ctrl+Break
 function UtilHookCtrlBreak(proc: UtilBreakProc; user: Cardinal): UtilHook; stdcall; external tvut22_dll;
 
-// Tells how often Ctrl+Break was seen since the last ask
+// Tells how often Ctrl+Break was seen since this was last asked
 function UtilHookBreakSeen(hook: UtilHook): Integer; stdcall; external tvut22_dll;
 
 // Closes a hook
@@ -924,7 +924,7 @@ type
 // Flags of options
 const
   UTIL_ZIP_STORE = $1; // UtilZIPCreate: nothing is compressed
-  UTIL_ZIP_KEEP_EXISTING = $10; // UtilExtractZip: a file that is there stays, its entry is passed over
+  UTIL_ZIP_KEEP_EXISTING = $10; // UtilExtractZip: a file that is there stays, its entry is skipped
 
 // 32 bytes
 type
@@ -945,7 +945,7 @@ function UtilZIPCreate(file_: PWideChar; options: PUtilZipOptions): UtilZip; std
 // Adds a file, or a folder with all below it, hidden files and empty folders too
 function UtilZIPAppend(zip: UtilZip; source: PWideChar; name: PWideChar): Integer; stdcall; external tvut22_dll;
 
-// Adds files and folders under their own names, which get " (2)", " (3)" 
+// Adds files and folders under their own names
 function UtilZIPAppendList(zip: UtilZip; sources: PUtilTexts; count: Cardinal; folder: PWideChar): Integer; stdcall; external tvut22_dll;
 
 // Adds what a stream holds, from its beginning, or from where it stands if it cannot seek, to its end

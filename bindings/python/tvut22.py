@@ -77,7 +77,7 @@ PROF_LOAD_FAILED = -7  # open: the contents could not be parsed
 PROF_COPY_FAILED = -8  # ProfCopyList: failed or stopped
 PROF_NO_GLOBAL_MEMORY = -8  # ProfSaveToClipboard: no memory that the clipboard would take
 PROF_NOT_PARSED = -9  # Get: the item's text is not of the type asked for
-PROF_LOCKED = -10  # open: locked by others for 10 seconds, or loading failed
+PROF_LOCKED = -10  # open: locked by others for 10 seconds, or it could not be read
 
 
 # Save flags, low four bits: the form
@@ -116,8 +116,8 @@ UTIL_DAMAGED = -5  # not what it claims to be
 UTIL_NOT_FOUND = -6  # there is no such thing
 UTIL_TOO_LARGE = -7  # beyond a bound
 UTIL_NOT_SUPPORTED = -8  # of a kind that is not known
-UTIL_CANCELLED = -9  # the caller said so
-UTIL_UNSAFE = -10  # it would lead out of the folder
+UTIL_CANCELLED = -9  # a callback or an abort wanted it
+UTIL_UNSAFE = -10  # it would lead where it must not: out of the folder, from https to http
 UTIL_BAD_PASSWORD = -11  # missing or wrong
 UTIL_EXISTS = -12  # it is there already
 UTIL_JOBS_LEFT = -13  # jobs were discarded
@@ -301,7 +301,7 @@ UTIL_ACCESS_CHANGE_RIGHTS = 0x10  # the list of rights, and the owner
 
 # The text form of bytes is what items of a profile hold: Base64 without line breaks, or "@2@" and the Base64 of the bytes compressed by zlib
 UTIL_CONVERT_TOO_LARGE = -1  # there are more bytes than the destination holds
-UTIL_CONVERT_NO_ARGUMENT = -2  # an argument is missing, or a stream cannot be made
+UTIL_CONVERT_NO_ARGUMENT = -2  # an argument is missing or no block, or a stream cannot be made
 UTIL_CONVERT_FAILED = -4  # a stream or memory fails, or there are too many bytes
 UTIL_CONVERT_TOO_SMALL = -44  # the text does not fit into the destination
 
@@ -412,7 +412,7 @@ UtilZipCallback = WINFUNCTYPE(c_int, POINTER(UtilZipEntry), c_uint)  # (entry, u
 
 # Flags of options
 UTIL_ZIP_STORE = 0x1  # UtilZIPCreate: nothing is compressed
-UTIL_ZIP_KEEP_EXISTING = 0x10  # UtilExtractZip: a file that is there stays, its entry is passed over
+UTIL_ZIP_KEEP_EXISTING = 0x10  # UtilExtractZip: a file that is there stays, its entry is skipped
 
 
 # 32 bytes
@@ -481,9 +481,9 @@ FUNCTIONS = (
     ("ProfJobOpenStreamObjectW", ProfJob, ("stream", c_void_p), ("name", c_wchar_p), ("flags", c_uint)),
     # Adds one reference to a job
     ("ProfJobAddRef", None, ("job", ProfJob)),
-    # Releases one reference
+    # Releases one reference to a job
     ("ProfJobClose", None, ("job", ProfJob)),
-    # The error of opening and loading the job: PROF_OK or one of the codes of ProfJobOpen
+    # Returns the error of opening and loading the job: PROF_OK or one of the codes of ProfJobOpen
     ("ProfGetError", c_int, ("job", ProfJob)),
     # Saves a profile to a file
     ("ProfSaveA", c_int, ("job", ProfJob), ("fileName", c_char_p), ("flags", c_uint)),
@@ -494,7 +494,7 @@ FUNCTIONS = (
     ("ProfSaveToClipboard", c_int, ("job", ProfJob), ("owner", c_void_p), ("flags", c_uint)),
     # Opens a profile from the clipboard
     ("ProfJobOpenClipboard", ProfJob, ("owner", c_void_p)),
-    # Whether the clipboard holds a profile: nonzero, or 0
+    # Tells whether the clipboard holds a profile: nonzero, or 0
     ("ProfIsClipboardDataAvailable", c_int),
     # Finds a list by path: at each segment the first list of that name, with no second try
     ("ProfGetListA", ProfList, ("job", ProfJob), ("list", ProfList), ("path", c_char_p)),
@@ -568,7 +568,7 @@ FUNCTIONS = (
     # Reads an item's text
     ("ProfGetStringA", c_int, ("job", ProfJob), ("list", ProfList), ("path", c_char_p), ("buffer", POINTER(c_char)), ("size", c_uint), ("defaultValue", c_char_p)),
     ("ProfGetStringW", c_int, ("job", ProfJob), ("list", ProfList), ("path", c_wchar_p), ("buffer", POINTER(c_wchar)), ("size", c_uint), ("defaultValue", c_wchar_p)),
-    # The length of an item's text in UTF-16 characters without a terminator, or PROF_NOT_FOUND
+    # Returns the length of an item's text in UTF-16 characters without a terminator, or PROF_NOT_FOUND
     ("ProfGetStringLengthA", c_int, ("job", ProfJob), ("list", ProfList), ("path", c_char_p)),
     ("ProfGetStringLengthW", c_int, ("job", ProfJob), ("list", ProfList), ("path", c_wchar_p)),
     # Typed Get: reads an item's text and parses it
@@ -622,27 +622,27 @@ FUNCTIONS = (
     ("ProfLPSTRtoRECTW", None, ("text", c_wchar_p), ("out", POINTER(RECT)), ("defaultValue", POINTER(RECT))),
     ("ProfLPSTRtoCOLORREFA", None, ("text", c_char_p), ("out", POINTER(c_uint)), ("defaultValue", c_uint)),
     ("ProfLPSTRtoCOLORREFW", None, ("text", c_wchar_p), ("out", POINTER(c_uint)), ("defaultValue", c_uint)),
-    # The version: 0 returns 5642 (major * 256 + minor), 1 the major number 22, 2 the minor number 10, any other selector -1
+    # Returns the version: selector 0 gives 5642 (major * 256 + minor), 1 the major number 22, 2 the minor number 10, any other selector -1
     ("ProfGetVersion", c_int, ("selector", c_int)),
     # Sets an option of the process (low 16 bits of the value)
     ("ProfSetOption", None, ("option", c_uint), ("value", c_uint)),
     # Reads an option of the process
     ("ProfGetOption", c_uint, ("option", c_uint)),
-    # Kept for callers of earlier versions
+    # Does nothing: kept for callers of earlier versions
     ("ProfSetDebug", None, ("flag", c_int)),
     # Starts protection, or counts a further start: the options of the first hold until the last End
     ("UtilExHandlerStartProtection", c_int, ("options", POINTER(UtilProtection))),
-    # Takes back one StartProtection
+    # Takes back one UtilExHandlerStartProtection
     ("UtilExHandlerEndProtection", c_int),
     # Sets a note that each later report and dump shows, protection or not
     ("UtilExHandlerSetNote", c_int, ("name", c_wchar_p), ("value", c_wchar_p)),
-    # Tells where a thread is: one frame a line, each ended by CR LF, the innermost first, at most 64, as "designer.exe+0x1d44 _Z11render_pageR4Page+0x12 (page.cpp:41)", as much of it as is known
+    # Tells where a thread is, as a text of one frame a line, the innermost first, at most 64
     ("UtilDebugHelpGetStackTrace", c_int, ("thread", c_uint), ("context", c_void_p), ("skip", c_uint), ("result", POINTER(BSTR))),
     # Writes the caller's frames to the diagnostic output, as lines of a group below a title
     ("UtilStackTrace", c_int, ("title", c_wchar_p), ("skip", c_uint), ("frames", c_uint)),
     # Writes a dump of a process that goes on, for debuggers: its threads with their stacks, its modules, and the notes of this process
     ("UtilDebugHelpWriteMiniDump", c_int, ("file", c_wchar_p), ("flags", c_uint), ("process", c_uint), ("thread", c_uint), ("exception", c_void_p)),
-    # Writes one ZIP archive that a customer can send: "system.txt" (the program, the system, the user's language, code page, monitors, memory, drives, and the modules), "reports" (all reports and dumps in the folder of the protection, none without protection), "log" (the file of the diagnostic output, where one is named), and "files" (what is given here)
+    # Writes one ZIP archive that a customer can send
     ("UtilDebugHelpWriteSupportArchive", c_int, ("archive", c_wchar_p), ("files", POINTER(c_wchar_p)), ("count", c_uint), ("flags", c_uint)),
     # Writes a line with a module's tag and a change of the nesting level
     ("UtilDebugExtV", None, ("moduleTag", c_wchar_p), ("levelChange", c_int), ("format", c_wchar_p), ("arguments", c_void_p)),
@@ -650,16 +650,16 @@ FUNCTIONS = (
     ("PasDebug", None, ("text", c_wchar_p)),
     # Writes "\nKX32UTIL['<host program>']: error in '<where>' (<what>): \n"
     ("UtilError", None, ("where", c_wchar_p), ("what", c_wchar_p)),
-    # Whether diagnostic output is on: not 0 while a viewer or a log file takes lines
+    # Returns whether diagnostic output is on: not 0 while a viewer or a log file takes lines
     ("UtilGetFlags", c_uint),
-    # Shows a message box "Assertion Failure" with the line, the file and the expression, at most 80 characters of them, waits for its answer, and ends the process with exit code -1 whatever that is
+    # Shows the message box "Assertion Failure", and ends the process with exit code -1 when it is answered, in whichever way
     ("UtilAssert", None, ("expression", c_wchar_p), ("file", c_wchar_p), ("line", c_uint)),
-    # Viewers are found without asking, at most a second after they have started
+    # Look for a viewer now, and end the connection to one
     ("UtilLOGPAN4Attach", c_int),
     ("UtilLOGPAN4Detach", None),
     # Reads the properties of a file, which is closed again before this returns
     ("UtilDocInfoOpen", UtilDocInfo, ("file", c_wchar_p)),
-    # The same for a stream, from its beginning
+    # Reads the properties of a document in a stream, from its beginning
     ("UtilDocInfoOpenStream", UtilDocInfo, ("stream", c_void_p)),
     # Returns a property
     ("UtilDocInfoGet", c_int, ("info", UtilDocInfo), ("name", c_wchar_p), ("value", POINTER(BSTR))),
@@ -685,16 +685,16 @@ FUNCTIONS = (
     ("UtilTempFileRelease", c_int, ("path", c_wchar_p), ("keep", c_int)),
     # Opens the job of a name, or adds a reference to the one that is open
     ("UtilJobOpen", UtilJob, ("name", c_wchar_p), ("flags", c_uint)),
-    # Drops a reference
+    # Drops a reference to a job
     ("UtilJobClose", c_int, ("job", UtilJob)),
     # Announce that a module of the product has been loaded or is about to be unloaded
     ("UtilModuleOnAttach", None, ("module", c_wchar_p)),
     ("UtilModuleOnDetach", None, ("module", c_wchar_p)),
-    # The library's version
+    # Returns the library's version
     ("UtilGetVersion", c_uint, ("which", c_uint)),
-    # Keeps the language of the host program's user interface under the current user, in the value "Language" of Software\Velmor\Appearance\<host program's name>
+    # Keeps the language of the host program's user interface for the user
     ("UtilLanguageSet", c_int, ("language", c_uint)),
-    # The language that was kept
+    # Returns the language that was kept
     ("UtilLanguageGet", c_uint),
     # Makes a heap
     ("UtilHeapCreate", UtilHeap, ("job", UtilJob), ("name", c_wchar_p), ("flags", c_uint)),
@@ -704,7 +704,7 @@ FUNCTIONS = (
     ("UtilHeapValidate", c_int, ("heap", UtilHeap), ("payload", c_void_p), ("reserved", c_uint)),
     # Gives memory that the heap does not need back to the system
     ("UtilHeapShrink", c_int, ("heap", UtilHeap), ("reserved", c_uint)),
-    # The size in bytes of the last block in use that a walk over the heap meets
+    # Return the size in bytes of the last block in use that a walk over the heap meets
     ("UtilHeapSize", c_int, ("heap", UtilHeap)),
     ("UtilHeapSizeObjects", c_int, ("heap", UtilHeap)),
     # Allocates an object
@@ -712,7 +712,7 @@ FUNCTIONS = (
     ("UtilHeapObjectAllocExt", c_void_p, ("heap", UtilHeap), ("size", c_int), ("flags", c_uint), ("tag", c_uint), ("reserved", c_uint)),
     # Frees an object
     ("UtilHeapObjectFree", c_int, ("heap", UtilHeap), ("payload", c_void_p)),
-    # Bytes of an object's payload
+    # Returns the size of an object's payload
     ("UtilHeapObjectSize", c_int, ("heap", UtilHeap), ("payload", c_void_p)),
     # Masks what HTML cannot hold as character references
     ("UtilMaskAllHTMLCharacters", None, ("text", c_wchar_p), ("result", POINTER(BSTR))),
@@ -733,12 +733,12 @@ FUNCTIONS = (
     ("UtilLocLocaleStringFromSystemTime", c_int, ("time", POINTER(SYSTEMTIME)), ("locale", c_wchar_p), ("flags", c_uint), ("picture", c_wchar_p), ("result", POINTER(BSTR))),
     # Reads a text as a moment
     ("UtilLocSystemTimeFromLocaleString", c_int, ("text", c_wchar_p), ("locale", c_wchar_p), ("flags", c_uint), ("picture", c_wchar_p), ("time", POINTER(SYSTEMTIME))),
-    # The same for OLE dates
+    # Write an OLE date as text and read one, as the two calls above do
     ("UtilDateTimeToLocaleString", c_int, ("dateTime", c_double), ("locale", c_wchar_p), ("flags", c_uint), ("picture", c_wchar_p), ("result", POINTER(BSTR))),
     ("UtilDateTimeFromLocaleString", c_int, ("text", c_wchar_p), ("locale", c_wchar_p), ("flags", c_uint), ("picture", c_wchar_p), ("dateTime", POINTER(c_double))),
     # Converts an OLE date, milliseconds included, which the system's own conversion drops
     ("UtilLocDateTimeToSYSTEMTIME", c_int, ("dateTime", c_double), ("time", POINTER(SYSTEMTIME))),
-    # Lists all countries in a language, in its alphabetical order: that of CompareStringEx, and of the codes of two letters where names are equal
+    # Lists all countries with their names in a language, in its alphabetical order
     ("UtilLocGetCountryList", c_int, ("language", c_wchar_p), ("list", POINTER(UtilLocCountry)), ("count", c_uint)),
     # Tells what is known about a country
     ("UtilLocGetCountryInfo", c_int, ("country", c_wchar_p), ("language", c_wchar_p), ("info", POINTER(UtilLocCountry))),
@@ -774,9 +774,9 @@ FUNCTIONS = (
     ("UtilMemcpy", c_void_p, ("destination", c_void_p), ("source", c_void_p), ("bytes", c_uint)),
     # Fills bytes with the low 8 bits of a value
     ("UtilMemset", c_void_p, ("destination", c_void_p), ("value", c_int), ("bytes", c_uint)),
-    # Characters before the terminator
+    # Returns the number of characters before the terminator
     ("UtilStrlen", c_uint, ("string", c_wchar_p)),
-    # The same
+    # Returns what UtilStrlen does
     ("UtilSafeStrlen", c_uint, ("reserved", c_uint), ("string", c_wchar_p)),
     # Compares by UTF-16 unit
     ("UtilStrcmp", c_int, ("a", c_wchar_p), ("b", c_wchar_p)),
@@ -785,9 +785,9 @@ FUNCTIONS = (
     # Compare without regard to case, at most count characters, as _wcsicmp and _wcsnicmp of msvcrt.dll do: in lower case, by that runtime's locale for characters beyond ASCII
     ("UtilStricmp", c_int, ("a", c_wchar_p), ("b", c_wchar_p)),
     ("UtilStrnicmp", c_int, ("a", c_wchar_p), ("b", c_wchar_p), ("count", c_uint)),
-    # The first occurrence of a part, which is the string itself for an empty part
+    # Finds the first occurrence of a part
     ("UtilStrstr", c_wchar_p, ("string", c_wchar_p), ("part", c_wchar_p)),
-    # The first or last occurrence of a character, null when there is none
+    # Find the first or last occurrence of a character
     ("UtilStrchr", c_wchar_p, ("string", c_wchar_p), ("character", c_wchar)),
     ("UtilStrrchr", c_wchar_p, ("string", c_wchar_p), ("character", c_wchar)),
     # Remove blanks at the beginning, at the end, at both
@@ -798,27 +798,27 @@ FUNCTIONS = (
     ("UtilStuff", c_int, ("string", POINTER(c_wchar)), ("position", c_uint), ("count", c_uint), ("insertion", c_wchar_p)),
     # Keeps a part of a string, moved to its front
     ("UtilSubstr", c_int, ("string", POINTER(c_wchar)), ("start", c_int), ("count", c_uint)),
-    # Kept for callers that ask whether a pointer is readable, writable, a text of a size
+    # Always return 1: kept for callers that ask whether a pointer is readable, writable, a text of a size
     ("UtilIsRPtr", c_int, ("pointer", c_void_p), ("size", c_uint)),
     ("UtilIsWPtr", c_int, ("pointer", c_void_p), ("size", c_uint)),
     ("UtilIsString", c_int, ("pointer", c_wchar_p), ("size", c_uint)),
-    # Bytes to text: of a block of memory, of a stream from its start to its end (one that cannot seek: from where it stands), of a global memory block by its whole GlobalSize
+    # Turn bytes into text
     ("UtilConvertBLOBToString", c_int, ("bytes", c_void_p), ("byteCount", c_uint), ("destination", POINTER(c_wchar)), ("size", c_uint), ("compress", c_int)),
     ("UtilConvertStreamToString", c_int, ("stream", c_void_p), ("destination", POINTER(c_wchar)), ("size", c_uint), ("compress", c_int)),
     ("UtilConvertHGLOBALToString", c_int, ("block", c_void_p), ("destination", POINTER(c_wchar)), ("size", c_uint), ("compress", c_int)),
-    # Text to bytes
+    # Turns text into bytes
     ("UtilConvertStringToBLOB", c_int, ("text", c_wchar_p), ("destination", c_void_p), ("size", c_uint)),
-    # Text to bytes that are written to a stream where it stands
+    # Turns text into bytes, and writes them to a stream where it stands
     ("UtilConvertStringToStream", c_int, ("text", c_wchar_p), ("stream", c_void_p)),
-    # Text to a global memory block of exactly its bytes, movable
+    # Turns text into a movable global memory block of exactly its bytes
     ("UtilConvertStringToHGLOBAL", c_int, ("text", c_wchar_p), ("out", POINTER(c_void_p))),
     # Opens a pool
     ("UtilThreadPoolOpen", UtilThreadPool, ("name", c_wchar_p), ("threads", c_uint), ("flags", c_uint)),
     # Adds a job
     ("UtilThreadPoolAdd", c_int, ("pool", UtilThreadPool), ("job", UtilThreadPoolJob), ("user", c_uint)),
-    # Aborts a pool: it takes no more jobs until it is finalised, jobs that run see their abort word become 1, and all that wait are discarded, in their order, on the calling thread, before the call returns
+    # Aborts a pool: jobs that wait are discarded, and it takes no more until it is finalised
     ("UtilThreadPoolAbort", c_int, ("pool", UtilThreadPool)),
-    # Waits until a pool is idle: no job waits, runs or is being discarded, those among them that jobs add meanwhile
+    # Waits until a pool is idle
     ("UtilThreadPoolFinalize", c_int, ("pool", UtilThreadPool), ("milliseconds", c_uint)),
     # Closes a pool: aborts it, waits without end as Finalize does, and makes the handle invalid
     ("UtilThreadPoolClose", c_int, ("pool", UtilThreadPool)),
@@ -838,9 +838,9 @@ FUNCTIONS = (
     ("UtilWindowUnsubclass", c_int, ("subclass", UtilSubclass)),
     # Hooks the calling thread: the procedure is asked before the system creates, activates, moves, sizes or destroys a window of this thread
     ("UtilHookCBT", UtilHook, ("proc", UtilCBTProc), ("user", c_uint)),
-    # Looks out for Ctrl+Break: the virtual key VK_CANCEL going down in the messages that the calling thread takes from its queue, and CTRL_BREAK_EVENT of a console
+    # Hooks Ctrl+Break
     ("UtilHookCtrlBreak", UtilHook, ("proc", UtilBreakProc), ("user", c_uint)),
-    # Tells how often Ctrl+Break was seen since the last ask
+    # Tells how often Ctrl+Break was seen since this was last asked
     ("UtilHookBreakSeen", c_int, ("hook", UtilHook)),
     # Closes a hook
     ("UtilHookClose", c_int, ("hook", UtilHook)),
@@ -852,7 +852,7 @@ FUNCTIONS = (
     ("UtilZIPCreate", UtilZip, ("file", c_wchar_p), ("options", POINTER(UtilZipOptions))),
     # Adds a file, or a folder with all below it, hidden files and empty folders too
     ("UtilZIPAppend", c_int, ("zip", UtilZip), ("source", c_wchar_p), ("name", c_wchar_p)),
-    # Adds files and folders under their own names, which get " (2)", " (3)" 
+    # Adds files and folders under their own names
     ("UtilZIPAppendList", c_int, ("zip", UtilZip), ("sources", POINTER(c_wchar_p)), ("count", c_uint), ("folder", c_wchar_p)),
     # Adds what a stream holds, from its beginning, or from where it stands if it cannot seek, to its end
     ("UtilZIPAppendStream", c_int, ("zip", UtilZip), ("stream", c_void_p), ("name", c_wchar_p), ("modified", POINTER(FILETIME))),

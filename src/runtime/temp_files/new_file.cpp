@@ -8,7 +8,6 @@
 #include "platform/owned.h"
 #include "runtime/digits.h"
 
-
 namespace tvut {
 
 namespace {
