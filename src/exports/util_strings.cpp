@@ -1,6 +1,7 @@
 // Exports of the string family: what the C runtime has, with the differences that callers rely on.
 #include "platform/wide.h"
 #include "runtime/diagnostics.h"
+#include "text/short_text.h"
 #include "text/string_functions.h"
 #include "text/units.h"
 
@@ -53,7 +54,10 @@ INT __cdecl UtilSafeSprintf(wchar_t* destination, UINT size, const wchar_t* form
 
 wchar_t* TVUT22_CALL UtilStrcpy(wchar_t* destination, const wchar_t* source) {
     ClearIfChecked(destination, source);
-    UtilpMove(destination, source, (UtilpLength(FromWide(source)) + 1) * sizeof(wchar_t));
+    if (const clsShortText text(FromWide(source)); text)
+        UtilpMoveShort(destination, source, (text.Length() + 1) * sizeof(wchar_t));
+    else
+        UtilpMove(destination, source, (UtilpLength(FromWide(source)) + 1) * sizeof(wchar_t));
     return destination;
 }
 
@@ -61,6 +65,10 @@ wchar_t* TVUT22_CALL UtilStrncpy(wchar_t* destination, const wchar_t* source, UI
     ClearIfChecked(destination, source);
     if (size == 0)
         return destination;
+    if (const clsShortText text(FromWide(source)); text && text.Length() < size) {
+        UtilpMoveShort(destination, source, (text.Length() + 1) * sizeof(wchar_t));
+        return destination;
+    }
     const std::size_t length = UtilpLength(FromWide(source), size - 1);
     UtilpMove(destination, source, length * sizeof(wchar_t));
     End(destination + length);
@@ -68,9 +76,13 @@ wchar_t* TVUT22_CALL UtilStrncpy(wchar_t* destination, const wchar_t* source, UI
 }
 
 wchar_t* TVUT22_CALL UtilStrcat(wchar_t* destination, const wchar_t* source) {
-    const std::size_t length = UtilpLength(FromWide(source));
     const bool isEmpty = UtilpLoadUnit(FromWide(destination)) == 0; // just begun, mostly
     wchar_t* const end = destination + (isEmpty ? 0 : UtilpLength(FromWide(destination)));
+    if (const clsShortText text(FromWide(source)); text) {
+        UtilpMoveShort(end, source, (text.Length() + 1) * sizeof(wchar_t));
+        return destination;
+    }
+    const std::size_t length = UtilpLength(FromWide(source));
     UtilpMove(end, source, length * sizeof(wchar_t));
     End(end + length);
     return destination;
@@ -82,7 +94,10 @@ void* TVUT22_CALL UtilMemcpy(void* destination, const void* source, UINT bytes) 
 }
 
 void* TVUT22_CALL UtilMemset(void* destination, INT value, UINT bytes) {
-    UtilpFill(destination, static_cast<std::uint8_t>(value), bytes);
+    if (bytes <= 32)
+        UtilpFillShort(destination, static_cast<std::uint8_t>(value), bytes);
+    else
+        UtilpFill(destination, static_cast<std::uint8_t>(value), bytes);
     return destination;
 }
 
@@ -124,7 +139,9 @@ wchar_t* TVUT22_CALL UtilStrchr(const wchar_t* string, wchar_t character) {
 }
 
 wchar_t* TVUT22_CALL UtilStrrchr(const wchar_t* string, wchar_t character) {
-    return Found(UtilpFindLast(FromWide(string), static_cast<char16_t>(character)));
+    const auto wanted = static_cast<char16_t>(character);
+    const clsShortText text(FromWide(string));
+    return Found(text ? text.FindLast(wanted) : UtilpFindLast(FromWide(string), wanted));
 }
 
 void TVUT22_CALL UtilLtrim(wchar_t* string) {

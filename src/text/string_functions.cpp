@@ -6,6 +6,7 @@
 
 #include "text/blocks.h"
 #include "text/find.h"
+#include "text/short_text.h"
 #include "text/units.h"
 
 #include <algorithm>
@@ -62,24 +63,6 @@ unsigned AsciiUnits(__m128i block) {
     return UtilpEqualUnits(_mm_srli_epi16(block, 7), _mm_setzero_si128());
 }
 
-// Writes both ends of a run of one to two words; they overlap, and all is read before.
-template <class Word>
-void MoveEnds(char* to, const char* from, std::size_t bytes) {
-    Word first;
-    Word last;
-    std::memcpy(&first, from, sizeof first);
-    std::memcpy(&last, from + bytes - sizeof last, sizeof last);
-    std::memcpy(to, &first, sizeof first);
-    std::memcpy(to + bytes - sizeof last, &last, sizeof last);
-}
-
-template <class Word>
-void FillEnds(char* to, std::uint64_t pattern, std::size_t bytes) {
-    const auto word = static_cast<Word>(pattern);
-    std::memcpy(to, &word, sizeof word);
-    std::memcpy(to + bytes - sizeof word, &word, sizeof word);
-}
-
 } // namespace
 
 std::size_t UtilpLength(const char16_t* text) {
@@ -123,12 +106,8 @@ void UtilpMove(void* to, const void* from, std::size_t bytes) {
     }
     if (bytes > 16)
         std::memmove(to, from, bytes);
-    else if (bytes >= 8)
-        MoveEnds<std::uint64_t>(target, source, bytes);
-    else if (bytes >= 4)
-        MoveEnds<std::uint32_t>(target, source, bytes);
     else if (bytes >= 2)
-        MoveEnds<std::uint16_t>(target, source, bytes);
+        UtilpMoveShort(target, source, bytes);
     else if (bytes == 1)
         *target = *source;
 }
@@ -142,17 +121,10 @@ void UtilpFill(void* to, std::uint8_t byte, std::size_t bytes) {
         Store(target + bytes - 16, block);
         return;
     }
-    const std::uint64_t pattern = 0x0101010101010101u * byte;
     if (bytes > 16)
         std::memset(to, byte, bytes);
-    else if (bytes >= 8)
-        FillEnds<std::uint64_t>(target, pattern, bytes);
-    else if (bytes >= 4)
-        FillEnds<std::uint32_t>(target, pattern, bytes);
-    else if (bytes >= 2)
-        FillEnds<std::uint16_t>(target, pattern, bytes);
-    else if (bytes == 1)
-        *target = static_cast<char>(byte);
+    else
+        UtilpFillShort(to, byte, bytes);
 }
 
 int UtilpCompare(const char16_t* a, const char16_t* b, std::size_t count) {
