@@ -10,6 +10,7 @@
 #include "temporary.h"
 #include "text_io.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
