@@ -52,7 +52,7 @@ clsMainWindow::clsMainWindow(const scArguments& arguments, clsStore& store)
     description.cbSize = sizeof description;
     description.lpfnWndProc = Receive;
     description.hInstance = GetModuleHandleW(nullptr);
-    description.hIcon = LoadIconW(nullptr, reinterpret_cast<LPCWSTR>(IDI_APPLICATION));
+    description.hIcon = LoadIconW(description.hInstance, reinterpret_cast<LPCWSTR>(IDI_APPLICATION));
     description.hCursor = LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_ARROW));
     description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     description.lpszMenuName = MAKEINTRESOURCEW(ID_MENU);
