@@ -6,6 +6,8 @@
 
 #include <windows.h>
 
+#include <oleauto.h>
+
 #include <cstring>
 #include <cwchar>
 

@@ -8,6 +8,8 @@
 
 #include <windows.h>
 
+#include <oleauto.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstring>

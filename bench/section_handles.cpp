@@ -6,6 +6,8 @@
 
 #include <windows.h>
 
+#include <oleauto.h>
+
 namespace bench {
 
 namespace {

@@ -3,6 +3,8 @@
 
 #include <tvut22/html.h>
 
+#include <oleauto.h>
+
 #include <cstring>
 #include <memory>
 

@@ -6,6 +6,8 @@
 
 #include <windows.h>
 
+#include <oleauto.h>
+
 #include <aclapi.h>
 #include <sddl.h>
 

@@ -7,6 +7,8 @@
 
 #include <windows.h>
 
+#include <objidl.h>
+
 #include <zlib.h>
 
 #include <algorithm>

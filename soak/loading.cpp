@@ -10,6 +10,8 @@
 #include <tvut22/util.h>
 #include <tvut22/viewer.h>
 
+#include <oleauto.h>
+
 #include <array>
 #include <atomic>
 #include <thread>

@@ -9,6 +9,8 @@
 #include <tvut22/tvut22.hpp>
 #include <tvut22/util.h>
 
+#include <oleauto.h>
+
 #include <array>
 #include <vector>
 

@@ -7,6 +7,12 @@
 #ifndef TVUT22_CALLING_H
 #define TVUT22_CALLING_H
 
+#ifdef _WIN64
+#error "tvUT22 is a library for 32-bit programs: build for x86, with cmake -A Win32 or i686-w64-mingw32"
+#endif
+
+#include <tvut22/version.h>
+
 #include <windows.h>
 
 #ifdef TVUT22_BUILDING_DLL

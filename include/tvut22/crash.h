@@ -26,9 +26,8 @@
 #define TVUT22_CRASH_H
 
 #include <tvut22/calling.h>
+#include <tvut22/ole_types.h>
 #include <tvut22/results.h>
-
-#include <oleauto.h>
 
 /* ---- Protection ------------------------------------------------------------------------------- */
 

@@ -19,11 +19,8 @@
 #define TVUT22_DOCINFO_H
 
 #include <tvut22/calling.h>
+#include <tvut22/ole_types.h>
 #include <tvut22/results.h>
-
-#include <objidl.h>
-
-#include <oleauto.h>
 
 /* The properties of a document: an opaque value of 32 bits, 0 for none. */
 typedef struct UtilDocInfoObject* UtilDocInfo;

@@ -22,9 +22,8 @@
 #define TVUT22_FILES_H
 
 #include <tvut22/calling.h>
+#include <tvut22/ole_types.h>
 #include <tvut22/results.h>
-
-#include <oleauto.h>
 
 /* ---- Paths ----------------------------------------------------------------------------------- */
 

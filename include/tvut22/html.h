@@ -19,8 +19,7 @@
 #define TVUT22_HTML_H
 
 #include <tvut22/calling.h>
-
-#include <oleauto.h>
+#include <tvut22/ole_types.h>
 
 /* ---- Character references --------------------------------------------------------------------- */
 

@@ -9,9 +9,8 @@
 #define TVUT22_LOCALE_H
 
 #include <tvut22/calling.h>
+#include <tvut22/ole_types.h>
 #include <tvut22/results.h>
-
-#include <oleauto.h>
 
 /* ---- Character set --------------------------------------------------------------------------- */
 

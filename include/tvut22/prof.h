@@ -50,10 +50,7 @@
 #define TVUT22_PROF_H
 
 #include <tvut22/calling.h>
-
-#include <objidl.h>
-
-#include <oaidl.h>
+#include <tvut22/ole_types.h>
 
 /* One open profile. Reference-counted; 0 is invalid. */
 typedef struct ProfJobObject* ProfJob;

@@ -19,8 +19,7 @@
 #define TVUT22_TEXT_H
 
 #include <tvut22/calling.h>
-
-#include <objidl.h>
+#include <tvut22/ole_types.h>
 
 /* ---- Formatting, copying --------------------------------------------------------------------- */
 

@@ -21,9 +21,8 @@
 #define TVUT22_WINDOW_H
 
 #include <tvut22/calling.h>
+#include <tvut22/ole_types.h>
 #include <tvut22/results.h>
-
-#include <oleauto.h>
 
 /* ---- Help ------------------------------------------------------------------------------------ */
 

@@ -22,9 +22,8 @@
 #define TVUT22_ZIP_H
 
 #include <tvut22/calling.h>
+#include <tvut22/ole_types.h>
 #include <tvut22/results.h>
-
-#include <objidl.h>
 
 /* An archive that is being made; 0 is none. */
 typedef struct UtilZipObject* UtilZip;

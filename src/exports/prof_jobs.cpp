@@ -1,5 +1,4 @@
 // Exports of the profile store: opening, closing and saving jobs, options, version.
-#include "exports/library_version.h"
 #include "exports/prof_handles.h"
 #include "exports/text_argument.h"
 #include "prof/formats/flags.h"
@@ -107,7 +106,8 @@ INT TVUT22_CALL ProfSaveToStream(ProfJob job, IStream* stream, UINT flags) {
 }
 
 INT TVUT22_CALL ProfGetVersion(INT selector) {
-    constexpr std::array<INT, 3> answers{majorVersion * 256 + minorVersion, majorVersion, minorVersion};
+    constexpr std::array<INT, 3> answers{TVUT22_VERSION_MAJOR * 256 + TVUT22_VERSION_MINOR,
+                                         TVUT22_VERSION_MAJOR, TVUT22_VERSION_MINOR};
     return selector >= 0 && selector < static_cast<INT>(answers.size())
                ? answers[static_cast<std::size_t>(selector)]
                : -1;

@@ -1,6 +1,5 @@
 // Exports of modules, their jobs, the library's version and the language.
 #include "exports/call_trace.h"
-#include "exports/library_version.h"
 #include "exports/wide_text.h"
 #include "platform/host.h"
 #include "runtime/crash/protection.h"
@@ -22,7 +21,7 @@ namespace {
 static_assert(static_cast<UINT>(clsModuleNode::traceFlag) == UTIL_JOB_TRACE &&
               static_cast<UINT>(clsModuleNode::debugHeapsFlag) == UTIL_JOB_DEBUG_HEAPS);
 
-constexpr UINT version[] = {majorVersion << 16 | minorVersion, majorVersion, minorVersion, 0};
+constexpr UINT version[] = {TVUT22_VERSION, TVUT22_VERSION_MAJOR, TVUT22_VERSION_MINOR, 0};
 
 clsModuleNode* FromHandle(UtilJob job) noexcept {
     return reinterpret_cast<clsModuleNode*>(job);

@@ -3,6 +3,7 @@
 
 #include "sender.h"
 
+#include "support/beside_test.h"
 #include "tools/process.h"
 
 #include <gtest/gtest.h>
@@ -39,7 +40,7 @@ class clsViewer : public prof_test::clsProcess {
     // A session's first window may start a program that lives on, which must not inherit the viewer's pipes.
     static std::filesystem::path WithDesktop(const char* program) {
         GetDesktopWindow();
-        return std::filesystem::absolute(program);
+        return testing_prof::BesideTest(program);
     }
 };
 

@@ -102,4 +102,30 @@ TEST_F(Window, ShowsFiltersPausesCopiesAndClears) {
     EXPECT_EQ(PublishedInfo().mask, 0u);
 }
 
+// What the system sends when the window is moved to a monitor with more dots.
+TEST_F(Window, IsAsLargeOnEveryMonitor) {
+    const auto height = [this](int control) {
+        RECT area{};
+        GetWindowRect(GetDlgItem(window_, control), &area);
+        return area.bottom - area.top;
+    };
+    const auto more = [](auto measure) { return MulDiv(static_cast<int>(measure), 5, 4); };
+    const LONG before[] = {height(ID_INCLUDE), height(ID_DETAIL)};
+    const LRESULT columnBefore = Tell(ID_LINES, LVM_GETCOLUMNWIDTH);
+    DWORD id = 0;
+    GetWindowThreadProcessId(window_, &id);
+    const testing_prof::Handle viewer(OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_WRITE, FALSE, id));
+    const RECT place{10, 20, 1010, 720};
+    void* const there = VirtualAllocEx(viewer.get(), nullptr, sizeof place, MEM_COMMIT, PAGE_READWRITE);
+    ASSERT_TRUE(WriteProcessMemory(viewer.get(), there, &place, sizeof place, nullptr));
+    const WORD dots = static_cast<WORD>(more(GetDeviceCaps(GetDC(nullptr), LOGPIXELSY)));
+    SendMessageW(window_, WM_DPICHANGED, MAKEWPARAM(dots, dots), reinterpret_cast<LPARAM>(there));
+    RECT now{};
+    GetWindowRect(window_, &now);
+    EXPECT_TRUE(EqualRect(&now, &place));
+    EXPECT_EQ(height(ID_INCLUDE), more(before[0]));
+    EXPECT_NEAR(height(ID_DETAIL), more(before[1]), 6) << "its font knows no half dots";
+    EXPECT_EQ(Tell(ID_LINES, LVM_GETCOLUMNWIDTH), more(columnBefore));
+}
+
 } // namespace logpan_test

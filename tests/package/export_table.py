@@ -55,11 +55,6 @@ class Image:
             yield self.text(self.u32(entry + 12))
             entry += 20
 
-    def file_version(self):
-        resource = self.data.index("VS_VERSION_INFO".encode("utf-16-le"))  # the code knows the signature, too
-        high, low = struct.unpack_from("<II", self.data, self.data.index(b"\xbd\x04\xef\xfe", resource) + 8)
-        return high >> 16, high & 0xFFFF, low >> 16, low & 0xFFFF
-
 
 def declared_names(compiler, include):
     source = "#include <tvut22/tvut22.h>\n"
@@ -92,9 +87,6 @@ def faults(options):
     yield from (f"{dll} is imported" for dll in image.imports() if dll.lower() not in SYSTEM_DLLS)
     if options.most_bytes and len(image.data) >= options.most_bytes:
         yield f"the DLL has {len(image.data)} bytes, the limit is {options.most_bytes}"
-    version = tuple(int(part) for part in options.version.split(".")) + (0, 0)
-    if image.file_version() != version:
-        yield f"the version resource says {image.file_version()}, not {version}"
 
 
 def write_table(options):
@@ -107,7 +99,6 @@ def main():
     parser.add_argument("--compiler", required=True)
     parser.add_argument("--include", required=True)
     parser.add_argument("--dll")
-    parser.add_argument("--version")
     parser.add_argument("--most-bytes", type=int)
     parser.add_argument("--write-table")
     options = parser.parse_args()

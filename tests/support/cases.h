@@ -5,6 +5,8 @@
 // that itself. A line that begins with "# " is a comment.
 #pragma once
 
+#include "support/test_data.h"
+
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
@@ -62,7 +64,7 @@ inline scCaseRow CaseRow(const std::string& line, std::string where) {
 
 // The rows of a file, such as "paths/merged"; all have as many columns as asked for.
 inline std::vector<scCaseRow> CaseRows(const std::string& name, std::size_t columns) {
-    std::ifstream file(std::string(TVUT22_TEST_DATA "/cases/") + name + ".txt", std::ios::binary);
+    std::ifstream file(TestData() + "/cases/" + name + ".txt", std::ios::binary);
     std::vector<scCaseRow> rows;
     std::string line;
     for (unsigned number = 1; std::getline(file, line); ++number) {

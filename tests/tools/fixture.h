@@ -3,6 +3,9 @@
 
 #include "process.h"
 
+#include "support/beside_test.h"
+#include "support/test_data.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -13,7 +16,8 @@ class ProfTool : public ::testing::Test {
   protected:
     void SetUp() override {
         std::filesystem::remove_all(folder_);
-        std::filesystem::copy(TVUT22_TOOL_DATA "/files", folder_, std::filesystem::copy_options::recursive);
+        std::filesystem::copy(tvut::TestData() + "/" TVUT22_TOOL "/files", folder_,
+                              std::filesystem::copy_options::recursive);
     }
     void TearDown() override {
         std::error_code ignored;
@@ -22,7 +26,7 @@ class ProfTool : public ::testing::Test {
 
     // What follows "prof" on a command line, in UTF-8.
     scOutcome Prof(const std::string& arguments, std::string_view input = {}) const {
-        return RunHere(std::filesystem::absolute(TVUT22_TOOLS "/prof.exe"), "prof " + arguments, input);
+        return RunHere(testing_prof::BesideTest("prof.exe"), "prof " + arguments, input);
     }
     scOutcome RunHere(const std::filesystem::path& program, const std::string& commandLine,
                       std::string_view input) const {
@@ -30,8 +34,8 @@ class ProfTool : public ::testing::Test {
     }
 
     std::unique_ptr<clsProcess> Start(const std::string& arguments) const {
-        return std::make_unique<clsProcess>(std::filesystem::absolute(TVUT22_TOOLS "/prof.exe"),
-                                            "prof " + arguments, folder_);
+        return std::make_unique<clsProcess>(testing_prof::BesideTest("prof.exe"), "prof " + arguments,
+                                            folder_);
     }
 
     std::string Read(const std::string& name) const { return testing_prof::ReadBytes(PathOf(name)); }

@@ -105,7 +105,7 @@ class Session : public ProfTool, public testing::WithParamInterface<fs::path> {
         words >> program >> std::quoted(file) >> std::quoted(last);
         if (const auto found = others_.find(program); found != others_.end())
             return found->second(step, file, last);
-        scOutcome outcome = RunHere(fs::absolute(TVUT22_TOOLS) / (program + ".exe"), typed,
+        scOutcome outcome = RunHere(testing_prof::BesideTest(program + ".exe"), typed,
                                     input.empty() ? step.input : Read(input));
         if (!output.empty())
             Write(output, std::exchange(outcome.out, {}));
@@ -116,8 +116,8 @@ class Session : public ProfTool, public testing::WithParamInterface<fs::path> {
   private:
     std::string BytesOf(const std::string& name) const {
         constexpr std::string_view original = "as-it-was/";
-        return name.starts_with(original) ? testing_prof::ReadBytes(fs::path{TVUT22_TOOL_DATA} / "files" /
-                                                                    name.substr(original.size()))
+        return name.starts_with(original) ? testing_prof::ReadBytes(fs::path{tvut::TestData()} / TVUT22_TOOL /
+                                                                    "files" / name.substr(original.size()))
                                           : Read(name);
     }
     std::string Names() const {
@@ -164,7 +164,8 @@ TEST_P(Session, GoesAsItIsWritten) {
 
 INSTANTIATE_TEST_SUITE_P(Tool, Session,
                          testing::ValuesIn(std::vector<fs::path>{
-                             fs::directory_iterator(TVUT22_TOOL_DATA "/sessions"), fs::directory_iterator()}),
+                             fs::directory_iterator(tvut::TestData() + "/" TVUT22_TOOL "/sessions"),
+                             fs::directory_iterator()}),
                          [](const auto& session) { return session.param.stem().string(); });
 
 } // namespace

@@ -1,5 +1,7 @@
 // Crashes of a child process: what the report says of each, and what is left when nothing can be written.
+#include "support/beside_test.h"
 #include "support/files.h"
+#include "support/test_data.h"
 
 #include <gtest/gtest.h>
 #include <tvut22/tvut22.hpp>
@@ -39,9 +41,7 @@ scEnd RunChild(const std::wstring& folder, UINT flags, std::string_view place, s
     start.dwFlags = STARTF_USESTDHANDLES;
     start.hStdOutput = start.hStdError = write;
     PROCESS_INFORMATION process{};
-    wchar_t self[MAX_PATH];
-    GetModuleFileNameW(nullptr, self, MAX_PATH);
-    const std::wstring program = fs::path(self).replace_filename(L"crash_child.exe").wstring();
+    const std::wstring program = BesideTest(L"crash_child.exe").wstring();
     if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
                         &process))
         return {};
@@ -101,7 +101,7 @@ bool Crashes(const std::string& frame, std::string_view function) {
     const std::size_t from = frame.rfind('('), colon = frame.rfind(':');
     if (frame.find(function) == std::string::npos || from == std::string::npos || colon == std::string::npos)
         return false;
-    std::ifstream source(fs::path(TVUT22_CRASH_SOURCES) / frame.substr(from + 1, colon - from - 1));
+    std::ifstream source(fs::path(tvut::TestData()) / "../win32" / frame.substr(from + 1, colon - from - 1));
     std::string line;
     for (int left = std::stoi(frame.substr(colon + 1)); left > 0; --left)
         std::getline(source, line);

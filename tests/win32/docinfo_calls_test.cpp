@@ -4,6 +4,7 @@
 #include "support/files.h"
 #include "support/ole_text.h"
 #include "support/piece_stream.h"
+#include "support/test_data.h"
 
 #include <tvut22/tvut22.hpp>
 
@@ -76,7 +77,7 @@ TEST(DocInfoCalls, RefuseWhatIsNoHandle) {
 TEST(DocInfoCalls, FailWithoutMemory) {
     for (const char* name : {"html-all", "mail-words", "docx-strict", "odt-odfpy", "doc-cyrillic", "msg-wide",
                              "pdf-packed", "rtf-all", "tiff-big-endian"}) {
-        clsPieceStream stream(ReadBytes(std::string(TVUT22_TEST_DATA "/docinfo/") + name + ".in"));
+        clsPieceStream stream(ReadBytes(tvut::TestData() + "/docinfo/" + name + ".in"));
         bool isRead = false;
         FailEachAllocation([&] { isRead = bool(tvut22::document_info(UtilDocInfoOpenStream(&stream))); },
                            [&](bool failed) { EXPECT_TRUE(failed || isRead) << name; });

@@ -1,4 +1,5 @@
 // Help through a viewer that writes down each call.
+#include "support/beside_test.h"
 #include "support/child.h"
 
 #include <gtest/gtest.h>
@@ -38,9 +39,7 @@ class clsOwnClasses {
 };
 
 std::wstring Viewer() {
-    wchar_t self[MAX_PATH];
-    GetModuleFileNameW(nullptr, self, MAX_PATH);
-    return std::filesystem::path(self).replace_filename(L"help_viewer.dll").wstring();
+    return BesideTest(L"help_viewer.dll").wstring();
 }
 
 class Help : public testing::Test {

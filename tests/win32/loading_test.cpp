@@ -1,4 +1,5 @@
 // The library when it is loaded and unloaded, and when the process around it ends.
+#include "support/beside_test.h"
 #include "support/copy.h"
 #include "support/import_hook.h"
 #include "support/roles.h"
@@ -132,7 +133,7 @@ TEST(Loading, LeavesNothingBehind) {
 
 // Programs of the same compiler may have its runtime as a DLL; the library's own must not mix with it.
 TEST(Loading, WorksBesideTheCompilersRuntime) {
-    const auto file = std::filesystem::path(TVUT22_COMPILER_RUNTIME).make_preferred();
+    const auto file = BesideTest("../compiler_runtime/libgcc_s_dw2-1.dll").make_preferred();
     const HMODULE runtime = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     ASSERT_TRUE(runtime) << GetLastError();
     const clsTempFolder folder;

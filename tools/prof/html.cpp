@@ -6,6 +6,8 @@
 
 #include <tvut22/html.h>
 
+#include <oleauto.h>
+
 #include <algorithm>
 #include <memory>
 #include <new>

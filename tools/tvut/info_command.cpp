@@ -9,6 +9,8 @@
 
 #include <tvut22/tvut22.hpp>
 
+#include <oleauto.h>
+
 #include <algorithm>
 
 namespace tool::tvut {

@@ -10,6 +10,8 @@
 
 #include <windows.h>
 
+#include <oleauto.h>
+
 #include <vector>
 
 namespace tool::tvut {

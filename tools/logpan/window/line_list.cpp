@@ -78,6 +78,13 @@ void clsLineList::Place(const RECT& area) {
     FillWidth();
 }
 
+void clsLineList::ScaleColumns(int dotsBefore, int dotsPerInch) {
+    for (int at = 0; at < textColumn; ++at)
+        ListView_SetColumnWidth(list_, at,
+                                MulDiv(ListView_GetColumnWidth(list_, at), dotsPerInch, dotsBefore));
+    width_ = 0; // the last one takes what is left
+}
+
 void clsLineList::FillWidth() {
     RECT inside{};
     GetClientRect(list_, &inside);

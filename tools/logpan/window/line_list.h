@@ -19,6 +19,7 @@ class clsLineList {
 
     HWND Handle() const { return list_; }
     void Place(const RECT& area);
+    void ScaleColumns(int dotsBefore, int dotsPerInch);
 
     // Shows the rows added at the end; the last of them when the tail is followed.
     void Grow(bool followTail);

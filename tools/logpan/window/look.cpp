@@ -1,16 +1,26 @@
 // Asks the system for its message font, and for one of fixed width beside it.
 #include "look.h"
 
+#include <utility>
+
 namespace tool::logpan {
 
 namespace {
 
 constexpr int linesFontPoints = 10;
 
-Font MessageFont() {
+int FirstDotsPerInch() {
+    const HDC screen = GetDC(nullptr);
+    const int dotsPerInch = GetDeviceCaps(screen, LOGPIXELSY);
+    ReleaseDC(nullptr, screen);
+    return dotsPerInch;
+}
+
+Font MessageFont(int dotsPerInch) {
     NONCLIENTMETRICSW metrics{};
     metrics.cbSize = sizeof metrics;
     SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    metrics.lfMessageFont.lfHeight = MulDiv(metrics.lfMessageFont.lfHeight, dotsPerInch, FirstDotsPerInch());
     return Font{CreateFontIndirectW(&metrics.lfMessageFont)};
 }
 
@@ -20,12 +30,29 @@ Font FixedFont(int dotsPerInch) {
                             FIXED_PITCH | FF_MODERN, L"Consolas")};
 }
 
+struct scLooks {
+    const clsLook& before;
+    const clsLook& after;
+};
+
+BOOL CALLBACK ChangeFont(HWND control, LPARAM changed) {
+    const auto& [before, after] = *reinterpret_cast<const scLooks*>(changed);
+    const auto font = reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0));
+    for (const auto& [old, scaled] :
+         {std::pair(before.Controls(), after.Controls()), std::pair(before.Lines(), after.Lines())}) {
+        if (font == old)
+            SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(scaled), TRUE);
+    }
+    return TRUE;
+}
+
 } // namespace
 
-clsLook::clsLook() : controls_(MessageFont()) {
+clsLook::clsLook() : clsLook(FirstDotsPerInch()) {}
+
+clsLook::clsLook(int dotsPerInch)
+    : dotsPerInch_(dotsPerInch), controls_(MessageFont(dotsPerInch)), lines_(FixedFont(dotsPerInch)) {
     const HDC screen = GetDC(nullptr);
-    dotsPerInch_ = GetDeviceCaps(screen, LOGPIXELSY);
-    lines_ = FixedFont(dotsPerInch_);
     const HGDIOBJ before = SelectObject(screen, lines_.get());
     TEXTMETRICW metrics{};
     if (GetTextMetricsW(screen, &metrics)) {
@@ -34,6 +61,19 @@ clsLook::clsLook() : controls_(MessageFont()) {
     }
     SelectObject(screen, before);
     ReleaseDC(nullptr, screen);
+}
+
+void clsLook::ScaleTo(int dotsPerInch, HWND window) {
+    const clsLook before = std::exchange(*this, clsLook(dotsPerInch));
+    const scLooks changed{before, *this};
+    EnumChildWindows(window, ChangeFont, reinterpret_cast<LPARAM>(&changed));
+}
+
+// Windows before 10 has one answer for all windows of a program.
+int DotsPerInchOf(HWND window) {
+    const auto ofWindow = reinterpret_cast<UINT(WINAPI*)(HWND)>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32.dll"), "GetDpiForWindow")));
+    return ofWindow != nullptr ? static_cast<int>(ofWindow(window)) : FirstDotsPerInch();
 }
 
 } // namespace tool::logpan

@@ -1,4 +1,4 @@
-// Fonts and measures of the window.
+// Fonts and measures of the window, on the monitor where it is.
 #pragma once
 
 #include <windows.h>
@@ -15,7 +15,12 @@ using Font = std::unique_ptr<std::remove_pointer_t<HFONT>, scDeleteFont>;
 
 class clsLook {
   public:
-    clsLook();
+    clsLook(); // of the first monitor
+    explicit clsLook(int dotsPerInch);
+
+    int DotsPerInch() const { return dotsPerInch_; }
+    // Gives the controls of a window their fonts in another size.
+    void ScaleTo(int dotsPerInch, HWND window);
 
     HFONT Controls() const { return controls_.get(); }
     HFONT Lines() const { return lines_.get(); }
@@ -32,5 +37,7 @@ class clsLook {
     Font controls_;
     Font lines_;
 };
+
+int DotsPerInchOf(HWND window);
 
 } // namespace tool::logpan

@@ -52,7 +52,7 @@ clsMainWindow::clsMainWindow(const scArguments& arguments, clsStore& store)
     description.cbSize = sizeof description;
     description.lpfnWndProc = Receive;
     description.hInstance = GetModuleHandleW(nullptr);
-    description.hIcon = LoadIconW(nullptr, reinterpret_cast<LPCWSTR>(IDI_APPLICATION));
+    description.hIcon = LoadIconW(description.hInstance, reinterpret_cast<LPCWSTR>(IDI_APPLICATION));
     description.hCursor = LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_ARROW));
     description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     description.lpszMenuName = MAKEINTRESOURCEW(ID_MENU);
@@ -63,6 +63,9 @@ clsMainWindow::clsMainWindow(const scArguments& arguments, clsStore& store)
                               look_.Scaled(startHeight), nullptr, nullptr, description.hInstance, this);
     if (window_ == nullptr)
         throw scFailure{ExitCode::cannotOpen, "", "there is no desktop for a window; try --console"};
+    look_.ScaleTo(DotsPerInchOf(window_), window_); // it need not have come to the first monitor
+    SetWindowPos(window_, nullptr, 0, 0, look_.Scaled(startWidth), look_.Scaled(startHeight),
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     MakeParts();
 }
 
@@ -124,6 +127,9 @@ LRESULT clsMainWindow::Handle(UINT message, WPARAM first, LPARAM second) {
     case WM_SIZE:
         Place();
         return 0;
+    case WM_DPICHANGED:
+        ScaleTo(HIWORD(first), *reinterpret_cast<const RECT*>(second));
+        return 0;
     case WM_GETMINMAXINFO:
         reinterpret_cast<MINMAXINFO*>(second)->ptMinTrackSize = {look_.Scaled(smallestWidth),
                                                                  look_.Scaled(smallestHeight)};
@@ -177,6 +183,15 @@ void clsMainWindow::Place() {
     const LONG bottom = inside.bottom - status_->Height() - detailHeight;
     list_->Place({0, bar_->Height(), inside.right, bottom});
     MoveWindow(detail_, 0, bottom, inside.right, detailHeight, TRUE);
+}
+
+// On a monitor with other dots, the system says where the window has its size there.
+void clsMainWindow::ScaleTo(int dotsPerInch, const RECT& place) {
+    const int before = look_.DotsPerInch();
+    look_.ScaleTo(dotsPerInch, window_);
+    list_->ScaleColumns(before, dotsPerInch);
+    MoveWindow(window_, place.left, place.top, place.right - place.left, place.bottom - place.top, TRUE);
+    Place(); // although the size may be the same
 }
 
 void clsMainWindow::Update() {

@@ -32,6 +32,7 @@ class clsMainWindow {
     LRESULT Notified(const NMHDR& header);
     void MakeParts();
     void Place();
+    void ScaleTo(int dotsPerInch, const RECT& place);
     void Command(int id, int notification, HWND control);
     void PrepareMenu() const;
 
