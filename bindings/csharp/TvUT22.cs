@@ -44,6 +44,11 @@ public static class TvUT22
         public ushort wMilliseconds;
     }
 
+    public const int TVUT22_VERSION_MAJOR = 22;
+    public const int TVUT22_VERSION_MINOR = 10;
+    public const string TVUT22_VERSION_TEXT = @"22.10";
+    public const int TVUT22_VERSION = 0x16000a;
+
     /// <summary>One open profile</summary>
     public struct ProfJob { public IntPtr Handle; }
 

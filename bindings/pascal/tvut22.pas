@@ -15,6 +15,14 @@ const
 type
   PUtilTexts = ^PWideChar;
 
+// ==== The version of these headers, for callers and for resource scripts. The build takes
+
+const
+  TVUT22_VERSION_MAJOR = 22;
+  TVUT22_VERSION_MINOR = 10;
+  TVUT22_VERSION_TEXT = '22.10';
+  TVUT22_VERSION = $16000a;
+
 // ==== Prof: the profile store
 
 // One open profile

@@ -53,6 +53,13 @@ class SYSTEMTIME(Structure):
     ]
 
 
+# The version of these headers, for callers and for resource scripts. The build takes
+TVUT22_VERSION_MAJOR = 22
+TVUT22_VERSION_MINOR = 10
+TVUT22_VERSION_TEXT = '22.10'
+TVUT22_VERSION = 0x16000a
+
+
 # One open profile
 class ProfJob(c_void_p):
     pass
