@@ -42,6 +42,37 @@ TEST_F(ProfTool, KnowsAPlainIniFileByItsContentsAlone) {
     }
 }
 
+TEST_F(ProfTool, KeepsTheBytesOfPlainIniFilesThatItChanges) {
+    const std::string changes[] = {"set x.ini S/a \xc3\xbc", "delete x.ini b", "set x.ini T/c 1"};
+    const auto swapped = [](std::string bytes) {
+        for (std::size_t at = 0; at + 1 < bytes.size(); at += 2)
+            std::swap(bytes[at], bytes[at + 1]);
+        return bytes;
+    };
+    constexpr std::u16string_view before = u"\xfeff"
+                                           "b=\xe9\n\xb0=\r\n[S]\ra = \xe4 \n;\xdf",
+                                  after = u"\xfeff\xb0=\r\n[S]\ra = \xfc \n;\xdf\n[T]\nc=1";
+    const std::pair<std::string, std::string> cases[] = {
+        {Utf16(before), Utf16(after)},
+        {Utf16(before.substr(1)) + "!", Utf16(after.substr(1)) + "!"},
+        {swapped(Utf16(before)), swapped(Utf16(after))},
+        {"b=\xe9\n\xb0=\r\n[S]\ra = \xe4 \n;\xdf", "\xb0=\r\n[S]\ra = \xfc \n;\xdf\n[T]\nc=1"},
+        {"\xef\xbb\xbf"
+         "b=1\n[S]\n",
+         "\xef\xbb\xbf[S]\na=\xc3\xbc\n\n[T]\nc=1\n"},
+        {"b=1\n[S]\n#\xc3\xa9", "[S]\n#\xc3\xa9\na=\xc3\xbc\n\n[T]\nc=1"}};
+    for (const auto& [contents, changed] : cases) {
+        Write("x.ini", contents);
+        for (const std::string& change : changes)
+            MustPrint(change);
+        EXPECT_EQ(Read("x.ini"), changed);
+    }
+    Write("x.ini", "a=\xe9\n");
+    MustFail("set x.ini a \xce\xa9", 2, "its code page has not all characters of \xce\xa9");
+    MustFail("set x.ini a \xc3\x83\xc2\xa9", 2, "would not read back as it was meant"); // is UTF-8 by chance
+    EXPECT_EQ(Read("x.ini"), "a=\xe9\n");
+}
+
 TEST_F(ProfTool, CallsNothingAProfileThatIsBinary) {
     for (const std::string& contents : {testing_prof::Noise(10'000), "[S]\na=\0\1\2\3\n"s}) {
         Write("some.prf", contents);
@@ -67,7 +98,7 @@ TEST_F(ProfTool, EscapesInShowAndNotInGet) {
 }
 
 TEST_F(ProfTool, KeepsTheChangesOfAllWhoChangeAFileAtOnce) {
-    for (const std::string target : {"office.prf", "new.prf --create"}) {
+    for (const std::string target : {"office.prf", "new.prf --create", "new.ini --create"}) {
         std::vector<std::unique_ptr<clsProcess>> others;
         for (int at = 0; at < 6; ++at)
             others.push_back(Start("set " + target + " New/Item" + std::to_string(at) + " 1"));
@@ -81,11 +112,13 @@ TEST_F(ProfTool, KeepsTheChangesOfAllWhoChangeAFileAtOnce) {
 }
 
 TEST_F(ProfTool, LeavesAReadOnlyFileAlone) {
-    const std::string before = Read("office.prf");
-    SetFileAttributesW(PathOf("office.prf").c_str(), FILE_ATTRIBUTE_READONLY);
-    MustFail("set office.prf Title x", 5, "prof: office.prf: the file is read-only");
-    SetFileAttributesW(PathOf("office.prf").c_str(), FILE_ATTRIBUTE_NORMAL);
-    EXPECT_EQ(Read("office.prf"), before);
+    for (const std::string name : {"office.prf", "editor.ini"}) {
+        const std::string before = Read(name);
+        SetFileAttributesW(PathOf(name).c_str(), FILE_ATTRIBUTE_READONLY);
+        MustFail("set " + name + " Title x", 5, "prof: " + name + ": the file is read-only");
+        SetFileAttributesW(PathOf(name).c_str(), FILE_ATTRIBUTE_NORMAL);
+        EXPECT_EQ(Read(name), before);
+    }
 }
 
 TEST_F(ProfTool, CopiesAndPastesOverTheClipboard) {
