@@ -2,6 +2,7 @@
 #include "fixture.h"
 
 #include <algorithm>
+#include <random>
 
 namespace prof_test {
 
@@ -95,6 +96,45 @@ TEST_F(ProfTool, EscapesInShowAndNotInGet) {
     Write("odd.prf", Utf16(u"\xfeff[/]\r\n{\r\n a=\x241b[1m\x241f \x9b \xd83d\xde00 \xd800!\r\n}\r\n"));
     EXPECT_EQ(MustPrint("show odd.prf"), "a=\\x1b[1m\\x1f \\x9b \xF0\x9F\x98\x80 \\ud800!\n");
     EXPECT_EQ(MustPrint("get odd.prf a"), "\x1b[1m\x1f \xc2\x9b \xF0\x9F\x98\x80 \xEF\xBF\xBD!\n");
+}
+
+// XML of lists and items whose names and values are random texts, some of them the same.
+std::string OddTree(std::mt19937& random) {
+    constexpr std::u16string_view units = u"\\\\\\/=*?nrtxu09adf\n\r\t\x1b\x85\xe4\xd83d\xde00 #[";
+    const auto text = [&] {
+        std::u16string result;
+        for (unsigned left = random() % 4; left > 0; --left) {
+            const std::string number = std::to_string(static_cast<unsigned>(units[random() % units.size()]));
+            result.append(u"&#").append(number.begin(), number.end()).append(u";");
+        }
+        return result;
+    };
+    std::u16string xml = u"\xfeff<?xml version=\"1.0\" encoding=\"UTF-16\" standalone=\"yes\"?>\n<profile>\n";
+    unsigned depth = 0;
+    for (int left = 3000; left > 0; --left) {
+        if (depth > 0 && random() % 3 == 0) {
+            xml += u"</list>\n";
+            --depth;
+        } else if (random() % 2 == 0) {
+            xml += u"<list name=\"" + text() + u"\">\n";
+            ++depth;
+        } else {
+            xml += u"<item name=\"" + text() + u"\">" + text() + u"</item>\n";
+        }
+    }
+    for (; depth > 0; --depth)
+        xml += u"</list>\n";
+    return Utf16(xml + u"</profile>\n");
+}
+
+TEST_F(ProfTool, ReadsFlatLinesAsItPrintsThem) {
+    std::mt19937 random(20);
+    Write("odd.xml", OddTree(random));
+    MustPrint("convert odd.xml before.xml");
+    const std::string lines = MustPrint("show --flat before.xml");
+    EXPECT_GT(std::count(lines.begin(), lines.end(), '\n'), 1000);
+    MustPrint("convert - after.xml --flat", lines);
+    EXPECT_TRUE(Read("after.xml") == Read("before.xml"));
 }
 
 TEST_F(ProfTool, KeepsTheChangesOfAllWhoChangeAFileAtOnce) {

@@ -91,7 +91,7 @@ bool IsIniChangedInPlace(const scArguments& arguments) {
 
 clsEditedIni::clsEditedIni(const scArguments& arguments)
     : file_(arguments.file), bytes_(Read(arguments)), encoding_(bytes_), text_(encoding_.Units(bytes_)),
-      tree_(clsProfile::OfPlainIni(bytes_, DisplayName(file_))) {}
+      profile_(clsProfile::OfBytes(bytes_, DisplayName(file_), PROF_READ_PLAIN_INI)), tree_(profile_) {}
 
 std::string clsEditedIni::Read(const scArguments& arguments) {
     std::string bytes = file_ == standardStream ? StandardInput() : std::string{};
@@ -137,27 +137,22 @@ void clsEditedIni::Set(const std::string& path, std::wstring_view value) {
     tree_.Set(names, value);
 }
 
-bool clsEditedIni::DeleteItems(const std::string& path) {
-    const Names names = NamesInPath(ToWide(path));
-    if (tree_.DeleteItems(names) == 0)
-        return false;
+void clsEditedIni::DeleteItems(const Names& names) {
     std::vector<std::u16string> encoded;
     for (const std::wstring& name : names)
         encoded.push_back(Encoded(name));
     text_.DeleteItems(SectionIn(encoded), encoded.back());
-    return true;
+    tree_.DeleteItems(names);
 }
 
-bool clsEditedIni::DeleteLists(const std::string& path) {
-    const Names names = NamesInPath(ToWide(path));
-    if (tree_.DeleteLists(names) == 0)
-        return false;
+void clsEditedIni::DeleteLists(const Names& names) {
     text_.DeleteSections(Encoded(names.front()));
-    return true;
+    tree_.DeleteLists(names);
 }
 
 void clsEditedIni::RequireReadBack(const std::string& bytes) const {
-    if (clsProfileTree{clsProfile::OfPlainIni(bytes, DisplayName(file_))}.IniLines() != tree_.IniLines())
+    if (clsProfileTree{clsProfile::OfBytes(bytes, DisplayName(file_), PROF_READ_PLAIN_INI)}.IniLines() !=
+        tree_.IniLines())
         throw scFailure{ExitCode::usage, DisplayName(file_),
                         "would not read back as it was meant, because of its encoding; nothing was changed"};
 }

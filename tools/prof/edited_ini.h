@@ -24,11 +24,13 @@ class clsEditedIni {
     // Opens FILE, or begins an empty one when that is asked for. Throws Failure.
     explicit clsEditedIni(const scArguments& arguments);
 
-    // Throw Failure with usage for what an INI file cannot hold.
+    // As it was opened.
+    ProfJob Job() const { return profile_.Job(); }
+
+    // Throws Failure with usage for what an INI file cannot hold.
     void Set(const std::string& path, std::wstring_view value);
-    // False when there is nothing of that path.
-    bool DeleteItems(const std::string& path);
-    bool DeleteLists(const std::string& path);
+    void DeleteItems(const Names& names);
+    void DeleteLists(const Names& names);
 
     // Once. Throws Failure; the file is as it was then.
     void Save();
@@ -45,6 +47,7 @@ class clsEditedIni {
     std::string bytes_;
     clsIniEncoding encoding_;
     clsPlainIniText text_;
+    clsProfile profile_;
     clsProfileTree tree_; // with the same changes, to compare what is read from the text with it
 };
 

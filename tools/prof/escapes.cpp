@@ -12,6 +12,9 @@ namespace {
 
 constexpr std::wstring_view marksOfPaths = L"/=*?"; // escaped in names, but not in values
 
+// Stands before a * or ? that is no character of the name itself. Names hold no zeros.
+constexpr wchar_t wildcard = L'\0';
+
 struct scControlLetter {
     wchar_t letter;
     wchar_t unit;
@@ -110,18 +113,65 @@ void AppendText(std::wstring& line, std::wstring_view text, std::wstring_view ma
 } // namespace
 
 Names NamesInPath(std::wstring_view path) {
+    Names names = PatternsInPath(path);
+    for (std::wstring& name : names)
+        std::erase(name, wildcard);
+    return names;
+}
+
+Names PatternsInPath(std::wstring_view path) {
     if (path.starts_with(L'/'))
         path.remove_prefix(1);
     Names names(1);
     while (!path.empty()) {
-        const bool ends = path.front() == L'/';
+        const wchar_t first = path.front();
         const wchar_t unit = TakeUnit(path, marksOfPaths);
-        if (ends)
+        if (first == L'/') {
             names.emplace_back();
-        else
-            names.back() += unit;
+            continue;
+        }
+        if (first == L'*' || first == L'?')
+            names.back() += wildcard;
+        names.back() += unit;
     }
     return names;
+}
+
+bool IsPattern(std::wstring_view path) {
+    const Names names = PatternsInPath(path);
+    return std::any_of(names.begin(), names.end(),
+                       [](const std::wstring& name) { return name.find(wildcard) != name.npos; });
+}
+
+// After a mismatch the last * takes one unit more; what an earlier one takes need not change.
+bool IsMatch(std::wstring_view name, std::wstring_view pattern) {
+    constexpr std::size_t none = std::wstring_view::npos;
+    std::size_t at = 0;
+    std::size_t piece = 0;
+    std::size_t star = none;
+    std::size_t afterStar = 0;
+    while (at < name.size()) {
+        const bool isWild = piece + 1 < pattern.size() && pattern[piece] == wildcard;
+        if (isWild && pattern[piece + 1] == L'*') {
+            star = at;
+            piece += 2;
+            afterStar = piece;
+        } else if (isWild) {
+            ++at;
+            piece += 2;
+        } else if (piece < pattern.size() && pattern[piece] == name[at]) {
+            ++at;
+            ++piece;
+        } else if (star != none) {
+            at = ++star;
+            piece = afterStar;
+        } else {
+            return false;
+        }
+    }
+    while (piece + 1 < pattern.size() && pattern[piece] == wildcard && pattern[piece + 1] == L'*')
+        piece += 2;
+    return piece == pattern.size();
 }
 
 void AppendName(std::wstring& line, std::wstring_view name) {

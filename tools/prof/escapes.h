@@ -1,4 +1,4 @@
-// Names and values as paths and flat lines hold them.
+// Names, patterns and values as paths and flat lines hold them.
 //
 // In a path \/ is a slash within a name, \= an equals sign, \* and \? are these characters. There and in the
 // values of flat lines \n, \r, \t, \x1b and \ud800 are what show prints them for, and \\ is a backslash. A
@@ -16,6 +16,11 @@ using Names = std::vector<std::wstring>;
 
 // The names of a path, at least one; a "/" before the first changes nothing.
 Names NamesInPath(std::wstring_view path);
+
+// The names of a path as patterns: a * stands for any characters of one name, a ? for one.
+Names PatternsInPath(std::wstring_view path);
+bool IsPattern(std::wstring_view path);
+bool IsMatch(std::wstring_view name, std::wstring_view pattern);
 
 // Append what is read as that name, or as that value, again.
 void AppendName(std::wstring& line, std::wstring_view name);

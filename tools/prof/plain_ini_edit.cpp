@@ -1,4 +1,4 @@
-// The text is taken apart into lines once, and a change replaces, inserts or erases pieces of it: what is not
+// The text is taken apart into lines, and a change replaces, inserts or erases pieces of it: what is not
 // touched cannot change. A new line looks like the first item of its section, because a later one may be the
 // indented continuation that some programs know.
 #include "plain_ini_edit.h"
@@ -52,8 +52,10 @@ clsPlainIniText::clsPlainIniText(std::u16string text) : text_(std::move(text)) {
 
 void clsPlainIniText::Set(Section section, std::u16string_view name, std::u16string_view value) {
     const std::vector<scSection> sections = Sections(section);
-    if (sections.empty())
-        return AppendSection(*section, name, value);
+    if (sections.empty()) {
+        AppendSection(*section, name, value);
+        return TakeLines();
+    }
     const auto first = lines_.begin() + static_cast<std::ptrdiff_t>(sections.front().first);
     const auto end = lines_.begin() + static_cast<std::ptrdiff_t>(sections.front().end);
     const auto line = std::find_if(first, end, [&](const scLine& candidate) {
@@ -63,6 +65,7 @@ void clsPlainIniText::Set(Section section, std::u16string_view name, std::u16str
         AppendItem(sections.front(), name, value);
     else
         SetValue(*line, value);
+    TakeLines();
 }
 
 void clsPlainIniText::DeleteItems(Section section, std::u16string_view name) {
@@ -84,6 +87,7 @@ void clsPlainIniText::DeleteSections(std::u16string_view section) {
 }
 
 void clsPlainIniText::TakeLines() {
+    lines_.clear();
     for (std::size_t begin = 0; begin < text_.size();) {
         const std::size_t end = std::min(text_.find_first_of(lineEnds, begin), text_.size());
         const std::size_t text = std::min(text_.find_first_not_of(blanks, begin), end);
@@ -241,6 +245,7 @@ void clsPlainIniText::Erase(const std::vector<scSection>& lines) {
         kept = lines_[piece.end - 1].next;
     }
     text_ = left.append(Piece(kept, text_.size()));
+    TakeLines();
 }
 
 } // namespace tool::prof

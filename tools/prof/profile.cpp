@@ -100,8 +100,8 @@ clsProfile clsProfile::OpenHeld(const std::string& name) {
     return profile;
 }
 
-clsProfile clsProfile::OfPlainIni(std::string_view bytes, const std::string& name) {
-    clsProfile profile{OpenStream(*MemoryStream(bytes), name, PROF_READ_PLAIN_INI)};
+clsProfile clsProfile::OfBytes(std::string_view bytes, const std::string& name, UINT flags) {
+    clsProfile profile{OpenStream(*MemoryStream(bytes), name, flags)};
     if (const INT error = ProfGetError(profile.Job()); error != PROF_OK)
         throw WhyNotLoaded(name, error, {});
     return profile;

@@ -34,8 +34,8 @@ class clsProfile {
     // who do so. Throws Failure, also for contents that are not read to the end.
     static clsProfile OpenHeld(const std::string& name);
 
-    // A plain INI file's bytes; name is for messages.
-    static clsProfile OfPlainIni(std::string_view bytes, const std::string& name);
+    // A profile's bytes; name is for messages, the flags are PROF_READ_...
+    static clsProfile OfBytes(std::string_view bytes, const std::string& name, UINT flags);
 
     // A profile with nothing in it.
     static clsProfile MakeEmpty();

@@ -1,4 +1,5 @@
-// Nodes are numbers in one array, so that depth costs memory and never stack.
+// Nodes are numbers in one array, so that depth costs memory and never stack. The way back into a profile is
+// its XML form, which holds any name and value exactly; the library's calls would divide names at "/".
 #include "profile_tree.h"
 
 #include "tree_walk.h"
@@ -6,6 +7,24 @@
 #include <algorithm>
 
 namespace tool::prof {
+
+namespace {
+
+void AppendXml(std::wstring& text, std::wstring_view value) {
+    for (const wchar_t unit : value)
+        if (unit < 0x20 || std::wstring_view{L"<>&'\""}.find(unit) != std::wstring_view::npos)
+            text += L"&#" + std::to_wstring(unit) + L';';
+        else
+            text += unit;
+}
+
+void AppendElement(std::wstring& text, std::wstring_view tag, std::wstring_view name) {
+    text += tag;
+    AppendXml(text, name);
+    text += L"\">";
+}
+
+} // namespace
 
 clsProfileTree::clsProfileTree(const clsProfile& profile) : clsProfileTree() {
     std::vector<std::size_t> way{0};
@@ -28,6 +47,55 @@ void clsProfileTree::Set(const Names& path, std::wstring_view value) {
         Append(list, {path.back(), std::wstring{value}, false, {}});
     else
         nodes_[items.front()].value = value;
+}
+
+void clsProfileTree::AppendItem(const Names& path, std::wstring_view value) {
+    const std::size_t list = AppendedList(std::span{path}.first(path.size() - 1));
+    Append(list, {path.back(), std::wstring{value}, false, {}});
+}
+
+void clsProfileTree::AppendList(const Names& path) {
+    const std::size_t list = AppendedList(std::span{path}.first(path.size() - 1));
+    lastLists_[{list, path.back()}] = Append(list, {path.back(), {}, true, {}});
+}
+
+std::size_t clsProfileTree::AppendedList(std::span<const std::wstring> way) {
+    std::size_t list = 0;
+    for (const std::wstring& name : way) {
+        const auto [place, isNew] = lastLists_.try_emplace({list, name}, 0);
+        if (isNew)
+            place->second = Append(list, {name, {}, true, {}});
+        list = place->second;
+    }
+    return list;
+}
+
+clsProfile clsProfileTree::ToProfile() const {
+    struct scLevel {
+        std::size_t list;
+        std::size_t next;
+    };
+    std::wstring text = L"\xfeff<?xml version=\"1.0\" encoding=\"UTF-16\" standalone=\"yes\"?>\n<profile>\n";
+    std::vector<scLevel> way{{0, 0}};
+    while (!way.empty()) {
+        scLevel& level = way.back();
+        if (level.next == nodes_[level.list].entries.size()) {
+            text += way.size() == 1 ? L"</profile>\n" : L"</list>\n";
+            way.pop_back();
+            continue;
+        }
+        const std::size_t entry = nodes_[level.list].entries[level.next++];
+        AppendElement(text, nodes_[entry].isList ? L"<list name=\"" : L"<item name=\"", nodes_[entry].name);
+        if (nodes_[entry].isList) {
+            text += L'\n';
+            way.push_back({entry, 0});
+        } else {
+            AppendXml(text, nodes_[entry].value);
+            text += L"</item>\n";
+        }
+    }
+    return clsProfile::OfBytes({reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)},
+                               "the changed profile", 0);
 }
 
 std::vector<std::wstring> clsProfileTree::IniLines() const {

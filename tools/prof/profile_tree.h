@@ -5,8 +5,11 @@
 #include "profile.h"
 
 #include <cstddef>
+#include <map>
+#include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tool::prof {
@@ -22,6 +25,13 @@ class clsProfileTree {
     std::size_t DeleteItems(const Names& path) { return Delete(path, false); }
     std::size_t DeleteLists(const Names& path) { return Delete(path, true); }
 
+    // New entries in the list that was last made under each name of the way; lists that are missing are made.
+    void AppendItem(const Names& path, std::wstring_view value);
+    void AppendList(const Names& path);
+
+    // Throws Failure for a tree that is too deep.
+    clsProfile ToProfile() const;
+
     // What a plain INI file can hold of it, in the order of such files: items of the root list before all
     // lists.
     std::vector<std::wstring> IniLines() const;
@@ -35,9 +45,11 @@ class clsProfileTree {
     };
 
     std::size_t Append(std::size_t list, scNode node);
+    std::size_t AppendedList(std::span<const std::wstring> way);
     std::vector<std::size_t> EntriesNamed(const std::vector<std::size_t>& lists, std::wstring_view name,
                                           bool areLists) const;
     std::size_t Delete(const Names& path, bool areLists);
+    std::map<std::pair<std::size_t, std::wstring>, std::size_t> lastLists_; // of those that were appended
     std::vector<scNode> nodes_; // the root list first; what was deleted stays, but no list leads there
 };
 
