@@ -27,9 +27,9 @@ std::u16string Edited(const std::u16string& text, const scEdit& edit) {
     if (edit.operation == u"set")
         ini.Set(edit.Section(), edit.name, edit.value);
     else if (edit.operation == u"delete")
-        ini.DeleteItems(edit.Section(), edit.name);
+        ini.DeleteItems({{edit.Section() ? std::optional{edit.section} : std::nullopt, edit.name}});
     else
-        ini.DeleteSections(edit.section);
+        ini.DeleteSections({edit.section});
     return ini.Text();
 }
 

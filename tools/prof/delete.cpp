@@ -57,8 +57,8 @@ void Delete(clsEditedProfile& profile, const Names& names, bool lists) {
 
 ExitCode DeleteInIni(const scArguments& arguments) {
     clsEditedIni ini{arguments};
-    for (const Names& names : AllNames(ini.Job(), arguments))
-        arguments.list ? ini.DeleteLists(names) : ini.DeleteItems(names);
+    const std::set<Names> paths = AllNames(ini.Job(), arguments);
+    arguments.list ? ini.DeleteLists(paths) : ini.DeleteItems(paths);
     ini.Save();
     return ExitCode::ok;
 }

@@ -137,17 +137,25 @@ void clsEditedIni::Set(const std::string& path, std::wstring_view value) {
     tree_.Set(names, value);
 }
 
-void clsEditedIni::DeleteItems(const Names& names) {
-    std::vector<std::u16string> encoded;
-    for (const std::wstring& name : names)
-        encoded.push_back(Encoded(name));
-    text_.DeleteItems(SectionIn(encoded), encoded.back());
-    tree_.DeleteItems(names);
+void clsEditedIni::DeleteItems(const std::set<Names>& paths) {
+    std::set<clsPlainIniText::scItem> items;
+    for (const Names& names : paths) {
+        std::optional<std::u16string> section;
+        if (names.size() > 1)
+            section = Encoded(names.front());
+        items.insert({std::move(section), Encoded(names.back())});
+        tree_.DeleteItems(names);
+    }
+    text_.DeleteItems(items);
 }
 
-void clsEditedIni::DeleteLists(const Names& names) {
-    text_.DeleteSections(Encoded(names.front()));
-    tree_.DeleteLists(names);
+void clsEditedIni::DeleteLists(const std::set<Names>& paths) {
+    std::set<std::u16string> sections;
+    for (const Names& names : paths) {
+        sections.insert(Encoded(names.front()));
+        tree_.DeleteLists(names);
+    }
+    text_.DeleteSections(sections);
 }
 
 void clsEditedIni::RequireReadBack(const std::string& bytes) const {

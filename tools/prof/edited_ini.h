@@ -12,6 +12,7 @@
 #include "profile_tree.h"
 
 #include <optional>
+#include <set>
 #include <string>
 
 namespace tool::prof {
@@ -29,8 +30,9 @@ class clsEditedIni {
 
     // Throws Failure with usage for what an INI file cannot hold.
     void Set(const std::string& path, std::wstring_view value);
-    void DeleteItems(const Names& names);
-    void DeleteLists(const Names& names);
+    // All of these paths, which lead to items, or to lists.
+    void DeleteItems(const std::set<Names>& paths);
+    void DeleteLists(const std::set<Names>& paths);
 
     // Once. Throws Failure; the file is as it was then.
     void Save();

@@ -68,20 +68,28 @@ void clsPlainIniText::Set(Section section, std::u16string_view name, std::u16str
     TakeLines();
 }
 
-void clsPlainIniText::DeleteItems(Section section, std::u16string_view name) {
+void clsPlainIniText::DeleteItems(const std::set<scItem>& items) {
     std::vector<scSection> erased;
-    for (const scSection& lines : Sections(section))
-        for (std::size_t at = lines.first; at < lines.end; ++at)
-            if (lines_[at].kind == LineKind::item && ItemName(lines_[at]) == name)
-                erased.push_back({at, at + 1});
+    scItem item;
+    for (std::size_t at = 0; at < lines_.size(); ++at) {
+        if (lines_[at].kind == LineKind::header)
+            item.section = HeaderName(lines_[at]);
+        if (lines_[at].kind != LineKind::item)
+            continue;
+        item.name = ItemName(lines_[at]);
+        if (items.contains(item))
+            erased.push_back({at, at + 1});
+    }
     Erase(erased);
 }
 
-void clsPlainIniText::DeleteSections(std::u16string_view section) {
-    std::vector<scSection> erased = Sections(section);
-    for (scSection& lines : erased) {
-        lines.end = CommentsAbove(lines.end, lines.first);
-        --lines.first; // the header
+void clsPlainIniText::DeleteSections(const std::set<std::u16string>& names) {
+    std::vector<scSection> erased;
+    for (std::size_t header = NextHeader(0); header < lines_.size();) {
+        const std::size_t next = NextHeader(header + 1);
+        if (names.contains(std::u16string{HeaderName(lines_[header])}))
+            erased.push_back({header, CommentsAbove(next, header + 1)});
+        header = next;
     }
     Erase(erased);
 }

@@ -5,8 +5,10 @@
 // INI files: blanks around name and value do not belong to them, quotes and comments after a value do.
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,11 +33,16 @@ class clsPlainIniText {
     // the last one of its section, and a new section the last one of the file.
     void Set(Section section, std::u16string_view name, std::u16string_view value);
 
-    // Takes out the lines of all items of that name in all sections of their name.
-    void DeleteItems(Section section, std::u16string_view name);
+    // Takes out the lines of all items of these names in all sections of theirs.
+    struct scItem {
+        std::optional<std::u16string> section;
+        std::u16string name;
+        auto operator<=>(const scItem&) const = default;
+    };
+    void DeleteItems(const std::set<scItem>& items);
 
-    // Takes out all sections of that name. A comment directly above the next section belongs to that one.
-    void DeleteSections(std::u16string_view section);
+    // Takes out all sections of these names. A comment directly above the next section belongs to that one.
+    void DeleteSections(const std::set<std::u16string>& names);
 
   private:
     enum class LineKind { blank, comment, header, item };
