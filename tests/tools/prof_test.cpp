@@ -2,6 +2,7 @@
 #include "fixture.h"
 
 #include <algorithm>
+#include <random>
 
 namespace prof_test {
 
@@ -42,6 +43,37 @@ TEST_F(ProfTool, KnowsAPlainIniFileByItsContentsAlone) {
     }
 }
 
+TEST_F(ProfTool, KeepsTheBytesOfPlainIniFilesThatItChanges) {
+    const std::string changes[] = {"set x.ini S/a \xc3\xbc", "delete x.ini b", "set x.ini T/c 1"};
+    const auto swapped = [](std::string bytes) {
+        for (std::size_t at = 0; at + 1 < bytes.size(); at += 2)
+            std::swap(bytes[at], bytes[at + 1]);
+        return bytes;
+    };
+    constexpr std::u16string_view before = u"\xfeff"
+                                           "b=\xe9\n\xb0=\r\n[S]\ra = \xe4 \n;\xdf",
+                                  after = u"\xfeff\xb0=\r\n[S]\ra = \xfc \n;\xdf\n[T]\nc=1";
+    const std::pair<std::string, std::string> cases[] = {
+        {Utf16(before), Utf16(after)},
+        {Utf16(before.substr(1)) + "!", Utf16(after.substr(1)) + "!"},
+        {swapped(Utf16(before)), swapped(Utf16(after))},
+        {"b=\xe9\n\xb0=\r\n[S]\ra = \xe4 \n;\xdf", "\xb0=\r\n[S]\ra = \xfc \n;\xdf\n[T]\nc=1"},
+        {"\xef\xbb\xbf"
+         "b=1\n[S]\n",
+         "\xef\xbb\xbf[S]\na=\xc3\xbc\n\n[T]\nc=1\n"},
+        {"b=1\n[S]\n#\xc3\xa9", "[S]\n#\xc3\xa9\na=\xc3\xbc\n\n[T]\nc=1"}};
+    for (const auto& [contents, changed] : cases) {
+        Write("x.ini", contents);
+        for (const std::string& change : changes)
+            MustPrint(change);
+        EXPECT_EQ(Read("x.ini"), changed);
+    }
+    Write("x.ini", "a=\xe9\n");
+    MustFail("set x.ini a \xce\xa9", 2, "its code page has not all characters of \xce\xa9");
+    MustFail("set x.ini a \xc3\x83\xc2\xa9", 2, "would not read back as it was meant"); // is UTF-8 by chance
+    EXPECT_EQ(Read("x.ini"), "a=\xe9\n");
+}
+
 TEST_F(ProfTool, CallsNothingAProfileThatIsBinary) {
     for (const std::string& contents : {testing_prof::Noise(10'000), "[S]\na=\0\1\2\3\n"s}) {
         Write("some.prf", contents);
@@ -66,8 +98,47 @@ TEST_F(ProfTool, EscapesInShowAndNotInGet) {
     EXPECT_EQ(MustPrint("get odd.prf a"), "\x1b[1m\x1f \xc2\x9b \xF0\x9F\x98\x80 \xEF\xBF\xBD!\n");
 }
 
+// XML of lists and items whose names and values are random texts, some of them the same.
+std::string OddTree(std::mt19937& random) {
+    constexpr std::u16string_view units = u"\\\\\\/=*?nrtxu09adf\n\r\t\x1b\x85\xe4\xd83d\xde00 #[";
+    const auto text = [&] {
+        std::u16string result;
+        for (unsigned left = random() % 4; left > 0; --left) {
+            const std::string number = std::to_string(static_cast<unsigned>(units[random() % units.size()]));
+            result.append(u"&#").append(number.begin(), number.end()).append(u";");
+        }
+        return result;
+    };
+    std::u16string xml = u"\xfeff<?xml version=\"1.0\" encoding=\"UTF-16\" standalone=\"yes\"?>\n<profile>\n";
+    unsigned depth = 0;
+    for (int left = 3000; left > 0; --left) {
+        if (depth > 0 && random() % 3 == 0) {
+            xml += u"</list>\n";
+            --depth;
+        } else if (random() % 2 == 0) {
+            xml += u"<list name=\"" + text() + u"\">\n";
+            ++depth;
+        } else {
+            xml += u"<item name=\"" + text() + u"\">" + text() + u"</item>\n";
+        }
+    }
+    for (; depth > 0; --depth)
+        xml += u"</list>\n";
+    return Utf16(xml + u"</profile>\n");
+}
+
+TEST_F(ProfTool, ReadsFlatLinesAsItPrintsThem) {
+    std::mt19937 random(20);
+    Write("odd.xml", OddTree(random));
+    MustPrint("convert odd.xml before.xml");
+    const std::string lines = MustPrint("show --flat before.xml");
+    EXPECT_GT(std::count(lines.begin(), lines.end(), '\n'), 1000);
+    MustPrint("convert - after.xml --flat", lines);
+    EXPECT_TRUE(Read("after.xml") == Read("before.xml"));
+}
+
 TEST_F(ProfTool, KeepsTheChangesOfAllWhoChangeAFileAtOnce) {
-    for (const std::string target : {"office.prf", "new.prf --create"}) {
+    for (const std::string target : {"office.prf", "new.prf --create", "new.ini --create"}) {
         std::vector<std::unique_ptr<clsProcess>> others;
         for (int at = 0; at < 6; ++at)
             others.push_back(Start("set " + target + " New/Item" + std::to_string(at) + " 1"));
@@ -81,11 +152,13 @@ TEST_F(ProfTool, KeepsTheChangesOfAllWhoChangeAFileAtOnce) {
 }
 
 TEST_F(ProfTool, LeavesAReadOnlyFileAlone) {
-    const std::string before = Read("office.prf");
-    SetFileAttributesW(PathOf("office.prf").c_str(), FILE_ATTRIBUTE_READONLY);
-    MustFail("set office.prf Title x", 5, "prof: office.prf: the file is read-only");
-    SetFileAttributesW(PathOf("office.prf").c_str(), FILE_ATTRIBUTE_NORMAL);
-    EXPECT_EQ(Read("office.prf"), before);
+    for (const std::string name : {"office.prf", "editor.ini"}) {
+        const std::string before = Read(name);
+        SetFileAttributesW(PathOf(name).c_str(), FILE_ATTRIBUTE_READONLY);
+        MustFail("set " + name + " Title x", 5, "prof: " + name + ": the file is read-only");
+        SetFileAttributesW(PathOf(name).c_str(), FILE_ATTRIBUTE_NORMAL);
+        EXPECT_EQ(Read(name), before);
+    }
 }
 
 TEST_F(ProfTool, CopiesAndPastesOverTheClipboard) {

@@ -33,6 +33,10 @@ void AddItemPath(CLI::App& app, scArguments& arguments, const char* help) {
     app.add_option("PATH", arguments.path, help)->required();
 }
 
+void AddItemPaths(CLI::App& app, scArguments& arguments, const char* help) {
+    app.add_option("PATH", arguments.paths, help)->required();
+}
+
 void AddListPath(CLI::App& app, scArguments& arguments) {
     app.add_option("PATH", arguments.path, "The list to begin with, like Print/Fonts; else the root");
 }
@@ -55,8 +59,10 @@ void DeclareShow(CLI::App& app, scArguments& arguments) {
 
 void DeclareGet(CLI::App& app, scArguments& arguments) {
     AddFile(app, arguments);
-    AddItemPath(app, arguments, "The item, like Print/Copies");
+    AddItemPaths(app, arguments,
+                 "The item, like Print/Copies; several or with * and ? print paths and values");
     AddType(app, arguments, FetchableTypes());
+    app.add_option("--default", arguments.fallback, "What to print when there is no such item");
 }
 
 void DeclareSet(CLI::App& app, scArguments& arguments) {
@@ -70,7 +76,7 @@ void DeclareSet(CLI::App& app, scArguments& arguments) {
 
 void DeclareDelete(CLI::App& app, scArguments& arguments) {
     AddFile(app, arguments);
-    AddItemPath(app, arguments, "The item; all of that name are deleted");
+    AddItemPaths(app, arguments, "The item; all of that name are deleted; * and ? stand for others");
     app.add_flag("--list", arguments.list, "Delete lists of that path, with all that is in them");
     AddOutput(app, arguments);
 }
@@ -80,6 +86,18 @@ void DeclareNames(CLI::App& app, scArguments& arguments) {
     AddListPath(app, arguments);
 }
 
+void DeclareItems(CLI::App& app, scArguments& arguments) {
+    AddFile(app, arguments);
+    app.add_option("PATH", arguments.paths,
+                   "The list; several or with * and ? print whole paths; else the root");
+}
+
+void DeclareFind(CLI::App& app, scArguments& arguments) {
+    AddFile(app, arguments);
+    app.add_option("TEXT", arguments.value, "What names or values hold, in letters of either case")
+        ->required();
+}
+
 void DeclareConvert(CLI::App& app, scArguments& arguments) {
     app.add_option("IN", arguments.file, "The profile to read")->required();
     app.add_option("OUT", arguments.output, "Where to save it")->required();
@@ -87,6 +105,7 @@ void DeclareConvert(CLI::App& app, scArguments& arguments) {
     app.add_option("--form", arguments.form, "The form to save in; without it by the name of OUT")
         ->check(CLI::IsMember({"text", "xml", "xfdf"}));
     app.add_flag("--compress", arguments.compress, "Save compressed");
+    app.add_flag("--flat", arguments.flat, "IN holds lines as 'prof show --flat' prints them");
 }
 
 void AddKey(CLI::App& app, scArguments& arguments) {
@@ -125,7 +144,8 @@ constexpr scCommand commands[] = {
     {"set", "Give an item a value", DeclareSet, RunSet},
     {"delete", "Delete items or lists", DeclareDelete, RunDelete},
     {"lists", "Print the names of the lists in a list", DeclareNames, RunLists},
-    {"items", "Print the items of a list", DeclareNames, RunItems},
+    {"items", "Print the items of a list", DeclareItems, RunItems},
+    {"find", "Print what holds a text", DeclareFind, RunFind},
     {"convert", "Save a profile in another form or place", DeclareConvert, RunConvert},
     {"check", "Load a profile and report the first error", AddFile, RunCheck},
     {"attach", "Put files into a list", DeclareAttach, RunAttach},
@@ -151,12 +171,16 @@ ExitCode Dispatch(std::vector<std::string> words) {
     app.require_subcommand(1);
     std::vector<std::string_view> names;
     for (const scCommand& command : commands) {
-        command.declare(*app.add_subcommand(command.name, command.purpose), arguments);
+        CLI::App& declared = *app.add_subcommand(command.name, command.purpose);
+        command.declare(declared, arguments);
+        declared.add_flag("--quiet", arguments.quiet, "No messages: the exit code tells");
         names.emplace_back(command.name);
     }
     words = WithOptionsForWords(std::move(words), {"prof", "show", names});
     if (!ParseArguments(app, std::move(words), "Try 'prof --help' or 'prof COMMAND --help'."))
         return ExitCode::ok;
+    if (arguments.quiet)
+        SetStdHandle(STD_ERROR_HANDLE, nullptr);
     const std::string chosen = app.get_subcommands().front()->get_name();
     return std::find_if(std::begin(commands), std::end(commands),
                         [&](const scCommand& command) { return chosen == command.name; })

@@ -3,6 +3,7 @@
 
 #include "exit_code.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ namespace tool::prof {
 struct scArguments {
     std::string file;
     std::string path;
+    std::vector<std::string> paths;
     std::string value;
     std::string type = "string";
     std::string output;
@@ -22,12 +24,14 @@ struct scArguments {
     std::string folder;
     std::string key;
     std::vector<std::string> patterns;
+    std::optional<std::string> fallback; // of get
     bool flat = false;
     bool list = false;
     bool create = false;
     bool compress = false;
     bool plainIni = false;
     bool markers = false;
+    bool quiet = false;
 };
 
 struct scCommand {

@@ -7,8 +7,9 @@ namespace tool::prof {
 
 ExitCode RunShow(const scArguments& arguments);       // show.cpp
 ExitCode RunGet(const scArguments& arguments);        // get.cpp
-ExitCode RunSet(const scArguments& arguments);        // edit.cpp
-ExitCode RunDelete(const scArguments& arguments);     // edit.cpp
+ExitCode RunFind(const scArguments& arguments);       // find.cpp
+ExitCode RunSet(const scArguments& arguments);        // set.cpp
+ExitCode RunDelete(const scArguments& arguments);     // delete.cpp
 ExitCode RunLists(const scArguments& arguments);      // names.cpp
 ExitCode RunItems(const scArguments& arguments);      // names.cpp
 ExitCode RunConvert(const scArguments& arguments);    // convert.cpp

@@ -1,7 +1,11 @@
 // prof convert: a profile from any form that can be read into any form that can be written.
 #include "commands.h"
 #include "edited_profile.h"
+#include "flat_lines.h"
 #include "profile_kind.h"
+#include "replacing.h"
+#include "stream.h"
+#include "text_io.h"
 
 #include <string_view>
 
@@ -26,11 +30,28 @@ UINT FormFlag(const scArguments& arguments) {
     return HasXmlName(arguments.output) ? PROF_FORM_XML : PROF_FORM_TEXT;
 }
 
+UINT SaveFlags(const scArguments& arguments) {
+    return FormFlag(arguments) | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u);
+}
+
+ExitCode ConvertFlatLines(const scArguments& arguments) {
+    const clsProfile profile = ProfileOfFlatLines(
+        arguments.file == standardStream ? StandardInput()
+                                         : ContentsOf(*FileStream(ToWide(arguments.file), arguments.file)),
+        DisplayName(arguments.file));
+    if (arguments.output != standardStream)
+        RequireOverwritable(arguments.output);
+    profile.Save(arguments.output, SaveFlags(arguments));
+    return ExitCode::ok;
+}
+
 } // namespace
 
 ExitCode RunConvert(const scArguments& arguments) {
+    if (arguments.flat)
+        return ConvertFlatLines(arguments);
     clsEditedProfile profile{arguments, Replaceable::allProfiles};
-    profile.Save(FormFlag(arguments) | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u));
+    profile.Save(SaveFlags(arguments));
     return ExitCode::ok;
 }
 

@@ -24,6 +24,9 @@ class clsEditedProfile {
     const clsProfile& Profile() const { return profile_; }
     ProfJob Job() const { return profile_.Job(); }
 
+    // Takes a changed profile in its place; the file is saved as it was opened.
+    void Become(clsProfile profile) { profile_ = std::move(profile); }
+
     // Once. Throws Failure, also when it would lose what another file holds.
     void Save(UINT flags);
 

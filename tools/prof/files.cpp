@@ -30,10 +30,14 @@ ProfList FindOrMakeList(const clsProfile& profile, const std::string& path) {
     if (path.empty() || path == "/")
         return nullptr;
     RequireStorablePath(path + "/File.Entry"); // its segments are the names of lists
-    const std::wstring widePath = ToWide(path);
-    ProfList list = ProfGetListW(profile.Job(), nullptr, widePath.c_str());
-    if (list == nullptr)
-        list = ProfCreateListW(profile.Job(), nullptr, widePath.c_str());
+    const Names names = NamesInPath(ToWide(path));
+    ProfList list = nullptr;
+    if (FindList(profile.Job(), names, list))
+        return list;
+    const std::optional<std::wstring> libraryPath = LibraryPath(names);
+    if (!libraryPath)
+        throw scFailure{ExitCode::usage, path, "a list whose name holds a slash is not made here"};
+    list = ProfCreateListW(profile.Job(), nullptr, libraryPath->c_str());
     if (list == nullptr)
         throw std::bad_alloc{};
     return list;

@@ -1,5 +1,7 @@
-// prof get: one value, as it is or as the library reads it.
+// prof get: values, as they are or as the library reads them.
 #include "commands.h"
+#include "flat_lines.h"
+#include "matches.h"
 #include "paths.h"
 #include "text_io.h"
 #include "value_types.h"
@@ -8,24 +10,58 @@ namespace tool::prof {
 
 namespace {
 
-bool Exists(const clsProfile& profile, const std::wstring& path) {
-    return ProfGetStringLengthW(profile.Job(), nullptr, path.c_str()) >= 0;
+std::string Typed(const scArguments& arguments, const std::string& path, const std::wstring& value) {
+    std::optional<std::string> text = AsType(ValueType(arguments.type), value);
+    if (!text)
+        throw scFailure{ExitCode::wrongType, DisplayName(arguments.file),
+                        "the value of " + path + " is not of type " + arguments.type};
+    return *std::move(text);
+}
+
+// What one path leads to. Throws Failure with notFound.
+std::vector<scMatch> ItemsOf(const clsProfile& profile, const scArguments& arguments,
+                             const std::string& path) {
+    const std::wstring widePath = ToWide(path);
+    std::vector<scMatch> found;
+    if (IsPattern(widePath)) {
+        found = MatchesOf(profile.Job(), widePath);
+        std::erase_if(found, [](const scMatch& match) { return match.list != nullptr; });
+    } else if (std::optional<std::wstring> value = FindItem(profile.Job(), NamesInPath(widePath))) {
+        found.push_back({NamesInPath(widePath), *std::move(value), nullptr});
+    }
+    if (found.empty())
+        throw scFailure{ExitCode::notFound, DisplayName(arguments.file), "there is no item " + path};
+    return found;
+}
+
+ExitCode GetOne(const clsProfile& profile, const scArguments& arguments) {
+    const std::string& path = arguments.paths.front();
+    if (arguments.fallback && !FindItem(profile.Job(), NamesInPath(ToWide(path))))
+        clsOutput::Standard().WriteLine(*arguments.fallback);
+    else
+        clsOutput::Standard().WriteLine(
+            Typed(arguments, path, ItemsOf(profile, arguments, path).front().value));
+    return ExitCode::ok;
 }
 
 } // namespace
 
 ExitCode RunGet(const scArguments& arguments) {
-    RequirePath(arguments.path);
+    for (const std::string& path : arguments.paths)
+        RequirePath(path);
     const clsProfile profile = clsProfile::Open(arguments.file, arguments.plainIni);
-    const std::wstring path = ToWide(arguments.path);
-    if (!Exists(profile, path))
-        throw scFailure{ExitCode::notFound, DisplayName(arguments.file),
-                        "there is no item " + arguments.path};
-    std::string text;
-    if (ValueType(arguments.type).fetch(profile.Job(), path.c_str(), text) != PROF_OK)
-        throw scFailure{ExitCode::wrongType, DisplayName(arguments.file),
-                        "the value of " + arguments.path + " is not of type " + arguments.type};
-    clsOutput::Standard().WriteLine(text);
+    if (arguments.paths.size() == 1 && !IsPattern(ToWide(arguments.paths.front())))
+        return GetOne(profile, arguments);
+    if (arguments.fallback)
+        throw scFailure{ExitCode::usage, "--default", "goes with one path without * and ?"};
+    std::vector<scMatch> found;
+    for (const std::string& path : arguments.paths)
+        for (scMatch& match : ItemsOf(profile, arguments, path)) {
+            match.value = ToWide(Typed(arguments, path, match.value));
+            found.push_back(std::move(match));
+        }
+    for (const scMatch& match : found)
+        PrintFlatItem(match.names, match.value);
     return ExitCode::ok;
 }
 

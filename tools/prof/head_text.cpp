@@ -22,6 +22,8 @@ std::string FromUtf16(std::string_view bytes, std::size_t low) {
     return text;
 }
 
+} // namespace
+
 bool LooksLikeUtf16(std::string_view bytes) {
     std::size_t found = 0;
     std::size_t wide = 0;
@@ -32,8 +34,6 @@ bool LooksLikeUtf16(std::string_view bytes) {
         }
     return 2 * wide > found;
 }
-
-} // namespace
 
 std::string HeadText(std::string_view bytes) {
     if (bytes.starts_with("\xff\xfe"))

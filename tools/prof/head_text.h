@@ -10,4 +10,7 @@ namespace tool::prof {
 // library does; everything else counts as 8-bit text. Characters beyond ASCII become '\x80'.
 std::string HeadText(std::string_view bytes);
 
+// Whether the beginning of a file without a mark is UTF-16.
+bool LooksLikeUtf16(std::string_view bytes);
+
 } // namespace tool::prof

@@ -1,4 +1,4 @@
-// Walks paths segment by segment where the library's own look-up does not answer the question.
+// Walks paths name by name where the library's own look-up does not answer the question.
 #include "paths.h"
 
 #include "exit_code.h"
@@ -13,22 +13,7 @@ namespace tool::prof {
 
 namespace {
 
-constexpr std::size_t comparedLength = 255; // of a segment that another one follows
-
-std::vector<std::wstring> SegmentsOf(std::wstring_view path) {
-    if (path.starts_with(L'/'))
-        path.remove_prefix(1);
-    std::vector<std::wstring> segments;
-    for (;;) {
-        const std::size_t end = path.find(L'/');
-        if (end == std::wstring_view::npos)
-            break;
-        segments.emplace_back(path.substr(0, std::min(end, comparedLength)));
-        path.remove_prefix(end + 1);
-    }
-    segments.emplace_back(path);
-    return segments;
-}
+constexpr std::size_t longestFollowedName = 255; // the library cuts longer ones
 
 void AppendListsNamed(std::vector<ProfList>& found, ProfJob job, ProfList parent, std::wstring_view name) {
     for (clsTreeWalk walk{job, parent, clsTreeWalk::Scope::oneList}; walk.Next();)
@@ -43,19 +28,20 @@ std::vector<ProfList> ListsNamed(ProfJob job, const std::vector<ProfList>& paren
     return found;
 }
 
-// The lists that the first segments reach.
-std::vector<ProfList> ListsAlong(ProfJob job, const std::vector<std::wstring>& segments, std::size_t count) {
+// The lists that the first names reach.
+std::vector<ProfList> ListsAlong(ProfJob job, const Names& names, std::size_t count) {
     std::vector<ProfList> lists{nullptr};
     for (std::size_t at = 0; at < count; ++at)
-        lists = ListsNamed(job, lists, segments[at]);
+        lists = ListsNamed(job, lists, names[at]);
     return lists;
 }
 
-bool HoldsItem(ProfJob job, ProfList list, std::wstring_view name) {
+// The first item of a name in one list.
+std::optional<std::wstring> ItemIn(ProfJob job, ProfList list, std::wstring_view name) {
     for (clsTreeWalk walk{job, list, clsTreeWalk::Scope::oneList}; walk.Next();)
         if (!walk.Entry().IsList() && walk.Entry().name == name)
-            return true;
-    return false;
+            return std::wstring{walk.Entry().value};
+    return std::nullopt;
 }
 
 [[noreturn]] void Refuse(const std::string& path, const char* reason) {
@@ -74,24 +60,46 @@ bool IsControl(wchar_t unit) {
 } // namespace
 
 ProfList FindList(const clsProfile& profile, const std::string& file, const std::string& path) {
-    if (path.empty() || path == "/")
-        return nullptr;
-    const ProfList list = ProfGetListW(profile.Job(), nullptr, ToWide(path).c_str());
-    if (list == nullptr)
+    ProfList list = nullptr;
+    if (!path.empty() && path != "/" && !FindList(profile.Job(), NamesInPath(ToWide(path)), list))
         throw scFailure{ExitCode::notFound, DisplayName(file), "there is no list " + path};
     return list;
 }
 
-bool ReachesItem(ProfJob job, const std::string& path) {
-    const std::vector<std::wstring> segments = SegmentsOf(ToWide(path));
-    const std::vector<ProfList> lists = ListsAlong(job, segments, segments.size() - 1);
-    return std::any_of(lists.begin(), lists.end(),
-                       [&](ProfList list) { return HoldsItem(job, list, segments.back()); });
+bool FindList(ProfJob job, std::span<const std::wstring> names, ProfList& list) {
+    for (const std::wstring& name : names) {
+        const std::vector<ProfList> found = ListsNamed(job, {list}, name);
+        if (found.empty())
+            return false;
+        list = found.front();
+    }
+    return true;
 }
 
-bool ReachesList(ProfJob job, const std::string& path) {
-    const std::vector<std::wstring> segments = SegmentsOf(ToWide(path));
-    return !ListsAlong(job, segments, segments.size()).empty();
+std::optional<std::wstring> FindItem(ProfJob job, const Names& names) {
+    ProfList list = nullptr;
+    return FindList(job, std::span{names}.first(names.size() - 1), list) ? ItemIn(job, list, names.back())
+                                                                         : std::nullopt;
+}
+
+bool ReachesItem(ProfJob job, const Names& names) {
+    const std::vector<ProfList> lists = ListsAlong(job, names, names.size() - 1);
+    return std::any_of(lists.begin(), lists.end(),
+                       [&](ProfList list) { return ItemIn(job, list, names.back()).has_value(); });
+}
+
+bool ReachesList(ProfJob job, const Names& names) {
+    return !ListsAlong(job, names, names.size()).empty();
+}
+
+std::optional<std::wstring> LibraryPath(const Names& names) {
+    std::wstring path;
+    for (const std::wstring& name : names) {
+        if (name.find(L'/') != name.npos || name.size() > longestFollowedName)
+            return std::nullopt;
+        path.append(L"/").append(name);
+    }
+    return path;
 }
 
 void RequirePath(const std::string& path) {
@@ -103,15 +111,15 @@ void RequirePath(const std::string& path) {
 
 void RequireStorablePath(const std::string& path) {
     RequirePath(path);
-    const std::vector<std::wstring> segments = SegmentsOf(ToWide(path));
-    const std::wstring& item = segments.back();
+    const Names names = NamesInPath(ToWide(path));
+    const std::wstring& item = names.back();
     if (item.empty())
         Refuse(path, "the path ends in \"/\": the item's name is missing");
     if (std::wstring_view{L"#;{} \t"}.find(item.front()) != std::wstring_view::npos)
         Refuse(path, "an item whose name begins with # ; { } or a blank would not be read again");
     if (std::any_of(item.begin(), item.end(), StandsForAnother))
         Refuse(path, "an item's name cannot hold the characters that stand for others in a file");
-    for (auto list = segments.begin(); list != segments.end() - 1; ++list)
+    for (auto list = names.begin(); list != names.end() - 1; ++list)
         if (std::any_of(list->begin(), list->end(), IsControl))
             Refuse(path, "a list's name cannot hold control characters");
 }

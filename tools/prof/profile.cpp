@@ -21,7 +21,7 @@ ProfJob OpenStream(IStream& stream, const std::string& name, UINT flags) {
 
 ProfJob OpenJob(const std::string& name, bool plainIni) {
     const bool standard = name == standardStream;
-    const std::string input = standard ? ReadStandardInput() : std::string{};
+    const std::string& input = standard ? StandardInput() : name;
     const scReading reading =
         HowToRead(name, standard ? ContentsOfBytes(input) : ContentsOfFile(ToWide(name)), plainIni);
     if (reading.note != nullptr)
@@ -49,6 +49,12 @@ scFailure WhyNotLoaded(const std::string& name, INT error, const std::string& re
     return {ExitCode::malformed, subject, "the contents cannot be read or are too large"};
 }
 
+} // namespace
+
+std::string DisplayName(const std::string& name) {
+    return name == standardStream ? "standard input" : name;
+}
+
 scFailure WhyNotSaved(const std::string& name) {
     std::string reason = name == standardStream ? std::string{} : WhyNotWritable(ToWide(name));
     if (reason.empty())
@@ -56,10 +62,9 @@ scFailure WhyNotSaved(const std::string& name) {
     return {ExitCode::cannotSave, name == standardStream ? "standard output" : name, reason};
 }
 
-} // namespace
-
-std::string DisplayName(const std::string& name) {
-    return name == standardStream ? "standard input" : name;
+const std::string& StandardInput() {
+    static const std::string input = ReadStandardInput();
+    return input;
 }
 
 clsProfile::clsProfile(ProfJob job) : job_(job) {
@@ -92,6 +97,13 @@ clsProfile clsProfile::OpenHeld(const std::string& name) {
         throw scFailure{ExitCode::malformed, name,
                         warning +
                             "; what was not read would be lost: save it under another name with --output"};
+    return profile;
+}
+
+clsProfile clsProfile::OfBytes(std::string_view bytes, const std::string& name, UINT flags) {
+    clsProfile profile{OpenStream(*MemoryStream(bytes), name, flags)};
+    if (const INT error = ProfGetError(profile.Job()); error != PROF_OK)
+        throw WhyNotLoaded(name, error, {});
     return profile;
 }
 

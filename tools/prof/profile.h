@@ -1,10 +1,13 @@
 // One open profile: from a file in whatever form, or standard input, and saved again.
 #pragma once
 
+#include "exit_code.h"
+
 #include <tvut22/prof.h>
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace tool::prof {
 
@@ -13,6 +16,12 @@ inline constexpr const char* standardStream = "-";
 
 // The name of a file in messages.
 std::string DisplayName(const std::string& name);
+
+// All of standard input, read by the first call.
+const std::string& StandardInput();
+
+// What to say of a file that cannot be saved.
+scFailure WhyNotSaved(const std::string& name);
 
 class clsProfile {
   public:
@@ -24,6 +33,9 @@ class clsProfile {
     // Opens a file that is there, and keeps others from changing it while the profile lives; waits for those
     // who do so. Throws Failure, also for contents that are not read to the end.
     static clsProfile OpenHeld(const std::string& name);
+
+    // A profile's bytes; name is for messages, the flags are PROF_READ_...
+    static clsProfile OfBytes(std::string_view bytes, const std::string& name, UINT flags);
 
     // A profile with nothing in it.
     static clsProfile MakeEmpty();

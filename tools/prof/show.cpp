@@ -1,5 +1,6 @@
-// prof show: a profile for reading, as a tree or as full paths.
+// prof show: a profile for reading, as a tree or as flat lines.
 #include "commands.h"
+#include "flat_lines.h"
 #include "paths.h"
 #include "text_io.h"
 #include "tree_walk.h"
@@ -38,62 +39,15 @@ void ShowTree(clsTreeWalk& walk) {
     }
 }
 
-// The path of the list that is being walked: grows and shrinks by one name, whatever the depth.
-class clsListPath {
-  public:
-    explicit clsListPath(std::string start) : text_(std::move(start)) {}
-
-    const std::string& At(std::size_t depth) {
-        while (ends_.size() > depth) {
-            text_.resize(ends_.back());
-            ends_.pop_back();
-        }
-        return text_;
-    }
-
-    void Enter(std::wstring_view name) {
-        ends_.push_back(text_.size());
-        text_ += '/';
-        AppendEscaped(text_, name);
-    }
-
-  private:
-    std::string text_;
-    std::vector<std::size_t> ends_;
-};
-
-std::string FullPath(const std::string& path) {
-    if (path.empty() || path == "/")
-        return {};
-    return path.starts_with('/') ? path : '/' + path;
-}
-
-void ShowFlat(clsTreeWalk& walk, const std::string& start) {
-    clsListPath path{FullPath(start)};
-    std::string line;
-    while (walk.Next()) {
-        const scEntry& entry = walk.Entry();
-        const std::string& parent = path.At(entry.depth);
-        if (entry.IsList()) {
-            path.Enter(entry.name);
-            continue;
-        }
-        line.clear();
-        AppendEntry(line, entry);
-        clsOutput::Standard().Write(parent);
-        clsOutput::Standard().Write("/");
-        clsOutput::Standard().WriteLine(line);
-    }
-}
-
 } // namespace
 
 ExitCode RunShow(const scArguments& arguments) {
     const clsProfile profile = clsProfile::Open(arguments.file, arguments.plainIni);
     const ProfList start = FindList(profile, arguments.file, arguments.path);
     clsTreeWalk walk{profile.Job(), start, clsTreeWalk::Scope::wholeTree};
+    const bool isRoot = arguments.path.empty() || arguments.path == "/";
     if (arguments.flat)
-        ShowFlat(walk, arguments.path);
+        ShowFlat(walk, isRoot ? Names{} : NamesInPath(ToWide(arguments.path)));
     else
         ShowTree(walk);
     return ExitCode::ok;

@@ -2,9 +2,12 @@
 #include "value_types.h"
 
 #include "parse_value.h"
+#include "profile.h"
 #include "text_io.h"
+#include "tree_walk.h"
 
 #include <charconv>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <type_traits>
@@ -12,6 +15,8 @@
 namespace tool::prof {
 
 namespace {
+
+constexpr const wchar_t* anyName = L"value"; // of the one item of a profile
 
 template <typename Value>
 using Parse = std::optional<Value> (*)(std::string_view text);
@@ -140,6 +145,22 @@ const scValueType& ValueType(std::string_view name) {
         if (type.name == name)
             return type;
     throw std::out_of_range{"value type"};
+}
+
+std::wstring StoredText(const scValueType& type, const std::string& value) {
+    const clsProfile profile = clsProfile::MakeEmpty();
+    type.store(profile.Job(), anyName, value);
+    clsTreeWalk walk{profile.Job(), nullptr, clsTreeWalk::Scope::oneList};
+    if (!walk.Next())
+        throw std::bad_alloc{};
+    return std::wstring{walk.Entry().value};
+}
+
+std::optional<std::string> AsType(const scValueType& type, const std::wstring& stored) {
+    const clsProfile profile = clsProfile::MakeEmpty();
+    ProfSetStringW(profile.Job(), nullptr, anyName, stored.c_str());
+    std::string text;
+    return type.fetch(profile.Job(), anyName, text) == PROF_OK ? std::optional{text} : std::nullopt;
 }
 
 std::vector<std::string> StorableTypes() {

@@ -4,6 +4,7 @@
 #include <tvut22/prof.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,12 @@ struct scValueType {
 
 // Throws std::out_of_range for an unknown name: the command line has been checked before.
 const scValueType& ValueType(std::string_view name);
+
+// The text that is stored for a value that the type takes.
+std::wstring StoredText(const scValueType& type, const std::string& value);
+
+// A stored text as one of the fetchable types prints it; nothing when it is not of the type.
+std::optional<std::string> AsType(const scValueType& type, const std::wstring& stored);
 
 std::vector<std::string> StorableTypes();
 std::vector<std::string> FetchableTypes();
