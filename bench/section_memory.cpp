@@ -76,6 +76,8 @@ std::size_t ProbeMemory(const std::string& way, const std::wstring& path) {
     }
     if (way == "pools")
         return Added([] { return OpenIdlePools(idlePools), 0; });
+    if (way == "jobs")
+        return BytesKeptAfterJobs();
     Require(way == "rapidxml", "there is no such way to open the work");
     return Added([&] {
         auto document = std::make_unique<clsRapidXml>(ReadWholeText(path));
@@ -91,7 +93,7 @@ std::size_t PeakMemory() {
     return counters.PeakWorkingSetSize;
 }
 
-// Runs this program with --probe-memory; its exit code is the answer, 0 when it failed.
+// Runs this program with --probe-memory; its exit code is the answer, negative when it failed.
 std::size_t RunMemoryProbe(const wchar_t* way, const std::wstring& path) {
     std::wstring command = L"\"" + OwnPath() + L"\" --probe-memory " + way + L" \"" + path + L"\"";
     STARTUPINFOW startup{};
@@ -105,7 +107,7 @@ std::size_t RunMemoryProbe(const wchar_t* way, const std::wstring& path) {
     GetExitCodeProcess(process.hProcess, &bytes);
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);
-    Require(bytes != 0 && bytes < 0x80000000u, "the memory probe failed");
+    Require(bytes < 0x80000000u, "the memory probe failed");
     return bytes;
 }
 

@@ -56,6 +56,7 @@ void RegisterTempFiles(const std::vector<std::wstring>& files);
 constexpr unsigned waitingJobs = 300000, idlePools = 200;
 void AddWaitingJobs(unsigned jobs);
 void OpenIdlePools(unsigned pools);
+std::size_t BytesKeptAfterJobs();
 
 // The same for packing a file and unpacking it again.
 std::size_t ProbeZip(const std::wstring& path);
