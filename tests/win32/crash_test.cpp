@@ -265,6 +265,14 @@ TEST(Protection, ShowsANoticeThatNamesTheReport) {
     EXPECT_EQ(notice.text, Files(folder.Path(), L".txt").at(0).wstring());
 }
 
+TEST(Protection, EndsAMinuteAfterANoticeThatNobodyReads) {
+    const clsTempFolder folder;
+    for (const char* crash : {"write", "twice"})
+        EXPECT_EQ(RunChild(folder.Path().wstring(), UTIL_PROTECT_NOTICE, "unread", crash).exitCode,
+                  violation);
+    EXPECT_EQ(folder.Count(), 4) << "reports and dumps";
+}
+
 // ---- The folder -------------------------------------------------------------------------------------
 
 UtilProtection Options(const std::wstring& folder) {
