@@ -1,5 +1,6 @@
 // Crashes of a child process: what the report says of each, and what is left when nothing can be written.
 #include "support/files.h"
+#include "support/import_hook.h"
 
 #include <gtest/gtest.h>
 #include <tvut22/tvut22.hpp>
@@ -444,6 +445,30 @@ TEST(MiniDump, IsOfThisProcessOrAnother) {
         TerminateProcess(child, 0);
     };
     RunChild(L"crash-reports", 0, "main", "hang", callAll);
+}
+
+// What a 64-bit system answers: whether a process is a 32-bit one. The systems of the tests have no other.
+bool othersAre32Bit = false;
+BOOL WINAPI AnswerOf64Bit(HANDLE process, BOOL* is32Bit) {
+    *is32Bit = process == GetCurrentProcess() || othersAre32Bit;
+    return TRUE;
+}
+
+TEST(MiniDump, IsOfNo64BitProcess) {
+    const clsTempFolder folder;
+    const clsImportHook hook("IsWow64Process", AnswerOf64Bit);
+    const auto callBoth = [&](HANDLE child) {
+        for (const auto& [is32Bit, result] :
+             {std::pair(false, UTIL_NOT_SUPPORTED), std::pair(true, UTIL_OK)}) {
+            othersAre32Bit = is32Bit;
+            EXPECT_EQ(
+                UtilDebugHelpWriteMiniDump((folder / L"a.dmp").c_str(), 0, GetProcessId(child), 0, nullptr),
+                result);
+            EXPECT_EQ(folder.Count(), is32Bit ? 1 : 0);
+        }
+        TerminateProcess(child, 0);
+    };
+    RunChild(L"crash-reports", 0, "main", "hang", callBoth);
 }
 
 } // namespace
