@@ -50,7 +50,7 @@ clsDwarfReader AttributesOf(clsBytes abbreviations, std::uint64_t code) noexcept
         for (std::uint64_t name = 1, form = 1; (name != 0 || form != 0) && !reader.AtEnd();) {
             name = reader.GetUnsigned();
             form = reader.GetUnsigned();
-            if (form == DwarfForm::implicitConstant)
+            if (form == dwarfForm::implicitConstant)
                 reader.GetSigned();
         }
     }
@@ -62,7 +62,7 @@ std::optional<std::uint64_t> LinesOfEntry(clsDwarfReader& entry, clsDwarfReader 
     while (!attributes.AtEnd() && entry.IsGood()) {
         const std::uint64_t name = attributes.GetUnsigned();
         const std::uint64_t form = attributes.GetUnsigned();
-        if (form == DwarfForm::implicitConstant)
+        if (form == dwarfForm::implicitConstant)
             attributes.GetSigned();
         if (name == 0 && form == 0)
             break;
@@ -70,10 +70,10 @@ std::optional<std::uint64_t> LinesOfEntry(clsDwarfReader& entry, clsDwarfReader 
             entry.SkipForm(form, widths);
             continue;
         }
-        if (form != DwarfForm::sectionPosition && form != DwarfForm::data4 && form != DwarfForm::data8)
+        if (form != dwarfForm::sectionPosition && form != dwarfForm::data4 && form != dwarfForm::data8)
             break;
-        const std::uint64_t lines = entry.GetNumber(form == DwarfForm::data4   ? 4
-                                                    : form == DwarfForm::data8 ? 8
+        const std::uint64_t lines = entry.GetNumber(form == dwarfForm::data4   ? 4
+                                                    : form == dwarfForm::data8 ? 8
                                                                                : widths.offsetBytes);
         return entry.IsGood() ? std::optional(lines) : std::nullopt;
     }
