@@ -5,6 +5,7 @@
 #include "platform/guarded.h"
 #include "platform/readable_name.h"
 #include "platform/wide.h"
+#include "runtime/code_point.h"
 #include "runtime/indexed_modules.h"
 #include "runtime/symbol_service.h"
 
@@ -95,14 +96,15 @@ class clsRecentFrames {
 constinit clsRecentFrames recentFrames;
 clsIndexedModules indexedModules; // guarded by the global lock
 
-// Bytes as a line shows them: UTF-8, without what would break the line.
+// Bytes as a line shows them: UTF-8, without what would break the line. At most as many as a linked name has.
 void PutText(clsDiagnosticLine& line, std::string_view bytes) noexcept {
-    std::array<wchar_t, longestLinkedName> text;
-    const int length = MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()),
-                                           text.data(), static_cast<int>(text.size()));
-    std::replace_if(
-        text.begin(), text.begin() + length, [](wchar_t unit) { return unit < L' '; }, L'?');
-    line.Put(FromWide(std::wstring_view(text.data(), static_cast<std::size_t>(length))));
+    std::array<char16_t, longestLinkedName> text;
+    char16_t* end = text.data();
+    while (!bytes.empty()) {
+        const char32_t point = UtilpTakeUtf8(bytes);
+        end = UtilpPutUtf16(end, point < U' ' ? U'?' : point);
+    }
+    line.Put({text.data(), end});
 }
 
 void PutOffset(clsDiagnosticLine& line, std::uint32_t offset) noexcept {
