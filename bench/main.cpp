@@ -61,14 +61,14 @@ bool Chosen(const scCommandLine& line, const char* name) {
     return line.only.empty() || std::ranges::find(line.only, name) != line.only.end();
 }
 
-// The exit code is the answer: the bytes added, or 0.
+// The exit code is the answer: the bytes added, or -1.
 int AnswerProbe(const std::vector<std::string>& probe) {
     try {
         const std::wstring path(probe[1].begin(), probe[1].end());
         return static_cast<int>(ProbeMemory(probe[0], path));
     } catch (const std::exception& error) {
         std::fprintf(stderr, "tvut22_bench: %s\n", error.what());
-        return 0;
+        return -1;
     }
 }
 

@@ -157,7 +157,7 @@ void MeasureTree(const scSettings& settings, clsReport& report) {
     clsSystemPool system;
     const clsSystemWork work(system, TreeCall);
     treePool = pool.get();
-    treeWork = &work;
+    treeWork = &work; // cppcheck-suppress danglingLifetime ; nothing calls it after this function
     const Round rounds[] = {[&] {
                                 return PerJob(jobs, [&] {
                                     Add(pool.get(), TreeJob, static_cast<UINT_PTR>(depth));
@@ -252,7 +252,7 @@ struct scComputing {
 void MeasureComputing(const scSettings& settings, clsReport& report, const scComputing& computing) {
     const tvut22::thread_pool pool(L"bench", clsSystemPool::threads);
     const unsigned jobs = settings.quick ? computing.jobs / 10 : computing.jobs;
-    const auto [work, all, microseconds, goal] = computing;
+    const UINT_PTR microseconds = computing.microseconds;
     const Round rounds[] = {[&] { return PerJobInPool(pool.get(), ComputeJob, jobs, microseconds); },
                             [&] {
                                 return PerJob(jobs, [&] {
@@ -261,7 +261,7 @@ void MeasureComputing(const scSettings& settings, clsReport& report, const scCom
                                 });
                             }};
     const auto ns = Race(rounds, settings.rounds);
-    report.FasterThan(work, ns[0], "a loop on one thread", ns[1], AtLeast(goal));
+    report.FasterThan(computing.work, ns[0], "a loop on one thread", ns[1], AtLeast(computing.goal));
 }
 
 // The run is pinned to one processor, which is no place for a pool of two threads.
@@ -291,6 +291,20 @@ void TVUT22_CALL HoldJob(UINT, UINT_PTR, const volatile LONG*) {
 // In a process of its own, which ends with what it has opened.
 UtilThreadPool probedPool = nullptr;
 
+// Bytes in blocks that are in use, of all heaps of the process.
+std::size_t BusyHeapBytes() {
+    HANDLE heaps[64];
+    std::size_t bytes = 0;
+    const DWORD count = GetProcessHeaps(static_cast<DWORD>(std::size(heaps)), heaps);
+    Require(count <= std::size(heaps), "there are too many heaps");
+    for (DWORD i = 0; i < count; ++i) {
+        PROCESS_HEAP_ENTRY entry{};
+        while (HeapWalk(heaps[i], &entry))
+            bytes += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) ? entry.cbData : 0;
+    }
+    return bytes;
+}
+
 void MeasurePoolMemory(const scSettings& settings, clsReport& report) {
     const auto perOne = [&](const wchar_t* way, unsigned count) {
         return static_cast<double>(RunMemoryProbe(way, settings.folder)) / count;
@@ -299,6 +313,7 @@ void MeasurePoolMemory(const scSettings& settings, clsReport& report) {
     report.Bytes("a waiting job", perOne(L"waiting", waitingJobs), "its function and its argument", itsOwn,
                  AtMost(17));
     report.Bytes("an idle pool", perOne(L"pools", idlePools), "a page", page, AtMost(8192));
+    report.Bytes("what 1,000,000 jobs leave", perOne(L"jobs", 1), "a block of the queue", page, AtMost(page));
 }
 
 } // namespace
@@ -311,6 +326,23 @@ void AddWaitingJobs(unsigned jobs) {
     }
     for (unsigned i = 0; i < jobs; ++i)
         Add(probedPool, CountedJob, 0);
+}
+
+// All of them wait before the first one runs. A job before them has made the system's thread and the block
+// that the queue stands in.
+std::size_t BytesKeptAfterJobs() {
+    constexpr unsigned jobs = 1000000;
+    AddWaitingJobs(1);
+    SetEvent(jobsMayGoOn);
+    Finish(probedPool);
+    const std::size_t before = BusyHeapBytes();
+    ResetEvent(jobsMayGoOn);
+    Add(probedPool, HoldJob, 0);
+    AddWaitingJobs(jobs);
+    Require(BusyHeapBytes() - before > jobs * sizeof(UtilThreadPoolJob), "the jobs do not wait");
+    SetEvent(jobsMayGoOn);
+    Finish(probedPool);
+    return BusyHeapBytes() - before;
 }
 
 void OpenIdlePools(unsigned pools) {

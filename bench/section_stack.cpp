@@ -76,7 +76,7 @@ double NameOurs(const std::array<const char*, framesOfStack>& addresses) {
     return Timed([&] {
                tvut::clsStackNames names;
                for (const char* address : addresses)
-                   Consume(names.Name(address, tvut::FrameAddress::Return).text.size());
+                   Consume(names.Name(address, tvut::FrameAddress::afterCall).text.size());
            }) /
            framesOfStack;
 }

@@ -56,6 +56,7 @@ void RegisterTempFiles(const std::vector<std::wstring>& files);
 constexpr unsigned waitingJobs = 300000, idlePools = 200;
 void AddWaitingJobs(unsigned jobs);
 void OpenIdlePools(unsigned pools);
+std::size_t BytesKeptAfterJobs();
 
 // The same for packing a file and unpacking it again.
 std::size_t ProbeZip(const std::wstring& path);
@@ -63,6 +64,12 @@ std::size_t ProbeZip(const std::wstring& path);
 // The most that reading a document's properties has in memory at a time; and what many open ones hold.
 std::size_t ProbeDocument(const std::wstring& path);
 std::vector<UtilDocInfo> OpenManyDocuments(const std::wstring& path);
+
+// The most that a transfer takes: "download" of 1 MiB, "download-large", or the system's, "download-service".
+std::size_t ProbeDownload(const std::string& way, const std::wstring& file);
+
+// Bytes of this process's own that are backed by memory or page file.
+std::size_t CommittedPrivateBytes();
 
 // The highest working set of this process.
 std::size_t PeakMemory();

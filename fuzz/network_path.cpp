@@ -3,6 +3,7 @@
 #include "files/network_path.h"
 #include "files/path_root.h"
 #include "require.h"
+#include "unit/native_platform.h"
 
 #include <array>
 
@@ -53,6 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         else
             lines[line] += static_cast<char16_t>(data[at]);
     }
+    DiagnosticLines().clear(); // or they would fill the memory
     clsDrives drives(lines);
     std::u16string network = u"none", local = u"none", again;
     if (UtilpPathToNetwork(lines[0], drives, network) == UtilResult::ok) {

@@ -50,10 +50,13 @@ class AmountBox {
         return UtilWindowCallNext(subclass, window, message, w, l);
     }
 
-    // Tells the first characters, then removes itself within its own call.
+    // Tells the first characters by the message's name, then removes itself within its own call.
     LRESULT Tell(UtilSubclass subclass, HWND window, UINT message, WPARAM w, LPARAM l) {
         if (message == WM_CHAR) {
-            std::printf("  WM_CHAR %lc\n", static_cast<wint_t>(w));
+            BSTR name = nullptr;
+            UtilWindowMessageName(message, window, &name);
+            std::printf("  %ls %lc\n", name ? name : L"?", static_cast<wint_t>(w));
+            SysFreeString(name);
             if (++characters_ == 3)
                 told_.reset();
         }

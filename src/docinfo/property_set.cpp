@@ -148,8 +148,8 @@ scPropertyValue clsPropertySet::ValueAt(std::uint64_t position) {
     const auto text = [&](std::uint64_t unit, unsigned codePage) {
         return scPropertyValue{TextAt(at + 4, unit * fields_.At<std::uint32_t>(at), codePage), {}, {}};
     };
-    const auto signedOf = [&]<class Number>(Number number) {
-        return OfNumber(static_cast<std::make_signed_t<Number>>(number));
+    const auto signedOf = [&](auto number) {
+        return OfNumber(static_cast<std::make_signed_t<decltype(number)>>(number));
     };
     switch (type) {
     case ValueType::int8:

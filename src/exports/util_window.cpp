@@ -21,7 +21,7 @@ std::uint32_t FromHandle(Handle handle) {
 
 // Makes something that has a handle; none at the end of the process.
 template <class Handle, class Make>
-Handle HandleOf(Make&& make) noexcept {
+Handle HandleOf(Make&& make) {
     return UtilpGuardWithReason(Handle(nullptr), [&] {
         if (PlatformProcessEnds())
             throw clsException("the process ends", ERROR_SHUTDOWN_IN_PROGRESS);

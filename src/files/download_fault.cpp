@@ -43,17 +43,6 @@ const scReason& ReasonOf(const scDownloadFault& fault) {
     return reasons[static_cast<std::size_t>(fault.fault)];
 }
 
-// Lines know numbers of 32 bits.
-void PutNumber(clsDiagnosticLine& line, std::uint64_t number) {
-    constexpr std::uint64_t billion = 1'000'000'000;
-    if (number >= billion) {
-        PutNumber(line, number / billion);
-        line.PutDecimal(static_cast<std::uint32_t>(number % billion), 9);
-    } else {
-        line.PutDecimal(static_cast<std::uint32_t>(number), 1);
-    }
-}
-
 } // namespace
 
 UtilResult UtilpResultOf(const scDownloadFault& fault) noexcept {
@@ -64,11 +53,9 @@ void UtilpPutReason(clsDiagnosticLine& line, const scDownloadFault& fault) noexc
     const scReason& reason = ReasonOf(fault);
     line.Put(reason.before);
     if (reason.mark == Mark::number)
-        PutNumber(line, fault.number);
-    if (fault.fault == DownloadFault::length) {
-        line.Put(u" of ");
-        PutNumber(line, fault.another);
-    }
+        line.PutLarge(fault.number);
+    if (fault.fault == DownloadFault::length)
+        line.Put(u" of ").PutLarge(fault.another);
     if (reason.mark == Mark::hexadecimal)
         line.Put(u"0x").PutHex(static_cast<std::uint32_t>(fault.number), 8);
     if (reason.mark == Mark::address)

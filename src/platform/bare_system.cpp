@@ -94,7 +94,7 @@ BareStatus PlatformBareWrite(HANDLE file, std::span<const std::byte> bytes) noex
         if (status < 0)
             return status;
         if (result.information == 0 || result.information > bytes.size())
-            return bare_status::diskFull;
+            return bareStatus::diskFull;
         bytes = bytes.subspan(result.information);
     }
     return 0;
@@ -114,7 +114,7 @@ BareStatus clsBareFile::Rename(std::u16string_view path) noexcept {
     };
     scRename rename; // not cleared: the name's length counts
     if (path.size() > std::size(rename.name))
-        return bare_status::nameTooLong;
+        return bareStatus::nameTooLong;
     rename.replace = FALSE;
     rename.folder = nullptr;
     rename.length = static_cast<ULONG>(path.size() * sizeof(char16_t));

@@ -19,12 +19,12 @@ namespace tvut {
 
 using BareStatus = std::int32_t;
 
-namespace bare_status {
+namespace bareStatus {
 constexpr BareStatus nameCollision = static_cast<BareStatus>(0xC0000035);
 constexpr BareStatus diskFull = static_cast<BareStatus>(0xC000007F);
 constexpr BareStatus nameTooLong = static_cast<BareStatus>(0xC0000106);
 constexpr BareStatus insufficientResources = static_cast<BareStatus>(0xC000009A);
-} // namespace bare_status
+} // namespace bareStatus
 
 // ---- Files ----------------------------------------------------------------------------------------
 

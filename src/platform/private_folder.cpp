@@ -4,6 +4,7 @@
 #include "platform/private_folder.h"
 
 #include "platform/owned.h"
+#include "platform/token.h"
 
 #include <array>
 
@@ -88,7 +89,8 @@ clsOwnIdentity::~clsOwnIdentity() {
     if (!token_)
         return;
     const clsLastErrorKept lastError;
-    SetThreadToken(nullptr, token_);
+    if (!SetThreadToken(nullptr, token_))
+        PlatformEndUnreverted();
     CloseHandle(token_);
 }
 

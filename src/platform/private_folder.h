@@ -12,7 +12,8 @@ DWORD PlatformMakePrivateFolder(const wchar_t* path) noexcept;
 // Whether the process's user owns a folder.
 bool PlatformIsOwnFolder(const wchar_t* path) noexcept;
 
-// While the object lives, the thread acts for the process's own user, whomever it acts for otherwise.
+// While the object lives, the thread acts for the process's own user, whomever it acts for otherwise. The
+// process ends when that one's token cannot be given back.
 class clsOwnIdentity {
   public:
     clsOwnIdentity() noexcept;

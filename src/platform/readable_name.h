@@ -7,7 +7,7 @@
 namespace tvut {
 
 // The readable form of a name that this compiler has mangled, in the buffer, cut at its end; any other name
-// as it is. Takes memory, and does without where there is none.
+// as it is. Allocates nothing.
 std::string_view PlatformReadableName(std::string_view linked, std::span<char> buffer) noexcept;
 
 } // namespace tvut

@@ -9,6 +9,7 @@
 #include "platform/wide.h"
 
 #include <array>
+#include <cstdlib>
 #include <string>
 
 namespace tvut {
@@ -147,6 +148,12 @@ DWORD PlatformSetThreadToken(const scThreadToken& token) noexcept {
         (token.id && !IsSame(statistics.TokenId, *token.id)))
         return ERROR_BAD_TOKEN_TYPE;
     return statistics.ImpersonationLevel < token.level ? ERROR_BAD_IMPERSONATION_LEVEL : ERROR_SUCCESS;
+}
+
+void PlatformEndUnreverted() noexcept {
+    constexpr UINT cannotRevert = 0xC0000061; // STATUS_PRIVILEGE_NOT_HELD
+    TerminateProcess(GetCurrentProcess(), cannotRevert);
+    std::abort();
 }
 
 // The text of a SID has no password: the system wants its account's name.

@@ -36,6 +36,10 @@ DWORD PlatformCopyToken(HANDLE token, scThreadToken& copy) noexcept;
 // the thread have less. After an error the thread may have any token or none.
 DWORD PlatformSetThreadToken(const scThreadToken& token) noexcept;
 
+// Ends the process: the thread cannot be given its former token back and would go on as somebody else. It
+// ends at once and without running any more code of anybody's in that user's name.
+[[noreturn]] void PlatformEndUnreverted() noexcept;
+
 // Logs a user on. The password goes to the system as it is, and is kept nowhere. Throws std::bad_alloc.
 enum class Logon { interactive, network };
 DWORD PlatformLogOn(std::u16string_view account, const wchar_t* password, Logon logon, clsHandle& token);

@@ -37,6 +37,14 @@ clsDiagnosticLine& clsDiagnosticLine::PutDecimal(std::uint32_t number, std::size
     return Put(clsDigits<char16_t>(number, 10, digits).View());
 }
 
+clsDiagnosticLine& clsDiagnosticLine::PutLarge(std::uint64_t number) noexcept {
+    constexpr std::uint64_t billion = 1'000'000'000;
+    if (number < billion)
+        return PutDecimal(static_cast<std::uint32_t>(number), 1);
+    PutLarge(number / billion); // at most twice
+    return PutDecimal(static_cast<std::uint32_t>(number % billion), 9);
+}
+
 clsDiagnosticLine& clsDiagnosticLine::PutHex(std::uint32_t number, std::size_t digits) noexcept {
     return Put(clsDigits<char16_t>(number, 16, digits).View());
 }

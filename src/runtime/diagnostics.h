@@ -30,6 +30,7 @@ class clsDiagnosticLine {
     clsDiagnosticLine& PutBlanks(std::size_t count) noexcept;
     clsDiagnosticLine& PutPadded(std::u16string_view text, std::size_t width) noexcept; // blanks after it
     clsDiagnosticLine& PutDecimal(std::uint32_t number, std::size_t digits) noexcept;   // at least this many
+    clsDiagnosticLine& PutLarge(std::uint64_t number) noexcept;
     clsDiagnosticLine& PutHex(std::uint32_t number, std::size_t digits) noexcept;
     clsDiagnosticLine& PutPointer(const void* pointer) noexcept; // 0X0012ABCD, or zeros for null
 

@@ -5,7 +5,7 @@ namespace tvut {
 namespace {
 
 constexpr bool IsCaller(FrameKind kind) noexcept {
-    return kind == FrameKind::Caller || kind == FrameKind::Main;
+    return kind == FrameKind::caller || kind == FrameKind::main;
 }
 
 } // namespace
@@ -15,7 +15,7 @@ scFrameRange UtilpFramesOfCallers(std::span<const FrameKind> frames) noexcept {
     // A window's procedure or a callback may have run within the beginning of another program: the last
     // counts.
     for (std::size_t i = frames.size(); i-- > 0;)
-        if (frames[i] == FrameKind::Main) {
+        if (frames[i] == FrameKind::main) {
             range.end = i + 1;
             break;
         }
@@ -23,7 +23,7 @@ scFrameRange UtilpFramesOfCallers(std::span<const FrameKind> frames) noexcept {
         --range.end;
     if (range.end == 0)
         return {0, frames.size()};
-    while (frames[range.first] == FrameKind::Library)
+    while (frames[range.first] == FrameKind::library)
         ++range.first;
     return range;
 }

@@ -8,10 +8,10 @@
 namespace tvut {
 
 enum class FrameKind : std::uint8_t {
-    Caller,
-    Main,    // a caller's, too: the function that the program begins with
-    Library, // this one
-    System,  // where threads begin
+    caller,
+    main,    // a caller's, too: the function that the program begins with
+    library, // this one
+    system,  // where threads begin
 };
 
 struct scFrameRange {

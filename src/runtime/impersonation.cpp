@@ -3,8 +3,7 @@
 // library in memory. Only a thread itself adds and removes what is its own, so an impersonation that it has
 // found stays there without the lock.
 //
-// A thread that cannot be given its former token back would go on as somebody else. The process ends then,
-// at once and without running any more code of anybody's in that user's name.
+// A thread that cannot be given its former token back would go on as somebody else: the process ends then.
 #include "runtime/impersonation.h"
 
 #include "platform/exception.h"
@@ -13,7 +12,6 @@
 #include "runtime/diagnostics.h"
 #include "runtime/handle_table.h"
 
-#include <cstdlib>
 #include <mutex>
 
 namespace tvut {
@@ -21,7 +19,6 @@ namespace tvut {
 namespace {
 
 constexpr std::size_t mostImpersonations = 4096;
-constexpr UINT cannotRevert = 0xC0000061; // STATUS_PRIVILEGE_NOT_HELD
 
 struct scImpersonation {
     scThreadToken former;
@@ -72,8 +69,7 @@ void Remove(const scImpersonation& impersonation) noexcept {
     clsDiagnosticLine line;
     line.Put(u"ERR: UtilImpersonateEnd(): the thread cannot be reverted (").PutDecimal(error, 1).Put(u")");
     line.Write();
-    TerminateProcess(GetCurrentProcess(), cannotRevert);
-    std::abort();
+    PlatformEndUnreverted();
 }
 
 void Revert(const scImpersonation& impersonation) noexcept {

@@ -20,7 +20,7 @@ using clsPages = clsOwned<scPagesPolicy>;
 
 struct scIndexedModule {
     scImageStamp stamp;
-    FrameKind kind = FrameKind::Caller;
+    FrameKind kind = FrameKind::caller;
     std::array<char16_t, 128> name; // of its file
     std::size_t nameLength = 0;
     clsPages pages; // the index lies in

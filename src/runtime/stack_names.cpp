@@ -5,6 +5,7 @@
 #include "platform/guarded.h"
 #include "platform/readable_name.h"
 #include "platform/wide.h"
+#include "runtime/code_point.h"
 #include "runtime/indexed_modules.h"
 #include "runtime/symbol_service.h"
 
@@ -28,7 +29,7 @@ std::atomic<bool> wanted{false};
 clsModuleSymbols* openSymbols = nullptr; // of the outermost object; guarded by the global lock
 
 struct scFoundPlace {
-    FunctionName kind = FunctionName::None;
+    FunctionName kind = FunctionName::none;
     std::array<char, longestLinkedName> linkedName;
     std::array<char, longestFile> file;
     std::size_t nameLength = 0, fileLength = 0;
@@ -73,8 +74,8 @@ class clsRecentFrames {
         const void* address = nullptr;
         std::size_t position = 0;
         std::uint16_t length = 0;
-        FrameAddress meaning = FrameAddress::Exact;
-        FrameKind kind = FrameKind::Caller;
+        FrameAddress meaning = FrameAddress::exact;
+        FrameKind kind = FrameKind::caller;
         DWORD madeAt = 0; // milliseconds
         unsigned generation = 0;
     };
@@ -95,14 +96,15 @@ class clsRecentFrames {
 constinit clsRecentFrames recentFrames;
 clsIndexedModules indexedModules; // guarded by the global lock
 
-// Bytes as a line shows them: UTF-8, without what would break the line.
+// Bytes as a line shows them: UTF-8, without what would break the line. At most as many as a linked name has.
 void PutText(clsDiagnosticLine& line, std::string_view bytes) noexcept {
-    std::array<wchar_t, longestLinkedName> text;
-    const int length = MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()),
-                                           text.data(), static_cast<int>(text.size()));
-    std::replace_if(
-        text.begin(), text.begin() + length, [](wchar_t unit) { return unit < L' '; }, L'?');
-    line.Put(FromWide(std::wstring_view(text.data(), static_cast<std::size_t>(length))));
+    std::array<char16_t, longestLinkedName> text;
+    char16_t* end = text.data();
+    while (!bytes.empty()) {
+        const char32_t point = UtilpTakeUtf8(bytes);
+        end = UtilpPutUtf16(end, point < U' ' ? U'?' : point);
+    }
+    line.Put({text.data(), end});
 }
 
 void PutOffset(clsDiagnosticLine& line, std::uint32_t offset) noexcept {
@@ -141,8 +143,8 @@ bool IsOfSystem(std::u16string_view fileName) noexcept {
 
 FrameKind KindOf(const clsModuleAt& module) noexcept {
     if (module.Base() == PlatformOwnModule())
-        return FrameKind::Library;
-    return IsOfSystem(module.FileName()) ? FrameKind::System : FrameKind::Caller;
+        return FrameKind::library;
+    return IsOfSystem(module.FileName()) ? FrameKind::system : FrameKind::caller;
 }
 
 void TakePlace(const scCodePlace& place, scFoundPlace& found) noexcept {
@@ -157,7 +159,7 @@ void TakePlace(const scCodePlace& place, scFoundPlace& found) noexcept {
 void FindPlace(const clsModuleSymbols::scModule& files, std::uint32_t offset, scFoundPlace& found) noexcept {
     auto find = [&] { TakePlace(files.Symbols().Find(offset), found); };
     if (PlatformGuarded(find) != 0)
-        found.kind = FunctionName::None;
+        found.kind = FunctionName::none;
 }
 
 // A name before the frame's address, by so many bytes.
@@ -234,25 +236,25 @@ scNamedFrame clsStackNames::Name(const void* address, FrameAddress meaning) noex
     if (recentFrames.Find(address, meaning, frame))
         return frame;
     clsDiagnosticLine line;
-    const std::uint32_t before = meaning == FrameAddress::Return ? 1 : 0;
+    const std::uint32_t before = meaning == FrameAddress::afterCall ? 1 : 0;
     const auto number = reinterpret_cast<std::uintptr_t>(address);
     const auto* const sought = reinterpret_cast<const char*>(number - before); // null ends some stacks
     scFoundPlace place;
     if (number - before - reinterpret_cast<std::uintptr_t>(lastModule_.base) >= lastModule_.size)
         lastModule_ = PlatformImageStampAt(sought);
     if (!PutPlace(line, *symbols_, lastModule_, sought, before, frame.kind, place)) {
-        return recentFrames.Keep(address, meaning, address ? FrameKind::Caller : FrameKind::System,
+        return recentFrames.Keep(address, meaning, address ? FrameKind::caller : FrameKind::system,
                                  line.Put(u"0x").PutHex(static_cast<std::uint32_t>(number), 8).View());
     }
     scServiceFunction function;
-    if (place.kind != FunctionName::Symbol)
+    if (place.kind != FunctionName::symbol)
         UtilpAskSymbolService(sought, function);
-    if (place.kind != FunctionName::Symbol && function.function[0] != 0) {
+    if (place.kind != FunctionName::symbol && function.function[0] != 0) {
         PutFunction(line, function, before);
-        frame.kind = IsMain(std::wstring_view(function.function.data())) ? FrameKind::Main : frame.kind;
-    } else if (place.kind != FunctionName::None) {
+        frame.kind = IsMain(std::wstring_view(function.function.data())) ? FrameKind::main : frame.kind;
+    } else if (place.kind != FunctionName::none) {
         PutFunction(line, place, before);
-        frame.kind = IsMain(place.LinkedName()) ? FrameKind::Main : frame.kind;
+        frame.kind = IsMain(place.LinkedName()) ? FrameKind::main : frame.kind;
     }
     return recentFrames.Keep(address, meaning, frame.kind, line.View());
 }

@@ -22,12 +22,12 @@ void UtilpPrepareStackNames() noexcept;
 void UtilpPrepareStackNamesAsked() noexcept;
 
 enum class FrameAddress : std::uint8_t {
-    Exact,  // of the instruction that runs
-    Return, // where a call returns to: what is meant is the call before it
+    exact,     // of the instruction that runs
+    afterCall, // where a call returns to: what is meant is the call before it
 };
 
 struct scNamedFrame {
-    FrameKind kind = FrameKind::Caller;
+    FrameKind kind = FrameKind::caller;
     std::u16string_view text; // "module.dll+0x1234 function+0x12 (file.cpp:41)", as much of it as is known
 };
 

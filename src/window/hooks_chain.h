@@ -15,6 +15,10 @@ namespace tvut {
 // A hook: one of the two procedures. Threads other than the hook's look at it when an event of the console
 // comes, and when they ask what was seen.
 struct scHook {
+    scHook(DWORD itsThread, bool forBreak, UtilCBTProc cbtProc, UtilBreakProc breakProc,
+           UINT_PTR itsUser) noexcept
+        : thread(itsThread), isForBreak(forBreak), cbt(cbtProc), onBreak(breakProc), user(itsUser) {}
+
     DWORD thread;
     bool isForBreak;
     UtilCBTProc cbt;

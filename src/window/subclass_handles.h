@@ -17,6 +17,10 @@ class clsSubclassedWindow;
 
 // A subclass. The window's thread alone looks at more than its thread.
 struct scSubclass {
+    scSubclass(DWORD itsThread, clsSubclassedWindow& itsWindow, UtilWindowProc itsProc,
+               UINT_PTR itsUser) noexcept
+        : thread(itsThread), window(itsWindow), proc(itsProc), user(itsUser) {}
+
     DWORD thread;
     clsSubclassedWindow& window;
     UtilWindowProc proc;

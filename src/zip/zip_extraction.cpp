@@ -56,17 +56,6 @@ void PutWords(clsDiagnosticLine& line, const std::array<scWords, count>& table, 
         line.Put(u")");
 }
 
-// A number of 64 bits, which lines do not know.
-void PutLarge(clsDiagnosticLine& line, std::uint64_t number) {
-    constexpr std::uint64_t billion = 1'000'000'000;
-    if (number >= billion) {
-        PutLarge(line, number / billion); // at most twice
-        line.PutDecimal(static_cast<std::uint32_t>(number % billion), 9);
-    } else {
-        line.PutDecimal(static_cast<std::uint32_t>(number), 1);
-    }
-}
-
 // A fault that the other entries would meet, too.
 bool EndsAll(ZipFault fault) {
     return fault == ZipFault::cancelled || fault == ZipFault::unwritable || fault == ZipFault::unreadable;
@@ -337,10 +326,8 @@ void clsZIPExtraction::TellArchive(const clsZIPError& error) const {
     PutWords(line, archiveWords, error);
     if (error.Fault() == ZipFault::unsafeName || error.Fault() == ZipFault::longPath)
         line.Put(u"'").Put(name_).Put(u"'");
-    if (error.Fault() == ZipFault::tooManyBytes) {
-        PutLarge(line, allowed_);
-        line.Put(u" bytes");
-    }
+    if (error.Fault() == ZipFault::tooManyBytes)
+        line.PutLarge(allowed_).Put(u" bytes");
     line.Write();
 }
 

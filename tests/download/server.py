@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """A web server on 127.0.0.1 that answers well, badly or not at all, for tests, examples and the benchmark.
 
-    server.py [--log FILE] COMMAND [ARGUMENT...]
+    server.py [--log FILE] [--nginx] COMMAND [ARGUMENT...]
 
 runs the command while it serves, and ends with the command's exit code. The command finds the addresses
 "http://127.0.0.1:PORT" and "https://127.0.0.1:PORT" (by a certificate that nobody trusts) in TVUT22_HTTP and
@@ -25,9 +25,18 @@ A path says what the answer shall be; N and M are numbers of bytes, byte I being
     /to-https /to-http    a redirection to /bytes/5 of the other server
     /cut/N          the first N bytes of an answer, then the connection ends
     /file/NAME      a file of the folder "files" beside this script
+
+With --nginx a server of others runs, too, whose address is in TVUT22_NGINX:
+
+    /plain /packed  100000 bytes; the second ones packed for who takes that
+    /whole          the same from a folder without ranges, on a connection of its own
+    /empty          no byte
+    /moved          a redirection to /plain
+    /closed /gone   403, 410
 """
 import gzip
 import os
+import shutil
 import socket
 import socketserver
 import ssl
@@ -237,11 +246,53 @@ def serve(scheme):
     threading.Thread(target=server.serve_forever, daemon=True).start()
 
 
+NGINX = """
+daemon off;
+user root;
+pid {folder}/nginx.pid;
+error_log {folder}/nginx.log;
+events {{}}
+http {{
+    access_log off;
+    client_body_temp_path {folder};
+    proxy_temp_path {folder};
+    fastcgi_temp_path {folder};
+    uwsgi_temp_path {folder};
+    scgi_temp_path {folder};
+    server {{
+        listen 127.0.0.1:{port};
+        root {folder}/www;
+        location = /packed {{ gzip on; gzip_types *; try_files /plain =404; }}
+        location = /whole {{ max_ranges 0; keepalive_timeout 0; try_files /plain =404; }}
+        location = /moved {{ return 301 /plain; }}
+        location = /closed {{ deny all; }}
+        location = /gone {{ return 410; }}
+    }}
+}}
+"""
+
+
+def start_nginx(folder):
+    """It takes over a socket that listens already: whoever asks early waits until it has begun."""
+    listening = socket.create_server(("127.0.0.1", 0))
+    port = listening.getsockname()[1]
+    (folder / "www").mkdir()
+    (folder / "www" / "plain").write_bytes(contents(100000))
+    (folder / "www" / "empty").write_bytes(b"")
+    (folder / "nginx.conf").write_text(NGINX.format(folder=folder, port=port))
+    os.environ["TVUT22_NGINX"] = f"http://127.0.0.1:{port}"
+    program = shutil.which("nginx", path=f"{os.environ['PATH']}:/usr/sbin") or sys.exit("no nginx: scripts/setup --tests")
+    return subprocess.Popen([program, "-p", folder, "-c", folder / "nginx.conf", "-e", folder / "nginx.log"],
+                            env={**os.environ, "NGINX": f"{listening.fileno()};"}, pass_fds=[listening.fileno()])
+
+
 def main():
     global log_path
     words = sys.argv[1:]
     if words[:1] == ["--log"]:
         log_path, words = words[1], words[2:]
+    with_nginx = words[:1] == ["--nginx"]
+    words = words[with_nginx:]
     if not words or words[0] in ("-h", "--help"):
         sys.exit(__doc__)
     with tempfile.TemporaryDirectory() as folder:
@@ -250,8 +301,12 @@ def main():
         os.environ["TVUT22_HTTP_LOG"] = log_path
         serve("http")
         serve("https")
+        nginx = start_nginx(Path(folder)) if with_nginx else None
         code = subprocess.call(words)
         stopping.set()
+        if nginx:
+            nginx.terminate()
+            nginx.wait()
     sys.exit(code)
 
 

@@ -48,7 +48,7 @@ inline const char* FaultOfPlace(std::string_view image, std::string_view debugFi
         return "a text lies outside the files";
     if (link.find_first_of("/\\:") != link.npos)
         return "the debug file lies elsewhere";
-    if (place.function.empty() != (place.kind == FunctionName::None) || place.functionOffset > offset)
+    if (place.function.empty() != (place.kind == FunctionName::none) || place.functionOffset > offset)
         return "a function without name, or after the place";
     return nullptr;
 }

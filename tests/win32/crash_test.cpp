@@ -1,6 +1,7 @@
 // Crashes of a child process: what the report says of each, and what is left when nothing can be written.
 #include "support/beside_test.h"
 #include "support/files.h"
+#include "support/import_hook.h"
 #include "support/test_data.h"
 
 #include <gtest/gtest.h>
@@ -265,6 +266,14 @@ TEST(Protection, ShowsANoticeThatNamesTheReport) {
     EXPECT_EQ(notice.text, Files(folder.Path(), L".txt").at(0).wstring());
 }
 
+TEST(Protection, EndsAMinuteAfterANoticeThatNobodyReads) {
+    const clsTempFolder folder;
+    for (const char* crash : {"write", "twice"})
+        EXPECT_EQ(RunChild(folder.Path().wstring(), UTIL_PROTECT_NOTICE, "unread", crash).exitCode,
+                  violation);
+    EXPECT_EQ(folder.Count(), 4) << "reports and dumps";
+}
+
 // ---- The folder -------------------------------------------------------------------------------------
 
 UtilProtection Options(const std::wstring& folder) {
@@ -436,6 +445,30 @@ TEST(MiniDump, IsOfThisProcessOrAnother) {
         TerminateProcess(child, 0);
     };
     RunChild(L"crash-reports", 0, "main", "hang", callAll);
+}
+
+// What a 64-bit system answers: whether a process is a 32-bit one. The systems of the tests have no other.
+bool othersAre32Bit = false;
+BOOL WINAPI AnswerOf64Bit(HANDLE process, BOOL* is32Bit) {
+    *is32Bit = process == GetCurrentProcess() || othersAre32Bit;
+    return TRUE;
+}
+
+TEST(MiniDump, IsOfNo64BitProcess) {
+    const clsTempFolder folder;
+    const clsImportHook hook("IsWow64Process", AnswerOf64Bit);
+    const auto callBoth = [&](HANDLE child) {
+        for (const auto& [is32Bit, result] :
+             {std::pair(false, UTIL_NOT_SUPPORTED), std::pair(true, UTIL_OK)}) {
+            othersAre32Bit = is32Bit;
+            EXPECT_EQ(
+                UtilDebugHelpWriteMiniDump((folder / L"a.dmp").c_str(), 0, GetProcessId(child), 0, nullptr),
+                result);
+            EXPECT_EQ(folder.Count(), is32Bit ? 1 : 0);
+        }
+        TerminateProcess(child, 0);
+    };
+    RunChild(L"crash-reports", 0, "main", "hang", callBoth);
 }
 
 } // namespace

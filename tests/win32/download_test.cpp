@@ -112,6 +112,25 @@ TEST_F(Download, PutsWholeFilesInPlace) {
     EXPECT_EQ(log_.Lines().size(), 0u);
 }
 
+TEST_F(Download, TakesWhatAServerOfOthersSends) {
+    const struct {
+        const wchar_t* path;
+        std::size_t bytes;
+        UINT status = 200;
+    } cases[] = {{L"/plain", 100000}, {L"/packed", 100000}, {L"/whole", 100000},  {L"/empty", 0},
+                 {L"/moved", 100000}, {L"/none", 0, 404},   {L"/closed", 0, 403}, {L"/gone", 0, 410}};
+    for (const auto& [path, bytes, status] : cases) {
+        WriteBytes(File(), oldContents);
+        UtilDownloadOptions options = Options();
+        EXPECT_EQ(Fetch(AddressOf(path, L"TVUT22_NGINX"), options),
+                  status == 200 ? UTIL_OK : UTIL_SERVER_REFUSED)
+            << path;
+        EXPECT_EQ(options.status, status) << path;
+        EXPECT_TRUE(ReadBytes(File()) == (status == 200 ? ServedBytes(bytes) : oldContents)) << path;
+        EXPECT_EQ(folder_.Count(), 1) << path;
+    }
+}
+
 TEST_F(Download, AsksOnceAndForNothingElse) {
     const clsRequests requests;
     UtilDownloadOptions options = Options();

@@ -2,7 +2,7 @@
 //
 // This system's logons give no token, its files keep rights for few accounts only, and it has no network
 // drives but remembered ones: what else these calls do is shown over tables and lists in tests/unit.
-#include "support/import_hook.h"
+#include "support/counted_allocations.h"
 #include "support/log.h"
 #include "support/ole_text.h"
 #include "support/roles.h"
@@ -233,7 +233,15 @@ void EndRefused() {
 void EndWithInner() {
     EndWithout(SetNothing);
 }
-const Roles roles{{"refused", EndRefused}, {"kept", EndWithInner}};
+/// The library acts for the process while it makes its folder of temporary files.
+void MakeFileAsGuest() {
+    const impersonation guest(RestrictedToken().get());
+    const clsImportHook hook("SetThreadToken", scFault<SetThreadToken>::Call);
+    scFault<SetThreadToken>::passes = 0;
+    clsOleText path;
+    UtilTempFileCreate(nullptr, L"a.txt", 0, path.Out());
+}
+const Roles roles{{"refused", EndRefused}, {"kept", EndWithInner}, {"temporary", MakeFileAsGuest}};
 
 TEST(Impersonation, ThatCannotEndEndsTheProcess) {
     for (const auto& [role, error] :
@@ -244,6 +252,7 @@ TEST(Impersonation, ThatCannotEndEndsTheProcess) {
                   std::vector<std::string>{"ERR: UtilImpersonateEnd(): the thread cannot be reverted (" +
                                            std::to_string(error) + ")"});
     }
+    EXPECT_EQ(clsChild(L"temporary").ExitCodeUnlessItHangs(), 0xC0000061u);
 }
 
 // ---- Users ---------------------------------------------------------------------------------------------
@@ -288,6 +297,32 @@ TEST(Users, ThatAreNotThereAreNotFound) {
     EXPECT_EQ(AccountOf(nullptr), L"-2");
     EXPECT_EQ(AccountOf(L"BA"), L"-2");
     EXPECT_EQ(UtilSidFromAccount(nullptr, nullptr), UTIL_OK);
+}
+
+template <auto* function, class Call>
+INT WithFault(const char* name, Call call) {
+    scFault<function>::passes = 0;
+    const clsImportHook hook(name, scFault<function>::Call);
+    const INT result = call();
+    EXPECT_LT(scFault<function>::passes, 0) << name << " was not called";
+    return result;
+}
+
+TEST(Users, ThatCannotBeLookedUpAreNeitherThereNorMissing) {
+    const std::wstring everyone = AccountOf(L"S-1-1-0");
+    clsOleText text(L"untouched");
+    EXPECT_EQ(WithFault<CheckTokenMembership>("CheckTokenMembership", [] { return UtilIsMember(nullptr); }),
+              UTIL_FAILED);
+    EXPECT_EQ(
+        WithFault<LookupAccountNameW>("LookupAccountNameW", [&] { return UtilIsMember(everyone.c_str()); }),
+        UTIL_FAILED);
+    EXPECT_EQ(WithFault<LookupAccountNameW>("LookupAccountNameW",
+                                            [&] { return UtilSidFromAccount(everyone.c_str(), text.Out()); }),
+              UTIL_FAILED);
+    EXPECT_EQ(WithFault<LookupAccountSidW>("LookupAccountSidW",
+                                           [&] { return UtilAccountFromSid(L"S-1-1-0", text.Out()); }),
+              UTIL_FAILED);
+    EXPECT_EQ(text.Text(), L"untouched");
 }
 
 TEST(Users, BelongToGroups) {
@@ -383,6 +418,40 @@ TEST(Rights, StayWhereTheyCannotBeGiven) {
     ASSERT_EQ(lines.size(), 3u);
     EXPECT_TRUE(lines[0].ends_with("','nobody-of-that-name'): " + std::to_string(ERROR_NONE_MAPPED)))
         << lines[0];
+}
+
+TEST(Rights, AndUsersFailCleanlyAtEachAllocation) {
+    const clsTempFolder folder;
+    const std::wstring file = folder / L"file", everyone = AccountOf(L"S-1-1-0");
+    WriteBytes(file, "x");
+    SetList(file, (L"D:P(A;;FA;;;" + SidOf(nullptr) + L")").c_str());
+    const std::wstring before = ListOf(file);
+    const auto fails = [&](INT good, auto call) {
+        INT result = 0;
+        clsOleText text(L"untouched");
+        FailEachAllocation([&] { result = call(text.Out()); },
+                           [&](bool failed) {
+                               EXPECT_EQ(result, failed && result != good ? UTIL_FAILED : good);
+                               if (result != good) {
+                                   EXPECT_EQ(text.Text(), L"untouched");
+                                   EXPECT_EQ(ListOf(file), before);
+                               }
+                           });
+    };
+    fails(UTIL_OK, [](BSTR* text) { return UtilSidFromAccount(nullptr, text); });
+    fails(UTIL_OK, [&](BSTR* text) { return UtilSidFromAccount(everyone.c_str(), text); });
+    fails(UTIL_OK, [](BSTR* text) { return UtilAccountFromSid(L"S-1-5-18", text); });
+    fails(UTIL_YES, [&](BSTR*) { return UtilIsMember(everyone.c_str()); });
+    fails(UTIL_YES, [&](BSTR*) { return UtilCheckAccess(file.c_str(), readWrite); });
+    fails(UTIL_OK, [](BSTR* text) { return UtilPathToNetwork(L"\\\\srv\\share\\a", text); });
+    fails(UTIL_OK, [](BSTR* text) { return UtilPathToLocal(L"C:\\a", text); });
+    fails(UTIL_OK, [](BSTR*) {
+        const UtilImpersonation guest = UtilImpersonateToken(nullptr);
+        EXPECT_EQ(ThreadTokenId() != 0, guest != nullptr);
+        return guest ? UtilImpersonateEnd(guest) : UTIL_FAILED;
+    });
+    fails(UTIL_OK, [&](BSTR*) { return UtilGrantAccess(file.c_str(), L"S-1-1-0", UTIL_ACCESS_READ); });
+    EXPECT_EQ(ThreadTokenId(), 0u);
 }
 
 // ---- Network paths -------------------------------------------------------------------------------------

@@ -142,7 +142,7 @@ bool clsCrashFiles::MakeReport() noexcept {
     for (unsigned number = 1; number <= mostTries; ++number) {
         path_ = PathOf(prepared_, time_, number);
         const BareStatus status = file_.MakeNew(With(path_, u".txt").View());
-        if (status != bare_status::nameCollision)
+        if (status != bareStatus::nameCollision)
             return status >= 0;
     }
     return false;
@@ -208,7 +208,7 @@ BareStatus clsCrashFiles::WriteDumpTo(clsBareFile& file) noexcept {
                           .extra = extra,
                           .isFull = prepared_.isFull};
     clsBareFileSink sink(file);
-    BareStatus status = bare_status::insufficientResources;
+    BareStatus status = bareStatus::insufficientResources;
     auto write = [&] {
         clsDumpWriter writer(picture, memory_, room.Rest());
         if (writer.Measure() != 0 && writer.Write(sink))

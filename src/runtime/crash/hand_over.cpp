@@ -61,12 +61,13 @@ void clsHandOver::Serve() noexcept {
 // Until that one is written, or long enough.
 void clsHandOver::WaitForOther() noexcept {
     constexpr unsigned step = 100; // milliseconds
-    for (unsigned waited = 0; state_.load() == State::busy && waited < writingTime; waited += step)
-        if (PlatformBareWait(written_, step))
-            break;
-    if (prepared_->showsNotice)
-        PlatformBareWait(finished_, noticeTime);
-    if (prepared_->endsProcess)
+    bool written = false;
+    for (unsigned waited = 0; !written && state_.load() == State::busy && waited < writingTime;
+         waited += step)
+        written = PlatformBareWait(written_, step);
+    const bool isUnread = written && prepared_->showsNotice && state_.load() == State::busy &&
+                          !PlatformBareWait(finished_, noticeTime);
+    if (prepared_->endsProcess || isUnread)
         PlatformBareEndProcess(ExitCode());
 }
 

@@ -17,7 +17,7 @@ namespace tvut {
 namespace {
 
 FrameAddress MeaningOf(const scTrace& trace, std::size_t i) noexcept {
-    return i == 0 && !trace.isOfCaller ? FrameAddress::Exact : FrameAddress::Return;
+    return i == 0 && !trace.isOfCaller ? FrameAddress::exact : FrameAddress::afterCall;
 }
 
 // Calls back with each frame in words. The service is made ready before the lock is taken.

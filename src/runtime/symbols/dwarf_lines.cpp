@@ -13,15 +13,15 @@ namespace {
 
 // DW_LNS and DW_LNE
 enum Opcode : std::uint8_t {
-    Extended = 0,
-    Copy = 1,
-    AdvanceAddress = 2,
-    AdvanceLine = 3,
-    SetFile = 4,
-    AddLargestStep = 8,
-    AdvanceFixed = 9,
+    extended = 0,
+    copy = 1,
+    advanceAddress = 2,
+    advanceLine = 3,
+    setFile = 4,
+    addLargestStep = 8,
+    advanceFixed = 9,
 };
-enum ExtendedOpcode : std::uint8_t { EndSequence = 1, SetAddress = 2 };
+enum ExtendedOpcode : std::uint8_t { endSequence = 1, setAddress = 2 };
 
 constexpr std::uint64_t pathContent = 1; // DW_LNCT_path
 
@@ -96,23 +96,23 @@ class clsLineProgram {
 
     bool Standard(std::uint8_t opcode) noexcept {
         switch (opcode) {
-        case Extended:
+        case extended:
             return RunExtended();
-        case Copy:
+        case copy:
             return rows_.Take(row_, false);
-        case AdvanceAddress:
+        case advanceAddress:
             Advance(code_.GetUnsigned());
             return false;
-        case AdvanceLine:
+        case advanceLine:
             AddToLine(code_.GetSigned());
             return false;
-        case SetFile:
+        case setFile:
             row_.file = code_.GetUnsigned();
             return false;
-        case AddLargestStep:
+        case addLargestStep:
             Advance((255u - header_.firstSpecial) / header_.lineRange);
             return false;
-        case AdvanceFixed:
+        case advanceFixed:
             row_.address += code_.Get16();
             return false;
         default: // columns, marks, and what later versions may add
@@ -129,9 +129,9 @@ class clsLineProgram {
         if (length == 0 || !code_.IsGood())
             return false;
         const std::uint8_t opcode = operand.Get8();
-        if (opcode == SetAddress && length <= 9)
+        if (opcode == setAddress && length <= 9)
             row_.address = operand.GetNumber(static_cast<std::size_t>(length) - 1);
-        if (opcode != EndSequence)
+        if (opcode != endSequence)
             return false;
         const bool isEnough = rows_.Take(row_, true);
         row_ = {};
@@ -234,10 +234,10 @@ class clsEntryTable {
     }
 
     std::string_view ReadPath(std::uint64_t form) noexcept {
-        if (form == DwarfForm::string)
+        if (form == dwarfForm::string)
             return reader_.GetText();
-        const bool isLineString = form == DwarfForm::lineStringPosition;
-        if (!isLineString && form != DwarfForm::stringPosition)
+        const bool isLineString = form == dwarfForm::lineStringPosition;
+        if (!isLineString && form != dwarfForm::stringPosition)
             return reader_.SkipForm(form, widths_), std::string_view();
         const std::uint64_t position = reader_.GetNumber(widths_.offsetBytes);
         const clsBytes& texts = isLineString ? lineTexts_ : texts_;

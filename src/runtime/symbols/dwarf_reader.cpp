@@ -10,14 +10,14 @@ namespace tvut {
 namespace {
 
 // How long an attribute is: so many bytes, or one of these.
-enum : std::uint8_t { Unknown = 0x80, Address, Offset, Reference, Leb, Text, Block1, Block2, Block4, Block };
+enum : std::uint8_t { unknown = 0x80, address, offset, reference, leb, text, block1, block2, block4, block };
 
 constexpr std::array<std::uint8_t, 0x2D> formLengths{
-    Unknown,   Address, Unknown, Block2, Block4, 2,      4,       8,      Text, // 00 addr .. 08 string
-    Block,     Block1,  1,       1,      Leb,    Offset, Leb,                   // 09 block .. 0F udata
-    Reference, 1,       2,       4,      8,      Leb,    Unknown, Offset, // 10 ref_addr .. 17 sec_offset
-    Block,     0,       Leb,     Leb,    4,      Offset, 16,      Offset, // 18 exprloc .. 1F line_strp
-    8,         0,       Leb,     Leb,    8,      1,      2,       3,      // 20 ref_sig8 .. 27 strx3
+    unknown,   address, unknown, block2, block4, 2,      4,       8,      text, // 00 addr .. 08 string
+    block,     block1,  1,       1,      leb,    offset, leb,                   // 09 block .. 0F udata
+    reference, 1,       2,       4,      8,      leb,    unknown, offset, // 10 ref_addr .. 17 sec_offset
+    block,     0,       leb,     leb,    4,      offset, 16,      offset, // 18 exprloc .. 1F line_strp
+    8,         0,       leb,     leb,    8,      1,      2,       3,      // 20 ref_sig8 .. 27 strx3
     4,         1,       2,       3,      4,                               // 28 strx4 .. 2C addrx4
 };
 
@@ -66,9 +66,9 @@ std::int64_t clsDwarfReader::GetSigned() noexcept {
 }
 
 std::string_view clsDwarfReader::GetText() noexcept {
-    const std::string_view text = Rest().Text(0);
-    text.data() ? Skip(text.size() + 1) : Fail();
-    return text;
+    const std::string_view found = Rest().Text(0);
+    found.data() ? Skip(found.size() + 1) : Fail();
+    return found;
 }
 
 clsBytes clsDwarfReader::GetUnit(scDwarfWidths& widths) noexcept {
@@ -83,29 +83,29 @@ clsBytes clsDwarfReader::GetUnit(scDwarfWidths& widths) noexcept {
 
 void clsDwarfReader::SkipForm(std::uint64_t form, const scDwarfWidths& widths) noexcept {
     const std::uint8_t length =
-        form < formLengths.size() ? formLengths[static_cast<std::size_t>(form)] : std::uint8_t{Unknown};
+        form < formLengths.size() ? formLengths[static_cast<std::size_t>(form)] : std::uint8_t{unknown};
     switch (length) {
-    case Unknown:
+    case unknown:
         return Fail();
-    case Address:
+    case address:
         return Skip(widths.addressBytes);
-    case Offset:
+    case offset:
         return Skip(widths.offsetBytes);
-    case Reference: // the second version took it for an address
+    case reference: // the second version took it for an address
         return Skip(widths.version == 2 ? widths.addressBytes : widths.offsetBytes);
-    case Leb:
+    case leb:
         GetUnsigned();
         return;
-    case Text:
+    case text:
         GetText();
         return;
-    case Block1:
+    case block1:
         return Skip(Get8());
-    case Block2:
+    case block2:
         return Skip(Get16());
-    case Block4:
+    case block4:
         return Skip(Get32());
-    case Block:
+    case block:
         return Skip(GetUnsigned());
     default:
         return Skip(length);

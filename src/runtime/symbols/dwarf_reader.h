@@ -65,7 +65,7 @@ class clsDwarfReader {
 };
 
 // The forms of attributes that are read and not only skipped.
-namespace DwarfForm {
+namespace dwarfForm {
 constexpr std::uint64_t data4 = 0x06, data8 = 0x07, string = 0x08, stringPosition = 0x0E,
                         sectionPosition = 0x17, implicitConstant = 0x21, lineStringPosition = 0x1F;
 }

@@ -14,9 +14,18 @@ constexpr std::uint64_t linesAttribute = 0x10; // DW_AT_stmt_list
 constexpr std::uint8_t compileUnit = 1;        // DW_UT_compile
 constexpr std::uint8_t partialUnit = 3;        // DW_UT_partial
 
+// Up to where the next function begins, mostly at a multiple of 16, there is filler, which is in no range.
+// The lines of the unit whose range ends there may go on over it.
+constexpr std::uint64_t mostFiller = 15; // bytes
+struct scUnitBefore {
+    std::uint64_t filler = mostFiller + 1; // between its range and the address
+    std::uint64_t unit = 0;
+};
+
 // A set of ranges belongs to one unit. Ranges without length are passed over wherever they stand: they are
 // what is left of functions that the linker threw out.
-std::optional<std::uint64_t> UnitOfSet(clsDwarfReader& sets, std::uint64_t address) noexcept {
+std::optional<std::uint64_t> UnitOfSet(clsDwarfReader& sets, std::uint64_t address,
+                                       scUnitBefore& before) noexcept {
     scDwarfWidths widths;
     clsDwarfReader set(sets.GetUnit(widths));
     const std::size_t lengthBytes = widths.offsetBytes == 8 ? 12 : 4;
@@ -32,8 +41,13 @@ std::optional<std::uint64_t> UnitOfSet(clsDwarfReader& sets, std::uint64_t addre
     while (!set.AtEnd()) {
         const std::uint64_t first = set.GetNumber(addressBytes);
         const std::uint64_t length = set.GetNumber(addressBytes);
-        if (set.IsGood() && address >= first && address - first < length)
+        if (!set.IsGood() || length == 0 || address < first)
+            continue;
+        const std::uint64_t within = address - first;
+        if (within < length)
             return unit;
+        if (within - length < before.filler)
+            before = {within - length, unit};
     }
     return {};
 }
@@ -50,7 +64,7 @@ clsDwarfReader AttributesOf(clsBytes abbreviations, std::uint64_t code) noexcept
         for (std::uint64_t name = 1, form = 1; (name != 0 || form != 0) && !reader.AtEnd();) {
             name = reader.GetUnsigned();
             form = reader.GetUnsigned();
-            if (form == DwarfForm::implicitConstant)
+            if (form == dwarfForm::implicitConstant)
                 reader.GetSigned();
         }
     }
@@ -62,7 +76,7 @@ std::optional<std::uint64_t> LinesOfEntry(clsDwarfReader& entry, clsDwarfReader 
     while (!attributes.AtEnd() && entry.IsGood()) {
         const std::uint64_t name = attributes.GetUnsigned();
         const std::uint64_t form = attributes.GetUnsigned();
-        if (form == DwarfForm::implicitConstant)
+        if (form == dwarfForm::implicitConstant)
             attributes.GetSigned();
         if (name == 0 && form == 0)
             break;
@@ -70,10 +84,10 @@ std::optional<std::uint64_t> LinesOfEntry(clsDwarfReader& entry, clsDwarfReader 
             entry.SkipForm(form, widths);
             continue;
         }
-        if (form != DwarfForm::sectionPosition && form != DwarfForm::data4 && form != DwarfForm::data8)
+        if (form != dwarfForm::sectionPosition && form != dwarfForm::data4 && form != dwarfForm::data8)
             break;
-        const std::uint64_t lines = entry.GetNumber(form == DwarfForm::data4   ? 4
-                                                    : form == DwarfForm::data8 ? 8
+        const std::uint64_t lines = entry.GetNumber(form == dwarfForm::data4   ? 4
+                                                    : form == dwarfForm::data8 ? 8
                                                                                : widths.offsetBytes);
         return entry.IsGood() ? std::optional(lines) : std::nullopt;
     }
@@ -120,14 +134,18 @@ std::size_t CountUnits(clsBytes section) noexcept {
 
 scUnitOfAddress UtilpFindUnit(const clsPeImage& image, std::uint64_t address) noexcept {
     std::size_t listed = 0;
+    scUnitBefore before;
     for (clsDwarfReader sets(image.FindSection(".debug_aranges").bytes); !sets.AtEnd(); ++listed)
-        if (const auto unit = UnitOfSet(sets, address)) {
+        if (const auto unit = UnitOfSet(sets, address, before)) {
             const auto lines = LinesOfUnit(image, *unit);
             return lines ? scUnitOfAddress{true, *lines} : scUnitOfAddress();
         }
-    scUnitOfAddress nowhere;
-    nowhere.isCertain = listed >= CountUnits(image.FindSection(".debug_info").bytes);
-    return nowhere;
+    if (listed < CountUnits(image.FindSection(".debug_info").bytes))
+        return {};
+    scUnitOfAddress unit{.isCertain = true};
+    if (before.filler <= mostFiller)
+        unit.lines = LinesOfUnit(image, before.unit).value_or(unit.lines);
+    return unit;
 }
 
 } // namespace tvut

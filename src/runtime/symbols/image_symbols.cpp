@@ -20,15 +20,15 @@ scCodePlace clsImageSymbols::Find(std::uint32_t offset) const noexcept {
     scNearestName name = UtilpNearestSymbol(debug_, offset);
     if (name.name.empty())
         name = UtilpNearestSymbol(image_, offset);
-    place.kind = FunctionName::Symbol;
+    place.kind = FunctionName::symbol;
     if (name.name.empty()) {
         name = image_.NearestExport(offset);
-        place.kind = FunctionName::Exported;
+        place.kind = FunctionName::exported;
         if (name.offset >= farthestExport)
             name = {};
     }
     if (name.name.empty())
-        place.kind = FunctionName::None;
+        place.kind = FunctionName::none;
     place.function = name.name;
     place.functionOffset = name.offset;
     return place;

@@ -19,13 +19,13 @@ namespace tvut {
 constexpr std::uint32_t farthestExport = 0x1000; // bytes
 
 enum class FunctionName : std::uint8_t {
-    None,
-    Exported, // the nearest export before it, at most 4 KB away: a function may well lie between them
-    Symbol,
+    none,
+    exported, // the nearest export before it, at most 4 KB away: a function may well lie between them
+    symbol,
 };
 
 struct scCodePlace {
-    FunctionName kind = FunctionName::None;
+    FunctionName kind = FunctionName::none;
     std::string_view function;        // mangled; without the target's leading "_"; empty: not known
     std::uint32_t functionOffset = 0; // from the function's beginning
     scSourceLine source;

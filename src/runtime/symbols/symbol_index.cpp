@@ -261,15 +261,15 @@ scCodePlace clsSymbolIndex::Find(std::uint32_t offset) const noexcept {
     scNearestName name;
     for (std::size_t i = 0; i < symbols_.size() && name.name.empty(); ++i)
         name = FindName(symbols_[i], offset);
-    place.kind = FunctionName::Symbol;
+    place.kind = FunctionName::symbol;
     if (name.name.empty()) {
         name = FindName(exports_, offset);
-        place.kind = FunctionName::Exported;
+        place.kind = FunctionName::exported;
         if (name.offset >= farthestExport)
             name = {};
     }
     if (name.name.empty())
-        return {FunctionName::None, {}, 0, place.source};
+        return {FunctionName::none, {}, 0, place.source};
     place.function = name.name;
     place.functionOffset = name.offset;
     return place;
