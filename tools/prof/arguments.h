@@ -22,6 +22,9 @@ struct scArguments {
     std::string folder;
     std::string key;
     std::vector<std::string> patterns;
+    std::vector<std::string> pages = {"-"};
+    std::string links = "inline";
+    std::size_t width = 0; // columns; 0: lines are not broken
     bool flat = false;
     bool list = false;
     bool create = false;
