@@ -95,7 +95,7 @@ TEST(HtmlToPlainText, UndoesTextToHtml) {
     EXPECT_EQ(Plain(Html(text)), u"\u00ABword\u00BB <&> \u20AC\r\rsecond paragraph\r");
 }
 
-// ---- Pages: name.html becomes name.txt, with line feeds, as "prof html2text" prints it ----
+// ---- Pages: name.html becomes name.txt, with line feeds ----
 
 Text ReadUtf8(const std::filesystem::path& path) {
     const std::string bytes = ReadFile(path);

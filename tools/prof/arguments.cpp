@@ -134,8 +134,25 @@ void DeclarePaste(CLI::App& app, scArguments& arguments) {
     app.add_flag("--compress", arguments.compress, "Save compressed");
 }
 
-void DeclareHtml(CLI::App& app, scArguments& arguments) {
-    app.add_flag("--markers", arguments.markers, "Tags are written [_[p]_] instead of <p>");
+CLI::Option* AddMarkers(CLI::App& app, scArguments& arguments) {
+    return app.add_flag("--markers", arguments.markers, "Tags are written [_[p]_] instead of <p>");
+}
+
+void DeclareHtmlToText(CLI::App& app, scArguments& arguments) {
+    app.add_option("FILE", arguments.pages, "The pages; else standard input");
+    app.add_option("--links", arguments.links,
+                   "The addresses of links: after their labels, at the end, nowhere")
+        ->check(CLI::IsMember({"none", "inline", "end"}))
+        ->capture_default_str();
+    app.add_option("--width", arguments.width,
+                   "Break lines between words so that they have at most N columns")
+        ->option_text("N")
+        ->check(CLI::Range(10, 10000));
+    AddMarkers(app, arguments)->excludes("--links")->excludes("--width");
+}
+
+void DeclareTextToHtml(CLI::App& app, scArguments& arguments) {
+    AddMarkers(app, arguments);
 }
 
 constexpr scCommand commands[] = {
@@ -152,8 +169,8 @@ constexpr scCommand commands[] = {
     {"extract", "Write the files of a list into a folder", DeclareExtract, RunExtract},
     {"copy", "Put a profile on the clipboard", AddFile, RunCopy},
     {"paste", "Save the profile on the clipboard", DeclarePaste, RunPaste},
-    {"html2text", "Turn HTML from standard input into plain text", DeclareHtml, RunHtmlToText},
-    {"text2html", "Turn plain text from standard input into HTML", DeclareHtml, RunTextToHtml},
+    {"html2text", "Turn HTML into plain text", DeclareHtmlToText, RunHtmlToText},
+    {"text2html", "Turn plain text from standard input into HTML", DeclareTextToHtml, RunTextToHtml},
 };
 
 std::string Version() {

@@ -25,6 +25,9 @@ struct scArguments {
     std::string key;
     std::vector<std::string> patterns;
     std::optional<std::string> fallback; // of get
+    std::vector<std::string> pages = {"-"};
+    std::string links = "inline";
+    std::size_t width = 0; // columns; 0: lines are not broken
     bool flat = false;
     bool list = false;
     bool create = false;
