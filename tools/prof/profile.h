@@ -14,6 +14,11 @@ inline constexpr const char* standardStream = "-";
 // The name of a file in messages.
 std::string DisplayName(const std::string& name);
 
+struct scCloseJob {
+    void operator()(ProfJob job) const { ProfJobClose(job); }
+};
+using JobPtr = std::unique_ptr<ProfJobObject, scCloseJob>;
+
 class clsProfile {
   public:
     // Opens and loads; throws Failure with cannotOpen or malformed. A plain INI file is known by its name,
@@ -40,14 +45,10 @@ class clsProfile {
     void Save(const std::string& name, UINT flags) const;
 
   private:
-    explicit clsProfile(ProfJob job);
+    explicit clsProfile(JobPtr job);
     void SaveToStandardOutput(UINT flags) const;
 
-    struct scCloseJob {
-        void operator()(ProfJob job) const { ProfJobClose(job); }
-    };
-
-    std::unique_ptr<ProfJobObject, scCloseJob> job_;
+    JobPtr job_;
 };
 
 } // namespace tool::prof

@@ -107,7 +107,7 @@ std::string WholeLines(std::string text, bool cut) {
     return text;
 }
 
-// What other tools wrote anew has other declarations, or several elements in a line, which are not read.
+// What other tools wrote anew has other declarations, or several elements in a line.
 bool IsOwnXml(std::string_view text) {
     if (TakeLine(text) != xmlDeclaration)
         return false;
@@ -127,8 +127,8 @@ scContents ContentsOfMarkup(std::string_view text) {
     const std::string_view root = MarkupRoot(text);
     if (IsSame(root, "xfdf"))
         return {IsOwnXfdf(text) ? FileKind::xfdf : FileKind::otherXfdf, std::string{root}};
-    if (IsSame(root, "profile") && IsOwnXml(text))
-        return {FileKind::xml, std::string{root}};
+    if (IsSame(root, "profile"))
+        return {IsOwnXml(text) ? FileKind::xml : FileKind::otherXml, std::string{root}};
     return {FileKind::markup, std::string{root}};
 }
 

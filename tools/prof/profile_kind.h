@@ -16,7 +16,8 @@ enum class FileKind {
     empty,      // nothing, or blanks
     text,       // the first header is the root list
     compressed, // a profile in the compressed wrapper
-    xml,        // an XML profile
+    xml,        // an XML profile as it is saved here
+    otherXml,   // one that another program has laid out anew
     xfdf,       // XFDF as it is saved here
     otherXfdf,  // of any program
     comments,   // lines that begin with # or ; and no others
