@@ -1,17 +1,10 @@
 #include "prof/formats/xml_layout.h"
 
-#include "prof/formats/xml_form.h"
-
 #include <algorithm>
 
 namespace tvut {
 
 namespace {
-
-constexpr std::u16string_view listBegin = u"<list name=\"";
-constexpr std::u16string_view listEnd = u"</list>";
-constexpr std::u16string_view profileBegin = u"<profile>\r\n";
-constexpr std::u16string_view profileEnd = u"</profile>";
 
 bool TakeBegin(std::u16string_view& text, std::u16string_view begin) {
     const std::size_t length = std::min(begin.size(), text.size());
@@ -21,7 +14,7 @@ bool TakeBegin(std::u16string_view& text, std::u16string_view begin) {
 }
 
 bool IsWrittenList(std::u16string_view line, const scMarkupLine& scan) {
-    return line.starts_with(listBegin) && scan.less == scan.end && line.ends_with(u"\">") &&
+    return line.starts_with(xmlListBegin) && scan.less == scan.end && line.ends_with(u"\">") &&
            scan.quote == scan.end - 2;
 }
 
@@ -35,7 +28,7 @@ bool TakeLine(std::u16string_view& text, std::size_t& levels) {
     const auto length = static_cast<std::size_t>(scan.end - text.data());
     if (length >= text.size()) { // cut off, and not because all stands in one line
         text = {};
-        return xmlItemEnd.starts_with(std::u16string_view(scan.less, scan.end));
+        return xmlItemEndTag.starts_with(std::u16string_view(scan.less, scan.end));
     }
     const std::u16string_view line = text.substr(0, length);
     text.remove_prefix(length);
@@ -46,13 +39,14 @@ bool TakeLine(std::u16string_view& text, std::size_t& levels) {
         return true;
     if (IsWrittenList(line, scan))
         return ++levels != 0;
-    return line == (levels > 1 ? listEnd : profileEnd) && levels-- != 0;
+    const std::u16string_view end = levels > 1 ? xmlListEnd : xmlProfileEnd;
+    return line == end.substr(0, end.find(u'\r')) && levels-- != 0;
 }
 
 } // namespace
 
 bool ProfpIsXmlAsWritten(std::u16string_view text) {
-    if (!TakeBegin(text, xmlHeader) || !TakeBegin(text, profileBegin))
+    if (!TakeBegin(text, xmlHeader) || !TakeBegin(text, xmlProfileBegin))
         return false;
     std::size_t levels = 1;
     while (!text.empty() && levels != 0) {

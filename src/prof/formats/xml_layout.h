@@ -2,14 +2,14 @@
 #pragma once
 
 #include "prof/formats/markup_scan.h"
+#include "prof/formats/xml_form.h"
 #include "text/units.h"
 
 #include <string_view>
 
 namespace tvut {
 
-constexpr std::u16string_view xmlItemBegin = u"<item name=\"";
-constexpr std::u16string_view xmlItemEnd = u"</item>";
+constexpr std::u16string_view xmlItemEndTag = xmlItemEnd.substr(0, xmlItemEnd.find(u'\r'));
 
 struct scXmlItemLine {
     std::u16string_view name;
@@ -22,9 +22,9 @@ struct scXmlItemLine {
 inline bool ProfpSplitWrittenItem(std::u16string_view line, const scMarkupLine& scan, scXmlItemLine& item) {
     const char16_t* const end = scan.less;
     const char16_t* const name = line.data() + xmlItemBegin.size();
-    if (scan.end - end != xmlItemEnd.size() || end - scan.quote < 2 || scan.quote[1] != u'>' ||
+    if (scan.end - end != xmlItemEndTag.size() || end - scan.quote < 2 || scan.quote[1] != u'>' ||
         !UtilpEqual(line.substr(0, xmlItemBegin.size()), xmlItemBegin) ||
-        !UtilpEqual({end, xmlItemEnd.size()}, xmlItemEnd))
+        !UtilpEqual({end, xmlItemEndTag.size()}, xmlItemEndTag))
         return false;
     item = {{name, scan.quote}, {scan.quote + 2, end}, !scan.marked};
     return true;

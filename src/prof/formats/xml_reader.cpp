@@ -80,7 +80,7 @@ class clsXmlParser {
         if (begin == tag.rest.npos)
             Fail(u"prof::xml::item no end tag (2)");
         const std::u16string_view value = tag.rest.substr(begin + 1);
-        const std::size_t end = value.find(xmlItemEnd);
+        const std::size_t end = value.find(xmlItemEndTag);
         if (end == value.npos)
             Fail(u"prof::xml::item no '</item>' tag found");
         AppendItem({tag.name, value.substr(0, end), false});
