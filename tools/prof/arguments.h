@@ -14,6 +14,7 @@ namespace tool::prof {
 
 struct scArguments {
     std::string file;
+    std::string other; // the second profile
     std::string path;
     std::string value;
     std::string type = "string";
@@ -28,6 +29,9 @@ struct scArguments {
     bool compress = false;
     bool plainIni = false;
     bool markers = false;
+    bool onlyNew = false;
+    bool json = false;
+    bool strings = false; // of JSON: no numbers, true or false
 };
 
 struct scCommand {

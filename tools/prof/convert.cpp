@@ -1,6 +1,7 @@
 // prof convert: a profile from any form that can be read into any form that can be written.
 #include "commands.h"
 #include "edited_profile.h"
+#include "json_commands.h"
 #include "profile_kind.h"
 
 #include <string_view>
@@ -29,6 +30,8 @@ UINT FormFlag(const scArguments& arguments) {
 } // namespace
 
 ExitCode RunConvert(const scArguments& arguments) {
+    if (arguments.form == "json" || (arguments.form.empty() && HasJsonName(arguments.output)))
+        return ConvertToJson(arguments);
     clsEditedProfile profile{arguments, Replaceable::allProfiles};
     profile.Save(FormFlag(arguments) | (arguments.compress ? PROF_SAVE_COMPRESSED : 0u));
     return ExitCode::ok;

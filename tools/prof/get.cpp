@@ -1,5 +1,6 @@
 // prof get: one value, as it is or as the library reads it.
 #include "commands.h"
+#include "json_commands.h"
 #include "paths.h"
 #include "text_io.h"
 #include "value_types.h"
@@ -25,7 +26,10 @@ ExitCode RunGet(const scArguments& arguments) {
     if (ValueType(arguments.type).fetch(profile.Job(), path.c_str(), text) != PROF_OK)
         throw scFailure{ExitCode::wrongType, DisplayName(arguments.file),
                         "the value of " + arguments.path + " is not of type " + arguments.type};
-    clsOutput::Standard().WriteLine(text);
+    if (arguments.json)
+        PrintJsonValue(text, arguments);
+    else
+        clsOutput::Standard().WriteLine(text);
     return ExitCode::ok;
 }
 

@@ -3,6 +3,7 @@
 
 #include "exit_code.h"
 #include "file_access.h"
+#include "json_profile.h"
 #include "load_report.h"
 #include "profile_kind.h"
 #include "reading.h"
@@ -29,6 +30,8 @@ JobPtr OpenJob(const std::string& name, bool plainIni) {
     if (reading.note != nullptr)
         PrintError("prof", DisplayName(name), reading.note);
     const std::wstring path = ToWide(name);
+    if (reading.isJson)
+        return ProfileOfJson(standard ? input : ContentsOf(*FileStream(path, name)), DisplayName(name));
     const auto open = [&](UINT flags) {
         if (standard)
             return JobPtr{OpenStream(*MemoryStream(input), DisplayName(name), flags)};

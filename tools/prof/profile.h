@@ -21,6 +21,9 @@ using JobPtr = std::unique_ptr<ProfJobObject, scCloseJob>;
 
 class clsProfile {
   public:
+    // Throws std::bad_alloc for none.
+    explicit clsProfile(JobPtr job);
+
     // Opens and loads; throws Failure with cannotOpen or malformed. A plain INI file is known by its name,
     // its contents or the caller's word; standard error says so when only the contents show it, and what was
     // not read.
@@ -45,7 +48,6 @@ class clsProfile {
     void Save(const std::string& name, UINT flags) const;
 
   private:
-    explicit clsProfile(JobPtr job);
     void SaveToStandardOutput(UINT flags) const;
 
     JobPtr job_;

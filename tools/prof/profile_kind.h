@@ -20,6 +20,7 @@ enum class FileKind {
     otherXml,   // one that another program has laid out anew
     xfdf,       // XFDF as it is saved here
     otherXfdf,  // of any program
+    json,       // begins as a JSON object, or an array of them
     comments,   // lines that begin with # or ; and no others
     plainIni,   // items and sections
     markup,     // other XML, HTML
@@ -50,5 +51,8 @@ bool HasXfdfName(std::string_view name);
 
 // Ends in .xml, in any case.
 bool HasXmlName(std::string_view name);
+
+// Ends in .json, in any case.
+bool HasJsonName(std::string_view name);
 
 } // namespace tool::prof

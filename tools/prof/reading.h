@@ -10,6 +10,7 @@ namespace tool::prof {
 struct scReading {
     unsigned flags;      // PROF_READ_...
     const char* note;    // what the caller should know of the choice; null: nothing
+    bool isJson = false; // which the library does not read
     bool isOurs = false; // the library's own opening may take it, too, if it is refused so
 };
 

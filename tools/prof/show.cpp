@@ -1,5 +1,6 @@
 // prof show: a profile for reading, as a tree or as full paths.
 #include "commands.h"
+#include "json_commands.h"
 #include "paths.h"
 #include "text_io.h"
 #include "tree_walk.h"
@@ -91,6 +92,10 @@ void ShowFlat(clsTreeWalk& walk, const std::string& start) {
 ExitCode RunShow(const scArguments& arguments) {
     const clsProfile profile = clsProfile::Open(arguments.file, arguments.plainIni);
     const ProfList start = FindList(profile, arguments.file, arguments.path);
+    if (arguments.json) {
+        PrintJsonList(profile, start, arguments);
+        return ExitCode::ok;
+    }
     clsTreeWalk walk{profile.Job(), start, clsTreeWalk::Scope::wholeTree};
     if (arguments.flat)
         ShowFlat(walk, arguments.path);
