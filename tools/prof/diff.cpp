@@ -260,10 +260,12 @@ ExitCode RunDiff(const scArguments& arguments) {
     const clsProfile left = clsProfile::Open(arguments.file, arguments.plainIni);
     const clsProfile right = clsProfile::Open(arguments.other, arguments.plainIni);
     const clsSnapshot leftEntries{left, nullptr}, rightEntries{right, nullptr};
-    clsLines lines;
-    clsJson json{arguments.strings ? JsonValues::texts : JsonValues::typed};
-    IclsReport& report = arguments.json ? static_cast<IclsReport&>(json) : lines;
-    return clsComparison{leftEntries, rightEntries, report}.Run() ? ExitCode::different : ExitCode::ok;
+    const auto differ = [&](IclsReport&& report) {
+        return clsComparison{leftEntries, rightEntries, report}.Run();
+    };
+    const JsonValues values = arguments.strings ? JsonValues::texts : JsonValues::typed;
+    return (arguments.json ? differ(clsJson{values}) : differ(clsLines{})) ? ExitCode::different
+                                                                           : ExitCode::ok;
 }
 
 } // namespace tool::prof
