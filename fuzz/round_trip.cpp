@@ -171,6 +171,7 @@ void ExpectFromXfdf(scEntry& entry) {
 
 constexpr scForm forms[] = {{0, ReadMode::detect, RestrictToText, ExpectFromText},
                             {1, ReadMode::detect, [](scEntry&) {}, ExpectFromXml},
+                            {1, ReadMode::foreignXml, [](scEntry&) {}, ExpectFromXml},
                             {2, ReadMode::foreignXfdf, RestrictToXfdf, ExpectFromXfdf}};
 
 void Check(const scForm& form, Entries entries, bool pooling, bool compress) {

@@ -88,6 +88,7 @@ typedef struct ProfListObject* ProfList;
 /* Flags of ProfJobOpenStreamObject. Other bits are reserved and ignored. */
 #define PROF_READ_FOREIGN_XFDF 0x1u /* read XFDF as other programs write it */
 #define PROF_READ_PLAIN_INI 0x2u    /* every [section] is a list of the root list */
+#define PROF_READ_FOREIGN_XML 0x4u  /* read the XML form as other XML programs leave it */
 
 /* Options of ProfSetOption and ProfGetOption. */
 #define PROF_OPTION_CODE_PAGE 1u /* code page of the A forms and of 8-bit files; first: GetACP() */
@@ -169,7 +170,18 @@ TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStream(IStream* stream);
  *        text. Values beside fields in one field have the empty name. Annotations, rich text and all that
  *        is no field are skipped. The lists of XFDF that ProfSave wrote are lists. Profiles in the other
  *        forms are read as without it.
- *        With both flags PROF_READ_PLAIN_INI counts.
+ *        PROF_READ_FOREIGN_XML reads the XML form after other programs have written it anew: as XML 1.0,
+ *        however elements, attributes and white space are laid out, with any quotes, references, CDATA and
+ *        comments, and in the encoding that 8-bit XML declares, where it is one of the character sets that
+ *        UtilDocInfoGet knows. Blanks and line ends around elements are layout, all text in an item is its
+ *        value, and line ends in values become CR LF. Elements that no profile has are passed over, and a
+ *        diagnostic line says so. What stands to the letter as ProfSave writes it, whole or cut off, is read
+ *        as without the flag. XML that is not well-formed or whose root element is neither <profile> nor
+ *        <xfdf> is refused: PROF_LOAD_FAILED; so are names of more than 1 MiB and more than 262,143 lists
+ *        within each other. The text of the document is in memory as a whole meanwhile. Profiles in the
+ *        other forms are read as without it.
+ *        PROF_READ_FOREIGN_XML and PROF_READ_FOREIGN_XFDF together read either, as the root element says.
+ *        With PROF_READ_PLAIN_INI no other flag counts.
  */
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStreamObjectA(IStream* stream, const char* name, UINT flags);
 TVUT22_API ProfJob TVUT22_CALL ProfJobOpenStreamObjectW(IStream* stream, const wchar_t* name, UINT flags);

@@ -2,12 +2,12 @@
 // kept as bytes until the end of the head: what says how they are to be decoded may stand after them.
 #include "docinfo/html_info.h"
 
-#include "docinfo/charset_names.h"
 #include "docinfo/document_head.h"
 #include "docinfo/document_text.h"
 #include "docinfo/html_references.h"
 #include "docinfo/xml_properties.h"
 #include "platform/code_page.h"
+#include "text/encoding/charset_names.h"
 
 #include <algorithm>
 #include <optional>

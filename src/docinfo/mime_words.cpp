@@ -2,10 +2,10 @@
 // before they are decoded, as long as they are in one character set, since makers cut characters in two.
 #include "docinfo/mime_words.h"
 
-#include "docinfo/charset_names.h"
 #include "docinfo/document_text.h"
 #include "text/bytes/base64.h"
 #include "text/digits.h"
+#include "text/encoding/charset_names.h"
 
 #include <algorithm>
 #include <array>

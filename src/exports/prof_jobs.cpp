@@ -45,7 +45,8 @@ INT Save(ProfJob handle, const Char* fileName, UINT flags) {
 static_assert(saveFlags::textForm == PROF_FORM_TEXT && saveFlags::xfdfForm == PROF_FORM_XFDF &&
               saveFlags::compressed == PROF_SAVE_COMPRESSED &&
               saveFlags::compressedAsRead == PROF_SAVE_COMPRESSED_AS_READ);
-static_assert(readFlags::foreignXfdf == PROF_READ_FOREIGN_XFDF && readFlags::plainIni == PROF_READ_PLAIN_INI);
+static_assert(readFlags::foreignXfdf == PROF_READ_FOREIGN_XFDF &&
+              readFlags::plainIni == PROF_READ_PLAIN_INI && readFlags::foreignXml == PROF_READ_FOREIGN_XML);
 
 } // namespace
 

@@ -25,6 +25,9 @@ TEST_F(ProfTool, WalksAMillionNestedLists) {
     EXPECT_EQ(std::count(tree.begin(), tree.end(), '\n'), depth + 1);
     EXPECT_TRUE(tree.ends_with(" 999999> [a]\n" + std::string(64, ' ') + "1000000> x=1\n"));
     EXPECT_EQ(MustPrint("show deep.prf --flat"), Repeated("/a", depth) + "/x=1\n");
+    MustPrint("convert deep.prf deep.json");
+    EXPECT_EQ(MustPrint("diff deep.prf deep.json"), "");
+    MustFail("merge deep.prf deep.json", 5, "nested too deep");
     MustFail("set deep.prf y 1", 5, "nested too deep");
     MustPrint("delete deep.prf a --list");
     EXPECT_EQ(MustPrint("show deep.prf"), "");
@@ -34,6 +37,10 @@ TEST_F(ProfTool, PrintsALongList) {
     constexpr std::size_t count = 300'000;
     Write("long.prf", "[/]\n{\n[List]\n{\n" + Repeated("entry=some value\n", count) + "}\n}\n");
     EXPECT_EQ(MustPrint("items long.prf List"), Repeated("entry=some value\n", count));
+    MustPrint("convert long.prf long.json");
+    MustPrint("convert long.json again.prf");
+    MustPrint("merge long.prf again.prf");
+    EXPECT_EQ(Read("long.prf"), Read("again.prf"));
 }
 
 } // namespace prof_test

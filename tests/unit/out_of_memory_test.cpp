@@ -101,6 +101,8 @@ TEST(OutOfMemory, Loading) {
             FailEveryAllocation([&](clsTree& tree) { Load(tree, bytes, mode); }, ExpectSound);
         }
     }
+    const std::string touched = LargeProfile(1) + Utf16Bytes(u"<!-- x -->");
+    FailEveryAllocation([&](clsTree& tree) { Load(tree, touched, ReadMode::foreignXml); }, ExpectSound);
 }
 
 // A sink may give up old contents once it knows the length of new ones: no allocation may fail after that.

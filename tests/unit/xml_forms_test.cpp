@@ -40,9 +40,9 @@ TEST(Goldens, AreWrittenToTheByte) {
 
 // Each row's first column, after a beginning, is read as the tree in its second, or refused with the message
 // in its second and the line in its third. Blank lines do not count.
-void CheckReadings(const char* name, const std::string& beginning = {}) {
+void CheckReadings(const char* name, const std::string& beginning = {}, ReadMode mode = ReadMode::detect) {
     for (const scCaseRow& row : CaseRows(std::string("forms/") + name, 2))
-        EXPECT_EQ(Read(beginning + NarrowCase(row[0])), row[1]) << row.where;
+        EXPECT_EQ(Read(beginning + NarrowCase(row[0]), mode), row[1]) << row.where;
 }
 
 void CheckRefusals(const char* name, const std::string& beginning, ReadMode mode = ReadMode::detect) {
@@ -56,12 +56,14 @@ TEST(XmlForms, AreReadByTheLine) {
     CheckReadings("detected");
     CheckReadings("xml", xmlLine);
     CheckReadings("xfdf", xfdfLine);
+    CheckReadings("foreign_xml", {}, ReadMode::foreignXml);
 }
 
 TEST(XmlForms, AreRefusedWithMessageAndLine) {
     CheckRefusals("xml_refused", xmlLine);
     CheckRefusals("xfdf_refused", xfdfLine);
     CheckRefusals("foreign_xfdf_refused", {}, ReadMode::foreignXfdf);
+    CheckRefusals("foreign_xml_refused", {}, ReadMode::foreignXml);
 }
 
 TEST(XmlForms, SkipWhatTheyDoNotKnowAndSaySo) {
@@ -94,6 +96,34 @@ TEST(ForeignXfdf, TurnsNestedFieldsIntoLists) {
     EXPECT_EQ(Read(foreignXfdf, ReadMode::foreignXfdf), tree);
     EXPECT_EQ(Read(xmlLine + "<profile>\n<item name=\"a\">1</item>", ReadMode::foreignXfdf), u"a=1;");
     EXPECT_EQ(Read("[/]\na=1", ReadMode::foreignXfdf), u"a=1;");
+}
+
+TEST(ForeignXml, GoesWithForeignXfdf) {
+    EXPECT_EQ(Read(foreignXfdf, ReadMode::foreignMarkup), Read(foreignXfdf, ReadMode::foreignXfdf));
+    EXPECT_EQ(Read(xfdfLine + "<profile><item name='a'/></profile>", ReadMode::foreignMarkup), u"a=;");
+    const std::string own = xfdfLine + "<xfdf a='b'>\n<value>1</value>\n</xfdf>";
+    EXPECT_EQ(Read(own, ReadMode::foreignXml), u"=1;");
+    Read("<profile><a/>\n<b/></profile>", ReadMode::foreignXml);
+    EXPECT_EQ(DiagnosticLines().back(), u"WRN: 'input': elements that are not read, from line 1 on");
+    EXPECT_EQ(ProfpReadMode(5), ReadMode::foreignMarkup);
+    EXPECT_EQ(ProfpReadMode(7), ReadMode::plainIni);
+}
+
+// Halves of characters and control characters are in no XML, names of any length in none that is read as
+// such.
+TEST(ForeignXml, ReadsOwnFilesAsEver) {
+    clsTree tree(true);
+    tree.AppendItem(tree.Root(), scName(std::u16string(2000000, u'n')), u"\xD83D \xDE00\xFFFF\x01");
+    clsItemList* list = &tree.Root();
+    for (int level = 0; level != 300; ++level)
+        list = tree.AppendList(*list, scName(u"l"));
+    const std::string saved = Saved(tree, xmlForm);
+    for (std::size_t cut = 0; cut <= saved.size() / 2; cut += cut < 1000 ? 1 : 49999) {
+        clsTree again(true), plain(true);
+        const std::string bytes = saved.substr(0, 2 * cut);
+        EXPECT_EQ(Load(again, bytes, ReadMode::foreignXml).parsed, Load(plain, bytes).parsed) << cut;
+        EXPECT_TRUE(Saved(again) == Saved(plain)) << cut;
+    }
 }
 
 TEST(XmlForm, ShowsZeros) {

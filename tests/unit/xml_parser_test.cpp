@@ -1,4 +1,5 @@
-// The XML form as an XML parser of the machine reads it. Only natively: the parser is Python's.
+// The XML form as an XML parser of the machine reads it, and as other programs leave it. Only natively: they
+// are this machine's.
 #include "unit/native_platform.h"
 #include "unit/whole_file.h"
 
@@ -47,6 +48,46 @@ TEST(XmlForm, IsReadAlikeByAnXmlParser) {
         for (std::size_t at = 0; (at = expected.find(u'\r', at)) != expected.npos;)
             expected.replace(at, expected.substr(at, 2) == u"\r\n" ? 2 : 1, u"\n");
         EXPECT_TRUE(ReadFile(folder / "tree.txt") == Utf16Bytes(expected)) << seed;
+    }
+    std::filesystem::remove_all(folder);
+}
+
+// What comes back from programs that read our file and write it anew, if the tree holds what they leave
+// alone: at level 0 anything; at 1 no value of line ends and tabs alone, at 2 no blanks either.
+TEST(ForeignXml, ReadsWhatOtherProgramsLeave) {
+    const std::string elementTree = "python3 -c 'import xml.etree.ElementTree as tree; "
+                                    "t = tree.parse(\"own.xml\"); tree.indent(t); t.write(\"other.xml\", ";
+    const std::pair<std::string, int> programs[] = {
+        {"xmllint --format own.xml >other.xml", 0},
+        {"xmllint --noblanks --dropdtd --noent own.xml >other.xml", 1},
+        {"xmllint --format --noent own.xml >other.xml", 1},
+        {"xmllint --noent --encode ISO-8859-1 own.xml >other.xml", 0},
+        {elementTree + "\"us-ascii\")'", 0},
+        {elementTree + "\"windows-1252\", True, short_empty_elements=False)'", 0},
+        {elementTree + "\"unicode\")'", 0},
+        {"tidy -q -xml -i -wrap 0 --show-warnings no own.xml >other.xml; test $? -lt 2", 2},
+    };
+    const auto folder = std::filesystem::temp_directory_path() / "tvut22_foreign_xml_test";
+    std::filesystem::create_directories(folder);
+    for (const int level : {0, 1, 2}) {
+        clsTree tree(true);
+        GrowTree(tree, 7,
+                 level < 2 ? u"ab =[]{}#;/<>&'\"é\u4E00\uFF5E\u00A0\u0085" : u"ab=[]#;/<>&'\"é\u4E00");
+        tree.AppendItem(tree.Root(), scName(u"emoji"), u"\xD83D\xDE00");
+        if (level < 2)
+            tree.AppendItem(tree.Root(), scName(u" b  l "), u"\r\n  x\t\t \r\n\r\n ");
+        if (level == 0) {
+            for (const std::u16string_view value : {u" ", u"\r\n", u"\t"})
+                tree.AppendItem(tree.Root(), scName(u"blank"), value);
+        }
+        std::ofstream(folder / "own.xml", std::ios::binary) << Saved(tree, 1);
+        for (const auto& [command, most] : programs) {
+            if (level < most)
+                continue;
+            ASSERT_EQ(std::system(("cd '" + folder.string() + "' && " + command).c_str()), 0) << command;
+            EXPECT_TRUE(Read(ReadFile(folder / "other.xml"), ReadMode::foreignXml) == Describe(tree.Root()))
+                << command;
+        }
     }
     std::filesystem::remove_all(folder);
 }

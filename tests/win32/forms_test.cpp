@@ -29,11 +29,18 @@ TEST(Forms, AreChosenByTheLowFourBits) {
     EXPECT_EQ(Describe(Opened(xfdf, PROF_READ_FOREIGN_XFDF)), Describe(job));
 }
 
-TEST(Forms, OtherXmlIsAnEmptyProfileUnlessXfdfIsAskedFor) {
+TEST(Forms, OtherXmlIsAnEmptyProfileUnlessItIsAskedFor) {
     const Bytes other = "<?xml version=\"1.0\"?><profile><item name=\"a\">1</item></profile>";
     EXPECT_EQ(Opened(other).Error(), PROF_OK);
     EXPECT_EQ(Describe(Opened(other)), L"");
     EXPECT_EQ(Opened(other, PROF_READ_FOREIGN_XFDF).Error(), PROF_LOAD_FAILED);
+    EXPECT_EQ(Describe(Opened(other, PROF_READ_FOREIGN_XML)), L"a=1;");
+    EXPECT_EQ(Opened(other.substr(0, 40), PROF_READ_FOREIGN_XML).Error(), PROF_LOAD_FAILED);
+    EXPECT_EQ(
+        Describe(Opened(
+            "<?xml version='1.0' encoding='windows-1251'?><profile><item name='a'>\xC3\xA9</item></profile>",
+            PROF_READ_FOREIGN_XML | PROF_READ_FOREIGN_XFDF)),
+        L"a=\x0413\x00A9;");
 }
 
 } // namespace

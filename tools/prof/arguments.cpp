@@ -19,10 +19,11 @@ namespace {
 constexpr const char* footer =
     "FILE, IN and OUT may be - for standard input and output. What has sections, but no root list [/], is\n"
     "a plain INI file: each section becomes a list of the root list. XFDF is read as any program's: a\n"
-    "field that holds fields is a list. A value or path that begins with a dash is written after --.\n"
-    "Exit codes: 0 done, 1 not found, 2 wrong usage or a change that was refused, 3 cannot open,\n"
-    "            4 malformed contents or no profile, 5 cannot save or write, 6 value not of the type,\n"
-    "            7 out of memory.\n";
+    "field that holds fields is a list. JSON is a profile, too. A value or path that begins with a dash is\n"
+    "written after --.\n"
+    "Exit codes: 0 done, 1 not found, or different, 2 wrong usage or a change that was refused,\n"
+    "            3 cannot open, 4 malformed contents or no profile, 5 cannot save or write,\n"
+    "            6 value not of the type, 7 out of memory.\n";
 
 void AddFile(CLI::App& app, scArguments& arguments) {
     app.add_option("FILE", arguments.file, "The profile")->required();
@@ -51,10 +52,21 @@ void AddOutput(CLI::App& app, scArguments& arguments) {
     app.add_option("--output", arguments.output, "Where to save instead of FILE; as a text profile");
 }
 
+void AddJson(CLI::App& app, scArguments& arguments) {
+    app.add_flag("--json", arguments.json, "Print JSON");
+}
+
+void AddStrings(CLI::App& app, scArguments& arguments) {
+    app.add_flag("--strings", arguments.strings, "In JSON, every value is a string");
+}
+
 void DeclareShow(CLI::App& app, scArguments& arguments) {
     AddFile(app, arguments);
     AddListPath(app, arguments);
     app.add_flag("--flat", arguments.flat, "One item a line with its full path: /Print/Copies=2");
+    AddJson(app, arguments);
+    AddStrings(app, arguments);
+    app.get_option("--json")->excludes("--flat");
 }
 
 void DeclareGet(CLI::App& app, scArguments& arguments) {
@@ -63,6 +75,8 @@ void DeclareGet(CLI::App& app, scArguments& arguments) {
                  "The item, like Print/Copies; several or with * and ? print paths and values");
     AddType(app, arguments, FetchableTypes());
     app.add_option("--default", arguments.fallback, "What to print when there is no such item");
+    AddJson(app, arguments);
+    AddStrings(app, arguments);
 }
 
 void DeclareSet(CLI::App& app, scArguments& arguments) {
@@ -81,15 +95,23 @@ void DeclareDelete(CLI::App& app, scArguments& arguments) {
     AddOutput(app, arguments);
 }
 
-void DeclareNames(CLI::App& app, scArguments& arguments) {
+void DeclareLists(CLI::App& app, scArguments& arguments) {
     AddFile(app, arguments);
     AddListPath(app, arguments);
+    AddJson(app, arguments);
+}
+
+void DeclareCheck(CLI::App& app, scArguments& arguments) {
+    AddFile(app, arguments);
+    AddJson(app, arguments);
 }
 
 void DeclareItems(CLI::App& app, scArguments& arguments) {
     AddFile(app, arguments);
     app.add_option("PATH", arguments.paths,
                    "The list; several or with * and ? print whole paths; else the root");
+    AddJson(app, arguments);
+    AddStrings(app, arguments);
 }
 
 void DeclareFind(CLI::App& app, scArguments& arguments) {
@@ -103,9 +125,26 @@ void DeclareConvert(CLI::App& app, scArguments& arguments) {
     app.add_option("OUT", arguments.output, "Where to save it")->required();
     app.add_flag("--ini", arguments.plainIni, "Read IN as a plain INI file, whatever its name and contents");
     app.add_option("--form", arguments.form, "The form to save in; without it by the name of OUT")
-        ->check(CLI::IsMember({"text", "xml", "xfdf"}));
+        ->check(CLI::IsMember({"text", "xml", "xfdf", "json"}));
     app.add_flag("--compress", arguments.compress, "Save compressed");
     app.add_flag("--flat", arguments.flat, "IN holds lines as 'prof show --flat' prints them");
+    AddStrings(app, arguments);
+}
+
+void DeclareDiff(CLI::App& app, scArguments& arguments) {
+    app.add_option("A", arguments.file, "A profile")->required();
+    app.add_option("B", arguments.other, "The one to compare it with")->required();
+    app.add_flag("--ini", arguments.plainIni, "Read both as plain INI files");
+    AddJson(app, arguments);
+    AddStrings(app, arguments);
+}
+
+void DeclareMerge(CLI::App& app, scArguments& arguments) {
+    app.add_option("BASE", arguments.file, "The profile to change")->required();
+    app.add_option("FROM", arguments.other, "The profile whose items are set")->required();
+    app.add_flag("--only-new", arguments.onlyNew, "Add what is missing, change nothing");
+    app.add_flag("--ini", arguments.plainIni, "Read both as plain INI files");
+    AddOutput(app, arguments);
 }
 
 void AddKey(CLI::App& app, scArguments& arguments) {
@@ -160,11 +199,13 @@ constexpr scCommand commands[] = {
     {"get", "Print one item's value", DeclareGet, RunGet},
     {"set", "Give an item a value", DeclareSet, RunSet},
     {"delete", "Delete items or lists", DeclareDelete, RunDelete},
-    {"lists", "Print the names of the lists in a list", DeclareNames, RunLists},
+    {"lists", "Print the names of the lists in a list", DeclareLists, RunLists},
     {"items", "Print the items of a list", DeclareItems, RunItems},
     {"find", "Print what holds a text", DeclareFind, RunFind},
     {"convert", "Save a profile in another form or place", DeclareConvert, RunConvert},
-    {"check", "Load a profile and report the first error", AddFile, RunCheck},
+    {"check", "Load a profile and report the first error", DeclareCheck, RunCheck},
+    {"diff", "Print what differs between two profiles", DeclareDiff, RunDiff},
+    {"merge", "Set the items of one profile into another", DeclareMerge, RunMerge},
     {"attach", "Put files into a list", DeclareAttach, RunAttach},
     {"extract", "Write the files of a list into a folder", DeclareExtract, RunExtract},
     {"copy", "Put a profile on the clipboard", AddFile, RunCopy},

@@ -15,6 +15,7 @@ namespace tool::prof {
 
 struct scArguments {
     std::string file;
+    std::string other; // the second profile
     std::string path;
     std::vector<std::string> paths;
     std::string value;
@@ -35,6 +36,9 @@ struct scArguments {
     bool plainIni = false;
     bool markers = false;
     bool quiet = false;
+    bool onlyNew = false;
+    bool json = false;
+    bool strings = false; // of JSON: no numbers, true or false
 };
 
 struct scCommand {

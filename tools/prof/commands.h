@@ -14,6 +14,8 @@ ExitCode RunLists(const scArguments& arguments);      // names.cpp
 ExitCode RunItems(const scArguments& arguments);      // names.cpp
 ExitCode RunConvert(const scArguments& arguments);    // convert.cpp
 ExitCode RunCheck(const scArguments& arguments);      // check.cpp
+ExitCode RunDiff(const scArguments& arguments);       // diff.cpp
+ExitCode RunMerge(const scArguments& arguments);      // merge.cpp
 ExitCode RunAttach(const scArguments& arguments);     // files.cpp
 ExitCode RunExtract(const scArguments& arguments);    // files.cpp
 ExitCode RunCopy(const scArguments& arguments);       // clipboard.cpp

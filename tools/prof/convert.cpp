@@ -2,6 +2,7 @@
 #include "commands.h"
 #include "edited_profile.h"
 #include "flat_lines.h"
+#include "json_commands.h"
 #include "profile_kind.h"
 #include "replacing.h"
 #include "stream.h"
@@ -50,6 +51,8 @@ ExitCode ConvertFlatLines(const scArguments& arguments) {
 ExitCode RunConvert(const scArguments& arguments) {
     if (arguments.flat)
         return ConvertFlatLines(arguments);
+    if (arguments.form == "json" || (arguments.form.empty() && HasJsonName(arguments.output)))
+        return ConvertToJson(arguments);
     clsEditedProfile profile{arguments, Replaceable::allProfiles};
     profile.Save(SaveFlags(arguments));
     return ExitCode::ok;

@@ -1,6 +1,7 @@
 // prof get: values, as they are or as the library reads them.
 #include "commands.h"
 #include "flat_lines.h"
+#include "json_commands.h"
 #include "matches.h"
 #include "paths.h"
 #include "text_io.h"
@@ -36,11 +37,14 @@ std::vector<scMatch> ItemsOf(const clsProfile& profile, const scArguments& argum
 
 ExitCode GetOne(const clsProfile& profile, const scArguments& arguments) {
     const std::string& path = arguments.paths.front();
-    if (arguments.fallback && !FindItem(profile.Job(), NamesInPath(ToWide(path))))
-        clsOutput::Standard().WriteLine(*arguments.fallback);
+    const bool usesFallback = arguments.fallback && !FindItem(profile.Job(), NamesInPath(ToWide(path)));
+    const std::string text = usesFallback
+                                 ? *arguments.fallback
+                                 : Typed(arguments, path, ItemsOf(profile, arguments, path).front().value);
+    if (arguments.json)
+        PrintJsonValue(text, arguments);
     else
-        clsOutput::Standard().WriteLine(
-            Typed(arguments, path, ItemsOf(profile, arguments, path).front().value));
+        clsOutput::Standard().WriteLine(text);
     return ExitCode::ok;
 }
 
@@ -52,8 +56,10 @@ ExitCode RunGet(const scArguments& arguments) {
     const clsProfile profile = clsProfile::Open(arguments.file, arguments.plainIni);
     if (arguments.paths.size() == 1 && !IsPattern(ToWide(arguments.paths.front())))
         return GetOne(profile, arguments);
-    if (arguments.fallback)
-        throw scFailure{ExitCode::usage, "--default", "goes with one path without * and ?"};
+    for (const auto& [isGiven, option] :
+         {std::pair{arguments.fallback.has_value(), "--default"}, std::pair{arguments.json, "--json"}})
+        if (isGiven)
+            throw scFailure{ExitCode::usage, option, "goes with one path without * and ?"};
     std::vector<scMatch> found;
     for (const std::string& path : arguments.paths)
         for (scMatch& match : ItemsOf(profile, arguments, path)) {

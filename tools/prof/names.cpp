@@ -1,6 +1,7 @@
 // prof lists and prof items: what is in one list.
 #include "commands.h"
 #include "flat_lines.h"
+#include "json_commands.h"
 #include "matches.h"
 #include "paths.h"
 #include "text_io.h"
@@ -58,6 +59,10 @@ std::vector<scMatch> ListsOf(const clsProfile& profile, const scArguments& argum
 ExitCode RunLists(const scArguments& arguments) {
     const clsProfile profile = clsProfile::Open(arguments.file, arguments.plainIni);
     const ProfList list = FindList(profile, arguments.file, arguments.path);
+    if (arguments.json) {
+        PrintJsonNames(profile, list, arguments);
+        return ExitCode::ok;
+    }
     return PrintList(profile, list, [](std::string& line, const scEntry& entry) {
         AppendEscaped(line, entry.name);
         return entry.IsList();
@@ -67,8 +72,15 @@ ExitCode RunLists(const scArguments& arguments) {
 ExitCode RunItems(const scArguments& arguments) {
     const clsProfile profile = clsProfile::Open(arguments.file, arguments.plainIni);
     const std::string first = arguments.paths.empty() ? std::string{} : arguments.paths.front();
-    if (arguments.paths.size() < 2 && !IsPattern(ToWide(first)))
-        return PrintList(profile, FindList(profile, arguments.file, first), AppendItem);
+    if (arguments.paths.size() < 2 && !IsPattern(ToWide(first))) {
+        const ProfList list = FindList(profile, arguments.file, first);
+        if (!arguments.json)
+            return PrintList(profile, list, AppendItem);
+        PrintJsonItems(profile, list, arguments);
+        return ExitCode::ok;
+    }
+    if (arguments.json)
+        throw scFailure{ExitCode::usage, "--json", "goes with one path without * and ?"};
     std::vector<scMatch> found;
     for (const std::string& path : arguments.paths)
         for (scMatch& match : ListsOf(profile, arguments, path))

@@ -3,6 +3,7 @@
 
 #include "exit_code.h"
 #include "file_access.h"
+#include "json_profile.h"
 #include "load_report.h"
 #include "profile_kind.h"
 #include "reading.h"
@@ -19,19 +20,31 @@ ProfJob OpenStream(IStream& stream, const std::string& name, UINT flags) {
     return ProfJobOpenStreamObjectW(&stream, ToWide(name).c_str(), flags);
 }
 
-ProfJob OpenJob(const std::string& name, bool plainIni) {
+// XML is read as XML, and only what is none line by line: so nothing is lost of what other programs have laid
+// out anew, and a file of ours that was edited by hand is read as ever.
+JobPtr OpenJob(const std::string& name, bool plainIni) {
     const bool standard = name == standardStream;
     const std::string& input = standard ? StandardInput() : name;
     const scReading reading =
         HowToRead(name, standard ? ContentsOfBytes(input) : ContentsOfFile(ToWide(name)), plainIni);
     if (reading.note != nullptr)
         PrintError("prof", DisplayName(name), reading.note);
-    if (standard)
-        return OpenStream(*MemoryStream(input), DisplayName(name), reading.flags);
     const std::wstring path = ToWide(name);
-    if (reading.flags != 0)
-        return OpenStream(*FileStream(path, name), name, reading.flags);
-    return ProfJobOpenW(path.c_str());
+    if (reading.isJson)
+        return ProfileOfJson(standard ? input : ContentsOf(*FileStream(path, name)), DisplayName(name));
+    const auto open = [&](UINT flags) {
+        if (standard)
+            return JobPtr{OpenStream(*MemoryStream(input), DisplayName(name), flags)};
+        return JobPtr{flags != 0 ? OpenStream(*FileStream(path, name), name, flags)
+                                 : ProfJobOpenW(path.c_str())};
+    };
+    JobPtr job = open(reading.flags);
+    if (reading.isOurs && ProfGetError(job.get()) == PROF_LOAD_FAILED) {
+        JobPtr ours = open(0);
+        if (ProfGetError(ours.get()) == PROF_OK)
+            return ours;
+    }
+    return job;
 }
 
 // The library distinguishes a file that it cannot open from one that it cannot load, but does not say why.
@@ -67,7 +80,7 @@ const std::string& StandardInput() {
     return input;
 }
 
-clsProfile::clsProfile(ProfJob job) : job_(job) {
+clsProfile::clsProfile(JobPtr job) : job_(std::move(job)) {
     if (!job_)
         throw std::bad_alloc{};
 }
@@ -84,7 +97,7 @@ clsProfile clsProfile::Open(const std::string& name, bool plainIni) {
 
 clsProfile clsProfile::OpenHeld(const std::string& name) {
     const clsLoadReport report;
-    clsProfile profile{ProfJobOpenExclusiveW(ToWide(name).c_str())};
+    clsProfile profile{JobPtr{ProfJobOpenExclusiveW(ToWide(name).c_str())}};
     const INT error = ProfGetError(profile.Job());
     if (error == PROF_EXCLUSIVE_FAILED)
         throw WhyNotSaved(name);
@@ -115,12 +128,12 @@ clsProfile clsProfile::Copy() const {
 }
 
 clsProfile clsProfile::MakeEmpty() {
-    return clsProfile{ProfJobOpenW(nullptr)};
+    return clsProfile{JobPtr{ProfJobOpenW(nullptr)}};
 }
 
 clsProfile clsProfile::FromClipboard() {
     const clsLoadReport report;
-    clsProfile profile{ProfJobOpenClipboard(nullptr)};
+    clsProfile profile{JobPtr{ProfJobOpenClipboard(nullptr)}};
     const INT error = ProfGetError(profile.Job());
     if (error == PROF_OPEN_FAILED)
         throw scFailure{ExitCode::notFound, "clipboard", "holds no profile, or is in use by another program"};

@@ -23,8 +23,16 @@ const std::string& StandardInput();
 // What to say of a file that cannot be saved.
 scFailure WhyNotSaved(const std::string& name);
 
+struct scCloseJob {
+    void operator()(ProfJob job) const { ProfJobClose(job); }
+};
+using JobPtr = std::unique_ptr<ProfJobObject, scCloseJob>;
+
 class clsProfile {
   public:
+    // Throws std::bad_alloc for none.
+    explicit clsProfile(JobPtr job);
+
     // Opens and loads; throws Failure with cannotOpen or malformed. A plain INI file is known by its name,
     // its contents or the caller's word; standard error says so when only the contents show it, and what was
     // not read.
@@ -52,14 +60,9 @@ class clsProfile {
     void Save(const std::string& name, UINT flags) const;
 
   private:
-    explicit clsProfile(ProfJob job);
     void SaveToStandardOutput(UINT flags) const;
 
-    struct scCloseJob {
-        void operator()(ProfJob job) const { ProfJobClose(job); }
-    };
-
-    std::unique_ptr<ProfJobObject, scCloseJob> job_;
+    JobPtr job_;
 };
 
 } // namespace tool::prof

@@ -99,6 +99,24 @@ bool HasRootHeader(std::string_view text) {
     return false;
 }
 
+// The first units that are no blanks.
+std::string Beginning(std::string_view text, std::size_t count) {
+    std::string result;
+    for (const char unit : text) {
+        if (result.size() == count)
+            break;
+        if (std::string_view{" \t\r\n"}.find(unit) == std::string_view::npos)
+            result += unit;
+    }
+    return result;
+}
+
+// A block of the text form begins with an item or a brace, a section may be named {...}, but hardly {"...}.
+bool IsJson(std::string_view text) {
+    const std::string beginning = Beginning(text, 3);
+    return beginning.starts_with("{\"") || beginning.starts_with("{}") || beginning == "[{\"";
+}
+
 // The last line of a beginning may be half a line.
 std::string WholeLines(std::string text, bool cut) {
     const std::size_t end = text.find_last_of(lineEnds);
@@ -107,7 +125,7 @@ std::string WholeLines(std::string text, bool cut) {
     return text;
 }
 
-// What other tools wrote anew has other declarations, or several elements in a line, which are not read.
+// What other tools wrote anew has other declarations, or several elements in a line.
 bool IsOwnXml(std::string_view text) {
     if (TakeLine(text) != xmlDeclaration)
         return false;
@@ -127,8 +145,8 @@ scContents ContentsOfMarkup(std::string_view text) {
     const std::string_view root = MarkupRoot(text);
     if (IsSame(root, "xfdf"))
         return {IsOwnXfdf(text) ? FileKind::xfdf : FileKind::otherXfdf, std::string{root}};
-    if (IsSame(root, "profile") && IsOwnXml(text))
-        return {FileKind::xml, std::string{root}};
+    if (IsSame(root, "profile"))
+        return {IsOwnXml(text) ? FileKind::xml : FileKind::otherXml, std::string{root}};
     return {FileKind::markup, std::string{root}};
 }
 
@@ -146,6 +164,8 @@ scContents ContentsOfBytes(std::string_view bytes) {
         return {FileKind::text, {}};
     if (IsBinary(text))
         return {FileKind::binary, {}};
+    if (IsJson(text))
+        return {FileKind::json, {}};
     return first.starts_with('<') ? ContentsOfMarkup(text) : scContents{KindOfLines(text), {}};
 }
 
@@ -169,6 +189,10 @@ bool HasXfdfName(std::string_view name) {
 
 bool HasXmlName(std::string_view name) {
     return EndsWith(name, ".xml");
+}
+
+bool HasJsonName(std::string_view name) {
+    return EndsWith(name, ".json");
 }
 
 } // namespace tool::prof

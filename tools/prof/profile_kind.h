@@ -16,9 +16,11 @@ enum class FileKind {
     empty,      // nothing, or blanks
     text,       // the first header is the root list
     compressed, // a profile in the compressed wrapper
-    xml,        // an XML profile
+    xml,        // an XML profile as it is saved here
+    otherXml,   // one that another program has laid out anew
     xfdf,       // XFDF as it is saved here
     otherXfdf,  // of any program
+    json,       // begins as a JSON object, or an array of them
     comments,   // lines that begin with # or ; and no others
     plainIni,   // items and sections
     markup,     // other XML, HTML
@@ -49,5 +51,8 @@ bool HasXfdfName(std::string_view name);
 
 // Ends in .xml, in any case.
 bool HasXmlName(std::string_view name);
+
+// Ends in .json, in any case.
+bool HasJsonName(std::string_view name);
 
 } // namespace tool::prof

@@ -8,8 +8,10 @@
 namespace tool::prof {
 
 struct scReading {
-    unsigned flags;   // PROF_READ_...
-    const char* note; // what the caller should know of the choice; null: nothing
+    unsigned flags;      // PROF_READ_...
+    const char* note;    // what the caller should know of the choice; null: nothing
+    bool isJson = false; // which the library does not read
+    bool isOurs = false; // the library's own opening may take it, too, if it is refused so
 };
 
 // name is what the command line says, "-" too. Throws Failure with malformed for what is no profile: the

@@ -1,6 +1,7 @@
 // prof show: a profile for reading, as a tree or as flat lines.
 #include "commands.h"
 #include "flat_lines.h"
+#include "json_commands.h"
 #include "paths.h"
 #include "text_io.h"
 #include "tree_walk.h"
@@ -44,6 +45,10 @@ void ShowTree(clsTreeWalk& walk) {
 ExitCode RunShow(const scArguments& arguments) {
     const clsProfile profile = clsProfile::Open(arguments.file, arguments.plainIni);
     const ProfList start = FindList(profile, arguments.file, arguments.path);
+    if (arguments.json) {
+        PrintJsonList(profile, start, arguments);
+        return ExitCode::ok;
+    }
     clsTreeWalk walk{profile.Job(), start, clsTreeWalk::Scope::wholeTree};
     const bool isRoot = arguments.path.empty() || arguments.path == "/";
     if (arguments.flat)

@@ -8,6 +8,7 @@ namespace tool {
 enum class ExitCode : int {
     ok = 0,
     notFound = 1,
+    different = 1, // of a comparison
     usage = 2,
     cannotOpen = 3,
     malformed = 4,

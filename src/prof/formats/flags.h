@@ -9,6 +9,7 @@ namespace tvut {
 namespace readFlags {
 constexpr std::uint32_t foreignXfdf = 1;
 constexpr std::uint32_t plainIni = 2;
+constexpr std::uint32_t foreignXml = 4;
 } // namespace readFlags
 
 namespace saveFlags {

@@ -23,6 +23,8 @@ void ProfpReadPlainIni(clsLineReader& lines, clsItemList& target, const clsLoadW
 void ProfpReadXml(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings);
 void ProfpReadXfdf(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings);
 void ProfpReadForeignXfdf(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings);
+void ProfpReadForeignXml(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings);
+void ProfpReadForeignMarkup(clsLineReader& lines, clsItemList& target, const clsLoadWarnings& warnings);
 
 struct scFormWriter {
     // The exact number of bytes that write will write.

@@ -49,6 +49,15 @@ class clsLineReader {
         --number_;
     }
 
+    // All that follows, read into memory as a whole, zeros replaced. A line end and fifteen more units follow
+    // it. The next line is still the next.
+    std::u16string_view Rest() {
+        while (Refill(next_)) {
+        }
+        input_.ReplaceZeros(next_, end_);
+        return View(next_, end_);
+    }
+
     std::u16string_view Line() const { return View(begin_, lineEnd_); }
     char16_t First() const { return *begin_; }
 

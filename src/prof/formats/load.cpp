@@ -7,6 +7,7 @@
 #include "prof/formats/flags.h"
 #include "prof/formats/form.h"
 #include "prof/formats/load_error.h"
+#include "prof/formats/xml_encoding.h"
 #include "runtime/diagnostics.h"
 
 namespace tvut {
@@ -26,33 +27,39 @@ void Unwrap(clsInputText& input, scLoadResult& result) {
     }
 }
 
+// Foreign XML may say what it is written in.
+void Decode(clsInputText& input, const scLoadRequest& request) {
+    const bool mayDeclare = request.mode == ReadMode::foreignXml || request.mode == ReadMode::foreignMarkup;
+    const unsigned declared = mayDeclare ? ProfpDeclaredCodePage(input.Bytes()) : 0;
+    input.Decode(declared != 0 ? declared : request.codePage, declared != 0);
+}
+
 FormReader ReaderFor(clsLineReader& lines, ReadMode mode) {
     if (mode == ReadMode::plainIni)
         return ProfpReadPlainIni;
     if (!lines.Next())
         return ProfpReadXml; // nothing at all is an empty profile in any form
-    const FormReader reader = ProfpDetectForm(lines.Line(), mode == ReadMode::foreignXfdf);
+    const std::u16string_view first = lines.Line();
+    const bool isForeign = mode == ReadMode::foreignXml || mode == ReadMode::foreignMarkup;
+    const FormReader reader =
+        isForeign && first.starts_with(u'<')
+            ? mode == ReadMode::foreignXml ? ProfpReadForeignXml : ProfpReadForeignMarkup
+            : ProfpDetectForm(first, mode == ReadMode::foreignXfdf);
     lines.Unread();
     return reader;
 }
 
 // Two lines: where the fault is, and which input it is in.
 void Report(const clsLoadException& error, std::u16string_view inputName) {
-    const auto line = static_cast<std::int32_t>(error.Line());
-    clsDiagnosticLine()
-        .Put(u"PROF load error line ")
-        .Put(line)
-        .Put(u": '")
-        .Put(error.Message())
-        .Put(u"'")
-        .Write();
-    clsDiagnosticLine()
-        .Put(inputName)
-        .Put(u": error '")
-        .Put(error.Message())
-        .Put(u"' in line ")
-        .Put(line)
-        .Write();
+    const auto number = static_cast<std::int32_t>(error.Line());
+    clsDiagnosticLine line;
+    line.Put(u"PROF load error line ").Put(number).Put(u": '");
+    error.PutMessage(line);
+    line.Put(u"'").Write();
+    clsDiagnosticLine named;
+    named.Put(inputName).Put(u": error '");
+    error.PutMessage(named);
+    named.Put(u"' in line ").Put(number).Write();
 }
 
 } // namespace
@@ -60,7 +67,10 @@ void Report(const clsLoadException& error, std::u16string_view inputName) {
 ReadMode ProfpReadMode(std::uint32_t flags) {
     if ((flags & readFlags::plainIni) != 0)
         return ReadMode::plainIni;
-    return (flags & readFlags::foreignXfdf) != 0 ? ReadMode::foreignXfdf : ReadMode::detect;
+    const bool xfdf = (flags & readFlags::foreignXfdf) != 0;
+    if ((flags & readFlags::foreignXml) != 0)
+        return xfdf ? ReadMode::foreignMarkup : ReadMode::foreignXml;
+    return xfdf ? ReadMode::foreignXfdf : ReadMode::detect;
 }
 
 scLoadResult ProfpLoad(clsByteSource& source, clsItemList& target, const scLoadRequest& request) {
@@ -70,7 +80,7 @@ scLoadResult ProfpLoad(clsByteSource& source, clsItemList& target, const scLoadR
         Unwrap(input, result);
         if (request.isFilledUp)
             input.ReadAll();
-        input.Decode(request.codePage);
+        Decode(input, request);
         if (request.isFilledUp)
             input.DropZerosAtEnd();
         clsLineReader lines(input);

@@ -9,7 +9,7 @@
 
 namespace tvut {
 
-enum class ReadMode { detect, foreignXfdf, plainIni };
+enum class ReadMode { detect, foreignXfdf, plainIni, foreignXml, foreignMarkup }; // the last: XML and XFDF
 
 // The mode that flags of ProfJobOpenStreamObject ask for.
 ReadMode ProfpReadMode(std::uint32_t flags);

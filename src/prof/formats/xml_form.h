@@ -20,6 +20,14 @@ constexpr std::u16string_view xmlHeader =
     u"   <!ATTLIST item xml:space (default|preserve) \"preserve\"> ]>\r\n"
     u"<!-- DATA -->\r\n";
 
+// Lines, and what begins one.
+constexpr std::u16string_view xmlProfileBegin = u"<profile>\r\n";
+constexpr std::u16string_view xmlProfileEnd = u"</profile>\r\n";
+constexpr std::u16string_view xmlListBegin = u"<list name=\"";
+constexpr std::u16string_view xmlListEnd = u"</list>\r\n";
+constexpr std::u16string_view xmlItemBegin = u"<item name=\"";
+constexpr std::u16string_view xmlItemEnd = u"</item>\r\n";
+
 constexpr std::string_view xfdfHeader =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\r\n"
     "<xfdf xmlns=\"http://ns.adobe.com/xfdf/\" xml:space=\"preserve\">\r\n";

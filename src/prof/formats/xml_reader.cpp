@@ -2,9 +2,9 @@
 #include "prof/formats/form.h"
 #include "prof/formats/tree_builder.h"
 #include "prof/formats/xfdf_reader.h"
+#include "prof/formats/xml_layout.h"
 #include "prof/formats/xml_tags.h"
 #include "prof/formats/xml_text.h"
-#include "text/units.h"
 
 #include <algorithm>
 #include <string>
@@ -13,34 +13,13 @@ namespace tvut {
 
 namespace {
 
-constexpr std::u16string_view itemBegin = u"<item name=\"";
-constexpr std::u16string_view itemEnd = u"</item>";
-
-struct scItemLine {
-    std::u16string_view name;
-    std::u16string_view value;
-    bool plain; // neither holds a reference
-};
-
-// Splits a line that stands to the letter as the writer writes it; false for any other.
-bool SplitWrittenItem(std::u16string_view line, const scMarkupLine& scan, scItemLine& item) {
-    const char16_t* const end = scan.less;
-    const char16_t* const name = line.data() + itemBegin.size();
-    if (scan.end - end != itemEnd.size() || end - scan.quote < 2 || scan.quote[1] != u'>' ||
-        !UtilpEqual(line.substr(0, itemBegin.size()), itemBegin) ||
-        !UtilpEqual({end, itemEnd.size()}, itemEnd))
-        return false;
-    item = {{name, scan.quote}, {scan.quote + 2, end}, !scan.marked};
-    return true;
-}
-
 class clsXmlParser {
   public:
     clsXmlParser(clsLineReader& lines, clsItemList& target)
         : lines_(lines), target_(target), tree_(target), xfdf_(lines, target) {}
 
     void Parse(const clsLoadWarnings& warnings) {
-        constexpr unsigned withoutQuotes = itemBegin.size();
+        constexpr unsigned withoutQuotes = xmlItemBegin.size();
         const std::uint32_t endBefore = target_.End();
         while (lines_.NextElement<withoutQuotes>())
             ParseLine(lines_.Line());
@@ -58,8 +37,8 @@ class clsXmlParser {
     static const scTag tags[];
 
     void ParseLine(std::u16string_view line) {
-        scItemLine item;
-        if (inProfile_ && !inComment_ && SplitWrittenItem(line, lines_.Markup(), item))
+        scXmlItemLine item;
+        if (inProfile_ && !inComment_ && ProfpSplitWrittenItem(line, lines_.Markup(), item))
             AppendItem(item);
         else if (inComment_)
             ParseInComment(line);
@@ -101,7 +80,7 @@ class clsXmlParser {
         if (begin == tag.rest.npos)
             Fail(u"prof::xml::item no end tag (2)");
         const std::u16string_view value = tag.rest.substr(begin + 1);
-        const std::size_t end = value.find(itemEnd);
+        const std::size_t end = value.find(xmlItemEndTag);
         if (end == value.npos)
             Fail(u"prof::xml::item no '</item>' tag found");
         AppendItem({tag.name, value.substr(0, end), false});
@@ -158,7 +137,7 @@ class clsXmlParser {
         inProfile_ = false;
     }
 
-    void AppendItem(const scItemLine& item) {
+    void AppendItem(const scXmlItemLine& item) {
         if (item.plain)
             tree_.AppendItem(item.name, item.value);
         else

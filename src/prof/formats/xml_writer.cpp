@@ -9,24 +9,20 @@ namespace tvut {
 
 namespace {
 
-constexpr std::u16string_view itemBegin = u"<item name=\"";
 constexpr std::u16string_view itemMiddle = u"\">";
-constexpr std::u16string_view itemEnd = u"</item>\r\n";
-constexpr std::u16string_view listBegin = u"<list name=\"";
 constexpr std::u16string_view listMiddle = u"\">\r\n";
-constexpr std::u16string_view listEnd = u"</list>\r\n";
 
 class clsMeasure {
   public:
     void Item(const clsItem& item, std::uint32_t level) {
-        units_ += ProfpIndentationLength(level) + itemBegin.size() + itemMiddle.size() + itemEnd.size() +
-                  ProfpEscapedLength(item.Name()) + ProfpEscapedLength(item.Value());
+        units_ += ProfpIndentationLength(level) + xmlItemBegin.size() + itemMiddle.size() +
+                  xmlItemEnd.size() + ProfpEscapedLength(item.Name()) + ProfpEscapedLength(item.Value());
     }
     void BeginList(const clsItem& entry, std::uint32_t level) {
-        units_ += ProfpIndentationLength(level) + listBegin.size() + listMiddle.size() +
+        units_ += ProfpIndentationLength(level) + xmlListBegin.size() + listMiddle.size() +
                   ProfpEscapedLength(entry.Name());
     }
-    void EndList(std::uint32_t level) { units_ += ProfpIndentationLength(level) + listEnd.size(); }
+    void EndList(std::uint32_t level) { units_ += ProfpIndentationLength(level) + xmlListEnd.size(); }
     std::uint64_t Units() const { return units_; }
 
   private:
@@ -40,27 +36,27 @@ class clsWriter {
     void Item(const clsItem& item, std::uint32_t level) {
         const std::u16string_view name = item.Name();
         const std::u16string_view value = item.Value();
-        const std::uint64_t most = ProfpIndentationLength(level) + itemBegin.size() + itemMiddle.size() +
-                                   itemEnd.size() +
+        const std::uint64_t most = ProfpIndentationLength(level) + xmlItemBegin.size() + itemMiddle.size() +
+                                   xmlItemEnd.size() +
                                    clsXmlReference::longest * (std::uint64_t{name.size()} + value.size());
         ProfpPutInOnePiece(output_, most, [&](auto& line) {
             line.PutIndentation(level);
-            line.Put(itemBegin);
+            line.Put(xmlItemBegin);
             ProfpPutEscaped(line, name);
             line.Put(itemMiddle);
             ProfpPutEscaped(line, value);
-            line.Put(itemEnd);
+            line.Put(xmlItemEnd);
         });
     }
     void BeginList(const clsItem& entry, std::uint32_t level) {
         output_.PutIndentation(level);
-        output_.Put(listBegin);
+        output_.Put(xmlListBegin);
         ProfpPutEscaped(output_, entry.Name());
         output_.Put(listMiddle);
     }
     void EndList(std::uint32_t level) {
         output_.PutIndentation(level);
-        output_.Put(listEnd);
+        output_.Put(xmlListEnd);
     }
 
   private:
@@ -71,9 +67,8 @@ struct scXmlForm {
     using Unit = char16_t;
     using Measure = clsMeasure;
     using Writer = clsWriter;
-    static constexpr std::array head{std::u16string_view(u"\uFEFF"), xmlHeader,
-                                     std::u16string_view(u"<profile>\r\n")};
-    static constexpr std::u16string_view tail = u"</profile>\r\n";
+    static constexpr std::array head{std::u16string_view(u"\uFEFF"), xmlHeader, xmlProfileBegin};
+    static constexpr std::u16string_view tail = xmlProfileEnd;
 };
 
 } // namespace

@@ -89,7 +89,7 @@ void clsInputText::ReadAll() {
         Reserve(capacity_ * 2);
 }
 
-void clsInputText::Decode(unsigned codePage) {
+void clsInputText::Decode(unsigned codePage, bool isSaid) {
     if (BeginsWith(Bytes(), "\xFF\xFE"))
         return UseInPlace(2);
     ReadAll();
@@ -104,7 +104,7 @@ void clsInputText::Decode(unsigned codePage) {
 
     const std::string_view encoded = bytes.substr(markedUtf8 ? 3 : 0);
     auto decoded = Allocate(encoded.size() * sizeof(char16_t));
-    const std::size_t length = markedUtf8 || UtilpIsUtf8(encoded)
+    const std::size_t length = markedUtf8 || (!isSaid && UtilpIsUtf8(encoded))
                                    ? UtilpDecodeUtf8(encoded, decoded.get())
                                    : PlatformDecode(codePage, encoded, decoded.get());
     storage_ = std::move(decoded);

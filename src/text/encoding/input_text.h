@@ -33,8 +33,8 @@ class clsInputText {
 
     // Decodes the bytes. With a byte-order mark: UTF-16 (either order) or UTF-8. Without: UTF-16
     // little-endian when its line ends, "=" and brackets are, else UTF-8 when all of it is valid, else the
-    // code page.
-    void Decode(unsigned codePage);
+    // code page; and the code page at once when the text is said to be in it.
+    void Decode(unsigned codePage, bool isSaid = false);
 
     // After Decode: the text, or the first window of it, without the byte-order mark.
     std::u16string_view Text() const { return text_; }

@@ -27,25 +27,34 @@ void Require(bool fine, const char* otherwise) {
         throw clsXmlError(otherwise);
 }
 
-// UTF-16 as UTF-8, in blocks.
-std::string FromUtf16(std::string_view bytes, bool isBigEndian) {
-    constexpr std::size_t blockUnits = 2048;
+constexpr std::size_t blockUnits = 2048;
+
+// UTF-16 as UTF-8, in blocks: units(at, most) is a view of that many units from a place on, at most.
+template <class Units>
+std::string FromUtf16(std::size_t length, Units units) {
     std::string text;
-    text.reserve(bytes.size() / 2 + blockUnits * longestUtf8);
-    char16_t units[blockUnits];
+    text.reserve(length + blockUnits * longestUtf8);
     char room[blockUnits * longestUtf8];
-    for (std::size_t at = 0, count = 0; at + 1 < bytes.size(); at += count * 2) {
-        count = std::min(blockUnits, (bytes.size() - at) / 2);
-        for (std::size_t unit = 0; unit < count; ++unit) {
-            const auto first = static_cast<unsigned char>(bytes[at + unit * 2]);
-            const auto second = static_cast<unsigned char>(bytes[at + unit * 2 + 1]);
-            units[unit] = static_cast<char16_t>(isBigEndian ? first << 8 | second : second << 8 | first);
-        }
-        if (count > 1 && UtilpIsHighSurrogate(units[count - 1]))
-            --count; // comes again with its other half
-        text.append(room, UtilpEncodeUtf8({units, count}, room));
+    for (std::size_t at = 0; at < length;) {
+        std::u16string_view block = units(at, std::min(blockUnits, length - at));
+        if (block.size() > 1 && UtilpIsHighSurrogate(block.back()))
+            block.remove_suffix(1); // comes again with its other half
+        text.append(room, UtilpEncodeUtf8(block, room));
+        at += block.size();
     }
     return text;
+}
+
+std::string FromUtf16Bytes(std::string_view bytes, bool isBigEndian) {
+    char16_t block[blockUnits];
+    return FromUtf16(bytes.size() / 2, [&](std::size_t at, std::size_t count) {
+        for (std::size_t unit = 0; unit < count; ++unit) {
+            const auto first = static_cast<unsigned char>(bytes[(at + unit) * 2]);
+            const auto second = static_cast<unsigned char>(bytes[(at + unit) * 2 + 1]);
+            block[unit] = static_cast<char16_t>(isBigEndian ? first << 8 | second : second << 8 | first);
+        }
+        return std::u16string_view(block, count);
+    });
 }
 
 void MakeUtf8(std::string& document) {
@@ -53,9 +62,9 @@ void MakeUtf8(std::string& document) {
     if (bytes.starts_with("\xEF\xBB\xBF"))
         document.erase(0, 3);
     else if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
-        document = FromUtf16(bytes.substr(2), bytes[0] == '\xFE');
+        document = FromUtf16Bytes(bytes.substr(2), bytes[0] == '\xFE');
     else if (bytes.starts_with(std::string_view("<\0", 2)) || bytes.starts_with(std::string_view("\0<", 2)))
-        document = FromUtf16(bytes, bytes[0] == '\0');
+        document = FromUtf16Bytes(bytes, bytes[0] == '\0');
 }
 
 void AppendCharacter(std::u16string& text, std::uint32_t character) {
@@ -118,6 +127,10 @@ clsXmlReader::clsXmlReader(std::string document) : document_(std::move(document)
     MakeUtf8(document_);
 }
 
+clsXmlReader::clsXmlReader(std::u16string_view document)
+    : document_(FromUtf16(document.size(),
+                          [&](std::size_t at, std::size_t count) { return document.substr(at, count); })) {}
+
 // ---- Events -------------------------------------------------------------------------------------
 
 clsXmlReader::Event clsXmlReader::Next() {
@@ -164,8 +177,11 @@ clsXmlReader::Event clsXmlReader::TakeMarkup() {
     if (rest.starts_with("</"))
         return End();
     if (rest.starts_with("<!--")) {
-        at_ += 4;
+        const std::size_t start = at_ += 4;
         SkipTo("-->");
+        text_ = std::string_view(document_).substr(start, at_ - 3 - start);
+        if (tellsComments_)
+            return Event::comment;
     } else if (rest.starts_with(cdata)) {
         const std::size_t start = at_ += cdata.size();
         SkipTo("]]>");

@@ -30,7 +30,7 @@ class clsXmlReader {
     static constexpr std::size_t longestAttribute = 1024 * 1024; // bytes
     static constexpr std::size_t allUnits = SIZE_MAX;
 
-    enum class Event { start, end, text, finished };
+    enum class Event { start, end, text, comment, finished };
 
     struct scAttribute {
         std::string_view prefix, name; // UTF-8
@@ -39,11 +39,19 @@ class clsXmlReader {
 
     // Takes a whole document, UTF-8 or UTF-16. All calls throw clsXmlError and std::bad_alloc.
     explicit clsXmlReader(std::string document);
+    explicit clsXmlReader(std::u16string_view document);
     clsXmlReader(const clsXmlReader&) = delete;
     clsXmlReader& operator=(const clsXmlReader&) = delete;
 
+    // Comments are passed over unless they are asked for.
+    void TellComments() { tellsComments_ = true; }
+
     // An element that is empty starts and ends, too. Text may come in several pieces.
     Event Next();
+
+    // The document, UTF-8, and how much of it has been read.
+    std::string_view Document() const { return document_; }
+    std::size_t Position() const { return at_; }
 
     // Of the element that has started or ended.
     std::string_view Name() const { return name_; }                    // without prefix
@@ -60,6 +68,10 @@ class clsXmlReader {
 
     // The piece of text.
     std::u16string Text() const;
+
+    // The piece of text as it stands in the document, or the comment; and whether an ampersand in it is one.
+    std::string_view RawText() const { return text_; }
+    bool IsLiteral() const { return textIsRaw_; }
 
     // The text of the element that has started, and of all in it: pieces that come after that many units
     // are left out. The element has ended then.
@@ -95,6 +107,7 @@ class clsXmlReader {
     std::string_view prefix_, name_, text_;
     std::string_view textLeft_; // what follows text_ in pieces of its own
     bool textIsRaw_ = false;
+    bool tellsComments_ = false;
     bool isEmpty_ = false;  // the element that has started has ended with it
     bool hasEnded_ = false; // the last event was an end: what it declared is still in force
 };

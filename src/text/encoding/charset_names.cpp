@@ -1,4 +1,4 @@
-#include "docinfo/charset_names.h"
+#include "text/encoding/charset_names.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-// Character sets by the names that mail and HTML give them.
+// Character sets by the names that mail, HTML and XML give them.
 #pragma once
 
 #include <optional>
