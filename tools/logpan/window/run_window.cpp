@@ -28,7 +28,7 @@ void RunAlone(const scArguments& arguments) {
 } // namespace
 
 ExitCode RunWindow(const scArguments& arguments) {
-    FilterOf(arguments); // a bad pattern ends the program before it takes another viewer's place
+    FilterTextOf(arguments); // a bad pattern ends the program before it takes another viewer's place
     try {
         const clsOnlyViewer only;
         RunAlone(arguments);
