@@ -12,6 +12,8 @@ foreach(page CHANGELOG.md CONTRIBUTING.md LICENSE README.md THIRD-PARTY.md)
   install(FILES ${PROJECT_SOURCE_DIR}/${page} DESTINATION .)
 endforeach()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs ${PROJECT_SOURCE_DIR}/examples DESTINATION .)
+# For those who read logpan's JSON with lnav.
+install(FILES ${PROJECT_SOURCE_DIR}/share/lnav/tvut22_log.json DESTINATION share/lnav)
 
 # The package of symbols: debug files (tvut22_keep_symbols), the page about them and what reads them.
 foreach(file docs/symbols.md scripts/name-frames)

@@ -29,6 +29,7 @@ void Declare(CLI::App& app, scArguments& arguments) {
                    "Show only such lines: \"severity=warning,error module=A,!B thread=1b0 process=x.exe\"");
     app.add_option("FILE", arguments.files,
                    "Shows these instead of what programs write: saved lines, log files or any text");
+    app.add_option("--settings", arguments.settings, "Where the window keeps its settings");
     app.add_option("--max-lines", arguments.maxLines, "End after this number of printed lines")
         ->check(CLI::PositiveNumber);
     app.add_option("--exit-after", arguments.exitAfter, "End after this number of seconds")

@@ -21,6 +21,7 @@ struct scArguments {
     std::string only;
     std::uint64_t maxLines = 0; // 0: no limit
     std::optional<double> exitAfter;
+    std::optional<std::string> settings; // a file of its own; else the usual one
     std::size_t capacity = 200'000;
     std::size_t megabytes = 128;
     std::uint32_t datagram = 65507;

@@ -3,6 +3,7 @@
 #include "sender_process.h"
 
 #include "owned.h"
+#include "system_function.h"
 
 #include <winsock2.h>
 
@@ -17,18 +18,9 @@ namespace {
 
 using GetTable = decltype(&GetExtendedUdpTable);
 
-GetTable LoadGetTable() {
-    std::wstring path(MAX_PATH, L'\0');
-    path.resize(GetSystemDirectoryW(path.data(), static_cast<UINT>(path.size())));
-    const HMODULE library = LoadLibraryW((path + L"\\iphlpapi.dll").c_str());
-    return library == nullptr ? nullptr
-                              : reinterpret_cast<GetTable>(
-                                    reinterpret_cast<void*>(GetProcAddress(library, "GetExtendedUdpTable")));
-}
-
 // The owner of the IPv4 socket.
 std::optional<DWORD> OwnerOf(std::uint16_t port) {
-    static const GetTable get = LoadGetTable();
+    static const auto get = SystemFunction<GetTable>(L"\\iphlpapi.dll", "GetExtendedUdpTable");
     if (get == nullptr)
         return std::nullopt;
     std::vector<DWORD> room(4 * 1024);
