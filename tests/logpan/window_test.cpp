@@ -203,6 +203,9 @@ TEST_F(Window, OpensFilesWithDamagedSettings) {
               L"12:34:56.789 A        00000001/00 1 one\r\n12:34:56.790 B        00000001/00 2 two\r\n");
     DropOn(window_, two);
     Until([this] { return Rows() == 1; });
+    DropOn(window_, folder_ / L"missing");
+    Until([this] { return Typed(ID_STATUS).find(L"missing: ") != std::wstring::npos; });
+    EXPECT_EQ(Rows(), 0);
     EXPECT_NE(Close().find(L"Theme=system"), std::wstring::npos);
     EXPECT_TRUE(std::filesystem::exists(folder_ / L"logpan.prf.bad"));
 }

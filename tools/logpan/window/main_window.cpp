@@ -39,7 +39,9 @@ constexpr scControlKind detailKind{
 // Notifies the main window after the list has handled what the user did. What the list's header asks goes to
 // the list, and on to the main window.
 LRESULT CALLBACK WatchList(HWND list, UINT message, WPARAM first, LPARAM second, UINT_PTR, DWORD_PTR main) {
-    if (message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(second)->code == NM_CUSTOMDRAW)
+    const auto* notified = message == WM_NOTIFY ? reinterpret_cast<const NMHDR*>(second) : nullptr;
+    if (notified != nullptr && notified->code == NM_CUSTOMDRAW &&
+        notified->hwndFrom == ListView_GetHeader(list))
         return SendMessageW(reinterpret_cast<HWND>(main), messageHeader, first, second);
     const LRESULT result = DefSubclassProc(list, message, first, second);
     if (message == WM_VSCROLL || message == WM_MOUSEWHEEL || message == WM_KEYDOWN ||
@@ -246,13 +248,15 @@ void clsMainWindow::Update() {
     scCounters counters = Store().Counters();
     counters.held = lines_.Held(counters);
     status_->ShowCounts(counters, lines_.size(), !live ? L"File" : pausedAt_ ? L"Paused" : L"Live");
+    if (files_ && files_->Title() != title_) // one of them cannot be read
+        Say();
     if (search_.Now() == clsSearch::State::running)
         GoOnFinding(filterBudget);
 }
 
 void clsMainWindow::Say() {
     if (files_)
-        status_->Say(files_->Title());
+        status_->Say(title_ = files_->Title());
     else if (port_ == 0)
         status_->Say(L"Not listening");
     else

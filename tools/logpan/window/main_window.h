@@ -108,6 +108,7 @@ class clsMainWindow {
     HWND detail_ = nullptr;
     HWND focusBefore_ = nullptr;
     std::uint16_t port_ = 0;
+    std::wstring title_;                    // of the files, as it was said
     std::optional<std::uint64_t> pausedAt_; // the number of the first line that is not shown then
 };
 
