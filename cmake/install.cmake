@@ -14,6 +14,8 @@ foreach(page CHANGELOG.md CONTRIBUTING.md LICENSE README.md SECURITY.md THIRD-PA
 endforeach()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/bindings ${PROJECT_SOURCE_DIR}/docs ${PROJECT_SOURCE_DIR}/examples DESTINATION .)
 install(FILES ${PROJECT_SOURCE_DIR}/tools/prof/completion/prof DESTINATION share/bash-completion/completions)
+# For those who read logpan's JSON with lnav.
+install(FILES ${PROJECT_SOURCE_DIR}/share/lnav/tvut22_log.json DESTINATION share/lnav)
 
 # The package of symbols: debug files (tvut22_keep_symbols), the page about them and what reads them.
 foreach(file docs/symbols.md scripts/name-frames)

@@ -11,9 +11,32 @@ std::string Json(const clsSender& sender, const std::string& module, const std::
                  const std::string& level, const std::string& severity, const std::string& text) {
     return R"({"time":"2024-01-31T12:34:56.789","module":")" + module +
            R"(","thread":"00001234","processor":"01","sequence":)" + sequence +
-           ",\"port\":" + std::to_string(sender.Port()) + ",\"level\":" + level + R"(,"severity":")" +
-           severity + R"(","text":")" + text + "\"}\n";
+           ",\"port\":" + std::to_string(sender.Port()) + R"(,"process":"logpan_test.exe","pid":)" +
+           std::to_string(GetCurrentProcessId()) + ",\"level\":" + level + R"(,"severity":")" + severity +
+           R"(","text":")" + text + "\"}\n";
 }
+
+// A console for this test and the programs that it starts. Those who start after a Ctrl+C take its events
+// again.
+class clsOwnConsole {
+  public:
+    clsOwnConsole() {
+        FreeConsole();
+        AllocConsole();
+    }
+    ~clsOwnConsole() {
+        SetConsoleCtrlHandler(nullptr, FALSE);
+        FreeConsole();
+    }
+    clsOwnConsole(const clsOwnConsole&) = delete;
+    clsOwnConsole& operator=(const clsOwnConsole&) = delete;
+
+    // It goes to all programs of the console; this one passes it over.
+    void PressCtrlC() const {
+        SetConsoleCtrlHandler(nullptr, TRUE);
+        EXPECT_TRUE(GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0));
+    }
+};
 
 void SendHostile(const clsSender& sender) {
     const LogpanPacketHeader good = HeaderOf(L"KX32UTIL", '5');
@@ -112,6 +135,7 @@ TEST(Console, ShowsWhatTheFilterLetsThrough) {
     };
     constexpr scCase cases[] = {{"--filter LOAD --max-lines 2", "ac"},
                                 {"--regex --filter \"^(alpha|c.*d$)\" --max-lines 2", "ac"},
+                                {"--only \"load module=KX32UTIL process=logpan_test\" --max-lines 2", "ac"},
                                 {"--filter load --regex --exclude \"p.*r\" --max-lines 1", "c"}};
     for (const scCase& at : cases) {
         clsViewer viewer{std::string{"--console "} + at.arguments};
@@ -125,6 +149,40 @@ TEST(Console, ShowsWhatTheFilterLetsThrough) {
             shown += outcome.out[line + std::string_view{"12:34:56.789 KX32UTIL 00001234/01 0 "}.size()];
         EXPECT_EQ(shown, at.shown) << at.arguments << "\n" << outcome.err;
     }
+}
+
+TEST(Console, EndsWithCtrlC) {
+    const clsOwnConsole console;
+    clsViewer viewer{"--console"};
+    const clsSender sender{viewer.Port()};
+    sender.Line(L"last words", '0');
+    viewer.WaitForOutput("\n");
+    console.PressCtrlC();
+    EXPECT_EQ(viewer.Expect("received 1, shown 1, lost 0, refused 0, skipped 0").out,
+              "12:34:56.789 KX32UTIL 00001234/01 0 last words\n");
+}
+
+TEST(Console, EndsWhenNobodyReadsItsPipe) {
+    clsViewer viewer{"--console", LOGPAN_CONSOLE, false};
+    const clsSender sender{viewer.Port()};
+    sender.Line(L"into the void", '0');
+    viewer.Expect("received 1, shown 1, lost 0, refused 0, skipped 0");
+}
+
+// What is written as JSON is read again with nothing missing; other kinds of files are read as the core reads
+// them.
+TEST(Console, PrintsFiles) {
+    const std::string json =
+        R"({"time":"2024-01-31T12:34:56.789","module":"A","thread":"00000001","processor":)"
+        R"("02","sequence":3,"port":4,"process":"x.exe","pid":5,"level":1,"severity":)"
+        "\"error\",\"text\":\"ERR: \xc3\xa4\"}\n";
+    const std::string plain = "12:34:56.789 A        00000001/02 3  ERR: \xc3\xa4\n";
+    const testing_prof::clsTempFolder folder;
+    const std::filesystem::path path{folder / L"lines.json"};
+    testing_prof::WriteBytes(path, json + json + "{}");
+    const std::string word = " \"" + path.string() + "\"";
+    EXPECT_EQ(clsViewer{"--json --max-lines 2" + word}.Finish().out, json + json);
+    EXPECT_EQ(clsViewer{"--console --only process=5" + word}.Finish().out, plain + plain);
 }
 
 TEST(Console, RefusesWrongUsage) {

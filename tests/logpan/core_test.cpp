@@ -1,8 +1,12 @@
 // The viewer's logic: joining, counting, holding, filtering and printing lines.
 #include "columns.h"
-#include "filter.h"
+#include "elapsed.h"
+#include "highlights.h"
+#include "log_reader.h"
+#include "process_cache.h"
+#include "saved_line.h"
+#include "search.h"
 #include "severity.h"
-#include "shown_lines.h"
 #include "text_message.h"
 
 #include "support/cases.h"
@@ -57,6 +61,27 @@ LinePtr LineOf(std::wstring text, std::wstring module = L"KX32UTIL") {
     line.text = std::move(text);
     line.module = std::move(module);
     return std::make_shared<const scLine>(std::move(line));
+}
+
+scStamp StampOf(const std::u16string& column) {
+    std::istringstream numbers(NarrowCase(column));
+    scStamp time;
+    for (std::uint16_t* field :
+         {&time.year, &time.month, &time.day, &time.hour, &time.minute, &time.second, &time.millisecond})
+        numbers >> *field;
+    return time;
+}
+
+// What filters and rules choose from.
+std::vector<scLine> Samples() {
+    const auto kontor = std::make_shared<const scProcess>(scProcess{100, L"kontor.exe"});
+    const auto archive = std::make_shared<const scProcess>(scProcess{4711, L"archive.exe"});
+    const auto nameless = std::make_shared<const scProcess>(scProcess{12, L""});
+    return {{{}, L"KXPRINT", 0x1b0, 0, 0, 0, kontor, 0, L"alpha"},
+            {{}, L"two words", 0x1b0, 0, 0, 0, nullptr, 0, L"WRN: tray 3"},
+            {{}, L"Archive", 0x7e4, 0, 0, 0, archive, 0, L"ERR: alpha"},
+            {{}, L"", 0x1b0, 0, 0, 0, kontor, 0, L"beta"},
+            {{}, L"KXPRINT", 0x7e5, 0, 0, 0, nameless, 0, L"alpha \"a \"b\"\""}};
 }
 
 void AddTo(clsStore& store, int number, std::wstring text = {}) {
@@ -114,7 +139,7 @@ TEST(Joiner, IsBounded) {
     for (int at = 0; at < 5; ++at)
         bench.AddPacket(1, '0', piece, 1, true);
     const std::wstring cut = bench.One(clsJoiner::longest).text;
-    EXPECT_EQ(cut.size(), clsJoiner::longestLine);
+    EXPECT_EQ(cut.size(), longestLine);
     EXPECT_EQ(cut.back(), L'\u2026');
 
     std::size_t early = 0;
@@ -169,16 +194,58 @@ TEST(TextMessage, GoesOnAfterOneThatIsFull) {
 TEST(Columns, PrintHostileLinesHarmlessly) {
     for (const scCaseRow& row : CaseRows("logpan/columns", 5)) {
         scLine line;
-        scStamp& time = line.time;
+        line.time = StampOf(row[0]);
         std::istringstream numbers(NarrowCase(row[0]));
-        numbers >> time.year >> time.month >> time.day >> time.hour >> time.minute >> time.second >>
-            time.millisecond;
+        for (int column = 0, skipped = 0; column < 7; ++column)
+            numbers >> skipped;
         numbers >> line.thread >> line.processor >> line.sequence >> line.port >> line.level;
         line.module = WideCase(row[1]);
         line.text = WideCase(row[2]);
         EXPECT_EQ(PlainLine(line), WideCase(row[3])) << row.where;
-        EXPECT_EQ(JsonLine(line), WideCase(row[4])) << row.where;
+        const std::wstring json = JsonLine(line);
+        EXPECT_EQ(json, WideCase(row[4])) << row.where;
+        EXPECT_EQ(JsonLine(ParseJsonLine(json).value()), json) << row.where;
+        for (std::size_t length = 0; length < json.size(); ++length)
+            EXPECT_FALSE(ParseJsonLine(json.substr(0, length))) << row.where << length;
     }
+}
+
+TEST(Columns, ShowTheTimeBetweenLines) {
+    for (const scCaseRow& row : CaseRows("logpan/elapsed", 3)) {
+        scLine before, line;
+        before.time = StampOf(row[0]);
+        line.time = StampOf(row[1]);
+        EXPECT_EQ(ElapsedText(before, line), WideCase(row[2])) << row.where;
+    }
+}
+
+TEST(LogReader, ReadsFilesOfAllKinds) {
+    for (const scCaseRow& row : CaseRows("logpan/logs", 2)) {
+        const std::wstring text = WideCase(row[0]);
+        for (const std::size_t piece : {std::size_t{1}, std::size_t{2}, std::size_t{5}, text.size()}) {
+            std::wstring lines;
+            clsLogReader reader{
+                [&](scLine&& line) { lines += (lines.empty() ? L"" : L"|") + PlainLine(line); }};
+            for (std::size_t at = 0; at < text.size(); at += piece)
+                reader.Add(std::wstring_view{text}.substr(at, piece));
+            reader.End();
+            EXPECT_EQ(lines, WideCase(row[1])) << row.where << " in pieces of " << piece;
+        }
+    }
+}
+
+TEST(LogReader, IsBounded) {
+    std::size_t longest = 0, lines = 0;
+    clsLogReader reader{[&](scLine&& line) { longest = std::max(longest, line.text.size()), ++lines; }};
+    reader.Add(L"12:34:56.789 00000001/00 1  x\n");
+    for (int at = 0; at < 1000; ++at)
+        reader.Add(std::wstring(1000, L'x'));
+    reader.Add(L"\n");
+    for (int at = 0; at < 1000; ++at)
+        reader.Add(L"{" + std::wstring(1000, L'[') + L"\n");
+    reader.End();
+    EXPECT_LE(longest, longestLine);
+    EXPECT_GT(lines, 3u);
 }
 
 TEST(Filter, ShowsByTextOrModule) {
@@ -195,6 +262,61 @@ TEST(Filter, RefusesPatternsThatAreNone) {
     const std::wstring tooLong(301, L'a');
     for (const std::wstring_view pattern : {L"(", L"[a", L"*", L"(a{1000}){1000}", L"\\", tooLong.c_str()})
         EXPECT_THROW(clsPattern(pattern, PatternKind::regularExpression), scBadPattern);
+}
+
+TEST(Filter, ChoosesBySeveralCriteriaAtOnce) {
+    const std::vector<scLine> samples = Samples();
+    for (const scCaseRow& row : CaseRows("logpan/criteria", 3)) {
+        std::string shown;
+        try {
+            const scFilterText text = ParseFilter(WideCase(row[0]));
+            const std::wstring back = TextOf(text);
+            EXPECT_EQ(TextOf(ParseFilter(back)), back) << row.where;
+            EXPECT_EQ(back, WideCase(row[1].empty() && row[0] != u"  " ? row[0] : row[1])) << row.where;
+            const scFilter filter = MakeFilter(text);
+            for (std::size_t at = 0; at < samples.size(); ++at)
+                shown += filter.Shows(samples[at]) ? std::to_string(at) : "";
+        } catch (const scBadPattern& bad) {
+            EXPECT_NE(bad.reason.find(NarrowCase(row[2])), std::string::npos) << row.where << bad.reason;
+            continue;
+        }
+        EXPECT_EQ(shown, NarrowCase(row[2])) << row.where;
+    }
+}
+
+TEST(Filter, IsToggledByALinesOwnValues) {
+    const std::vector<scLine> samples = Samples();
+    clsCriteria criteria;
+    criteria.Toggle(L"module", samples[1], false);
+    criteria.Toggle(L"thread", samples[1], false);
+    criteria.Toggle(L"process", samples[2], true);
+    criteria.Toggle(L"severity", L"error");
+    EXPECT_EQ(criteria.Text(), L"module=\"two words\" thread=1b0 process=!archive.exe severity=error");
+    criteria.Toggle(L"module", samples[1], false);
+    criteria.Toggle(L"process", samples[2], true);
+    EXPECT_EQ(criteria.Text(), L"thread=1b0 severity=error");
+}
+
+TEST(Highlights, ColourByTheFirstRuleThatFits) {
+    const std::vector<scLine> samples = Samples();
+    for (const scCaseRow& row : CaseRows("logpan/highlights", 3)) {
+        std::string colours;
+        try {
+            const std::vector<scNamedFilter> named = ParseNamedFilters(WideCase(row[0]));
+            EXPECT_EQ(ParseNamedFilters(TextOf(named)), named) << row.where;
+            const clsHighlights highlights{named};
+            for (const scLine& line : samples) {
+                const std::optional<Colour> colour = highlights.ColourOf(line);
+                colours += std::string{colours.empty() ? "" : " "} +
+                           (colour ? "roygcbvg"[static_cast<std::size_t>(*colour)] : '.');
+            }
+        } catch (const scBadPattern& bad) {
+            EXPECT_FALSE(row[1].empty()) << row.where << bad.reason;
+            EXPECT_NE(bad.reason.find(NarrowCase(row[1])), std::string::npos) << row.where << bad.reason;
+            continue;
+        }
+        EXPECT_EQ(colours, NarrowCase(row[2])) << row.where;
+    }
 }
 
 // The pattern decides nothing then, so the line is shown.
@@ -269,6 +391,49 @@ TEST(ShownLines, FollowFilterPauseAndTrim) {
     shown.Clear();
     EXPECT_EQ(advance(), 0u);
     EXPECT_EQ(store.Counters().held, 0u);
+}
+
+TEST(Search, GoesOnceAroundInBothDirections) {
+    constexpr std::size_t rows = 10;
+    const auto found = [&](std::optional<std::size_t> from, bool backwards) {
+        clsSearch search;
+        search.Begin(rows, from, backwards, [](std::size_t row) { return row == 2 || row == 7; });
+        while (search.Advance(0ms) == clsSearch::State::running) { // one row at a time
+        }
+        return search.Row();
+    };
+    EXPECT_EQ(found({}, false), 2u);
+    EXPECT_EQ(found(2, false), 7u);
+    EXPECT_EQ(found(7, false), 2u);
+    EXPECT_EQ(found({}, true), 7u);
+    EXPECT_EQ(found(7, true), 2u);
+    EXPECT_EQ(found(2, true), 7u);
+
+    clsSearch search;
+    const auto is = [](std::size_t wanted) { return [wanted](std::size_t row) { return row == wanted; }; };
+    search.Begin(rows, 4, false, is(rows));
+    EXPECT_EQ(search.Advance(1h), clsSearch::State::notFound);
+    search.Begin(rows, 4, false, is(3));
+    EXPECT_EQ(search.Advance(0ms), clsSearch::State::running);
+    search.DropFirst(4); // six rows are left, and row 5 was looked at
+    EXPECT_EQ(search.Advance(1h), clsSearch::State::found);
+    EXPECT_EQ(search.Row(), 3u);
+    search.Begin(0, {}, true, is(0));
+    EXPECT_EQ(search.Advance(1h), clsSearch::State::notFound);
+}
+
+TEST(ProcessCache, AsksAgainAfterSilence) {
+    int asked = 0;
+    ProcessPtr answer = std::make_shared<const scProcess>(scProcess{1, L"a"});
+    clsProcessCache cache{[&](std::uint16_t) { return ++asked, answer; }};
+    clsProcessCache::Clock::time_point now{};
+    for (int at = 0; at < 5; ++at)
+        EXPECT_EQ(cache.Of(7, now += clsProcessCache::silence / 2)->id, 1u);
+    EXPECT_EQ(asked, 1);
+    answer = nullptr; // it has ended; its last lines are still its own
+    EXPECT_EQ(cache.Of(7, now += clsProcessCache::silence)->id, 1u);
+    EXPECT_EQ(cache.Of(7, now += 2min), nullptr);
+    EXPECT_EQ(asked, 3);
 }
 
 // Rows outlive their lines in the store, which are held all the same then, and are bounded as the store is.

@@ -11,14 +11,14 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <span>
 #include <string>
 
 namespace {
 
 using namespace logpan_test;
 
-void SendSamples(UINT32 port, const std::vector<tvut::scCaseRow>& samples) {
-    const clsSender programs[] = {clsSender{port}, clsSender{port}};
+void SendSamples(std::span<const clsSender, 2> programs, const std::vector<tvut::scCaseRow>& samples) {
     int numbers[2] = {};
     WORD millisecond = 104;
     for (const tvut::scCaseRow& row : samples) {
@@ -73,7 +73,9 @@ int main(int count, char** words) {
         return 0;
     }
     const auto samples = tvut::CaseRows("logpan/session", 4);
-    SendSamples(info.port, samples);
+    // They stay until the lines are there: who closes a socket at once is not known by it.
+    const clsSender programs[] = {clsSender{info.port}, clsSender{info.port}};
+    SendSamples(programs, samples);
     Arrange(reinterpret_cast<HWND>(static_cast<UINT_PTR>(info.window)), static_cast<int>(samples.size()));
     return 0;
 }

@@ -17,8 +17,10 @@ using prof_test::scOutcome;
 class clsViewer : public prof_test::clsProcess {
   public:
     // What follows "logpan" on its command line.
-    explicit clsViewer(const std::string& arguments, const char* program = LOGPAN_CONSOLE)
-        : clsProcess(WithDesktop(program), "logpan " + arguments, std::filesystem::current_path()) {}
+    explicit clsViewer(const std::string& arguments, const char* program = LOGPAN_CONSOLE,
+                       bool wantsOutput = true)
+        : clsProcess(WithDesktop(program), "logpan " + arguments, std::filesystem::current_path(), {},
+                     wantsOutput) {}
 
     // Waits until it listens; 0 when it does not.
     UINT32 Port() {

@@ -4,6 +4,10 @@
 #include "resource.h"
 
 #include <commctrl.h>
+#include <shellapi.h>
+#include <shlobj.h>
+
+#include <optional>
 
 namespace logpan_test {
 
@@ -13,20 +17,39 @@ HWND PublishedWindow() {
     return reinterpret_cast<HWND>(static_cast<UINT_PTR>(PublishedInfo().window));
 }
 
+// A window shows new lines by a timer of its own, so there is nothing to wait on but the window; ctest ends a
+// test that waits for ever.
+template <class Condition>
+void Until(Condition condition) {
+    while (!condition())
+        Sleep(1);
+}
+
 class Window : public ::testing::Test {
   protected:
-    // A window shows new lines by a timer of its own, so there is nothing to wait on but the window; ctest
-    // ends a test that waits for ever.
-    template <class Condition>
-    static void Until(Condition condition) {
-        while (!condition())
-            Sleep(1);
+    // What the window keeps is what a test gives it.
+    void Start(const std::string& arguments, std::string_view settings = "") {
+        if (!settings.empty())
+            testing_prof::WriteBytes(SettingsPath(), settings);
+        viewer_.emplace("--settings \"" + SettingsPath().string() + "\" " + arguments, LOGPAN_WINDOW);
     }
-
-    void SetUp() override {
+    void StartListening(std::string_view settings = "") {
+        Start("--capacity 100", settings);
         Until([] { return PublishedInfo().mask != 0; });
         window_ = PublishedWindow();
         Until([this] { return IsWindowVisible(window_) != 0; });
+    }
+    void StartWithFile(const std::filesystem::path& path, std::string_view settings = "") {
+        Start("\"" + path.string() + "\"", settings);
+        Until([this] { return IsWindowVisible(window_ = FindWindowW(LOGPAN_WINDOW_CLASS, nullptr)) != 0; });
+    }
+    std::filesystem::path SettingsPath() const { return folder_ / L"logpan.prf"; }
+    // As they are kept when the window is closed.
+    std::wstring Close() {
+        PostMessageW(window_, WM_CLOSE, 0, 0);
+        EXPECT_EQ(viewer_->Finish().code, 0u);
+        const std::string bytes = testing_prof::ReadBytes(SettingsPath());
+        return {reinterpret_cast<const wchar_t*>(bytes.data()), bytes.size() / sizeof(wchar_t)};
     }
 
     LRESULT Tell(int control, UINT message, WPARAM first = 0, LPARAM second = 0) const {
@@ -36,6 +59,18 @@ class Window : public ::testing::Test {
     LRESULT Rows() const { return Tell(ID_LINES, LVM_GETITEMCOUNT); }
     void Type(int box, const wchar_t* text) const {
         Tell(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
+    }
+    std::wstring Typed(int box) const {
+        wchar_t text[300] = L"";
+        Tell(box, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text));
+        return text;
+    }
+    LRESULT Selected() const {
+        return Tell(ID_LINES, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED);
+    }
+    LRESULT Columns() const {
+        const auto header = reinterpret_cast<HWND>(Tell(ID_LINES, LVM_GETHEADER));
+        return SendMessageW(header, HDM_GETITEMCOUNT, 0, 0);
     }
     bool IsChecked(int box) const { return Tell(box, BM_GETCHECK) == BST_CHECKED; }
     std::wstring Copied() const {
@@ -52,13 +87,29 @@ class Window : public ::testing::Test {
         return text;
     }
 
-    clsViewer viewer_{"--capacity 100", LOGPAN_WINDOW};
+    const testing_prof::clsTempFolder folder_;
+    std::optional<clsViewer> viewer_;
     HWND window_ = nullptr;
 };
+
+// As a file manager does it: the names of the files, in memory of the window's process.
+void DropOn(HWND window, const std::filesystem::path& file) {
+    const DROPFILES head{sizeof(DROPFILES), {}, FALSE, TRUE};
+    std::string bytes(reinterpret_cast<const char*>(&head), sizeof head);
+    const std::wstring names = file.wstring() + std::wstring(2, L'\0');
+    bytes.append(reinterpret_cast<const char*>(names.data()), names.size() * sizeof(wchar_t));
+    DWORD id = 0;
+    GetWindowThreadProcessId(window, &id);
+    const testing_prof::Handle process{OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_WRITE, FALSE, id)};
+    void* there = VirtualAllocEx(process.get(), nullptr, bytes.size(), MEM_COMMIT, PAGE_READWRITE);
+    EXPECT_TRUE(WriteProcessMemory(process.get(), there, bytes.data(), bytes.size(), nullptr));
+    SendMessageW(window, WM_DROPFILES, reinterpret_cast<WPARAM>(there), 0);
+}
 
 } // namespace
 
 TEST_F(Window, ShowsFiltersPausesCopiesAndClears) {
+    StartListening();
     const clsSender sender{PublishedInfo().port};
     char digit = '0';
     for (const wchar_t* text : {L"alpha", L"  ERR: beta", L"gamma", L"gamma 2"})
@@ -97,13 +148,13 @@ TEST_F(Window, ShowsFiltersPausesCopiesAndClears) {
     EXPECT_FALSE(IsChecked(ID_FOLLOW));
     Command(ID_CLEAR);
     EXPECT_EQ(Rows(), 0);
-    PostMessageW(window_, WM_CLOSE, 0, 0);
-    EXPECT_EQ(viewer_.Finish().code, 0u);
+    Close();
     EXPECT_EQ(PublishedInfo().mask, 0u);
 }
 
 // What the system sends when the window is moved to a monitor with more dots.
 TEST_F(Window, IsAsLargeOnEveryMonitor) {
+    StartListening();
     const auto height = [this](int control) {
         RECT area{};
         GetWindowRect(GetDlgItem(window_, control), &area);
@@ -126,6 +177,64 @@ TEST_F(Window, IsAsLargeOnEveryMonitor) {
     EXPECT_EQ(height(ID_INCLUDE), more(before[0]));
     EXPECT_NEAR(height(ID_DETAIL), more(before[1]), 6) << "its font knows no half dots";
     EXPECT_EQ(Tell(ID_LINES, LVM_GETCOLUMNWIDTH), more(columnBefore));
+}
+
+TEST_F(Window, FindsMarksAndChoosesLines) {
+    StartListening(
+        "[/]\r\n{\r\nTheme=dark\r\nOwn=kept\r\n[Filters]\r\n{\r\n1=: none\r\n2=a: severity=error\r\n}\r\n"
+        "[Highlights]\r\n{\r\n1=yellow: gamma\r\n}\r\n}\r\n");
+    const clsSender sender{PublishedInfo().port};
+    char digit = '0';
+    for (const wchar_t* text : {L"alpha", L"ERR: beta", L"gamma", L"gamma 2", L"WRN: delta"})
+        sender.Line(text, digit++);
+    Until([this] { return Rows() == 5; });
+    Type(ID_FIND, L"GAMMA");
+    for (const auto& [command, row] : {std::pair{ID_FIND_NEXT, 2},
+                                       {ID_FIND_NEXT, 3},
+                                       {ID_FIND_NEXT, 2},
+                                       {ID_BOOKMARK, 2},
+                                       {ID_FIND_PREVIOUS, 3},
+                                       {ID_NEXT_BOOKMARK, 2}}) {
+        Command(command);
+        EXPECT_EQ(Selected(), row);
+    }
+    Command(ID_ONLY_THREAD);
+    EXPECT_EQ(Typed(ID_ONLY), L"thread=1234");
+    Command(ID_ONLY_PROBLEMS);
+    EXPECT_EQ(Typed(ID_ONLY), L"thread=1234 severity=warning,error");
+    EXPECT_EQ(Rows(), 2);
+    Command(ID_FIRST_SAVED);
+    EXPECT_EQ(Typed(ID_ONLY), L"severity=error");
+    EXPECT_EQ(Rows(), 1);
+    Type(ID_ONLY, L"severity=bad");
+    EXPECT_EQ(Rows(), 1);
+
+    EXPECT_EQ(Columns(), 6);
+    Command(ID_FIRST_COLUMN);
+    Command(ID_THEME_LIGHT);
+    EXPECT_EQ(Columns(), 5);
+    const std::wstring kept = Close();
+    for (const wchar_t* line :
+         {L"Theme=light", L"Time=0\r", L"1=a: severity=error", L"1=yellow: gamma", L"Own=kept"})
+        EXPECT_NE(kept.find(line), std::wstring::npos) << kept;
+}
+
+TEST_F(Window, OpensFilesWithDamagedSettings) {
+    const std::filesystem::path one{folder_ / L"one.log"}, two{folder_ / L"two.json"};
+    testing_prof::WriteBytes(
+        one, "A       : 12:34:56.789 00000001/00 1  one\r\nB       : 12:34:56.790 00000001/00 2  two\r\n");
+    testing_prof::WriteBytes(two, "{\"text\":\"x\"}\n");
+    StartWithFile(one, "ZZmQ damaged");
+    Until([this] { return Rows() == 2; });
+    EXPECT_EQ(Copied(),
+              L"12:34:56.789 A        00000001/00 1 one\r\n12:34:56.790 B        00000001/00 2 two\r\n");
+    DropOn(window_, two);
+    Until([this] { return Rows() == 1; });
+    DropOn(window_, folder_ / L"missing");
+    Until([this] { return Typed(ID_STATUS).find(L"missing: ") != std::wstring::npos; });
+    EXPECT_EQ(Rows(), 0);
+    EXPECT_NE(Close().find(L"Theme=system"), std::wstring::npos);
+    EXPECT_TRUE(std::filesystem::exists(folder_ / L"logpan.prf.bad"));
 }
 
 } // namespace logpan_test

@@ -32,7 +32,7 @@ void Feed(testing_prof::Handle pipe, const std::string& text) {
 } // namespace
 
 clsProcess::clsProcess(const std::filesystem::path& program, std::string_view commandLine,
-                       const std::filesystem::path& folder, std::string_view input) {
+                       const std::filesystem::path& folder, std::string_view input, bool wantsOutput) {
     scPipe in = MakePipe(true);
     scPipe out = MakePipe(false);
     scPipe err = MakePipe(false);
@@ -52,11 +52,13 @@ clsProcess::clsProcess(const std::filesystem::path& program, std::string_view co
     }
     const testing_prof::Handle thread{process.hThread};
     process_.reset(process.hProcess);
-    out_ = std::move(out.read);
+    if (wantsOutput)
+        out_ = std::move(out.read);
     err_ = std::move(err.read);
     feeder_ = std::jthread{
         [pipe = std::move(in.write), text = std::string{input}]() mutable { Feed(std::move(pipe), text); }};
-    outReader_ = std::jthread{[this] { Drain(out_.get(), outcome_.out); }};
+    if (wantsOutput)
+        outReader_ = std::jthread{[this] { Drain(out_.get(), outcome_.out); }};
     errReader_ = std::jthread{[this] { Drain(err_.get(), outcome_.err); }};
 }
 
@@ -78,11 +80,11 @@ void clsProcess::Drain(HANDLE pipe, std::string& text) {
     changed_.notify_all();
 }
 
-std::string clsProcess::WaitForError(std::string_view text) {
+std::string clsProcess::WaitFor(const std::string& stream, std::string_view text) {
     std::unique_lock lock{mutex_};
-    const auto isThere = [&] { return outcome_.err.find(text) != std::string::npos; };
+    const auto isThere = [&] { return stream.find(text) != std::string::npos; };
     changed_.wait(lock, [&] { return isThere() || errorEnded_; });
-    return isThere() ? outcome_.err : std::string{};
+    return isThere() ? stream : std::string{};
 }
 
 scOutcome clsProcess::Finish() {

@@ -24,19 +24,22 @@ scOutcome RunProgram(const std::filesystem::path& program, std::string_view comm
 // A program that runs beside the test. It is killed when the test gives it up.
 class clsProcess {
   public:
+    // Where its output is not wanted, its pipe is closed before the program writes.
     clsProcess(const std::filesystem::path& program, std::string_view commandLine,
-               const std::filesystem::path& folder, std::string_view input = {});
+               const std::filesystem::path& folder, std::string_view input = {}, bool wantsOutput = true);
     ~clsProcess();
     clsProcess(const clsProcess&) = delete;
     clsProcess& operator=(const clsProcess&) = delete;
 
-    // Waits until its standard error has that text, and returns what it has by then; nothing when it ended
-    // without.
-    std::string WaitForError(std::string_view text);
+    // Waits until its standard error, or its output, has that text, and returns what it has by then; nothing
+    // when it ended without.
+    std::string WaitForError(std::string_view text) { return WaitFor(outcome_.err, text); }
+    std::string WaitForOutput(std::string_view text) { return WaitFor(outcome_.out, text); }
     void Kill() const { TerminateProcess(process_.get(), 1); }
     scOutcome Finish(); // waits for its end
 
   private:
+    std::string WaitFor(const std::string& stream, std::string_view text);
     void Drain(HANDLE pipe, std::string& text);
 
     testing_prof::Handle process_;

@@ -13,9 +13,9 @@ namespace {
 constexpr const char* hint = "Try 'logpan --help'.";
 constexpr const char* footer =
     "Without --console or --json a window opens; the filter then stands in its boxes.\n"
-    "In the console mode, standard error says \"listening on port N\" once lines can come, and how many\n"
-    "came when it ends. Ctrl+C ends it.\n"
-    "Exit codes: 0 done, 2 wrong usage, 3 cannot listen (another logpan runs), 5 cannot write,\n"
+    "In the console mode without files, standard error says \"listening on port N\" once lines can come,\n"
+    "and how many came when it ends. Ctrl+C ends it, and so does closing the pipe it writes to.\n"
+    "Exit codes: 0 done, 2 wrong usage, 3 cannot listen (another logpan runs) or read, 5 cannot write,\n"
     "            7 out of memory.\n";
 
 void Declare(CLI::App& app, scArguments& arguments) {
@@ -25,6 +25,11 @@ void Declare(CLI::App& app, scArguments& arguments) {
                    "Show only lines whose text or module has this; case is ignored");
     app.add_option("--exclude", arguments.exclude, "Do not show lines that have this");
     app.add_flag("--regex", arguments.regularExpressions, "Both are regular expressions (ECMAScript)");
+    app.add_option("--only", arguments.only,
+                   "Show only such lines: \"severity=warning,error module=A,!B thread=1b0 process=x.exe\"");
+    app.add_option("FILE", arguments.files,
+                   "Shows these instead of what programs write: saved lines, log files or any text");
+    app.add_option("--settings", arguments.settings, "Where the window keeps its settings");
     app.add_option("--max-lines", arguments.maxLines, "End after this number of printed lines")
         ->check(CLI::PositiveNumber);
     app.add_option("--exit-after", arguments.exitAfter, "End after this number of seconds")
@@ -40,9 +45,24 @@ void Declare(CLI::App& app, scArguments& arguments) {
         ->capture_default_str();
 }
 
-clsPattern PatternOf(const std::string& text, PatternKind kind, const char* option) {
+scFilterText ParseOnly(const std::string& text) {
     try {
-        return {ToWide(text), kind};
+        return ParseFilter(ToWide(text));
+    } catch (const scBadPattern& bad) {
+        throw scFailure{ExitCode::usage, "--only", bad.reason};
+    }
+}
+
+void SetOnce(std::wstring& value, const std::string& text, const char* option) {
+    if (!text.empty() && !value.empty())
+        throw scFailure{ExitCode::usage, option, "--only has such a text already"};
+    if (!text.empty())
+        value = ToWide(text);
+}
+
+void CheckPattern(const std::wstring& text, PatternKind kind, const char* option) {
+    try {
+        clsPattern(text, kind);
     } catch (const scBadPattern& bad) {
         throw scFailure{ExitCode::usage, option, bad.reason};
     }
@@ -65,9 +85,15 @@ std::optional<scArguments> ParseCommandLine(std::vector<std::string> words) {
     return arguments;
 }
 
-scFilter FilterOf(const scArguments& arguments) {
-    return {PatternOf(arguments.filter, arguments.PatternKind(), "--filter"),
-            PatternOf(arguments.exclude, arguments.PatternKind(), "--exclude")};
+scFilterText FilterTextOf(const scArguments& arguments) {
+    scFilterText filter = ParseOnly(arguments.only);
+    SetOnce(filter.include, arguments.filter, "--filter");
+    SetOnce(filter.exclude, arguments.exclude, "--exclude");
+    if (arguments.regularExpressions)
+        filter.kind = PatternKind::regularExpression;
+    CheckPattern(filter.include, filter.kind, "--filter");
+    CheckPattern(filter.exclude, filter.kind, "--exclude");
+    return filter;
 }
 
 } // namespace tool::logpan

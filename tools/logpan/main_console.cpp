@@ -38,7 +38,7 @@ ExitCode Run(std::vector<std::string> words) {
     const auto arguments = tool::logpan::ParseCommandLine(std::move(words));
     if (!arguments)
         return ExitCode::ok;
-    FilterOf(*arguments); // says what is wrong with a pattern where it can be read
+    FilterTextOf(*arguments); // says what is wrong with a pattern where it can be read
     return arguments->console ? RunConsole(*arguments) : StartWindow();
 }
 

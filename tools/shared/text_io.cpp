@@ -1,13 +1,13 @@
 // UTF-8 and UTF-16, consoles and pipes.
 #include "text_io.h"
 
-#include "exit_code.h"
 #include "printable.h"
 #include "system_reason.h"
 
 #include <windows.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace tool {
 
@@ -30,6 +30,13 @@ bool WriteBytes(HANDLE handle, std::string_view bytes) {
         bytes.remove_prefix(written);
     }
     return true;
+}
+
+[[noreturn]] void FailToWrite(DWORD error) {
+    scFailure failure{ExitCode::cannotSave, "standard output", SystemReason(error)};
+    if (error == ERROR_NO_DATA || error == ERROR_BROKEN_PIPE)
+        throw scReaderGone{std::move(failure)};
+    throw failure;
 }
 
 bool WriteToConsole(HANDLE handle, std::wstring_view text) {
@@ -102,7 +109,7 @@ void clsOutput::WriteDocument(std::string_view bytes) {
     if (console_ && text.empty())
         throw scFailure{ExitCode::cannotSave, "standard output", "a console cannot show binary contents"};
     if (!(console_ ? WriteToConsole(handle_, text) : WriteBytes(handle_, bytes)))
-        throw scFailure{ExitCode::cannotSave, "standard output", SystemReason(GetLastError())};
+        FailToWrite(GetLastError());
 }
 
 void clsOutput::Flush() {
@@ -110,7 +117,7 @@ void clsOutput::Flush() {
     const DWORD error = GetLastError();
     buffer_.clear();
     if (!written)
-        throw scFailure{ExitCode::cannotSave, "standard output", SystemReason(error)};
+        FailToWrite(error);
 }
 
 void PrintError(std::string_view program, std::string_view subject, std::string_view reason) {

@@ -4,6 +4,8 @@
 // UTF-16 through its own call, so that its code page does not matter.
 #pragma once
 
+#include "exit_code.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -17,6 +19,9 @@ std::string ToUtf8(std::wstring_view text);
 
 // Appends a text in its printable form.
 void AppendEscaped(std::string& line, std::wstring_view text);
+
+// What a write to a pipe fails with whose reader has closed it.
+struct scReaderGone : scFailure {};
 
 // Standard output, buffered. Everything that fails throws Failure with cannotSave.
 class clsOutput {

@@ -1,9 +1,10 @@
 // Reads the store and prints; standard error says when it listens and how it ended.
 #include "console.h"
 
-#include "columns.h"
 #include "hidden_window.h"
 #include "interrupt.h"
+#include "print_files.h"
+#include "printed_lines.h"
 #include "session.h"
 #include "text_io.h"
 
@@ -19,55 +20,41 @@ void Say(const std::string& text) {
 
 class clsPrinter {
   public:
-    clsPrinter(const scArguments& arguments, clsStore& store)
-        : arguments_(arguments), filter_(FilterOf(arguments)), store_(store) {}
+    clsPrinter(const scArguments& arguments, clsStore& store) : printed_(arguments), store_(store) {}
 
     // Until the time is over, enough lines are printed or the store is stopped.
     void Run(std::optional<clsStore::Clock::time_point> end) {
-        while (!IsDone() && store_.Wait(next_, end)) {
+        while (!printed_.IsDone() && store_.Wait(next_, end)) {
             PrintBatch();
             if (next_ == store_.end())
-                clsOutput::Standard().Flush();
+                printed_.Flush();
         }
         store_.Stop(); // completes the lines that waited for more
-        while (!IsDone() && PrintBatch()) {
+        while (!printed_.IsDone() && PrintBatch()) {
         }
-        clsOutput::Standard().Flush();
+        printed_.Flush();
     }
 
     std::string Summary() const {
         const scCounters counters = store_.Counters();
-        return "received " + std::to_string(counters.received) + ", shown " + std::to_string(shown_) +
-               ", lost " + std::to_string(counters.lost) + ", refused " + std::to_string(counters.refused) +
-               ", skipped " + std::to_string(skipped_);
+        return "received " + std::to_string(counters.received) + ", shown " +
+               std::to_string(printed_.Shown()) + ", lost " + std::to_string(counters.lost) + ", refused " +
+               std::to_string(counters.refused) + ", skipped " + std::to_string(skipped_);
     }
 
   private:
-    bool IsDone() const { return arguments_.maxLines > 0 && shown_ >= arguments_.maxLines; }
-
     // False when there was nothing more to read.
     bool PrintBatch() {
         batch_.clear();
         skipped_ += store_.Read(next_, batchSize, batch_);
-        for (const LinePtr& line : batch_) {
-            if (IsDone())
-                break;
-            if (filter_.Shows(*line))
-                Print(*line);
-        }
+        for (const LinePtr& line : batch_)
+            printed_.Show(*line);
         return !batch_.empty();
     }
 
-    void Print(const scLine& line) {
-        clsOutput::Standard().WriteLine(ToUtf8(arguments_.json ? JsonLine(line) : PlainLine(line)));
-        ++shown_;
-    }
-
-    const scArguments& arguments_;
-    scFilter filter_;
+    clsPrintedLines printed_;
     clsStore& store_;
     std::uint64_t next_ = 0;
-    std::uint64_t shown_ = 0;
     std::uint64_t skipped_ = 0;
     std::vector<LinePtr> batch_;
 };
@@ -82,6 +69,8 @@ std::optional<clsStore::Clock::time_point> EndOf(const scArguments& arguments) {
 } // namespace
 
 ExitCode RunConsole(const scArguments& arguments) {
+    if (!arguments.files.empty())
+        return PrintFiles(arguments);
     clsStore store{arguments.capacity, arguments.Bytes()};
     clsPrinter printer{arguments, store};
     const clsInterrupt interrupt{store};

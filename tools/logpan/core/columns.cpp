@@ -22,27 +22,19 @@ std::wstring Number(std::uint64_t value, std::size_t width, unsigned base = 10) 
     return text;
 }
 
-bool IsClock(const scStamp& time) {
-    return time.hour < 24 && time.minute < 60 && time.second < 60 && time.millisecond < 1000;
-}
-
-bool IsDate(const scStamp& time) {
-    return time.year < 10000 && time.month >= 1 && time.month <= 12 && time.day >= 1 && time.day <= 31;
-}
-
 std::wstring DateText(const scStamp& time) {
     return Number(time.year, 4) + L"-" + Number(time.month, 2) + L"-" + Number(time.day, 2);
 }
 
-std::wstring_view SeverityName(Severity severity) {
-    switch (severity) {
-    case Severity::warning:
-        return L"warning";
-    case Severity::error:
-        return L"error";
-    default:
-        return {};
-    }
+void AddProcess(clsJsonObject& json, const ProcessPtr& process) {
+    if (process == nullptr || process->name.empty())
+        json.Add(L"process", L"null");
+    else
+        json.AddText(L"process", process->name);
+    if (process == nullptr)
+        json.Add(L"pid", L"null");
+    else
+        json.AddNumber(L"pid", process->id);
 }
 
 } // namespace
@@ -65,6 +57,13 @@ std::wstring ProcessorText(const scLine& line) {
 
 std::wstring SequenceText(const scLine& line) {
     return HasSequence(line) ? std::wstring(1, static_cast<wchar_t>(line.sequence)) : std::wstring{};
+}
+
+std::wstring ProcessText(const scLine& line) {
+    if (line.process == nullptr)
+        return {};
+    const std::wstring id = std::to_wstring(line.process->id);
+    return line.process->name.empty() ? id : Printable(line.process->name) + L" " + id;
 }
 
 std::wstring IndentedText(const scLine& line, std::size_t blanks) {
@@ -92,6 +91,7 @@ std::wstring JsonLine(const scLine& line) {
     json.AddText(L"processor", ProcessorText(line));
     json.Add(L"sequence", HasSequence(line) ? SequenceText(line) : L"null");
     json.AddNumber(L"port", line.port);
+    AddProcess(json, line.process);
     json.AddNumber(L"level", line.level);
     json.AddText(L"severity", SeverityName(SeverityOf(line.text)));
     json.AddText(L"text", line.text);

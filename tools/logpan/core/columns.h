@@ -9,6 +9,7 @@ std::wstring TimeText(const scLine& line);      // 12:34:56.789
 std::wstring ThreadText(const scLine& line);    // 0000abcd, as in log files
 std::wstring ProcessorText(const scLine& line); // 0f
 std::wstring SequenceText(const scLine& line);  // 7, or nothing
+std::wstring ProcessText(const scLine& line);   // kontor.exe 4711, or nothing
 
 // The text after its indentation of that many blanks a level; control characters are escaped, line ends
 // before it left out.

@@ -1,6 +1,7 @@
 // The queue of lines that may still grow.
 #include "joiner.h"
 
+#include "finish_line.h"
 #include "text_message.h"
 
 #include <algorithm>
@@ -11,7 +12,6 @@ namespace {
 
 constexpr std::size_t mostWaiting = 4096;
 constexpr std::size_t mostUnits = 4 * 1024 * 1024;
-constexpr std::wstring_view cutMark = L"\u2026";
 
 scLine LineOf(std::uint16_t port, const scPacket& packet) {
     scLine line;
@@ -21,24 +21,9 @@ scLine LineOf(std::uint16_t port, const scPacket& packet) {
     line.processor = packet.processor;
     line.sequence = packet.sequence;
     line.port = port;
+    line.process = packet.process;
     line.text = packet.text;
     return line;
-}
-
-void CutTo(std::wstring& text, std::size_t length) {
-    if (text.size() <= length)
-        return;
-    text.resize(length - cutMark.size());
-    text += cutMark;
-}
-
-// Pieces are joined as they come; only a whole line shows which blanks are its indentation.
-void Finish(scLine& line) {
-    std::wstring& text = line.text;
-    CutTo(text, clsJoiner::longestLine);
-    text.resize(text.find_last_not_of(L"\r\n") + 1);
-    line.level = std::min(text.find_first_not_of(L' '), text.size());
-    text.erase(0, line.level);
 }
 
 } // namespace
@@ -92,7 +77,7 @@ std::optional<scLine> clsJoiner::Take(Clock::time_point now) {
     units_ -= line.text.size();
     queue_.pop_front();
     ++firstNumber_;
-    Finish(line);
+    FinishLine(line);
     hosts_.TakeFrom(line);
     line.text.shrink_to_fit();
     return line;

@@ -21,7 +21,6 @@ class clsJoiner {
   public:
     using Clock = std::chrono::steady_clock;
 
-    static constexpr std::size_t longestLine = 64 * 1024; // characters; a longer line is cut
     static constexpr std::chrono::milliseconds moment{20};
     static constexpr std::chrono::milliseconds longWhile{1000};
     static constexpr std::chrono::milliseconds longest{3000}; // pieces without end hold nobody up

@@ -1,9 +1,7 @@
 // One diagnostic line as the viewer holds it.
 #pragma once
 
-#include <cstdint>
-#include <memory>
-#include <string>
+#include "writing_process.h"
 
 namespace tool::logpan {
 
@@ -20,6 +18,16 @@ struct scStamp {
     bool operator==(const scStamp&) const = default;
 };
 
+constexpr bool IsClock(const scStamp& time) {
+    return time.hour < 24 && time.minute < 60 && time.second < 60 && time.millisecond < 1000;
+}
+
+constexpr bool IsDate(const scStamp& time) {
+    return time.year < 10000 && time.month >= 1 && time.month <= 12 && time.day >= 1 && time.day <= 31;
+}
+
+inline constexpr std::size_t longestLine = 64 * 1024; // characters; a longer one is cut
+
 struct scLine {
     scStamp time;
     std::wstring module;
@@ -27,6 +35,7 @@ struct scLine {
     std::uint32_t processor = 0;
     std::uint32_t sequence = 0; // '0' to '9'; anything else: none
     std::uint16_t port = 0;     // the sender's; 0: it came by the mailslot
+    ProcessPtr process;         // that of the port
     std::size_t level = 0;      // the blanks before the text
     std::wstring text;          // without the line ends after it
 };

@@ -14,6 +14,7 @@ struct scPacket {
     std::uint32_t processor = 0;
     std::uint32_t sequence = 0;
     std::wstring_view text;
+    ProcessPtr process;
     bool full = false; // no character more fits into a datagram: the line may go on in the next one
 };
 

@@ -1,18 +1,13 @@
 // Substrings; regular expressions have a file of their own.
 #include "pattern.h"
 
+#include "fold.h"
+
 #include <algorithm>
-#include <cwctype>
 
 namespace tool::logpan {
 
 namespace {
-
-wchar_t Folded(wchar_t unit) {
-    if (unit < 0x80)
-        return unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit + (L'a' - L'A')) : unit;
-    return static_cast<wchar_t>(std::towlower(static_cast<std::wint_t>(unit)));
-}
 
 class clsSubstring : public clsPattern::IclsMatcher {
   public:

@@ -13,6 +13,11 @@ constexpr bool IsLibraryError(std::wstring_view text) {
            (text.starts_with(L"KX32UTIL['") && text.find(L"']: error in '") != std::wstring_view::npos);
 }
 
+constexpr std::wstring_view SeverityName(Severity severity) {
+    constexpr std::wstring_view names[] = {L"", L"warning", L"error"};
+    return names[static_cast<int>(severity)];
+}
+
 constexpr Severity SeverityOf(std::wstring_view text) {
     struct scBeginning {
         std::wstring_view text;

@@ -16,15 +16,22 @@ void clsShownLines::SetFilter(scFilter filter) {
     Begin();
 }
 
+void clsShownLines::SetStore(clsStore& store, std::size_t mostLines, std::size_t mostBytes) {
+    store_ = &store;
+    mostLines_ = mostLines;
+    mostBytes_ = mostBytes;
+    Begin();
+}
+
 void clsShownLines::Clear() {
-    store_.Clear();
+    store_->Clear();
     Begin();
 }
 
 void clsShownLines::Begin() {
     rows_.clear();
     bytes_ = 0;
-    next_ = store_.First();
+    next_ = store_->First();
 }
 
 bool clsShownLines::Advance(std::chrono::milliseconds budget, std::optional<std::uint64_t> limit) {
@@ -49,7 +56,7 @@ void clsShownLines::Add(std::uint64_t number, LinePtr line) {
 
 bool clsShownLines::ReadBatch(std::optional<std::uint64_t> limit) {
     batch_.clear();
-    store_.Read(next_, batchSize, batch_);
+    store_->Read(next_, batchSize, batch_);
     while (limit && next_ > *limit && !batch_.empty()) {
         batch_.pop_back();
         --next_;
@@ -71,7 +78,7 @@ std::size_t clsShownLines::Trim() {
 std::size_t clsShownLines::Held(const scCounters& counters) const {
     const auto kept =
         std::partition_point(rows_.begin(), rows_.end(),
-                             [first = store_.First()](const scRow& row) { return row.number < first; });
+                             [first = store_->First()](const scRow& row) { return row.number < first; });
     return counters.held + static_cast<std::size_t>(kept - rows_.begin());
 }
 

@@ -15,7 +15,10 @@ class clsShownLines {
   public:
     // At most these lines and bytes are kept, and a tenth more between two calls of trim.
     clsShownLines(clsStore& store, std::size_t mostLines, std::size_t mostBytes)
-        : store_(store), mostLines_(mostLines), mostBytes_(mostBytes) {}
+        : store_(&store), mostLines_(mostLines), mostBytes_(mostBytes) {}
+
+    // Begins anew with the lines of another store, of which as many are kept.
+    void SetStore(clsStore& store, std::size_t mostLines, std::size_t mostBytes);
 
     // Begins anew with the lines that are held.
     void SetFilter(scFilter filter);
@@ -36,6 +39,7 @@ class clsShownLines {
     std::size_t Held(const scCounters& counters) const;
 
     std::size_t size() const { return rows_.size(); }
+    std::uint64_t Number(std::size_t row) const { return rows_[row].number; } // the line's in the store
     const LinePtr& operator[](std::size_t row) const { return rows_[row].line; }
 
   private:
@@ -48,7 +52,7 @@ class clsShownLines {
     void Add(std::uint64_t number, LinePtr line);
     void Begin();
 
-    clsStore& store_;
+    clsStore* store_;
     std::size_t mostLines_;
     std::size_t mostBytes_;
     scFilter filter_;

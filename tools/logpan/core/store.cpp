@@ -25,6 +25,13 @@ void clsStore::AddText(std::wstring_view message, const scStamp& arrived) {
     Wake();
 }
 
+void clsStore::AddLine(scLine line) {
+    LinePtr whole = std::make_shared<const scLine>(std::move(line));
+    const std::lock_guard lock{mutex_};
+    ring_.Push(std::move(whole));
+    Wake();
+}
+
 void clsStore::Refuse() {
     const std::lock_guard lock{mutex_};
     ++refused_;

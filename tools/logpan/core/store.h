@@ -29,6 +29,9 @@ class clsStore {
     void AddText(std::wstring_view message, const scStamp& arrived);
     void Refuse();
 
+    // A line that is whole already, out of a file.
+    void AddLine(scLine line);
+
     // Appends the lines from that number on, at most that number, and returns how many were skipped because
     // they are no longer held. Moves the number past the last one.
     std::uint64_t Read(std::uint64_t& number, std::size_t most, std::vector<LinePtr>& lines);

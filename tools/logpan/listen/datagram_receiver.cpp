@@ -3,6 +3,7 @@
 
 #include "datagram.h"
 #include "exit_code.h"
+#include "sender_process.h"
 #include "system_reason.h"
 
 #include <new>
@@ -35,7 +36,7 @@ clsDatagramReceiver::clsSocket::clsSocket() : socket_(socket(AF_INET, SOCK_DGRAM
 }
 
 clsDatagramReceiver::clsDatagramReceiver(clsStore& store, std::uint32_t largestDatagram)
-    : store_(store), largestDatagram_(largestDatagram) {
+    : store_(store), largestDatagram_(largestDatagram), processes_(ProcessOfPort) {
     setsockopt(socket_.Get(), SOL_SOCKET, SO_RCVBUF, reinterpret_cast<const char*>(&receiveBuffer),
                sizeof receiveBuffer);
     address_.sin_family = AF_INET;
@@ -65,13 +66,16 @@ void clsDatagramReceiver::Receive() {
         if (stopping_)
             return;
         try {
-            const std::optional<scPacket> packet =
+            std::optional<scPacket> packet =
                 bytes < 0 ? std::nullopt
                           : ParseDatagram(units, static_cast<std::size_t>(bytes), largestDatagram_);
-            if (packet)
-                store_.Add(ntohs(from.sin_port), *packet);
-            else
+            if (packet) {
+                const std::uint16_t port = ntohs(from.sin_port);
+                packet->process = processes_.Of(port, clsStore::Clock::now());
+                store_.Add(port, *packet);
+            } else {
                 store_.Refuse();
+            }
         } catch (const std::bad_alloc&) {
             store_.Refuse();
         }

@@ -1,6 +1,7 @@
 // Takes datagrams off a loopback socket as fast as they come, in a thread of its own.
 #pragma once
 
+#include "process_cache.h"
 #include "store.h"
 
 #include <winsock2.h>
@@ -47,6 +48,7 @@ class clsDatagramReceiver {
     clsLibrary library_;
     clsSocket socket_;
     sockaddr_in address_{};
+    clsProcessCache processes_;
     std::atomic<bool> stopping_ = false;
     std::thread thread_;
 };

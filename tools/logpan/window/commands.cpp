@@ -4,35 +4,50 @@
 #include "clipboard.h"
 #include "columns.h"
 #include "controls.h"
-#include "exit_code.h"
 #include "resource.h"
-#include "save_lines.h"
-#include "text_io.h"
-
-#include <windows.h>
-
-#include <commdlg.h>
 
 namespace tool::logpan {
 
 struct clsMainWindow::scCommand {
     int id;
-    void (clsMainWindow::*run)();
+    void (*run)(clsMainWindow& window);
 };
 
 const clsMainWindow::scCommand clsMainWindow::commands[] = {
-    {ID_SAVE, &clsMainWindow::Save},
-    {ID_EXIT, &clsMainWindow::Exit},
-    {ID_COPY, &clsMainWindow::Copy},
-    {ID_SELECT_ALL, &clsMainWindow::SelectAll},
-    {ID_CLEAR, &clsMainWindow::Clear},
-    {ID_GO_INCLUDE, &clsMainWindow::GoToInclude},
-    {ID_GO_EXCLUDE, &clsMainWindow::GoToExclude},
-    {ID_CLEAR_FILTER, &clsMainWindow::ClearFilter},
-    {ID_ABOUT, &clsMainWindow::About},
-    {ID_PAUSE, &clsMainWindow::TogglePause},
-    {ID_FOLLOW, &clsMainWindow::ToggleFollow},
-    {ID_REGULAR, &clsMainWindow::ToggleRegular},
+    {ID_OPEN, [](clsMainWindow& window) { window.OpenFiles(); }},
+    {ID_LIVE, [](clsMainWindow& window) { window.BackToLive(); }},
+    {ID_SAVE, [](clsMainWindow& window) { window.Save(); }},
+    {ID_EXIT, [](clsMainWindow& window) { window.Exit(); }},
+    {ID_COPY, [](clsMainWindow& window) { window.Copy(); }},
+    {ID_SELECT_ALL, [](clsMainWindow& window) { window.SelectAll(); }},
+    {ID_GO_FIND, [](clsMainWindow& window) { window.GoTo(ID_FIND); }},
+    {ID_FIND_NEXT, [](clsMainWindow& window) { window.Find(false); }},
+    {ID_FIND_PREVIOUS, [](clsMainWindow& window) { window.Find(true); }},
+    {ID_BOOKMARK, [](clsMainWindow& window) { window.ToggleBookmark(); }},
+    {ID_NEXT_BOOKMARK, [](clsMainWindow& window) { window.GoToBookmark(false); }},
+    {ID_PREVIOUS_BOOKMARK, [](clsMainWindow& window) { window.GoToBookmark(true); }},
+    {ID_CLEAR, [](clsMainWindow& window) { window.Clear(); }},
+    {ID_PAUSE, [](clsMainWindow& window) { window.TogglePause(); }},
+    {ID_FOLLOW, [](clsMainWindow& window) { window.ToggleFollow(); }},
+    {ID_HIGHLIGHTS, [](clsMainWindow& window) { window.EditHighlights(); }},
+    {ID_THEME_SYSTEM, [](clsMainWindow& window) { window.Choose(ThemeChoice::system); }},
+    {ID_THEME_LIGHT, [](clsMainWindow& window) { window.Choose(ThemeChoice::light); }},
+    {ID_THEME_DARK, [](clsMainWindow& window) { window.Choose(ThemeChoice::dark); }},
+    {ID_GO_INCLUDE, [](clsMainWindow& window) { window.GoTo(ID_INCLUDE); }},
+    {ID_GO_EXCLUDE, [](clsMainWindow& window) { window.GoTo(ID_EXCLUDE); }},
+    {ID_GO_ONLY, [](clsMainWindow& window) { window.GoTo(ID_ONLY); }},
+    {ID_REGULAR, [](clsMainWindow& window) { window.ApplyFilter(); }},
+    {ID_CLEAR_FILTER, [](clsMainWindow& window) { window.ClearFilter(); }},
+    {ID_ONLY_PROBLEMS, [](clsMainWindow& window) { window.ToggleProblems(); }},
+    {ID_ONLY_MODULE, [](clsMainWindow& window) { window.ToggleCriterion(L"module", false); }},
+    {ID_HIDE_MODULE, [](clsMainWindow& window) { window.ToggleCriterion(L"module", true); }},
+    {ID_ONLY_THREAD, [](clsMainWindow& window) { window.ToggleCriterion(L"thread", false); }},
+    {ID_HIDE_THREAD, [](clsMainWindow& window) { window.ToggleCriterion(L"thread", true); }},
+    {ID_ONLY_PROCESS, [](clsMainWindow& window) { window.ToggleCriterion(L"process", false); }},
+    {ID_HIDE_PROCESS, [](clsMainWindow& window) { window.ToggleCriterion(L"process", true); }},
+    {ID_SAVE_FILTER, [](clsMainWindow& window) { window.SaveFilter(); }},
+    {ID_EDIT_FILTERS, [](clsMainWindow& window) { window.EditFilters(); }},
+    {ID_ABOUT, [](clsMainWindow& window) { window.About(); }},
 };
 
 namespace {
@@ -41,7 +56,11 @@ constexpr int fromAccelerator = 1; // the notification of a key; 0 is that of a 
 
 bool IsBox(HWND window) {
     const int id = GetDlgCtrlID(window);
-    return id == ID_INCLUDE || id == ID_EXCLUDE || id == ID_DETAIL;
+    return id == ID_INCLUDE || id == ID_EXCLUDE || id == ID_ONLY || id == ID_FIND || id == ID_DETAIL;
+}
+
+bool IsFilterBox(int id) {
+    return id == ID_INCLUDE || id == ID_EXCLUDE || id == ID_ONLY;
 }
 
 bool IsCheckBox(int id) {
@@ -51,48 +70,24 @@ bool IsCheckBox(int id) {
 } // namespace
 
 void clsMainWindow::Command(int id, int notification, HWND control) {
-    if (id == ID_INCLUDE || id == ID_EXCLUDE) {
-        if (notification == EN_CHANGE)
-            ApplyFilter();
+    if (IsFilterBox(id) && notification == EN_CHANGE)
+        ApplyFilter();
+    if (notification > fromAccelerator)
         return;
-    }
     // A check box that was clicked has changed already; menu and key change it here.
     if (IsCheckBox(id) && control == nullptr)
         bar_->Check(id, !bar_->IsChecked(id));
+    if (id == IDOK && GetDlgCtrlID(GetFocus()) == ID_FIND)
+        Find(false);
+    else if (id >= ID_FIRST_COLUMN && id < ID_FIRST_SAVED)
+        ToggleColumn(id - ID_FIRST_COLUMN);
+    else if (id >= ID_FIRST_SAVED && id <= ID_LAST_SAVED)
+        UseSaved(static_cast<std::size_t>(id - ID_FIRST_SAVED));
     for (const scCommand& known : commands)
-        if (known.id == id && notification <= fromAccelerator) {
-            (this->*known.run)();
+        if (known.id == id) {
+            known.run(*this);
             return;
         }
-}
-
-void clsMainWindow::PrepareMenu() const {
-    const HMENU menu = GetMenu(window_);
-    const auto mark = [&](UINT id, bool marked) {
-        CheckMenuItem(menu, id, MF_BYCOMMAND | (marked ? MF_CHECKED : MF_UNCHECKED));
-    };
-    mark(ID_PAUSE, pausedAt_.has_value());
-    mark(ID_FOLLOW, bar_->IsChecked(ID_FOLLOW));
-    mark(ID_REGULAR, bar_->IsChecked(ID_REGULAR));
-}
-
-void clsMainWindow::Save() {
-    wchar_t path[MAX_PATH] = L"lines.log";
-    OPENFILENAMEW question{};
-    question.lStructSize = sizeof question;
-    question.hwndOwner = window_;
-    question.lpstrFilter = L"Text (*.log;*.txt)\0*.log;*.txt\0JSON lines (*.json)\0*.json\0All files\0*.*\0";
-    question.lpstrFile = path;
-    question.nMaxFile = static_cast<DWORD>(std::size(path));
-    question.lpstrDefExt = L"log";
-    question.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR | OFN_HIDEREADONLY;
-    if (!GetSaveFileNameW(&question))
-        return;
-    try {
-        SaveLines(lines_, path);
-    } catch (const scFailure& failure) {
-        Complain(ToWide(failure.subject + ": " + failure.reason));
-    }
 }
 
 void clsMainWindow::Exit() {
@@ -120,22 +115,15 @@ void clsMainWindow::SelectAll() {
 
 void clsMainWindow::Clear() {
     lines_.Clear();
+    marks_.bookmarks.Clear();
+    search_.Cancel();
     list_->Reset();
     ShowDetail();
     Update();
 }
 
-void clsMainWindow::ClearFilter() {
-    bar_->ClearFilter();
-    SetFocus(list_->Handle());
-}
-
-void clsMainWindow::GoToInclude() {
-    bar_->GoTo(ID_INCLUDE);
-}
-
-void clsMainWindow::GoToExclude() {
-    bar_->GoTo(ID_EXCLUDE);
+void clsMainWindow::GoTo(int box) {
+    bar_->GoTo(box);
 }
 
 void clsMainWindow::About() {
@@ -145,7 +133,13 @@ void clsMainWindow::About() {
                 L"Ctrl+F\tinclude only lines that have a text\n"
                 L"Ctrl+E\texclude lines that have a text\n"
                 L"Ctrl+R\tboth are regular expressions\n"
+                L"Ctrl+Y\tonly lines of a severity, module, thread or process\n"
+                L"Ctrl+W\tonly warnings and errors\n"
                 L"Ctrl+D\tclear the filter\n"
+                L"Ctrl+G, F3, Shift+F3\tfind a text, the next and the previous one\n"
+                L"Ctrl+F2, F2, Shift+F2\tbookmark a line, go to the next and the previous one\n"
+                L"Ctrl+H\thighlight lines\n"
+                L"Ctrl+O, Ctrl+B\topen a file, back to live lines\n"
                 L"Ctrl+P\tpause and go on\n"
                 L"Ctrl+T\tfollow the tail (End does, too)\n"
                 L"Ctrl+L\tclear the lines\n"
@@ -169,8 +163,9 @@ void clsMainWindow::ToggleFollow() {
         list_->ShowLast();
 }
 
-void clsMainWindow::ToggleRegular() {
-    ApplyFilter();
+void clsMainWindow::ToggleColumn(int column) {
+    if (column + 1 < static_cast<int>(ListColumns().size())) // the text stays
+        list_->ToggleColumn(static_cast<std::size_t>(column));
 }
 
 // Whoever scrolls away from the tail wants to read there; whoever scrolls back wants to follow.

@@ -1,30 +1,43 @@
-// The row of controls above the lines.
+// The two rows of controls above the lines.
 #pragma once
 
-#include "arguments.h"
+#include "filter_text.h"
 #include "look.h"
+#include "theme.h"
+
+#include <span>
 
 namespace tool::logpan {
 
 class clsFilterBar {
   public:
-    clsFilterBar(HWND parent, const clsLook& look, const scArguments& arguments);
+    clsFilterBar(HWND parent, const clsLook& look);
 
-    // Lays the controls out in a row; the boxes share what the others leave.
+    // Lays the controls out in rows; the boxes of a row share what the others leave.
     void Place(int width);
     int Height() const;
 
     // What stands in the boxes; throws BadPattern, whose reason then names the box.
+    scFilterText FilterText() const;
     scFilter Filter() const;
-    void ClearFilter();
+    void SetFilter(const scFilterText& filter);
+    // What is looked for, which is nothing while the box is empty. Throws BadPattern.
+    clsPattern Find() const;
     void GoTo(int box) const; // its number
 
     bool IsChecked(int id) const;
     void Check(int id, bool checked);
     void SetPauseText(bool paused);
+    void ApplyTheme(const clsTheme& theme) const;
 
   private:
-    clsPattern PatternOf(HWND box, const char* name) const;
+    struct scPlace {
+        HWND control;
+        int width; // 0: that of a box
+    };
+
+    PatternKind Kind() const;
+    void PlaceRow(std::span<const scPlace> places, int row, int width) const;
 
     HWND parent_;
     const clsLook& look_;
@@ -33,9 +46,13 @@ class clsFilterBar {
     HWND excludeLabel_;
     HWND exclude_;
     HWND regular_;
-    HWND follow_;
     HWND pause_;
     HWND clear_;
+    HWND onlyLabel_;
+    HWND only_;
+    HWND findLabel_;
+    HWND find_;
+    HWND follow_;
 };
 
 } // namespace tool::logpan

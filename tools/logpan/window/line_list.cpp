@@ -1,9 +1,7 @@
 // A report view of common controls with LVS_OWNERDATA.
 #include "line_list.h"
 
-#include "columns.h"
 #include "controls.h"
-#include "printable.h"
 #include "resource.h"
 #include "severity.h"
 
@@ -13,64 +11,79 @@ namespace tool::logpan {
 
 namespace {
 
-struct scColumn {
-    const wchar_t* title;
-    int characters; // its width; 0: what the others leave
-    std::wstring (*text)(const scLine& line);
-};
-
-std::wstring ModuleText(const scLine& line) {
-    return Printable(line.module);
-}
-std::wstring DeepText(const scLine& line) {
-    return IndentedText(line, 2); // easier to see
-}
-
-// Time stands first: a list view aligns its first column to the left only.
-constexpr scColumn columns[] = {
-    {L"Time", 13, TimeText},    {L"Module", 13, ModuleText}, {L"Thread", 9, ThreadText},
-    {L"CPU", 4, ProcessorText}, {L"Seq", 4, SequenceText},   {L"Text", 0, DeepText},
-};
-constexpr int textColumn = static_cast<int>(std::size(columns)) - 1;
 constexpr int cellMargin = 12;
 constexpr int narrowestText = 40; // characters
 
-struct scColours {
-    Severity severity;
-    COLORREF text;
-    COLORREF background;
-};
-constexpr scColours severityColours[] = {
-    {Severity::warning, RGB(122, 74, 0), RGB(255, 246, 219)},
-    {Severity::error, RGB(168, 0, 28), RGB(253, 233, 235)},
-};
+constexpr std::wstring_view bookmarkSign = L"\u25cf "; // a dot
 
 constexpr scControlKind listKind{WC_LISTVIEWW, WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS |
                                                    LVS_NOSORTHEADER};
 
-// People who chose colours of high contrast need them.
-bool WantsSystemColours() {
-    HIGHCONTRASTW contrast{};
-    contrast.cbSize = sizeof contrast;
-    return SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) &&
-           (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
-}
-
 } // namespace
 
-clsLineList::clsLineList(HWND parent, const clsLook& look, const clsShownLines& lines)
-    : list_(MakeControl(parent, listKind, ID_LINES, L"", look.Lines())), look_(look), lines_(lines) {
+clsLineList::clsLineList(HWND parent, const clsLook& look, const clsShownLines& lines, const scMarks& marks,
+                         const clsTheme& theme)
+    : list_(MakeControl(parent, listKind, ID_LINES, L"", look.Lines())), look_(look), lines_(lines),
+      marks_(marks), theme_(theme) {
     ListView_SetExtendedListViewStyle(list_, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
-    int at = 0;
-    for (const scColumn& column : columns) {
+    SendMessageW(ListView_GetHeader(list_), WM_SETFONT, reinterpret_cast<WPARAM>(look.Controls()), FALSE);
+}
+
+void clsLineList::ShowColumns(const std::map<std::wstring, int>& widths) {
+    for (std::size_t at = shown_.size(); at-- > 0;)
+        ListView_DeleteColumn(list_, static_cast<int>(at));
+    shown_.clear();
+    const std::span<const scListColumn> columns = ListColumns();
+    for (std::size_t at = 0; at < columns.size(); ++at) {
+        const scListColumn& column = columns[at];
+        const auto known = widths.find(column.title);
+        const bool isText = at + 1 == columns.size();
+        if (!isText && (known == widths.end() ? !column.shown : known->second == 0))
+            continue;
         LVCOLUMNW description{};
         description.mask = LVCF_TEXT | LVCF_WIDTH;
         description.pszText = const_cast<wchar_t*>(column.title);
-        description.cx = column.characters * look.CharacterWidth() + look.Scaled(cellMargin);
-        SendMessageW(list_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(at++),
-                     reinterpret_cast<LPARAM>(&description));
+        description.cx = known != widths.end() && known->second > 0
+                             ? look_.Scaled(known->second)
+                             : column.characters * look_.CharacterWidth() + look_.Scaled(cellMargin);
+        SendMessageW(list_, LVM_INSERTCOLUMNW, shown_.size(), reinterpret_cast<LPARAM>(&description));
+        shown_.push_back(at);
     }
-    SendMessageW(ListView_GetHeader(list_), WM_SETFONT, reinterpret_cast<WPARAM>(look.Controls()), FALSE);
+    width_ = 0;
+    FillWidth();
+}
+
+std::map<std::wstring, int> clsLineList::ColumnWidths() const {
+    std::map<std::wstring, int> widths;
+    for (const scListColumn& column : ListColumns())
+        widths.emplace(column.title, 0);
+    for (std::size_t at = 0; at < shown_.size(); ++at)
+        widths[ListColumns()[shown_[at]].title] =
+            look_.Unscaled(ListView_GetColumnWidth(list_, static_cast<int>(at)));
+    return widths;
+}
+
+void clsLineList::ToggleColumn(std::size_t column) {
+    std::map<std::wstring, int> widths = ColumnWidths();
+    if (ShowsColumn(column))
+        widths[ListColumns()[column].title] = 0;
+    else
+        widths[ListColumns()[column].title] =
+            look_.Unscaled(ListColumns()[column].characters * look_.CharacterWidth()) + cellMargin;
+    ShowColumns(widths);
+}
+
+bool clsLineList::ShowsColumn(std::size_t column) const {
+    return std::find(shown_.begin(), shown_.end(), column) != shown_.end();
+}
+
+void clsLineList::ApplyTheme() {
+    const scCellColours colours = theme_.Lines();
+    ListView_SetBkColor(list_, colours.background);
+    ListView_SetTextBkColor(list_, colours.background);
+    ListView_SetTextColor(list_, colours.text);
+    theme_.ApplyToControl(list_);
+    InvalidateRect(ListView_GetHeader(list_), nullptr, TRUE);
 }
 
 void clsLineList::Place(const RECT& area) {
@@ -88,13 +101,13 @@ void clsLineList::ScaleColumns(int dotsBefore, int dotsPerInch) {
 void clsLineList::FillWidth() {
     RECT inside{};
     GetClientRect(list_, &inside);
-    if (inside.right == width_)
+    if (inside.right == width_ || shown_.empty())
         return;
     width_ = inside.right;
     int left = width_;
-    for (int at = 0; at < textColumn; ++at)
+    for (int at = 0; at < TextAt(); ++at)
         left -= ListView_GetColumnWidth(list_, at);
-    ListView_SetColumnWidth(list_, textColumn, std::max(left, narrowestText * look_.CharacterWidth()));
+    ListView_SetColumnWidth(list_, TextAt(), std::max(left, narrowestText * look_.CharacterWidth()));
 }
 
 void clsLineList::Grow(bool followTail) {
@@ -134,6 +147,13 @@ void clsLineList::Reset() {
     ListView_SetItemCountEx(list_, static_cast<int>(lines_.size()), 0);
 }
 
+void clsLineList::Select(std::size_t row) {
+    const int at = static_cast<int>(row);
+    ListView_SetItemState(list_, -1, 0, LVIS_SELECTED);
+    ListView_SetItemState(list_, at, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+    ListView_EnsureVisible(list_, at, FALSE);
+}
+
 void clsLineList::SelectAll() {
     ListView_SetItemState(list_, -1, LVIS_SELECTED, LVIS_SELECTED);
 }
@@ -162,7 +182,7 @@ LRESULT clsLineList::Notified(const NMHDR& header) {
         GiveText(reinterpret_cast<NMLVDISPINFOW&>(const_cast<NMHDR&>(header)).item);
         return 0;
     case NM_CUSTOMDRAW:
-        return Colour(reinterpret_cast<NMLVCUSTOMDRAW&>(const_cast<NMHDR&>(header)));
+        return ColourOf(reinterpret_cast<NMLVCUSTOMDRAW&>(const_cast<NMHDR&>(header)));
     default:
         return 0;
     }
@@ -174,23 +194,28 @@ bool clsLineList::IsFocusChange(const NMHDR& header) {
 
 void clsLineList::GiveText(LVITEMW& item) {
     const auto row = static_cast<std::size_t>(item.iItem);
-    if ((item.mask & LVIF_TEXT) == 0 || row >= lines_.size() || item.iSubItem > textColumn)
+    const auto column = static_cast<std::size_t>(item.iSubItem);
+    if ((item.mask & LVIF_TEXT) == 0 || row >= lines_.size() || column >= shown_.size())
         return;
-    text_ = columns[item.iSubItem].text(*lines_[row]);
+    text_ = ListColumns()[shown_[column]].text(lines_, row);
+    if (column == 0 && marks_.bookmarks.Has(lines_.Number(row)))
+        text_.insert(0, bookmarkSign);
     item.pszText = text_.data();
 }
 
-LRESULT clsLineList::Colour(NMLVCUSTOMDRAW& drawing) const {
+LRESULT clsLineList::ColourOf(NMLVCUSTOMDRAW& drawing) const {
     if (drawing.nmcd.dwDrawStage == CDDS_PREPAINT)
-        return WantsSystemColours() ? CDRF_DODEFAULT : CDRF_NOTIFYITEMDRAW;
+        return theme_.IsPlain() ? CDRF_DODEFAULT : CDRF_NOTIFYITEMDRAW;
     if (drawing.nmcd.dwDrawStage != CDDS_ITEMPREPAINT || drawing.nmcd.dwItemSpec >= lines_.size())
         return CDRF_DODEFAULT;
-    const Severity severity = SeverityOf(lines_[drawing.nmcd.dwItemSpec]->text);
-    for (const scColours& colours : severityColours)
-        if (colours.severity == severity) {
-            drawing.clrText = colours.text;
-            drawing.clrTextBk = colours.background;
-        }
+    const scLine& line = *lines_[drawing.nmcd.dwItemSpec];
+    const Severity severity = SeverityOf(line.text);
+    const std::optional<Colour> colour = marks_.highlights.ColourOf(line);
+    if (!colour && severity == Severity::none)
+        return CDRF_DODEFAULT;
+    const scCellColours colours = colour ? theme_.Of(*colour) : theme_.Of(severity);
+    drawing.clrText = colours.text;
+    drawing.clrTextBk = colours.background;
     return CDRF_DODEFAULT;
 }
 

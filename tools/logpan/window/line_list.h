@@ -1,8 +1,10 @@
 // The list of lines: a view that asks for the text of the rows it shows, however many there are.
 #pragma once
 
+#include "list_columns.h"
 #include "look.h"
-#include "shown_lines.h"
+#include "marks.h"
+#include "theme.h"
 
 #include <windows.h>
 
@@ -15,7 +17,8 @@ namespace tool::logpan {
 
 class clsLineList {
   public:
-    clsLineList(HWND parent, const clsLook& look, const clsShownLines& lines);
+    clsLineList(HWND parent, const clsLook& look, const clsShownLines& lines, const scMarks& marks,
+                const clsTheme& theme);
 
     HWND Handle() const { return list_; }
     void Place(const RECT& area);
@@ -29,6 +32,16 @@ class clsLineList {
     // All rows are others.
     void Reset();
 
+    // Widths as in the settings. A column that has none is shown as it is at first.
+    void ShowColumns(const std::map<std::wstring, int>& widths);
+    std::map<std::wstring, int> ColumnWidths() const;
+    void ToggleColumn(std::size_t column);
+    bool ShowsColumn(std::size_t column) const;
+
+    void ApplyTheme();
+
+    // Makes it the one that is selected, and shows it.
+    void Select(std::size_t row);
     void SelectAll();
     std::vector<std::size_t> SelectedRows() const;
     std::optional<std::size_t> FocusedRow() const;
@@ -42,14 +55,18 @@ class clsLineList {
 
   private:
     void GiveText(LVITEMW& item);
-    LRESULT Colour(NMLVCUSTOMDRAW& drawing) const;
+    LRESULT ColourOf(NMLVCUSTOMDRAW& drawing) const;
     void FillWidth();
+    int TextAt() const { return static_cast<int>(shown_.size()) - 1; } // where the text's column is
 
     HWND list_;
     const clsLook& look_;
     const clsShownLines& lines_;
-    int width_ = 0;     // inside, without a scroll bar
-    std::wstring text_; // of the cell asked for last; the list reads it before it asks again
+    const scMarks& marks_;
+    const clsTheme& theme_;
+    std::vector<std::size_t> shown_; // columns, from left to right
+    int width_ = 0;                  // inside, without a scroll bar
+    std::wstring text_;              // of the cell asked for last; the list reads it before it asks again
 };
 
 } // namespace tool::logpan

@@ -27,6 +27,7 @@ class clsLook {
 
     // A measure of 96 dots an inch in the screen's own.
     int Scaled(int pixels) const { return MulDiv(pixels, dotsPerInch_, 96); }
+    int Unscaled(int pixels) const { return MulDiv(pixels, 96, dotsPerInch_); }
     int CharacterWidth() const { return characterWidth_; } // of the lines' font
     int LineHeight() const { return lineHeight_; }         // of the lines' font
 

@@ -2,15 +2,16 @@
 #include "main_window.h"
 
 #include "controls.h"
+#include "dark_header.h"
 #include "exit_code.h"
 #include "resource.h"
-#include "text_io.h"
 
 #include <tvut22/viewer.h>
 
 #include <windows.h>
 
 #include <commctrl.h>
+#include <shellapi.h>
 
 #include <new>
 
@@ -23,20 +24,25 @@ constexpr UINT_PTR timerStatus = 2;
 constexpr UINT linesInterval = 40;
 constexpr UINT statusInterval = 1000;
 constexpr std::chrono::milliseconds filterBudget{25};
-constexpr int startWidth = 1040;
-constexpr int startHeight = 620;
+constexpr int startWidth = 1200;
+constexpr int startHeight = 680;
 constexpr int smallestWidth = 720;
 constexpr int smallestHeight = 300;
 constexpr int detailRows = 3;
 constexpr UINT messageScrolled = WM_APP;
+constexpr UINT messageHeader = WM_APP + 1;
 constexpr UINT_PTR subclassId = 1;
 
 constexpr scControlKind detailKind{
     L"EDIT", WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL, WS_EX_CLIENTEDGE};
 
-// Notifies the main window after the list has handled what the user did.
-LRESULT CALLBACK WatchScrolling(HWND list, UINT message, WPARAM first, LPARAM second, UINT_PTR,
-                                DWORD_PTR main) {
+// Notifies the main window after the list has handled what the user did. What the list's header asks goes to
+// the list, and on to the main window.
+LRESULT CALLBACK WatchList(HWND list, UINT message, WPARAM first, LPARAM second, UINT_PTR, DWORD_PTR main) {
+    const auto* notified = message == WM_NOTIFY ? reinterpret_cast<const NMHDR*>(second) : nullptr;
+    if (notified != nullptr && notified->code == NM_CUSTOMDRAW &&
+        notified->hwndFrom == ListView_GetHeader(list))
+        return SendMessageW(reinterpret_cast<HWND>(main), messageHeader, first, second);
     const LRESULT result = DefSubclassProc(list, message, first, second);
     if (message == WM_VSCROLL || message == WM_MOUSEWHEEL || message == WM_KEYDOWN ||
         message == WM_LBUTTONDOWN)
@@ -46,8 +52,10 @@ LRESULT CALLBACK WatchScrolling(HWND list, UINT message, WPARAM first, LPARAM se
 
 } // namespace
 
-clsMainWindow::clsMainWindow(const scArguments& arguments, clsStore& store)
-    : arguments_(arguments), store_(store), lines_(store, arguments.capacity, arguments.Bytes()) {
+clsMainWindow::clsMainWindow(const scArguments& arguments, clsSettingsFile& settings, clsStore& store)
+    : arguments_(arguments), settings_(settings), store_(store),
+      theme_(settings.settings.theme), marks_{clsHighlights{settings.settings.highlights}, {}},
+      lines_(store, arguments.capacity, arguments.Bytes()) {
     WNDCLASSEXW description{};
     description.cbSize = sizeof description;
     description.lpfnWndProc = Receive;
@@ -75,23 +83,47 @@ clsMainWindow::~clsMainWindow() {
 }
 
 void clsMainWindow::MakeParts() {
-    bar_.emplace(window_, look_, arguments_);
-    list_.emplace(window_, look_, lines_);
+    bar_.emplace(window_, look_);
+    list_.emplace(window_, look_, lines_, marks_, theme_);
     detail_ = MakeControl(window_, detailKind, ID_DETAIL, L"", look_.Lines());
     status_.emplace(window_, look_);
-    SetWindowSubclass(list_->Handle(), WatchScrolling, subclassId, reinterpret_cast<DWORD_PTR>(window_));
+    SetWindowSubclass(list_->Handle(), WatchList, subclassId, reinterpret_cast<DWORD_PTR>(window_));
+    DragAcceptFiles(window_, TRUE);
+    list_->ShowColumns(settings_.settings.columns);
+    ApplyTheme();
+    bar_->SetFilter(FilterTextOf(arguments_));
     ApplyFilter();
 }
 
 void clsMainWindow::Show(std::uint16_t port) {
-    listening_ = L"Listening on port " + std::to_wstring(port);
+    port_ = port;
+    const RECT& place = settings_.settings.window;
+    // Where it was, unless that screen is gone.
+    if (!IsRectEmpty(&place) && MonitorFromRect(&place, MONITOR_DEFAULTTONULL) != nullptr) {
+        WINDOWPLACEMENT placement{};
+        placement.length = sizeof placement;
+        placement.rcNormalPosition = place;
+        placement.showCmd = SW_HIDE;
+        SetWindowPlacement(window_, &placement);
+    }
     Place();
-    status_->Say(listening_);
-    status_->ShowRate(store_.Counters());
+    Say();
+    status_->ShowRate(Store().Counters());
     SetTimer(window_, timerLines, linesInterval, nullptr);
     SetTimer(window_, timerStatus, statusInterval, nullptr);
-    ShowWindow(window_, SW_SHOWDEFAULT);
+    ShowWindow(window_, settings_.settings.maximized ? SW_SHOWMAXIMIZED : SW_SHOWDEFAULT);
     SetFocus(list_->Handle());
+}
+
+void clsMainWindow::Keep() const {
+    scSettings& settings = settings_.settings;
+    WINDOWPLACEMENT placement{};
+    placement.length = sizeof placement;
+    if (GetWindowPlacement(window_, &placement))
+        settings.window = placement.rcNormalPosition;
+    settings.maximized = IsZoomed(window_) != 0;
+    settings.theme = theme_.Choice();
+    settings.columns = list_->ColumnWidths();
 }
 
 void clsMainWindow::Run() {
@@ -152,12 +184,39 @@ LRESULT clsMainWindow::Handle(UINT message, WPARAM first, LPARAM second) {
         PrepareMenu();
         return 0;
     case WM_TIMER:
-        first == timerLines ? Update() : status_->ShowRate(store_.Counters());
+        first == timerLines ? Update() : status_->ShowRate(Store().Counters());
         return 0;
     case messageScrolled:
         AfterScroll();
         return 0;
+    case messageHeader:
+        return DrawHeader(*reinterpret_cast<const NMCUSTOMDRAW*>(second), theme_);
+    case WM_CONTEXTMENU:
+        if (reinterpret_cast<HWND>(first) == list_->Handle())
+            ShowContextMenu(second);
+        return 0;
+    case WM_DROPFILES:
+        Drop(reinterpret_cast<HANDLE>(first));
+        return 0;
+    case WM_SETTINGCHANGE:
+    case WM_SYSCOLORCHANGE:
+        Choose(theme_.Choice());
+        return 0;
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORSTATIC:
+    case WM_CTLCOLORBTN:
+        if (const LRESULT brush = ControlColours(reinterpret_cast<HDC>(first)); brush != 0)
+            return brush;
+        return DefWindowProcW(window_, message, first, second);
+    case WM_ERASEBKGND:
+        if (PaintBackground(reinterpret_cast<HDC>(first)))
+            return TRUE;
+        return DefWindowProcW(window_, message, first, second);
+    case WM_DRAWITEM:
+        status_->Draw(*reinterpret_cast<const DRAWITEMSTRUCT*>(second), theme_);
+        return TRUE;
     case WM_DESTROY:
+        Keep();
         window_ = nullptr;
         PostQuitMessage(0);
         return 0;
@@ -195,25 +254,28 @@ void clsMainWindow::ScaleTo(int dotsPerInch, const RECT& place) {
 }
 
 void clsMainWindow::Update() {
-    lines_.Advance(filterBudget, pausedAt_);
-    list_->DropFirst(lines_.Trim());
-    list_->Grow(bar_->IsChecked(ID_FOLLOW));
-    scCounters counters = store_.Counters();
+    const bool live = !files_;
+    lines_.Advance(filterBudget, live ? pausedAt_ : std::nullopt);
+    const std::size_t dropped = lines_.Trim();
+    search_.DropFirst(dropped);
+    list_->DropFirst(dropped);
+    list_->Grow(live && bar_->IsChecked(ID_FOLLOW));
+    scCounters counters = Store().Counters();
     counters.held = lines_.Held(counters);
-    status_->ShowCounts(counters, lines_.size(), pausedAt_.has_value());
+    status_->ShowCounts(counters, lines_.size(), !live ? L"File" : pausedAt_ ? L"Paused" : L"Live");
+    if (files_ && files_->Title() != title_) // one of them cannot be read
+        Say();
+    if (search_.Now() == clsSearch::State::running)
+        GoOnFinding(filterBudget);
 }
 
-void clsMainWindow::ApplyFilter() {
-    try {
-        lines_.SetFilter(bar_->Filter());
-        status_->Say(listening_);
-    } catch (const scBadPattern& bad) { // the filter before stays until this one is whole
-        status_->Say(ToWide(bad.reason));
-        return;
-    }
-    list_->Reset();
-    ShowDetail();
-    Update();
+void clsMainWindow::Say() {
+    if (files_)
+        status_->Say(title_ = files_->Title());
+    else if (port_ == 0)
+        status_->Say(L"Not listening");
+    else
+        status_->Say(L"Listening on port " + std::to_wstring(port_));
 }
 
 } // namespace tool::logpan

@@ -3,6 +3,7 @@
 
 #include "main_window.h"
 #include "session.h"
+#include "text_io.h"
 
 namespace tool::logpan {
 
@@ -17,25 +18,40 @@ void ShowOther() {
     SetForegroundWindow(other);
 }
 
-void RunAlone(const scArguments& arguments) {
+void RunLive(const scArguments& arguments, clsSettingsFile& settings) {
+    const clsOnlyViewer only;
     clsStore store{arguments.capacity, arguments.Bytes()};
-    clsMainWindow window{arguments, store};
+    clsMainWindow window{arguments, settings, store};
     const clsSession session{store, arguments.datagram, window.Handle()};
     window.Show(session.Port());
+    window.Run();
+}
+
+// Beside a viewer that listens there may be any number of these.
+void RunFiles(const scArguments& arguments, clsSettingsFile& settings) {
+    clsStore none{1, 1};
+    clsMainWindow window{arguments, settings, none};
+    std::vector<std::wstring> paths;
+    for (const std::string& file : arguments.files)
+        paths.push_back(ToWide(file));
+    window.Open(std::move(paths));
+    window.Show(0);
     window.Run();
 }
 
 } // namespace
 
 ExitCode RunWindow(const scArguments& arguments) {
-    FilterOf(arguments); // a bad pattern ends the program before it takes another viewer's place
+    FilterTextOf(arguments); // a bad pattern ends the program before it takes another viewer's place
+    // Read before lines come and saved when none come any more: the library's own would be among them.
+    clsSettingsFile settings{arguments.settings ? ToWide(*arguments.settings) : clsSettingsFile::UsualPath()};
     try {
-        const clsOnlyViewer only;
-        RunAlone(arguments);
+        arguments.files.empty() ? RunLive(arguments, settings) : RunFiles(arguments, settings);
     } catch (const scFailure&) {
         ShowOther();
         throw;
     }
+    settings.Save();
     return ExitCode::ok;
 }
 

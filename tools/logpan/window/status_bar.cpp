@@ -20,6 +20,7 @@ constexpr scControlKind barKind{STATUSCLASSNAMEW, SBARS_SIZEGRIP};
 enum Part { partMessage, partState, partRate, partLines, partLost };
 constexpr int partWidths[] = {0, 70, 110, 230, 150}; // the first one takes the rest
 constexpr int gripWidth = 18;
+constexpr int textMargin = 4;
 
 std::wstring LostText(const scCounters& counters) {
     std::wstring text = L"No line lost";
@@ -71,8 +72,8 @@ void clsStatusBar::ShowRate(const scCounters& counters) {
     SetPart(partRate, std::to_wstring(std::llround(rate)) + L" lines/s");
 }
 
-void clsStatusBar::ShowCounts(const scCounters& counters, std::size_t shown, bool paused) {
-    SetPart(partState, paused ? L"Paused" : L"Live");
+void clsStatusBar::ShowCounts(const scCounters& counters, std::size_t shown, const wchar_t* state) {
+    SetPart(partState, state);
     SetPart(partLines, std::to_wstring(counters.held) + L" held, " + std::to_wstring(shown) + L" shown");
     SetPart(partLost, LostText(counters));
 }
@@ -83,7 +84,34 @@ void clsStatusBar::SetPart(int part, std::wstring text) {
     if (text == before)
         return;
     before = std::move(text);
-    SendMessageW(bar_, SB_SETTEXTW, static_cast<WPARAM>(part), reinterpret_cast<LPARAM>(before.c_str()));
+    Send(part);
+}
+
+void clsStatusBar::Send(int part) const {
+    const std::wstring& text = texts_[static_cast<std::size_t>(part)];
+    SendMessageW(bar_, SB_SETTEXTW, static_cast<WPARAM>(part) | drawnByUs_,
+                 reinterpret_cast<LPARAM>(text.c_str()));
+}
+
+void clsStatusBar::ApplyTheme(const clsTheme& theme) {
+    theme.ApplyToControl(bar_, true);
+    SendMessageW(bar_, SB_SETBKCOLOR, 0,
+                 static_cast<LPARAM>(theme.IsDark() ? theme.Controls().background : CLR_DEFAULT));
+    drawnByUs_ = theme.IsDark() ? SBT_OWNERDRAW : 0;
+    for (int part = 0; part < static_cast<int>(partCount); ++part)
+        Send(part);
+}
+
+void clsStatusBar::Draw(const DRAWITEMSTRUCT& item, const clsTheme& theme) const {
+    if (item.itemID >= partCount)
+        return;
+    RECT area = item.rcItem;
+    FillRect(item.hDC, &area, theme.Background());
+    SetBkMode(item.hDC, TRANSPARENT);
+    SetTextColor(item.hDC, theme.Controls().text);
+    area.left += look_.Scaled(textMargin);
+    DrawTextW(item.hDC, texts_[item.itemID].c_str(), -1, &area,
+              DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | DT_NOPREFIX);
 }
 
 } // namespace tool::logpan

@@ -3,6 +3,7 @@
 
 #include "look.h"
 #include "store.h"
+#include "theme.h"
 
 #include <array>
 #include <string>
@@ -20,16 +21,22 @@ class clsStatusBar {
     void Say(const std::wstring& text);
     // The rate is that since the call before.
     void ShowRate(const scCounters& counters);
-    void ShowCounts(const scCounters& counters, std::size_t shown, bool paused);
+    void ShowCounts(const scCounters& counters, std::size_t shown, const wchar_t* state);
+
+    // In a dark theme its parts are drawn by us, with WM_DRAWITEM.
+    void ApplyTheme(const clsTheme& theme);
+    void Draw(const DRAWITEMSTRUCT& item, const clsTheme& theme) const;
 
   private:
     void SetPart(int part, std::wstring text);
+    void Send(int part) const;
 
     static constexpr std::size_t partCount = 5;
 
     HWND bar_;
     const clsLook& look_;
     std::array<std::wstring, partCount> texts_;
+    WPARAM drawnByUs_ = 0; // the flag that says so
     std::uint64_t receivedBefore_ = 0;
     clsStore::Clock::time_point updatedBefore_ = clsStore::Clock::now();
 };

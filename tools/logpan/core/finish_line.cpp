@@ -1,0 +1,30 @@
+// Pieces are joined as they come; only a whole line shows which blanks are its indentation.
+#include "finish_line.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace tool::logpan {
+
+namespace {
+
+constexpr std::wstring_view cutMark = L"\u2026";
+
+void CutTo(std::wstring& text, std::size_t length) {
+    if (text.size() <= length)
+        return;
+    text.resize(length - cutMark.size());
+    text += cutMark;
+}
+
+} // namespace
+
+void FinishLine(scLine& line) {
+    std::wstring& text = line.text;
+    CutTo(text, longestLine);
+    text.resize(text.find_last_not_of(L"\r\n") + 1);
+    line.level = std::min(text.find_first_not_of(L' '), text.size());
+    text.erase(0, line.level);
+}
+
+} // namespace tool::logpan

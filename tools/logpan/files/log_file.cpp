@@ -1,0 +1,108 @@
+// Reads piece by piece, and converts what ends at a line feed: no character stands across that.
+#include "log_file.h"
+
+#include "exit_code.h"
+#include "owned.h"
+#include "system_reason.h"
+#include "text_io.h"
+
+#include <algorithm>
+
+namespace tool::logpan {
+
+namespace {
+
+constexpr std::size_t pieceSize = 256 * 1024;
+constexpr std::string_view utf8Mark = "\xef\xbb\xbf";
+constexpr std::string_view utf16Mark = "\xff\xfe";
+
+bool Convert(UINT codePage, DWORD flags, std::string_view bytes, std::wstring& text) {
+    text.resize(bytes.size());
+    const int size = static_cast<int>(bytes.size());
+    const int length = MultiByteToWideChar(codePage, flags, bytes.data(), size, text.data(), size);
+    text.resize(static_cast<std::size_t>(length));
+    return length > 0 || bytes.empty();
+}
+
+// The bytes of a file as text, whatever pieces they come in.
+class clsDecoder {
+  public:
+    explicit clsDecoder(clsLogReader& reader) : reader_(reader) {}
+
+    void Add(std::string_view bytes) {
+        rest_ += bytes;
+        if (!begun_ && rest_.size() >= utf8Mark.size())
+            Begin();
+        if (begun_)
+            Decode(Whole());
+    }
+
+    void End() {
+        if (!begun_)
+            Begin();
+        Decode(rest_.size());
+        reader_.End();
+    }
+
+  private:
+    void Begin() {
+        begun_ = true;
+        wide_ = rest_.starts_with(utf16Mark);
+        if (wide_)
+            rest_.erase(0, utf16Mark.size());
+        else if (rest_.starts_with(utf8Mark))
+            rest_.erase(0, utf8Mark.size());
+    }
+
+    // How many bytes are whole characters, if not whole lines.
+    std::size_t Whole() const {
+        if (wide_)
+            return rest_.size() / sizeof(wchar_t) * sizeof(wchar_t);
+        const std::size_t end = rest_.rfind('\n');
+        return end != std::string::npos ? end + 1 : rest_.size() > 4 * pieceSize ? rest_.size() : 0;
+    }
+
+    void Decode(std::size_t length) {
+        const std::string_view bytes = std::string_view{rest_}.substr(0, length);
+        if (wide_) {
+            reader_.Add({reinterpret_cast<const wchar_t*>(bytes.data()), length / sizeof(wchar_t)});
+        } else {
+            if (!Convert(CP_UTF8, MB_ERR_INVALID_CHARS, bytes, text_))
+                Convert(CP_ACP, 0, bytes, text_);
+            reader_.Add(text_);
+        }
+        rest_.erase(0, length);
+    }
+
+    clsLogReader& reader_;
+    std::string rest_;
+    std::wstring text_;
+    bool begun_ = false;
+    bool wide_ = false;
+};
+
+[[noreturn]] void Fail(const std::wstring& path) {
+    const DWORD error = GetLastError();
+    throw scFailure{ExitCode::cannotOpen, ToUtf8(path), SystemReason(error)};
+}
+
+} // namespace
+
+void ReadLogFile(const std::wstring& path, const std::atomic<bool>& stop, clsLogReader::Take take) {
+    const clsHandle file = FileHandle(
+        CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                    nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    if (!file)
+        Fail(path);
+    clsLogReader reader{std::move(take)};
+    clsDecoder decoder{reader};
+    std::string piece(pieceSize, '\0');
+    for (DWORD count = 1; count > 0 && !stop;) {
+        if (!ReadFile(file.get(), piece.data(), static_cast<DWORD>(pieceSize), &count, nullptr))
+            Fail(path);
+        decoder.Add({piece.data(), count});
+    }
+    decoder.End();
+}
+
+} // namespace tool::logpan

@@ -1,0 +1,16 @@
+// A file of lines: what the viewer saved, a log file of the library, or any text.
+#pragma once
+
+#include "log_reader.h"
+
+#include <atomic>
+#include <string>
+
+namespace tool::logpan {
+
+// Gives the lines out one by one, until the end or until it shall stop. UTF-8, UTF-16 with a byte-order mark,
+// or what is neither: the code page of this system. A file that a program writes to is read as far as it is
+// written. Throws Failure with the reason when it cannot be read.
+void ReadLogFile(const std::wstring& path, const std::atomic<bool>& stop, clsLogReader::Take take);
+
+} // namespace tool::logpan
