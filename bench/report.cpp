@@ -35,15 +35,20 @@ std::string Times(double ratio) {
 
 } // namespace
 
-std::string clsReport::Judge(double figure, const std::string& text, std::optional<scGoal> goal,
-                             const char* unit) {
+std::string clsReport::Judge(const std::string& work, double figure, const std::string& text,
+                             std::optional<scGoal> goal, const char* unit) {
     if (!goal)
         return {};
     const bool atMost = goal->kind == scGoal::Kind::atMost;
+    const std::string limit = Format("goal %s %g%s", atMost ? "<=" : ">=", goal->limit, unit);
+    if (!judges_)
+        return limit + ", not judged";
     const bool met = atMost ? figure <= goal->limit : figure >= goal->limit;
-    ++(met ? met_ : missed_);
-    return Format("goal %s %g%s: ", atMost ? "<=" : ">=", goal->limit, unit) + text +
-           (met ? " ok" : " MISSED");
+    if (met)
+        ++met_;
+    else
+        missed_.push_back(section_ + ": " + work + ", " + text + ", " + limit);
+    return limit + ": " + text + (met ? " ok" : " MISSED");
 }
 
 void clsReport::Print(const scRow& row) {
@@ -62,6 +67,7 @@ void clsReport::Print(const scRow& row) {
 
 void clsReport::Section(const std::string& title) {
     tableOpen_ = false;
+    section_ = title;
     std::printf(markdown_ ? "\n### %s\n\n" : "\n%s\n", title.c_str());
     std::fflush(stdout);
 }
@@ -69,27 +75,29 @@ void clsReport::Section(const std::string& title) {
 void clsReport::Against(const std::string& work, double ours, const std::string& peer, double peers,
                         std::optional<scGoal> goal) {
     const double ratio = ours / peers;
-    Print({work, Duration(ours), peer, Duration(peers), Times(ratio), Judge(ratio, Times(ratio), goal, "x")});
+    Print({work, Duration(ours), peer, Duration(peers), Times(ratio),
+           Judge(work, ratio, Times(ratio), goal, "x")});
 }
 
 void clsReport::FasterThan(const std::string& work, double ours, const std::string& peer, double peers,
                            std::optional<scGoal> goal) {
     const double ratio = peers / ours;
     Print({work, Duration(ours), peer, Duration(peers), "1/" + Times(ratio),
-           Judge(ratio, Times(ratio), goal, "x faster")});
+           Judge(work, ratio, Times(ratio), goal, "x faster")});
 }
 
 void clsReport::Spread(const std::string& work, const std::vector<double>& costs, scGoal goal) {
     const auto [low, high] = std::ranges::minmax(costs);
     const std::string ratio = Times(high / low);
     Print({work, Duration(high), "the cheapest of them", Duration(low), ratio,
-           Judge(high / low, ratio, goal, "x")});
+           Judge(work, high / low, ratio, goal, "x")});
 }
 
 void clsReport::Bytes(const std::string& work, double ours, const std::string& peer, double peers,
                       std::optional<scGoal> goal) {
     const std::string text = Format("%.1f B", ours);
-    Print({work, text, peer, Format("%.1f B", peers), Times(ours / peers), Judge(ours, text, goal, " B")});
+    Print({work, text, peer, Format("%.1f B", peers), Times(ours / peers),
+           Judge(work, ours, text, goal, " B")});
 }
 
 void clsReport::Remark(const std::string& text) {
@@ -103,10 +111,15 @@ void clsReport::Failed(const std::string& section, const std::string& reason) {
 }
 
 void clsReport::Summary() const {
-    if (met_ + missed_ == 0)
+    const std::size_t judged = static_cast<std::size_t>(met_) + missed_.size();
+    if (judged == 0)
         return;
     std::printf(markdown_ ? "\n%d of %d goals met in this run.\n" : "\n%d of %d goals met\n", met_,
-                met_ + missed_);
+                static_cast<int>(judged));
+    if (!missed_.empty())
+        std::printf(markdown_ ? "\nMissed:\n\n" : "missed:\n");
+    for (const std::string& line : missed_)
+        std::printf(markdown_ ? "- %s\n" : "  %s\n", line.c_str());
 }
 
 } // namespace bench

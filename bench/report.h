@@ -50,20 +50,26 @@ class clsReport {
     // Says that a section could not be measured.
     void Failed(const std::string& section, const std::string& reason);
 
-    // Prints how many goals were met.
+    // On a busy machine figures are shown, and no goal is judged from there on.
+    void JudgeNothing() { judges_ = false; }
+
+    // Prints how many goals were met, and the missed ones.
     void Summary() const;
 
   private:
     struct scRow {
         std::string work, ours, peer, peers, ratio, goal;
     };
-    std::string Judge(double figure, const std::string& text, std::optional<scGoal> goal, const char* unit);
+    std::string Judge(const std::string& work, double figure, const std::string& text,
+                      std::optional<scGoal> goal, const char* unit);
     void Print(const scRow& row);
 
     bool markdown_;
     bool tableOpen_ = false;
     int met_ = 0;
-    int missed_ = 0;
+    bool judges_ = true;
+    std::string section_;
+    std::vector<std::string> missed_; // a line each
 };
 
 } // namespace bench

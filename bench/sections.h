@@ -11,6 +11,7 @@
 namespace bench {
 
 void MeasureMemory(const scSettings& settings, clsReport& report);
+void MeasureModuleStart(const scSettings& settings, clsReport& report);
 void MeasureOpen(const scSettings& settings, clsReport& report);
 void MeasureSave(const scSettings& settings, clsReport& report);
 void MeasureGet(const scSettings& settings, clsReport& report);
