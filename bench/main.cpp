@@ -21,7 +21,7 @@ struct scSection {
 };
 
 constexpr scSection sections[] = {
-    {"start", MeasureModuleStart},       {"open", MeasureOpen},
+    {"start", MeasureModuleStart}, {"open", MeasureOpen},
     {"save", MeasureSave},         {"memory", MeasureMemory},
     {"get", MeasureGet},           {"grow", MeasureGrow},
     {"delete", MeasureDelete},     {"xml", MeasureXml},

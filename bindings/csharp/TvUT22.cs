@@ -97,6 +97,8 @@ public static class TvUT22
     public const uint PROF_READ_FOREIGN_XFDF = 0x1;
     /// <summary>every [section] is a list of the root list</summary>
     public const uint PROF_READ_PLAIN_INI = 0x2;
+    /// <summary>read the XML form as other XML programs leave it</summary>
+    public const uint PROF_READ_FOREIGN_XML = 0x4;
 
     /// <summary>code page of the A forms and of 8-bit files; first: GetACP()</summary>
     public const uint PROF_OPTION_CODE_PAGE = 1;

@@ -63,6 +63,7 @@ const
 // Flags of ProfJobOpenStreamObject
   PROF_READ_FOREIGN_XFDF = $1; // read XFDF as other programs write it
   PROF_READ_PLAIN_INI = $2; // every [section] is a list of the root list
+  PROF_READ_FOREIGN_XML = $4; // read the XML form as other XML programs leave it
 
 // Options of ProfSetOption and ProfGetOption
   PROF_OPTION_CODE_PAGE = 1; // code page of the A forms and of 8-bit files; first: GetACP()

@@ -101,6 +101,7 @@ PROF_SAVE_COMPRESSED_AS_READ = 0x80  # ... if the profile was read from a compre
 # Flags of ProfJobOpenStreamObject
 PROF_READ_FOREIGN_XFDF = 0x1  # read XFDF as other programs write it
 PROF_READ_PLAIN_INI = 0x2  # every [section] is a list of the root list
+PROF_READ_FOREIGN_XML = 0x4  # read the XML form as other XML programs leave it
 
 
 # Options of ProfSetOption and ProfGetOption
