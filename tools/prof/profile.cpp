@@ -114,7 +114,7 @@ clsProfile clsProfile::OpenHeld(const std::string& name) {
 }
 
 clsProfile clsProfile::OfBytes(std::string_view bytes, const std::string& name, UINT flags) {
-    clsProfile profile{OpenStream(*MemoryStream(bytes), name, flags)};
+    clsProfile profile{JobPtr{OpenStream(*MemoryStream(bytes), name, flags)}};
     if (const INT error = ProfGetError(profile.Job()); error != PROF_OK)
         throw WhyNotLoaded(name, error, {});
     return profile;
