@@ -1,7 +1,7 @@
 # What "cmake --install" installs, and the package to download holds: bin, lib (import libraries of MinGW and MSVC,
-# and the list to make others from), include, completion for bash, the files for find_package, pkg-config and vcpkg,
-# bindings (declarations for other languages), docs and examples. Pages lie as they do in the repository, so their links
-# hold.
+# and the list to make others from), include, completion for bash, a manual page, the files for find_package,
+# pkg-config and vcpkg, bindings (declarations for other languages), docs and examples. Pages lie as they do in the
+# repository, so their links hold.
 include(CMakePackageConfigHelpers)
 
 set(installed_programs tvUT22 prof tvut logpan logpan_console)
@@ -14,6 +14,7 @@ foreach(page CHANGELOG.md CONTRIBUTING.md LICENSE README.md SECURITY.md THIRD-PA
 endforeach()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/bindings ${PROJECT_SOURCE_DIR}/docs ${PROJECT_SOURCE_DIR}/examples DESTINATION .)
 install(FILES ${PROJECT_SOURCE_DIR}/tools/prof/completion/prof DESTINATION share/bash-completion/completions)
+install(FILES ${PROJECT_SOURCE_DIR}/share/man/prof.1 DESTINATION share/man/man1)
 # For those who read logpan's JSON with lnav.
 install(FILES ${PROJECT_SOURCE_DIR}/share/lnav/tvut22_log.json DESTINATION share/lnav)
 

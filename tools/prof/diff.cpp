@@ -9,6 +9,7 @@
 #include "json_object.h"
 #include "json_profile.h"
 #include "json_text.h"
+#include "paint.h"
 #include "same_named.h"
 #include "text_io.h"
 
@@ -124,7 +125,10 @@ class clsLines final : public IclsReport {
         line_ = isLeft ? L"- " : L"+ ";
         line_.append(path_).append(name);
         AppendValue(line_, value);
-        clsOutput::Standard().WriteLine(ToUtf8(line_));
+        clsOutput& output = clsOutput::Standard();
+        output.Write(BeginPaint(isLeft ? Paint::removed : Paint::added));
+        output.Write(ToUtf8(line_));
+        output.WriteLine(EndPaint());
     }
 
     std::wstring path_;

@@ -2,6 +2,7 @@
 #include "commands.h"
 #include "flat_lines.h"
 #include "json_commands.h"
+#include "paint.h"
 #include "paths.h"
 #include "text_io.h"
 #include "tree_walk.h"
@@ -23,10 +24,15 @@ void AppendIndentation(std::string& line, std::size_t depth) {
 }
 
 void AppendEntry(std::string& line, const scEntry& entry) {
+    line += BeginPaint(entry.IsList() ? Paint::list : Paint::name);
     if (entry.IsList())
         line += '[';
     AppendEscaped(line, entry.name);
-    line += entry.IsList() ? ']' : '=';
+    if (entry.IsList())
+        line += ']';
+    line += EndPaint();
+    if (!entry.IsList())
+        line += '=';
     AppendEscaped(line, entry.value);
 }
 
