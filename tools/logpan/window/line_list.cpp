@@ -92,7 +92,7 @@ void clsLineList::Place(const RECT& area) {
 }
 
 void clsLineList::ScaleColumns(int dotsBefore, int dotsPerInch) {
-    for (int at = 0; at < textColumn; ++at)
+    for (int at = 0; at < TextAt(); ++at)
         ListView_SetColumnWidth(list_, at,
                                 MulDiv(ListView_GetColumnWidth(list_, at), dotsPerInch, dotsBefore));
     width_ = 0; // the last one takes what is left
