@@ -45,8 +45,8 @@ TEST(Json, NestsAsDeepAsItSaysAndNoDeeper) {
 
 TEST(Json, TextsComeBack) {
     std::wstring text, json;
-    for (wchar_t unit = 0; unit < 0xFFFF; unit = static_cast<wchar_t>(unit + (unit < 300 ? 1 : 97)))
-        text += unit;
+    for (unsigned unit = 0; unit < 0xFFFF; unit += unit < 300 ? 1 : 97)
+        text += static_cast<wchar_t>(unit);
     text += L"\xD83D\xDE00\xDE00\xD83D";
     AppendJsonText(json, text);
     EXPECT_EQ(Read(json), L"'" + text + L"'");
