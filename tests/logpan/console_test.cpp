@@ -185,6 +185,21 @@ TEST(Console, PrintsFiles) {
     EXPECT_EQ(clsViewer{"--console --only process=5" + word}.Finish().out, plain + plain);
 }
 
+// Neither a line in a code page nor the end of a piece spoils what is UTF-8.
+TEST(Console, PrintsFilesOfMixedEncodings) {
+    const testing_prof::clsTempFolder folder;
+    const std::filesystem::path path{folder / L"mixed.log"};
+    std::string longLine = "x";
+    for (int at = 0; at < 700'000; ++at)
+        longLine += "\xc3\xa4";
+    for (const std::string& bytes : {std::string{"\xe4\n"}, longLine + "\n"}) {
+        testing_prof::WriteBytes(path, bytes + "\xc3\xa4\n");
+        const scOutcome outcome = clsViewer{"--console \"" + path.string() + "\""}.Finish();
+        EXPECT_TRUE(outcome.out.ends_with("\xc3\xa4\n"));
+        EXPECT_EQ(outcome.out.find("\xc3\x83"), std::string::npos) << "a character that was cut in two";
+    }
+}
+
 TEST(Console, RefusesWrongUsage) {
     for (const tvut::scCaseRow& row : tvut::CaseRows("logpan/usage", 2)) {
         const scOutcome outcome = clsViewer{tvut::NarrowCase(row[0])}.Finish();
