@@ -181,7 +181,9 @@ TEST(Console, PrintsFiles) {
     const std::filesystem::path path{folder / L"lines.json"};
     testing_prof::WriteBytes(path, json + json + "{}");
     const std::string word = " \"" + path.string() + "\"";
-    EXPECT_EQ(clsViewer{"--json --max-lines 2" + word}.Finish().out, json + json);
+    const scOutcome enough = clsViewer{"--json --max-lines 2" + word + " missing"}.Finish();
+    EXPECT_EQ(enough.out, json + json);
+    EXPECT_EQ(enough.code, 0u) << "what is not read need not be there";
     EXPECT_EQ(clsViewer{"--console --only process=5" + word}.Finish().out, plain + plain);
 }
 

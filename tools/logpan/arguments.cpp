@@ -32,7 +32,7 @@ void Declare(CLI::App& app, scArguments& arguments) {
     app.add_option("--settings", arguments.settings, "Where the window keeps its settings");
     app.add_option("--max-lines", arguments.maxLines, "End after this number of printed lines")
         ->check(CLI::PositiveNumber);
-    app.add_option("--exit-after", arguments.exitAfter, "End after this number of seconds")
+    app.add_option("--exit-after", arguments.exitAfter, "End after this number of seconds; not with files")
         ->check(CLI::Range(0.0, 1e9));
     app.add_option("--capacity", arguments.capacity, "Lines held in memory; older ones are dropped")
         ->check(CLI::Range(1, 10'000'000))
@@ -43,6 +43,10 @@ void Declare(CLI::App& app, scArguments& arguments) {
     app.add_option("--datagram", arguments.datagram, "Bytes of the largest datagram that senders may send")
         ->check(CLI::Range(512, 65507))
         ->capture_default_str();
+}
+
+[[noreturn]] void Refuse(const char* reason) {
+    throw scFailure{ExitCode::usage, "", std::string{reason} + "\n" + hint};
 }
 
 scFilterText ParseOnly(const std::string& text) {
@@ -80,8 +84,9 @@ std::optional<scArguments> ParseCommandLine(std::vector<std::string> words) {
         return std::nullopt;
     arguments.console = arguments.console || arguments.json;
     if (!arguments.console && (arguments.maxLines > 0 || arguments.exitAfter))
-        throw scFailure{ExitCode::usage, "",
-                        std::string{"--max-lines and --exit-after need --console or --json\n"} + hint};
+        Refuse("--max-lines and --exit-after need --console or --json");
+    if (!arguments.files.empty() && arguments.exitAfter)
+        Refuse("--exit-after is for what programs write now, not for files");
     return arguments;
 }
 

@@ -10,11 +10,14 @@ namespace tool::logpan {
 ExitCode PrintFiles(const scArguments& arguments) {
     clsPrintedLines printed{arguments};
     std::atomic<bool> done = false;
-    for (const std::string& path : arguments.files)
+    for (const std::string& path : arguments.files) {
+        if (done)
+            break;
         ReadLogFile(ToWide(path), done, [&](const scLine& line) {
             printed.Show(line);
             done = printed.IsDone();
         });
+    }
     printed.Flush();
     return ExitCode::ok;
 }
