@@ -290,11 +290,15 @@ TEST(Filter, IsToggledByALinesOwnValues) {
     criteria.Toggle(L"module", samples[1], false);
     criteria.Toggle(L"thread", samples[1], false);
     criteria.Toggle(L"process", samples[2], true);
-    criteria.Toggle(L"severity", L"error");
+    criteria.Toggle(L"severity", {L"error"});
     EXPECT_EQ(criteria.Text(), L"module=\"two words\" thread=1b0 process=!archive.exe severity=error");
     criteria.Toggle(L"module", samples[1], false);
     criteria.Toggle(L"process", samples[2], true);
-    EXPECT_EQ(criteria.Text(), L"thread=1b0 severity=error");
+    criteria.Toggle(L"thread", samples[1], true);
+    criteria.Toggle(L"severity", {L"warning", L"error"});
+    EXPECT_EQ(criteria.Text(), L"thread=!1b0 severity=warning,error");
+    criteria.Toggle(L"severity", {L"warning", L"error"});
+    EXPECT_EQ(criteria.Text(), L"thread=!1b0");
 }
 
 TEST(Highlights, ColourByTheFirstRuleThatFits) {

@@ -124,14 +124,19 @@ bool clsCriteria::Meets(const scLine& line) const {
 }
 
 void clsCriteria::Toggle(std::wstring_view property, const scLine& line, bool hide) {
-    Toggle(property, PropertyOf(property)->of(line), hide);
+    Toggle(property, std::vector{PropertyOf(property)->of(line)}, hide);
 }
 
-void clsCriteria::Toggle(std::wstring_view property, std::wstring_view value, bool hide) {
+void clsCriteria::Toggle(std::wstring_view property, const std::vector<std::wstring>& toggled, bool hide) {
     scCriterion& criterion = Of(*PropertyOf(property));
     std::vector<std::wstring>& values = hide ? criterion.hidden : criterion.shown;
-    if (std::erase(values, value) == 0)
-        values.emplace_back(value);
+    std::size_t found = 0;
+    for (const std::wstring& value : toggled) {
+        found += std::erase(values, value);
+        std::erase(hide ? criterion.shown : criterion.hidden, value);
+    }
+    if (found < toggled.size())
+        Merge(values, toggled);
     std::erase_if(criteria_, [](const scCriterion& at) { return at.shown.empty() && at.hidden.empty(); });
 }
 

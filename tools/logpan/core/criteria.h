@@ -33,9 +33,11 @@ class clsCriteria {
 
     bool Meets(const scLine& line) const;
 
-    // Adds the line's value of a property to those that are shown or hidden, or takes it out if it is there.
+    // Adds values of a property to those that are shown or hidden, or takes them out if all are there. None
+    // of them is then among the others: what is to be shown is no longer hidden, and the other way round.
+    void Toggle(std::wstring_view property, const std::vector<std::wstring>& toggled, bool hide = false);
+    // The line's own value.
     void Toggle(std::wstring_view property, const scLine& line, bool hide);
-    void Toggle(std::wstring_view property, std::wstring_view value, bool hide = false);
 
     std::wstring Text() const;
 

@@ -60,8 +60,7 @@ void clsMainWindow::ToggleCriterion(std::wstring_view property, bool hide) {
 void clsMainWindow::ToggleProblems() {
     try {
         scFilterText filter = bar_->FilterText();
-        filter.criteria.Toggle(L"severity", L"warning");
-        filter.criteria.Toggle(L"severity", L"error");
+        filter.criteria.Toggle(L"severity", {L"warning", L"error"});
         bar_->SetFilter(filter);
     } catch (const scBadPattern& bad) {
         status_->Say(ToWide(bad.reason));
