@@ -243,6 +243,7 @@ TEST(LogReader, IsBounded) {
     reader.Add(L"\n");
     for (int at = 0; at < 1000; ++at)
         reader.Add(L"{" + std::wstring(1000, L'[') + L"\n");
+    reader.Add(L"{\"text\":\"" + std::wstring(2 * longestLine, L'x') + L"\"}\n");
     reader.End();
     EXPECT_LE(longest, longestLine);
     EXPECT_GT(lines, 3u);

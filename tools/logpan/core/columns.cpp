@@ -12,7 +12,6 @@ namespace tool::logpan {
 
 namespace {
 
-constexpr std::size_t moduleWidth = 8;
 constexpr std::size_t deepestIndentation = 50; // senders stop there, too
 
 std::wstring Number(std::uint64_t value, std::size_t width, unsigned base = 10) {
@@ -42,7 +41,7 @@ void AddProcess(clsJsonObject& json, const ProcessPtr& process) {
 std::wstring TimeText(const scLine& line) {
     const scStamp& time = line.time;
     if (!IsClock(time))
-        return L"--:--:--.---";
+        return std::wstring{noTimeText};
     return Number(time.hour, 2) + L":" + Number(time.minute, 2) + L":" + Number(time.second, 2) + L"." +
            Number(time.millisecond, 3);
 }

@@ -3,7 +3,12 @@
 
 #include "line.h"
 
+#include <string_view>
+
 namespace tool::logpan {
+
+inline constexpr std::wstring_view noTimeText = L"--:--:--.---";
+inline constexpr std::size_t moduleWidth = 8; // characters; a longer module makes its line longer
 
 std::wstring TimeText(const scLine& line);      // 12:34:56.789
 std::wstring ThreadText(const scLine& line);    // 0000abcd, as in log files

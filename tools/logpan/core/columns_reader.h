@@ -39,6 +39,20 @@ class clsColumnsReader {
                Take(time.second, 2, 10) && Take(L'.') && Take(time.millisecond, 3, 10);
     }
 
+    // " 0000abcd/0f 7 ": the thread, the processor, and the last digit of the line counter; a dash for none.
+    bool TakeOrigin(scLine& line) {
+        if (!Take(L' ') || !Take(line.thread, 8, 16) || !Take(L'/') || !Take(line.processor, 2, 16) ||
+            !Take(L' '))
+            return false;
+        if (Take(L'-'))
+            line.sequence = 0;
+        else if (Take(line.sequence, 1, 10))
+            line.sequence += L'0';
+        else
+            return false;
+        return Take(L' ');
+    }
+
     std::wstring_view Rest() const { return rest_; }
 
     static unsigned DigitOf(wchar_t unit) {

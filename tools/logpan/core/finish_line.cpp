@@ -6,22 +6,17 @@
 
 namespace tool::logpan {
 
-namespace {
-
-constexpr std::wstring_view cutMark = L"\u2026";
-
-void CutTo(std::wstring& text, std::size_t length) {
-    if (text.size() <= length)
+void CutText(std::wstring& text) {
+    constexpr std::wstring_view cutMark = L"\u2026";
+    if (text.size() <= longestLine)
         return;
-    text.resize(length - cutMark.size());
+    text.resize(longestLine - cutMark.size());
     text += cutMark;
 }
 
-} // namespace
-
 void FinishLine(scLine& line) {
     std::wstring& text = line.text;
-    CutTo(text, longestLine);
+    CutText(text);
     text.resize(text.find_last_not_of(L"\r\n") + 1);
     line.level = std::min(text.find_first_not_of(L' '), text.size());
     text.erase(0, line.level);

@@ -5,7 +5,10 @@
 
 namespace tool::logpan {
 
-// Cuts a text that is too long, takes the line ends after it away, and counts and takes off the blanks that
+// Cuts a text that is longer than one is kept.
+void CutText(std::wstring& text);
+
+// Cuts its text, takes the line ends after it away, and counts and takes off the blanks that
 // are its indentation.
 void FinishLine(scLine& line);
 

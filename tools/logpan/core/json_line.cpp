@@ -1,5 +1,6 @@
 // One object, read without recursion: what is nested in it is counted and passed over.
 #include "columns_reader.h"
+#include "finish_line.h"
 #include "saved_line.h"
 
 #include <algorithm>
@@ -210,9 +211,10 @@ bool TakeFields(clsJsonReader& reader, scFields& fields) {
 std::optional<scLine> ParseJsonLine(std::wstring_view json) {
     clsJsonReader reader{json};
     scFields fields;
-    fields.line.time.hour = 99; // none, until there is one
+    fields.line.time = noTime;
     if (!TakeFields(reader, fields) || !fields.hasText)
         return std::nullopt;
+    CutText(fields.line.text);
     if (fields.process.id != 0 || !fields.process.name.empty())
         fields.line.process = std::make_shared<const scProcess>(std::move(fields.process));
     return std::move(fields.line);

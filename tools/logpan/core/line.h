@@ -18,6 +18,8 @@ struct scStamp {
     bool operator==(const scStamp&) const = default;
 };
 
+inline constexpr scStamp noTime{0, 0, 0, 99, 99, 99, 999}; // of a line that has none
+
 constexpr bool IsClock(const scStamp& time) {
     return time.hour < 24 && time.minute < 60 && time.second < 60 && time.millisecond < 1000;
 }

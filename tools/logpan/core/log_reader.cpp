@@ -12,7 +12,6 @@ namespace tool::logpan {
 
 namespace {
 
-constexpr scStamp noTime{0, 0, 0, 99, 99, 99, 999};
 constexpr std::size_t longestRow = 8 * longestLine; // JSON escapes may need six characters for one
 
 std::wstring_view WithoutReturns(std::wstring_view row) {

@@ -26,18 +26,11 @@ bool TakeTime(clsColumnsReader& columns, scStamp& time) {
     return columns.Take(L'.') && columns.Take(time.millisecond, 3, 10);
 }
 
-bool TakeOrigin(clsColumnsReader& columns, scLine& line) {
-    return columns.Take(L' ') && columns.Take(line.thread, 8, 16) && columns.Take(L'/') &&
-           columns.Take(line.processor, 2, 16) && columns.Take(L' ') && columns.Take(line.sequence, 1, 10) &&
-           columns.Take(L' ');
-}
-
 std::optional<scLine> ParseUntagged(std::wstring_view message) {
     scLine line;
     clsColumnsReader columns{message};
-    if (!TakeTime(columns, line.time) || !TakeOrigin(columns, line))
+    if (!TakeTime(columns, line.time) || !columns.TakeOrigin(line) || !HasSequence(line))
         return std::nullopt;
-    line.sequence += '0';
     columns.Take(L' '); // stands where a thread's name would
     line.text = columns.Rest();
     return line;
@@ -52,8 +45,10 @@ std::optional<scLine> ParseTextMessage(std::wstring_view message) {
     if (end == std::wstring_view::npos)
         return std::nullopt;
     std::optional<scLine> line = ParseUntagged(message.substr(end + tagEnd.size()));
-    if (line)
-        line->module = message.substr(0, message.find_last_not_of(L' ', end - (end > 0 ? 1 : 0)) + 1);
+    if (line) {
+        const std::wstring_view tag = message.substr(0, end);
+        line->module = tag.substr(0, tag.find_last_not_of(L' ') + 1);
+    }
     return line;
 }
 
