@@ -198,6 +198,8 @@ TEST_F(Window, FindsMarksAndChoosesLines) {
         Command(command);
         EXPECT_EQ(Selected(), row);
     }
+    Tell(ID_LINES, WM_CHAR, L'a', 1);
+    EXPECT_EQ(Selected(), 2) << "letters find nothing in the list";
     Command(ID_ONLY_THREAD);
     EXPECT_EQ(Typed(ID_ONLY), L"thread=1234");
     Command(ID_ONLY_PROBLEMS);

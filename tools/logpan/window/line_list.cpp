@@ -181,6 +181,8 @@ LRESULT clsLineList::Notified(const NMHDR& header) {
     case LVN_GETDISPINFOW:
         GiveText(reinterpret_cast<NMLVDISPINFOW&>(const_cast<NMHDR&>(header)).item);
         return 0;
+    case LVN_ODFINDITEMW:
+        return -1; // letters find nothing; 0 would be the first row
     case NM_CUSTOMDRAW:
         return ColourOf(reinterpret_cast<NMLVCUSTOMDRAW&>(const_cast<NMHDR&>(header)));
     default:

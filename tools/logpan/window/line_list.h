@@ -47,7 +47,7 @@ class clsLineList {
     std::optional<std::size_t> FocusedRow() const;
     bool ShowsLastRow() const;
 
-    // Answers the list's questions about texts and colours.
+    // Answers the list's questions.
     LRESULT Notified(const NMHDR& header);
 
     // Whether a notification means that the focused row may be another one.
