@@ -181,8 +181,8 @@ TEST_F(Window, IsAsLargeOnEveryMonitor) {
 
 TEST_F(Window, FindsMarksAndChoosesLines) {
     StartListening(
-        "[/]\r\n{\r\nTheme=dark\r\nOwn=kept\r\n[Filters]\r\n{\r\n1=: none\r\n2=a: severity=error\r\n}\r\n"
-        "[Highlights]\r\n{\r\n1=yellow: gamma\r\n}\r\n}\r\n");
+        "[/]\r\n{\r\nTheme=dark\r\nOwn=kept\r\n[Filters]\r\n{\r\n1=: none\r\n3=a: severity=error\r\n}\r\n"
+        "[Highlights]\r\n{\r\n1=pink: alpha\r\n2=yellow: gamma\r\n}\r\n}\r\n");
     const clsSender sender{PublishedInfo().port};
     char digit = '0';
     for (const wchar_t* text : {L"alpha", L"ERR: beta", L"gamma", L"gamma 2", L"WRN: delta"})

@@ -20,6 +20,7 @@
 #include <tvut22/tvut22.hpp>
 
 #include <iterator>
+#include <new>
 
 namespace tool::logpan {
 
@@ -28,7 +29,6 @@ namespace {
 constexpr const wchar_t* folderName = L"\\tvUT22";
 constexpr const wchar_t* fileName = L"\\logpan.prf";
 constexpr const wchar_t* themeNames[] = {L"system", L"light", L"dark"};
-constexpr UINT mostFilters = 1000;
 constexpr int widestColumn = 4000;
 
 std::wstring TextAt(ProfJob job, const std::wstring& path) {
@@ -47,21 +47,53 @@ ThemeChoice ThemeAt(ProfJob job) {
     return ThemeChoice::system;
 }
 
-// Numbered from 1. One that is no filter is left out.
-std::vector<scNamedFilter> FiltersAt(ProfJob job, const std::wstring& list) {
-    std::vector<scNamedFilter> filters;
-    for (UINT number = 1; number <= mostFilters; ++number) {
-        const std::wstring text = TextAt(job, list + L"/" + std::to_wstring(number));
-        if (text.empty())
-            break;
+struct scItem {
+    std::wstring name;
+    std::wstring text;
+};
+
+BOOL TVUT22_CALL TakeItem(ProfJob, const wchar_t* name, const wchar_t* text, ProfList, UINT_PTR user) {
+    try {
+        reinterpret_cast<std::vector<scItem>*>(user)->push_back({name, text});
+        return TRUE;
+    } catch (const std::bad_alloc&) { // which may not leave a callback
+        return FALSE;
+    }
+}
+
+// None where there is no such list; for the library that would be the root.
+std::vector<scItem> ItemsAt(ProfJob job, const wchar_t* list) {
+    std::vector<scItem> items;
+    if (const ProfList found = ProfGetListW(job, nullptr, list))
+        ProfEnumW(job, found, TakeItem, reinterpret_cast<UINT_PTR>(&items));
+    return items;
+}
+
+std::map<std::wstring, int> ColumnsAt(ProfJob job) {
+    std::map<std::wstring, int> columns;
+    for (const scItem& item : ItemsAt(job, L"Columns")) {
+        INT width = 0;
+        const std::wstring path = L"Columns/" + item.name;
+        if (ProfGetIntW(job, nullptr, path.c_str(), &width, 0) == PROF_OK && width >= 0 &&
+            width <= widestColumn)
+            columns.emplace(item.name, width);
+    }
+    return columns;
+}
+
+// Each by itself: one that is none, or that the check refuses, takes no other along.
+std::vector<scNamedFilter> FiltersAt(ProfJob job, const wchar_t* list,
+                                     void (*check)(const std::vector<scNamedFilter>& filters)) {
+    std::vector<scNamedFilter> good;
+    for (const scItem& item : ItemsAt(job, list))
         try {
-            for (scNamedFilter& filter : ParseNamedFilters(text))
-                filters.push_back(std::move(filter));
+            const std::vector<scNamedFilter> filters = ParseNamedFilters(item.text);
+            check(filters);
+            good.insert(good.end(), filters.begin(), filters.end());
         } catch (const scBadPattern&) {
             continue;
         }
-    }
-    return filters;
+    return good;
 }
 
 void SetFilters(ProfJob job, const wchar_t* list, const std::vector<scNamedFilter>& filters) {
@@ -72,15 +104,6 @@ void SetFilters(ProfJob job, const wchar_t* list, const std::vector<scNamedFilte
                           (filter.name + L": " + filter.text).c_str());
 }
 
-BOOL TVUT22_CALL TakeColumn(ProfJob job, const wchar_t* name, const wchar_t*, ProfList, UINT_PTR user) {
-    auto& columns = *reinterpret_cast<std::map<std::wstring, int>*>(user);
-    INT width = 0;
-    const std::wstring path = std::wstring{L"Columns/"} + name;
-    if (ProfGetIntW(job, nullptr, path.c_str(), &width, 0) == PROF_OK && width >= 0 && width <= widestColumn)
-        columns.emplace(name, width);
-    return TRUE;
-}
-
 void Read(ProfJob job, scSettings& settings) {
     BOOL maximized = FALSE;
     const RECT none{};
@@ -88,15 +111,10 @@ void Read(ProfJob job, scSettings& settings) {
     ProfGetBoolW(job, nullptr, L"Maximized", &maximized, FALSE);
     settings.maximized = maximized != FALSE;
     settings.theme = ThemeAt(job);
-    ProfEnumW(job, ProfGetListW(job, nullptr, L"Columns"), TakeColumn,
-              reinterpret_cast<UINT_PTR>(&settings.columns));
-    settings.filters = FiltersAt(job, L"Filters");
-    settings.highlights = FiltersAt(job, L"Highlights");
-    try {
-        clsHighlights(settings.highlights);
-    } catch (const scBadPattern&) {
-        settings.highlights.clear();
-    }
+    settings.columns = ColumnsAt(job);
+    settings.filters = FiltersAt(job, L"Filters", [](const std::vector<scNamedFilter>&) {});
+    settings.highlights =
+        FiltersAt(job, L"Highlights", [](const std::vector<scNamedFilter>& rules) { clsHighlights{rules}; });
 }
 
 void Write(const scSettings& settings, ProfJob job) {
