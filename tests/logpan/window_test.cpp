@@ -44,12 +44,15 @@ class Window : public ::testing::Test {
         Until([this] { return IsWindowVisible(window_ = FindWindowW(LOGPAN_WINDOW_CLASS, nullptr)) != 0; });
     }
     std::filesystem::path SettingsPath() const { return folder_ / L"logpan.prf"; }
-    // As they are kept when the window is closed.
+    std::wstring Kept() const {
+        const std::string bytes = testing_prof::ReadBytes(SettingsPath());
+        return {reinterpret_cast<const wchar_t*>(bytes.data()), bytes.size() / sizeof(wchar_t)};
+    }
+    // The settings as they are kept when the window is closed.
     std::wstring Close() {
         PostMessageW(window_, WM_CLOSE, 0, 0);
         EXPECT_EQ(viewer_->Finish().code, 0u);
-        const std::string bytes = testing_prof::ReadBytes(SettingsPath());
-        return {reinterpret_cast<const wchar_t*>(bytes.data()), bytes.size() / sizeof(wchar_t)};
+        return Kept();
     }
 
     LRESULT Tell(int control, UINT message, WPARAM first = 0, LPARAM second = 0) const {
@@ -215,6 +218,8 @@ TEST_F(Window, FindsMarksAndChoosesLines) {
     Command(ID_FIRST_COLUMN);
     Command(ID_THEME_LIGHT);
     EXPECT_EQ(Columns(), 5);
+    SendMessageW(window_, WM_ENDSESSION, TRUE, 0);
+    EXPECT_NE(Kept().find(L"Theme=light"), std::wstring::npos) << "nobody closes it any more";
     const std::wstring kept = Close();
     for (const wchar_t* line :
          {L"Theme=light", L"Time=0\r", L"1=a: severity=error", L"1=yellow: gamma", L"Own=kept"})

@@ -215,6 +215,12 @@ LRESULT clsMainWindow::Handle(UINT message, WPARAM first, LPARAM second) {
     case WM_DRAWITEM:
         status_->Draw(*reinterpret_cast<const DRAWITEMSTRUCT*>(second), theme_);
         return TRUE;
+    case WM_ENDSESSION: // the process ends with it
+        if (first != FALSE) {
+            Keep();
+            settings_.Save();
+        }
+        return 0;
     case WM_DESTROY:
         Keep();
         window_ = nullptr;
