@@ -95,18 +95,49 @@ class Window : public ::testing::Test {
     HWND window_ = nullptr;
 };
 
-// As a file manager does it: the names of the files, in memory of the window's process.
+// Memory of a window's process, for messages whose pointers the system does not translate. It goes with the
+// process.
+class clsMemoryThere {
+  public:
+    clsMemoryThere(HWND window, const void* bytes, std::size_t size) : size_(size) {
+        DWORD id = 0;
+        GetWindowThreadProcessId(window, &id);
+        process_.reset(OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, id));
+        there_ = VirtualAllocEx(process_.get(), nullptr, size, MEM_COMMIT, PAGE_READWRITE);
+        EXPECT_TRUE(WriteProcessMemory(process_.get(), there_, bytes, size, nullptr));
+    }
+    void* Address() const { return there_; }
+    std::wstring Text() const {
+        std::wstring text(size_ / sizeof(wchar_t), L'\0');
+        EXPECT_TRUE(ReadProcessMemory(process_.get(), there_, text.data(), size_, nullptr));
+        return text.c_str();
+    }
+
+  private:
+    testing_prof::Handle process_;
+    std::size_t size_;
+    void* there_ = nullptr;
+};
+
+// As a file manager does it: the names of the files.
 void DropOn(HWND window, const std::filesystem::path& file) {
     const DROPFILES head{sizeof(DROPFILES), {}, FALSE, TRUE};
     std::string bytes(reinterpret_cast<const char*>(&head), sizeof head);
     const std::wstring names = file.wstring() + std::wstring(2, L'\0');
     bytes.append(reinterpret_cast<const char*>(names.data()), names.size() * sizeof(wchar_t));
-    DWORD id = 0;
-    GetWindowThreadProcessId(window, &id);
-    const testing_prof::Handle process{OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_WRITE, FALSE, id)};
-    void* there = VirtualAllocEx(process.get(), nullptr, bytes.size(), MEM_COMMIT, PAGE_READWRITE);
-    EXPECT_TRUE(WriteProcessMemory(process.get(), there, bytes.data(), bytes.size(), nullptr));
-    SendMessageW(window, WM_DROPFILES, reinterpret_cast<WPARAM>(there), 0);
+    const clsMemoryThere drop(window, bytes.data(), bytes.size());
+    SendMessageW(window, WM_DROPFILES, reinterpret_cast<WPARAM>(drop.Address()), 0);
+}
+
+// As the window says it once a second.
+std::wstring LinesASecond(HWND window) {
+    constexpr WPARAM statusTimer = 2, ratePart = 2;
+    SendMessageW(window, WM_TIMER, statusTimer, 0);
+    const wchar_t none[100] = L"";
+    const clsMemoryThere text(window, none, sizeof none);
+    SendMessageW(GetDlgItem(window, ID_STATUS), SB_GETTEXTW, ratePart,
+                 reinterpret_cast<LPARAM>(text.Address()));
+    return text.Text();
 }
 
 } // namespace
@@ -166,14 +197,10 @@ TEST_F(Window, IsAsLargeOnEveryMonitor) {
     const auto more = [](auto measure) { return MulDiv(static_cast<int>(measure), 5, 4); };
     const LONG before[] = {height(ID_INCLUDE), height(ID_DETAIL)};
     const LRESULT columnBefore = Tell(ID_LINES, LVM_GETCOLUMNWIDTH);
-    DWORD id = 0;
-    GetWindowThreadProcessId(window_, &id);
-    const testing_prof::Handle viewer(OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_WRITE, FALSE, id));
     const RECT place{10, 20, 1010, 720};
-    void* const there = VirtualAllocEx(viewer.get(), nullptr, sizeof place, MEM_COMMIT, PAGE_READWRITE);
-    ASSERT_TRUE(WriteProcessMemory(viewer.get(), there, &place, sizeof place, nullptr));
+    const clsMemoryThere there(window_, &place, sizeof place);
     const WORD dots = static_cast<WORD>(more(GetDeviceCaps(GetDC(nullptr), LOGPIXELSY)));
-    SendMessageW(window_, WM_DPICHANGED, MAKEWPARAM(dots, dots), reinterpret_cast<LPARAM>(there));
+    SendMessageW(window_, WM_DPICHANGED, MAKEWPARAM(dots, dots), reinterpret_cast<LPARAM>(there.Address()));
     RECT now{};
     GetWindowRect(window_, &now);
     EXPECT_TRUE(EqualRect(&now, &place));
@@ -237,6 +264,7 @@ TEST_F(Window, OpensFilesWithDamagedSettings) {
               L"12:34:56.789 A        00000001/00 1 one\r\n12:34:56.790 B        00000001/00 2 two\r\n");
     DropOn(window_, two);
     Until([this] { return Rows() == 1; });
+    EXPECT_LT(LinesASecond(window_).size(), 20u) << "fewer lines than those before are none that left";
     DropOn(window_, folder_ / L"missing");
     Until([this] { return Typed(ID_STATUS).find(L"missing: ") != std::wstring::npos; });
     EXPECT_EQ(Rows(), 0);

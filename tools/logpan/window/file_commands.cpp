@@ -70,6 +70,7 @@ void clsMainWindow::BackToLive() {
 void clsMainWindow::ShowStore(clsStore& store, std::size_t mostLines, std::size_t mostBytes) {
     search_.Cancel();
     marks_.bookmarks.Clear();
+    status_->CountFrom(store.Counters());
     lines_.SetStore(store, mostLines, mostBytes);
     list_->Reset();
     ShowDetail();

@@ -64,12 +64,15 @@ void clsStatusBar::Say(const std::wstring& text) {
 }
 
 void clsStatusBar::ShowRate(const scCounters& counters) {
-    const clsStore::Clock::time_point now = clsStore::Clock::now();
-    const double seconds = std::chrono::duration<double>{now - updatedBefore_}.count();
+    const double seconds = std::chrono::duration<double>{clsStore::Clock::now() - updatedBefore_}.count();
     const double rate = seconds > 0 ? static_cast<double>(counters.received - receivedBefore_) / seconds : 0;
-    receivedBefore_ = counters.received;
-    updatedBefore_ = now;
+    CountFrom(counters);
     SetPart(partRate, std::to_wstring(std::llround(rate)) + L" lines/s");
+}
+
+void clsStatusBar::CountFrom(const scCounters& counters) {
+    receivedBefore_ = counters.received;
+    updatedBefore_ = clsStore::Clock::now();
 }
 
 void clsStatusBar::ShowCounts(const scCounters& counters, std::size_t shown, const wchar_t* state) {

@@ -19,8 +19,9 @@ class clsStatusBar {
 
     // What it says in its first part: the port, or what is wrong with the filter.
     void Say(const std::wstring& text);
-    // The rate is that since the call before.
+    // The rate is that since the call before, or since counting began with these.
     void ShowRate(const scCounters& counters);
+    void CountFrom(const scCounters& counters);
     void ShowCounts(const scCounters& counters, std::size_t shown, const wchar_t* state);
 
     // In a dark theme its parts are drawn by us, with WM_DRAWITEM.
