@@ -78,8 +78,12 @@ clsMainWindow::clsMainWindow(const scArguments& arguments, clsSettingsFile& sett
 }
 
 clsMainWindow::~clsMainWindow() {
-    if (window_ != nullptr)
-        DestroyWindow(window_);
+    if (window_ == nullptr)
+        return;
+    // It goes because something failed. Closed like by a user, it would end the message box that says so,
+    // too.
+    SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+    DestroyWindow(window_);
 }
 
 void clsMainWindow::MakeParts() {
