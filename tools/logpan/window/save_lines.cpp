@@ -19,11 +19,16 @@ constexpr std::size_t pieceSize = 64 * 1024;
 
 class clsTemporaryFile {
   public:
-    explicit clsTemporaryFile(const std::wstring& target) : target_(target), path_(target + L".tmp") {
-        file_ = FileHandle(CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                       FILE_ATTRIBUTE_NORMAL, nullptr));
-        if (!file_)
-            Fail(target_, GetLastError());
+    // Under a name that nobody has: a file that is there belongs to somebody.
+    explicit clsTemporaryFile(const std::wstring& target) : target_(target) {
+        constexpr int mostNames = 1000;
+        for (int number = 1; !file_; ++number) {
+            path_ = target + L"." + std::to_wstring(number) + L".tmp";
+            file_ = FileHandle(CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                           FILE_ATTRIBUTE_NORMAL, nullptr));
+            if (!file_ && (GetLastError() != ERROR_FILE_EXISTS || number == mostNames))
+                Fail(target_, GetLastError());
+        }
     }
     ~clsTemporaryFile() {
         if (!file_)
