@@ -19,6 +19,12 @@ constexpr const wchar_t* openKinds = L"Lines (*.log;*.txt;*.json)\0*.log;*.txt;*
 constexpr const wchar_t* saveKinds =
     L"Text (*.log;*.txt)\0*.log;*.txt\0JSON lines (*.json)\0*.json\0All files\0*.*\0";
 
+// With room for the longest path: one that does not fit would be no answer.
+std::wstring PathNamed(std::wstring path) {
+    path.resize(32 * 1024);
+    return path;
+}
+
 OPENFILENAMEW Question(HWND owner, const wchar_t* kinds, std::span<wchar_t> path, DWORD flags) {
     OPENFILENAMEW question{};
     question.lStructSize = sizeof question;
@@ -34,10 +40,10 @@ OPENFILENAMEW Question(HWND owner, const wchar_t* kinds, std::span<wchar_t> path
 } // namespace
 
 void clsMainWindow::OpenFiles() {
-    wchar_t path[MAX_PATH] = L"";
+    std::wstring path = PathNamed(L"");
     OPENFILENAMEW question = Question(window_, openKinds, path, OFN_FILEMUSTEXIST);
     if (GetOpenFileNameW(&question))
-        Open({path});
+        Open({path.c_str()});
 }
 
 void clsMainWindow::Drop(HANDLE files) {
@@ -79,12 +85,12 @@ void clsMainWindow::ShowStore(clsStore& store, std::size_t mostLines, std::size_
 }
 
 void clsMainWindow::Save() {
-    wchar_t path[MAX_PATH] = L"lines.log";
+    std::wstring path = PathNamed(L"lines.log");
     OPENFILENAMEW question = Question(window_, saveKinds, path, OFN_OVERWRITEPROMPT);
     if (!GetSaveFileNameW(&question))
         return;
     try {
-        SaveLines(lines_, path);
+        SaveLines(lines_, path.c_str());
     } catch (const scFailure& failure) {
         Complain(ToWide(failure.subject + ": " + failure.reason));
     }

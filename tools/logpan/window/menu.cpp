@@ -41,6 +41,14 @@ void FillColumns(HMENU menu, const clsLineList& list) {
         Mark(columns, ID_FIRST_COLUMN + at, list.ShowsColumn(at));
 }
 
+// A menu takes & for a mark of the letter after it.
+std::wstring MenuText(const std::wstring& name) {
+    std::wstring text;
+    for (const wchar_t unit : name)
+        text.append(unit == L'&' ? 2 : 1, unit);
+    return text;
+}
+
 // After those that the resource has.
 void FillSaved(HMENU menu, const std::vector<scNamedFilter>& filters) {
     constexpr int own = 2;
@@ -51,7 +59,7 @@ void FillSaved(HMENU menu, const std::vector<scNamedFilter>& filters) {
     if (!filters.empty())
         AppendMenuW(saved, MF_SEPARATOR, 0, nullptr);
     for (std::size_t at = 0; at < std::min(filters.size(), most); ++at)
-        AppendMenuW(saved, MF_STRING, ID_FIRST_SAVED + at, filters[at].name.c_str());
+        AppendMenuW(saved, MF_STRING, ID_FIRST_SAVED + at, MenuText(filters[at].name).c_str());
 }
 
 } // namespace
