@@ -1,6 +1,8 @@
 // Asks the system for its message font, and for one of fixed width beside it.
 #include "look.h"
 
+#include "system_function.h"
+
 #include <utility>
 
 namespace tool::logpan {
@@ -71,8 +73,7 @@ void clsLook::ScaleTo(int dotsPerInch, HWND window) {
 
 // Windows before 10 has one answer for all windows of a program.
 int DotsPerInchOf(HWND window) {
-    const auto ofWindow = reinterpret_cast<UINT(WINAPI*)(HWND)>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32.dll"), "GetDpiForWindow")));
+    const auto ofWindow = SystemFunction<UINT(WINAPI*)(HWND)>(L"\\user32.dll", "GetDpiForWindow");
     return ofWindow != nullptr ? static_cast<int>(ofWindow(window)) : FirstDotsPerInch();
 }
 
