@@ -178,6 +178,19 @@ TEST_F(Window, ShowsFiltersPausesCopiesAndClears) {
     Type(ID_INCLUDE, L"");
     Until([this] { return Rows() == 100; });
 
+    for (int at = 0; at < 11; ++at) { // the oldest lines leave once there are more than 110
+        if (at == 5) {
+            Until([this] { return Rows() == 105; });
+            Tell(ID_LINES, WM_KEYDOWN, VK_END);
+            EXPECT_EQ(Selected(), 104);
+        }
+        sender.Line(at == 4 ? L"focused" : L"many", static_cast<char>('0' + (at + 6) % 10));
+    }
+    Until([this] { return Rows() == 100; });
+    EXPECT_EQ(Selected(), 93);
+    EXPECT_EQ(Tell(ID_LINES, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED), 93);
+    EXPECT_EQ(Typed(ID_DETAIL), L"focused");
+
     Command(ID_FOLLOW);
     EXPECT_FALSE(IsChecked(ID_FOLLOW));
     Command(ID_CLEAR);

@@ -129,17 +129,21 @@ void clsLineList::DropFirst(std::size_t rows) {
     if (rows == 0)
         return;
     const std::vector<std::size_t> selected = SelectedRows();
-    const std::optional<std::size_t> focused = FocusedRow();
+    // Of the rows that the list still has, of which there may be more than lines by now.
+    const int focused = ListView_GetNextItem(list_, -1, LVNI_FOCUSED);
+    const int dropped = static_cast<int>(rows);
+    dropping_ = true;
     RECT row{};
     ListView_GetItemRect(list_, 0, &row, LVIR_BOUNDS);
     ListView_SetItemState(list_, -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
-    ListView_Scroll(list_, 0, -static_cast<int>(rows) * (row.bottom - row.top));
+    ListView_Scroll(list_, 0, -dropped * (row.bottom - row.top));
     ListView_SetItemCountEx(list_, static_cast<int>(lines_.size()), LVSICF_NOSCROLL);
     for (const std::size_t was : selected)
         if (was >= rows)
             ListView_SetItemState(list_, static_cast<int>(was - rows), LVIS_SELECTED, LVIS_SELECTED);
-    if (focused && *focused >= rows)
-        ListView_SetItemState(list_, static_cast<int>(*focused - rows), LVIS_FOCUSED, LVIS_FOCUSED);
+    if (focused >= dropped)
+        ListView_SetItemState(list_, focused - dropped, LVIS_FOCUSED, LVIS_FOCUSED);
+    dropping_ = false;
 }
 
 void clsLineList::Reset() {
@@ -190,8 +194,8 @@ LRESULT clsLineList::Notified(const NMHDR& header) {
     }
 }
 
-bool clsLineList::IsFocusChange(const NMHDR& header) {
-    return header.code == LVN_ITEMCHANGED || header.code == LVN_ODSTATECHANGED;
+bool clsLineList::IsFocusChange(const NMHDR& header) const {
+    return !dropping_ && (header.code == LVN_ITEMCHANGED || header.code == LVN_ODSTATECHANGED);
 }
 
 void clsLineList::GiveText(LVITEMW& item) {

@@ -50,8 +50,9 @@ class clsLineList {
     // Answers the list's questions.
     LRESULT Notified(const NMHDR& header);
 
-    // Whether a notification means that the focused row may be another one.
-    static bool IsFocusChange(const NMHDR& header);
+    // Whether a notification means that the focused row may be another one. None does while rows leave the
+    // front: they keep the focus, but the list tells of each that is selected.
+    bool IsFocusChange(const NMHDR& header) const;
 
   private:
     void GiveText(LVITEMW& item);
@@ -64,6 +65,7 @@ class clsLineList {
     const clsShownLines& lines_;
     const scMarks& marks_;
     const clsTheme& theme_;
+    bool dropping_ = false;          // rows leave the front
     std::vector<std::size_t> shown_; // columns, from left to right
     int width_ = 0;                  // inside, without a scroll bar
     std::wstring text_;              // of the cell asked for last; the list reads it before it asks again

@@ -238,7 +238,7 @@ LRESULT clsMainWindow::Handle(UINT message, WPARAM first, LPARAM second) {
 LRESULT clsMainWindow::Notified(const NMHDR& header) {
     if (header.idFrom != ID_LINES)
         return 0;
-    if (clsLineList::IsFocusChange(header))
+    if (list_->IsFocusChange(header))
         ShowDetail();
     return list_->Notified(header);
 }
@@ -267,8 +267,11 @@ void clsMainWindow::Update() {
     const bool live = !files_;
     lines_.Advance(filterBudget, live ? pausedAt_ : std::nullopt);
     const std::size_t dropped = lines_.Trim();
-    search_.DropFirst(dropped);
-    list_->DropFirst(dropped);
+    if (dropped > 0) {
+        search_.DropFirst(dropped);
+        list_->DropFirst(dropped);
+        ShowDetail(); // of a line that left, nothing
+    }
     list_->Grow(live && bar_->IsChecked(ID_FOLLOW));
     scCounters counters = Store().Counters();
     counters.held = lines_.Held(counters);
