@@ -1,7 +1,7 @@
 // Feeds a viewer that runs with lines as a few programs would write them: for pictures, and for trying out.
 //
 //   logpan_feeder          a session of two programs
-//   logpan_feeder COUNT    so many lines as fast as they go
+//   logpan_feeder COUNT    that many lines, as fast as possible
 #include "sender.h"
 
 #include "support/cases.h"

@@ -1,5 +1,5 @@
-// How a command declares its arguments. The parser's templates are compiled once, in main.cpp and
-// declaration.cpp, and not again for each command.
+// How a command declares its arguments. Only main.cpp and declaration.cpp see the parser, whose templates
+// take most of the time that a source is compiled for.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,8 @@ class Option;
 
 namespace tool::tvut {
 
-// What is declared is kept in the value given, which has to live until the command ran. The last three say
-// more of the argument that was declared last.
+// What is declared is kept in the value given, which has to live until the command has run. The last three
+// calls say more about the argument that was declared last.
 class clsDeclaration {
   public:
     explicit clsDeclaration(CLI::App& app) : app_(app) {}
@@ -22,7 +22,7 @@ class clsDeclaration {
     clsDeclaration& Text(const char* name, std::string& value, const char* purpose);
     clsDeclaration& Texts(const char* name, std::vector<std::string>& values, const char* purpose);
     clsDeclaration& Flag(const char* name, bool& value, const char* purpose);
-    // Bytes, with a unit where it is wished: 100MB.
+    // A number of bytes, which may have a unit: 100MB.
     clsDeclaration& Size(const char* name, std::uint64_t& value, const char* purpose);
 
     clsDeclaration& Required();

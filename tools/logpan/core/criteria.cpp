@@ -1,4 +1,4 @@
-// One row a property says all about it.
+// A table has a row for each property: how a value is checked, compared with a line's, and taken from a line.
 #include "criteria.h"
 
 #include "columns.h"

@@ -1,4 +1,4 @@
-// A rule's name is its colour.
+// A rule is a named filter whose name is its colour. The first one that fits a line decides.
 #include "highlights.h"
 
 #include "fold.h"

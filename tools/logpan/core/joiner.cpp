@@ -1,4 +1,8 @@
 // The queue of lines that may still grow.
+//
+// Lines stand in it in the order of their first pieces and leave it only at the front, so a slow line holds
+// up those after it and their order stays; its time and the queue's length are bounded, so not for long. A
+// line is found by its number: those in the queue are consecutive.
 #include "joiner.h"
 
 #include "finish_line.h"

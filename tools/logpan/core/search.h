@@ -1,5 +1,5 @@
 // Looks for a row among those that are shown, forwards or backwards and once around, piece by piece: a
-// regular expression over many rows takes longer than a window may be deaf.
+// regular expression over many rows takes longer than a window may leave its messages alone.
 #pragma once
 
 #include "bookmarks.h"

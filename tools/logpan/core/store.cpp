@@ -1,4 +1,8 @@
 // Locking around the joiner and the ring.
+//
+// Nothing waits under the lock, and lines are shared, not copied, so that a receiver is held up by a reader
+// for no longer than it takes to copy some pointers. There is no thread of its own: whoever comes by moves
+// the lines that are complete by now from the joiner to the ring.
 #include "store.h"
 
 #include <algorithm>

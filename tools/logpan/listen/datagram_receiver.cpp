@@ -1,4 +1,8 @@
 // The socket and its loop.
+//
+// The system drops what does not fit into the socket's buffer, so that is large, the thread comes before the
+// window's, and a datagram is parsed where it arrived. A blocking read has no end of its own: the destructor
+// sends itself an empty datagram.
 #include "datagram_receiver.h"
 
 #include "datagram.h"

@@ -1,4 +1,5 @@
-// What the window's menu, keys and buttons do.
+// What the window's menu, keys and buttons do. All three send the number of a command, which a table leads to
+// a function; a check box has changed already when it tells.
 #include "main_window.h"
 
 #include "clipboard.h"

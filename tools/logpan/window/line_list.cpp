@@ -1,4 +1,6 @@
-// A report view of common controls with LVS_OWNERDATA.
+// A report view of common controls with LVS_OWNERDATA: it knows how many rows there are, and asks for the
+// texts and colours of those that it paints. Rows are only added at the end and taken away at the front, so
+// what it remembers by row (selection, focus, what is in view) is moved by hand when the front leaves.
 #include "line_list.h"
 
 #include "controls.h"

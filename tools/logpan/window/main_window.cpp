@@ -1,4 +1,9 @@
 // Making the window, laying out its parts, and handing messages on.
+//
+// Lines come from other threads, but the window only looks at them when its timer fires: for some 25 ms of
+// each 40, however many there are, so that it answers the user in between. What takes longer (a filter over
+// millions of lines, a search) goes on with the next tick. What a control reports about itself goes back to
+// the part that made it; the menu's commands are a table in commands.cpp.
 #include "main_window.h"
 
 #include "controls.h"
