@@ -182,15 +182,15 @@ bool clsLineList::ShowsLastRow() const {
     return ListView_GetTopIndex(list_) + ListView_GetCountPerPage(list_) >= ListView_GetItemCount(list_);
 }
 
-LRESULT clsLineList::Notified(const NMHDR& header) {
-    switch (header.code) {
+LRESULT clsLineList::Notified(UINT code, LPARAM notification) {
+    switch (code) {
     case LVN_GETDISPINFOW:
-        GiveText(reinterpret_cast<NMLVDISPINFOW&>(const_cast<NMHDR&>(header)).item);
+        GiveText(reinterpret_cast<NMLVDISPINFOW*>(notification)->item);
         return 0;
     case LVN_ODFINDITEMW:
         return -1; // letters find nothing; 0 would be the first row
     case NM_CUSTOMDRAW:
-        return ColourOf(reinterpret_cast<NMLVCUSTOMDRAW&>(const_cast<NMHDR&>(header)));
+        return ColourOf(*reinterpret_cast<NMLVCUSTOMDRAW*>(notification));
     default:
         return 0;
     }

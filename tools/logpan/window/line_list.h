@@ -48,7 +48,7 @@ class clsLineList {
     bool ShowsLastRow() const;
 
     // Answers the list's questions.
-    LRESULT Notified(const NMHDR& header);
+    LRESULT Notified(UINT code, LPARAM notification);
 
     // Whether a notification means that the focused row may be another one. None does while rows leave the
     // front: they keep the focus, but the list tells of each that is selected.

@@ -18,6 +18,7 @@
 #include <commctrl.h>
 #include <shellapi.h>
 
+#include <cstring>
 #include <new>
 
 namespace tool::logpan {
@@ -188,7 +189,7 @@ LRESULT clsMainWindow::Handle(UINT message, WPARAM first, LPARAM second) {
         Command(LOWORD(first), HIWORD(first), reinterpret_cast<HWND>(second));
         return 0;
     case WM_NOTIFY:
-        return Notified(*reinterpret_cast<const NMHDR*>(second));
+        return Notified(second);
     case WM_INITMENUPOPUP:
         PrepareMenu();
         return 0;
@@ -240,12 +241,14 @@ LRESULT clsMainWindow::Handle(UINT message, WPARAM first, LPARAM second) {
     }
 }
 
-LRESULT clsMainWindow::Notified(const NMHDR& header) {
+LRESULT clsMainWindow::Notified(LPARAM notification) {
+    NMHDR header; // may lie anywhere: that of a key is packed
+    std::memcpy(&header, reinterpret_cast<const void*>(notification), sizeof header);
     if (header.idFrom != ID_LINES)
         return 0;
     if (list_->IsFocusChange(header))
         ShowDetail();
-    return list_->Notified(header);
+    return list_->Notified(header.code, notification);
 }
 
 void clsMainWindow::Place() {

@@ -35,7 +35,7 @@ class clsMainWindow {
 
     static LRESULT CALLBACK Receive(HWND window, UINT message, WPARAM first, LPARAM second);
     LRESULT Handle(UINT message, WPARAM first, LPARAM second);
-    LRESULT Notified(const NMHDR& header);
+    LRESULT Notified(LPARAM notification);
     void MakeParts();
     void Place();
     void ScaleTo(int dotsPerInch, const RECT& place);
