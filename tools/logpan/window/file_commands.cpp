@@ -19,13 +19,10 @@ constexpr const wchar_t* openKinds = L"Lines (*.log;*.txt;*.json)\0*.log;*.txt;*
 constexpr const wchar_t* saveKinds =
     L"Text (*.log;*.txt)\0*.log;*.txt\0JSON lines (*.json)\0*.json\0All files\0*.*\0";
 
-// With room for the longest path: one that does not fit would be no answer.
-std::wstring PathNamed(std::wstring path) {
-    path.resize(32 * 1024);
-    return path;
-}
-
-OPENFILENAMEW Question(HWND owner, const wchar_t* kinds, std::span<wchar_t> path, DWORD flags) {
+// The path that the user chooses in one of the system's dialogs; nothing without one.
+std::optional<std::wstring> Ask(HWND owner, decltype(GetOpenFileNameW)* dialog, const wchar_t* kinds,
+                                std::wstring path, DWORD flags) {
+    path.resize(32 * 1024); // the longest; one that does not fit would be no answer
     OPENFILENAMEW question{};
     question.lStructSize = sizeof question;
     question.hwndOwner = owner;
@@ -34,16 +31,17 @@ OPENFILENAMEW Question(HWND owner, const wchar_t* kinds, std::span<wchar_t> path
     question.nMaxFile = static_cast<DWORD>(path.size());
     question.lpstrDefExt = L"log";
     question.Flags = flags | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR | OFN_HIDEREADONLY;
-    return question;
+    if (!dialog(&question))
+        return std::nullopt;
+    path.resize(path.find(L'\0'));
+    return path;
 }
 
 } // namespace
 
 void clsMainWindow::OpenFiles() {
-    std::wstring path = PathNamed(L"");
-    OPENFILENAMEW question = Question(window_, openKinds, path, OFN_FILEMUSTEXIST);
-    if (GetOpenFileNameW(&question))
-        Open({path.c_str()});
+    if (const auto path = Ask(window_, GetOpenFileNameW, openKinds, L"", OFN_FILEMUSTEXIST))
+        Open({*path});
 }
 
 void clsMainWindow::Drop(HANDLE files) {
@@ -85,12 +83,11 @@ void clsMainWindow::ShowStore(clsStore& store, std::size_t mostLines, std::size_
 }
 
 void clsMainWindow::Save() {
-    std::wstring path = PathNamed(L"lines.log");
-    OPENFILENAMEW question = Question(window_, saveKinds, path, OFN_OVERWRITEPROMPT);
-    if (!GetSaveFileNameW(&question))
+    const auto path = Ask(window_, GetSaveFileNameW, saveKinds, L"lines.log", OFN_OVERWRITEPROMPT);
+    if (!path)
         return;
     try {
-        SaveLines(lines_, path.c_str());
+        SaveLines(lines_, *path);
     } catch (const scFailure& failure) {
         Complain(ToWide(failure.subject + ": " + failure.reason));
     }
