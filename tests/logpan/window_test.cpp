@@ -195,7 +195,9 @@ TEST_F(Window, ShowsFiltersPausesCopiesAndClears) {
     EXPECT_FALSE(IsChecked(ID_FOLLOW));
     Command(ID_CLEAR);
     EXPECT_EQ(Rows(), 0);
+    testing_prof::WriteBytes(SettingsPath(), "ZZmQ being edited");
     Close();
+    EXPECT_EQ(testing_prof::ReadBytes(SettingsPath()), "ZZmQ being edited");
     EXPECT_EQ(PublishedInfo().mask, 0u);
 }
 

@@ -155,6 +155,9 @@ void clsSettingsFile::Save() const {
     if (const std::size_t name = path_.find_last_of(L"\\/"); name != std::wstring::npos)
         CreateDirectoryW(path_.substr(0, name).c_str(), nullptr);
     const tvut22::profile profile{ProfJobOpenW(path_.c_str())}; // what others keep there stays
+    const INT error = ProfGetError(profile.get());
+    if (error == PROF_LOCKED || error == PROF_LOAD_FAILED) // what they have written since is not lost
+        return;
     Write(settings, profile.get());
     ProfSaveW(profile.get(), nullptr, PROF_FORM_TEXT);
 }
