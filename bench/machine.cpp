@@ -3,7 +3,11 @@
 #include "harness.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <vector>
 #include <windows.h>
+
+#include <psapi.h>
 
 namespace bench {
 
@@ -19,7 +23,46 @@ double ShortWork() {
     });
 }
 
+// Calls a function with each committed region of the address space.
+template <class Function>
+void EachCommittedRegion(Function function) {
+    MEMORY_BASIC_INFORMATION region;
+    for (std::uintptr_t address = 0;
+         VirtualQuery(reinterpret_cast<void*>(address), &region, sizeof region) != 0;) {
+        if (region.State == MEM_COMMIT)
+            function(region);
+        const std::uintptr_t next = reinterpret_cast<std::uintptr_t>(region.BaseAddress) + region.RegionSize;
+        if (next <= address)
+            break;
+        address = next;
+    }
+}
+
 } // namespace
+
+std::size_t CommittedPrivateBytes() {
+    std::size_t bytes = 0;
+    EachCommittedRegion([&](const MEMORY_BASIC_INFORMATION& region) {
+        bytes += region.Type == MEM_PRIVATE ? region.RegionSize : 0;
+    });
+    return bytes;
+}
+
+std::size_t ResidentPrivateBytes() {
+    constexpr std::size_t page = 4096;
+    std::vector<PSAPI_WORKING_SET_EX_INFORMATION> pages;
+    pages.reserve(1 << 16); // or the pages of this list would count
+    EachCommittedRegion([&](const MEMORY_BASIC_INFORMATION& region) {
+        for (std::size_t at = 0; at < region.RegionSize; at += page)
+            pages.push_back({static_cast<char*>(region.BaseAddress) + at, {}});
+    });
+    Require(K32QueryWorkingSetEx(GetCurrentProcess(), pages.data(),
+                                 static_cast<DWORD>(pages.size() * sizeof pages[0])) != FALSE,
+            "the pages in memory cannot be asked for");
+    return page * static_cast<std::size_t>(std::ranges::count_if(pages, [](const auto& each) {
+               return each.VirtualAttributes.Valid && !each.VirtualAttributes.Shared;
+           }));
+}
 
 std::string ProcessorName() {
     char name[128] = "";

@@ -1,6 +1,7 @@
 // What the figures of a run depend on besides the library: the processor, and how much else runs on it.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace bench {
@@ -13,5 +14,11 @@ double Noise();
 
 // From here on goals are not judged.
 constexpr double mostNoise = 1.2;
+
+// Bytes of this process's own that are backed by memory or page file.
+std::size_t CommittedPrivateBytes();
+
+// Bytes of this process's own that it has touched, those of images that it has written to included.
+std::size_t ResidentPrivateBytes();
 
 } // namespace bench

@@ -86,6 +86,12 @@ void clsReport::FasterThan(const std::string& work, double ours, const std::stri
            Judge(work, ratio, Times(ratio), goal, "x faster")});
 }
 
+void clsReport::Milliseconds(const std::string& work, double ours, const std::string& peer, double peers,
+                             scGoal goal) {
+    Print({work, Duration(ours), peer, Duration(peers), Times(ours / peers),
+           Judge(work, ours / 1e6, Duration(ours), goal, " ms")});
+}
+
 void clsReport::Spread(const std::string& work, const std::vector<double>& costs, scGoal goal) {
     const auto [low, high] = std::ranges::minmax(costs);
     const std::string ratio = Times(high / low);

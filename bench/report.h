@@ -37,6 +37,10 @@ class clsReport {
     void FasterThan(const std::string& work, double ours, const std::string& peer, double peers,
                     std::optional<scGoal> goal = {});
 
+    // A duration in nanoseconds beside another one; the goal, in milliseconds, holds for ours.
+    void Milliseconds(const std::string& work, double ours, const std::string& peer, double peers,
+                      scGoal goal);
+
     // How far a cost spreads over several sizes of the same work: the dearest / the cheapest.
     void Spread(const std::string& work, const std::vector<double>& costs, scGoal goal);
 

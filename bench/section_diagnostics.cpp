@@ -11,6 +11,8 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <thread>
+#include <vector>
 
 namespace bench {
 
@@ -80,6 +82,22 @@ void MeasureQuiet(const clsCopy& copy, int rounds, clsReport& report) {
     DeleteCriticalSection(&section);
 }
 
+// Nanoseconds a call, over all of them.
+template <class Function>
+double OnEightThreads(Function function) {
+    constexpr int threads = 8;
+    return Timed([&] {
+               std::vector<std::jthread> running;
+               for (int thread = 0; thread < threads; ++thread) {
+                   running.emplace_back([&] {
+                       for (int i = 0; i < callsHeard; ++i)
+                           function();
+                   });
+               }
+           }) /
+           (threads * callsHeard);
+}
+
 std::string ReadShared(const std::wstring& path) {
     std::ifstream file(std::filesystem::path(path), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
@@ -101,6 +119,12 @@ void MeasureLogFile(const scSettings& settings, clsReport& report) {
     const auto ns = Race(contenders, settings.rounds);
     report.Against("UtilDebug to the log file", ns[0], "WriteFile of the same bytes, appending", ns[1],
                    AtMost(3));
+    const Round crowds[] = {
+        [&] { return OnEightThreads([&] { copy.debug(BENCH_LINE); }); },
+        [&] { return OnEightThreads([&] { WriteFile(bare, line.data(), count, &written, nullptr); }); }};
+    const auto crowded = Race(crowds, std::min(settings.rounds, 7));
+    report.Against("the same, eight threads", crowded[0], "WriteFile of the same bytes, eight threads",
+                   crowded[1], AtMost(1));
     CloseHandle(bare);
 }
 

@@ -1,5 +1,6 @@
 // Files from a server on this machine, against the system's own call for it, which checks nothing. The server
 // is that of the tests, which runs the benchmark.
+#include "machine.h"
 #include "sections.h"
 
 #include <tvut22/download.h>

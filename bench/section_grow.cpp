@@ -50,7 +50,7 @@ void ReportCall(clsReport& report, const char* call, const std::vector<double>& 
     for (std::size_t index = 0; index < sizes.size(); ++index)
         report.Against(std::string(call) + ", N = " + std::to_string(sizes[index]), ours[index],
                        "std::unordered_map", map[index]);
-    report.Spread(std::string(call) + ", dearest N", ours, AtMost(1.5));
+    report.Spread(std::string(call) + ", dearest N", ours, AtMost(1.35));
 }
 
 } // namespace

@@ -90,10 +90,10 @@ void MeasurePairs(const clsHeaps& heaps, int rounds, clsReport& report) {
     };
     const auto ns = Race(one, rounds);
     const std::string peer = "HeapAlloc, HeapFree";
-    report.Against("plain object, allocated and freed", ns[0], peer, ns[3], AtMost(1.6));
+    report.Against("plain object, allocated and freed", ns[0], peer, ns[3], AtMost(1.4));
     report.Against("DEBUG object without call stack", ns[1], peer, ns[3], AtMost(1.9));
-    report.Against("DEBUG object with 40 frames", ns[2], peer, ns[3], AtMost(3.5));
-    report.Against("plain object, two threads", ns[4], peer + ", two threads", ns[5]);
+    report.Against("DEBUG object with 40 frames", ns[2], peer, ns[3], AtMost(2));
+    report.Against("plain object, two threads", ns[4], peer + ", two threads", ns[5], AtMost(2));
 }
 
 double WalkNs(HANDLE heap, int expected) {

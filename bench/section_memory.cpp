@@ -1,7 +1,9 @@
 // The memory that an opened profile adds to its process, in a fresh process each: in an older one the
 // blocks that were freed before would take up the tree and hide it.
 #include "files.h"
+#include "machine.h"
 #include "peers.h"
+#include "processes.h"
 #include "profile.h"
 #include "sections.h"
 #include "workload.h"
@@ -22,28 +24,7 @@ std::size_t Added(Open&& open) {
     return CommittedPrivateBytes() - before;
 }
 
-std::wstring OwnPath() {
-    std::wstring path(32768, L'\0');
-    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
-    return path;
-}
-
 } // namespace
-
-std::size_t CommittedPrivateBytes() {
-    std::size_t bytes = 0;
-    MEMORY_BASIC_INFORMATION region;
-    for (std::uintptr_t address = 0;
-         VirtualQuery(reinterpret_cast<void*>(address), &region, sizeof region) != 0;) {
-        if (region.State == MEM_COMMIT && region.Type == MEM_PRIVATE)
-            bytes += region.RegionSize;
-        const std::uintptr_t next = reinterpret_cast<std::uintptr_t>(region.BaseAddress) + region.RegionSize;
-        if (next <= address)
-            break;
-        address = next;
-    }
-    return bytes;
-}
 
 std::size_t ProbeMemory(const std::string& way, const std::wstring& path) {
     if (way == "profile")
@@ -96,20 +77,7 @@ std::size_t PeakMemory() {
 
 // Runs this program with --probe-memory; its exit code is the answer, negative when it failed.
 std::size_t RunMemoryProbe(const wchar_t* way, const std::wstring& path) {
-    std::wstring command = L"\"" + OwnPath() + L"\" --probe-memory " + way + L" \"" + path + L"\"";
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    Require(CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                           &process) != FALSE,
-            "the memory probe could not be started");
-    WaitForSingleObject(process.hProcess, INFINITE);
-    DWORD bytes = 0;
-    GetExitCodeProcess(process.hProcess, &bytes);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    Require(bytes < 0x80000000u, "the memory probe failed");
-    return bytes;
+    return ExitCodeOf(Quoted(PathOfModule(nullptr)) + L" --probe-memory " + way + L" " + Quoted(path));
 }
 
 void MeasureMemory(const scSettings& settings, clsReport& report) {

@@ -47,8 +47,8 @@ void MeasureSave(const scSettings& settings, clsReport& report) {
     const auto ns = Race(rounds, settings.rounds);
 
     report.Section("Save: 1,000 lists of 100 items");
-    report.Against("ProfSaveW to a new name", ns[0], "bare: write beside, rename", ns[1], AtMost(2.5));
-    report.Against("ProfSaveW over a file", ns[2], "bare: write beside, rename", ns[3], AtMost(2.5));
+    report.Against("ProfSaveW to a new name", ns[0], "bare: write beside, rename", ns[1], AtMost(1.6));
+    report.Against("ProfSaveW over a file", ns[2], "bare: write beside, rename", ns[3], AtMost(1.2));
     report.Remark("Bare: CreateFile of a temporary file beside the target, one WriteFile of the same bytes "
                   "from memory, CloseHandle, MoveFileEx that may replace.");
 }

@@ -69,9 +69,6 @@ std::vector<UtilDocInfo> OpenManyDocuments(const std::wstring& path);
 // The most that a transfer takes: "download" of 1 MiB, "download-large", or the system's, "download-service".
 std::size_t ProbeDownload(const std::string& way, const std::wstring& file);
 
-// Bytes of this process's own that are backed by memory or page file.
-std::size_t CommittedPrivateBytes();
-
 // The highest working set of this process.
 std::size_t PeakMemory();
 
