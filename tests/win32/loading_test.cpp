@@ -144,7 +144,35 @@ TEST(Loading, WorksBesideTheCompilersRuntime) {
     FreeLibrary(runtime);
 }
 
-const Roles roles = {{"throwing", EndWhileThrowing}, {"open", EndWithAllOpen}};
+// Child: hooks a function of a library that nobody has called yet, as programs that watch calls do, and
+// passes its calls on to what was there before.
+int watchedCalls = 0;
+decltype(&VariantInit) afterHook;
+void WINAPI WatchCall(VARIANT* variant) {
+    ++watchedCalls;
+    afterHook(variant);
+}
+void CallThroughHook() {
+    const void* const before = *ImportSlot("VariantInit");
+    HMODULE place = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, static_cast<const wchar_t*>(before), &place);
+    if (place != GetModuleHandleW(L"tvUT22.dll"))
+        ExitProcess(2); // it is bound
+    std::memcpy(&afterHook, &before, sizeof before);
+    const clsImportHook hook("VariantInit", WatchCall);
+    for (int call = 0; call < 2; ++call) {
+        const int seen = watchedCalls;
+        if (FailingCall() != PROF_NOT_PARSED || watchedCalls == seen)
+            ExitProcess(3);
+    }
+    ExitProcess(17);
+}
+
+TEST(LateBinding, GoesThroughHooksThatWereThereBefore) {
+    EXPECT_EQ(clsChild(L"hooked").ExitCodeUnlessItHangs(), 17u);
+}
+
+const Roles roles = {{"throwing", EndWhileThrowing}, {"open", EndWithAllOpen}, {"hooked", CallThroughHook}};
 
 } // namespace
 } // namespace testing_prof
