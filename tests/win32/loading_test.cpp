@@ -153,11 +153,9 @@ void WINAPI WatchCall(VARIANT* variant) {
     afterHook(variant);
 }
 void CallThroughHook() {
+    if (IsBound("VariantInit"))
+        ExitProcess(2);
     const void* const before = *ImportSlot("VariantInit");
-    HMODULE place = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, static_cast<const wchar_t*>(before), &place);
-    if (place != GetModuleHandleW(L"tvUT22.dll"))
-        ExitProcess(2); // it is bound
     std::memcpy(&afterHook, &before, sizeof before);
     const clsImportHook hook("VariantInit", WatchCall);
     for (int call = 0; call < 2; ++call) {

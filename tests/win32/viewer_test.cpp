@@ -187,7 +187,9 @@ TEST(Copies, ShareASocket) {
     };
     PasDebug(L"first");
     arrives(L"first");
+    EXPECT_FALSE(IsBound("WSASendTo", L"copy.dll"));
     EXPECT_TRUE(attach());
+    EXPECT_TRUE(IsBound("WSASendTo", L"copy.dll")) << "a line would be sent under a lock";
     write(L"by the copy");
     EXPECT_TRUE(arrives(L"by the copy")) << "through the same socket";
 
