@@ -286,6 +286,15 @@ struct scLoader {
         NeedsLoader();
         return FindWindowW(name, title);
     }
+    static HMODULE WINAPI Find(const wchar_t* name) {
+        if (name) // the program itself stands in the process block
+            NeedsLoader();
+        return GetModuleHandleW(name);
+    }
+    static HMODULE WINAPI Load(const wchar_t* name, HANDLE file, DWORD flags) {
+        NeedsLoader();
+        return LoadLibraryExW(name, file, flags);
+    }
     // Another process has the mutex that guards the number of modules, and keeps it.
     static DWORD WINAPI Wait(HANDLE, DWORD milliseconds) {
         NeedsLoader();
@@ -301,10 +310,10 @@ struct scLoader {
 
 // Child: everything that may need the loader. Each step that holds a lock meanwhile hangs.
 void NeedLoader() {
-    const clsImportHook hooks[] = {{"WaitForSingleObject", scLoader::Wait},
-                                   {"WSAStartup", scLoader::Startup},
-                                   {"WSACleanup", scLoader::Cleanup},
-                                   {"FindWindowW", scLoader::LookForWindow}};
+    const clsImportHook hooks[] = {
+        {"WaitForSingleObject", scLoader::Wait}, {"WSAStartup", scLoader::Startup},
+        {"WSACleanup", scLoader::Cleanup},       {"GetModuleHandleW", scLoader::Find},
+        {"LoadLibraryExW", scLoader::Load},      {"FindWindowW", scLoader::LookForWindow}};
     UtilJobOpen(L"traced", UTIL_JOB_TRACE);
     const clsReceiver receiver, moved;
     const clsPublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, InfoOf(receiver));
@@ -315,6 +324,9 @@ void NeedLoader() {
     UtilModuleOnDetach(L"module");
     UtilModuleOnAttach(L"module");
     UtilModuleOnDetach(L"module");
+    for (const UINT call : {UTIL_HANDLES_ADD, UTIL_HANDLES_REPORT})
+        UtilHandleListMgr(call, call == UTIL_HANDLES_ADD ? GetStockObject(WHITE_PEN) : nullptr,
+                          UTIL_HANDLE_GDI, nullptr);
     UtilLOGPAN4Detach();
     const int passed = scLoader::passed;
     const clsImportHook hook("GetProcAddress", scLoader::Function);
