@@ -295,6 +295,13 @@ struct scLoader {
         NeedsLoader();
         return LoadLibraryExW(name, file, flags);
     }
+    static BOOL WINAPI FindAt(DWORD flags, const wchar_t* address, HMODULE* library) {
+        const BOOL found = GetModuleHandleExW(flags, address, library);
+        const HMODULE own = GetModuleHandleW(L"tvUT22.dll");
+        if (found && *library == own && static_cast<const void*>(address) != own)
+            std::jthread([] { UtilExHandlerEndProtection(); }).join();
+        return found;
+    }
     // Another process has the mutex that guards the number of modules, and keeps it.
     static DWORD WINAPI Wait(HANDLE, DWORD milliseconds) {
         NeedsLoader();
@@ -328,10 +335,13 @@ void NeedLoader() {
         UtilHandleListMgr(call, call == UTIL_HANDLES_ADD ? GetStockObject(WHITE_PEN) : nullptr,
                           UTIL_HANDLE_GDI, nullptr);
     UtilLOGPAN4Detach();
-    const int passed = scLoader::passed;
+    const int passed = scLoader::passed, waits = scLoader::waits;
+    UtilExHandlerStartProtection(nullptr);
+    const clsImportHook reference("GetModuleHandleExW", scLoader::FindAt);
+    UtilExHandlerEndProtection();
     const clsImportHook hook("GetProcAddress", scLoader::Function);
     UtilHeapValidate(UtilHeapCreate(UtilJobOpen(L"heaps", 0), L"H", 0), nullptr, 0);
-    TerminateProcess(GetCurrentProcess(), passed < 8 ? 2 : scLoader::waits != 1 ? 3 : 0);
+    TerminateProcess(GetCurrentProcess(), passed < 8 ? 2 : waits != 1 ? 3 : 0);
 }
 
 TEST(Loader, IsNeverNeededWithALockHeld) {
