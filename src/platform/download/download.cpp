@@ -2,7 +2,7 @@
 
 #include "platform/download/binding.h"
 #include "platform/exception.h"
-#include "platform/module_at.h"
+#include "platform/held_library.h"
 #include "platform/wide.h"
 
 #include <objbase.h>
@@ -73,8 +73,7 @@ clsDownload::clsDownload(std::u16string_view url, std::shared_ptr<IclsDownloadEv
     : shared_(std::make_shared<scShared>()) {
     shared_->url.assign(ToWide(url.data()), url.size());
     shared_->events = std::move(events);
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                       static_cast<const wchar_t*>(PlatformOwnModule()), shared_->library.Receive());
+    shared_->library = PlatformOwnLibrary();
     auto given = std::make_unique<std::shared_ptr<scShared>>(shared_);
     const clsHandle thread(shared_->abort && shared_->library
                                ? CreateThread(nullptr, 0, Thread, given.get(), 0, nullptr)
