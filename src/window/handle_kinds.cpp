@@ -1,3 +1,6 @@
+// A kind is a row: how the system is asked whether a handle is alive, and what it is called. The libraries
+// of windows are no imports of this one. Who asks first has them loaded, which must not be under a lock; so
+// the names, which reports want under one, are asked for only where the libraries have been made ready.
 #include "window/handle_kinds.h"
 
 #include "platform/loader.h"

@@ -1,3 +1,6 @@
+// The caller may let go of a download before the service has reported its end, or after. So what they share
+// is kept by a reference each. The thread keeps the library, and gives it back in the call that ends the
+// thread; where the service still holds the binding then, the library stays for good.
 #include "platform/download/download.h"
 
 #include "platform/download/binding.h"
