@@ -63,10 +63,10 @@ typedef struct UtilProtection {
  * the folder beyond the newest "keep" are removed, with their dumps; files of other names, and of other host
  * programs, are left alone.
  *
- * With UTIL_PROTECT_END the process ends with the exception's code, after abort and its kin with 3. Without
- * it the previous handler is called, then the system goes on as if nothing protected the process. From now on
- * threads that begin and have 320 KB of stack or more keep 32 KB of it for a stack overflow; so does the
- * calling thread.
+ * With UTIL_PROTECT_END the process ends with the exception's code, after abort and its kin with 3; so it
+ * does when nobody answers a notice in time. Without it the previous handler is called, then the system goes
+ * on as if nothing protected the process. From now on threads that begin and have 320 KB of stack or more
+ * keep 32 KB of it for a stack overflow; so does the calling thread.
  *
  * Costs a waiting thread, a megabyte of address space that is used at the first crash only, and nothing a
  * call. When a module that brings its own C runtime is loaded later, it calls UtilModuleOnAttach as all

@@ -1,3 +1,5 @@
+// One element may stand for several properties, a row each. Its text can be read only once, so the first row
+// that is about it reads it for all.
 #include "docinfo/xml_properties.h"
 
 namespace tvut {

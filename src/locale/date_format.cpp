@@ -1,3 +1,5 @@
+// Nothing is allocated. A text that has become too long for its place is not put any more but still counted,
+// so measuring and writing are one way.
 #include "locale/date_format.h"
 
 #include <algorithm>

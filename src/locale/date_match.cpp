@@ -7,6 +7,7 @@
 // Steps and choices are counted, so that no picture makes a text expensive.
 #include "locale/date_match.h"
 
+#include "locale/picture_parts.h"
 #include "locale/said_values.h"
 #include "locale/unmade_array.h"
 
@@ -20,7 +21,7 @@ namespace {
 using Value = clsSaidValues::Value;
 
 constexpr std::size_t mostChoices = 96;
-constexpr std::uint16_t nowhere = 0xFFFF;
+constexpr std::uint16_t nowhere = clsPictureParts::nowhere;
 
 struct scState {
     std::uint16_t part = 0;
@@ -44,10 +45,8 @@ bool IsDigit(char16_t unit) {
 class clsMatcher {
   public:
     clsMatcher(const scMatchJob& job, IclsReadings& readings)
-        : job_(job), readings_(readings), partCount_(static_cast<std::uint16_t>(job.parts.size())),
-          budget_(64 * (job.parts.size() + job.text.size()) + 256) {
-        NoteMarkPlace();
-    }
+        : job_(job), readings_(readings), parts_(job.parts), markPlace_(parts_.PlaceOfMark()),
+          budget_(64 * (job.parts.size() + job.text.size()) + 256) {}
 
     // False when it was cut off.
     bool Run() {
@@ -94,11 +93,11 @@ class clsMatcher {
     bool Step() {
         if (state_.part == state_.jumpFrom)
             return Jump();
-        if (state_.part == partCount_) {
+        if (state_.part == parts_.Count()) {
             Finish();
             return false;
         }
-        const scPicturePart& part = *job_.parts[state_.part];
+        const scPicturePart& part = parts_[state_.part];
         return part.field == PictureField::text ? TakeText(part) : Begin(part) && TakeField(part);
     }
 
@@ -126,17 +125,10 @@ class clsMatcher {
                field == PictureField::second || field == PictureField::mark;
     }
 
-    bool IsField(std::size_t part) const { return job_.parts[part]->field != PictureField::text; }
-    bool IsWord(std::size_t part) const {
-        return !IsField(part) && job_.parts[part]->kind == PictureText::word;
-    }
-
     // At the first part after a field: if the next field may be missing, the ways without it.
     void EnterGap() {
-        std::uint16_t field = state_.part;
-        while (field < partCount_ && !IsField(field))
-            ++field;
-        if (field < partCount_ && MayBeMissing(job_.parts[field]->field))
+        const std::uint16_t field = parts_.FieldFrom(state_.part);
+        if (field < parts_.Count() && MayBeMissing(parts_[field].field))
             PushWithout(field);
         if (state_.part == markPlace_)
             PushWithMark();
@@ -146,37 +138,25 @@ class clsMatcher {
     // rest, else those on one side, or on both where a word remains in between.
     void PushWithout(std::uint16_t field) {
         std::uint16_t after = field + 1;
-        if (job_.parts[field]->field == PictureField::second)
-            after = AfterFractions(after);
-        std::uint16_t next = after;
-        while (next < partCount_ && !IsField(next))
-            ++next;
+        if (parts_[field].field == PictureField::second)
+            after = parts_.AfterFractions(after);
+        const std::uint16_t next = parts_.FieldFrom(after);
         std::uint16_t leftWord = field; // the first part after the last word on the left
-        while (leftWord > state_.part && !IsWord(leftWord - 1u))
+        while (leftWord > state_.part && !parts_.IsWord(leftWord - 1u))
             --leftWord;
         std::uint16_t rightWord = after; // the first word on the right
-        while (rightWord < next && !IsWord(rightWord))
+        while (rightWord < next && !parts_.IsWord(rightWord))
             ++rightWord;
 
-        const bool isAtEnd = !state_.afterField || next == partCount_;
-        const bool hasWord = rightWord != next || (leftWord != state_.part && IsWord(leftWord - 1u));
+        const bool isAtEnd = !state_.afterField || next == parts_.Count();
+        const bool hasWord = rightWord != next || (leftWord != state_.part && parts_.IsWord(leftWord - 1u));
         if (!isAtEnd) {
             PushJump(leftWord, after, true);
-            if (job_.parts[field]->field != PictureField::second)
+            if (parts_[field].field != PictureField::second)
                 PushJump(field, rightWord, true);
         }
         if (isAtEnd || hasWord)
             PushJump(leftWord, rightWord, !isAtEnd);
-    }
-
-    std::uint16_t AfterFractions(std::uint16_t after) const {
-        for (std::uint16_t part = after; part < partCount_; ++part) {
-            if (job_.parts[part]->field == PictureField::fraction)
-                after = part + 1;
-            else if (IsField(part))
-                break;
-        }
-        return after;
     }
 
     void PushJump(std::uint16_t from, std::uint16_t to, bool isOwed) {
@@ -187,19 +167,7 @@ class clsMatcher {
         Push(state, Way::missing);
     }
 
-    // A picture without a mark: one is taken after its last time field.
-    void NoteMarkPlace() {
-        for (std::uint16_t part = 0; part < partCount_; ++part) {
-            const PictureField field = job_.parts[part]->field;
-            if (field == PictureField::mark) {
-                markPlace_ = nowhere;
-                return;
-            }
-            if (UtilpIsTimeField(field))
-                markPlace_ = part + 1;
-        }
-    }
-
+    // A picture without a mark: one is taken all the same.
     void PushWithMark() {
         scState state = state_;
         if (At() == u' ')
@@ -249,25 +217,12 @@ class clsMatcher {
     // a date a separator stands for it.
     void TakeBlank(const scPicturePart& part) {
         SkipBlank();
-        if (part.gap == PictureGap::dates && UtilpIsDateSeparator(At()) && !HasSeparator()) {
+        if (part.gap == PictureGap::dates && UtilpIsDateSeparator(At()) &&
+            !parts_.HasSeparatorAround(state_.part)) {
             ++state_.at;
             state_.isParted = true;
         }
         state_.isOwed |= !state_.isParted;
-    }
-
-    // Whether the gap that is being read has a separator in the picture.
-    bool HasSeparator() const {
-        const auto isSeparator = [&](std::size_t part) {
-            return job_.parts[part]->kind == PictureText::separator;
-        };
-        std::size_t part = state_.part;
-        while (part != 0 && !IsField(part - 1))
-            --part;
-        for (; part < partCount_ && !IsField(part); ++part)
-            if (isSeparator(part))
-                return true;
-        return false;
     }
 
     bool TakeSeparator(const scPicturePart& part) {
@@ -343,24 +298,13 @@ class clsMatcher {
         return count;
     }
 
-    // Whether digits may follow those of the part at once.
-    bool MayTouch() const {
-        std::size_t next = state_.part + 1u;
-        while (next < partCount_ && !IsField(next) && job_.parts[next]->kind == PictureText::direction)
-            ++next;
-        if (next >= partCount_)
-            return false;
-        const scPicturePart& part = *job_.parts[next];
-        return IsField(next) || (!part.folded.empty() && IsDigit(part.folded[0]));
-    }
-
     bool TakeNumber(const scPicturePart& part) {
         const bool isYear = part.field == PictureField::year;
         const bool isFraction = part.field == PictureField::fraction;
         const std::size_t most = isYear ? 5 : isFraction ? part.width : 2;
         const std::size_t least = isYear ? job_.leastYearDigits : isFraction ? part.width : 1;
         const std::size_t digits = DigitsHere(most + 1);
-        const bool mayTouch = MayTouch();
+        const bool mayTouch = parts_.MayTouch(state_.part);
         if (digits < least || (digits > most && !mayTouch))
             return false;
         const std::size_t longest = std::min(digits, most);
@@ -463,7 +407,8 @@ class clsMatcher {
     // Shorter names, where digits of the text may be the name's or the next field's.
     bool TakeMonthName() {
         const scMonthName longest = LongestMonth(std::u16string_view::npos);
-        if (longest.length != 0 && IsDigit(job_.text[state_.at + longest.length - 1]) && MayTouch())
+        if (longest.length != 0 && IsDigit(job_.text[state_.at + longest.length - 1]) &&
+            parts_.MayTouch(state_.part))
             for (scMonthName name = LongestMonth(longest.length); name.length != 0;
                  name = LongestMonth(name.length))
                 PushOther(Way::number, [&] { return SayMonth(name); });
@@ -496,8 +441,8 @@ class clsMatcher {
 
     const scMatchJob& job_;
     IclsReadings& readings_;
-    const std::uint16_t partCount_;
-    std::uint16_t markPlace_ = nowhere;
+    const clsPictureParts parts_;
+    const std::uint16_t markPlace_;
     std::size_t budget_;
     bool found_ = false;
     scState state_;

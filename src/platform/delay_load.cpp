@@ -1,6 +1,7 @@
 // The import libraries of cmake/delay.cmake put the address of a piece of their own into each entry of a
 // library's table of functions. The piece calls the function below with the table and the entry, and goes on
-// to what it returns.
+// to what it returns. Where there is no such function, the process ends by an exception: a program that lacks
+// an import would not even begin.
 //
 // All functions of a library are bound by the first call of any: from then on a call asks the loader for
 // nothing and may be made under a lock. Two threads may bind at once, both find the same. The full path keeps
@@ -57,18 +58,24 @@ bool IsUnbound(FARPROC entry) noexcept {
     return reinterpret_cast<std::uintptr_t>(entry) - begin < headers->OptionalHeader.SizeOfImage;
 }
 
-// False when the function asked for is missing.
-bool Bind(const scDelayedLibrary& library, const FARPROC* asked) noexcept {
+// Returns the function asked for, null when it is missing. It is the library's whatever the entry holds: a
+// hook that passes a call on comes here again, and would be led to itself.
+FARPROC Bind(const scDelayedLibrary& library, const FARPROC* asked) noexcept {
     const HMODULE loaded = Load(At<const char>(library.name));
+    FARPROC answer = nullptr;
     FARPROC* entry = At<FARPROC>(library.functions);
     for (const DWORD* name = At<const DWORD>(library.names); loaded && *name; ++name, ++entry) {
         const std::atomic_ref slot(*entry);
-        if (!IsUnbound(slot.load(std::memory_order_acquire)))
+        FARPROC there = slot.load(std::memory_order_acquire);
+        if (entry != asked && !IsUnbound(there))
             continue;
-        if (const FARPROC found = GetProcAddress(loaded, At<const IMAGE_IMPORT_BY_NAME>(*name)->Name))
-            slot.store(found, std::memory_order_release);
+        const FARPROC found = GetProcAddress(loaded, At<const IMAGE_IMPORT_BY_NAME>(*name)->Name);
+        if (entry == asked)
+            answer = found;
+        if (found && IsUnbound(there))
+            slot.compare_exchange_strong(there, found); // or a hook has come meanwhile
     }
-    return loaded && !IsUnbound(*asked);
+    return answer;
 }
 
 } // namespace
@@ -76,9 +83,10 @@ bool Bind(const scDelayedLibrary& library, const FARPROC* asked) noexcept {
 // The linker's name for it; called by the pieces.
 extern "C" FARPROC WINAPI __delayLoadHelper2(const scDelayedLibrary* library, FARPROC* entry) {
     const tvut::clsLastErrorKept lastError;
-    if (!Bind(*library, entry))
+    const FARPROC found = Bind(*library, entry);
+    if (!found)
         RaiseException(functionMissing, EXCEPTION_NONCONTINUABLE, 0, nullptr);
-    return *entry;
+    return found;
 }
 
 namespace tvut {

@@ -17,10 +17,11 @@ class clsDrivePaths {
     std::u16string_view Plain(std::u16string_view path, char16_t* buffer, std::size_t room) const noexcept {
         constexpr std::u16string_view verbatim = u"\\??\\";
         if (path.starts_with(verbatim))
-            return path.substr(verbatim.size(), path.size());
+            return path.substr(verbatim.size());
         for (const scDrive& drive : drives_) {
             const std::u16string_view device{drive.device.data(), drive.length};
-            if (device.empty() || !path.starts_with(device) || path[device.size()] != u'\\' || room < 2)
+            if (device.empty() || !path.starts_with(device) || path.size() == device.size() ||
+                path[device.size()] != u'\\' || room < 2)
                 continue;
             const std::size_t rest = path.size() - device.size();
             const std::size_t count = rest < room - 2 ? rest : room - 2;

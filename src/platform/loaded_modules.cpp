@@ -1,3 +1,6 @@
+// Images are found in the address space, which changes while it is walked: what lies there may be on its way
+// out by the time it is looked at. So a library is first held by the loader, and counts only if the loader
+// says that it begins where it was found.
 #include "platform/loaded_modules.h"
 
 #include "platform/guarded.h"

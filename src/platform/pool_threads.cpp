@@ -6,6 +6,7 @@
 #include "platform/pool_threads.h"
 
 #include "platform/held_library.h"
+#include "platform/loader.h"
 #include "platform/owned.h"
 #include "platform/thread_priority.h"
 
@@ -108,10 +109,11 @@ void AnswerSentMessages() noexcept {
     PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
 }
 
-// Until the event is set, a message was answered or the time is over.
+// Until the event is set, a message was answered or the time is over. A process without windows is not given
+// their library for the question.
 void WaitOnce(HANDLE event, DWORD milliseconds) noexcept {
     const DWORD events = event ? 1 : 0;
-    if (!IsGUIThread(FALSE)) {
+    if (!PlatformWindowsAreUp() || !IsGUIThread(FALSE)) {
         if (event)
             WaitForSingleObject(event, milliseconds);
         else

@@ -1,3 +1,6 @@
+// The demangler of the compiler's runtime hands the text on in pieces and works on its stack alone, so names
+// are readable where no memory is left, too. It takes stack by the name's length, which is therefore
+// limited. What it cannot read, such as names of other compilers, stays as it is.
 #include "platform/readable_name.h"
 
 #ifdef __GNUC__

@@ -64,11 +64,11 @@ void RemoveLeft(const std::wstring& folder) {
     } while (GetTickCount64() < deadline && FindNextFileW(search.Get(), &entry));
 }
 
-std::wstring InHexadecimal(unsigned number) {
-    std::wstring text;
-    for (int shift = 28; shift >= 0; shift -= 4)
-        text += L"0123456789ABCDEF"[number >> shift & 0xF];
-    return text;
+std::wstring LeafOf(unsigned number) {
+    std::wstring leaf(prefix);
+    for (std::size_t left = digits; left-- > 0;)
+        leaf += L"0123456789ABCDEF"[number >> 4 * left & 0xF];
+    return leaf.append(ending);
 }
 
 } // namespace
@@ -80,7 +80,7 @@ clsFileHandle PlatformMakeReplacement(const std::wstring& folder, std::wstring& 
     const auto seed =
         static_cast<unsigned>(GetTickCount64()) ^ GetCurrentProcessId() << 16 ^ GetCurrentThreadId();
     for (unsigned attempt = 0; !file && attempt < 100; ++attempt) {
-        name = PlatformLongPath(folder + L"~PRF" + InHexadecimal(seed + attempt * 0x9E3779B1u) + L".tmp");
+        name = PlatformLongPath(folder + LeafOf(seed + attempt * 0x9E3779B1u));
         file = clsFileHandle(
             CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!file && GetLastError() != ERROR_FILE_EXISTS)

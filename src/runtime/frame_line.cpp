@@ -1,3 +1,5 @@
+// Symbols have names in UTF-8, the system's service has them in UTF-16; templates take both the same way.
+// Nothing here asks for memory: lines of crash reports are made of it.
 #include "runtime/frame_line.h"
 
 #include "runtime/code_point.h"

@@ -1,3 +1,5 @@
+// Searches are counted for the modules that were searched of late. One of them gets its index at one number
+// of searches and at no other, so a module whose files cannot be read is not tried again for each name.
 #include "runtime/indexed_modules.h"
 
 #include "platform/guarded.h"

@@ -15,6 +15,12 @@ namespace tvut {
 constexpr std::size_t blockBytes = sizeof(__m128i);
 constexpr std::size_t blockUnits = blockBytes / sizeof(char16_t);
 
+// Whether so many bytes from any address on lie in one page: then they may be read if the first of them may.
+inline bool UtilpLieInOnePage(const void* from, std::size_t bytes) {
+    constexpr std::size_t pageBytes = 4096; // or a multiple
+    return !isAddressSanitized && reinterpret_cast<std::uintptr_t>(from) % pageBytes <= pageBytes - bytes;
+}
+
 // Walks the aligned blocks that a text lies in, from the one with its first unit on.
 class clsBlocks {
   public:

@@ -4,8 +4,9 @@
 
 #include "text/blocks.h"
 
-#include <algorithm>
 #include <bit>
+#include <cstdint>
+#include <cstring>
 
 namespace tvut {
 
@@ -59,12 +60,11 @@ class clsShortText {
     static constexpr std::size_t bytes = 32;
 
     explicit clsShortText(const char16_t* text) : text_(text) {
-        constexpr std::size_t pageBytes = 4096; // or a multiple
-        if (!isAddressSanitized && reinterpret_cast<std::uintptr_t>(text) % pageBytes <= pageBytes - bytes)
+        if (UtilpLieInOnePage(text, bytes))
             ends_ = Places(u'\0');
     }
 
-    // Else it is longer, or lies where no more than it may be read.
+    // Else it is longer, or its first 32 bytes may not be read all.
     explicit operator bool() const { return ends_ != 0; }
 
     // Characters before the terminator.

@@ -46,13 +46,6 @@ unsigned Zeros(__m128i block) {
     return UtilpEqualUnits(block, _mm_setzero_si128());
 }
 
-// Whether a block may be read that begins anywhere: not where it would touch the next page.
-bool InOnePage(const void* from) {
-    constexpr std::size_t pageBytes = 4096; // or a multiple
-    return !isAddressSanitized &&
-           reinterpret_cast<std::uintptr_t>(from) % pageBytes <= pageBytes - blockBytes;
-}
-
 __m128i LowerBlock(__m128i block) {
     const __m128i fromA = _mm_sub_epi16(block, _mm_set1_epi16(u'A'));
     const __m128i isUpper = _mm_cmpeq_epi16(_mm_subs_epu16(fromA, _mm_set1_epi16(25)), _mm_setzero_si128());
@@ -129,7 +122,7 @@ void UtilpFill(void* to, std::uint8_t byte, std::size_t bytes) {
 
 int UtilpCompare(const char16_t* a, const char16_t* b, std::size_t count) {
     while (count != 0) {
-        if (count >= blockUnits && InOnePage(a) && InOnePage(b)) {
+        if (count >= blockUnits && UtilpLieInOnePage(a, blockBytes) && UtilpLieInOnePage(b, blockBytes)) {
             const __m128i block = Load(a);
             const unsigned goOn = UtilpEqualUnits(block, Load(b)) & ~Zeros(block);
             if (goOn != 0xFFFF) {
@@ -154,7 +147,7 @@ int UtilpCompare(const char16_t* a, const char16_t* b, std::size_t count) {
 
 scOrder UtilpCompareAscii(const char16_t*& a, const char16_t*& b, std::size_t& count) {
     while (count != 0) {
-        if (count >= blockUnits && InOnePage(a) && InOnePage(b)) {
+        if (count >= blockUnits && UtilpLieInOnePage(a, blockBytes) && UtilpLieInOnePage(b, blockBytes)) {
             const __m128i lowerA = LowerBlock(Load(a));
             const __m128i lowerB = LowerBlock(Load(b));
             const unsigned goOn = UtilpEqualUnits(lowerA, lowerB) & ~Zeros(lowerA) & AsciiUnits(lowerA);

@@ -1,8 +1,13 @@
+// A kind is a row: how the system is asked whether a handle is alive, and what it is called. The libraries
+// of windows are no imports of this one. Who asks first has them loaded, which must not be under a lock; so
+// the names, which reports want under one, are asked for only where the libraries have been made ready.
 #include "window/handle_kinds.h"
 
+#include "platform/loader.h"
 #include "platform/system_function.h"
 
 #include <array>
+#include <atomic>
 
 namespace tvut {
 
@@ -56,21 +61,22 @@ std::u16string_view ObjectTypeName(std::uint32_t handle) {
 
 struct scKind {
     bool (*isAlive)(std::uint32_t handle);
-    std::u16string_view (*typeName)(std::uint32_t handle);
+    std::u16string_view name;
+    std::u16string_view (*typeName)(std::uint32_t handle); // null: the kind has one type
 };
 
 constexpr scKind kinds[handleKind::last] = {
-    {[](std::uint32_t handle) { return ObjectType(handle) != 0; }, ObjectTypeName},
-    {[](std::uint32_t handle) { return AskIcon(handle) != IconType::none; },
+    {[](std::uint32_t handle) { return ObjectType(handle) != 0; }, objectTypes[0], ObjectTypeName},
+    {[](std::uint32_t handle) { return AskIcon(handle) != IconType::none; }, u"icon",
      [](std::uint32_t handle) -> std::u16string_view {
          return AskIcon(handle) == IconType::cursor ? u"cursor" : u"icon";
      }},
-    {[](std::uint32_t handle) { return IsMenu(To<HMENU>(handle)) != FALSE; },
-     [](std::uint32_t) -> std::u16string_view { return u"menu"; }},
-    {[](std::uint32_t handle) { return IsWindow(To<HWND>(handle)) != FALSE; },
-     [](std::uint32_t) -> std::u16string_view { return u"window"; }},
-    {KernelKnows, [](std::uint32_t) -> std::u16string_view { return u"kernel handle"; }},
+    {[](std::uint32_t handle) { return IsMenu(To<HMENU>(handle)) != FALSE; }, u"menu", nullptr},
+    {[](std::uint32_t handle) { return IsWindow(To<HWND>(handle)) != FALSE; }, u"window", nullptr},
+    {KernelKnows, u"kernel handle", nullptr},
 };
+
+std::atomic<bool> windowsAreReady{false};
 
 } // namespace
 
@@ -78,8 +84,25 @@ bool UtilpHandleIsAlive(std::uint32_t handle, std::uint8_t kind) noexcept {
     return kinds[kind - 1].isAlive(handle);
 }
 
+void UtilpPrepareHandleNames() noexcept {
+    if (!PlatformWindowsAreUp())
+        return;
+    getObjectType.Get();
+    deleteObject.Get();
+    IsWindow(nullptr); // binds all that is called of its library
+    windowsAreReady = true;
+}
+
 std::u16string_view UtilpHandleTypeName(std::uint32_t handle, std::uint8_t kind) noexcept {
-    return kinds[kind - 1].typeName(handle);
+    const scKind& known = kinds[kind - 1];
+    return known.typeName && windowsAreReady ? known.typeName(handle) : known.name;
+}
+
+scObjectCounts UtilpObjectsOfProcess() noexcept {
+    if (!windowsAreReady)
+        return {};
+    const HANDLE process = GetCurrentProcess();
+    return {GetGuiResources(process, GR_GDIOBJECTS), GetGuiResources(process, GR_USEROBJECTS)};
 }
 
 } // namespace tvut

@@ -4,8 +4,6 @@
 #include "runtime/frame_report.h"
 #include "window/handle_kinds.h"
 
-#include <windows.h>
-
 namespace tvut {
 
 namespace {
@@ -45,18 +43,13 @@ clsDiagnosticLine& PutCount(clsDiagnosticLine& line, std::size_t count) {
     return line.Put(Number(count)).Put(count == 1 ? u" handle is" : u" handles are");
 }
 
-// Not where the system does not count them, nor at the end of a process that has never had any.
 void ReportObjectsOfProcess(const clsDiagnosticGroup& report) {
-    if (!GetModuleHandleW(L"user32.dll"))
-        return;
-    const DWORD gdi = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
-    const DWORD user = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
-    if (gdi != 0 || user != 0)
+    if (const scObjectCounts objects = UtilpObjectsOfProcess(); objects.gdi != 0 || objects.user != 0)
         report.Line(clsDiagnosticLine()
                         .Put(u"GDI objects ")
-                        .PutDecimal(gdi, 1)
+                        .PutDecimal(objects.gdi, 1)
                         .Put(u", user objects ")
-                        .PutDecimal(user, 1)
+                        .PutDecimal(objects.user, 1)
                         .Put(u" of this process"));
 }
 

@@ -1,3 +1,5 @@
+// A call stands on its hook in the list, and its procedure may close any of them, so a hook that is closed
+// stays until no call is under way. The system's hook comes with the first one and goes with the last.
 #include "window/hooks_chain.h"
 
 #include "platform/exception.h"

@@ -53,12 +53,11 @@ clsHandleStack StackFrom(const void* returnsTo) noexcept {
     return clsHandleStack({first == end ? begin : first, end});
 }
 
-// A report: what has to be loaded for it is loaded before the lock, names of frames and the library of
-// windows.
+// A report: what has to be loaded for it is loaded before the lock.
 template <class Write>
 void Report(Write write) noexcept {
     UtilpPrepareStackNames();
-    IsWindow(nullptr);
+    UtilpPrepareHandleNames();
     const clsGlobalLockGuard lock;
     write();
 }

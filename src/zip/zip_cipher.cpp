@@ -42,8 +42,10 @@ clsZipPasswords::clsZipPasswords(std::u16string_view password) : utf8_(InUtf8(pa
     if (password.size() == utf8_.size()) // ASCII
         return;
     inCodePage_ = InProcessCodePage(password);
-    if (inCodePage_ == utf8_)
+    if (inCodePage_ == utf8_) {
+        Wipe(inCodePage_);
         inCodePage_.clear();
+    }
 }
 
 clsZipPasswords::~clsZipPasswords() {

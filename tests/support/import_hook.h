@@ -10,8 +10,8 @@ namespace testing_prof {
 
 // The slot through which the DLL calls a function; null when it does not import it. The tables of names and
 // those of slots lie in the same order, those of functions that are bound late among them.
-inline void** ImportSlot(const char* function) {
-    auto* base = reinterpret_cast<BYTE*>(GetModuleHandleW(L"tvUT22.dll"));
+inline void** ImportSlot(const char* function, const wchar_t* library = L"tvUT22.dll") {
+    auto* base = reinterpret_cast<BYTE*>(GetModuleHandleW(library));
     const auto* headers =
         reinterpret_cast<IMAGE_NT_HEADERS*>(base + reinterpret_cast<IMAGE_DOS_HEADER*>(base)->e_lfanew);
     const auto* const directories = headers->OptionalHeader.DataDirectory;
@@ -26,6 +26,14 @@ inline void** ImportSlot(const char* function) {
             return reinterpret_cast<void**>(base + at);
     }
     return nullptr;
+}
+
+// Whether a slot leads out of the DLL. One that is bound late leads to a piece of code in it until then.
+inline bool IsBound(const char* function, const wchar_t* library = L"tvUT22.dll") {
+    HMODULE at = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       static_cast<const wchar_t*>(*ImportSlot(function, library)), &at);
+    return at && at != GetModuleHandleW(library);
 }
 
 // Puts a replacement into an import slot for the life of the object.

@@ -16,8 +16,9 @@ inline clsBytes AllBytes(std::string_view bytes) {
 class clsIndexOfFiles {
   public:
     explicit clsIndexOfFiles(const clsImageSymbols& files)
-        : size_(clsSymbolIndex::Measure(files)), room_(static_cast<std::size_t>(size_.Bytes())),
-          index_(files, size_, room_.data()) {}
+        : clsIndexOfFiles(files, clsSymbolIndex::Measure(files)) {}
+    clsIndexOfFiles(const clsImageSymbols& files, const clsSymbolIndex::scSize& size)
+        : room_(static_cast<std::size_t>(size.Bytes())), index_(files, size, room_.data()) {}
 
     scCodePlace Find(std::uint32_t offset) const { return index_.Find(offset); }
     bool Holds(std::string_view text) const {
@@ -27,7 +28,6 @@ class clsIndexOfFiles {
     }
 
   private:
-    clsSymbolIndex::scSize size_;
     std::vector<std::byte> room_;
     clsSymbolIndex index_;
 };

@@ -53,6 +53,22 @@ TEST(Symbols, AreIndexedAsTheyAre) {
     }
 }
 
+// Files may be written between being measured and being indexed: what there is no room for is left out.
+TEST(Symbols, KeepToTheRoomThatWasMeasured) {
+    const std::string image = Sample("sample.dll"), debugFile = Sample("sample-5.debug");
+    const clsImageSymbols files(AllBytes(image), AllBytes(debugFile));
+    const auto [lines, sequences, names, textBytes] = clsSymbolIndex::Measure(files);
+    for (std::size_t part = 0; part < 4; ++part) {
+        const clsIndexOfFiles index(
+            files, {lines * part / 4, sequences * part / 4, names * part / 4, textBytes * part / 4});
+        for (std::uint32_t offset = 0; offset < 0x9000; offset += 7) {
+            const scCodePlace place = index.Find(offset);
+            ASSERT_TRUE(place.function.empty() || index.Holds(place.function));
+            ASSERT_TRUE(place.source.file.empty() || index.Holds(place.source.file));
+        }
+    }
+}
+
 TEST(Symbols, TellTheirDebugFile) {
     EXPECT_EQ(UtilpDebugLinkOf(AllBytes(Sample("sample.dll"))), "sample-5.debug");
     EXPECT_EQ(UtilpDebugLinkOf(AllBytes(Sample("unlisted.dll"))), "");

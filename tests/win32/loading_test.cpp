@@ -144,7 +144,58 @@ TEST(Loading, WorksBesideTheCompilersRuntime) {
     FreeLibrary(runtime);
 }
 
-const Roles roles = {{"throwing", EndWhileThrowing}, {"open", EndWithAllOpen}};
+// Child: hooks a function of a library that nobody has called yet, as programs that watch calls do, and
+// passes its calls on to what was there before.
+int watchedCalls = 0;
+decltype(&VariantInit) afterHook;
+void WINAPI WatchCall(VARIANT* variant) {
+    ++watchedCalls;
+    afterHook(variant);
+}
+void CallThroughHook() {
+    if (IsBound("VariantInit"))
+        ExitProcess(2);
+    const void* const before = *ImportSlot("VariantInit");
+    std::memcpy(&afterHook, &before, sizeof before);
+    const clsImportHook hook("VariantInit", WatchCall);
+    for (int call = 0; call < 2; ++call) {
+        const int seen = watchedCalls;
+        if (FailingCall() != PROF_NOT_PARSED || watchedCalls == seen)
+            ExitProcess(3);
+    }
+    ExitProcess(17);
+}
+
+TEST(LateBinding, GoesThroughHooksThatWereThereBefore) {
+    EXPECT_EQ(clsChild(L"hooked").ExitCodeUnlessItHangs(), 17u);
+}
+
+// Child: has no windows. To wait for a pool and to report handles does not bring their library in.
+void StayWithoutWindows() {
+    const UtilThreadPool pool = UtilThreadPoolOpen(L"service", 1, 0);
+    for (int job = 0; job < 100; ++job)
+        UtilThreadPoolAdd(
+            pool, [](UINT, UINT_PTR, const volatile LONG*) TVUT22_CALL { SwitchToThread(); }, 0);
+    const INT finished = UtilThreadPoolFinalize(pool, UTIL_POOL_FOREVER);
+    UtilHandleListMgr(UTIL_HANDLES_ADD, CreateEventW(nullptr, TRUE, FALSE, nullptr), UTIL_HANDLE_KERNEL,
+                      nullptr);
+    const INT reported = UtilHandleListMgr(UTIL_HANDLES_REPORT, nullptr, 0, nullptr);
+    ExitProcess(finished != UTIL_OK || reported != 1 || !UtilGetFlags() ? 2
+                : GetModuleHandleW(L"user32.dll")                       ? 3
+                                                                        : 17);
+}
+
+TEST(LateBinding, GivesNoWindowsToAProcessWithoutThem) {
+    const clsTempFolder folder;
+    SetEnvironmentVariableW(L"TVUT22_LOG", (folder / L"lines.log").c_str());
+    EXPECT_EQ(clsChild(L"windowless").ExitCodeUnlessItHangs(), 17u);
+    SetEnvironmentVariableW(L"TVUT22_LOG", nullptr);
+}
+
+const Roles roles = {{"throwing", EndWhileThrowing},
+                     {"open", EndWithAllOpen},
+                     {"hooked", CallThroughHook},
+                     {"windowless", StayWithoutWindows}};
 
 } // namespace
 } // namespace testing_prof

@@ -233,7 +233,7 @@ void EndRefused() {
 void EndWithInner() {
     EndWithout(SetNothing);
 }
-/// The library acts for the process while it makes its folder of temporary files.
+// The library acts for the process while it makes its folder of temporary files.
 void MakeFileAsGuest() {
     const impersonation guest(RestrictedToken().get());
     const clsImportHook hook("SetThreadToken", scFault<SetThreadToken>::Call);

@@ -187,7 +187,9 @@ TEST(Copies, ShareASocket) {
     };
     PasDebug(L"first");
     arrives(L"first");
+    EXPECT_FALSE(IsBound("WSASendTo", L"copy.dll"));
     EXPECT_TRUE(attach());
+    EXPECT_TRUE(IsBound("WSASendTo", L"copy.dll")) << "a line would be sent under a lock";
     write(L"by the copy");
     EXPECT_TRUE(arrives(L"by the copy")) << "through the same socket";
 
@@ -284,6 +286,22 @@ struct scLoader {
         NeedsLoader();
         return FindWindowW(name, title);
     }
+    static HMODULE WINAPI Find(const wchar_t* name) {
+        if (name) // the program itself stands in the process block
+            NeedsLoader();
+        return GetModuleHandleW(name);
+    }
+    static HMODULE WINAPI Load(const wchar_t* name, HANDLE file, DWORD flags) {
+        NeedsLoader();
+        return LoadLibraryExW(name, file, flags);
+    }
+    static BOOL WINAPI FindAt(DWORD flags, const wchar_t* address, HMODULE* library) {
+        const BOOL found = GetModuleHandleExW(flags, address, library);
+        const HMODULE own = GetModuleHandleW(L"tvUT22.dll");
+        if (found && *library == own && static_cast<const void*>(address) != own)
+            std::jthread([] { UtilExHandlerEndProtection(); }).join();
+        return found;
+    }
     // Another process has the mutex that guards the number of modules, and keeps it.
     static DWORD WINAPI Wait(HANDLE, DWORD milliseconds) {
         NeedsLoader();
@@ -299,10 +317,10 @@ struct scLoader {
 
 // Child: everything that may need the loader. Each step that holds a lock meanwhile hangs.
 void NeedLoader() {
-    const clsImportHook hooks[] = {{"WaitForSingleObject", scLoader::Wait},
-                                   {"WSAStartup", scLoader::Startup},
-                                   {"WSACleanup", scLoader::Cleanup},
-                                   {"FindWindowW", scLoader::LookForWindow}};
+    const clsImportHook hooks[] = {
+        {"WaitForSingleObject", scLoader::Wait}, {"WSAStartup", scLoader::Startup},
+        {"WSACleanup", scLoader::Cleanup},       {"GetModuleHandleW", scLoader::Find},
+        {"LoadLibraryExW", scLoader::Load},      {"FindWindowW", scLoader::LookForWindow}};
     UtilJobOpen(L"traced", UTIL_JOB_TRACE);
     const clsReceiver receiver, moved;
     const clsPublishedInfo info(LOGPAN_SHARED_INFO_LOCAL, InfoOf(receiver));
@@ -313,11 +331,17 @@ void NeedLoader() {
     UtilModuleOnDetach(L"module");
     UtilModuleOnAttach(L"module");
     UtilModuleOnDetach(L"module");
+    for (const UINT call : {UTIL_HANDLES_ADD, UTIL_HANDLES_REPORT})
+        UtilHandleListMgr(call, call == UTIL_HANDLES_ADD ? GetStockObject(WHITE_PEN) : nullptr,
+                          UTIL_HANDLE_GDI, nullptr);
     UtilLOGPAN4Detach();
-    const int passed = scLoader::passed;
+    const int passed = scLoader::passed, waits = scLoader::waits;
+    UtilExHandlerStartProtection(nullptr);
+    const clsImportHook reference("GetModuleHandleExW", scLoader::FindAt);
+    UtilExHandlerEndProtection();
     const clsImportHook hook("GetProcAddress", scLoader::Function);
     UtilHeapValidate(UtilHeapCreate(UtilJobOpen(L"heaps", 0), L"H", 0), nullptr, 0);
-    TerminateProcess(GetCurrentProcess(), passed < 8 ? 2 : scLoader::waits != 1 ? 3 : 0);
+    TerminateProcess(GetCurrentProcess(), passed < 8 ? 2 : waits != 1 ? 3 : 0);
 }
 
 TEST(Loader, IsNeverNeededWithALockHeld) {

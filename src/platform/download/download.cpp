@@ -1,8 +1,11 @@
+// The caller may let go of a download before the service has reported its end, or after. So what they share
+// is kept by a reference each. The thread keeps the library, and gives it back in the call that ends the
+// thread; where the service still holds the binding then, the library stays for good.
 #include "platform/download/download.h"
 
 #include "platform/download/binding.h"
 #include "platform/exception.h"
-#include "platform/module_at.h"
+#include "platform/held_library.h"
 #include "platform/wide.h"
 
 #include <objbase.h>
@@ -73,8 +76,7 @@ clsDownload::clsDownload(std::u16string_view url, std::shared_ptr<IclsDownloadEv
     : shared_(std::make_shared<scShared>()) {
     shared_->url.assign(ToWide(url.data()), url.size());
     shared_->events = std::move(events);
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                       static_cast<const wchar_t*>(PlatformOwnModule()), shared_->library.Receive());
+    shared_->library = PlatformOwnLibrary();
     auto given = std::make_unique<std::shared_ptr<scShared>>(shared_);
     const clsHandle thread(shared_->abort && shared_->library
                                ? CreateThread(nullptr, 0, Thread, given.get(), 0, nullptr)

@@ -1,3 +1,6 @@
+// The declaration is in ASCII in every 8-bit encoding that is known here, so it is looked at in the bytes,
+// before anything is decoded. UTF-16 does not begin with these bytes, and a text with a byte-order mark does
+// not either: both need no declaration.
 #include "prof/formats/xml_encoding.h"
 
 #include "platform/code_page.h"

@@ -12,6 +12,7 @@
 #include "text/encoding/utf8.h"
 #include "text/xml/xml_reader.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 

@@ -1,3 +1,6 @@
+// Each line goes through the test by which the reader of lines knows the writer's own lines. Where all lines
+// pass, that reader reads the text, as it always has. One line that another program has touched is enough
+// for all of it to be read as XML.
 #include "prof/formats/xml_layout.h"
 
 #include <algorithm>

@@ -26,7 +26,8 @@ class clsHandOver {
     void* Ready() const noexcept;
 
     // Has the thread leave, when it has written what is being written. It keeps the library loaded until
-    // then, and last calls "release", as nobody needs the object any more. For ordinary times.
+    // then, and last calls "release", as nobody needs the object any more. For ordinary times, and without
+    // a lock: it asks the loader.
     void Dismiss(void (*release)(clsHandOver*)) noexcept;
 
     // Stops the thread where it waits, holding nothing: for callers within the loader, for which a thread

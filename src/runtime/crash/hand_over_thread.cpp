@@ -1,6 +1,7 @@
 // The part of the hand-over that belongs to ordinary times, and the notice, for which all is written.
 #include "platform/bare_system.h"
 #include "platform/guarded.h"
+#include "platform/held_library.h"
 #include "platform/wide.h"
 #include "runtime/crash/hand_over.h"
 
@@ -48,10 +49,7 @@ void* clsHandOver::Ready() const noexcept {
 }
 
 void clsHandOver::Dismiss(void (*release)(clsHandOver*)) noexcept {
-    HMODULE library = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<const wchar_t*>(&Thread),
-                       &library);
-    library_ = library;
+    library_ = PlatformOwnLibrary().Take();
     release_ = release;
     SetEvent(crashed_);
 }

@@ -179,11 +179,16 @@ UtilResult UtilpStartProtection(const scProtectionWish& wish, std::size_t& waiti
 
 UtilResult UtilpEndProtection() noexcept {
     const clsLoadedRuntimes runtimes(RuntimesAsked::withHandlers);
-    const std::lock_guard lock(protectionLock);
-    if (starts == 0)
-        return UtilResult::notFound;
-    if (--starts == 0)
-        Finish(runtimes).release()->handOver.Dismiss(ReleaseShelterOf);
+    Shelter left;
+    {
+        const std::lock_guard lock(protectionLock);
+        if (starts == 0)
+            return UtilResult::notFound;
+        if (--starts == 0)
+            left = Finish(runtimes);
+    }
+    if (left)
+        left.release()->handOver.Dismiss(ReleaseShelterOf);
     return UtilResult::ok;
 }
 

@@ -1,3 +1,7 @@
+// The folder may be any that the program names, with others' files in it. So a file counts as a report only
+// when its name is the host's with a time and a process number, and nothing else is ever listed or removed.
+// The time comes first in it, so names in reverse order are the newest first. Whether the folder can be
+// written in is found out by a file that goes with its handle.
 #include "runtime/crash/report_folder.h"
 
 #include "platform/exception.h"

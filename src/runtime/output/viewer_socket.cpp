@@ -93,9 +93,13 @@ void scTakenSocketPolicy::Close(Value value) noexcept {
     EndLibrary();
 }
 
+// Lines are sent under the writer's lock, where nothing may be bound any more: a socket that another copy of
+// the library has opened finds this one's calls not bound yet, and any of them binds all.
 void clsViewerSocket::Open() noexcept {
-    if (IsOpen())
+    if (IsOpen()) {
+        htons(0);
         return;
+    }
     failedAt_ = !PlatformProcessEnds() && StartAndMake() ? 0 : OddTicks();
 }
 

@@ -1,4 +1,5 @@
-// The files are walked twice by the same code: first to count, then to fill the tables. Lines come in
+// The files are walked twice by the same code: first to count, then to fill the tables. They are views of
+// files that others may write meanwhile, so a table takes no more than it has room for. Lines come in
 // sequences, ascending within each, which are looked for first; neighbours of the same line are one. Each
 // section of code begins and ends with an entry without name, so the nearest name is never that of another
 // section.
@@ -30,7 +31,8 @@ struct scTable {
         ++count;
     }
     std::span<Row> From(std::size_t first) const noexcept {
-        return rows ? std::span(rows, std::min(count, room)).subspan(first) : std::span<Row>();
+        const std::size_t there = rows ? std::min(count, room) : 0;
+        return std::span(rows, there).subspan(std::min(first, there));
     }
     void* Place(void* at, std::size_t rowCount) noexcept {
         rows = static_cast<Row*>(at);

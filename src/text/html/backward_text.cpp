@@ -1,3 +1,5 @@
+// Most pieces are short and lie elsewhere: they are copied in line, which is faster than a call. One that
+// overlaps its new place is moved by the runtime, which minds the order.
 #include "text/html/backward_text.h"
 
 #include "text/units.h"

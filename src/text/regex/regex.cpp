@@ -18,6 +18,15 @@ std::unique_ptr<const scRegExProgram> Compile(std::u16string_view pattern) {
     }
 }
 
+void Keep(clsRegExMatcher& matcher, std::vector<scRegExMatch>& matches) {
+    for (std::size_t group = 0; group < matches.size(); ++group) {
+        const std::uint32_t start = matcher.Start(group), end = matcher.End(group);
+        matches[group] = start == clsRegExMatcher::none || end == clsRegExMatcher::none
+                             ? scRegExMatch()
+                             : scRegExMatch{start, end - start};
+    }
+}
+
 } // namespace
 
 clsRegEx::clsRegEx(std::u16string_view pattern) : program_(Compile(pattern)) {}
@@ -31,19 +40,6 @@ std::size_t clsRegEx::Groups() const noexcept {
 bool clsRegEx::Matches(std::u16string_view text) const {
     return clsRegExMatcher(*program_, text).Find(0);
 }
-
-namespace {
-
-void Keep(clsRegExMatcher& matcher, std::vector<scRegExMatch>& matches) {
-    for (std::size_t group = 0; group < matches.size(); ++group) {
-        const std::uint32_t start = matcher.Start(group), end = matcher.End(group);
-        matches[group] = start == clsRegExMatcher::none || end == clsRegExMatcher::none
-                             ? scRegExMatch()
-                             : scRegExMatch{start, end - start};
-    }
-}
-
-} // namespace
 
 bool clsRegEx::Match(std::u16string_view text, clsRegExMatchList& match, std::size_t from) const {
     match.text_ = text;
