@@ -144,18 +144,17 @@ void clsEditedIni::DeleteItems(const std::set<Names>& paths) {
         if (names.size() > 1)
             section = Encoded(names.front());
         items.insert({std::move(section), Encoded(names.back())});
-        tree_.DeleteItems(names);
     }
     text_.DeleteItems(items);
+    tree_.DeleteItems(paths);
 }
 
 void clsEditedIni::DeleteLists(const std::set<Names>& paths) {
     std::set<std::u16string> sections;
-    for (const Names& names : paths) {
+    for (const Names& names : paths)
         sections.insert(Encoded(names.front()));
-        tree_.DeleteLists(names);
-    }
     text_.DeleteSections(sections);
+    tree_.DeleteLists(paths);
 }
 
 void clsEditedIni::RequireReadBack(const std::string& bytes) const {
