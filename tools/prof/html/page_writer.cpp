@@ -206,9 +206,10 @@ void clsPageWriter::EndLink(std::u16string_view address) {
     page_.insert(labelStart_, start).append(u"</a>");
 }
 
-void clsPageWriter::Return(const std::pair<std::size_t, scPending>& place) {
-    page_.resize(place.first);
-    pending_ = place.second;
+void clsPageWriter::Return(const scPlace& place) {
+    page_.resize(place.length);
+    pending_ = place.pending;
+    lines_ = place.lines;
     labelStart_ = noLabel;
 }
 

@@ -59,6 +59,7 @@ class clsPreparation {
     void End(Element element);
 
     void CloseBefore(Closing closing);
+    void CloseSelectBefore(Element element);
     void CloseInnermost(std::span<const Element> elements, std::span<const Element> limits);
     void Close();
     void Closed(const scOpenElement& closed);
@@ -112,7 +113,7 @@ class clsPreparation {
     enum class Choice { none, first, said };
     Choice choice_ = Choice::none; // of the options of a <select>
     bool hidesOption_ = false;
-    std::pair<std::size_t, clsPageWriter::scPending> selectStart_;
+    clsPageWriter::scPlace selectStart_;
 
     std::u16string resolved_;
 };
@@ -198,6 +199,15 @@ void clsPreparation::CloseBefore(Closing closing) {
     }
 }
 
+// Options hold texts: a <select> that is never closed ends where something else begins or ends, so that it
+// hides no more than texts. A link within would be taken back with an option.
+void clsPreparation::CloseSelectBefore(Element element) {
+    constexpr std::array select{Element::select};
+    const bool isSetOff = ElementOf(element).space != Space::none && element != Element::hr;
+    if (isSetOff || element == Element::a || element == Element::input || element == Element::select)
+        CloseInnermost(select, {});
+}
+
 void clsPreparation::CloseInnermost(std::span<const Element> elements, std::span<const Element> limits) {
     for (std::size_t depth = open_.DepthOf(elements, limits); depth > 0; --depth)
         Close();
@@ -237,6 +247,7 @@ void clsPreparation::End(Element element) {
     const scElement& known = ElementOf(element);
     if (hidden_ > 0 && !IsHidden(element))
         return;
+    CloseSelectBefore(element);
     if (element == Element::a)
         EndLink();
     else if (element == Element::br)
@@ -255,6 +266,7 @@ void clsPreparation::Start() {
     const Element element = FindElement(tokens_.Text());
     if (hidden_ > 0 && !IsHidden(element))
         return;
+    CloseSelectBefore(element);
     CloseBefore(ElementOf(element).closing);
     Separate(element);
     Begin(element);
