@@ -66,11 +66,6 @@ clsPlainIniText::Section SectionIn(const std::vector<std::u16string>& names) {
     return names.size() == 1 ? std::nullopt : clsPlainIniText::Section{names.front()};
 }
 
-std::u16string_view Units(std::wstring_view text) {
-    static_assert(sizeof(wchar_t) == sizeof(char16_t));
-    return {reinterpret_cast<const char16_t*>(text.data()), text.size()};
-}
-
 void RequireIniPath(const std::string& path, const Names& names) {
     if (names.size() > 2)
         throw scFailure{ExitCode::usage, path,

@@ -34,13 +34,6 @@ struct scFreeString {
 
 using Convert = void(TVUT22_CALL*)(const wchar_t*, BSTR*, BOOL);
 
-std::u16string_view Units(std::wstring_view text) {
-    return {reinterpret_cast<const char16_t*>(text.data()), text.size()};
-}
-std::wstring_view Wide(std::u16string_view text) {
-    return {reinterpret_cast<const wchar_t*>(text.data()), text.size()};
-}
-
 // A NUL would end the text for the library.
 std::wstring WithoutNuls(std::wstring text) {
     std::replace(text.begin(), text.end(), L'\0', L'\xFFFD');
