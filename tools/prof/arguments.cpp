@@ -49,7 +49,8 @@ void AddType(CLI::App& app, scArguments& arguments, const std::vector<std::strin
 }
 
 void AddOutput(CLI::App& app, scArguments& arguments) {
-    app.add_option("--output", arguments.output, "Where to save instead of FILE; as a text profile");
+    app.add_option("--output", arguments.output, "Where to save it instead; as a text profile")
+        ->option_text("OUT");
 }
 
 void AddJson(CLI::App& app, scArguments& arguments) {
@@ -72,9 +73,10 @@ void DeclareShow(CLI::App& app, scArguments& arguments) {
 void DeclareGet(CLI::App& app, scArguments& arguments) {
     AddFile(app, arguments);
     AddItemPaths(app, arguments,
-                 "The item, like Print/Copies; several or with * and ? print paths and values");
+                 "The item, like Print/Copies; several, or with * and ?, print paths and values");
     AddType(app, arguments, FetchableTypes());
-    app.add_option("--default", arguments.fallback, "What to print when there is no such item");
+    app.add_option("--default", arguments.fallback, "What to print when there is no such item")
+        ->option_text("V");
     AddJson(app, arguments);
     AddStrings(app, arguments);
 }
@@ -90,7 +92,7 @@ void DeclareSet(CLI::App& app, scArguments& arguments) {
 
 void DeclareDelete(CLI::App& app, scArguments& arguments) {
     AddFile(app, arguments);
-    AddItemPaths(app, arguments, "The item; all of that name are deleted; * and ? stand for others");
+    AddItemPaths(app, arguments, "The item; all of that name are deleted; * and ? stand for any characters");
     app.add_flag("--list", arguments.list, "Delete lists of that path, with all that is in them");
     AddOutput(app, arguments);
 }
@@ -109,7 +111,7 @@ void DeclareCheck(CLI::App& app, scArguments& arguments) {
 void DeclareItems(CLI::App& app, scArguments& arguments) {
     AddFile(app, arguments);
     app.add_option("PATH", arguments.paths,
-                   "The list; several or with * and ? print whole paths; else the root");
+                   "The list; several, or with * and ?, print whole paths; else the root");
     AddJson(app, arguments);
     AddStrings(app, arguments);
 }
@@ -148,7 +150,7 @@ void DeclareMerge(CLI::App& app, scArguments& arguments) {
 }
 
 void AddKey(CLI::App& app, scArguments& arguments) {
-    app.add_option("--key", arguments.key, "The key that enciphers the files' contents");
+    app.add_option("--key", arguments.key, "The key that enciphers the files' contents")->option_text("K");
 }
 
 void DeclareAttach(CLI::App& app, scArguments& arguments) {
@@ -180,7 +182,7 @@ CLI::Option* AddMarkers(CLI::App& app, scArguments& arguments) {
 void DeclareHtmlToText(CLI::App& app, scArguments& arguments) {
     app.add_option("FILE", arguments.pages, "The pages; else standard input");
     app.add_option("--links", arguments.links,
-                   "The addresses of links: after their labels, at the end, nowhere")
+                   "The addresses of links: nowhere, after their labels, at the end")
         ->check(CLI::IsMember({"none", "inline", "end"}))
         ->capture_default_str();
     app.add_option("--width", arguments.width,
@@ -196,7 +198,7 @@ void DeclareTextToHtml(CLI::App& app, scArguments& arguments) {
 
 constexpr scCommand commands[] = {
     {"show", "Print a profile as a tree", DeclareShow, RunShow},
-    {"get", "Print one item's value", DeclareGet, RunGet},
+    {"get", "Print items' values", DeclareGet, RunGet},
     {"set", "Give an item a value", DeclareSet, RunSet},
     {"delete", "Delete items or lists", DeclareDelete, RunDelete},
     {"lists", "Print the names of the lists in a list", DeclareLists, RunLists},
