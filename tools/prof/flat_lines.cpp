@@ -14,15 +14,6 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
 
-std::wstring PathOf(const Names& names) {
-    std::wstring path;
-    for (const std::wstring& name : names) {
-        path += L'/';
-        AppendName(path, name);
-    }
-    return path;
-}
-
 // Follows a walk. The path grows and shrinks by one name, whatever the depth.
 class clsFlatPrinter {
   public:
@@ -86,6 +77,15 @@ std::string_view TakeLine(std::string_view& lines) {
 }
 
 } // namespace
+
+std::wstring PathOf(const Names& names) {
+    std::wstring path;
+    for (const std::wstring& name : names) {
+        path += L'/';
+        AppendName(path, name);
+    }
+    return path;
+}
 
 void PrintFlatItem(const Names& names, std::wstring_view value) {
     std::wstring line = PathOf(names) + L'=';

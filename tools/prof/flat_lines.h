@@ -10,6 +10,9 @@
 
 namespace tool::prof {
 
+// The path that is read as these names again.
+std::wstring PathOf(const Names& names);
+
 // Print one line.
 void PrintFlatItem(const Names& names, std::wstring_view value);
 void PrintFlatList(const Names& names);
