@@ -1,5 +1,5 @@
-// Reads any text as JSON: it is refused with one of its lines, or what was read and is written comes back as it
-// was. Bytes beyond ASCII are halves of surrogate pairs, first ones and second ones.
+// Reads any text as JSON: it is refused with one of its lines, or what was read and is written comes back as
+// it was. Bytes beyond ASCII are halves of surrogate pairs, first ones and second ones.
 #include "require.h"
 
 #include "json_reader.h"

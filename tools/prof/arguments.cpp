@@ -4,9 +4,8 @@
 #include "command_words.h"
 #include "commands.h"
 #include "parse_arguments.h"
+#include "profile.h"
 #include "value_types.h"
-
-#include <tvut22/prof.h>
 
 #include <CLI/CLI.hpp>
 
@@ -221,6 +220,11 @@ std::string Version() {
 }
 
 } // namespace
+
+void RequireOneStandardInput(const scArguments& arguments) {
+    if (arguments.file == standardStream && arguments.other == standardStream)
+        throw scFailure{ExitCode::usage, "", "standard input cannot be both profiles"};
+}
 
 ExitCode Dispatch(std::vector<std::string> words) {
     scArguments arguments;

@@ -40,7 +40,7 @@ std::wstring WithoutNuls(std::wstring text) {
     return text;
 }
 
-std::wstring StandardInput() {
+std::wstring TextOfInput() {
     std::string bytes = ReadStandardInput();
     if (bytes.starts_with("\xEF\xBB\xBF"))
         bytes.erase(0, 3);
@@ -150,7 +150,7 @@ ExitCode RunHtmlToText(const scArguments& arguments) {
 }
 
 ExitCode RunTextToHtml(const scArguments& arguments) {
-    Print(Converted(UtilConvertText2HTML, LinesAsParagraphs(StandardInput()).c_str(), arguments.markers));
+    Print(Converted(UtilConvertText2HTML, LinesAsParagraphs(TextOfInput()).c_str(), arguments.markers));
     return ExitCode::ok;
 }
 

@@ -1,3 +1,4 @@
+// A list becomes JSON by way of a snapshot, in which what belongs together is known before it is written.
 #include "json_commands.h"
 
 #include "json_text.h"

@@ -1,3 +1,6 @@
+// Lines come one after another. Those that hold cells wait until a line without any: only then the widths of
+// their columns are known. All others are broken at once, word by word; a character that takes two columns is
+// a word of its own, but for marks that no line begins or ends with.
 #include "line_layout.h"
 
 #include "column_width.h"

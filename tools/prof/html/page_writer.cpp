@@ -1,3 +1,6 @@
+// What is asked for between texts waits in pending_. BeginText writes it when a text follows: line ends, then
+// the line's indentation or the cells that the text is away from the one before, then the marker of an item.
+// What no text follows is never written.
 #include "page_writer.h"
 
 #include "characters.h"

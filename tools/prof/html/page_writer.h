@@ -36,7 +36,7 @@ class clsPageWriter {
     void BeginCell();
     void EndCell();
     void SeparateCell() { ++pending_.cells; } // from the one before it in the row
-    // What is taken back then was asked for since the text of a cell that has one line.
+    // After a cell of one line: the next cell goes on in it, whatever ends its contents asked for.
     void DropLineEnds() { pending_.lineEnds = 0; }
     // How many lines there are before what was written last, and before what is written next.
     std::int32_t LinesBefore() const { return lines_; }

@@ -1,3 +1,7 @@
+// The page is read once, from tag to tag. A start tag first closes what HTML closes before it; an end tag
+// closes all down to its own element, unless that lies outside of the table cell or list in which the tag
+// stands. That an element begins a line or a paragraph is said by the table of elements. What else a tag does
+// is a function in the table of BeginningOf, and what its element's end does is in Closed.
 #include "preparation.h"
 
 #include "attributes.h"
