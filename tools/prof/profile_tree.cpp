@@ -63,7 +63,8 @@ void clsProfileTree::AppendItem(const Names& path, std::wstring_view value) {
 
 void clsProfileTree::AppendList(const Names& path) {
     const std::size_t list = AppendedList(std::span{path}.first(path.size() - 1));
-    lastLists_[{list, path.back()}] = Append(list, {path.back(), {}, true, {}});
+    const std::wstring& name = path.back();
+    lastLists_[{list, name}] = Append(list, {name, {}, true, {}});
 }
 
 std::size_t clsProfileTree::AppendedList(std::span<const std::wstring> way) {
@@ -140,12 +141,13 @@ void clsProfileTree::Delete(const std::set<Names>& paths, bool areLists) {
     const std::vector<scWay> ways = WaysOf(paths);
     std::vector<std::pair<std::size_t, std::size_t>> waiting{{0, 0}}; // lists, and the way to each
     while (!waiting.empty()) {
-        const auto [list, way] = waiting.back();
+        const std::size_t list = waiting.back().first;
+        const scWay& way = ways[waiting.back().second];
         waiting.pop_back();
         std::erase_if(nodes_[list].entries, [&](std::size_t entry) {
             const scNode& node = nodes_[entry];
-            const auto further = ways[way].further.find(node.name);
-            if (further == ways[way].further.end())
+            const auto further = way.further.find(node.name);
+            if (further == way.further.end())
                 return false;
             if (node.isList && !(areLists && ways[further->second].isPath))
                 waiting.emplace_back(entry, further->second);
