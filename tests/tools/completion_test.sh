@@ -8,14 +8,16 @@ program=("$@")
 prof() { "${program[@]}" "$@" | tr -d '\r'; }
 source "$completion"
 
+errors=$(mktemp)
+trap 'rm -f "$errors"' EXIT
 failed=0
 offers() { # offers EXPECTED WORD...
     local expected=$1
     shift
     COMP_WORDS=(prof "$@") COMP_CWORD=$# COMPREPLY=()
-    _prof
-    if [[ "${COMPREPLY[*]}" != "$expected" ]]; then
-        echo "prof $*: '${COMPREPLY[*]}' instead of '$expected'"
+    _prof 2>"$errors"
+    if [[ "${COMPREPLY[*]}" != "$expected" || -s $errors ]]; then
+        echo "prof $*: '${COMPREPLY[*]}' instead of '$expected'; $(cat "$errors")"
         failed=1
     fi
 }
@@ -24,5 +26,7 @@ offers "show set" s
 offers "--type" get x.prf --t
 offers "int int64" get x.prf --type i
 offers "text" convert a b --form t
+offers "--only-new" merge a b --on
 offers "" get x.prf Window
+offers "--ini" show "a\\[b/c d.prf" --in
 exit $failed

@@ -135,6 +135,8 @@ TEST_F(ProfTool, ReadsFlatLinesAsItPrintsThem) {
     EXPECT_GT(std::count(lines.begin(), lines.end(), '\n'), 1000);
     MustPrint("convert - after.xml --flat", lines);
     EXPECT_TRUE(Read("after.xml") == Read("before.xml"));
+    MustPrint("convert - wide.xml --flat", Utf16(u"\xfeff/a=\xe4\r\n"));
+    EXPECT_EQ(MustPrint("show --flat wide.xml"), "/a=\xc3\xa4\n");
 }
 
 TEST_F(ProfTool, KeepsTheChangesOfAllWhoChangeAFileAtOnce) {

@@ -43,4 +43,18 @@ TEST_F(ProfTool, PrintsALongList) {
     EXPECT_EQ(Read("long.prf"), Read("again.prf"));
 }
 
+TEST_F(ProfTool, ChangesLongLists) {
+    constexpr int count = 100'000;
+    std::string items;
+    for (int at = 0; at < count; ++at)
+        items += "a/" + std::to_string(at) + "=1\n";
+    Write("long.ini", "[S]\nz=1\n" + items + Repeated("no value\n", count));
+    MustPrint("set long.ini S/z 2");
+    MustPrint("delete long.ini S/a*");
+    EXPECT_EQ(Read("long.ini"), "[S]\nz=2\n" + Repeated("no value\n", count));
+    Write("long.prf", "[/]\n{\nz=1\n" + items + "}\n");
+    MustPrint("delete long.prf a*");
+    EXPECT_EQ(MustPrint("show long.prf"), "z=1\n");
+}
+
 } // namespace prof_test

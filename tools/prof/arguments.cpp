@@ -4,9 +4,8 @@
 #include "command_words.h"
 #include "commands.h"
 #include "parse_arguments.h"
+#include "profile.h"
 #include "value_types.h"
-
-#include <tvut22/prof.h>
 
 #include <CLI/CLI.hpp>
 
@@ -49,7 +48,8 @@ void AddType(CLI::App& app, scArguments& arguments, const std::vector<std::strin
 }
 
 void AddOutput(CLI::App& app, scArguments& arguments) {
-    app.add_option("--output", arguments.output, "Where to save instead of FILE; as a text profile");
+    app.add_option("--output", arguments.output, "Where to save it instead; as a text profile")
+        ->option_text("OUT");
 }
 
 void AddJson(CLI::App& app, scArguments& arguments) {
@@ -72,9 +72,10 @@ void DeclareShow(CLI::App& app, scArguments& arguments) {
 void DeclareGet(CLI::App& app, scArguments& arguments) {
     AddFile(app, arguments);
     AddItemPaths(app, arguments,
-                 "The item, like Print/Copies; several or with * and ? print paths and values");
+                 "The item, like Print/Copies; several, or with * and ?, print paths and values");
     AddType(app, arguments, FetchableTypes());
-    app.add_option("--default", arguments.fallback, "What to print when there is no such item");
+    app.add_option("--default", arguments.fallback, "What to print when there is no such item")
+        ->option_text("V");
     AddJson(app, arguments);
     AddStrings(app, arguments);
 }
@@ -90,7 +91,7 @@ void DeclareSet(CLI::App& app, scArguments& arguments) {
 
 void DeclareDelete(CLI::App& app, scArguments& arguments) {
     AddFile(app, arguments);
-    AddItemPaths(app, arguments, "The item; all of that name are deleted; * and ? stand for others");
+    AddItemPaths(app, arguments, "The item; all of that name are deleted; * and ? stand for any characters");
     app.add_flag("--list", arguments.list, "Delete lists of that path, with all that is in them");
     AddOutput(app, arguments);
 }
@@ -109,7 +110,7 @@ void DeclareCheck(CLI::App& app, scArguments& arguments) {
 void DeclareItems(CLI::App& app, scArguments& arguments) {
     AddFile(app, arguments);
     app.add_option("PATH", arguments.paths,
-                   "The list; several or with * and ? print whole paths; else the root");
+                   "The list; several, or with * and ?, print whole paths; else the root");
     AddJson(app, arguments);
     AddStrings(app, arguments);
 }
@@ -148,7 +149,7 @@ void DeclareMerge(CLI::App& app, scArguments& arguments) {
 }
 
 void AddKey(CLI::App& app, scArguments& arguments) {
-    app.add_option("--key", arguments.key, "The key that enciphers the files' contents");
+    app.add_option("--key", arguments.key, "The key that enciphers the files' contents")->option_text("K");
 }
 
 void DeclareAttach(CLI::App& app, scArguments& arguments) {
@@ -180,7 +181,7 @@ CLI::Option* AddMarkers(CLI::App& app, scArguments& arguments) {
 void DeclareHtmlToText(CLI::App& app, scArguments& arguments) {
     app.add_option("FILE", arguments.pages, "The pages; else standard input");
     app.add_option("--links", arguments.links,
-                   "The addresses of links: after their labels, at the end, nowhere")
+                   "The addresses of links: nowhere, after their labels, at the end")
         ->check(CLI::IsMember({"none", "inline", "end"}))
         ->capture_default_str();
     app.add_option("--width", arguments.width,
@@ -196,7 +197,7 @@ void DeclareTextToHtml(CLI::App& app, scArguments& arguments) {
 
 constexpr scCommand commands[] = {
     {"show", "Print a profile as a tree", DeclareShow, RunShow},
-    {"get", "Print one item's value", DeclareGet, RunGet},
+    {"get", "Print items' values", DeclareGet, RunGet},
     {"set", "Give an item a value", DeclareSet, RunSet},
     {"delete", "Delete items or lists", DeclareDelete, RunDelete},
     {"lists", "Print the names of the lists in a list", DeclareLists, RunLists},
@@ -219,6 +220,11 @@ std::string Version() {
 }
 
 } // namespace
+
+void RequireOneStandardInput(const scArguments& arguments) {
+    if (arguments.file == standardStream && arguments.other == standardStream)
+        throw scFailure{ExitCode::usage, "", "standard input cannot be both profiles"};
+}
 
 ExitCode Dispatch(std::vector<std::string> words) {
     scArguments arguments;

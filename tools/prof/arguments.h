@@ -41,6 +41,9 @@ struct scArguments {
     bool strings = false; // of JSON: no numbers, true or false
 };
 
+// For commands that read two profiles. Throws Failure with usage when both would be standard input.
+void RequireOneStandardInput(const scArguments& arguments);
+
 struct scCommand {
     const char* name;
     const char* purpose;

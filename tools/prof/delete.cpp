@@ -47,11 +47,12 @@ std::set<Names> AllNames(ProfJob job, const scArguments& arguments) {
     return all;
 }
 
-void Delete(clsEditedProfile& profile, const Names& names, bool lists) {
-    if (const std::optional<std::wstring> path = LibraryPath(names))
+// One path is the library's; for many it would go through the profile as many times.
+void Delete(clsEditedProfile& profile, const std::set<Names>& paths, bool lists) {
+    if (const auto path = paths.size() == 1 ? LibraryPath(*paths.begin()) : std::nullopt)
         return (lists ? ProfDeleteListW : ProfDeleteItemW)(profile.Job(), nullptr, path->c_str());
     clsProfileTree tree{profile.Profile()};
-    lists ? tree.DeleteLists(names) : tree.DeleteItems(names);
+    lists ? tree.DeleteLists(paths) : tree.DeleteItems(paths);
     profile.Become(tree.ToProfile());
 }
 
@@ -71,8 +72,7 @@ ExitCode RunDelete(const scArguments& arguments) {
     if (IsIniChangedInPlace(arguments))
         return DeleteInIni(arguments);
     clsEditedProfile profile{arguments, Replaceable::textProfiles};
-    for (const Names& names : AllNames(profile.Job(), arguments))
-        Delete(profile, names, arguments.list);
+    Delete(profile, AllNames(profile.Job(), arguments), arguments.list);
     profile.SaveAsText();
     return ExitCode::ok;
 }

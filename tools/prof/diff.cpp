@@ -6,8 +6,8 @@
 // wait on a stack.
 #include "commands.h"
 #include "escapes.h"
+#include "json_commands.h"
 #include "json_object.h"
-#include "json_profile.h"
 #include "json_text.h"
 #include "paint.h"
 #include "same_named.h"
@@ -268,9 +268,8 @@ ExitCode RunDiff(const scArguments& arguments) {
     const auto differ = [&](IclsReport&& report) {
         return clsComparison{leftEntries, rightEntries, report}.Run();
     };
-    const JsonValues values = arguments.strings ? JsonValues::texts : JsonValues::typed;
-    return (arguments.json ? differ(clsJson{values}) : differ(clsLines{})) ? ExitCode::different
-                                                                           : ExitCode::ok;
+    const bool areDifferent = arguments.json ? differ(clsJson{ValuesFor(arguments)}) : differ(clsLines{});
+    return areDifferent ? ExitCode::different : ExitCode::ok;
 }
 
 } // namespace tool::prof

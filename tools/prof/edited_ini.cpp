@@ -19,17 +19,20 @@ namespace {
 constexpr DWORD patience = 10'000; // milliseconds, as the library has for a file that others hold
 constexpr DWORD interval = 100;
 constexpr LONGLONG largestFile = 256 * 1024 * 1024;
+constexpr const char* beingChanged = "another program is changing it";
 
 scContents ContentsOf(const std::string& file) {
     return file == standardStream ? ContentsOfBytes(StandardInput()) : ContentsOfFile(ToWide(file));
 }
 
+// What an INI file may look like that does not show it.
+bool MayBeIni(FileKind kind) {
+    return kind == FileKind::empty || kind == FileKind::comments || kind == FileKind::other;
+}
+
 bool IsIni(FileKind kind, const scArguments& arguments) {
-    if (kind == FileKind::plainIni)
-        return true;
-    const bool isAny = kind == FileKind::missing || kind == FileKind::empty || kind == FileKind::comments ||
-                       kind == FileKind::other;
-    return isAny && (arguments.plainIni || HasIniName(arguments.file));
+    return kind == FileKind::plainIni || ((kind == FileKind::missing || MayBeIni(kind)) &&
+                                          (arguments.plainIni || HasIniName(arguments.file)));
 }
 
 // Others may read it, but neither change nor replace it.
@@ -46,24 +49,21 @@ clsHandle Hold(const std::wstring& path) {
 
 std::string ContentsOf(HANDLE file, const std::string& name) {
     LARGE_INTEGER size{};
-    GetFileSizeEx(file, &size);
+    if (!GetFileSizeEx(file, &size))
+        throw scFailure{ExitCode::cannotOpen, name, SystemReason(GetLastError())};
     if (size.QuadPart > largestFile)
         throw scFailure{ExitCode::malformed, name, "is too large to be changed"};
     std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
     DWORD count = 0;
-    if (!ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr) ||
-        count != bytes.size())
+    if (!ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr))
         throw scFailure{ExitCode::cannotOpen, name, SystemReason(GetLastError())};
+    if (count != bytes.size())
+        throw scFailure{ExitCode::cannotOpen, name, beingChanged};
     return bytes;
 }
 
 clsPlainIniText::Section SectionIn(const std::vector<std::u16string>& names) {
     return names.size() == 1 ? std::nullopt : clsPlainIniText::Section{names.front()};
-}
-
-std::u16string_view Units(std::wstring_view text) {
-    static_assert(sizeof(wchar_t) == sizeof(char16_t));
-    return {reinterpret_cast<const char16_t*>(text.data()), text.size()};
 }
 
 void RequireIniPath(const std::string& path, const Names& names) {
@@ -104,7 +104,7 @@ std::string clsEditedIni::Read(const scArguments& arguments) {
     if (const char* note = HowToRead(file_, contents, arguments.plainIni).note)
         PrintError("prof", DisplayName(file_), note);
     if (!IsIni(contents.kind, arguments))
-        throw scFailure{ExitCode::cannotOpen, file_, "another program is changing it"};
+        throw scFailure{ExitCode::cannotOpen, file_, beingChanged};
     return bytes;
 }
 
@@ -144,21 +144,25 @@ void clsEditedIni::DeleteItems(const std::set<Names>& paths) {
         if (names.size() > 1)
             section = Encoded(names.front());
         items.insert({std::move(section), Encoded(names.back())});
-        tree_.DeleteItems(names);
     }
     text_.DeleteItems(items);
+    tree_.DeleteItems(paths);
 }
 
 void clsEditedIni::DeleteLists(const std::set<Names>& paths) {
     std::set<std::u16string> sections;
-    for (const Names& names : paths) {
+    for (const Names& names : paths)
         sections.insert(Encoded(names.front()));
-        tree_.DeleteLists(names);
-    }
     text_.DeleteSections(sections);
+    tree_.DeleteLists(paths);
 }
 
+// A first section [/], or a first item like <a>, would make another file of it, which the next change would
+// replace.
 void clsEditedIni::RequireReadBack(const std::string& bytes) const {
+    if (const FileKind kind = ContentsOfBytes(bytes).kind; kind != FileKind::plainIni && !MayBeIni(kind))
+        throw scFailure{ExitCode::usage, DisplayName(file_),
+                        "would not be taken for an INI file any more; nothing was changed"};
     if (clsProfileTree{clsProfile::OfBytes(bytes, DisplayName(file_), PROF_READ_PLAIN_INI)}.IniLines() !=
         tree_.IniLines())
         throw scFailure{ExitCode::usage, DisplayName(file_),

@@ -16,7 +16,7 @@ std::optional<clsFileTurn> TakeTurn(const std::string& file, const std::string& 
 }
 
 FileKind KindOf(const std::string& file) {
-    return file == standardStream ? FileKind::unreadable : ContentsOfFile(ToWide(file)).kind;
+    return file == standardStream ? ContentsOfBytes(StandardInput()).kind : ContentsOfFile(ToWide(file)).kind;
 }
 
 } // namespace
@@ -48,7 +48,7 @@ void clsEditedProfile::Save(UINT flags) {
         RequireOverwritable(target_);
     if (turn_)
         profile_ = profile_.Copy();
-    if (turn_ && kind_ == FileKind::compressed && (flags & PROF_SAVE_COMPRESSED_AS_READ) != 0)
+    if (kind_ == FileKind::compressed && (flags & PROF_SAVE_COMPRESSED_AS_READ) != 0)
         flags |= PROF_SAVE_COMPRESSED;
     profile_.Save(target_, flags);
 }

@@ -2,6 +2,7 @@
 // files look as they are. What a unit becomes depends on the next one alone, and reading takes the same look.
 #include "escapes.h"
 
+#include "hex_digit.h"
 #include "printable.h"
 
 #include <algorithm>
@@ -27,11 +28,6 @@ struct scNumberLetter {
 };
 constexpr scNumberLetter numberLetters[] = {{L'x', 2}, {L'u', 4}};
 
-int DigitValue(wchar_t unit) {
-    const std::size_t value = std::wstring_view{L"0123456789abcdef0123456789ABCDEF"}.find(unit);
-    return value == std::wstring_view::npos ? -1 : static_cast<int>(value % 16);
-}
-
 bool Holds(std::wstring_view marks, wchar_t unit) {
     return marks.find(unit) != marks.npos;
 }
@@ -48,9 +44,9 @@ scEscape NumberAfter(std::wstring_view rest) {
         const std::wstring_view digits = rest.substr(1, known.digits);
         unsigned value = 0;
         for (const wchar_t digit : digits) {
-            if (DigitValue(digit) < 0)
+            if (HexDigit(digit) == 16)
                 return {};
-            value = value * 16 + static_cast<unsigned>(DigitValue(digit));
+            value = value * 16 + HexDigit(digit);
         }
         if (value != 0) // names and values end with a zero
             return {static_cast<wchar_t>(value), 1 + known.digits};

@@ -13,15 +13,7 @@ namespace tool::prof {
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-
-std::wstring PathOf(const Names& names) {
-    std::wstring path;
-    for (const std::wstring& name : names) {
-        path += L'/';
-        AppendName(path, name);
-    }
-    return path;
-}
+constexpr std::string_view wideByteOrderMark = "\xff\xfe"; // shells write it that pass on texts as UTF-16
 
 // Follows a walk. The path grows and shrinks by one name, whatever the depth.
 class clsFlatPrinter {
@@ -87,6 +79,15 @@ std::string_view TakeLine(std::string_view& lines) {
 
 } // namespace
 
+std::wstring PathOf(const Names& names) {
+    std::wstring path;
+    for (const std::wstring& name : names) {
+        path += L'/';
+        AppendName(path, name);
+    }
+    return path;
+}
+
 void PrintFlatItem(const Names& names, std::wstring_view value) {
     std::wstring line = PathOf(names) + L'=';
     AppendValue(line, value);
@@ -105,8 +106,14 @@ void ShowFlat(clsTreeWalk& walk, const Names& start) {
 }
 
 clsProfile ProfileOfFlatLines(std::string_view lines, const std::string& name) {
-    if (lines.starts_with(byteOrderMark))
+    std::string converted;
+    if (lines.starts_with(wideByteOrderMark)) {
+        lines.remove_prefix(wideByteOrderMark.size());
+        converted = ToUtf8({reinterpret_cast<const wchar_t*>(lines.data()), lines.size() / sizeof(wchar_t)});
+        lines = converted;
+    } else if (lines.starts_with(byteOrderMark)) {
         lines.remove_prefix(byteOrderMark.size());
+    }
     clsProfileTree tree;
     for (std::size_t number = 1; !lines.empty(); ++number) {
         const std::string_view text = TakeLine(lines);

@@ -10,6 +10,9 @@
 
 namespace tool::prof {
 
+// The path that is read as these names again.
+std::wstring PathOf(const Names& names);
+
 // Print one line.
 void PrintFlatItem(const Names& names, std::wstring_view value);
 void PrintFlatList(const Names& names);
@@ -17,8 +20,8 @@ void PrintFlatList(const Names& names);
 // Prints what a walk meets that begins in the list of these names.
 void ShowFlat(clsTreeWalk& walk, const Names& start);
 
-// The profile of lines in UTF-8; blank lines and those that begin with # count for nothing. Throws Failure
-// with malformed; name is for messages.
+// The profile of lines in UTF-8, or UTF-16 with a byte-order mark; blank lines and those that begin with #
+// count for nothing. Throws Failure with malformed; name is for messages.
 clsProfile ProfileOfFlatLines(std::string_view lines, const std::string& name);
 
 } // namespace tool::prof

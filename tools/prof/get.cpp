@@ -11,8 +11,9 @@ namespace tool::prof {
 
 namespace {
 
-std::string Typed(const scArguments& arguments, const std::string& path, const std::wstring& value) {
-    std::optional<std::string> text = AsType(ValueType(arguments.type), value);
+std::string Typed(const scArguments& arguments, const clsTypedReader& reader, const std::string& path,
+                  const std::wstring& value) {
+    std::optional<std::string> text = reader.Read(value);
     if (!text)
         throw scFailure{ExitCode::wrongType, DisplayName(arguments.file),
                         "the value of " + path + " is not of type " + arguments.type};
@@ -38,9 +39,10 @@ std::vector<scMatch> ItemsOf(const clsProfile& profile, const scArguments& argum
 ExitCode GetOne(const clsProfile& profile, const scArguments& arguments) {
     const std::string& path = arguments.paths.front();
     const bool usesFallback = arguments.fallback && !FindItem(profile.Job(), NamesInPath(ToWide(path)));
-    const std::string text = usesFallback
-                                 ? *arguments.fallback
-                                 : Typed(arguments, path, ItemsOf(profile, arguments, path).front().value);
+    const clsTypedReader reader{ValueType(arguments.type)};
+    const std::string text =
+        usesFallback ? *arguments.fallback
+                     : Typed(arguments, reader, path, ItemsOf(profile, arguments, path).front().value);
     if (arguments.json)
         PrintJsonValue(text, arguments);
     else
@@ -60,10 +62,11 @@ ExitCode RunGet(const scArguments& arguments) {
          {std::pair{arguments.fallback.has_value(), "--default"}, std::pair{arguments.json, "--json"}})
         if (isGiven)
             throw scFailure{ExitCode::usage, option, "goes with one path without * and ?"};
+    const clsTypedReader reader{ValueType(arguments.type)};
     std::vector<scMatch> found;
     for (const std::string& path : arguments.paths)
         for (scMatch& match : ItemsOf(profile, arguments, path)) {
-            match.value = ToWide(Typed(arguments, path, match.value));
+            match.value = ToWide(Typed(arguments, reader, ToUtf8(PathOf(match.names)), match.value));
             found.push_back(std::move(match));
         }
     for (const scMatch& match : found)

@@ -34,20 +34,13 @@ struct scFreeString {
 
 using Convert = void(TVUT22_CALL*)(const wchar_t*, BSTR*, BOOL);
 
-std::u16string_view Units(std::wstring_view text) {
-    return {reinterpret_cast<const char16_t*>(text.data()), text.size()};
-}
-std::wstring_view Wide(std::u16string_view text) {
-    return {reinterpret_cast<const wchar_t*>(text.data()), text.size()};
-}
-
 // A NUL would end the text for the library.
 std::wstring WithoutNuls(std::wstring text) {
     std::replace(text.begin(), text.end(), L'\0', L'\xFFFD');
     return text;
 }
 
-std::wstring StandardInput() {
+std::wstring TextOfInput() {
     std::string bytes = ReadStandardInput();
     if (bytes.starts_with("\xEF\xBB\xBF"))
         bytes.erase(0, 3);
@@ -157,7 +150,7 @@ ExitCode RunHtmlToText(const scArguments& arguments) {
 }
 
 ExitCode RunTextToHtml(const scArguments& arguments) {
-    Print(Converted(UtilConvertText2HTML, LinesAsParagraphs(StandardInput()).c_str(), arguments.markers));
+    Print(Converted(UtilConvertText2HTML, LinesAsParagraphs(TextOfInput()).c_str(), arguments.markers));
     return ExitCode::ok;
 }
 

@@ -9,7 +9,6 @@
 #include "xml_text.h"
 
 #include <algorithm>
-#include <new>
 
 namespace tool::prof {
 
@@ -109,10 +108,7 @@ ExitCode RunMerge(const scArguments& arguments) {
     const clsProfile from = clsProfile::Open(arguments.other, arguments.plainIni);
     clsEditedProfile base{arguments, Replaceable::textProfiles};
     const clsSnapshot baseEntries{base.Job(), nullptr}, fromEntries{from, nullptr};
-    const clsProfile merged{clsMerging{baseEntries, fromEntries, arguments.onlyNew}.Run()};
-    ProfEmptyList(base.Job(), nullptr);
-    if (ProfCopyList(base.Job(), nullptr, merged.Job(), nullptr) != PROF_OK)
-        throw std::bad_alloc{};
+    base.Become(clsProfile{clsMerging{baseEntries, fromEntries, arguments.onlyNew}.Run()});
     base.SaveAsText();
     return ExitCode::ok;
 }

@@ -60,7 +60,7 @@ ExitCode RunLists(const scArguments& arguments) {
     const clsProfile profile = clsProfile::Open(arguments.file, arguments.plainIni);
     const ProfList list = FindList(profile, arguments.file, arguments.path);
     if (arguments.json) {
-        PrintJsonNames(profile, list, arguments);
+        PrintJsonNames(profile, list);
         return ExitCode::ok;
     }
     return PrintList(profile, list, [](std::string& line, const scEntry& entry) {

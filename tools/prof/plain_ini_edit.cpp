@@ -124,7 +124,7 @@ std::u16string_view clsPlainIniText::HeaderName(const scLine& line) const {
 
 // The line's end when there is none.
 std::size_t clsPlainIniText::Equals(const scLine& line) const {
-    return std::min(text_.find(u'=', line.text), line.end);
+    return line.text + std::min(Piece(line.text, line.end).find(u'='), line.end - line.text);
 }
 
 std::u16string_view clsPlainIniText::ItemName(const scLine& line) const {

@@ -3,6 +3,7 @@
 #include "profile_tree.h"
 
 #include "tree_walk.h"
+#include "xml_text.h"
 
 #include <algorithm>
 
@@ -10,18 +11,25 @@ namespace tool::prof {
 
 namespace {
 
-void AppendXml(std::wstring& text, std::wstring_view value) {
-    for (const wchar_t unit : value)
-        if (unit < 0x20 || std::wstring_view{L"<>&'\""}.find(unit) != std::wstring_view::npos)
-            text += L"&#" + std::to_wstring(unit) + L';';
-        else
-            text += unit;
-}
+// The beginnings of paths, the empty one first: which names go on from each, and whether a path ends there.
+struct scWay {
+    std::map<std::wstring_view, std::size_t> further;
+    bool isPath = false;
+};
 
-void AppendElement(std::wstring& text, std::wstring_view tag, std::wstring_view name) {
-    text += tag;
-    AppendXml(text, name);
-    text += L"\">";
+std::vector<scWay> WaysOf(const std::set<Names>& paths) {
+    std::vector<scWay> ways(1);
+    for (const Names& path : paths) {
+        std::size_t way = 0;
+        for (const std::wstring& name : path) {
+            const auto [place, isNew] = ways[way].further.try_emplace(name, ways.size());
+            way = place->second;
+            if (isNew)
+                ways.emplace_back();
+        }
+        ways[way].isPath = true;
+    }
+    return ways;
 }
 
 } // namespace
@@ -39,14 +47,13 @@ clsProfileTree::clsProfileTree(const clsProfile& profile) : clsProfileTree() {
 void clsProfileTree::Set(const Names& path, std::wstring_view value) {
     std::size_t list = 0;
     for (auto name = path.begin(); name != path.end() - 1; ++name) {
-        const auto found = EntriesNamed({list}, *name, true);
-        list = found.empty() ? Append(list, {*name, {}, true, {}}) : found.front();
+        const std::optional<std::size_t> found = FirstNamed(list, *name, true);
+        list = found ? *found : Append(list, {*name, {}, true, {}});
     }
-    const auto items = EntriesNamed({list}, path.back(), false);
-    if (items.empty())
-        Append(list, {path.back(), std::wstring{value}, false, {}});
+    if (const std::optional<std::size_t> item = FirstNamed(list, path.back(), false))
+        nodes_[*item].value = value;
     else
-        nodes_[items.front()].value = value;
+        Append(list, {path.back(), std::wstring{value}, false, {}});
 }
 
 void clsProfileTree::AppendItem(const Names& path, std::wstring_view value) {
@@ -56,7 +63,8 @@ void clsProfileTree::AppendItem(const Names& path, std::wstring_view value) {
 
 void clsProfileTree::AppendList(const Names& path) {
     const std::size_t list = AppendedList(std::span{path}.first(path.size() - 1));
-    lastLists_[{list, path.back()}] = Append(list, {path.back(), {}, true, {}});
+    const std::wstring& name = path.back();
+    lastLists_[{list, name}] = Append(list, {name, {}, true, {}});
 }
 
 std::size_t clsProfileTree::AppendedList(std::span<const std::wstring> way) {
@@ -75,27 +83,26 @@ clsProfile clsProfileTree::ToProfile() const {
         std::size_t list;
         std::size_t next;
     };
-    std::wstring text = L"\xfeff<?xml version=\"1.0\" encoding=\"UTF-16\" standalone=\"yes\"?>\n<profile>\n";
+    clsXmlText xml;
     std::vector<scLevel> way{{0, 0}};
     while (!way.empty()) {
         scLevel& level = way.back();
         if (level.next == nodes_[level.list].entries.size()) {
-            text += way.size() == 1 ? L"</profile>\n" : L"</list>\n";
             way.pop_back();
+            if (!way.empty())
+                xml.EndList();
             continue;
         }
         const std::size_t entry = nodes_[level.list].entries[level.next++];
-        AppendElement(text, nodes_[entry].isList ? L"<list name=\"" : L"<item name=\"", nodes_[entry].name);
-        if (nodes_[entry].isList) {
-            text += L'\n';
+        const scNode& node = nodes_[entry];
+        if (node.isList) {
+            xml.BeginList(node.name);
             way.push_back({entry, 0});
         } else {
-            AppendXml(text, nodes_[entry].value);
-            text += L"</item>\n";
+            xml.Item(node.name, node.value);
         }
     }
-    return clsProfile::OfBytes({reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)},
-                               "the changed profile", 0);
+    return clsProfile{std::move(xml).Open()};
 }
 
 std::vector<std::wstring> clsProfileTree::IniLines() const {
@@ -121,26 +128,32 @@ std::size_t clsProfileTree::Append(std::size_t list, scNode node) {
     return nodes_.size() - 1;
 }
 
-std::vector<std::size_t> clsProfileTree::EntriesNamed(const std::vector<std::size_t>& lists,
-                                                      std::wstring_view name, bool areLists) const {
-    std::vector<std::size_t> found;
-    for (const std::size_t list : lists)
-        for (const std::size_t entry : nodes_[list].entries)
-            if (nodes_[entry].isList == areLists && nodes_[entry].name == name)
-                found.push_back(entry);
-    return found;
+std::optional<std::size_t> clsProfileTree::FirstNamed(std::size_t list, std::wstring_view name,
+                                                      bool isList) const {
+    const std::vector<std::size_t>& entries = nodes_[list].entries;
+    const auto found = std::find_if(entries.begin(), entries.end(), [&](std::size_t entry) {
+        return nodes_[entry].isList == isList && nodes_[entry].name == name;
+    });
+    return found != entries.end() ? std::optional{*found} : std::nullopt;
 }
 
-std::size_t clsProfileTree::Delete(const Names& path, bool areLists) {
-    std::vector<std::size_t> lists{0};
-    for (auto name = path.begin(); name != path.end() - 1; ++name)
-        lists = EntriesNamed(lists, *name, true);
-    std::size_t count = 0;
-    for (const std::size_t list : lists)
-        count += std::erase_if(nodes_[list].entries, [&](std::size_t entry) {
-            return nodes_[entry].isList == areLists && nodes_[entry].name == path.back();
+void clsProfileTree::Delete(const std::set<Names>& paths, bool areLists) {
+    const std::vector<scWay> ways = WaysOf(paths);
+    std::vector<std::pair<std::size_t, std::size_t>> waiting{{0, 0}}; // lists, and the way to each
+    while (!waiting.empty()) {
+        const std::size_t list = waiting.back().first;
+        const scWay& way = ways[waiting.back().second];
+        waiting.pop_back();
+        std::erase_if(nodes_[list].entries, [&](std::size_t entry) {
+            const scNode& node = nodes_[entry];
+            const auto further = way.further.find(node.name);
+            if (further == way.further.end())
+                return false;
+            if (node.isList && !(areLists && ways[further->second].isPath))
+                waiting.emplace_back(entry, further->second);
+            return node.isList == areLists && ways[further->second].isPath;
         });
-    return count;
+    }
 }
 
 } // namespace tool::prof

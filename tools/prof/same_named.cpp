@@ -1,3 +1,5 @@
+// A hash of name and kind leads to the place of all entries that have both, so the work is one look-up an
+// entry.
 #include "same_named.h"
 
 #include <functional>
@@ -37,11 +39,6 @@ std::vector<scSameNamed> SameNamed(const scEntries& left, const scEntries& right
     collect(left, &scSameNamed::left);
     collect(right, &scSameNamed::right);
     return found;
-}
-
-void RequireOneStandardInput(const scArguments& arguments) {
-    if (arguments.file == standardStream && arguments.other == standardStream)
-        throw scFailure{ExitCode::usage, "", "standard input cannot be both profiles"};
 }
 
 } // namespace tool::prof

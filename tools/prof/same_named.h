@@ -1,7 +1,6 @@
 // What two lists hold under the same names.
 #pragma once
 
-#include "arguments.h"
 #include "snapshot.h"
 
 #include <cstddef>
@@ -34,8 +33,5 @@ struct scSameNamed {
 
 // In the order in which the names first come, on the left and then on the right. One look at each entry.
 std::vector<scSameNamed> SameNamed(const scEntries& left, const scEntries& right);
-
-// For commands that read two profiles. Throws Failure with usage when both would be standard input.
-void RequireOneStandardInput(const scArguments& arguments);
 
 } // namespace tool::prof

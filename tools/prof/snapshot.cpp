@@ -1,3 +1,5 @@
+// Where a list ends is known when an entry follows that is no deeper than it; until then it is among those
+// that are open.
 #include "snapshot.h"
 
 #include "tree_walk.h"

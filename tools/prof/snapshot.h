@@ -15,8 +15,8 @@ class clsSnapshot {
     clsSnapshot(ProfJob job, ProfList start);
     clsSnapshot(const clsProfile& profile, ProfList start) : clsSnapshot(profile.Job(), start) {}
 
-    // Entries come before what is in them; those from First() to End() whose Next() lead to each other are in
-    // the list that the snapshot begins with.
+    // Entries are numbers from 0 on, each before what is in it. In the list that the snapshot begins with are
+    // 0, its Next(), the Next() of that, and so on to End().
     std::size_t End() const { return entries_.size(); }
     std::wstring_view Name(std::size_t entry) const;
     std::wstring_view Value(std::size_t entry) const;

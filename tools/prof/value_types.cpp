@@ -2,7 +2,6 @@
 #include "value_types.h"
 
 #include "parse_value.h"
-#include "profile.h"
 #include "text_io.h"
 #include "tree_walk.h"
 
@@ -156,11 +155,11 @@ std::wstring StoredText(const scValueType& type, const std::string& value) {
     return std::wstring{walk.Entry().value};
 }
 
-std::optional<std::string> AsType(const scValueType& type, const std::wstring& stored) {
-    const clsProfile profile = clsProfile::MakeEmpty();
-    ProfSetStringW(profile.Job(), nullptr, anyName, stored.c_str());
+std::optional<std::string> clsTypedReader::Read(const std::wstring& stored) const {
+    ProfEmptyList(scratch_.Job(), nullptr); // setting does not tell when memory runs out
+    ProfSetStringW(scratch_.Job(), nullptr, anyName, stored.c_str());
     std::string text;
-    return type.fetch(profile.Job(), anyName, text) == PROF_OK ? std::optional{text} : std::nullopt;
+    return type_.fetch(scratch_.Job(), anyName, text) == PROF_OK ? std::optional{text} : std::nullopt;
 }
 
 std::vector<std::string> StorableTypes() {

@@ -1,6 +1,8 @@
 // The types of --type: a table that get and set read.
 #pragma once
 
+#include "profile.h"
+
 #include <tvut22/prof.h>
 
 #include <functional>
@@ -29,8 +31,18 @@ const scValueType& ValueType(std::string_view name);
 // The text that is stored for a value that the type takes.
 std::wstring StoredText(const scValueType& type, const std::string& value);
 
-// A stored text as one of the fetchable types prints it; nothing when it is not of the type.
-std::optional<std::string> AsType(const scValueType& type, const std::wstring& stored);
+// Reads stored texts as one of the fetchable types.
+class clsTypedReader {
+  public:
+    explicit clsTypedReader(const scValueType& type) : type_(type), scratch_(clsProfile::MakeEmpty()) {}
+
+    // As the type prints it; nothing when it is not of the type.
+    std::optional<std::string> Read(const std::wstring& stored) const;
+
+  private:
+    const scValueType& type_;
+    clsProfile scratch_; // one for all: making one costs more than any value
+};
 
 std::vector<std::string> StorableTypes();
 std::vector<std::string> FetchableTypes();

@@ -1,6 +1,7 @@
 // After a value come ends, and a comma or the end of all; after a comma a value, in an object with its name.
 #include "json_reader.h"
 
+#include "hex_digit.h"
 #include "json_text.h"
 
 #include <algorithm>
@@ -11,12 +12,6 @@ namespace {
 
 constexpr std::wstring_view blanks = L" \t\r\n";
 constexpr std::wstring_view endsPlain = L" \t\r\n,:]}\"[{";
-
-int HexDigit(wchar_t unit) {
-    constexpr std::wstring_view digits = L"0123456789abcdef";
-    const auto found = digits.find(unit >= L'A' && unit <= L'F' ? static_cast<wchar_t>(unit + 32) : unit);
-    return found == digits.npos ? -1 : static_cast<int>(found);
-}
 
 } // namespace
 
@@ -125,10 +120,9 @@ void clsJsonReader::TakeEscape() {
 wchar_t clsJsonReader::TakeUnit() {
     unsigned unit = 0;
     for (const std::size_t end = at_ + 4; at_ != end; ++at_) {
-        const int digit = at_ < json_.size() ? HexDigit(json_[at_]) : -1;
-        if (digit < 0)
+        if (at_ == json_.size() || HexDigit(json_[at_]) == 16)
             Fail("an unknown escape");
-        unit = unit * 16 + static_cast<unsigned>(digit);
+        unit = unit * 16 + HexDigit(json_[at_]);
     }
     return static_cast<wchar_t>(unit);
 }

@@ -12,6 +12,16 @@
 
 namespace tool {
 
+static_assert(sizeof(wchar_t) == sizeof(char16_t));
+
+// The same text in the type of what asks Windows nothing, and back.
+inline std::u16string_view Units(std::wstring_view text) {
+    return {reinterpret_cast<const char16_t*>(text.data()), text.size()};
+}
+inline std::wstring_view Wide(std::u16string_view text) {
+    return {reinterpret_cast<const wchar_t*>(text.data()), text.size()};
+}
+
 std::wstring ToWide(std::string_view utf8);
 
 // Lone surrogates become U+FFFD, for there is no UTF-8 for them.

@@ -1,6 +1,8 @@
 #include "progress_line.h"
 
+#include "column_width.h"
 #include "printable.h"
+#include "text_io.h"
 
 #include <windows.h>
 
@@ -32,26 +34,17 @@ std::wstring Percent(unsigned long long done, unsigned long long total) {
     return std::wstring(4 - text.size(), L' ') + text;
 }
 
-bool IsLowSurrogate(wchar_t unit) {
-    return unit >= 0xDC00 && unit < 0xE000;
-}
-
-// Terminals show East Asian characters, and those of two units, in two columns; Hangul's are the first.
-std::size_t Columns(wchar_t unit) {
-    const bool isSurrogate = unit >= 0xD800 && unit < 0xE000;
-    return unit >= 0x1100 && !isSurrogate ? 2 : 1;
-}
-
 // As much of a path's end as has room: that tells files apart. A line that is wider than the terminal would
 // stay on it.
 std::wstring Fitting(std::wstring path, std::size_t columns) {
     constexpr std::wstring_view cut = L"...";
-    std::size_t width = 0, start = 0;
-    for (const wchar_t unit : path)
-        width += Columns(unit);
+    std::size_t width = ColumnsOf(Units(path)), start = 0;
     if (width > columns) {
-        while (width > columns - cut.size() || IsLowSurrogate(path[start]))
-            width -= Columns(path[start++]);
+        while (width > columns - cut.size()) {
+            const scCharacter first = CharacterAt(Units(path), start);
+            width -= first.columns;
+            start += first.length;
+        }
         path.replace(0, start, cut);
         width += cut.size();
     }

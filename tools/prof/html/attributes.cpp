@@ -1,3 +1,4 @@
+// A quotation mark opens a value only after =; anywhere else it belongs to a name.
 #include "attributes.h"
 
 #include "characters.h"

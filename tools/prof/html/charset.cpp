@@ -1,3 +1,5 @@
+// What a page says of its character set is in ASCII whatever it is written in. So the page's beginning is
+// read as if each byte were a character, by the tokenizer that reads the whole page afterwards.
 #include "charset.h"
 
 #include "attributes.h"

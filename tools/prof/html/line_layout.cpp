@@ -1,3 +1,6 @@
+// Lines come one after another. Those that hold cells wait until a line without any: only then the widths of
+// their columns are known. All others are broken at once, word by word; a character that takes two columns is
+// a word of its own, but for marks that no line begins or ends with.
 #include "line_layout.h"
 
 #include "column_width.h"
@@ -18,28 +21,16 @@ constexpr std::u16string_view closing =
     u"、。，．：；？！）］｝〉》」』】〕ー々ぁぃぅぇぉっゃゅょァィゥェォッャュョ％";
 constexpr std::u16string_view opening = u"（［｛〈《「『【〔";
 
-struct scCharacter {
-    std::size_t length;
-    unsigned columns;
-};
+constexpr bool HasNoColumn(char16_t mark) {
+    return mark == wholeLine || mark == hangingIndent;
+}
 
 scCharacter CharacterAt(std::u16string_view text, std::size_t at) {
-    const char32_t unit = text[at];
-    if (IsMark(text[at]))
-        return {1, unit == wholeLine || unit == hangingIndent ? 0u : 1u};
-    if (unit < 0xD800 || unit > 0xDBFF || at + 1 == text.size() || (text[at + 1] & 0xFC00) != 0xDC00)
-        return {1, ColumnsOf(unit)};
-    return {2, ColumnsOf(0x10000 + ((unit - 0xD800) << 10) + (text[at + 1] - 0xDC00u))};
+    return HasNoColumn(text[at]) ? scCharacter{1, 0} : tool::CharacterAt(text, at);
 }
 
 std::size_t ColumnsOf(std::u16string_view text) {
-    std::size_t columns = 0;
-    for (std::size_t at = 0; at < text.size();) {
-        const scCharacter character = CharacterAt(text, at);
-        columns += character.columns;
-        at += character.length;
-    }
-    return columns;
+    return tool::ColumnsOf(text) - static_cast<std::size_t>(std::ranges::count_if(text, HasNoColumn));
 }
 
 // Takes the part before a separator from a text, and the separator.

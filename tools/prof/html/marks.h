@@ -1,5 +1,5 @@
-// Noncharacters that carry through the conversion what it would fold or drop. A page
-// that holds them itself loses them before.
+// Noncharacters that carry through the conversion what it would fold or drop. Where a page holds them itself
+// they become U+FFFD before.
 #pragma once
 
 namespace tool::html {
@@ -8,8 +8,9 @@ constexpr char16_t keptBlank = 0xFDD0;     // neither folded with others nor a p
 constexpr char16_t wholeLine = 0xFDD1;     // begins a line that is not broken, and may be empty
 constexpr char16_t hangingIndent = 0xFDD2; // where the lines begin that a broken line goes on in
 constexpr char16_t nextCell = 0xFDD3;
-constexpr char16_t leftGuillemet =
-    0xFDD4; // these two are brackets to the conversion, which eats blanks beside them
+
+// Brackets to the conversion, which takes out blanks beside them.
+constexpr char16_t leftGuillemet = 0xFDD4;
 constexpr char16_t rightGuillemet = 0xFDD5;
 
 constexpr bool IsMark(char16_t c) {

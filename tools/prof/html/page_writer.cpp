@@ -1,3 +1,6 @@
+// What is asked for between texts waits in pending_. BeginText writes it when a text follows: line ends, then
+// the line's indentation or the cells that the text is away from the one before, then the marker of an item.
+// What no text follows is never written.
 #include "page_writer.h"
 
 #include "characters.h"
@@ -206,9 +209,10 @@ void clsPageWriter::EndLink(std::u16string_view address) {
     page_.insert(labelStart_, start).append(u"</a>");
 }
 
-void clsPageWriter::Return(const std::pair<std::size_t, scPending>& place) {
-    page_.resize(place.first);
-    pending_ = place.second;
+void clsPageWriter::Return(const scPlace& place) {
+    page_.resize(place.length);
+    pending_ = place.pending;
+    lines_ = place.lines;
     labelStart_ = noLabel;
 }
 

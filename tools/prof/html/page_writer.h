@@ -36,7 +36,7 @@ class clsPageWriter {
     void BeginCell();
     void EndCell();
     void SeparateCell() { ++pending_.cells; } // from the one before it in the row
-    // What is taken back then was asked for since the text of a cell that has one line.
+    // After a cell of one line: the next cell goes on in it, whatever ends its contents asked for.
     void DropLineEnds() { pending_.lineEnds = 0; }
     // How many lines there are before what was written last, and before what is written next.
     std::int32_t LinesBefore() const { return lines_; }
@@ -48,7 +48,6 @@ class clsPageWriter {
     void EndLink(std::u16string_view address); // masked
     void AppendToLabel(std::u16string_view text) { page_ += text; }
 
-    // A place to return to, which takes back what was written since.
     struct scPending {
         unsigned lineEnds = 0;      // of lines and paragraphs
         unsigned keptLineEnds = 0;  // of preformatted lines
@@ -60,8 +59,15 @@ class clsPageWriter {
         bool line = true;       // nothing stands in the line
         bool freshCell = false; // nothing stands in the cell
     };
-    std::pair<std::size_t, scPending> Place() const { return {page_.size(), pending_}; }
-    void Return(const std::pair<std::size_t, scPending>& place);
+    // A place to return to, which takes back what was written since. A link that began before it must not end
+    // between.
+    struct scPlace {
+        std::size_t length = 0;
+        scPending pending;
+        std::int32_t lines = 0;
+    };
+    scPlace Place() const { return {page_.size(), pending_, lines_}; }
+    void Return(const scPlace& place);
 
     std::u16string Take() { return std::move(page_); }
 

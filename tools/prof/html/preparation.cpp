@@ -1,3 +1,7 @@
+// The page is read once, from tag to tag. A start tag first closes what HTML closes before it; an end tag
+// closes all down to its own element, unless that lies outside of the table cell or list in which the tag
+// stands. That an element begins a line or a paragraph is said by the table of elements. What else a tag does
+// is a function in the table of BeginningOf, and what its element's end does is in Closed.
 #include "preparation.h"
 
 #include "attributes.h"
@@ -59,6 +63,7 @@ class clsPreparation {
     void End(Element element);
 
     void CloseBefore(Closing closing);
+    void CloseSelectBefore(Element element);
     void CloseInnermost(std::span<const Element> elements, std::span<const Element> limits);
     void Close();
     void Closed(const scOpenElement& closed);
@@ -112,7 +117,7 @@ class clsPreparation {
     enum class Choice { none, first, said };
     Choice choice_ = Choice::none; // of the options of a <select>
     bool hidesOption_ = false;
-    std::pair<std::size_t, clsPageWriter::scPending> selectStart_;
+    clsPageWriter::scPlace selectStart_;
 
     std::u16string resolved_;
 };
@@ -198,6 +203,15 @@ void clsPreparation::CloseBefore(Closing closing) {
     }
 }
 
+// Options hold texts: a <select> that is never closed ends where something else begins or ends, so that it
+// hides no more than texts. A link within would be taken back with an option.
+void clsPreparation::CloseSelectBefore(Element element) {
+    constexpr std::array select{Element::select};
+    const bool isSetOff = ElementOf(element).space != Space::none && element != Element::hr;
+    if (isSetOff || element == Element::a || element == Element::input || element == Element::select)
+        CloseInnermost(select, {});
+}
+
 void clsPreparation::CloseInnermost(std::span<const Element> elements, std::span<const Element> limits) {
     for (std::size_t depth = open_.DepthOf(elements, limits); depth > 0; --depth)
         Close();
@@ -237,6 +251,7 @@ void clsPreparation::End(Element element) {
     const scElement& known = ElementOf(element);
     if (hidden_ > 0 && !IsHidden(element))
         return;
+    CloseSelectBefore(element);
     if (element == Element::a)
         EndLink();
     else if (element == Element::br)
@@ -255,6 +270,7 @@ void clsPreparation::Start() {
     const Element element = FindElement(tokens_.Text());
     if (hidden_ > 0 && !IsHidden(element))
         return;
+    CloseSelectBefore(element);
     CloseBefore(ElementOf(element).closing);
     Separate(element);
     Begin(element);

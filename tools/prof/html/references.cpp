@@ -1,6 +1,9 @@
+// The names are in order, so that one is found by halving. The few that are known without ; are short: of a
+// text that no ; ends, its beginnings are looked up from the longest on.
 #include "references.h"
 
 #include "characters.h"
+#include "hex_digit.h"
 #include "named_references.h"
 
 #include <algorithm>
@@ -30,13 +33,6 @@ void AppendCharacter(std::u16string& result, char32_t character) {
     result += static_cast<char16_t>(0xDC00 + (character & 0x3FF));
 }
 
-// 16 and more for what is no digit.
-constexpr unsigned Digit(char16_t c) {
-    if (IsDigit(c))
-        return c - u'0';
-    return Lower(c) >= u'a' && Lower(c) <= u'f' ? Lower(c) - u'a' + 10u : 16u;
-}
-
 // Each of these takes a reference from a text that begins after its &; returns its length, 0 when it is none.
 
 std::size_t TakeNumber(std::u16string& result, std::u16string_view text) {
@@ -45,8 +41,8 @@ std::size_t TakeNumber(std::u16string& result, std::u16string_view text) {
     const std::size_t start = hexadecimal ? 2 : 1;
     std::size_t at = start;
     char32_t number = 0;
-    for (; at < text.size() && Digit(text[at]) < base; ++at)
-        number = std::min<char32_t>(number * base + Digit(text[at]), 0x110000);
+    for (; at < text.size() && HexDigit(text[at]) < base; ++at)
+        number = std::min<char32_t>(number * base + HexDigit(text[at]), 0x110000);
     if (at == start)
         return 0;
     AppendCharacter(result, number);

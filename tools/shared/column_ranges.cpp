@@ -1,7 +1,7 @@
 // Made by scripts/make-html-tables from Unicode 14.0.0; not to be edited.
 #include "column_ranges.h"
 
-namespace tool::html {
+namespace tool {
 
 // clang-format off
 namespace {
@@ -88,4 +88,4 @@ constexpr scCharacters two[] = {
 const std::span<const scCharacters> noColumn = none;
 const std::span<const scCharacters> twoColumns = two;
 
-} // namespace tool::html
+} // namespace tool

@@ -3,7 +3,7 @@
 
 #include <span>
 
-namespace tool::html {
+namespace tool {
 
 struct scCharacters {
     char32_t first;
@@ -14,4 +14,4 @@ struct scCharacters {
 extern const std::span<const scCharacters> noColumn;
 extern const std::span<const scCharacters> twoColumns;
 
-} // namespace tool::html
+} // namespace tool
