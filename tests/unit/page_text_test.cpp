@@ -41,7 +41,7 @@ TEST(PageText, OfHostilePages) {
     }
 }
 
-// A label as it stands, and its code page; 0 where none is said.
+// A page, and the code page that it is read in: the one that it says, or UTF-8.
 TEST(PageText, CharacterSets) {
     for (const scCaseRow& row : CaseRows("html/page_charsets", 2)) {
         std::string page;
