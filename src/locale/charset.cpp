@@ -1,7 +1,8 @@
 // The scripts found so far are a set of bits. A text keeps to a few spans of units that can add nothing to
 // that set, so blocks of it are compared with three spans, and only a unit outside of them is looked up in
-// the table. As soon as the set holds more than one script, or an ideograph, which several languages share,
-// the walk ends and the code page decides.
+// the table. Where such units come thick, blocks are compared with all rows that would add something, which
+// takes longer but never stops in vain. As soon as the set holds more than one script, or an ideograph, which
+// several languages share, the walk ends and the code page decides.
 #include "locale/charset.h"
 
 #include "text/blocks.h"
@@ -93,13 +94,21 @@ scSpan SpanAround(char16_t unit, unsigned found) {
     return span;
 }
 
-// Marks the units of a block that lie in a span: those for which unit - first, which wraps below it, is
-// not above last - first.
-__m128i InSpan(__m128i block, const scSpan& span) {
-    const auto width = static_cast<short>(span.last - span.first);
-    const __m128i offset = _mm_sub_epi16(block, _mm_set1_epi16(static_cast<short>(span.first)));
-    return _mm_cmpeq_epi16(_mm_subs_epu16(offset, _mm_set1_epi16(width)), _mm_setzero_si128());
-}
+// A span to compare blocks with.
+struct scBlockSpan {
+    scBlockSpan() = default;
+    explicit scBlockSpan(const scSpan& span)
+        : first(_mm_set1_epi16(static_cast<short>(span.first))),
+          width(_mm_set1_epi16(static_cast<short>(span.last - span.first))) {}
+
+    // Marks the units that lie in the span: those for which unit - first, which wraps below it, is not above
+    // last - first.
+    __m128i Marks(__m128i block) const {
+        return _mm_cmpeq_epi16(_mm_subs_epu16(_mm_sub_epi16(block, first), width), _mm_setzero_si128());
+    }
+
+    __m128i first, width;
+};
 
 // The spans that a text keeps to: Latin letters, and the last two others. A text seldom leaves them, say
 // Cyrillic letters and typographic marks, so nearly all of it is only passed over, at the speed of memory.
@@ -116,10 +125,10 @@ class clsSpans {
     // The first unit outside, such as the terminator.
     const char16_t* FirstOutside(const char16_t* text) const {
         if (clsBlocks::Fit(text)) {
-            const scSpan latin = latin_, recent = recent_, before = before_;
+            const scBlockSpan latin(latin_), recent(recent_), before(before_);
             return UtilpFirstMarked(text, [&](__m128i block) {
-                const __m128i inside = _mm_or_si128(_mm_or_si128(InSpan(block, latin), InSpan(block, recent)),
-                                                    InSpan(block, before));
+                const __m128i inside =
+                    _mm_or_si128(_mm_or_si128(latin.Marks(block), recent.Marks(block)), before.Marks(block));
                 return static_cast<unsigned>(_mm_movemask_epi8(inside)) ^ 0xFFFFu;
             });
         }
@@ -135,6 +144,39 @@ class clsSpans {
 
     unsigned found_;
     scSpan latin_, recent_, before_;
+};
+
+// All units that would add something, in as few spans as can be: rows that touch are one.
+class clsAddingSpans {
+  public:
+    explicit clsAddingSpans(unsigned found) {
+        scSpan span{0, 0}; // the terminator
+        for (const scRow& row : rows) {
+            if ((row.scripts & ~found) == 0)
+                continue;
+            if (span.last + 1 != row.first) {
+                spans_[count_++] = scBlockSpan(span);
+                span.first = row.first;
+            }
+            span.last = row.last;
+        }
+        spans_[count_++] = scBlockSpan(span);
+    }
+
+    // The first unit that would add something or is the terminator; or one a good way on.
+    const char16_t* FirstIn(const char16_t* text) const {
+        std::size_t blocksLeft = 128;
+        return UtilpFirstMarked(text, [&](__m128i block) {
+            __m128i adding = spans_[0].Marks(block);
+            for (std::size_t at = 1; at != count_; ++at)
+                adding = _mm_or_si128(adding, spans_[at].Marks(block));
+            return --blocksLeft == 0 ? 0xFFFFu : static_cast<unsigned>(_mm_movemask_epi8(adding));
+        });
+    }
+
+  private:
+    std::array<scBlockSpan, std::size(rows) + 1> spans_;
+    std::size_t count_ = 0;
 };
 
 struct scCharset {
@@ -159,11 +201,17 @@ std::int32_t Find(const scCharset (&table)[count], unsigned key) {
 } // namespace
 
 std::int32_t UtilpLikelyCharset(const char16_t* text, unsigned processCodePage) noexcept {
-    constexpr std::size_t runUnits = 8; // looked up one by one, which costs less than a new span for each
+    constexpr std::size_t runUnits = 8;   // looked up one by one, which costs less than a new span for each
+    constexpr std::ptrdiff_t thick = 128; // units between two that lie outside
     unsigned found = 0;
     clsSpans spans(found);
+    const char16_t* last = nullptr; // where one lay outside before
     for (;;) {
         text = spans.FirstOutside(text);
+        const bool isThick = last && text - last < thick && clsBlocks::Fit(text);
+        if (isThick)
+            text = clsAddingSpans(found).FirstIn(text);
+        last = isThick ? nullptr : text;
         const char16_t outside = UtilpLoadUnit(text);
         for (const char16_t* const end = text + runUnits; text != end; ++text) {
             const char16_t unit = UtilpLoadUnit(text);
@@ -177,7 +225,8 @@ std::int32_t UtilpLikelyCharset(const char16_t* text, unsigned processCodePage) 
                 return Find(byCodePage, processCodePage); // whatever follows
             spans = clsSpans(found);
         }
-        spans.Add(outside);
+        if (!isThick)
+            spans.Add(outside);
     }
 }
 

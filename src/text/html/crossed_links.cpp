@@ -15,77 +15,129 @@ namespace tvut {
 
 namespace {
 
+// Compared in line: this is asked at every bracket and quotation mark, and mostly in vain.
 bool EndsWith(const char16_t* text, const char16_t* end, std::u16string_view part) {
     return static_cast<std::size_t>(end - text) >= part.size() &&
-           std::equal(part.begin(), part.end(), end - part.size());
+           UtilpEqual({end - part.size(), part.size()}, part);
 }
 
-// Reports where blocks and addresses begin, from the start to the end.
-template <class OnBlock, class OnAddress>
-void WalkOver(std::u16string_view text, OnBlock onBlock, OnAddress onAddress) {
-    const char16_t* const start = text.data();
-    const char16_t* const end = start + text.size();
-    const char16_t* bracket = nullptr; // the last > that does not begin a block so far
-    const auto beginPending = [&] {
-        if (bracket)
-            onBlock(std::exchange(bracket, nullptr), false);
-    };
-    for (const char16_t* next = start; (next = UtilpFindAny(next, end, {u'<', u'>', u'"'})) != end; ++next) {
-        if (*next == u'<') {
-            if (end - next > 1 && next[1] == linkStart.back())
-                beginPending();
-        } else if (*next == u'"') {
-            if (EndsWith(start, next + 1, linkAddress)) {
-                beginPending();
-                onAddress(next + 1 - linkAddress.size());
-            }
-        } else if (EndsWith(start, next + 1, linkEnd)) {
-            beginPending();
-            onBlock(next, true);
-        } else {
-            bracket = next;
+// Calls a function for the units that are some, from the last one on, until it says that it has found what it
+// looks for; returns the place, or null. What is next does not wait for what was there.
+template <class IsWanted>
+const char16_t* FindLastOf(const char16_t* text, const char16_t* end, const clsFewUnits& units,
+                           IsWanted isWanted) {
+    for (; end - text >= 8; end -= 8) {
+        for (unsigned marks = units.Marks(UtilpLoadEight(end - 8)); marks != 0;) {
+            const int bit = 31 - std::countl_zero(marks); // the upper one of two a unit
+            const char16_t* const place = end - 8 + bit / 2;
+            if (isWanted(place))
+                return place;
+            marks ^= 3u << (bit - 1);
         }
     }
+    while (end != text) {
+        if (units.Hold(*--end) && isWanted(end))
+            return end;
+    }
+    return nullptr;
 }
 
 } // namespace
 
-clsCrossedLinks::clsCrossedLinks(std::u16string_view text) {
-    std::size_t blocks = 1, addresses = 0, ends = 0;
-    WalkOver(
-        text, [&](const char16_t*, bool endsLink) { ++blocks, ends += endsLink; },
-        [&](const char16_t*) { ++addresses; });
-    blocks_.reserve(blocks); // growing would take three times as much
-    pieces_.reserve(blocks + addresses + 2 * std::min(ends, addresses));
-    BeginBlock(text.data(), false);
-    WalkOver(
-        text, [this](const char16_t* start, bool endsLink) { BeginBlock(start, endsLink); },
-        [this](const char16_t* start) { BeginAddress(start); });
-    pieces_.back().end = text.data() + text.size();
+// What is reserved costs nothing until it is touched, while growing would touch twice as much. Few texts need
+// more.
+clsCrossedLinks::clsCrossedLinks(std::u16string_view text)
+    : text_(text.data()), textEnd_(text.data() + text.size()), unreadEnd_(textEnd_) {
+    pieces_.reserve(text.size() / 4);
+    blocks_.reserve(text.size() / 8);
+    top_ = ReadBlock();
 }
 
-void clsCrossedLinks::BeginBlock(const char16_t* start, bool endsLink) {
-    if (!pieces_.empty())
-        pieces_.back().end = start;
-    const Index piece = AddPiece(start, start);
-    const Index below = top_;
-    top_ = static_cast<Index>(blocks_.size());
-    blocks_.push_back({below, below, piece, piece, {}, endsLink});
+// ---- Reading ----
+
+clsCrossedLinks::Index clsCrossedLinks::ReadBlock() {
+    if (!unreadEnd_)
+        return none;
+    const Index number = AddBlock();
+    scBlock block{unread, unread, none, none, {}, false};
+    const char16_t* pieceEnd = unreadEnd_; // what is not in a piece yet ends here
+    unreadEnd_ = FindLastOf(text_, unreadEnd_, {u'<', u'>', u'"'}, [&](const char16_t* place) {
+        if (*place == u'<') {
+            matters_ = matters_ || (textEnd_ - place > 1 && place[1] == linkStart.back());
+            return false;
+        }
+        if (*place == u'"') {
+            if (EndsWith(text_, place + 1, linkAddress)) {
+                matters_ = true;
+                const char16_t* const start = place + 1 - linkAddress.size();
+                const Index piece = PutFirst(block, start, std::exchange(pieceEnd, start));
+                block.addresses = Join({piece, piece}, block.addresses);
+                block.addressed = number;
+            }
+            return false;
+        }
+        block.endsLink = EndsWith(text_, place + 1, linkEnd);
+        return std::exchange(matters_, block.endsLink) || block.endsLink;
+    });
+    PutFirst(block, unreadEnd_ ? unreadEnd_ : text_, pieceEnd);
+    blocks_[number] = block;
+    return number;
 }
 
-void clsCrossedLinks::BeginAddress(const char16_t* start) {
-    pieces_.back().end = start;
-    const Index piece = AddPiece(start, start);
-    scBlock& block = blocks_[top_];
-    Link(block.lastPiece, piece);
-    block.lastPiece = piece;
-    block.addresses = Join(block.addresses, {piece, piece});
-    block.addressed = top_;
+// Puts a piece before all others of a block.
+clsCrossedLinks::Index clsCrossedLinks::PutFirst(scBlock& block, const char16_t* start, const char16_t* end) {
+    const Index piece = AddPiece(start, end);
+    if (block.firstPiece != none)
+        Link(piece, block.firstPiece);
+    else
+        block.lastPiece = piece;
+    block.firstPiece = piece;
+    return piece;
+}
+
+clsCrossedLinks::Index clsCrossedLinks::Below(Index block) {
+    if (blocks_[block].below == unread) {
+        const Index below = ReadBlock();
+        blocks_[block].below = below;
+    }
+    return blocks_[block].below;
+}
+
+clsCrossedLinks::Index clsCrossedLinks::Addressed(Index block) {
+    if (blocks_[block].addressed == unread)
+        blocks_[block].addressed = Below(block);
+    return blocks_[block].addressed;
 }
 
 clsCrossedLinks::Index clsCrossedLinks::AddPiece(const char16_t* start, const char16_t* end) {
-    pieces_.push_back({start, end, none, none, none});
-    return static_cast<Index>(pieces_.size() - 1);
+    if (freePiece_ == none) {
+        pieces_.push_back({start, end, none, none, none});
+        return static_cast<Index>(pieces_.size() - 1);
+    }
+    const Index piece = freePiece_;
+    freePiece_ = pieces_[piece].after;
+    pieces_[piece] = {start, end, none, none, none};
+    return piece;
+}
+
+clsCrossedLinks::Index clsCrossedLinks::AddBlock() {
+    if (freeBlock_ == none) {
+        blocks_.emplace_back();
+        return static_cast<Index>(blocks_.size() - 1);
+    }
+    return std::exchange(freeBlock_, blocks_[freeBlock_].below);
+}
+
+void clsCrossedLinks::FreeBlock(Index block) {
+    blocks_[block].below = freeBlock_;
+    freeBlock_ = block;
+}
+
+// Its pieces must be linked from the first to the last.
+void clsCrossedLinks::FreeWithPieces(Index block) {
+    pieces_[blocks_[block].lastPiece].after = freePiece_;
+    freePiece_ = blocks_[block].firstPiece;
+    FreeBlock(block);
 }
 
 void clsCrossedLinks::Link(Index before, Index after) {
@@ -103,17 +155,22 @@ clsCrossedLinks::scAddresses clsCrossedLinks::Join(scAddresses before, scAddress
 // ---- Rounds ----
 
 void clsCrossedLinks::Resolve(clsBackwardText& result) {
-    for (; top_ != none; top_ = blocks_[top_].below) {
+    while (top_ != none) {
         scRound round;
         while (blocks_[top_].endsLink) {
-            if (!FindRound(round)) { // then there will be no other
-                for (; top_ != none; top_ = blocks_[top_].below)
+            if (!FindRound(round)) { // then there will be no other, and all has been read or need not be
+                for (; top_ != none && top_ != unread; top_ = blocks_[top_].below)
                     PutBlock(top_, result);
+                if (unreadEnd_)
+                    result.Put({text_, static_cast<std::size_t>(unreadEnd_ - text_)});
                 return;
             }
             Carry(round, result);
         }
         PutBlock(top_, result);
+        const Index below = Below(top_);
+        FreeWithPieces(top_);
+        top_ = below;
     }
 }
 
@@ -128,14 +185,14 @@ void clsCrossedLinks::PutBlock(Index block, clsBackwardText& result) const {
 
 // Looks only; what is passed over is dropped if there is a round, and otherwise never looked at again.
 bool clsCrossedLinks::FindRound(scRound& round) {
-    round.label = blocks_[top_].below;
-    const Index beforeLabel = blocks_[round.label].below;
+    round.label = Below(top_);
+    const Index beforeLabel = Below(round.label);
     return beforeLabel != none && FindQuote(beforeLabel, round.quote) &&
            FindAddress(round.quote, round.address) && FindStart(round.address, round.start);
 }
 
-bool clsCrossedLinks::FindQuote(Index block, scPlace& quote) const {
-    for (; block != none; block = blocks_[block].below) {
+bool clsCrossedLinks::FindQuote(Index block, scPlace& quote) {
+    for (; block != none; block = Below(block)) {
         for (Index piece = blocks_[block].lastPiece;; piece = pieces_[piece].before) {
             if (const char16_t* const at = UtilpFindLast(pieces_[piece].start, pieces_[piece].end, u'"')) {
                 quote = {block, piece, at, blocks_[block].addresses.last};
@@ -158,7 +215,7 @@ bool clsCrossedLinks::FindAddress(const scPlace& quote, scPlace& address) {
     address.block = quote.block;
     address.piece = IsOwnQuote(quote) ? pieces_[quote.piece].addressBefore : quote.addressBefore;
     if (address.piece == none) {
-        address.block = NearestAddressed(blocks_[quote.block].below);
+        address.block = NearestAddressed(Below(quote.block));
         if (address.block == none)
             return false;
         address.piece = blocks_[address.block].addresses.last;
@@ -170,15 +227,17 @@ bool clsCrossedLinks::FindAddress(const scPlace& quote, scPlace& address) {
 
 clsCrossedLinks::Index clsCrossedLinks::NearestAddressed(Index block) {
     while (block != none && blocks_[block].addressed != block) {
-        Index& next = blocks_[block].addressed;
-        if (next != none)
-            next = blocks_[next].addressed;
+        Index next = Addressed(block);
+        if (next != none) {
+            next = Addressed(next);
+            blocks_[block].addressed = next;
+        }
         block = next;
     }
     return block;
 }
 
-bool clsCrossedLinks::FindStart(const scPlace& address, scPlace& start) const {
+bool clsCrossedLinks::FindStart(const scPlace& address, scPlace& start) {
     start = address;
     const char16_t* end = address.at; // of the part of the piece that is still to be looked at
     for (;;) {
@@ -195,7 +254,7 @@ bool clsCrossedLinks::FindStart(const scPlace& address, scPlace& start) const {
         if (start.piece != blocks_[start.block].firstPiece) {
             start.piece = piece.before;
         } else {
-            start.block = blocks_[start.block].below;
+            start.block = Below(start.block);
             if (start.block == none)
                 return false;
             start.piece = blocks_[start.block].lastPiece;
@@ -208,6 +267,8 @@ bool clsCrossedLinks::FindStart(const scPlace& address, scPlace& start) const {
 // Its characters may lie in several pieces; what follows the block is a >, which is none of them.
 bool clsCrossedLinks::IsStart(Index piece, const char16_t* at) const {
     ++at;
+    if (pieces_[piece].end - at >= 2)
+        return at[0] == linkStart.back() && UtilpIsPatternBlank(at[1]);
     return UnitAfter(piece, at) == linkStart.back() && UtilpIsPatternBlank(UnitAfter(piece, at));
 }
 
@@ -228,7 +289,13 @@ void clsCrossedLinks::Carry(const scRound& round, clsBackwardText& result) {
     result.Put(afterAddress);
     CutAddressEnd(round);
     TrimLabel(round.label);
+    for (Index block = blocks_[round.label].below; block != round.quote.block;) {
+        const Index dropped = std::exchange(block, blocks_[block].below);
+        FreeWithPieces(dropped);
+    }
     MergeIntoAddress(round);
+    FreeBlock(round.label);
+    FreeWithPieces(top_);
     top_ = round.quote.block;
 }
 
@@ -310,6 +377,10 @@ clsCrossedLinks::scAddresses clsCrossedLinks::AddressAcross(Index before, Index 
 
 // How many units of a href=" stand before the place where two pieces meet and the rest after it; or 0.
 std::size_t clsCrossedLinks::UnitsAcross(Index before, Index after) const {
+    const scPiece& left = pieces_[before];
+    constexpr std::u16string_view leftUnits = linkAddress.substr(0, linkAddress.size() - 1);
+    if (left.start != left.end && leftUnits.find(left.end[-1]) == leftUnits.npos)
+        return 0; // as nearly always
     constexpr std::size_t most = linkAddress.size() - 1;
     std::array<char16_t, 2 * most> units{}; // around the place
     std::size_t count = 0;

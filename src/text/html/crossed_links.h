@@ -15,6 +15,10 @@
 // Everything else is found by walking left over what the round then drops or makes final, so that each
 // character is walked over once.
 //
+// Blocks are read from the end of the text, each when a round comes to it, and blocks and pieces that a round
+// drops are used again: most texts never need many of them at a time, and memory that is touched for the
+// first time costs more than all the rest.
+//
 // A > matters only if <a, href=" or </a> comes before the next >: without these nothing can ever remove
 // the next > and leave a </a> after it. That keeps the number of blocks to a fraction of the text's
 // length even where it is all brackets.
@@ -37,6 +41,7 @@ class clsCrossedLinks {
   private:
     using Index = std::uint32_t;
     static constexpr Index none = 0xFFFFFFFF;
+    static constexpr Index unread = 0xFFFFFFFE; // the block before is still to be read
 
     struct scPiece {
         const char16_t* start;
@@ -50,8 +55,9 @@ class clsCrossedLinks {
         Index last = none;
     };
     struct scBlock {
-        Index below;     // the block before
-        Index addressed; // itself if it has addresses, or some block below on the way to one that has
+        Index below;     // the block before, or unread
+        Index addressed; // itself if it has addresses, or some block below on the way to one that has; unread
+                         // is the one below
         Index firstPiece;
         Index lastPiece;
         scAddresses addresses;
@@ -71,15 +77,20 @@ class clsCrossedLinks {
         scPlace start;   // at <a
     };
 
-    void BeginBlock(const char16_t* start, bool endsLink);
-    void BeginAddress(const char16_t* start);
+    Index ReadBlock();
+    Index PutFirst(scBlock& block, const char16_t* start, const char16_t* end);
+    Index Below(Index block);
+    Index Addressed(Index block);
     Index AddPiece(const char16_t* start, const char16_t* end);
+    Index AddBlock();
+    void FreeBlock(Index block);
+    void FreeWithPieces(Index block);
 
     void PutBlock(Index block, clsBackwardText& result) const;
     bool FindRound(scRound& round);
-    bool FindQuote(Index block, scPlace& quote) const;
+    bool FindQuote(Index block, scPlace& quote);
     bool FindAddress(const scPlace& quote, scPlace& address);
-    bool FindStart(const scPlace& address, scPlace& start) const;
+    bool FindStart(const scPlace& address, scPlace& start);
     bool IsStart(Index piece, const char16_t* at) const;
     char16_t UnitAfter(Index& piece, const char16_t*& at) const;
     Index NearestAddressed(Index block);
@@ -100,7 +111,13 @@ class clsCrossedLinks {
 
     std::vector<scPiece> pieces_;
     std::vector<scBlock> blocks_;
-    Index top_ = none; // the last block
+    Index freePiece_ = none; // linked by what comes after
+    Index freeBlock_ = none; // linked by what is below
+    const char16_t* text_;
+    const char16_t* textEnd_;
+    const char16_t* unreadEnd_; // what is not in blocks yet reaches to here; null when there is nothing
+    bool matters_ = false;      // whether the last > of it begins a block
+    Index top_ = none;          // the last block
 };
 
 } // namespace tvut

@@ -6,6 +6,7 @@
 #include "text/html/crossed_links.h"
 #include "text/html/link_marks.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -44,8 +45,18 @@ void PutLink(const scLink& link, clsBackwardText& result) {
     result.Put(label);
 }
 
+// Whether writing as much as a text has would hit the text.
+bool Hits(std::u16string_view text, const clsBackwardText& result) {
+    const auto start = reinterpret_cast<std::uintptr_t>(result.Start()) - text.size() * sizeof(char16_t);
+    const auto first = reinterpret_cast<std::uintptr_t>(text.data());
+    return start < first + text.size() * sizeof(char16_t) &&
+           first < reinterpret_cast<std::uintptr_t>(result.Start());
+}
+
 // Its rounds read the text again after they have written, so that needs a place of its own.
 void ResolveCrossed(std::u16string_view text, clsBackwardText& result) {
+    if (!Hits(text, result))
+        return clsCrossedLinks(text).Resolve(result);
     const auto buffer = std::make_unique_for_overwrite<char16_t[]>(text.size());
     clsBackwardText resolved(buffer.get() + text.size());
     clsCrossedLinks(text).Resolve(resolved);

@@ -41,6 +41,45 @@ char16_t NumberedUnit(std::u16string_view digits) {
     return static_cast<char16_t>(number);
 }
 
+// The unit of a reference as masking writes it, &#x20ac;, of which the first unit is here: four digits in
+// either case. 0 when it is written in another way.
+char16_t FourDigitUnit(const char16_t* reference) {
+    const __m128i form = _mm_setr_epi16('&', '#', 'x', 0, 0, 0, 0, ';');
+    const __m128i digits = _mm_setr_epi16(0, 0, 0, -1, -1, -1, -1, 0);
+    const __m128i places = _mm_setr_epi16(0, 0, 0, 1 << 12, 1 << 8, 1 << 4, 1, 0);
+    const auto upTo = [](__m128i numbers, short most) {
+        return _mm_cmpeq_epi16(_mm_subs_epu16(numbers, _mm_set1_epi16(most)), _mm_setzero_si128());
+    };
+    const __m128i units = UtilpLoadEight(reference);
+    const __m128i decimal = _mm_sub_epi16(units, _mm_set1_epi16('0'));
+    const __m128i letter = _mm_sub_epi16(_mm_or_si128(units, _mm_set1_epi16(0x20)), _mm_set1_epi16('a'));
+    const __m128i isDecimal = upTo(decimal, 9);
+    const __m128i isDigit = _mm_or_si128(isDecimal, upTo(letter, 5));
+    const __m128i isForm = _mm_cmpeq_epi16(units, form);
+    const __m128i fits = _mm_or_si128(_mm_and_si128(digits, isDigit), _mm_andnot_si128(digits, isForm));
+    if (_mm_movemask_epi8(fits) != 0xFFFF)
+        return 0;
+    const __m128i values =
+        _mm_or_si128(_mm_and_si128(isDecimal, decimal),
+                     _mm_andnot_si128(isDecimal, _mm_add_epi16(letter, _mm_set1_epi16(10))));
+    const __m128i pairs = _mm_madd_epi16(values, places);
+    const __m128i sums = _mm_add_epi32(pairs, _mm_srli_si128(pairs, 8));
+    return static_cast<char16_t>(_mm_cvtsi128_si32(_mm_add_epi32(sums, _mm_srli_si128(sums, 4))));
+}
+
+// Resolves as many references of four digits as follow each other, which is what letters of other scripts
+// become.
+std::size_t ResolveRow(const char16_t* text, const char16_t* end, char16_t* result) {
+    std::size_t count = 0;
+    for (; end - text >= static_cast<std::ptrdiff_t>(longestReference); text += longestReference) {
+        const char16_t unit = FourDigitUnit(text);
+        if (unit == 0)
+            break;
+        result[count++] = unit;
+    }
+    return count;
+}
+
 void Store(char16_t* text, __m128i units) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(text), units);
 }
@@ -143,6 +182,15 @@ class clsDemasker {
                 at = ampersand;
                 if (ampersand > windowUnits - longestReference)
                     break; // from there on, so that a reference is in one window
+                if (next[at + 2] == u'x') {
+                    const std::size_t count = ResolveRow(next + at, end_, out);
+                    if (count != 0) {
+                        next += at + count * longestReference;
+                        out += count;
+                        at = 0;
+                        break;
+                    }
+                }
                 const unsigned length = window.LengthToSemicolon(ampersand);
                 const char16_t unit = length <= longestReference ? UnitOf({next + at, length}, end_) : u'\0';
                 near = unit != 0;

@@ -48,8 +48,10 @@ class clsTagScan {
     }
 
   private:
-    // Text up to the next tag.
+    // Text up to the next tag; there is some.
     void PutText() {
+        if (*next_ == brackets.open) // tags follow each other more often than not
+            return;
         for (;;) {
             PutPlainBlocks();
             for (int units = 0; units < 8; ++units) {
@@ -92,8 +94,7 @@ class clsTagScan {
             return; // never closed: it takes all that is left
         ++next_;
         Skip(brackets.afterClose);
-        if (const scTag* const known = UtilpFindTag(tag, end_))
-            PutTag(*known);
+        PutTag(UtilpFindTag(tag, end_));
     }
 
     // Most tags have no attributes and follow each other: the bracket is the next unit then.
@@ -105,14 +106,6 @@ class clsTagScan {
     // The end of the name that begins here. One that is too long means nothing, whatever its rest is.
     const char16_t* NameEnd() const {
         const char16_t* at = next_;
-        if (end_ - next_ >= 8) {
-            const __m128i block = UtilpLoadEight(next_);
-            const unsigned ends = clsFewUnits{brackets.close, u' ', noBreakSpace, u'\r'}.Marks(block) |
-                                  clsFewUnits{u'\n', u'\t'}.Marks(block);
-            if (ends != 0)
-                return next_ + std::countr_zero(ends) / 2;
-            at += 8;
-        }
         const char16_t* const limit = next_ + std::min<std::ptrdiff_t>(end_ - next_, longestTagName + 1);
         while (at != limit && *at != brackets.close && !IsBlank(*at))
             ++at;
@@ -129,9 +122,9 @@ class clsTagScan {
             ++skipDepth_;
         else if (tag.skips < 0 && skipDepth_ != 0)
             --skipDepth_;
-        else if (skipDepth_ == 0) {
-            for (const char c : tag.replacement)
-                *out_++ = static_cast<char16_t>(c);
+        else if (skipDepth_ == 0) { // a tag has three units at least
+            std::memcpy(out_, tag.replacement.data(), sizeof tag.replacement);
+            out_ += tag.length;
         }
     }
 

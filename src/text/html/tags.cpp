@@ -1,16 +1,24 @@
-// Like the entities: a name is sixteen bytes in lower case, made in registers where sixteen units may be
-// read, and found in a table that the compiler made.
+// Like the entities: a name is sixteen bytes in lower case, made in registers, and found in a table that the
+// compiler made. No two known names share a place there, so one comparison decides, and what is found is
+// chosen without a branch: which tag comes next is what the processor cannot guess.
 #include "text/html/tags.h"
 
 #include "text/units.h"
 
-#include <array>
+#include <algorithm>
+#include <iterator>
 
 namespace tvut {
 
 namespace {
 
-constexpr scTag tags[] = {
+struct scMeaning {
+    std::string_view name;
+    std::string_view replacement;
+    std::int8_t skips;
+};
+
+constexpr scMeaning meanings[] = {
     {"h1", "", 0},
     {"h2", "", 0},
     {"h3", "", 0},
@@ -65,75 +73,114 @@ constexpr scTag tags[] = {
 
 // A name as bytes in lower case, filled up with zeros. Units beyond ASCII become bytes that no name has.
 constexpr std::size_t keySize = 16;
-using Key = std::array<std::uint32_t, keySize / 4>;
 
-constexpr std::uint8_t LowerByte(char16_t unit) {
-    const bool isUpper = unit >= u'A' && unit <= u'Z';
-    return static_cast<std::uint8_t>(unit >= 0x80 ? 0xFF : isUpper ? unit | 0x20 : unit);
-}
-
-template <class Name>
-constexpr Key KeyOf(Name name) {
-    Key key{};
-    for (std::size_t at = 0; at < name.size(); ++at)
-        key[at / 4] |= std::uint32_t{LowerByte(static_cast<char16_t>(name[at]))} << at % 4 * 8;
-    return key;
-}
-
-// The same where enough units follow the name to fill a key.
-Key LongKeyOf(std::u16string_view name) {
-    const __m128i places = _mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
-    const __m128i bytes = _mm_packus_epi16(UtilpLoadEight(name.data()), UtilpLoadEight(name.data() + 8));
-    const __m128i upper = _mm_and_si128(_mm_cmpgt_epi8(bytes, _mm_set1_epi8('A' - 1)),
-                                        _mm_cmplt_epi8(bytes, _mm_set1_epi8('Z' + 1)));
-    const __m128i lower = _mm_or_si128(bytes, _mm_and_si128(upper, _mm_set1_epi8(0x20)));
-    const __m128i inside = _mm_cmplt_epi8(places, _mm_set1_epi8(static_cast<char>(name.size())));
-    Key key;
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(key.data()), _mm_and_si128(lower, inside));
-    return key;
-}
-
-// Places by a hash of the first letters; neighbours hold what meets there.
-struct scSlot {
-    Key key{};
-    std::size_t length = 0;
-    const scTag* tag = nullptr;
+struct scKnownTag {
+    std::array<char, keySize> key{};
+    std::uint8_t length = 0; // of the name: a unit 0 would look like the end
+    scTag tag{};
 };
-constexpr std::size_t slotCount = 256;
-using Slots = std::array<scSlot, slotCount>;
 
-constexpr std::size_t SlotOf(const Key& key) {
-    return (key[0] ^ key[1] * 0x85EBCA6Bu) * 0x9E3779B1u >> 24;
-}
+// The first one is what names are that are not known.
+using KnownTags = std::array<scKnownTag, std::size(meanings) + 1>;
 
-constexpr bool IsSame(const Key& a, const Key& b) {
-    return a[0] == b[0] && a[1] == b[1] && a[2] == b[2];
-}
-
-constexpr Slots MakeSlots() {
-    Slots slots{};
-    for (const scTag& tag : tags) {
-        const Key key = KeyOf(tag.name);
-        std::size_t at = SlotOf(key);
-        while (slots[at].tag)
-            at = (at + 1) % slotCount;
-        slots[at] = {key, tag.name.size(), &tag};
+constexpr KnownTags MakeKnownTags() {
+    KnownTags known{};
+    std::size_t at = 1;
+    for (const scMeaning& meaning : meanings) {
+        scKnownTag& tag = known[at++];
+        std::copy(meaning.name.begin(), meaning.name.end(), tag.key.begin());
+        tag.length = static_cast<std::uint8_t>(meaning.name.size());
+        std::copy(meaning.replacement.begin(), meaning.replacement.end(), tag.tag.replacement.begin());
+        tag.tag.length = static_cast<std::uint8_t>(meaning.replacement.size());
+        tag.tag.skips = meaning.skips;
     }
-    return slots;
+    return known;
 }
-constexpr Slots slots = MakeSlots();
+constexpr KnownTags knownTags = MakeKnownTags();
+
+// The first four letters tell the known names apart. A factor that gives each of them a place of its own is
+// found by trying.
+using Places = std::array<std::uint8_t, 256>;
+
+constexpr std::size_t PlaceOf(std::uint32_t letters, std::uint32_t factor) {
+    return letters * factor >> 24;
+}
+
+constexpr std::uint32_t LettersOf(const scKnownTag& known) {
+    std::uint32_t letters = 0;
+    for (unsigned at = 0; at < 4; ++at)
+        letters |= std::uint32_t{static_cast<std::uint8_t>(known.key[at])} << at * 8;
+    return letters;
+}
+
+// Whether each name got a place of its own.
+constexpr bool FillPlaces(std::uint32_t factor, Places& places) {
+    places = {};
+    for (std::size_t at = 1; at < knownTags.size(); ++at) {
+        std::uint8_t& place = places[PlaceOf(LettersOf(knownTags[at]), factor)];
+        if (place != 0)
+            return false;
+        place = static_cast<std::uint8_t>(at);
+    }
+    return true;
+}
+
+constexpr std::uint32_t FindFactor() {
+    Places places{};
+    std::uint32_t factor = 0x9E3779B1;
+    while (!FillPlaces(factor, places))
+        factor = factor * 0x85EBCA6B + 2;
+    return factor;
+}
+constexpr std::uint32_t factor = FindFactor();
+
+constexpr Places MakePlaces() {
+    Places places{};
+    FillPlaces(factor, places);
+    return places;
+}
+constexpr Places places = MakePlaces();
+
+// From the place a number of bytes before the middle on, there are as many bytes that are kept.
+constexpr auto keptBytes = [] {
+    std::array<std::uint8_t, 2 * keySize> bytes{};
+    std::fill_n(bytes.begin(), keySize, std::uint8_t{0xFF});
+    return bytes;
+}();
+
+__m128i LoadBytes(const void* bytes) {
+    return _mm_loadu_si128(static_cast<const __m128i*>(bytes));
+}
+
+// The bit that tells small letters from capital ones is set wherever the one above it is: of what it makes
+// something else of, nothing becomes a letter, a digit or a slash but the capital letters.
+__m128i KeyOf(const char16_t* name, std::size_t length) {
+    const __m128i bytes = _mm_packus_epi16(UtilpLoadEight(name), UtilpLoadEight(name + 8));
+    const __m128i lower = _mm_or_si128(bytes, _mm_and_si128(_mm_srli_epi16(bytes, 1), _mm_set1_epi8(0x20)));
+    return _mm_and_si128(lower, LoadBytes(keptBytes.data() + keySize - length));
+}
+
+// Where as many units may be read as a key has.
+const scTag& Find(const char16_t* name, std::size_t length) {
+    const __m128i key = KeyOf(name, length);
+    const std::size_t at = places[PlaceOf(static_cast<std::uint32_t>(_mm_cvtsi128_si32(key)), factor)];
+    const scKnownTag& known = knownTags[at];
+    const auto same =
+        static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(key, LoadBytes(known.key.data()))));
+    const bool isKnown = ((same ^ 0xFFFFu) | (known.length ^ length)) == 0;
+    return knownTags[at & (0 - std::size_t{isKnown})].tag;
+}
 
 } // namespace
 
-const scTag* UtilpFindTag(std::u16string_view name, const char16_t* end) {
+const scTag& UtilpFindTag(std::u16string_view name, const char16_t* end) {
     if (name.size() > longestTagName)
-        return nullptr;
-    const bool isRoomy = static_cast<std::size_t>(end - name.data()) >= keySize;
-    const Key key = isRoomy ? LongKeyOf(name) : KeyOf(name);
-    std::size_t at = SlotOf(key);
-    while (slots[at].tag && (slots[at].length != name.size() || !IsSame(slots[at].key, key)))
-        at = (at + 1) % slotCount;
-    return slots[at].tag;
+        return knownTags[0].tag;
+    if (static_cast<std::size_t>(end - name.data()) >= keySize)
+        return Find(name.data(), name.size());
+    std::array<char16_t, keySize> units{};
+    std::copy(name.begin(), name.end(), units.begin());
+    return Find(units.data(), name.size());
 }
 
 } // namespace tvut
