@@ -57,6 +57,12 @@ class clsItemSequence {
     }
     void Added() { ++used_; }
 
+    // Makes room for some entries in all, as long as they are one block. Throws std::bad_alloc.
+    void Reserve(clsSlab& slab, std::uint32_t count) {
+        if (count > capacity_ && count <= segmentLength)
+            MoveTo(slab, count);
+    }
+
     // Takes the last entry off.
     clsItem TakeLast() { return At(--used_); }
     // Drops the entries from an end on.
@@ -82,6 +88,7 @@ class clsItemSequence {
     // Makes room for at least one more entry. Throws std::bad_alloc, changing nothing.
     void Grow(clsSlab& slab);
     void GrowBlock(clsSlab& slab);
+    void MoveTo(clsSlab& slab, std::uint32_t capacity);
     void AddSegment(clsSlab& slab);
     void GrowTable(clsSlab& slab);
 

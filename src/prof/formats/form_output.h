@@ -34,17 +34,15 @@ class clsFormOutput {
     }
 
     void Put(View text) {
-        PutBy([](Unit* to, const Unit* from,
-                 std::size_t count) { std::memcpy(to, from, count * sizeof(Unit)); },
-              text);
+        PutBy([](Unit* to, View part) { std::memcpy(to, part.data(), part.size() * sizeof(Unit)); }, text);
     }
 
-    // Puts a text piece by piece, each copied by a function of where to, where from and how many characters.
+    // Puts a text piece by piece, each copied by a function of where to and the piece.
     template <class Copy>
     void PutBy(Copy copy, View text) {
         while (!text.empty()) {
             const std::size_t part = Part(text.size());
-            copy(block_.get() + used_, text.data(), part);
+            copy(block_.get() + used_, text.substr(0, part));
             used_ += part;
             text.remove_prefix(part);
         }
@@ -100,8 +98,14 @@ class clsReservedOutput {
   public:
     explicit clsReservedOutput(Unit* room) : begin_(room), next_(room) {}
 
+    void Put(Unit c) { *next_++ = c; }
     void Put(std::basic_string_view<Unit> text) {
         CopyUnits(text);
+        next_ += text.size();
+    }
+    template <class Copy>
+    void PutBy(Copy copy, std::basic_string_view<Unit> text) {
+        copy(next_, text);
         next_ += text.size();
     }
     void PutIndentation(std::uint32_t level) {
