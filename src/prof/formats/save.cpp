@@ -1,5 +1,7 @@
 // The form is measured before anything is written, so that the target hears its exact length first: what
-// would be too large touches nothing, and a full disk shows while the old contents are still there.
+// would be too large touches nothing, and a full disk shows while the old contents are still there. A target
+// that is not touched before it is complete has no need of that, and measuring costs as much as writing: what
+// turns out to be too large then is not finished.
 #include "prof/formats/save.h"
 
 #include "prof/formats/compression.h"
@@ -27,20 +29,52 @@ void WriteCompressed(const scFormWriter& form, const clsItemList& root, std::uin
     sink.Write(wrapped.Bytes().data(), wrapped.Bytes().size());
 }
 
-} // namespace
+class clsTooLarge {};
 
-bool ProfpSave(const clsItemList& root, std::uint32_t flags, bool wasCompressed, clsByteSink& sink) {
-    const scFormWriter& form = ProfpFormToWrite(flags);
-    const std::uint64_t bytes = form.measure(root);
-    const bool compress = WantsCompression(flags, wasCompressed);
-    if (bytes > (compress ? largestUnfoldedProfile : largestSavedProfile)) {
-        clsDiagnosticLine().Put(u"WRN: ProfSave: the profile would be too large to be read again").Write();
-        return false;
+// Passes on no more than a profile may have.
+class clsLimitedSink final : public clsByteSink {
+  public:
+    explicit clsLimitedSink(clsByteSink& sink) : sink_(sink) {}
+    void Extend(std::uint64_t bytes) override { sink_.Extend(bytes); }
+    void Write(const void* data, std::size_t bytes) override {
+        if (bytes > left_)
+            throw clsTooLarge();
+        left_ -= bytes;
+        sink_.Write(data, bytes);
     }
+    void Finish() override { sink_.Finish(); }
+
+  private:
+    clsByteSink& sink_;
+    std::uint64_t left_ = largestSavedProfile;
+};
+
+void WriteMeasured(const scFormWriter& form, const clsItemList& root, bool compress, clsByteSink& sink) {
+    const std::uint64_t bytes = form.measure(root);
+    if (bytes > (compress ? largestUnfoldedProfile : largestSavedProfile))
+        throw clsTooLarge();
     if (compress)
         WriteCompressed(form, root, bytes, sink);
     else
         form.write(root, bytes, sink);
+}
+
+void Write(const scFormWriter& form, const clsItemList& root, bool compress, clsByteSink& sink) {
+    if (compress || sink.UsesLength())
+        return WriteMeasured(form, root, compress, sink);
+    clsLimitedSink limited(sink);
+    form.write(root, clsByteSink::unknownLength, limited);
+}
+
+} // namespace
+
+bool ProfpSave(const clsItemList& root, std::uint32_t flags, bool wasCompressed, clsByteSink& sink) {
+    try {
+        Write(ProfpFormToWrite(flags), root, WantsCompression(flags, wasCompressed), sink);
+    } catch (const clsTooLarge&) {
+        clsDiagnosticLine().Put(u"WRN: ProfSave: the profile would be too large to be read again").Write();
+        return false;
+    }
     sink.Finish();
     return true;
 }
