@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 namespace tvut {
@@ -34,16 +35,21 @@ class clsItemSequence {
         return const_cast<clsItemSequence*>(this)->At(position);
     }
 
+    // The entries from a position on that follow each other in memory; none only at the end.
+    std::span<const clsItem> RunFrom(std::uint32_t position) const {
+        if (position == used_)
+            return {};
+        return {&At(position), std::min(used_ - position, RunLength(position))};
+    }
+
     // The next entry of that key and name at or after a position; scMatch::notFound if none.
     std::uint32_t FindFrom(std::uint32_t position, std::uint32_t key, std::u16string_view name) const {
         while (position < used_) {
-            const clsItem* const run = &At(position);
-            const std::uint32_t length = std::min(used_ - position, RunLength(position));
-            for (std::uint32_t i = 0; i < length; ++i) {
-                if (run[i].key == key && UtilpEqual(run[i].Name(), name))
-                    return position + i;
+            for (const clsItem& entry : RunFrom(position)) {
+                if (entry.key == key && UtilpEqual(entry.Name(), name))
+                    return position;
+                ++position;
             }
-            position += length;
         }
         return scMatch::notFound;
     }

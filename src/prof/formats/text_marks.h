@@ -69,7 +69,7 @@ struct scToMark {
 
 // Copies a name or a value, marked. What has to be marked is rare, so all is copied first.
 template <bool isName>
-inline void ProfpCopyMarked(char16_t* to, std::u16string_view text) {
+TVUT_ALWAYS_INLINE void ProfpCopyMarked(char16_t* to, std::u16string_view text) {
     if (UtilpCopyFinding<scToMark<isName>>(to, text))
         std::transform(text.begin(), text.end(), to, scToMark<isName>::Mark);
 }
