@@ -27,10 +27,10 @@ class clsLineReader {
     // "=" and no line end; none is empty.
     bool Next(std::u16string_view expectedName) {
         return NextBy(text_, [=, this](const char16_t* begin, scLine& line) {
-            const char16_t* const equals = begin + expectedName.size();
-            isExpected_ = !expectedName.empty() && equals < end_ && *equals == u'=' &&
-                          UtilpEqual({begin, expectedName.size()}, expectedName);
-            ProfpScanLine(begin, isExpected_ ? equals : nullptr, line);
+            const std::size_t length = expectedName.size();
+            isExpected_ = length != 0 && length < static_cast<std::size_t>(end_ - begin) &&
+                          begin[length] == u'=' && UtilpEqual({begin, length}, expectedName);
+            ProfpScanLine(begin, isExpected_ ? begin + length : nullptr, line);
         });
     }
     bool HasExpectedName() const { return isExpected_; }
