@@ -44,6 +44,8 @@ class clsByteSink {
     static constexpr std::uint64_t unknownLength = UINT64_MAX;
 
     virtual ~clsByteSink() = default;
+    // Whether Extend makes use of the length, which may be dear to know.
+    virtual bool UsesLength() const { return true; }
     // Called once before the first Write; until then the target is as it was. Takes how many bytes will come,
     // so that a lack of room shows before anything is overwritten, or unknownLength. Throws clsException.
     virtual void Extend(std::uint64_t bytes) = 0;

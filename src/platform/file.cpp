@@ -107,7 +107,6 @@ void clsFileSink::Finish() {
 
 clsReplacingSink::clsReplacingSink(const char16_t* target) : target_(target) {}
 
-// The length is of no use: a temporary file may grow as it likes.
 void clsReplacingSink::Extend(std::uint64_t) {
     replacement_.emplace(target_.c_str());
 }

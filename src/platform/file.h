@@ -84,6 +84,8 @@ class clsReplacingSink final : public clsByteSink {
     clsReplacingSink(const clsReplacingSink&) = delete;
     clsReplacingSink& operator=(const clsReplacingSink&) = delete;
 
+    // A temporary file may grow as it likes.
+    bool UsesLength() const override { return false; }
     void Extend(std::uint64_t) override;
     void Write(const void* data, std::size_t bytes) override;
     void Finish() override;

@@ -38,6 +38,8 @@ class clsItemList {
     // Positions run from 0 to End() - 1; some may be gaps.
     std::uint32_t End() const { return entries_.End(); }
     const clsItem& At(std::uint32_t position) const { return entries_.At(position); }
+    // The entries from a position on that follow each other in memory; none only at the end.
+    std::span<const clsItem> RunFrom(std::uint32_t position) const { return entries_.RunFrom(position); }
     std::uint32_t Count() const { return End() - gaps_; }
 
     scMatch Find(EntryKind kind, const scName& name);

@@ -35,6 +35,11 @@ void clsItemSequence::GrowBlock(clsSlab& slab) {
     std::uint32_t capacity = firstCapacity;
     if (capacity_ != 0)
         capacity = std::clamp(capacity_ + capacity_ / 2, secondCapacity, segmentLength);
+    MoveTo(slab, capacity);
+}
+
+// To a larger block.
+void clsItemSequence::MoveTo(clsSlab& slab, std::uint32_t capacity) {
     auto* const block = static_cast<clsItem*>(slab.Allocate(BlockBytes(capacity)));
     if (capacity_ != 0)
         std::memcpy(static_cast<void*>(block), block_, BlockBytes(capacity_));

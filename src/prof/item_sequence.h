@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 namespace tvut {
@@ -34,16 +35,21 @@ class clsItemSequence {
         return const_cast<clsItemSequence*>(this)->At(position);
     }
 
+    // The entries from a position on that follow each other in memory; none only at the end.
+    std::span<const clsItem> RunFrom(std::uint32_t position) const {
+        if (position == used_)
+            return {};
+        return {&At(position), std::min(used_ - position, RunLength(position))};
+    }
+
     // The next entry of that key and name at or after a position; scMatch::notFound if none.
     std::uint32_t FindFrom(std::uint32_t position, std::uint32_t key, std::u16string_view name) const {
         while (position < used_) {
-            const clsItem* const run = &At(position);
-            const std::uint32_t length = std::min(used_ - position, RunLength(position));
-            for (std::uint32_t i = 0; i < length; ++i) {
-                if (run[i].key == key && UtilpEqual(run[i].Name(), name))
-                    return position + i;
+            for (const clsItem& entry : RunFrom(position)) {
+                if (entry.key == key && UtilpEqual(entry.Name(), name))
+                    return position;
+                ++position;
             }
-            position += length;
         }
         return scMatch::notFound;
     }
@@ -56,6 +62,12 @@ class clsItemSequence {
         return At(used_);
     }
     void Added() { ++used_; }
+
+    // Makes room for some entries in all, as long as they are one block. Throws std::bad_alloc.
+    void Reserve(clsSlab& slab, std::uint32_t count) {
+        if (count > capacity_ && count <= segmentLength)
+            MoveTo(slab, count);
+    }
 
     // Takes the last entry off.
     clsItem TakeLast() { return At(--used_); }
@@ -82,6 +94,7 @@ class clsItemSequence {
     // Makes room for at least one more entry. Throws std::bad_alloc, changing nothing.
     void Grow(clsSlab& slab);
     void GrowBlock(clsSlab& slab);
+    void MoveTo(clsSlab& slab, std::uint32_t capacity);
     void AddSegment(clsSlab& slab);
     void GrowTable(clsSlab& slab);
 

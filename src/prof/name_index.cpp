@@ -17,6 +17,9 @@ namespace {
 // Walks over a list that together cost about what chaining its entries does.
 constexpr std::uint32_t walksBeforeChaining = 8;
 
+// Time enough for a slot to come from memory.
+constexpr std::uint32_t expectedAhead = 16;
+
 } // namespace
 
 clsNameIndex::~clsNameIndex() {
@@ -56,6 +59,8 @@ void clsNameIndex::Fill(const clsItemSequence& entries) noexcept {
     std::memset(slots_, 0, capacity_ * sizeof(std::uint32_t));
     filled_ = true;
     for (std::uint32_t position = 0; position < entries.End(); ++position) {
+        if (entries.End() - position > expectedAhead) // each slot is somewhere else in memory
+            Expect(entries.At(position + expectedAhead).key);
         if (!entries.At(position).IsGap())
             Append(entries, position);
     }

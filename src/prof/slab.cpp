@@ -6,21 +6,11 @@
 // Under the address sanitizer, memory that is not handed out may not be touched.
 #include "prof/slab.h"
 
-#include "platform/sanitizer.h"
-
 #include <algorithm>
 #include <limits>
 #include <new>
 
 namespace tvut {
-
-namespace {
-
-constexpr std::size_t RoundUp(std::size_t bytes) {
-    return (bytes + 7) & ~std::size_t{7};
-}
-
-} // namespace
 
 clsSlab::~clsSlab() {
     while (chunks_) {
@@ -33,23 +23,6 @@ clsSlab::~clsSlab() {
         large_ = block->next;
         ::operator delete(block);
     }
-}
-
-void* clsSlab::Allocate(std::size_t bytes) {
-    if (bytes > largestSmall)
-        return AllocateLarge(bytes);
-    bytes = RoundUp(bytes);
-    if (scFree* const block = free_[bytes / granularity]) {
-        PlatformUnpoison(block, bytes);
-        free_[bytes / granularity] = block->next;
-        return block;
-    }
-    if (static_cast<std::size_t>(end_ - next_) < bytes)
-        return TakeFromNewChunk(bytes);
-    char* const block = next_;
-    next_ += bytes;
-    PlatformUnpoison(block, bytes);
-    return block;
 }
 
 void clsSlab::Free(void* block, std::size_t bytes) noexcept {
@@ -66,7 +39,7 @@ void clsSlab::Free(void* block, std::size_t bytes) noexcept {
     PlatformPoison(block, bytes);
 }
 
-void* clsSlab::TakeFromNewChunk(std::size_t bytes) {
+void clsSlab::AddChunk() {
     auto* const chunk = static_cast<scChunk*>(::operator new(chunkSize_));
     chunk->next = chunks_;
     chunks_ = chunk;
@@ -74,7 +47,6 @@ void* clsSlab::TakeFromNewChunk(std::size_t bytes) {
     end_ = reinterpret_cast<char*>(chunk) + chunkSize_;
     PlatformPoison(next_, static_cast<std::size_t>(end_ - next_));
     chunkSize_ = std::min(chunkSize_ * 2, largestChunk);
-    return Allocate(bytes);
 }
 
 void* clsSlab::AllocateLarge(std::size_t bytes) {

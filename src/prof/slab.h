@@ -6,6 +6,8 @@
 // of walking the tree.
 #pragma once
 
+#include "platform/sanitizer.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -20,7 +22,23 @@ class clsSlab {
     ~clsSlab();
 
     // A block of at least the given size, aligned to 8 bytes. Throws std::bad_alloc.
-    void* Allocate(std::size_t bytes);
+    void* Allocate(std::size_t bytes) {
+        if (bytes > largestSmall)
+            return AllocateLarge(bytes);
+        bytes = RoundUp(bytes);
+        scFree*& free = free_[bytes / granularity];
+        if (scFree* const block = free) {
+            PlatformUnpoison(block, bytes);
+            free = block->next;
+            return block;
+        }
+        if (static_cast<std::size_t>(end_ - next_) < bytes)
+            AddChunk();
+        char* const block = next_;
+        next_ += bytes;
+        PlatformUnpoison(block, bytes);
+        return block;
+    }
 
     // Takes back a block; bytes is what it was allocated with.
     void Free(void* block, std::size_t bytes) noexcept;
@@ -43,7 +61,10 @@ class clsSlab {
         scLarge* previous;
     };
 
-    void* TakeFromNewChunk(std::size_t bytes);
+    static constexpr std::size_t RoundUp(std::size_t bytes) {
+        return (bytes + granularity - 1) & ~(granularity - 1);
+    }
+    void AddChunk();
     void* AllocateLarge(std::size_t bytes);
     void FreeLarge(void* block) noexcept;
 

@@ -4,7 +4,7 @@
 #include "prof/text_pool.h"
 
 #include "text/hash.h"
-#include "text/units.h"
+#include "text/scan.h"
 
 #include <cstring>
 #include <new>
@@ -33,18 +33,60 @@ bool LooksUnique(std::u16string_view value) {
     return value.front() == u'-' && value.size() > 4 && IsDigit(value[1]);
 }
 
+// A hash of values for their pool, whose places are as good a guess as any: texts that somebody has made so
+// that they collide are stored once each, and that is all. So it needs no seed and no care, but to be fast
+// with texts of which no two have the same length: blocks that may overlap are weighed and added.
+class clsValueHash {
+  public:
+    static std::uint32_t Of(std::u16string_view text) {
+        const std::size_t length = text.size();
+        if (length < 4) // 1 to 3
+            return Mixed(text.front() | static_cast<std::uint32_t>(text[length / 2]) << 11 |
+                             static_cast<std::uint32_t>(text.back()) << 22,
+                         length);
+        const char16_t* const begin = text.data();
+        __m128i sum = _mm_setzero_si128();
+        if (length < 16) {
+            const auto load = [=](std::size_t place) { return UtilpLoadFour(begin + place); };
+            const clsQuarters quarters(length);
+            Add(sum, quarters.LowerHalf(load));
+            Add(sum, quarters.UpperHalf(load));
+        } else {
+            for (std::size_t at = 0; at + 8 < length; at += 8)
+                Add(sum, UtilpLoadEight(begin + at));
+            Add(sum, UtilpLoadEight(begin + length - 8));
+        }
+        sum = _mm_add_epi32(sum, _mm_shuffle_epi32(sum, _MM_SHUFFLE(1, 0, 3, 2)));
+        sum = _mm_add_epi32(sum, _mm_shuffle_epi32(sum, _MM_SHUFFLE(2, 3, 0, 1)));
+        return Mixed(static_cast<std::uint32_t>(_mm_cvtsi128_si32(sum)), length);
+    }
+
+  private:
+    // Units at equal places of two blocks count differently.
+    static void Add(__m128i& sum, __m128i block) {
+        const __m128i weights = _mm_set_epi16(0x6A09, 0x1B67, 0x3C6F, 0x254F, 0x510E, 0x1B05, 0x1F83, 0x5BE1);
+        sum = _mm_add_epi32(_mm_xor_si128(_mm_slli_epi32(sum, 5), sum), _mm_madd_epi16(block, weights));
+    }
+    static std::uint32_t Mixed(std::uint32_t sum, std::size_t length) {
+        const std::uint32_t product = (sum ^ static_cast<std::uint32_t>(length)) * 0x9E3779B1u;
+        return product ^ product >> 16;
+    }
+};
+
+std::uint32_t HashIn(Pool pool, std::u16string_view text) {
+    return pool == Pool::names ? UtilpHashText(text) : clsValueHash::Of(text);
+}
+
 } // namespace
 
-scText* clsTextPool::Find(std::u16string_view text, std::uint32_t hash) const {
+// Which of the two places it would be in is no branch, which the processor could not foresee. Two texts of
+// one hash are not worth a second look.
+inline scText* clsTextPool::Find(std::u16string_view text, std::uint32_t hash) const {
     if (pairCount_ == 0)
         return nullptr;
     const scPair& pair = PairOf(hash);
-    const auto holds = [&](const scPlace& place) {
-        return place.hash == hash && place.text && UtilpEqual(ProfpView(place.text), text);
-    };
-    if (holds(pair.newer))
-        return pair.newer.text;
-    return holds(pair.older) ? pair.older.text : nullptr;
+    const scPlace& place = pair.places[pair.places[0].hash != hash];
+    return place.hash == hash && place.text && UtilpEqual(ProfpView(place.text), text) ? place.text : nullptr;
 }
 
 void clsTextPool::Insert(scText* text, std::uint32_t hash) {
@@ -52,16 +94,15 @@ void clsTextPool::Insert(scText* text, std::uint32_t hash) {
         Grow();
     ++insertions_;
     scPair& pair = PairOf(hash);
-    pair.older = pair.newer;
-    pair.newer = {hash, text};
+    pair.places[1] = pair.places[0];
+    pair.places[0] = {hash, text};
 }
 
 void clsTextPool::Remove(const scText* text, std::uint32_t hash) noexcept {
-    scPair& pair = PairOf(hash);
-    if (pair.newer.text == text)
-        pair.newer.text = nullptr;
-    else if (pair.older.text == text)
-        pair.older.text = nullptr;
+    for (scPlace& place : PairOf(hash).places) {
+        if (place.text == text)
+            place.text = nullptr;
+    }
 }
 
 // What the smaller table knew is carried over; then it takes as many insertions as there are pairs.
@@ -75,12 +116,33 @@ void clsTextPool::Grow() {
     pairCount_ = newCount;
     insertions_ = 0;
     for (std::uint32_t i = 0; i < oldCount; ++i) {
-        for (const scPlace& place : {oldPairs[i].older, oldPairs[i].newer}) {
+        for (const scPlace& place : {oldPairs[i].places[1], oldPairs[i].places[0]}) {
             if (place.text)
                 Insert(place.text, place.hash);
         }
     }
     slab_.Free(oldPairs, oldCount * sizeof(scPair));
+}
+
+inline scText* clsTextStore::Allocate(std::size_t length, Pool pool) {
+    if (length > maximumLength)
+        throw std::bad_alloc();
+    auto* const created = static_cast<scText*>(slab_.Allocate(BlockSize(length)));
+    created->references = 1;
+    created->length = static_cast<std::uint32_t>(length) & 0x3FFFFFFFu;
+    created->pool = static_cast<std::uint32_t>(pool) & 3u;
+    created->Characters()[length] = u'\0';
+    return created;
+}
+
+inline scText* clsTextStore::Create(std::u16string_view text, Pool pool) {
+    scText* const created = Allocate(text.size(), pool);
+    UtilpCopy(created->Characters(), text.data(), text.size());
+    return created;
+}
+
+scText* clsTextStore::Copy(const scText& text) {
+    return Create(ProfpView(&text), Pool::none);
 }
 
 scText* clsTextStore::Name(std::u16string_view text, std::uint32_t hash) {
@@ -94,7 +156,7 @@ scText* clsTextStore::Value(std::u16string_view text) {
         return nullptr;
     if (!pooling_ || LooksUnique(text))
         return Create(text, Pool::none);
-    return Pooled(Pool::values, text, UtilpHashText(text));
+    return Pooled(Pool::values, text, clsValueHash::Of(text));
 }
 
 scText* clsTextStore::Pooled(Pool pool, std::u16string_view text, std::uint32_t hash) {
@@ -114,27 +176,10 @@ scText* clsTextStore::Unfilled(std::size_t length) {
     return length == 0 ? nullptr : Allocate(length, Pool::none);
 }
 
-scText* clsTextStore::Create(std::u16string_view text, Pool pool) {
-    scText* const created = Allocate(text.size(), pool);
-    UtilpCopy(created->Characters(), text.data(), text.size());
-    return created;
-}
-
-scText* clsTextStore::Allocate(std::size_t length, Pool pool) {
-    if (length > maximumLength)
-        throw std::bad_alloc();
-    auto* const created = static_cast<scText*>(slab_.Allocate(BlockSize(length)));
-    created->references = 1;
-    created->length = static_cast<std::uint32_t>(length) & 0x3FFFFFFFu;
-    created->pool = static_cast<std::uint32_t>(pool) & 3u;
-    created->Characters()[length] = u'\0';
-    return created;
-}
-
 void clsTextStore::Destroy(scText* text) noexcept {
     const auto pool = static_cast<Pool>(text->pool);
     if (pool != Pool::none)
-        PoolOf(pool).Remove(text, UtilpHashText(ProfpView(text)));
+        PoolOf(pool).Remove(text, HashIn(pool, ProfpView(text)));
     slab_.Free(text, BlockSize(text->length));
 }
 

@@ -54,8 +54,7 @@ class clsTextPool {
         scText* text;
     };
     struct scPair {
-        scPlace newer;
-        scPlace older;
+        scPlace places[2]; // the newer one first
     };
     static constexpr std::uint32_t firstPairs = 16;
     static constexpr std::uint32_t mostPairs = 2048; // 32 KB
@@ -87,9 +86,7 @@ class clsTextStore {
     }
 
     // A text that is in the tree already, for one more entry: shared, unless equal texts are not.
-    scText* Again(scText* text) {
-        return pooling_ || !text ? Share(text) : Create(ProfpView(text), Pool::none);
-    }
+    scText* Again(scText* text) { return pooling_ || !text ? Share(text) : Copy(*text); }
 
     void Release(scText* text) noexcept {
         if (text && --text->references == 0)
@@ -99,6 +96,7 @@ class clsTextStore {
   private:
     clsTextPool& PoolOf(Pool pool) { return pool == Pool::names ? names_ : values_; }
     scText* Pooled(Pool pool, std::u16string_view text, std::uint32_t hash);
+    scText* Copy(const scText& text);
     scText* Create(std::u16string_view text, Pool pool);
     scText* Allocate(std::size_t length, Pool pool);
     void Destroy(scText* text) noexcept;

@@ -38,9 +38,13 @@ void clsTree::AppendItem(clsItemList& list, const scName& name, std::u16string_v
 }
 
 void clsTree::AppendItem(clsItemList& list, const clsItem& namesake, std::u16string_view value) {
+    const std::uint32_t key = namesake.key; // making room may move it
     clsTextHolder nameText(texts_, texts_.Again(namesake.name));
-    clsTextHolder valueText(texts_, texts_.Value(value));
-    AddItem(list, namesake.key, nameText, valueText);
+    clsItem& entry = list.NewEntry(slab_);
+    entry.value = texts_.Value(value);
+    entry.key = key;
+    entry.name = nameText.Hand();
+    Added(list);
 }
 
 void clsTree::AppendItem(clsItemList& list, const scName& name, const IclsValueWriter& value) {
@@ -76,6 +80,10 @@ void clsTree::AddItem(clsItemList& list, std::uint32_t key, clsTextHolder& name,
     entry.key = key;
     entry.name = name.Hand();
     entry.value = value.Hand();
+    Added(list);
+}
+
+void clsTree::Added(clsItemList& list) {
     list.Added(slab_);
     if (&list != beforeItems_.list && &list != &root_) // whose ends come after that place
         beforeItems_ = {&root_, 0};

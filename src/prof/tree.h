@@ -47,6 +47,9 @@ class clsTree {
     // Appends an item with the name of one that this tree has.
     void AppendItem(clsItemList& list, const clsItem& namesake, std::u16string_view value);
 
+    // Makes room for a number of entries in a list that will be about that long. Throws std::bad_alloc.
+    void Reserve(clsItemList& list, std::uint32_t count) { list.entries_.Reserve(slab_, count); }
+
     // Sets the value of the first item of that name, or appends one.
     void SetItem(clsItemList& list, const scName& name, std::u16string_view value);
 
@@ -91,6 +94,7 @@ class clsTree {
     };
 
     void AddItem(clsItemList& list, std::uint32_t key, clsTextHolder& name, clsTextHolder& value);
+    void Added(clsItemList& list);
     clsItemList* AddList(clsItemList& list, std::uint32_t key, clsTextHolder& name);
     void CopyItem(clsItemList& destination, const clsItem& item, bool sameTree);
     clsItemList* CopyListEntry(clsItemList& destination, const clsItem& entry, bool sameTree);

@@ -4,6 +4,7 @@
 #include "prof/item_list.h"
 
 #include <cstdint>
+#include <span>
 
 namespace tvut {
 
@@ -14,21 +15,25 @@ void ProfpWalk(const clsItemList& top, std::uint32_t level, Visitor&& visitor) {
     const clsItemList* list = &top;
     std::uint32_t position = 0;
     for (;;) {
-        if (position == list->End()) {
-            if (list == &top)
-                return;
+        const std::span<const clsItem> run = list->RunFrom(position);
+        const clsItem* entry = run.data();
+        const clsItem* const end = entry + run.size();
+        for (; entry != end && !entry->IsList(); ++entry) {
+            if (entry->IsItem())
+                visitor.Item(*entry, level);
+        }
+        if (entry != end) {
+            visitor.BeginList(*entry, level++);
+            list = entry->subList;
+            position = 0;
+        } else if (!run.empty()) {
+            position += static_cast<std::uint32_t>(run.size());
+        } else if (list != &top) {
             visitor.EndList(--level);
             position = list->Position() + 1;
             list = list->Parent();
-            continue;
-        }
-        const clsItem& entry = list->At(position++);
-        if (entry.IsItem()) {
-            visitor.Item(entry, level);
-        } else if (entry.IsList()) {
-            visitor.BeginList(entry, level++);
-            list = entry.subList;
-            position = 0;
+        } else {
+            return;
         }
     }
 }

@@ -1,6 +1,6 @@
 // What scanners of UTF-16 text share: sixteen characters at a time as bytes, texts of 4 to 15 characters in
-// one go, and where the first special character stands. The scanners live with the forms and encodings they
-// serve.
+// one go, whether a text holds special characters, and where the first one stands. The scanners live with the
+// forms and encodings they serve.
 #pragma once
 
 #include "text/units.h"
@@ -11,11 +11,6 @@
 
 namespace tvut {
 
-// Four characters, in the lower half.
-inline __m128i UtilpLoadFour(const char16_t* text) {
-    return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(text));
-}
-
 // Sixteen characters as bytes: those beyond ASCII become 0x7F or 0x80.
 inline __m128i UtilpPackAscii(__m128i low, __m128i high) {
     return _mm_packs_epi16(low, high);
@@ -24,9 +19,9 @@ inline __m128i UtilpEqualBytes(__m128i bytes, char c) {
     return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c));
 }
 
-// The four places in a text of 4 to 15 characters from which four characters each cover it. That they may
-// overlap lets every such length take the same way: texts are short, and the processor cannot guess which
-// length comes next.
+// The places in a text of 4 to 15 characters from which four characters each cover it. That they may overlap
+// lets every such length take the same way: texts are short, and the processor cannot guess which length
+// comes next. A wrong guess costs more than all the rest.
 class clsQuarters {
   public:
     explicit clsQuarters(std::size_t length)
@@ -66,6 +61,21 @@ std::size_t UtilpLengthBefore(std::u16string_view text) {
     while (at < length && !Special::Is(text[at]))
         ++at;
     return at;
+}
+
+// Copies a text to where it is not, and returns whether it holds a special character.
+template <class Special>
+TVUT_ALWAYS_INLINE bool UtilpCopyFinding(char16_t* to, std::u16string_view text) {
+    __m128i found = _mm_setzero_si128();
+    UtilpCopyLooking(to, text.data(), text.size(), [&](__m128i low, __m128i high) {
+        found = _mm_or_si128(found, Special::Find(low, high));
+    });
+    bool isFound = _mm_movemask_epi8(found) != 0;
+    if (text.size() < 4) {
+        for (const char16_t c : text)
+            isFound |= Special::Is(c);
+    }
+    return isFound;
 }
 
 } // namespace tvut

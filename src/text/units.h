@@ -8,6 +8,8 @@
 // and has no other form.
 #pragma once
 
+#include "platform/inline.h"
+
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -39,6 +41,11 @@ inline __m128i UtilpLoadEight(const char16_t* text) {
     return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
 }
 
+// Four units, in the lower half.
+inline __m128i UtilpLoadFour(const char16_t* text) {
+    return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(text));
+}
+
 // Two bits a unit that equals one of another block.
 inline unsigned UtilpEqualUnits(__m128i a, __m128i b) {
     return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi16(a, b)));
@@ -53,30 +60,69 @@ inline void UtilpPrefetch(const void* address) {
     _mm_prefetch(static_cast<const char*>(address), _MM_HINT_T0);
 }
 
+// Pieces of a text may overlap below: so most lengths take the same way. Texts are short, and the processor
+// cannot guess which length comes next; a wrong guess costs more than all the rest.
+
 inline bool UtilpEqual(std::u16string_view a, std::u16string_view b) {
     const std::size_t length = a.size();
     if (length != b.size())
         return false;
     if (a.data() == b.data())
         return true;
-    std::size_t at = 0;
-    for (; at + 2 <= length; at += 2) {
-        if (UtilpLoadPair(a.data() + at) != UtilpLoadPair(b.data() + at))
+    if (length >= 8) {
+        const auto equal = [&](std::size_t at) {
+            return UtilpEqualUnits(UtilpLoadEight(a.data() + at), UtilpLoadEight(b.data() + at)) == 0xFFFF;
+        };
+        for (std::size_t at = 0; at + 8 < length; at += 8) {
+            if (!equal(at))
+                return false;
+        }
+        return equal(length - 8);
+    }
+    if (length >= 4) {
+        const auto twoFours = [=](const char16_t* text) {
+            return _mm_unpacklo_epi64(UtilpLoadFour(text), UtilpLoadFour(text + length - 4));
+        };
+        return UtilpEqualUnits(twoFours(a.data()), twoFours(b.data())) == 0xFFFF;
+    }
+    for (std::size_t at = 0; at < length; ++at) {
+        if (a[at] != b[at])
             return false;
     }
-    return at == length || a[at] == b[at];
+    return true;
+}
+
+// Copies to where the text is not, and calls look(low, high) with sixteen units at a time, each of which is
+// seen once at least; a text of less than four units is left to be looked at.
+template <class Look>
+TVUT_ALWAYS_INLINE void UtilpCopyLooking(char16_t* to, const char16_t* from, std::size_t length, Look look) {
+    const auto eight = [=](std::size_t at) {
+        const __m128i block = UtilpLoadEight(from + at);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at), block);
+        return block;
+    };
+    const auto four = [=](std::size_t at) {
+        const __m128i block = UtilpLoadFour(from + at);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(to + at), block);
+        return block;
+    };
+    if (length >= 16) {
+        for (std::size_t at = 0; at + 16 < length; at += 16)
+            look(eight(at), eight(at + 8));
+        look(eight(length - 16), eight(length - 8));
+    } else if (length >= 8) {
+        look(eight(0), eight(length - 8));
+    } else if (length >= 4) {
+        const __m128i both = _mm_unpacklo_epi64(four(0), four(length - 4));
+        look(both, both);
+    } else {
+        for (std::size_t at = 0; at < length; ++at)
+            to[at] = from[at];
+    }
 }
 
 inline void UtilpCopy(char16_t* to, const char16_t* from, std::size_t length) {
-    std::size_t at = 0;
-    for (; at + 8 <= length; at += 8)
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(to + at), UtilpLoadEight(from + at));
-    for (; at + 2 <= length; at += 2) {
-        const std::uint32_t pair = UtilpLoadPair(from + at);
-        std::memcpy(to + at, &pair, sizeof pair);
-    }
-    if (at != length)
-        to[at] = from[at];
+    UtilpCopyLooking(to, from, length, [](__m128i, __m128i) {});
 }
 
 } // namespace tvut

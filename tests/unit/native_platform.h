@@ -37,6 +37,7 @@ class clsMemorySource final : public clsByteSource {
 // Bytes into memory.
 class clsMemorySink final : public clsByteSink {
   public:
+    bool UsesLength() const override { return usesLength; }
     void Extend(std::uint64_t total) override { extended = total; }
     void Write(const void* data, std::size_t count) override {
         bytes.append(static_cast<const char*>(data), count);
@@ -45,6 +46,7 @@ class clsMemorySink final : public clsByteSink {
 
     std::string bytes;
     std::uint64_t extended = 0;
+    bool usesLength = true;
 };
 
 inline std::string Utf16Bytes(std::u16string_view text) {

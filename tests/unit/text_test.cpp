@@ -122,8 +122,10 @@ TEST(Scan, GivesTheAnswersOfAPlainScan) {
         for (std::size_t length = random() % 40; length != 0; --length)
             line += alphabet[random() % alphabet.size()];
         const std::size_t length = line.size();
-        const std::u16string padded = line + (round % 2 ? u'\r' : u'\n') + u"========";
-        const scLine scan = ProfpScanLine(padded.data());
+        const std::u16string padded =
+            line + (round % 2 ? u'\r' : u'\n') + std::u16string(clsLineBlock::units - 1, u'=');
+        scLine scan{};
+        ProfpScanLine(padded.data(), nullptr, scan);
         ASSERT_EQ(scan.end - padded.data(), static_cast<std::ptrdiff_t>(length));
         ASSERT_EQ(scan.equals - padded.data(),
                   static_cast<std::ptrdiff_t>(std::min(line.find(u'='), length)));
@@ -133,7 +135,7 @@ TEST(Scan, GivesTheAnswersOfAPlainScan) {
         std::u16string expected = line;
         std::transform(line.begin(), line.end(), expected.begin(), ProfpMarkInName);
         std::u16string copy(length, u'?');
-        clsMarkingCopy<true>::Copy(copy.data(), line.data(), length);
+        ProfpCopyMarked<true>(copy.data(), line);
         ASSERT_EQ(copy, expected);
     }
 }
@@ -144,7 +146,7 @@ void ExpectPlainAnswers(std::u16string_view text) {
     ASSERT_EQ(UtilpLengthBefore<Special>(text), static_cast<std::size_t>(special));
     if constexpr (std::is_same_v<Special, scXmlSpecial>) {
         std::u16string copy(text.size(), u'?');
-        ASSERT_EQ(ProfpCopyFindingSpecial(copy.data(), text), special != std::ssize(text));
+        ASSERT_EQ(UtilpCopyFinding<scXmlSpecial>(copy.data(), text), special != std::ssize(text));
         ASSERT_EQ(copy, text);
     }
 }

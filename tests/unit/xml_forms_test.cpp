@@ -171,6 +171,10 @@ TEST(XmlForms, NestAMillionDeep) {
         EXPECT_TRUE(Load(tree, bytes, ReadMode::foreignXfdf).parsed);
         EXPECT_EQ(Saved(tree, xmlForm), "cannot be saved");
         EXPECT_EQ(Saved(tree, xfdfForm), "cannot be saved");
+        clsMemorySink sink; // measured when some of it is written
+        sink.usesLength = false;
+        EXPECT_FALSE(ProfpSave(tree.Root(), xmlForm, false, sink));
+        EXPECT_LT(sink.bytes.size(), std::size_t{20'000'000});
     }
 }
 

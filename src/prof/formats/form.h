@@ -29,8 +29,9 @@ void ProfpReadForeignMarkup(clsLineReader& lines, clsItemList& target, const cls
 struct scFormWriter {
     // The exact number of bytes that write will write.
     std::uint64_t (*measure)(const clsItemList& root);
-    // bytes is what measure returned. The sink hears of them when all memory that writing takes is at hand:
-    // from then on old contents may be gone. The sink is not finished. Throws what the sink throws.
+    // bytes is what measure returned, or unknownLength for a sink that makes no use of it. The sink hears of
+    // them when all memory that writing takes is at hand: from then on old contents may be gone. The sink is
+    // not finished. Throws what the sink throws.
     void (*write)(const clsItemList& root, std::uint64_t bytes, clsByteSink& sink);
 };
 

@@ -1,10 +1,13 @@
 // Output of a writer, in UTF-16 or in bytes: collects lines in a block and hands full blocks to a sink.
+//
+// All blocks but the last are of one size, a power of two: the system takes a third more time for a file that
+// comes in pieces which do not end where its pages end. So lines may go beyond the block, into room for the
+// longest of them, and what is there when the block is passed on begins the next one.
 #pragma once
 
 #include "platform/bytes.h"
 #include "text/units.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -23,68 +26,36 @@ class clsFormOutput {
     using View = std::basic_string_view<Unit>;
 
     // Takes its memory, then passes on how many bytes will come.
-    clsFormOutput(clsByteSink& sink, std::uint64_t bytes)
-        : sink_(sink), block_(std::make_unique_for_overwrite<Unit[]>(blockLength)) {
-        sink_.Extend(bytes);
-    }
+    clsFormOutput(clsByteSink& sink, std::uint64_t bytes);
 
-    void Put(Unit c) {
-        Room(1);
-        block_[used_++] = c;
-    }
+    void Put(Unit c);
+    void Put(View text);
+    // Puts a text piece by piece, each copied by a function of where to and the piece.
+    void PutBy(void (*copy)(Unit* to, View piece), View text);
+    void PutIndentation(std::uint32_t level);
 
-    void Put(View text) {
-        PutBy([](Unit* to, const Unit* from,
-                 std::size_t count) { std::memcpy(to, from, count * sizeof(Unit)); },
-              text);
-    }
-
-    // Puts a text piece by piece, each copied by a function of where to, where from and how many characters.
-    template <class Copy>
-    void PutBy(Copy copy, View text) {
-        while (!text.empty()) {
-            const std::size_t part = Part(text.size());
-            copy(block_.get() + used_, text.data(), part);
-            used_ += part;
-            text.remove_prefix(part);
-        }
-    }
-
-    void PutIndentation(std::uint32_t level) {
-        for (std::uint32_t tabs = level / 4; tabs != 0; --tabs)
-            Put(Unit{'\t'});
-        for (std::uint32_t blanks = level % 4; blanks != 0; --blanks)
-            Put(Unit{' '});
-    }
-
-    // Room for some characters in one piece, which Took then counts; null when the block is too small
-    // for them and they have to be put piece by piece.
+    // Room for some characters in one piece, which Took then counts; null when they are too many for that
+    // and have to be put piece by piece.
     Unit* Reserve(std::uint64_t length) {
-        if (length > blockLength)
+        if (length > longestReserve)
             return nullptr;
-        Room(static_cast<std::size_t>(length));
+        PassBlockOn();
         return block_.get() + used_;
     }
     void Took(std::size_t length) { used_ += length; }
 
-    void Flush() {
-        if (used_ != 0)
-            sink_.Write(block_.get(), used_ * sizeof(Unit));
-        used_ = 0;
-    }
+    void Flush();
 
   private:
-    static constexpr std::size_t blockLength = 64 * 1024;
+    static constexpr std::size_t blockLength = 128 * 1024 / sizeof(Unit);
+    static constexpr std::size_t longestReserve = blockLength;
 
-    void Room(std::size_t length) {
-        if (blockLength - used_ < length)
-            Flush();
+    // If it is full: there is room for longestReserve units then.
+    void PassBlockOn() {
+        if (used_ >= blockLength)
+            WriteBlock();
     }
-    // How much of a text of some length goes into the block now; never 0.
-    std::size_t Part(std::size_t length) {
-        Room(1);
-        return std::min(length, blockLength - used_);
-    }
+    void WriteBlock();
 
     clsByteSink& sink_;
     std::unique_ptr<Unit[]> block_;
@@ -100,15 +71,21 @@ class clsReservedOutput {
   public:
     explicit clsReservedOutput(Unit* room) : begin_(room), next_(room) {}
 
+    void Put(Unit c) { *next_++ = c; }
     void Put(std::basic_string_view<Unit> text) {
         CopyUnits(text);
+        next_ += text.size();
+    }
+    template <class Copy>
+    void PutBy(Copy copy, std::basic_string_view<Unit> text) {
+        copy(next_, text);
         next_ += text.size();
     }
     void PutIndentation(std::uint32_t level) {
         for (std::uint32_t tabs = level / 4; tabs != 0; --tabs)
             *next_++ = Unit{'\t'};
-        for (std::uint32_t blanks = level % 4; blanks != 0; --blanks)
-            *next_++ = Unit{' '};
+        next_[0] = next_[1] = next_[2] = Unit{' '}; // what follows is longer than that
+        next_ += level % 4;
     }
     Unit* Next() { return next_; }
     void Took(std::size_t length) { next_ += length; }

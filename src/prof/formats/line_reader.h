@@ -19,8 +19,21 @@ class clsLineReader {
     // Moves to the next line that holds more than blanks. False at the end of the text. What was
     // seen of the line before is gone then.
     bool Next() {
-        return NextBy(text_, [](const char16_t* begin, scLine& line) { line = ProfpScanLine(begin); });
+        return NextBy(text_,
+                      [](const char16_t* begin, scLine& line) { ProfpScanLine(begin, nullptr, line); });
     }
+
+    // The same; a line that begins with a name and "=" is not looked through for them. The name must hold no
+    // "=" and no line end; none is empty.
+    bool Next(std::u16string_view expectedName) {
+        return NextBy(text_, [=, this](const char16_t* begin, scLine& line) {
+            const std::size_t length = expectedName.size();
+            isExpected_ = length != 0 && length < static_cast<std::size_t>(end_ - begin) &&
+                          begin[length] == u'=' && UtilpEqual({begin, length}, expectedName);
+            ProfpScanLine(begin, isExpected_ ? begin + length : nullptr, line);
+        });
+    }
+    bool HasExpectedName() const { return isExpected_; }
 
     // The same for a form of markup. Markup is about the line, without what ExtendTo adds to it; quotes
     // among that number of first characters do not count there.
@@ -49,7 +62,7 @@ class clsLineReader {
         --number_;
     }
 
-    // All that follows, read into memory as a whole, zeros replaced. A line end and fifteen more units follow
+    // All that follows, read into memory as a whole, zeros replaced. A line end and 31 more units follow
     // it. The next line is still the next.
     std::u16string_view Rest() {
         while (Refill(next_)) {
@@ -116,7 +129,10 @@ class clsLineReader {
         for (;;) {
             while (line < end_ && IsSkipped(*line))
                 ++line;
-            const char16_t* const end = line < end_ ? ProfpScanLine(line).end : line;
+            scLine scan{line, line, false, false};
+            if (line < end_)
+                ProfpScanLine(line, nullptr, scan);
+            const char16_t* const end = scan.end;
             if (end >= end_) {
                 const std::ptrdiff_t seen = line - begin_;
                 if (Refill(begin_)) {
@@ -152,6 +168,7 @@ class clsLineReader {
     const char16_t* lineEnd_ = nullptr;
     scLine text_{};
     scMarkupLine markup_{};
+    bool isExpected_ = false;
     std::uint32_t number_ = 0;
 };
 

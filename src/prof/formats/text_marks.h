@@ -4,9 +4,10 @@
 // would end it. Controls become the Unicode control pictures.
 #pragma once
 
-#include "text/units.h"
+#include "text/scan.h"
 
-#include <cstddef>
+#include <algorithm>
+#include <string_view>
 
 namespace tvut {
 
@@ -51,56 +52,26 @@ constexpr char16_t ProfpUnmarkInName(char16_t c) {
     }
 }
 
-// Copies a name or a value, marked. What has to be marked is rare, so whole blocks are copied first and
-// looked at then.
 template <bool isName>
-class clsMarkingCopy {
-  public:
-    static void Copy(char16_t* out, const char16_t* text, std::size_t length) {
-        if (length >= 8) {
-            for (std::size_t at = 0; at + 8 <= length; at += 8)
-                CopyBlock<8>(out + at, text + at);
-            if (length % 8 != 0) // the last block overlaps the one before
-                CopyBlock<8>(out + length - 8, text + length - 8);
-            return;
-        }
-        if (length >= 4) {
-            CopyBlock<4>(out, text);
-            CopyBlock<4>(out + length - 4, text + length - 4);
-            return;
-        }
-        for (std::size_t at = 0; at < length; ++at)
-            out[at] = Mark(text[at]);
-    }
-
-  private:
-    static char16_t Mark(char16_t c) { return isName ? ProfpMarkInName(c) : ProfpMarkInValue(c); }
-
-    template <int units>
-    static void CopyBlock(char16_t* out, const char16_t* text) {
-        const auto* const from = reinterpret_cast<const __m128i*>(text);
-        auto* const to = reinterpret_cast<__m128i*>(out);
-        const __m128i block = units == 8 ? _mm_loadu_si128(from) : _mm_loadl_epi64(from);
-        if constexpr (units == 8)
-            _mm_storeu_si128(to, block);
-        else
-            _mm_storel_epi64(to, block);
-        const int mask = _mm_movemask_epi8(Special(block)) & (units == 8 ? 0xFFFF : 0xFF);
-        if (mask != 0) {
-            for (int i = 0; i < units; ++i)
-                out[i] = Mark(text[i]);
-        }
-    }
-
-    static __m128i Special(__m128i block) {
-        __m128i special = _mm_cmpeq_epi16(_mm_subs_epu16(block, _mm_set1_epi16(0x1F)), _mm_setzero_si128());
+struct scToMark {
+    static constexpr char16_t Mark(char16_t c) { return isName ? ProfpMarkInName(c) : ProfpMarkInValue(c); }
+    static constexpr bool Is(char16_t c) { return Mark(c) != c; }
+    static __m128i Find(__m128i low, __m128i high) {
+        const __m128i block = UtilpPackAscii(low, high);
+        __m128i found = UtilpEqualBytes(_mm_subs_epu8(block, _mm_set1_epi8(0x1F)), 0);
         if constexpr (isName) {
-            special = _mm_or_si128(special, _mm_cmpeq_epi16(block, _mm_set1_epi16(u'=')));
-            special = _mm_or_si128(special, _mm_cmpeq_epi16(block, _mm_set1_epi16(u'[')));
-            special = _mm_or_si128(special, _mm_cmpeq_epi16(block, _mm_set1_epi16(u']')));
+            for (const char c : {'=', '[', ']'})
+                found = _mm_or_si128(found, UtilpEqualBytes(block, c));
         }
-        return special;
+        return found;
     }
 };
+
+// Copies a name or a value, marked. What has to be marked is rare, so all is copied first.
+template <bool isName>
+TVUT_ALWAYS_INLINE void ProfpCopyMarked(char16_t* to, std::u16string_view text) {
+    if (UtilpCopyFinding<scToMark<isName>>(to, text))
+        std::transform(text.begin(), text.end(), to, scToMark<isName>::Mark);
+}
 
 } // namespace tvut

@@ -30,7 +30,11 @@ class clsTextParser {
 
     // Reads to the line that ends the list, or to the end of the text.
     void ParseList() {
-        while (lines_.Next()) {
+        while (lines_.Next(areNamesPlain_ ? tree_.ExpectedName() : std::u16string_view())) {
+            if (lines_.HasExpectedName()) {
+                tree_.AppendExpected(Value());
+                continue;
+            }
             switch (lines_.First()) {
             case u'#':
             case u';':
@@ -53,12 +57,16 @@ class clsTextParser {
   private:
     void AppendItem() {
         std::u16string_view name = lines_.Name();
-        std::u16string_view value = lines_.Value();
         if (lines_.Marked()) {
             name = Unmarked(name, name_, ProfpUnmarkInName);
-            value = Unmarked(value, value_, ProfpUnmarkInValue);
+            areNamesPlain_ &= name == lines_.Name();
         }
-        tree_.AppendItem(name, value);
+        tree_.AppendItem(name, Value());
+    }
+
+    std::u16string_view Value() {
+        const std::u16string_view value = lines_.Value();
+        return lines_.Marked() ? Unmarked(value, value_, ProfpUnmarkInValue) : value;
     }
 
     static std::u16string_view Unmarked(std::u16string_view text, std::u16string& buffer,
@@ -71,6 +79,7 @@ class clsTextParser {
 
     clsLineReader& lines_;
     clsTreeBuilder tree_;
+    bool areNamesPlain_ = true; // each stood in the text as it is
     std::u16string name_;
     std::u16string value_;
 };

@@ -33,18 +33,15 @@ class clsWriter {
     void Item(const clsItem& item, std::uint32_t level) {
         const std::u16string_view name = item.Name();
         const std::u16string_view value = item.Value();
-        output_.PutIndentation(level);
-        if (char16_t* const line = output_.Reserve(name.size() + value.size() + 3)) {
-            clsMarkingCopy<true>::Copy(line, name.data(), name.size());
-            line[name.size()] = u'=';
-            char16_t* const text = line + name.size() + 1;
-            clsMarkingCopy<false>::Copy(text, value.data(), value.size());
-            text[value.size()] = u'\r';
-            text[value.size() + 1] = u'\n';
-            output_.Took(name.size() + value.size() + 3);
-        } else {
-            PutLongItem(name, value);
-        }
+        UtilpPrefetch(value.data() + 256);
+        const std::uint64_t length = ProfpIndentationLength(level) + name.size() + value.size() + 3;
+        ProfpPutInOnePiece(output_, length, [&](auto& line) {
+            line.PutIndentation(level);
+            line.PutBy(ProfpCopyMarked<true>, name);
+            line.Put(u'=');
+            line.PutBy(ProfpCopyMarked<false>, value);
+            line.Put(lineEnd);
+        });
     }
     void BeginList(const clsItem& entry, std::uint32_t level) {
         output_.PutIndentation(level);
@@ -60,13 +57,6 @@ class clsWriter {
     }
 
   private:
-    void PutLongItem(std::u16string_view name, std::u16string_view value) {
-        output_.PutBy(clsMarkingCopy<true>::Copy, name);
-        output_.Put(u'=');
-        output_.PutBy(clsMarkingCopy<false>::Copy, value);
-        output_.Put(lineEnd);
-    }
-
     clsTextOutput& output_;
 };
 

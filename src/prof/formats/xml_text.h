@@ -25,39 +25,6 @@ struct scXmlSpecial {
     }
 };
 
-// Copies text and returns whether any of it has to be escaped.
-inline bool ProfpCopyFindingSpecial(char16_t* out, std::u16string_view text) {
-    const std::size_t length = text.size();
-    std::size_t at = 0;
-    bool special = false;
-    const char16_t* const begin = text.data();
-    const auto copy = [&](std::size_t place) {
-        const __m128i block = UtilpLoadEight(begin + place);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + place), block);
-        return block;
-    };
-    __m128i found = _mm_setzero_si128();
-    for (; length - at >= 16; at += 16)
-        found = _mm_or_si128(found, scXmlSpecial::Find(copy(at), copy(at + 8)));
-    if (length - at >= 4) {
-        const auto copyFour = [&](std::size_t place) {
-            const __m128i block = UtilpLoadFour(begin + at + place);
-            _mm_storel_epi64(reinterpret_cast<__m128i*>(out + at + place), block);
-            return block;
-        };
-        const clsQuarters quarters(length - at);
-        found = _mm_or_si128(found,
-                             scXmlSpecial::Find(quarters.LowerHalf(copyFour), quarters.UpperHalf(copyFour)));
-        at = length;
-    }
-    special = _mm_movemask_epi8(found) != 0;
-    for (; at < length; ++at) {
-        out[at] = text[at];
-        special |= scXmlSpecial::Is(text[at]);
-    }
-    return special;
-}
-
 // What a character is written as; the text after a character decides, too: of CR LF only the LF is
 // written. Room for the longest reference, &#x001f;
 class clsXmlReference {
@@ -98,7 +65,7 @@ inline std::size_t ProfpEscapedLength(std::u16string_view text) {
 
 // The text is copied first and looked at while that is done.
 inline void ProfpPutEscaped(clsReservedOutput<char16_t>& output, std::u16string_view text) {
-    const bool special = ProfpCopyFindingSpecial(output.Next(), text);
+    const bool special = UtilpCopyFinding<scXmlSpecial>(output.Next(), text);
     output.Took(special ? detail::PutEscaped(output.Next(), text) : text.size());
 }
 

@@ -3,8 +3,8 @@
 // The bytes are read into storage made of UTF-16 units, so that an input that is UTF-16 already is
 // used where it lies; and when its byte-order mark says so, it is read a window at a time, because
 // touching a few megabytes of fresh memory costs more than reading them. Every other encoding is recognised
-// and decoded from the whole input. After the last character stand a line end and fifteen more
-// units: scanners may look at sixteen units at a time and need no other end condition.
+// and decoded from the whole input. After the last character stand a line end and 31 more
+// units: scanners may look at 32 units at a time and need no other end condition.
 #pragma once
 
 #include "platform/bytes.h"
@@ -17,7 +17,7 @@ namespace tvut {
 
 class clsInputText {
   public:
-    static constexpr std::size_t padding = 16; // units after the last one
+    static constexpr std::size_t padding = 32; // units after the last one
 
     // Reads the beginning of a source, which must outlive the object. Throws std::bad_alloc and what
     // the source throws, as do ReadAll, Decode and Refill.
