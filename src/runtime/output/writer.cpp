@@ -45,9 +45,7 @@ bool clsDiagnosticWriter::IsOn() noexcept {
     return Locked([&] { return HasAudience(); });
 }
 
-bool clsDiagnosticWriter::LookAhead() noexcept {
-    if (gate_.IsShut())
-        return false;
+bool clsDiagnosticWriter::LookAheadNow() noexcept {
     if (!gate_.IsSettled() && !IsOn())
         return false;
     OpenMissingSocket();
