@@ -36,6 +36,8 @@ class alignas(64) clsQuickLock { // alone in its cache line
             WakeOne();
     }
 
+    bool IsTaken() const noexcept { return owner_.load(std::memory_order_relaxed) != nullptr; }
+
     // Whether the calling thread has it. Nobody else writes this thread there.
     bool IsMine() const noexcept { return owner_.load(std::memory_order_relaxed) == PlatformThisThread(); }
 

@@ -75,6 +75,8 @@ class clsDiagnosticWriter {
     void AwaitLook() noexcept;
     void NoteSinks() noexcept;
     bool HasAudience() noexcept;
+    void WriteLocked(std::unique_lock<clsCriticalSection>& lock, std::u16string_view tag,
+                     scLevelChange change, std::u16string_view text) noexcept;
     void HandOut(std::u16string_view tag, scLevelChange change, std::u16string_view text) noexcept;
 
     clsCriticalSection section_;
