@@ -62,6 +62,7 @@ set(TVUT22_FAST_DLL
     platform/letter_case
     platform/process_heap
     platform/processor
+    platform/quick_lock
     platform/spin_lock
     platform/stream
     # For size it would call what may throw, although it never does.

@@ -43,7 +43,8 @@ unsigned long TvutGuardedCall(void (*body)(void*), void* argument) {
 #else
 
 // A registration record on the stack, {previous, handler}, linked into the thread's chain at fs:0. The
-// handler unwinds the chain to the record and goes on after the call with the exception's code.
+// handler unwinds the chain to the record and goes on after the call with the exception's code. Registers
+// that a call keeps are restored there alone: a body that returns has kept them.
 __asm__(R"(
     .text
     .globl _TvutGuardedCall
@@ -61,6 +62,10 @@ _TvutGuardedCall:
     pushl 12(%ebp)
     call *8(%ebp)
     xorl %eax, %eax
+    movl -20(%ebp), %ecx
+    movl %ecx, %fs:0
+    leave
+    ret
 _GuardedEnd:
     movl -20(%ebp), %ecx
     movl %ecx, %fs:0

@@ -43,18 +43,27 @@ scCallStack* UtilpCaptureCallStack(std::size_t skip) noexcept {
     return stack;
 }
 
-void UtilpReleaseCallStack(scCallStack* stack) noexcept {
-    bool used = false;
-    auto look = [&] {
-        used = stack->mark == usedMark;
-        if (used)
-            stack->mark = 0;
-    };
-    if (!stack || PlatformGuarded(look) != 0 || !used)
+scCallStack* UtilpLookAtCallStack(scCallStack* stack) noexcept {
+    if (!stack || stack->mark != usedMark)
+        return nullptr;
+    const_cast<volatile std::uint32_t&>(stack->mark) = usedMark; // fails here and not later
+    return stack;
+}
+
+void UtilpReleaseSoundCallStack(scCallStack* stack) noexcept {
+    if (!stack)
         return;
+    stack->mark = 0;
     auto* const record = reinterpret_cast<scFree*>(stack);
     record->next = freeRecords;
     freeRecords = record;
+}
+
+void UtilpReleaseCallStack(scCallStack* stack) noexcept {
+    scCallStack* sound = nullptr;
+    auto look = [&] { sound = UtilpLookAtCallStack(stack); };
+    if (stack && PlatformGuarded(look) == 0)
+        UtilpReleaseSoundCallStack(sound);
 }
 
 void UtilpForgetCallStacks() noexcept {

@@ -25,6 +25,11 @@ scCallStack* UtilpCaptureCallStack(std::size_t skip) noexcept;
 // Null, and anything that is no record, is passed over: the pointer may come from damaged memory.
 void UtilpReleaseCallStack(scCallStack* stack) noexcept;
 
+// The same in two steps, for callers who have a guard. The look fails where the pointer leads nowhere or
+// cannot be written to; its result is null for what is no record, and released after the guard.
+scCallStack* UtilpLookAtCallStack(scCallStack* stack) noexcept;
+void UtilpReleaseSoundCallStack(scCallStack* stack) noexcept;
+
 // Returns the free records to the system; for when the library is unloaded.
 void UtilpForgetCallStacks() noexcept;
 

@@ -4,10 +4,13 @@
 // Exports take it by the guard of locked_call.h.
 #pragma once
 
-#include "platform/critical_section.h"
+#include "platform/quick_lock.h"
 
 namespace tvut {
 
-clsCriticalSection& UtilpGlobalLock() noexcept;
+inline clsQuickLock& UtilpGlobalLock() noexcept {
+    static constinit clsQuickLock lock;
+    return lock;
+}
 
 } // namespace tvut

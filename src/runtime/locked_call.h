@@ -18,7 +18,7 @@ class clsGlobalLockGuard {
 
   private:
     bool silent_; // found out before the lock is taken
-    std::lock_guard<clsCriticalSection> lock_;
+    std::lock_guard<clsQuickLock> lock_;
 };
 
 } // namespace tvut

@@ -190,8 +190,8 @@ TEST(WholeLines, BeginEachLineAnewWhateverIsCutOff) {
             left -= taken;
             return taken;
         };
-        for (int i = 0; i < 3; ++i)
-            whole.Write(lines[i], append);
+        for (const std::string& written : {lines[0], lines[1] + lines[2]})
+            whole.Write(written, append);
         left = 100;
         whole.Write(lines[3], append);
         ASSERT_GE(file.size(), lines[3].size());

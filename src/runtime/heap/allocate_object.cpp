@@ -13,11 +13,6 @@ namespace {
 
 constexpr std::uint32_t mostReportedFrames = 10; // of a call that asks for a negative size
 
-struct scFound {
-    bool isHeap = false;
-    bool debug = false;
-};
-
 bool IsDebugAllocation(const clsHeapNode& heap, std::uint32_t flags) noexcept {
     return (flags & HeapFlag::neverDebug) == 0 && (heap.IsDebug() || (flags & HeapFlag::debug) != 0);
 }
@@ -29,17 +24,30 @@ DWORD OptionsOf(const clsHeapNode& heap, bool debug, std::uint32_t flags) noexce
     return options | ((flags & HeapFlag::zero) != 0 ? HEAP_ZERO_MEMORY : 0);
 }
 
-// Within the guard. Sizes that cannot be added to are refused: they must not wrap into small blocks.
-clsSystemHeap::scWanted LookAt(clsHeapNode* heap, const scAllocation& wanted, scFound& found) noexcept {
-    found.isHeap = heap->self == heap;
-    if (!found.isHeap || heap->system.IsBroken())
-        return {};
-    found.debug = IsDebugAllocation(*heap, wanted.flags);
+struct scCall : clsSystemHeap::scAllocateCall {
+    scCall(clsHeapNode* handle, const scAllocation& asked) noexcept : heap(handle), wanted(asked) {}
+
+    clsSystemHeap* Look() noexcept;
+
+    clsHeapNode* heap;
+    const scAllocation& wanted;
+    bool isHeap = false; // found by Look, as is the next
+    bool debug = false;
+};
+
+// Sizes that cannot be added to are refused: they must not wrap into small blocks.
+clsSystemHeap* scCall::Look() noexcept {
+    isHeap = heap->self == heap;
+    if (!isHeap || heap->system.IsBroken())
+        return nullptr;
+    debug = IsDebugAllocation(*heap, wanted.flags);
     const auto payloadBytes = static_cast<std::uint32_t>(wanted.size);
-    const std::size_t overhead = found.debug ? debugOverhead : plainOverhead;
+    const std::size_t overhead = debug ? debugOverhead : plainOverhead;
     if (payloadBytes > UINT32_MAX - overhead)
-        return {};
-    return {&heap->system, OptionsOf(*heap, found.debug, wanted.flags), payloadBytes + overhead};
+        return nullptr;
+    options = OptionsOf(*heap, debug, wanted.flags);
+    bytes = payloadBytes + overhead;
+    return &heap->system;
 }
 
 void* MakePlain(void* block) noexcept {
@@ -97,22 +105,21 @@ void ReportFailure(const clsHeapNode& heap, bool debug, std::int32_t size) noexc
 } // namespace
 
 void* UtilpAllocateObject(clsHeapNode* heap, const scAllocation& wanted, unsigned long& exception) noexcept {
-    scFound found;
-    void* const block =
-        clsSystemHeap::Allocate([heap, &wanted, &found] { return LookAt(heap, wanted, found); }, exception);
-    if (!found.isHeap)
+    scCall call(heap, wanted);
+    void* const block = clsSystemHeap::Allocate(call, exception);
+    if (!call.isHeap)
         return nullptr;
     ++heap->allocations;
     heap->mostObjects = std::max(heap->mostObjects, ++heap->objects);
-    if (found.debug && wanted.size < 0)
+    if (call.debug && wanted.size < 0)
         ReportNegativeSize(*heap, wanted.size);
     if (!block) {
-        ReportFailure(*heap, found.debug, wanted.size);
+        ReportFailure(*heap, call.debug, wanted.size);
         exception = heap->system.RaisesExceptions() ? STATUS_NO_MEMORY : 0;
         return nullptr;
     }
-    void* const payload = found.debug ? MakeDebug(*heap, wanted, block) : MakePlain(block);
-    Fill(payload, wanted, found.debug);
+    void* const payload = call.debug ? MakeDebug(*heap, wanted, block) : MakePlain(block);
+    Fill(payload, wanted, call.debug);
     return payload;
 }
 

@@ -21,53 +21,81 @@ struct scFound {
     std::int32_t size = 0;
 };
 
-clsSystemHeap::scBlock BlockOf(clsHeapNode& heap, void* payload, std::uint32_t mark) noexcept {
-    void* const block = mark == debugMark ? static_cast<void*>(HeaderOf(payload)) : &MarkOf(payload);
-    return {&heap.system, block, &MarkOf(payload)};
-}
-
 bool IsWhole(const clsHeapNode& heap, scDebugHeader* header) noexcept {
     return header->magic == debugMagic && header->heap == heap.system.Handle() && header->size >= 0 &&
            HasFence(header);
 }
 
-// Within a guard. Returns a block only where nothing is wrong.
-clsSystemHeap::scBlock LookAt(clsHeapNode* heap, void* payload, bool silent, scFound& found) noexcept {
+// A call that frees what the words before a payload say, once a look at them has found them good.
+struct scCall : clsSystemHeap::scFreeCall {
+    scCall(clsHeapNode* handle, void* object) noexcept : heap(handle), payload(object) {}
+
+    clsSystemHeap* Take() noexcept {
+        mark = &MarkOf(payload);
+        block = found.mark == debugMark ? static_cast<void*>(HeaderOf(payload)) : mark;
+        return &heap->system;
+    }
+
+    clsHeapNode* heap;
+    void* payload;
+    scFound found;
+};
+
+// Looks first, and frees only where nothing is wrong.
+struct scLookingCall : scCall {
+    scLookingCall(clsHeapNode* handle, void* object, bool nobodyListens) noexcept
+        : scCall(handle, object), silent(nobodyListens) {}
+
+    clsSystemHeap* Look() noexcept;
+
+    bool silent;
+};
+
+clsSystemHeap* scLookingCall::Look() noexcept {
     found.isHeap = heap->self == heap;
     if (!found.isHeap)
-        return {};
+        return nullptr;
     found.mark = MarkOf(payload);
     std::atomic_signal_fence(std::memory_order_seq_cst); // is known even if what follows fails
     if (!silent || (found.mark != plainMark && found.mark != debugMark))
-        return {};
+        return nullptr;
     if (found.mark == debugMark) {
         scDebugHeader* const header = HeaderOf(payload);
         if (!IsWhole(*heap, header))
-            return {};
-        found.stack = header->stack;
+            return nullptr;
+        found.stack = UtilpLookAtCallStack(header->stack);
         found.size = header->size;
     }
-    return BlockOf(*heap, payload, found.mark);
+    return Take();
 }
 
-// Frees the block that `look` finds, and counts out the object that it was.
-template <class Look>
-bool Free(clsHeapNode* heap, const scFound& found, Look look) noexcept {
-    if (!clsSystemHeap::Free(look))
+// Frees a block, and counts out the object that it was.
+template <class Call>
+bool Free(Call& call) noexcept {
+    if (!clsSystemHeap::Free(call))
         return false;
-    --heap->objects;
-    if (found.mark == debugMark) {
-        UtilpReleaseCallStack(found.stack);
-        --heap->debugObjects;
-        heap->payloadBytes -= found.size;
+    clsHeapNode& heap = *call.heap;
+    --heap.objects;
+    if (call.found.mark == debugMark) {
+        UtilpReleaseSoundCallStack(call.found.stack);
+        --heap.debugObjects;
+        heap.payloadBytes -= call.found.size;
     }
     return true;
 }
 
 // ---- The long way ----------------------------------------------------------------------------------
 
+struct scLookedAtCall : scCall {
+    using scCall::scCall;
+
+    clsSystemHeap* Look() noexcept { return Take(); }
+};
+
 bool FreeLookedAt(clsHeapNode& heap, void* payload, const scFound& found) noexcept {
-    return Free(&heap, found, [&] { return BlockOf(heap, payload, found.mark); });
+    scLookedAtCall call(&heap, payload);
+    call.found = found;
+    return Free(call);
 }
 
 // The size may be damaged, too: what is filled may end before it.
@@ -173,10 +201,10 @@ HeapResult FreeTheLongWay(clsHeapNode& heap, void* payload, std::uint32_t mark) 
 } // namespace
 
 HeapResult UtilpFreeObject(clsHeapNode* heap, void* payload, bool silent) noexcept {
-    scFound found;
-    if (Free(heap, found, [=, &found] { return LookAt(heap, payload, silent, found); }))
+    scLookingCall call(heap, payload, silent);
+    if (Free(call))
         return HeapResult::success;
-    return found.isHeap ? FreeTheLongWay(*heap, payload, found.mark) : HeapResult::badObject;
+    return call.found.isHeap ? FreeTheLongWay(*heap, payload, call.found.mark) : HeapResult::badObject;
 }
 
 } // namespace tvut

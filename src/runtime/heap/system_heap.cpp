@@ -117,19 +117,15 @@ bool clsSystemHeap::Create(DWORD options) noexcept {
 
 void clsSystemHeap::Destroy() noexcept {
     if (!broken_)
-        Enter([&] { return this; }, [](clsSystemHeap& heap) { HeapDestroy(heap.handle_); });
+        Enter([&] { HeapDestroy(handle_); });
 }
 
 std::size_t clsSystemHeap::SizeOf(const void* block) noexcept {
     if (broken_)
         return 0;
     SIZE_T size = 0;
-    const unsigned long exception = Enter(
-        [&] {
-            LookBefore(block);
-            return this;
-        },
-        [&](clsSystemHeap& heap) { size = HeapSize(heap.handle_, heap.Serialisation(), block); });
+    const unsigned long exception =
+        Enter([&] { LookBefore(block); }, [&] { size = HeapSize(handle_, Serialisation(), block); });
     return exception == 0 ? size : 0;
 }
 
@@ -141,17 +137,15 @@ bool clsSystemHeap::IsValid(const void* block) noexcept {
         [&] {
             if (block)
                 LookBefore(block);
-            return this;
         },
-        [&](clsSystemHeap& heap) { valid = services.validate(heap.handle_, heap.Serialisation(), block); });
+        [&] { valid = services.validate(handle_, Serialisation(), block); });
     return exception == 0 && valid;
 }
 
 std::size_t clsSystemHeap::Compact() noexcept {
     SIZE_T largest = 0;
     if (!broken_)
-        Enter([&] { return this; },
-              [&](clsSystemHeap& heap) { largest = services.compact(heap.handle_, heap.Serialisation()); });
+        Enter([&] { largest = services.compact(handle_, Serialisation()); });
     return broken_ ? 0 : largest;
 }
 

@@ -32,65 +32,55 @@ class clsSystemHeap {
     bool IsSerialised() const noexcept { return (options_ & HEAP_NO_SERIALIZE) == 0; }
     DWORD Options() const noexcept { return options_; }
 
-    // What a look has found: the heap to be entered, or null where that is not to be done, and what for.
-    struct scWanted {
-        clsSystemHeap* heap = nullptr;
-        DWORD options = 0;
-        std::size_t bytes = 0;
+    // Calls of the hot path derive from these: what they look at, ask for and find stands in one object, so
+    // that the guarded code gets one pointer. Their Look, which may fail in the memory of callers, fills in
+    // the rest, and returns the heap to be entered, or null where that is not to be done.
+    struct scCall {
+        clsSystemHeap* entered = nullptr;
     };
-    struct scBlock {
-        clsSystemHeap* heap = nullptr;
-        void* block = nullptr;
-        std::uint32_t* mark = nullptr; // the word of it that is unmade, so that freeing it twice is noticed
+    struct scAllocateCall : scCall {
+        DWORD options;
+        std::size_t bytes;
+    };
+    struct scFreeCall : scCall {
+        void* block;
+        std::uint32_t* mark; // the word of it that is unmade, so that freeing it twice is noticed
     };
 
-    // Both call `look`, which returns one of these and may fail in the memory of callers. The exception is
-    // the system's, 0 for none. What is captured stands in one place, by value where it can: this is the hot
-    // path.
-    template <class Look>
-    static void* Allocate(Look look, unsigned long& exception) noexcept {
-        struct {
-            scWanted wanted;
-            void* block = nullptr;
-        } call;
-        exception = Enter(
-            [look, &call] {
-                call.wanted = look();
-                return Usable(call.wanted.heap);
-            },
-            [&call](clsSystemHeap& heap) {
-                call.block = HeapAlloc(heap.handle_, call.wanted.options, call.wanted.bytes);
-            });
-        if (exception != 0 || !call.block)
+    // The exception is the system's, 0 for none.
+    template <class Call>
+    static void* Allocate(Call& call, unsigned long& exception) noexcept {
+        void* block = nullptr;
+        auto body = [&call, &block] {
+            if (clsSystemHeap* const heap = Usable(call.Look())) {
+                Note(call, *heap);
+                block = HeapAlloc(heap->handle_, call.options, call.bytes);
+            }
+        };
+        exception = Guard(call, body);
+        if (exception != 0 || !block)
             return nullptr;
-        ++call.wanted.heap->blocks_;
-        return call.block;
+        ++call.entered->blocks_;
+        return block;
     }
-    template <class Look>
-    static bool Free(Look look) noexcept {
-        struct {
-            scBlock found;
-            std::uint32_t mark = 0;
-            BOOL freed = FALSE;
-        } call;
-        Enter(
-            [look, &call] {
-                call.found = look();
-                clsSystemHeap* const heap = Usable(call.found.heap);
-                if (heap) {
-                    LookBefore(call.found.block);
-                    call.mark = std::exchange(*call.found.mark, freedMark);
-                }
-                return heap;
-            },
-            [&call](clsSystemHeap& heap) {
-                call.freed = HeapFree(heap.handle_, heap.Serialisation(), call.found.block);
-                if (!call.freed)
-                    *call.found.mark = call.mark;
-            });
-        if (call.freed)
-            --call.found.heap->blocks_;
-        return call.freed != FALSE;
+    template <class Call>
+    static bool Free(Call& call) noexcept {
+        BOOL freed = FALSE;
+        auto body = [&call, &freed] {
+            clsSystemHeap* const heap = Usable(call.Look());
+            if (!heap)
+                return;
+            LookBefore(call.block);
+            const std::uint32_t mark = std::exchange(*call.mark, freedMark);
+            Note(call, *heap);
+            freed = HeapFree(heap->handle_, heap->Serialisation(), call.block);
+            if (!freed)
+                *call.mark = mark;
+        };
+        Guard(call, body);
+        if (freed)
+            --call.entered->blocks_;
+        return freed != FALSE;
     }
 
     // Bytes of a block; 0 where there is no telling.
@@ -117,23 +107,34 @@ class clsSystemHeap {
   private:
     using BlockVisitor = int (*)(void* context, void* block, std::size_t bytes);
 
-    // The guard: `look`, which returns the heap to be entered or null, and then the system's work on it. The
-    // fence keeps in front of the note whatever may fail before.
-    template <class Look, class Work>
-    static unsigned long Enter(Look look, Work work) noexcept {
-        clsSystemHeap* entered = nullptr;
-        auto body = [look, work, &entered] {
-            clsSystemHeap* const heap = look();
-            if (!heap)
-                return;
-            std::atomic_signal_fence(std::memory_order_seq_cst);
-            entered = heap;
-            work(*heap);
-        };
+    // From here on what fails is the heap itself. The fence keeps in front of the note whatever may fail
+    // before.
+    static void Note(scCall& call, clsSystemHeap& heap) noexcept {
+        std::atomic_signal_fence(std::memory_order_seq_cst);
+        call.entered = &heap;
+    }
+    template <class Body>
+    static unsigned long Guard(const scCall& call, Body& body) noexcept {
         const unsigned long exception = PlatformGuarded(body);
-        if (entered && exception != 0 && exception != STATUS_NO_MEMORY)
-            entered->broken_ = true;
+        if (call.entered && exception != 0 && exception != STATUS_NO_MEMORY)
+            call.entered->broken_ = true;
         return exception;
+    }
+
+    // The system's work on this heap, after a look that may fail in the memory of callers.
+    template <class Look, class Work>
+    unsigned long Enter(Look look, Work work) noexcept {
+        scCall call;
+        auto body = [&] {
+            look();
+            Note(call, *this);
+            work();
+        };
+        return Guard(call, body);
+    }
+    template <class Work>
+    unsigned long Enter(Work work) noexcept {
+        return Enter([] {}, work);
     }
 
     static clsSystemHeap* Usable(clsSystemHeap* heap) noexcept {

@@ -1,10 +1,13 @@
 // The file is opened to append only and shared with everybody, so that several processes write to its end and
 // a reader or a rename disturbs nobody. The lock keeps a line whole where the system does not append in one
 // step; flushing takes milliseconds and happens outside of it.
+//
+// Handing lines to the system costs more than making them. So while one thread writes, others put their lines
+// beside each other, and whoever comes next writes all of them with one call. Nobody returns before his line
+// is written; who waits for that lets others run, who may have lines, too.
 #include "runtime/output/log_file.h"
 
 #include "runtime/output/debugger.h"
-#include "runtime/output/narrow_line.h"
 
 #include <mutex>
 
@@ -13,6 +16,7 @@ namespace tvut {
 namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
+constexpr unsigned mostLooks = 120; // some ten writes; then the wait is a long one, and a sleep
 
 } // namespace
 
@@ -29,13 +33,50 @@ void clsLogFile::Open(const wchar_t* name, bool flush) noexcept {
 
 void clsLogFile::Take(const scOutputLine& line) noexcept {
     clsNarrowLine narrow;
-    if (narrow.Set(line.stamped, lineEnd))
-        Write(narrow.View());
-    else
+    if (!narrow.Set(line.stamped, lineEnd)) {
         UtilpWriteToDebugger(u"ERR converting LOGPAN output");
+        return;
+    }
+    const std::lock_guard guard(pending_);
+    lines_[filling_].Put(narrow.View());
+    ++taken_;
 }
 
-void clsLogFile::Write(std::string_view line) noexcept {
+bool clsLogFile::HasRoom() noexcept {
+    const std::lock_guard guard(pending_);
+    return lines_[filling_].HasRoom();
+}
+
+bool clsLogFile::IsWritten(std::uint32_t line) const noexcept {
+    return static_cast<std::int32_t>(written_.load(std::memory_order_acquire) - line) >= 0;
+}
+
+void clsLogFile::Commit(std::uint32_t line) noexcept {
+    for (unsigned looks = 0; !IsWritten(line); ++looks) {
+        if (looks == mostLooks) {
+            writing_.lock();
+        } else if (!writing_.try_lock()) {
+            PlatformPause(looks);
+            continue;
+        }
+        const std::lock_guard writing(writing_, std::adopt_lock);
+        if (!IsWritten(line))
+            WritePending();
+    }
+}
+
+void clsLogFile::WritePending() noexcept {
+    std::unique_lock guard(pending_);
+    clsPending& full = lines_[filling_];
+    filling_ ^= 1;
+    const std::uint32_t last = taken_;
+    guard.unlock();
+    Write(full.View());
+    full.Clear();
+    written_.store(last, std::memory_order_release);
+}
+
+void clsLogFile::Write(std::string_view lines) noexcept {
     const auto append = [&](std::string_view bytes) -> std::size_t {
         DWORD written = 0;
         WriteFile(file_.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
@@ -43,7 +84,7 @@ void clsLogFile::Write(std::string_view line) noexcept {
     };
     {
         const std::lock_guard guard(lock_);
-        lines_.Write(line, append);
+        wholeLines_.Write(lines, append);
     }
     if (flush_)
         FlushFileBuffers(file_.Get());

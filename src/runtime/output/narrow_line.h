@@ -6,7 +6,14 @@
 namespace tvut {
 
 class clsNarrowLine {
+  private:
+    static constexpr std::size_t longestCharacter = 6; // bytes
+    static constexpr std::size_t longestLineEnd = 2;
+
   public:
+    static constexpr std::size_t longest =
+        clsDiagnosticLine::longest * longestCharacter + longestLineEnd; // bytes
+
     // Converts a text of at most clsDiagnosticLine::longest characters, and appends a line end. False, and no
     // text, when it cannot be converted.
     bool Set(std::u16string_view text, std::string_view lineEnd) noexcept;
@@ -14,10 +21,7 @@ class clsNarrowLine {
     std::string_view View() const noexcept { return {bytes_.data(), length_}; }
 
   private:
-    static constexpr std::size_t longestCharacter = 6; // bytes
-    static constexpr std::size_t longestLineEnd = 2;
-
-    std::array<char, clsDiagnosticLine::longest * longestCharacter + longestLineEnd> bytes_;
+    std::array<char, longest> bytes_;
     std::size_t length_ = 0;
 };
 

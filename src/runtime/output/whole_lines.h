@@ -7,16 +7,17 @@ namespace tvut {
 
 class clsWholeLines {
   public:
-    // `append` takes bytes and returns how many of them were taken. Where a part of a line was, the next line
-    // that is taken begins after a line end of its own; until then none is.
+    // One line or several, each with its end. `append` takes bytes and returns how many of them were taken.
+    // Where a part of a line was, the next that is taken begins after a line end of its own; until then none
+    // is.
     template <class Append>
-    void Write(std::string_view line, Append append) noexcept {
+    void Write(std::string_view lines, Append append) noexcept {
         if (torn_)
             torn_ = append(lineEnd) < lineEnd.size();
         if (torn_)
             return;
-        const std::size_t taken = append(line);
-        torn_ = taken > 0 && taken < line.size();
+        const std::string_view taken = lines.substr(0, append(lines));
+        torn_ = !taken.empty() && !taken.ends_with(lineEnd);
     }
 
   private:

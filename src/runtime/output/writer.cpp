@@ -45,9 +45,7 @@ bool clsDiagnosticWriter::IsOn() noexcept {
     return Locked([&] { return HasAudience(); });
 }
 
-bool clsDiagnosticWriter::LookAhead() noexcept {
-    if (gate_.IsShut())
-        return false;
+bool clsDiagnosticWriter::LookAheadNow() noexcept {
     if (!gate_.IsSettled() && !IsOn())
         return false;
     OpenMissingSocket();
@@ -156,9 +154,28 @@ void clsDiagnosticWriter::Write(std::u16string_view tag, scLevelChange change,
     const clsLastErrorKept lastError;
     LookIfDue();
     OpenMissingSocket();
-    const Lock lock(section_);
-    if (!front_.IsWriting() && HasAudience())
-        HandOut(tag, change, text);
+    std::unique_lock lock(section_);
+    WriteLocked(lock, tag, change, text);
+}
+
+// The lock is left before the line is written to the log file, so that others can have theirs written with
+// it.
+void clsDiagnosticWriter::WriteLocked(std::unique_lock<clsCriticalSection>& lock, std::u16string_view tag,
+                                      scLevelChange change, std::u16string_view text) noexcept {
+    if (front_.IsWriting() || logFile_.IsWritingMine())
+        return;
+    while (!logFile_.HasRoom()) {
+        const std::uint32_t last = logFile_.LastTaken();
+        lock.unlock();
+        logFile_.Commit(last);
+        lock.lock();
+    }
+    if (!HasAudience())
+        return;
+    HandOut(tag, change, text);
+    const std::uint32_t last = logFile_.LastTaken();
+    lock.unlock();
+    logFile_.Commit(last);
 }
 
 void clsDiagnosticWriter::HandOut(std::u16string_view tag, scLevelChange change,
@@ -173,9 +190,11 @@ void clsDiagnosticWriter::HandOut(std::u16string_view tag, scLevelChange change,
 }
 
 void clsDiagnosticWriter::WriteIfFree(std::u16string_view text) noexcept {
-    const std::unique_lock lock(section_, std::try_to_lock);
-    if (lock && gate_.IsSettled())
-        Write({}, {0}, text);
+    std::unique_lock lock(section_, std::try_to_lock);
+    if (!lock || !gate_.IsSettled() || gate_.IsShut() || logFile_.IsWriting())
+        return;
+    const clsLastErrorKept lastError;
+    WriteLocked(lock, {}, {0}, text);
 }
 
 // ---- Coming and going ------------------------------------------------------------------------------

@@ -31,7 +31,7 @@ class clsDiagnosticWriter {
     // Makes ready what a line may need, if that is due: for threads that are about to take the global lock.
     // While they have it they look for no viewer, because a thread within the loader may wait for that lock.
     // False when nobody listens at the moment.
-    bool LookAhead() noexcept;
+    bool LookAhead() noexcept { return !gate_.IsShut() && LookAheadNow(); }
 
     void Write(std::u16string_view tag, scLevelChange change, std::u16string_view text) noexcept;
 
@@ -62,6 +62,7 @@ class clsDiagnosticWriter {
         return ask();
     }
 
+    bool LookAheadNow() noexcept;
     bool MayWait() const noexcept;
     void LookIfDue() noexcept;
     bool ClaimLook(When when) noexcept;
@@ -74,6 +75,8 @@ class clsDiagnosticWriter {
     void AwaitLook() noexcept;
     void NoteSinks() noexcept;
     bool HasAudience() noexcept;
+    void WriteLocked(std::unique_lock<clsCriticalSection>& lock, std::u16string_view tag,
+                     scLevelChange change, std::u16string_view text) noexcept;
     void HandOut(std::u16string_view tag, scLevelChange change, std::u16string_view text) noexcept;
 
     clsCriticalSection section_;
