@@ -38,7 +38,7 @@ class clsRoom {
 constexpr std::size_t smallestBlock = 128 * clsRoom::unit;
 constexpr std::size_t largestBlock = 256 * smallestBlock;
 constexpr std::size_t readAtOnce = 256 * 1024;
-constexpr std::size_t decodedAtOnce = 48 * 1024;
+constexpr std::size_t decodedAtOnce = 192 * 1024;
 constexpr std::size_t unfoldedAtOnce = 256 * 1024;
 
 std::size_t Drain(clsByteSource& source, clsByteSink& sink) {
