@@ -20,6 +20,8 @@ struct scSection {
     void (*measure)(const scSettings&, clsReport&);
 };
 
+constexpr std::string_view crowds = "crowds"; // measured only when it is asked for
+
 constexpr scSection sections[] = {
     {"start", MeasureModuleStart}, {"open", MeasureOpen},
     {"save", MeasureSave},         {"memory", MeasureMemory},
@@ -35,6 +37,7 @@ constexpr scSection sections[] = {
     {"window", MeasureWindow},     {"html", MeasureHtml},
     {"regex", MeasureRegEx},       {"docinfo", MeasureDocInfo},
     {"download", MeasureDownload}, {"zip", MeasureZip},
+    {"crowds", MeasureCrowds},
 };
 
 struct scCommandLine {
@@ -45,8 +48,10 @@ struct scCommandLine {
     scSettings settings;
 };
 
-bool Chosen(const scCommandLine& line, const char* name) {
-    return line.only.empty() || std::ranges::find(line.only, name) != line.only.end();
+bool Chosen(const scCommandLine& line, std::string_view name) {
+    if (line.only.empty())
+        return name != crowds;
+    return std::ranges::find(line.only, name) != line.only.end();
 }
 
 // The exit code is the answer: the bytes added, or -1.

@@ -42,8 +42,7 @@ void MeasureModuleStart(const scSettings& settings, clsReport& report) {
                  Probe(L"memory " + Quoted(TVUT22_BENCH_ZLIB)));
     report.Bytes("size of the DLL", static_cast<double>(ReadWholeFile(library).size()), "the limit", 1.5e6,
                  AtMost(1.5e6));
-    report.Remark("Each in a fresh process. Memory is private pages and those of the library's own that it "
-                  "may write to.");
+    report.Remark("Each in a fresh process. Memory is pages of the process's own that it has touched.");
     RemoveFile(profile);
 }
 

@@ -21,6 +21,9 @@ void MeasureDelete(const scSettings& settings, clsReport& report);
 void MeasureHeap(const scSettings& settings, clsReport& report);
 void MeasureHandles(const scSettings& settings, clsReport& report);
 void MeasureDiagnostics(const scSettings& settings, clsReport& report);
+void MeasureCrowds(const scSettings& settings, clsReport& report);
+void MeasureCrowdOfLines(const scSettings& settings, clsReport& report); // parts of that section
+void MeasureCrowdAtHeap(const scSettings& settings, clsReport& report);
 void MeasureHtml(const scSettings& settings, clsReport& report);
 void MeasureRegEx(const scSettings& settings, clsReport& report);
 void MeasureWalk(const scSettings& settings, clsReport& report);
