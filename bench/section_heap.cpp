@@ -125,7 +125,7 @@ void MeasureDelete(int rounds, clsReport& report) {
                                 [&] {
                                     const HANDLE heap = HeapCreate(0, 32768, 0);
                                     for (int i = 0; i < left; ++i)
-                                        HeapAlloc(heap, 0, objectBytes + 32);
+                                        static_cast<void>(HeapAlloc(heap, 0, objectBytes + 32));
                                     const double ns = WalkNs(heap, left);
                                     HeapDestroy(heap);
                                     return ns;

@@ -60,8 +60,9 @@ int Answer(int count, wchar_t** arguments) {
     if (what == L"memory")
         return static_cast<int>(AddedBy(arguments[2], count > 3 ? arguments[3] : nullptr));
     Require(what == L"load", "load or memory");
-    for (int needed = 3; needed < count; ++needed)
-        Load(arguments[needed]);
+    std::vector<HMODULE> needed; // stay loaded
+    for (int at = 3; at < count; ++at)
+        needed.push_back(Load(arguments[at]));
     return static_cast<int>(MedianOfLoading(arguments[2]));
 }
 

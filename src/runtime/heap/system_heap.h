@@ -39,12 +39,12 @@ class clsSystemHeap {
         clsSystemHeap* entered = nullptr;
     };
     struct scAllocateCall : scCall {
-        DWORD options;
-        std::size_t bytes;
+        DWORD options = 0;
+        std::size_t bytes = 0;
     };
     struct scFreeCall : scCall {
-        void* block;
-        std::uint32_t* mark; // the word of it that is unmade, so that freeing it twice is noticed
+        void* block = nullptr;
+        std::uint32_t* mark = nullptr; // the word of it that is unmade, so that freeing it twice is noticed
     };
 
     // The exception is the system's, 0 for none.
