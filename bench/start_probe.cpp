@@ -68,7 +68,7 @@ int Answer(int count, wchar_t** arguments) {
 
 } // namespace
 
-int wmain(int count, wchar_t** arguments) {
+int wmain(int count, wchar_t** arguments) { // NOLINT(readability-identifier-naming): the system calls it so
     try {
         Require(count > 2, "load or memory, and a library");
         return Answer(count, arguments);
