@@ -165,10 +165,7 @@ void clsPageWriter::BeginLine(bool preformatted) {
 }
 
 void clsPageWriter::WriteMarker() {
-    if (marker_.empty())
-        page_ += u"<li>";
-    else
-        page_.append(marker_) += keptBlank;
+    page_.append(marker_.empty() ? u"-" : marker_) += keptBlank;
     page_ += hangingIndent;
 }
 
