@@ -6,6 +6,7 @@
 
 #include "attributes.h"
 #include "characters.h"
+#include "chosen_option.h"
 #include "element_sets.h"
 #include "link_list.h"
 #include "list_marker.h"
@@ -114,11 +115,7 @@ class clsPreparation {
     std::size_t linkDepth_ = 0; // how many elements were open when it began
     std::u16string address_;
 
-    enum class Choice { none, first, said };
-    Choice choice_ = Choice::none; // of the options of a <select>
-    bool hidesOption_ = false;
-    clsPageWriter::scPlace selectStart_;
-
+    clsChosenOption option_;
     std::u16string resolved_;
 };
 
@@ -150,7 +147,7 @@ std::u16string clsPreparation::Run() {
 }
 
 void clsPreparation::Text(std::u16string_view text) {
-    if (hidden_ > 0 || hidesOption_)
+    if (hidden_ > 0 || option_.HidesText())
         return;
     if (preformatted_ > 0)
         writer_.Preformatted(text);
@@ -462,31 +459,22 @@ void clsPreparation::Input(scOpenElement&) {
         Text(u"[" + std::u16string(text) + u"]");
 }
 
-// Of a <select>, the option is shown that is said to be selected, else the first one.
 void clsPreparation::BeginSelect(scOpenElement&) {
     Text(u" ");
-    choice_ = Choice::none;
-    selectStart_ = writer_.Place();
+    option_.BeginSelect(writer_);
 }
 
 void clsPreparation::EndSelect() {
-    hidesOption_ = false;
+    option_.EndSelect();
     Text(u" ");
 }
 
 void clsPreparation::Option(scOpenElement&) {
     constexpr std::array select{Element::select};
-    if (!open_.Find(select)) {
+    if (open_.Find(select))
+        option_.BeginOption(AttributeOf(tokens_.Attributes(), u"selected").has_value(), writer_);
+    else
         writer_.EndLine();
-        return;
-    }
-    const bool isSaid = AttributeOf(tokens_.Attributes(), u"selected").has_value();
-    hidesOption_ = choice_ == Choice::said || (choice_ == Choice::first && !isSaid);
-    if (hidesOption_)
-        return;
-    if (choice_ == Choice::first)
-        writer_.Return(selectStart_);
-    choice_ = isSaid ? Choice::said : Choice::first;
 }
 
 std::u16string_view clsPreparation::Attribute(std::u16string_view name) {
