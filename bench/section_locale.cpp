@@ -154,11 +154,9 @@ void MeasureLocale(const scSettings& settings, clsReport& report) {
     MeasureDates(settings, report);
     MeasureCountries(settings, report);
     report.Remark(
-        "Marks of many sorts: the worst that a text can do. "
-        "Ideographs are not in the list: the first one ends the search. Daylight time: beside the "
-        "system's call there are two dates to calculate and four conversions of file times. Unfolded anew: "
-        "five "
-        "languages in turn, of which four are kept.");
+        "Marks of many sorts: the worst that a text can do. Ideographs are not in the list: the first one "
+        "ends the search. Daylight time: beside the system's call there are two dates to calculate and four "
+        "conversions of file times. Unfolded anew: five languages in turn, of which four are kept.");
 }
 
 } // namespace bench

@@ -188,11 +188,9 @@ void MeasureStrings(const scSettings& settings, clsReport& report) {
     MeasureWriting(comparison);
     report.Remark(
         "msvcrt is the runtime of the system at hand, called through a pointer as the library is. A figure "
-        "is "
-        "the mean over eight alignments. Of the lengths 1 to 64 the one with the median ratio is shown, and "
-        "the "
-        "worst one, without a goal: a function that is short on average may take its time there. The goal is "
-        "the runtime's cost; 5 % is what one function differs by from itself.");
+        "is the mean over eight alignments. Of the lengths 1 to 64 the one with the median ratio is shown, "
+        "and the worst one, without a goal: a function that is short on average may take its time there. "
+        "The goal is the runtime's cost; 5 % is what one function differs by from itself.");
 }
 
 } // namespace bench

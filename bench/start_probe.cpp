@@ -3,11 +3,10 @@
 // A program of its own, linked with nothing of the library's: in one that is, the library's base address is
 // taken, and its pages would have to be relocated. The exit code is the answer, or negative.
 //
-//   tvut22_bench_start load LIBRARY...    nanoseconds of a LoadLibrary of the first, median of 21, while the
-//   others,
-//                                         which it needs, are there
+//   tvut22_bench_start load LIBRARY...
+//       nanoseconds of a LoadLibrary of the first, median of 21, while the others, which it needs, are there
 //   tvut22_bench_start memory LIBRARY [PROFILE]
-//                                         bytes that the process has touched for it, with that profile open
+//       bytes that the process has touched for it, with that profile open
 #include "harness.h"
 #include "machine.h"
 

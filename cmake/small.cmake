@@ -1,6 +1,6 @@
 # What is compiled for size in a release build: what waits for a file, a window, a server or a crash, a fifth of the DLL
-# less. What callers' loops run through is compiled for speed. The lists have
-# beginnings of the names of sources below src/.
+# less. What callers' loops run through is compiled for speed. The lists have beginnings of the names of sources below
+# src/.
 
 # ---- The core -------------------------------------------------------------------------------------------------------
 set(TVUT22_SMALL_CORE
