@@ -28,7 +28,7 @@ clsNameIndex::~clsNameIndex() {
 
 void clsNameIndex::FreeAll() noexcept {
     slab_.Free(links_, LinkCount() * sizeof(scLink));
-    slab_.Free(slots_, capacity_ * sizeof(std::uint32_t));
+    slab_.Free(slots_, Bytes(capacity_));
     links_ = nullptr;
     slots_ = nullptr;
     capacity_ = 0;
@@ -44,11 +44,12 @@ bool clsNameIndex::Reserve(std::uint32_t count) noexcept {
     if (bits > 28)
         return false;
     try {
-        slots_ = static_cast<std::uint32_t*>(slab_.Allocate(sizeof(std::uint32_t) << bits));
+        slots_ = static_cast<std::uint32_t*>(slab_.Allocate(Bytes(1u << bits)));
     } catch (const std::bad_alloc&) {
         return false;
     }
     capacity_ = 1u << bits;
+    taken_ = slots_ + capacity_;
     shift_ = 32 - bits;
     positionBits_ = bits + 1;
     positionMask_ = (1u << positionBits_) - 1;
@@ -56,7 +57,7 @@ bool clsNameIndex::Reserve(std::uint32_t count) noexcept {
 }
 
 void clsNameIndex::Fill(const clsItemSequence& entries) noexcept {
-    std::memset(slots_, 0, capacity_ * sizeof(std::uint32_t));
+    std::memset(taken_, 0, BitBytes(capacity_));
     filled_ = true;
     for (std::uint32_t position = 0; position < entries.End(); ++position) {
         if (entries.End() - position > expectedAhead) // each slot is somewhere else in memory
@@ -68,7 +69,7 @@ void clsNameIndex::Fill(const clsItemSequence& entries) noexcept {
 
 scMatch clsNameIndex::Find(const clsItemSequence& entries, std::uint32_t key,
                            std::u16string_view name) const {
-    const std::uint32_t slot = slots_[SlotOf(entries, key, name)];
+    const std::uint32_t slot = ContentOf(SlotOf(entries, key, name));
     if (slot == 0)
         return {scMatch::notFound, false};
     return {PositionIn(slot), (slot & repeats) != 0};
@@ -76,41 +77,42 @@ scMatch clsNameIndex::Find(const clsItemSequence& entries, std::uint32_t key,
 
 void clsNameIndex::Append(const clsItemSequence& entries, std::uint32_t position) noexcept {
     const clsItem& entry = entries.At(position);
-    std::uint32_t& slot = slots_[SlotOf(entries, entry.key, entry.Name())];
-    if (slot != 0) {
+    const std::uint32_t at = SlotOf(entries, entry.key, entry.Name());
+    if (IsTaken(at)) {
         if (links_)
-            AppendToRing(PositionIn(slot), position);
-        slot |= repeats;
+            AppendToRing(PositionIn(slots_[at]), position);
+        slots_[at] |= repeats;
         return;
     }
     if (links_)
         links_[position] = {position, position};
-    slot = Tag(entry.key) | (position + 1);
+    Put(at, Tag(entry.key) | (position + 1));
 }
 
 // Linear probing without markers: the slots after the gap that may move into it do.
 void clsNameIndex::Remove(const clsItemSequence& entries, std::uint32_t position) noexcept {
     const std::uint32_t mask = capacity_ - 1;
     std::uint32_t gap = SlotOf(entries, entries.At(position).key, entries.At(position).Name());
-    if (slots_[gap] == 0)
+    if (!IsTaken(gap))
         return;
-    for (std::uint32_t at = (gap + 1) & mask; slots_[at] != 0; at = (at + 1) & mask) {
+    for (std::uint32_t at = (gap + 1) & mask; IsTaken(at); at = (at + 1) & mask) {
         const std::uint32_t home = Home(entries.At(PositionIn(slots_[at])).key);
         if (((at - home) & mask) >= ((at - gap) & mask)) {
             slots_[gap] = slots_[at];
             gap = at;
         }
     }
-    slots_[gap] = 0;
+    Clear(gap);
 }
 
 void clsNameIndex::RemoveAt(const clsItemSequence& entries, std::uint32_t position) noexcept {
     const clsItem& entry = entries.At(position);
-    if ((slots_[SlotOf(entries, entry.key, entry.Name())] & repeats) != 0)
+    if ((ContentOf(SlotOf(entries, entry.key, entry.Name())) & repeats) != 0)
         ExpectRepeats(entries); // after which there may turn out to be no other entry
-    std::uint32_t& slot = slots_[SlotOf(entries, entry.key, entry.Name())];
-    if ((slot & repeats) == 0)
+    const std::uint32_t at = SlotOf(entries, entry.key, entry.Name());
+    if ((ContentOf(at) & repeats) == 0)
         return Remove(entries, position);
+    std::uint32_t& slot = slots_[at];
     if (links_)
         return LeaveRing(slot, position);
     if (PositionIn(slot) != position)
@@ -171,7 +173,7 @@ std::uint32_t clsNameIndex::SlotOf(const clsItemSequence& entries, std::uint32_t
     const std::uint32_t mask = capacity_ - 1;
     const std::uint32_t tag = Tag(key);
     std::uint32_t at = Home(key);
-    for (; slots_[at] != 0; at = (at + 1) & mask) {
+    for (; IsTaken(at); at = (at + 1) & mask) {
         if ((slots_[at] & ~(positionMask_ | repeats)) != tag)
             continue;
         const clsItem& entry = entries.At(PositionIn(slots_[at]));

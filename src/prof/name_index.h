@@ -4,6 +4,9 @@
 // that name follow, and, in what bits are left, the low bits of the entry's key, so that hardly any
 // entry is looked at in vain. There is no text of its own: keys and names are the list's entries.
 //
+// A bit for each slot says whether it holds anything. These stay in the processor's cache when the slots do
+// not, and tell of most names that are new that they are, and where they go, without a look at the slots.
+//
 // Its memory is taken when the list grows and its slots are filled at the first lookup: so a lookup
 // never allocates, and a list that is only loaded, walked or appended to pays next to nothing. An index
 // that cannot be had for lack of memory is done without; the walk finds the same.
@@ -63,13 +66,25 @@ class clsNameIndex {
 
     static constexpr std::uint32_t repeats = 0x80000000u;
 
-    // Slots are 0 when free, so that what they hold is a position plus 1.
+    // What a slot holds is a position plus 1, so that it is never 0.
     std::uint32_t PositionIn(std::uint32_t slot) const { return (slot & positionMask_) - 1; }
     std::uint32_t Tag(std::uint32_t key) const { return key << positionBits_ & ~(positionMask_ | repeats); }
     std::uint32_t Home(std::uint32_t key) const { return (key * 0x9E3779B1u) >> shift_; }
     std::uint32_t SlotOf(const clsItemSequence& entries, std::uint32_t key, std::u16string_view name) const;
     void SetPosition(std::uint32_t& slot, std::uint32_t position) const {
         slot = (slot & ~positionMask_) | (position + 1);
+    }
+    bool IsTaken(std::uint32_t slot) const { return (taken_[slot / 32] >> slot % 32 & 1) != 0; }
+    std::uint32_t ContentOf(std::uint32_t slot) const { return IsTaken(slot) ? slots_[slot] : 0; }
+    void Put(std::uint32_t slot, std::uint32_t content) {
+        slots_[slot] = content;
+        taken_[slot / 32] |= 1u << slot % 32;
+    }
+    void Clear(std::uint32_t slot) { taken_[slot / 32] &= ~(1u << slot % 32); }
+    // The bits follow the slots.
+    static std::size_t BitBytes(std::uint32_t capacity) { return capacity / 8; }
+    static std::size_t Bytes(std::uint32_t capacity) {
+        return capacity * sizeof(std::uint32_t) + BitBytes(capacity);
     }
     std::uint32_t LinkCount() const { return capacity_ / 2; }
     void Chain(const clsItemSequence& entries) noexcept;
@@ -79,7 +94,8 @@ class clsNameIndex {
 
     clsSlab& slab_;
     std::uint32_t* slots_ = nullptr;
-    std::uint32_t capacity_ = 0; // a power of two
+    std::uint32_t* taken_ = nullptr; // bits
+    std::uint32_t capacity_ = 0;     // a power of two
     std::uint32_t shift_ = 32;
     std::uint32_t positionBits_ = 0;
     std::uint32_t positionMask_ = 0;

@@ -37,37 +37,41 @@ struct scNotAscii {
     }
 };
 
-// Copies characters as bytes, which is right if all are ASCII: returns whether they are.
+// Copies characters as bytes, which is right if all are ASCII: returns whether they are. Pieces may overlap.
 inline bool UtilpNarrowAscii(char* out, std::u16string_view text) {
     const std::size_t length = text.size();
-    std::size_t at = 0;
-    char16_t seen = 0;
-    const char16_t* const begin = text.data();
-    __m128i all = _mm_setzero_si128();
-    for (; length - at >= 16; at += 16) {
-        const __m128i low = UtilpLoadEight(begin + at);
-        const __m128i high = UtilpLoadEight(begin + at + 8);
+    const char16_t* const from = text.data();
+    const auto sixteen = [=](std::size_t at) {
+        const __m128i low = UtilpLoadEight(from + at), high = UtilpLoadEight(from + at + 8);
         _mm_storeu_si128(reinterpret_cast<__m128i*>(out + at), _mm_packus_epi16(low, high));
-        all = _mm_or_si128(all, _mm_or_si128(low, high));
+        return _mm_or_si128(low, high);
+    };
+    __m128i all;
+    if (length >= 16) {
+        all = sixteen(length - 16);
+        for (std::size_t at = 0; at + 16 < length; at += 16)
+            all = _mm_or_si128(all, sixteen(at));
+    } else if (length >= 8) {
+        const __m128i first = UtilpLoadEight(from), last = UtilpLoadEight(from + length - 8);
+        const __m128i bytes = _mm_packus_epi16(first, last);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(out), bytes);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(out + length - 8), _mm_unpackhi_epi64(bytes, bytes));
+        all = _mm_or_si128(first, last);
+    } else if (length >= 4) {
+        all = _mm_unpacklo_epi64(UtilpLoadFour(from), UtilpLoadFour(from + length - 4));
+        const __m128i bytes = _mm_packus_epi16(all, all);
+        const int first = _mm_cvtsi128_si32(bytes), last = _mm_cvtsi128_si32(_mm_srli_si128(bytes, 4));
+        std::memcpy(out, &first, sizeof first);
+        std::memcpy(out + length - 4, &last, sizeof last);
+    } else {
+        bool isAscii = true;
+        for (std::size_t at = 0; at < length; ++at) {
+            out[at] = static_cast<char>(text[at]);
+            isAscii &= text[at] < 0x80;
+        }
+        return isAscii;
     }
-    if (length - at >= 4) {
-        const auto narrow = [&](std::size_t place) {
-            const __m128i block = UtilpLoadFour(begin + at + place);
-            const int bytes = _mm_cvtsi128_si32(_mm_packus_epi16(block, block));
-            std::memcpy(out + at + place, &bytes, sizeof bytes);
-            return block;
-        };
-        const clsQuarters quarters(length - at);
-        all = _mm_or_si128(all, _mm_or_si128(quarters.LowerHalf(narrow), quarters.UpperHalf(narrow)));
-        at = length;
-    }
-    if (_mm_movemask_epi8(_mm_cmpeq_epi16(_mm_srli_epi16(all, 7), _mm_setzero_si128())) != 0xFFFF)
-        return false;
-    for (; at < length; ++at) {
-        out[at] = static_cast<char>(text[at]);
-        seen |= text[at];
-    }
-    return seen < 0x80;
+    return _mm_movemask_epi8(_mm_cmpeq_epi16(_mm_srli_epi16(all, 7), _mm_setzero_si128())) == 0xFFFF;
 }
 
 namespace detail {
