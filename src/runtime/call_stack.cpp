@@ -4,9 +4,11 @@
 #include "runtime/call_stack.h"
 
 #include "platform/guarded.h"
+#include "platform/own_frame.h"
 #include "platform/process_heap.h"
+#include "runtime/frame_chain.h"
 
-#include <windows.h>
+#include <algorithm>
 
 namespace tvut {
 
@@ -20,7 +22,8 @@ constexpr std::uint32_t usedMark = 0x5AC4CA11;
 struct scFree {
     scFree* next;
 };
-scFree* freeRecords = nullptr; // guarded by the global lock
+scFree* freeRecords = nullptr; // guarded by the global lock, as is the next
+constinit clsFrameChain chain;
 
 void* TakeRecord() noexcept {
     scFree* const record = freeRecords;
@@ -37,9 +40,11 @@ scCallStack* UtilpCaptureCallStack(std::size_t skip) noexcept {
     if (!stack)
         return nullptr;
     stack->mark = usedMark;
-    stack->count =
-        CaptureStackBackTrace(static_cast<DWORD>(skip), static_cast<DWORD>(scCallStack::mostFrames),
-                              const_cast<void**>(stack->addresses.data()), nullptr);
+    auto frames = chain.Walk(static_cast<const scFrameLink*>(PlatformOwnFrame()), PlatformStackEnd());
+    frames = frames.subspan(std::min(skip, frames.size()));
+    stack->count = static_cast<std::uint32_t>(std::min(frames.size(), scCallStack::mostFrames));
+    std::transform(frames.begin(), frames.begin() + stack->count, stack->addresses.begin(),
+                   [](const scFrameLink& frame) { return frame.returnsTo; });
     return stack;
 }
 

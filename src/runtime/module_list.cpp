@@ -57,7 +57,7 @@ clsModuleNode* clsModuleList::Add(std::u16string_view name, std::int32_t flags) 
     job->flags = flags;
     job->references = 1;
     if (job->Traced())
-        job->creation = UtilpCaptureCallStack(1);
+        job->creation = UtilpCaptureCallStack(0);
     job->previous = tail_;
     (tail_ ? tail_->next : head_) = job;
     tail_ = job;

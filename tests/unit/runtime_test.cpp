@@ -1,10 +1,13 @@
-// The registry of jobs, and which frames are a caller's.
+// The registry of jobs, the frames of a stack, and which of them are a caller's.
 #include "runtime/diagnostic_group.h"
+#include "runtime/frame_chain.h"
 #include "runtime/frame_kinds.h"
 #include "runtime/module_list.h"
 #include "unit/native_platform.h"
 
 #include <gtest/gtest.h>
+
+#include <random>
 
 namespace tvut {
 namespace {
@@ -20,6 +23,41 @@ TEST(Frames, OfCallersAreFound) {
         const scFrameRange callers = UtilpFramesOfCallers(kinds);
         EXPECT_EQ(callers.first, std::min(expected.find('['), kinds.size())) << expected;
         EXPECT_EQ(callers.end + 1, std::min(expected.find(']'), kinds.size() + 1)) << expected;
+    }
+}
+
+std::vector<const void*> WalkPlainly(const scFrameLink* frame, const scFrameLink* stackEnd) {
+    std::vector<const void*> addresses;
+    for (const scFrameLink* below = nullptr;
+         addresses.size() != clsFrameChain::most && frame > below && frame < stackEnd; frame = below->next) {
+        addresses.push_back(frame->returnsTo);
+        below = frame;
+    }
+    return addresses;
+}
+
+// Calls and returns at random, of which some leave other addresses or a damaged chain, on two stacks of which
+// some have shrunk.
+TEST(Frames, AreWalkedAsIfForTheFirstTime) {
+    std::mt19937 random(1);
+    std::array<scFrameLink, 200> memory{};
+    clsFrameChain chain;
+    for (int round = 0; round < 20'000; ++round) {
+        const std::size_t stackBegin = round % 16 == 0 ? 100 : 0;
+        const std::size_t stackEnd = stackBegin + 100 - random() % 10;
+        const std::size_t first = stackBegin + random() % 90;
+        const auto change = [&](std::size_t at) {
+            const std::size_t next = random() % 20 == 0 ? random() % memory.size() : at + 1 + random() % 3;
+            memory[at] = {next < stackEnd ? &memory[next] : nullptr, &memory[random() % 50]};
+        };
+        for (std::size_t at = first; at < std::min(first + random() % 8, stackEnd); ++at)
+            change(at);
+        if (random() % 8 == 0)
+            change(first + random() % (stackEnd - first));
+        std::vector<const void*> addresses;
+        for (const scFrameLink& link : chain.Walk(&memory[first], memory.data() + stackEnd))
+            addresses.push_back(link.returnsTo);
+        ASSERT_EQ(addresses, WalkPlainly(&memory[first], memory.data() + stackEnd));
     }
 }
 

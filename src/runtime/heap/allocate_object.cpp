@@ -58,7 +58,7 @@ void* MakePlain(void* block) noexcept {
 
 void* MakeDebug(clsHeapNode& heap, const scAllocation& wanted, void* block) noexcept {
     auto* const header = static_cast<scDebugHeader*>(block);
-    scCallStack* const stack = (wanted.flags & HeapFlag::noStack) == 0 ? UtilpCaptureCallStack(2) : nullptr;
+    scCallStack* const stack = (wanted.flags & HeapFlag::noStack) == 0 ? UtilpCaptureCallStack(1) : nullptr;
     *header = {debugMagic, heap.system.Handle(), GetTickCount(), stack, wanted.tag, wanted.size, debugMark};
     PutFence(header);
     heap.payloadBytes += wanted.size;
@@ -90,7 +90,7 @@ void ReportNegativeSize(const clsHeapNode& heap, std::int32_t size) noexcept {
     if (!UtilpDiagnosticsOn())
         return;
     const clsDiagnosticGroup report(true, CallLine(heap, true, size));
-    if (scCallStack* const stack = UtilpCaptureCallStack(1)) {
+    if (scCallStack* const stack = UtilpCaptureCallStack(0)) {
         stack->count = std::min(stack->count, mostReportedFrames);
         UtilpReportCallStack(u"Memory object allocation", stack);
         UtilpReleaseCallStack(stack);

@@ -38,7 +38,7 @@ clsHeapNode* MakeNode(clsModuleNode& module, std::u16string_view name, std::uint
         return nullptr;
     }
     if (heap->IsDebug()) {
-        heap->creation = UtilpCaptureCallStack(1);
+        heap->creation = UtilpCaptureCallStack(0);
         UtilpWantStackNames();
     }
     heap->self = heap;
