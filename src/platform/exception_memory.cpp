@@ -9,8 +9,6 @@
 
 #ifdef __MINGW32__
 
-#include "platform/exception.h"
-
 #include <array>
 #include <atomic>
 #include <cstddef>
@@ -136,16 +134,10 @@ void __gnu_cxx::__verbose_terminate_handler() {
 
 namespace tvut {
 
-// The first throw sorts the tables that unwinding searches and allocates the lock around them. Without
-// memory it would fail in ways that cannot be caught, so it happens now.
+// Nothing is made ready beyond that: the first throw sorts the tables that unwinding searches, which takes
+// as long as all else of loading, and searches them as they are where it has no memory for that.
 bool PlatformExceptionsBegin() noexcept {
-    if (globalsSlot == TLS_OUT_OF_INDEXES)
-        return false;
-    try {
-        throw clsException("none");
-    } catch (const clsException&) { // all is ready now
-    }
-    return true;
+    return globalsSlot != TLS_OUT_OF_INDEXES;
 }
 
 void PlatformThreadEnds() noexcept {

@@ -3,8 +3,7 @@
 
 namespace tvut {
 
-// The library is loaded: makes what the runtime makes at the first exception of a process. False when
-// the process has no room left for what each thread keeps.
+// The library is loaded. False when the process has no room left for what each thread keeps.
 bool PlatformExceptionsBegin() noexcept;
 
 // A thread ends, or the library is unloaded: what the calling thread holds is released.
