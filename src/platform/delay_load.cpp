@@ -92,7 +92,7 @@ extern "C" FARPROC WINAPI __delayLoadHelper2(const scDelayedLibrary* library, FA
 namespace tvut {
 
 bool PlatformMayBind(const wchar_t* library) noexcept {
-    return GetModuleHandleW(library) || !PlatformHoldsLoaderLock();
+    return !PlatformHoldsLoaderLock() || GetModuleHandleW(library);
 }
 
 } // namespace tvut

@@ -60,10 +60,11 @@ bool PlatformProcessEnds() noexcept {
     return ends && ends() != FALSE;
 }
 
+// Asked by name, the system may look through folders for a library that is not loaded.
 bool PlatformWindowsAreUp() noexcept {
     const auto processBlock = currentProcessBlock.Get();
-    return GetModuleHandleW(L"user32.dll") && processBlock &&
-           *reinterpret_cast<void**>(processBlock() + callbackTableAt);
+    return processBlock && *reinterpret_cast<void**>(processBlock() + callbackTableAt) &&
+           GetModuleHandleW(L"user32.dll");
 }
 
 } // namespace tvut

@@ -1,7 +1,6 @@
 // The library when it is loaded and unloaded, and when the process around it ends.
 #include "support/beside_test.h"
 #include "support/copy.h"
-#include "support/counted_allocations.h"
 #include "support/import_hook.h"
 #include "support/roles.h"
 
@@ -132,17 +131,6 @@ TEST(Loading, LeavesNothingBehind) {
     EXPECT_LT(BusyBlocks(), blocks + cycleCount / 2) << "what threads and the loader keep";
 }
 
-// Child: nothing has been thrown yet when memory runs out.
-void ThrowWithoutMemory() {
-    const clsCountedAllocations none(1);
-    const ProfJob job = ProfJobOpenW(L"no file");
-    ExitProcess(job && ProfGetError(job) == PROF_OK ? 2 : 17);
-}
-
-TEST(Loading, TheFirstExceptionNeedsNoMemory) {
-    EXPECT_EQ(clsChild(L"memoryless").ExitCodeUnlessItHangs(), 17u);
-}
-
 // Programs of the same compiler may have its runtime as a DLL; the library's own must not mix with it.
 TEST(Loading, WorksBesideTheCompilersRuntime) {
     const auto file = BesideTest("../compiler_runtime/libgcc_s_dw2-1.dll").make_preferred();
@@ -206,7 +194,6 @@ TEST(LateBinding, GivesNoWindowsToAProcessWithoutThem) {
 
 const Roles roles = {{"throwing", EndWhileThrowing},
                      {"open", EndWithAllOpen},
-                     {"memoryless", ThrowWithoutMemory},
                      {"hooked", CallThroughHook},
                      {"windowless", StayWithoutWindows}};
 

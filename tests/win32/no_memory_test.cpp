@@ -1,4 +1,5 @@
 // Memory: reading needs none; when there is none, every call fails cleanly and changes nothing.
+#include "support/child.h"
 #include "support/counted_allocations.h"
 #include "support/text_calls.h"
 
@@ -212,6 +213,12 @@ TYPED_TEST(Memory, EveryCallFailsCleanlyAndTheJobWorksOn) {
     EXPECT_EQ(TextOf(job, L"number"), L"43");
     EXPECT_NE(TextOf(job, L"New/deep/path/with/a/name"), L"<none>");
     EXPECT_EQ(Describe(Opened(Saved(job))), Describe(job));
+}
+
+// In a process that has not thrown anything before.
+TEST(FailingAllocation, LeavesTheFirstExceptionToBeThrown) {
+    const clsChild alone(L"--gtest_filter=*EveryCallFailsCleanly*");
+    EXPECT_EQ(alone.ExitCodeUnlessItHangs(), 0u);
 }
 
 } // namespace
