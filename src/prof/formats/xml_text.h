@@ -63,8 +63,9 @@ inline std::size_t ProfpEscapedLength(std::u16string_view text) {
     return UtilpLengthBefore<scXmlSpecial>(text) == text.size() ? text.size() : detail::EscapedLength(text);
 }
 
-// The text is copied first and looked at while that is done.
-inline void ProfpPutEscaped(clsReservedOutput<char16_t>& output, std::u16string_view text) {
+// The text is copied first and looked at while that is done. In line, so that the place where the output
+// stands stays in a register.
+TVUT_ALWAYS_INLINE void ProfpPutEscaped(clsReservedOutput<char16_t>& output, std::u16string_view text) {
     const bool special = UtilpCopyFinding<scXmlSpecial>(output.Next(), text);
     output.Took(special ? detail::PutEscaped(output.Next(), text) : text.size());
 }
