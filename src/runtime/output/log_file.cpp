@@ -4,7 +4,9 @@
 //
 // Handing lines to the system costs more than making them. So while one thread writes, others put their lines
 // beside each other, and whoever comes next writes all of them with one call. Nobody returns before his line
-// is written; who waits for that lets others run, who may have lines, too.
+// is written; who waits for that lets others run, who may have lines, too. Once several lines came together,
+// whoever writes next lets others run first: a switch of threads, which each of them needs anyway, costs less
+// than a write. When a line comes alone again, that ends.
 #include "runtime/output/log_file.h"
 
 #include "runtime/output/debugger.h"
@@ -55,13 +57,19 @@ void clsLogFile::Commit(std::uint32_t line) noexcept {
     for (unsigned looks = 0; !IsWritten(line); ++looks) {
         if (looks == mostLooks) {
             writing_.lock();
-        } else if (!writing_.try_lock()) {
-            PlatformPause(looks);
+        } else if (writing_.IsTaken() || !writing_.try_lock()) {
+            if (IsInCrowd())
+                SwitchToThread();
+            else
+                PlatformPause(looks);
             continue;
         }
         const std::lock_guard writing(writing_, std::adopt_lock);
-        if (!IsWritten(line))
+        if (!IsWritten(line)) {
+            if (IsInCrowd())
+                SwitchToThread(); // others put their lines beside this one
             WritePending();
+        }
     }
 }
 
@@ -71,6 +79,7 @@ void clsLogFile::WritePending() noexcept {
     filling_ ^= 1;
     const std::uint32_t last = taken_;
     guard.unlock();
+    inCrowd_.store(last - written_.load(std::memory_order_relaxed) > 1, std::memory_order_relaxed);
     Write(full.View());
     full.Clear();
     written_.store(last, std::memory_order_release);

@@ -51,6 +51,7 @@ class clsLogFile final : public IclsLineSink {
     };
 
     bool IsWritten(std::uint32_t line) const noexcept;
+    bool IsInCrowd() const noexcept { return inCrowd_.load(std::memory_order_relaxed); }
     void WritePending() noexcept;
     void Write(std::string_view lines) noexcept;
 
@@ -66,6 +67,7 @@ class clsLogFile final : public IclsLineSink {
 
     clsQuickLock writing_;
     std::atomic<std::uint32_t> written_{0}; // of those that were taken
+    std::atomic<bool> inCrowd_{false};      // several lines were written by the last call
 };
 
 } // namespace tvut

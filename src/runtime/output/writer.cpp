@@ -17,6 +17,16 @@ std::uint32_t Milliseconds() noexcept {
     return GetTickCount();
 }
 
+// What a line says of its thread, which needs no lock.
+scOutputLine OwnLine(std::u16string_view tag, std::u16string_view text) noexcept {
+    scOutputLine line;
+    line.tag = tag;
+    line.text = text;
+    line.stamp.thread = GetCurrentThreadId();
+    line.stamp.processor = GetCurrentProcessorNumber();
+    return line;
+}
+
 clsDiagnosticWriter writer;
 
 } // namespace
@@ -154,14 +164,15 @@ void clsDiagnosticWriter::Write(std::u16string_view tag, scLevelChange change,
     const clsLastErrorKept lastError;
     LookIfDue();
     OpenMissingSocket();
+    scOutputLine line = OwnLine(tag, text);
     std::unique_lock lock(section_);
-    WriteLocked(lock, tag, change, text);
+    WriteLocked(lock, line, change);
 }
 
 // The lock is left before the line is written to the log file, so that others can have theirs written with
 // it.
-void clsDiagnosticWriter::WriteLocked(std::unique_lock<clsCriticalSection>& lock, std::u16string_view tag,
-                                      scLevelChange change, std::u16string_view text) noexcept {
+void clsDiagnosticWriter::WriteLocked(std::unique_lock<clsCriticalSection>& lock, scOutputLine& line,
+                                      scLevelChange change) noexcept {
     if (front_.IsWriting() || logFile_.IsWritingMine())
         return;
     while (!logFile_.HasRoom()) {
@@ -172,19 +183,13 @@ void clsDiagnosticWriter::WriteLocked(std::unique_lock<clsCriticalSection>& lock
     }
     if (!HasAudience())
         return;
-    HandOut(tag, change, text);
+    HandOut(line, change);
     const std::uint32_t last = logFile_.LastTaken();
     lock.unlock();
     logFile_.Commit(last);
 }
 
-void clsDiagnosticWriter::HandOut(std::u16string_view tag, scLevelChange change,
-                                  std::u16string_view text) noexcept {
-    scOutputLine line;
-    line.tag = tag;
-    line.text = text;
-    line.stamp.thread = GetCurrentThreadId();
-    line.stamp.processor = GetCurrentProcessorNumber();
+void clsDiagnosticWriter::HandOut(scOutputLine& line, scLevelChange change) noexcept {
     clock_.Stamp(line);
     front_.Write(shared_.Words(), line, change);
 }
@@ -194,7 +199,8 @@ void clsDiagnosticWriter::WriteIfFree(std::u16string_view text) noexcept {
     if (!lock || !gate_.IsSettled() || gate_.IsShut() || logFile_.IsWriting())
         return;
     const clsLastErrorKept lastError;
-    WriteLocked(lock, {}, {0}, text);
+    scOutputLine line = OwnLine({}, text);
+    WriteLocked(lock, line, {0});
 }
 
 // ---- Coming and going ------------------------------------------------------------------------------

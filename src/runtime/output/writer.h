@@ -75,9 +75,9 @@ class clsDiagnosticWriter {
     void AwaitLook() noexcept;
     void NoteSinks() noexcept;
     bool HasAudience() noexcept;
-    void WriteLocked(std::unique_lock<clsCriticalSection>& lock, std::u16string_view tag,
-                     scLevelChange change, std::u16string_view text) noexcept;
-    void HandOut(std::u16string_view tag, scLevelChange change, std::u16string_view text) noexcept;
+    void WriteLocked(std::unique_lock<clsCriticalSection>& lock, scOutputLine& line,
+                     scLevelChange change) noexcept;
+    void HandOut(scOutputLine& line, scLevelChange change) noexcept;
 
     clsCriticalSection section_;
     clsAudienceGate gate_;
