@@ -52,6 +52,27 @@ inline const char16_t* UtilpFindAny(const char16_t* text, const char16_t* end, c
     return text;
 }
 
+// Calls a function for the units that are some, from the last one on, until it says that it has found what it
+// looks for; returns the place, or null. What is next does not wait for what was there.
+template <class IsWanted>
+const char16_t* UtilpFindLastOf(const char16_t* text, const char16_t* end, const clsFewUnits& units,
+                                IsWanted isWanted) {
+    for (; end - text >= 8; end -= 8) {
+        for (unsigned marks = units.Marks(UtilpLoadEight(end - 8)); marks != 0;) {
+            const int bit = 31 - std::countl_zero(marks); // the upper one of two a unit
+            const char16_t* const place = end - 8 + bit / 2;
+            if (isWanted(place))
+                return place;
+            marks ^= 3u << (bit - 1);
+        }
+    }
+    while (end != text) {
+        if (units.Hold(*--end) && isWanted(end))
+            return end;
+    }
+    return nullptr;
+}
+
 // The last unit of a kind; null when there is none.
 const char16_t* UtilpFindLast(const char16_t* text, const char16_t* end, char16_t unit);
 

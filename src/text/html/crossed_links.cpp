@@ -21,27 +21,6 @@ bool EndsWith(const char16_t* text, const char16_t* end, std::u16string_view par
            UtilpEqual({end - part.size(), part.size()}, part);
 }
 
-// Calls a function for the units that are some, from the last one on, until it says that it has found what it
-// looks for; returns the place, or null. What is next does not wait for what was there.
-template <class IsWanted>
-const char16_t* FindLastOf(const char16_t* text, const char16_t* end, const clsFewUnits& units,
-                           IsWanted isWanted) {
-    for (; end - text >= 8; end -= 8) {
-        for (unsigned marks = units.Marks(UtilpLoadEight(end - 8)); marks != 0;) {
-            const int bit = 31 - std::countl_zero(marks); // the upper one of two a unit
-            const char16_t* const place = end - 8 + bit / 2;
-            if (isWanted(place))
-                return place;
-            marks ^= 3u << (bit - 1);
-        }
-    }
-    while (end != text) {
-        if (units.Hold(*--end) && isWanted(end))
-            return end;
-    }
-    return nullptr;
-}
-
 } // namespace
 
 // What is reserved costs nothing until it is touched, while growing would touch twice as much. Few texts need
@@ -61,7 +40,7 @@ clsCrossedLinks::Index clsCrossedLinks::ReadBlock() {
     const Index number = AddBlock();
     scBlock block{unread, unread, none, none, {}, false};
     const char16_t* pieceEnd = unreadEnd_; // what is not in a piece yet ends here
-    unreadEnd_ = FindLastOf(text_, unreadEnd_, {u'<', u'>', u'"'}, [&](const char16_t* place) {
+    unreadEnd_ = UtilpFindLastOf(text_, unreadEnd_, {u'<', u'>', u'"'}, [&](const char16_t* place) {
         if (*place == u'<') {
             matters_ = matters_ || (textEnd_ - place > 1 && place[1] == linkStart.back());
             return false;

@@ -18,18 +18,21 @@ std::u16string_view Between(const char16_t* start, const char16_t* end) {
     return {start, static_cast<std::size_t>(end - start)};
 }
 
-// The last <a with white space after it that lies wholly before an end.
+// The last href=" of a text: quotation marks are rarer than what may begin it.
+const char16_t* FindLastAddress(const char16_t* text, const char16_t* end) {
+    constexpr std::ptrdiff_t before = linkAddress.size() - 1;
+    const char16_t* const quote =
+        UtilpFindLastOf(text, end, {linkAddress.back()}, [=](const char16_t* place) {
+            return place - text >= before && UtilpEqual({place - before, linkAddress.size()}, linkAddress);
+        });
+    return quote ? quote - before : nullptr;
+}
+
+// The last <a of a text that white space follows.
 const char16_t* FindLastStart(const char16_t* text, const char16_t* end) {
-    for (const char16_t* stop = end; text != stop;) {
-        const char16_t* const found = UtilpFindLast(text, stop, linkStart);
-        if (!found)
-            return nullptr;
-        const char16_t* const after = found + linkStart.size();
-        if (after != end && UtilpIsPatternBlank(*after))
-            return found;
-        stop = found + 1;
-    }
-    return nullptr;
+    return UtilpFindLastOf(text, end, {linkStart.front()}, [=](const char16_t* place) {
+        return end - place > 2 && place[1] == linkStart.back() && UtilpIsPatternBlank(place[2]);
+    });
 }
 
 // A link's label and address change places. In one memory, what is put first may hit the label.
@@ -66,10 +69,13 @@ void ResolveCrossed(std::u16string_view text, clsBackwardText& result) {
 } // namespace
 
 bool UtilpFindLastLink(std::u16string_view text, scLink& link) {
+    const char16_t* const end = UtilpFindLast(text.data(), text.data() + text.size(), linkEnd);
+    return end && UtilpFindLinkBefore(Between(text.data(), end), link);
+}
+
+bool UtilpFindLinkBefore(std::u16string_view text, scLink& link) {
     const char16_t* const start = text.data();
-    link.labelEnd = UtilpFindLast(start, start + text.size(), linkEnd);
-    if (!link.labelEnd)
-        return false;
+    link.labelEnd = start + text.size();
     const char16_t* const tagEnd = UtilpFindLast(start, link.labelEnd, u'>');
     if (!tagEnd)
         return false;
@@ -77,7 +83,7 @@ bool UtilpFindLastLink(std::u16string_view text, scLink& link) {
     link.addressEnd = UtilpFindLast(start, tagEnd, u'"');
     if (!link.addressEnd)
         return false;
-    const char16_t* const attribute = UtilpFindLast(start, link.addressEnd, linkAddress);
+    const char16_t* const attribute = FindLastAddress(start, link.addressEnd);
     if (!attribute)
         return false;
     link.address = attribute + linkAddress.size();

@@ -35,6 +35,9 @@ struct scLink {
 // Whether there is a link; fills in its parts.
 bool UtilpFindLastLink(std::u16string_view text, scLink& link);
 
+// The same, with a text that ends at the </a>, which is not part of it.
+bool UtilpFindLinkBefore(std::u16string_view text, scLink& link);
+
 // Writes the whole text with its links resolved, given the last of them. The text may end where the result
 // does, or before it in the same memory. Throws std::bad_alloc.
 void UtilpResolveLinks(std::u16string_view text, scLink link, clsBackwardText& result);

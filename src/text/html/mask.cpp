@@ -1,45 +1,15 @@
 // Masking and demasking: characters to references and back.
-#include "text/digits.h"
 #include "text/find.h"
 #include "text/html/entities.h"
 #include "text/html/html.h"
 #include "text/html/mask_run.h"
+#include "text/html/references.h"
 
 #include <algorithm>
-#include <cwchar>
-#include <optional>
 
 namespace tvut {
 
 namespace {
-
-// What the C runtime makes of other things than plain digits: blanks, signs, a second 0x, digits of other
-// scripts. Nothing when the number does not end where the text does.
-std::optional<long> RuntimeNumber(std::u16string_view digits, int base) {
-    std::array<wchar_t, longestReference> text{};
-    std::copy(digits.begin(), digits.end(), text.begin());
-    wchar_t* end = nullptr;
-    const long number = std::wcstol(text.data(), &end, base);
-    return end == text.data() + digits.size() ? std::optional(number) : std::nullopt;
-}
-
-// The unit of &#65; or &#x41;, given what is between # and ;. 0 when there is none.
-char16_t NumberedUnit(std::u16string_view digits) {
-    unsigned base = 10;
-    if (digits.starts_with(u'x')) {
-        base = 16;
-        digits.remove_prefix(1);
-    }
-    unsigned number = 0;
-    bool plain = true;
-    for (const char16_t digit : digits) {
-        plain = plain && UtilpDigitOf(digit) < base;
-        number = number * base + UtilpDigitOf(digit);
-    }
-    if (!plain)
-        number = static_cast<unsigned>(RuntimeNumber(digits, static_cast<int>(base)).value_or(0));
-    return static_cast<char16_t>(number);
-}
 
 // The unit of a reference as masking writes it, &#x20ac;, of which the first unit is here: four digits in
 // either case. 0 when it is written in another way.
@@ -133,16 +103,6 @@ void CopyInWindow(const char16_t* from, char16_t* to, unsigned count) {
         copy(16);
 }
 
-bool IsNumber(std::u16string_view reference) {
-    return reference[1] == u'#';
-}
-
-// What a reference from & to ; stands for; 0 when it is none.
-char16_t UnitOf(std::u16string_view reference, const char16_t* end) {
-    return IsNumber(reference) ? NumberedUnit(reference.substr(2, reference.size() - 3))
-                               : UtilpNamedUnit(reference.substr(1, reference.size() - 2), end);
-}
-
 // Writes a text into another place or further to the front of the same.
 class clsDemasker {
   public:
@@ -192,7 +152,8 @@ class clsDemasker {
                     }
                 }
                 const unsigned length = window.LengthToSemicolon(ampersand);
-                const char16_t unit = length <= longestReference ? UnitOf({next + at, length}, end_) : u'\0';
+                const char16_t unit =
+                    length <= longestReference ? UtilpReferencedUnit({next + at, length}, end_) : u'\0';
                 near = unit != 0;
                 if (!near)
                     break;
@@ -233,10 +194,10 @@ class clsDemasker {
 
     // A number that is none loses its ampersand, and what follows that is text; an unknown name stays.
     void Take(std::u16string_view reference) {
-        if (const char16_t unit = UnitOf(reference, end_); unit != 0) {
+        if (const char16_t unit = UtilpReferencedUnit(reference, end_); unit != 0) {
             *out_++ = unit;
             next_ += reference.size();
-        } else if (IsNumber(reference)) {
+        } else if (UtilpIsNumber(reference)) {
             ++next_;
         } else {
             CopyTo(next_ + reference.size());

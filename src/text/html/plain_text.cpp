@@ -1,18 +1,17 @@
-// A page as plain text, pass after pass: no pass makes the text longer.
+// A page as plain text in two passes, of which none makes the text longer: comments and links, then all else.
+// Where links are not whole, comments go first and links are resolved from the end.
 #include "text/find.h"
-#include "text/html/finish.h"
+#include "text/html/comments.h"
 #include "text/html/html.h"
 #include "text/html/links.h"
-#include "text/html/tag_scan.h"
+#include "text/html/render.h"
+#include "text/html/whole_links.h"
 
 #include <algorithm>
 
 namespace tvut {
 
 namespace {
-
-constexpr std::u16string_view commentStart = u"<!--";
-constexpr std::u16string_view commentEnd = u"-->";
 
 // The first whole comment of a text; null when there is none.
 const char16_t* FindComment(const char16_t* text, const char16_t* end, const char16_t*& after) {
@@ -45,22 +44,18 @@ std::u16string_view WithoutComments(std::u16string_view html, char16_t* buffer) 
     return {buffer, static_cast<std::size_t>(out - buffer)};
 }
 
-std::size_t Render(std::u16string_view html, HtmlForm form, char16_t* result) {
-    std::size_t length = UtilpRenderTags(html, form, result);
-    length = UtilpDemask({result, length}, result);
-    return UtilpFinishPlainText({result, length}, result);
-}
-
 } // namespace
 
 std::size_t UtilpHtmlToPlainText(std::u16string_view html, HtmlForm form, char16_t* result) {
+    if (const auto resolved = UtilpResolveWholeLinks(html, result))
+        return UtilpRenderPage(*resolved, form, result);
     const std::u16string_view text = WithoutComments(html, result);
     scLink link;
     if (!UtilpFindLastLink(text, link))
-        return Render(text, form, result);
+        return UtilpRenderPage(text, form, result);
     clsBackwardText resolved(result + html.size());
     UtilpResolveLinks(text, link, resolved);
-    return Render(resolved.View(), form, result);
+    return UtilpRenderPage(resolved.View(), form, result);
 }
 
 } // namespace tvut

@@ -1,0 +1,128 @@
+// The rounds of links.h run from the end, since a link may reach back over the ends of others. None does
+// where each </a> finds all parts of its link after the </a> before it: the last ones in the text are then
+// the last ones there, and each link can be resolved when its end is met. They are looked for in the page,
+// and only where a comment stood between them in what was put.
+#include "text/html/whole_links.h"
+
+#include "text/find.h"
+#include "text/html/comments.h"
+#include "text/html/link_marks.h"
+#include "text/html/links.h"
+
+#include <string>
+
+namespace tvut {
+
+namespace {
+
+std::u16string_view Between(const char16_t* start, const char16_t* end) {
+    return {start, static_cast<std::size_t>(end - start)};
+}
+
+class clsWholeLinks {
+  public:
+    clsWholeLinks(std::u16string_view html, char16_t* buffer)
+        : html_(html), next_(html.data()), end_(html.data() + html.size()), buffer_(buffer), out_(buffer),
+          afterLink_(buffer) {}
+
+    std::optional<std::u16string_view> Run() {
+        const char16_t* mark = FindMark(next_);
+        while (mark != end_) {
+            const std::u16string_view rest = Between(mark, end_);
+            const char16_t* after = mark + 1;
+            if (rest.starts_with(linkEnd)) {
+                if (!TakeLink(mark))
+                    return {};
+                after = next_ = mark + linkEnd.size();
+            } else if (!isRestOpen_ && rest.starts_with(commentStart)) {
+                if (const char16_t* const afterComment = TakeComment(mark))
+                    after = next_ = afterComment;
+                if (IsSeam())
+                    return {};
+            }
+            mark = FindMark(after);
+        }
+        if (next_ == html_.data())
+            return html_;
+        Put(Between(next_, end_));
+        return Between(buffer_, out_);
+    }
+
+  private:
+    // The next place where a comment may begin or a link end, by two units that stand there.
+    const char16_t* FindMark(const char16_t* text) const {
+        const clsFewUnits third{linkEnd[2], isRestOpen_ ? linkEnd[2] : commentStart[2]};
+        const auto marks = [&](const char16_t* place) {
+            return clsFewUnits{u'<'}.Marks(UtilpLoadEight(place)) & third.Marks(UtilpLoadEight(place + 2));
+        };
+        for (; end_ - text >= 18; text += 16) {
+            if (const unsigned found = marks(text) | marks(text + 8) << 16; found != 0)
+                return text + UtilpFirstUnit(found);
+        }
+        while (text != end_ && *text != u'<')
+            ++text;
+        return text;
+    }
+
+    // Returns its end; null when it has none, as then no other has.
+    const char16_t* TakeComment(const char16_t* comment) {
+        const char16_t* const close = UtilpFindFirst(comment + commentStart.size(), end_, commentEnd);
+        isRestOpen_ = !close;
+        if (!close)
+            return nullptr;
+        Put(Between(next_, comment));
+        return close + commentEnd.size();
+    }
+
+    // Whether what a comment stood in may be the end of a link without it. That is left to the way that takes
+    // all comments out first.
+    bool IsSeam() const {
+        const std::u16string_view before = Between(buffer_, out_);
+        return before.ends_with(u"<") || before.ends_with(u"</") || before.ends_with(u"</a");
+    }
+
+    // What has to be looked for in what was put moves within it.
+    bool TakeLink(const char16_t* labelEnd) {
+        scLink link;
+        if (UtilpFindLinkBefore(Between(next_, labelEnd), link)) {
+            Put(Between(next_, link.start));
+            PutLink(link.Label(), link.Address());
+            return true;
+        }
+        if (out_ == afterLink_)
+            return false;
+        Put(Between(next_, labelEnd));
+        if (!UtilpFindLinkBefore(Between(afterLink_, out_), link))
+            return false;
+        const std::u16string label(link.Label()), address(link.Address());
+        out_ = afterLink_ + (link.start - afterLink_);
+        PutLink(label, address);
+        return true;
+    }
+
+    void PutLink(std::u16string_view label, std::u16string_view address) {
+        for (const std::u16string_view part : {label, beforeAddress, address, afterAddress})
+            Put(part);
+        afterLink_ = out_;
+    }
+    void Put(std::u16string_view text) {
+        UtilpCopy(out_, text.data(), text.size());
+        out_ += text.size();
+    }
+
+    std::u16string_view html_;
+    const char16_t* next_; // what is before has been put
+    const char16_t* end_;
+    char16_t* buffer_;
+    char16_t* out_;
+    char16_t* afterLink_;     // what was put after the last link
+    bool isRestOpen_ = false; // a comment that begins is not closed any more
+};
+
+} // namespace
+
+std::optional<std::u16string_view> UtilpResolveWholeLinks(std::u16string_view html, char16_t* buffer) {
+    return clsWholeLinks(html, buffer).Run();
+}
+
+} // namespace tvut
