@@ -17,10 +17,10 @@ using namespace tvut;
 namespace {
 
 // The core knows no public header of this family.
-static_assert(HeapFlag::zero == UTIL_HEAP_ZERO && HeapFlag::fill == UTIL_HEAP_FILL &&
-              HeapFlag::noStack == UTIL_HEAP_NO_STACK && HeapFlag::unserialised == UTIL_HEAP_UNSERIALISED &&
-              HeapFlag::exceptions == UTIL_HEAP_EXCEPTIONS && HeapFlag::neverDebug == UTIL_HEAP_NEVER_DEBUG &&
-              HeapFlag::silentDelete == UTIL_HEAP_SILENT_DELETE && HeapFlag::debug == UTIL_HEAP_DEBUG);
+static_assert(heapFlag::zero == UTIL_HEAP_ZERO && heapFlag::fill == UTIL_HEAP_FILL &&
+              heapFlag::noStack == UTIL_HEAP_NO_STACK && heapFlag::unserialised == UTIL_HEAP_UNSERIALISED &&
+              heapFlag::exceptions == UTIL_HEAP_EXCEPTIONS && heapFlag::neverDebug == UTIL_HEAP_NEVER_DEBUG &&
+              heapFlag::silentDelete == UTIL_HEAP_SILENT_DELETE && heapFlag::debug == UTIL_HEAP_DEBUG);
 
 constexpr bool Is(HeapResult result, INT number) {
     return static_cast<INT>(result) == number;

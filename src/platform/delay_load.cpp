@@ -20,6 +20,8 @@
 #include <cstdint>
 #include <cstring>
 
+// The linker's name, as is the other one below.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 namespace {
@@ -80,7 +82,8 @@ FARPROC Bind(const scDelayedLibrary& library, const FARPROC* asked) noexcept {
 
 } // namespace
 
-// The linker's name for it; called by the pieces.
+// Called by the pieces.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" FARPROC WINAPI __delayLoadHelper2(const scDelayedLibrary* library, FARPROC* entry) {
     const tvut::clsLastErrorKept lastError;
     const FARPROC found = Bind(*library, entry);

@@ -91,7 +91,7 @@ const DWORD globalsSlot = TlsAlloc();
 } // namespace
 
 // The names are the runtime's.
-// NOLINTBEGIN(bugprone-reserved-identifier)
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" {
 
 void* __cxa_allocate_exception(std::size_t bytes) noexcept {
@@ -130,7 +130,7 @@ scGlobals* __cxa_get_globals_fast() noexcept {
 void __gnu_cxx::__verbose_terminate_handler() {
     std::abort();
 }
-// NOLINTEND(bugprone-reserved-identifier)
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 
 namespace tvut {
 

@@ -11,7 +11,9 @@
 
 #include <string>
 
-extern "C" IMAGE_DOS_HEADER __ImageBase; // NOLINT(bugprone-reserved-identifier): the linker's
+// The linker's name.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming)
+extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 namespace tvut {
 

@@ -14,14 +14,14 @@ namespace {
 constexpr std::uint32_t mostReportedFrames = 10; // of a call that asks for a negative size
 
 bool IsDebugAllocation(const clsHeapNode& heap, std::uint32_t flags) noexcept {
-    return (flags & HeapFlag::neverDebug) == 0 && (heap.IsDebug() || (flags & HeapFlag::debug) != 0);
+    return (flags & heapFlag::neverDebug) == 0 && (heap.IsDebug() || (flags & heapFlag::debug) != 0);
 }
 
 DWORD OptionsOf(const clsHeapNode& heap, bool debug, std::uint32_t flags) noexcept {
     const DWORD options = heap.system.Options();
     if (debug)
-        return (flags & HeapFlag::zero) | (options & HEAP_GENERATE_EXCEPTIONS);
-    return options | ((flags & HeapFlag::zero) != 0 ? HEAP_ZERO_MEMORY : 0);
+        return (flags & heapFlag::zero) | (options & HEAP_GENERATE_EXCEPTIONS);
+    return options | ((flags & heapFlag::zero) != 0 ? HEAP_ZERO_MEMORY : 0);
 }
 
 struct scCall : clsSystemHeap::scAllocateCall {
@@ -58,7 +58,7 @@ void* MakePlain(void* block) noexcept {
 
 void* MakeDebug(clsHeapNode& heap, const scAllocation& wanted, void* block) noexcept {
     auto* const header = static_cast<scDebugHeader*>(block);
-    scCallStack* const stack = (wanted.flags & HeapFlag::noStack) == 0 ? UtilpCaptureCallStack(1) : nullptr;
+    scCallStack* const stack = (wanted.flags & heapFlag::noStack) == 0 ? UtilpCaptureCallStack(1) : nullptr;
     *header = {debugMagic, heap.system.Handle(), GetTickCount(), stack, wanted.tag, wanted.size, debugMark};
     PutFence(header);
     heap.payloadBytes += wanted.size;
@@ -69,10 +69,10 @@ void* MakeDebug(clsHeapNode& heap, const scAllocation& wanted, void* block) noex
 // Plain objects come zeroed from the system.
 void Fill(void* payload, const scAllocation& wanted, bool debug) noexcept {
     const auto bytes = static_cast<std::size_t>(wanted.size);
-    if ((wanted.flags & HeapFlag::zero) != 0) {
+    if ((wanted.flags & heapFlag::zero) != 0) {
         if (debug)
             std::memset(payload, 0, bytes);
-    } else if ((wanted.flags & HeapFlag::fill) != 0) {
+    } else if ((wanted.flags & heapFlag::fill) != 0) {
         std::memset(payload, freshFill, bytes);
     }
 }

@@ -16,14 +16,14 @@ namespace tvut {
 namespace {
 
 std::uint32_t FlagsOf(const clsModuleNode& module, std::uint32_t flags) noexcept {
-    if ((flags & HeapFlag::neverDebug) != 0)
-        return flags & ~HeapFlag::debug;
-    return (module.flags & clsModuleNode::debugHeapsFlag) != 0 ? flags | HeapFlag::debug : flags;
+    if ((flags & heapFlag::neverDebug) != 0)
+        return flags & ~heapFlag::debug;
+    return (module.flags & clsModuleNode::debugHeapsFlag) != 0 ? flags | heapFlag::debug : flags;
 }
 
 DWORD OptionsOf(std::uint32_t flags) noexcept {
-    return ((flags & HeapFlag::unserialised) != 0 ? HEAP_NO_SERIALIZE : 0u) |
-           ((flags & HeapFlag::exceptions) != 0 ? HEAP_GENERATE_EXCEPTIONS : 0u);
+    return ((flags & heapFlag::unserialised) != 0 ? HEAP_NO_SERIALIZE : 0u) |
+           ((flags & heapFlag::exceptions) != 0 ? HEAP_GENERATE_EXCEPTIONS : 0u);
 }
 
 clsHeapNode* MakeNode(clsModuleNode& module, std::u16string_view name, std::uint32_t flags) noexcept {
@@ -68,7 +68,7 @@ void ReportStatistics(const clsHeapNode& heap) noexcept {
 }
 
 void ReportLeftObjects(clsHeapNode& heap) noexcept {
-    if (heap.objects <= 0 || (heap.flags & HeapFlag::silentDelete) != 0)
+    if (heap.objects <= 0 || (heap.flags & heapFlag::silentDelete) != 0)
         return;
     const clsDiagnosticGroup report(
         true, clsDiagnosticLine().Put(u"Warning: deleting heap, but objects are left:"));
@@ -96,7 +96,7 @@ void Report(clsHeapNode& heap) noexcept {
 } // namespace
 
 clsHeapNode* UtilpCreateHeap(clsModuleNode& module, std::u16string_view name, std::uint32_t flags) noexcept {
-    if ((flags & HeapFlag::refused) != 0)
+    if ((flags & heapFlag::refused) != 0)
         return nullptr;
     clsHeapNode* const heap = MakeNode(module, name, flags);
     if (!heap) {

@@ -19,7 +19,7 @@ enum class HeapResult : std::int32_t {
 };
 
 // Flags of heaps and of allocations.
-namespace HeapFlag {
+namespace heapFlag {
 constexpr std::uint32_t zero = 0x1;    // allocation: zeroed
 constexpr std::uint32_t fill = 0x2;    // allocation: filled
 constexpr std::uint32_t noStack = 0x4; // allocation: DEBUG without a call stack
@@ -29,7 +29,7 @@ constexpr std::uint32_t neverDebug = 0x40;
 constexpr std::uint32_t refused = 0x80;
 constexpr std::uint32_t silentDelete = 0x100;
 constexpr std::uint32_t debug = 0x40000000;
-} // namespace HeapFlag
+} // namespace heapFlag
 
 // A heap; its handle is the record's address. Made in zeroed memory.
 struct clsHeapNode {
@@ -49,7 +49,7 @@ struct clsHeapNode {
     clsHeapNode* previous;
     const void* self; // the record's address: tells a heap from what a stale handle leads to
 
-    bool IsDebug() const noexcept { return (flags & HeapFlag::debug) != 0; }
+    bool IsDebug() const noexcept { return (flags & heapFlag::debug) != 0; }
     bool Traced() const noexcept { return module->Traced(); }
     std::u16string_view ShownName() const noexcept { return name[0] ? name.data() : u"(NULL)"; }
 };

@@ -22,9 +22,9 @@ void* UtilpRuntimeAllocate(std::int32_t size, std::uint32_t flags) noexcept {
     if (!word)
         return nullptr;
     *word = size;
-    if ((flags & HeapFlag::zero) != 0)
+    if ((flags & heapFlag::zero) != 0)
         std::memset(word + 1, 0, bytes);
-    else if ((flags & HeapFlag::fill) != 0)
+    else if ((flags & heapFlag::fill) != 0)
         std::memset(word + 1, freshFill, bytes);
     return word + 1;
 }
