@@ -15,6 +15,7 @@ namespace tvut {
 namespace {
 
 static_assert(sizeof(scCallStack) == 360);
+static_assert(clsFrameChain::most == scCallStack::mostFrames + 1); // callers skip one at most
 
 constexpr std::uint32_t usedMark = 0x5AC4CA11;
 

@@ -1,3 +1,5 @@
+// A walk collects what is not as it was until it comes to a frame from which all is. That part moves to its
+// new place among the links; where the chain is longer than there was room for before, the walk goes on.
 #include "runtime/frame_chain.h"
 
 #include <algorithm>

@@ -21,7 +21,7 @@ struct scFrameLink {
 // Remembers what the last walk has met. For one thread at a time, but each on its own stack.
 class clsFrameChain {
   public:
-    static constexpr std::size_t most = 41; // what reports show, and one of our own
+    static constexpr std::size_t most = 41;
 
     // What stands in a frame, which is on the stack, and in those above it. The walk ends at one that is not
     // aligned, not above the one before it, or not on the stack. The result is good until the next walk.

@@ -103,6 +103,11 @@ class clsReservedOutput {
     Unit* next_;
 };
 
+// Values mostly lie one after the other in memory: fetches those that come some items after one.
+inline void ProfpFetchAhead(std::u16string_view value) {
+    UtilpPrefetch(value.data() + 256);
+}
+
 // Calls put(output) with reserved room for at most some characters, or with the output itself when they
 // are more than fit into its block.
 template <class Unit, class PutLine>

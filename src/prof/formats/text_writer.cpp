@@ -33,7 +33,7 @@ class clsWriter {
     void Item(const clsItem& item, std::uint32_t level) {
         const std::u16string_view name = item.Name();
         const std::u16string_view value = item.Value();
-        UtilpPrefetch(value.data() + 256);
+        ProfpFetchAhead(value);
         const std::uint64_t length = ProfpIndentationLength(level) + name.size() + value.size() + 3;
         ProfpPutInOnePiece(output_, length, [&](auto& line) {
             line.PutIndentation(level);

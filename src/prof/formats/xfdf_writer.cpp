@@ -47,7 +47,7 @@ class clsWriter {
     void Item(const clsItem& item, std::uint32_t level) {
         const std::u16string_view name = item.Name();
         const std::u16string_view value = item.Value();
-        UtilpPrefetch(value.data() + 256);
+        ProfpFetchAhead(value);
         const std::uint64_t most =
             ItemFrame(level) + longestUtf8 * (std::uint64_t{name.size()} + value.size());
         ProfpPutInOnePiece(output_, most, [&](auto& lines) {

@@ -36,7 +36,7 @@ class clsWriter {
     void Item(const clsItem& item, std::uint32_t level) {
         const std::u16string_view name = item.Name();
         const std::u16string_view value = item.Value();
-        UtilpPrefetch(value.data() + 256);
+        ProfpFetchAhead(value);
         const std::uint64_t most = ProfpIndentationLength(level) + xmlItemBegin.size() + itemMiddle.size() +
                                    xmlItemEnd.size() +
                                    clsXmlReference::longest * (std::uint64_t{name.size()} + value.size());

@@ -26,7 +26,8 @@ std::size_t UtilpHtmlLength(std::u16string_view text, HtmlForm form);
 void UtilpTextToHtml(std::u16string_view text, HtmlForm form, std::span<char16_t> result);
 
 // A page as plain text. The result needs room for as much as the page, in another place; returns its length.
-// Where links cross, it needs memory of its own meanwhile and throws std::bad_alloc when there is none.
+// Where links cross, or a comment stands in one, it needs memory of its own meanwhile and throws
+// std::bad_alloc when there is none.
 std::size_t UtilpHtmlToPlainText(std::u16string_view html, HtmlForm form, char16_t* result);
 
 } // namespace tvut

@@ -32,17 +32,12 @@ class clsPlainWriter {
     static constexpr std::ptrdiff_t margin = 8;
 
     // Eight units of which none needs a decision.
-    void PutPlain(__m128i block, bool endsBlank) {
-        PutLineEnds();
-        Store(block);
-        out_ += 8;
-        afterBlank_ = endsBlank;
-    }
+    void PutPlain(__m128i block, bool endsBlank) { PutPlainStart(block, 8, endsBlank); }
 
     // The first ones of eight units, of which none of these needs a decision.
     void PutPlainStart(__m128i block, std::size_t count, bool endsBlank) {
         PutLineEnds();
-        Store(block);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out_), block);
         out_ += count;
         afterBlank_ = endsBlank;
     }
@@ -83,8 +78,6 @@ class clsPlainWriter {
 
     // Without the object, whose members would have to stay in memory for it.
     static char16_t* PutLimited(char16_t* out, std::size_t lineEnds);
-
-    void Store(__m128i block) { _mm_storeu_si128(reinterpret_cast<__m128i*>(out_), block); }
 
     char16_t* out_;
     std::size_t lineEnds_ = 0;

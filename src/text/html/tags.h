@@ -35,7 +35,7 @@ inline __m128i UtilpLoadTag(const char16_t* name) {
     return _mm_packus_epi16(UtilpLoadEight(name), UtilpLoadEight(name + 8));
 }
 
-namespace detail {
+namespace tagTable {
 
 struct scMeaning {
     std::string_view name;
@@ -195,7 +195,7 @@ inline constexpr auto keptBytes = [] {
     return bytes;
 }();
 
-} // namespace detail
+} // namespace tagTable
 
 // By the length of its name, at most that of the window, with the slash of a closing tag. Names compare
 // without regard to the case of ASCII letters. Null for a tag that means nothing.
@@ -205,10 +205,11 @@ inline constexpr auto keptBytes = [] {
 inline const scTag* UtilpFindTag(__m128i window, std::size_t nameLength) {
     const auto load = [](const void* bytes) { return _mm_loadu_si128(static_cast<const __m128i*>(bytes)); };
     const __m128i lower = _mm_or_si128(window, _mm_and_si128(_mm_srli_epi16(window, 1), _mm_set1_epi8(0x20)));
-    const __m128i key = _mm_and_si128(lower, load(detail::keptBytes.data() + detail::keySize - nameLength));
+    const __m128i key =
+        _mm_and_si128(lower, load(tagTable::keptBytes.data() + tagTable::keySize - nameLength));
     const std::size_t place =
-        detail::PlaceOf(static_cast<std::uint32_t>(_mm_cvtsi128_si32(key)), detail::factor);
-    const detail::scKnownTag& known = detail::knownTags[detail::places[place]];
+        tagTable::PlaceOf(static_cast<std::uint32_t>(_mm_cvtsi128_si32(key)), tagTable::factor);
+    const tagTable::scKnownTag& known = tagTable::knownTags[tagTable::places[place]];
     const int same = _mm_movemask_epi8(_mm_cmpeq_epi8(key, load(known.key.data())));
     return same == 0xFFFF && known.length == nameLength ? &known.tag : nullptr;
 }
