@@ -41,6 +41,11 @@ inline __m128i UtilpLoadEight(const char16_t* text) {
     return _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
 }
 
+// Sixteen units as bytes. Other units than those of Latin-1 become 0 or 255.
+inline __m128i UtilpNarrowSixteen(const char16_t* text) {
+    return _mm_packus_epi16(UtilpLoadEight(text), UtilpLoadEight(text + 8));
+}
+
 // Four units, in the lower half.
 inline __m128i UtilpLoadFour(const char16_t* text) {
     return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(text));

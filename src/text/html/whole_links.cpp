@@ -8,7 +8,10 @@
 #include "text/html/comments.h"
 #include "text/html/link_marks.h"
 #include "text/html/links.h"
+#include "text/units.h"
 
+#include <bit>
+#include <cstring>
 #include <string>
 
 namespace tvut {
@@ -28,13 +31,12 @@ class clsWholeLinks {
     std::optional<std::u16string_view> Run() {
         const char16_t* mark = FindMark(next_);
         while (mark != end_) {
-            const std::u16string_view rest = Between(mark, end_);
             const char16_t* after = mark + 1;
-            if (rest.starts_with(linkEnd)) {
+            if (Begins(mark, linkEnd)) {
                 if (!TakeLink(mark))
                     return {};
                 after = next_ = mark + linkEnd.size();
-            } else if (!isRestOpen_ && rest.starts_with(commentStart)) {
+            } else if (!isRestOpen_ && Begins(mark, commentStart)) {
                 if (const char16_t* const afterComment = TakeComment(mark))
                     after = next_ = afterComment;
                 if (IsSeam())
@@ -51,17 +53,29 @@ class clsWholeLinks {
   private:
     // The next place where a comment may begin or a link end, by two units that stand there.
     const char16_t* FindMark(const char16_t* text) const {
-        const clsFewUnits third{linkEnd[2], isRestOpen_ ? linkEnd[2] : commentStart[2]};
-        const auto marks = [&](const char16_t* place) {
-            return clsFewUnits{u'<'}.Marks(UtilpLoadEight(place)) & third.Marks(UtilpLoadEight(place + 2));
+        // The last two of sixteen wait for the next ones.
+        const auto marks = [third = isRestOpen_ ? linkEnd[2] : commentStart[2]](const char16_t* place) {
+            const __m128i bytes = UtilpNarrowSixteen(place);
+            const auto equal = [=](char16_t unit) {
+                return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(static_cast<char>(unit)));
+            };
+            const auto bits = [](__m128i some) { return static_cast<unsigned>(_mm_movemask_epi8(some)); };
+            return bits(equal(u'<')) & bits(_mm_or_si128(equal(linkEnd[2]), equal(third))) >> 2;
         };
-        for (; end_ - text >= 18; text += 16) {
-            if (const unsigned found = marks(text) | marks(text + 8) << 16; found != 0)
-                return text + UtilpFirstUnit(found);
+        constexpr std::ptrdiff_t step = 14;
+        for (; end_ - text >= 2 * step + 2; text += 2 * step) {
+            if (const unsigned found = marks(text) | marks(text + step) << step; found != 0)
+                return text + std::countr_zero(found);
         }
         while (text != end_ && *text != u'<')
             ++text;
         return text;
+    }
+
+    // Whether one of the two, both of which have four units, begins at a place.
+    bool Begins(const char16_t* place, std::u16string_view mark) const {
+        static_assert(linkEnd.size() == 4 && commentStart.size() == 4);
+        return end_ - place >= 4 && std::memcmp(place, mark.data(), 4 * sizeof(char16_t)) == 0;
     }
 
     // Returns its end; null when it has none, as then no other has.
@@ -78,6 +92,8 @@ class clsWholeLinks {
     // all comments out first.
     bool IsSeam() const {
         const std::u16string_view before = Between(buffer_, out_);
+        if (before.empty() || linkEnd.find(before.back()) == linkEnd.npos)
+            return false; // as nearly always
         return before.ends_with(u"<") || before.ends_with(u"</") || before.ends_with(u"</a");
     }
 
