@@ -9,6 +9,8 @@ set(TVUT22_SMALL_CORE
     files/
     runtime/crash/
     window/
+    # Forms that another program wrote are imported once.
+    prof/formats/xfdf_foreign
     # Variants, of which a profile has few.
     prof/variant_layout
     # Names of countries and languages are unfolded once and kept.

@@ -5,6 +5,7 @@
 // unit that stays puts them out. A row of bracket characters is decided by the depth before it.
 #pragma once
 
+#include "text/html/page_units.h"
 #include "text/html/tags.h"
 #include "text/units.h"
 
@@ -14,32 +15,48 @@
 
 namespace tvut {
 
-constexpr char16_t noBreakSpace = 0xA0, openQuote = 0xAB, closeQuote = 0xBB;
-
 class clsPlainWriter {
   public:
     explicit clsPlainWriter(char16_t* result) : out_(result) {}
 
     // Where the next unit comes to stand, at most.
     char16_t* End() const { return out_ + lineEnds_; }
-    char16_t* Finish() {
-        PutLineEnds();
-        return out_;
-    }
+    char16_t* Finish() { return PutLimited(out_, lineEnds_); }
     bool IsAfterBlank() const { return afterBlank_; }
 
-    // How many units after those they put the next functions may write over.
-    static constexpr std::ptrdiff_t margin = 8;
-
     // Eight units of which none needs a decision.
-    void PutPlain(__m128i block, bool endsBlank) { PutPlainStart(block, 8, endsBlank); }
-
-    // The first ones of eight units, of which none of these needs a decision.
-    void PutPlainStart(__m128i block, std::size_t count, bool endsBlank) {
+    void PutPlain(__m128i block, bool endsBlank) {
         PutLineEnds();
         _mm_storeu_si128(reinterpret_cast<__m128i*>(out_), block);
+        out_ += 8;
+        afterBlank_ = endsBlank;
+    }
+
+    // At most 32 units of which none needs a decision, and at least one; with a margin as many may be read
+    // and written over.
+    void PutRun(const char16_t* text, std::size_t count, bool endsBlank, bool hasMargin) {
+        PutLineEnds();
+        if (hasMargin) {
+            const auto copy = [=, this](std::size_t at) {
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(out_ + at), UtilpLoadEight(text + at));
+            };
+            copy(0);
+            copy(8);
+            if (count > 16) {
+                copy(16);
+                copy(24);
+            }
+        } else {
+            std::memmove(out_, text, count * sizeof(char16_t));
+        }
         out_ += count;
         afterBlank_ = endsBlank;
+    }
+    // A unit that is neither a line end nor a bracket character.
+    void TakePlain(char16_t unit, bool isBlank) {
+        if (!isBlank || !afterBlank_)
+            Put(unit);
+        afterBlank_ = isBlank;
     }
 
     // What stands for a tag. Branches, because a place that is computed from the tag would make all that is
@@ -70,9 +87,16 @@ class clsPlainWriter {
         *out_++ = unit;
     }
 
+    // Before a unit: where there are only a few, two are written, of which one may be written over.
     void PutLineEnds() {
-        if (lineEnds_ != 0)
+        if (lineEnds_ == 0)
+            return;
+        if (lineEnds_ <= 3) {
+            std::memcpy(out_, u"\r\r", 2 * sizeof(char16_t));
+            out_ += lineEnds_ == 1 ? 1 : 2;
+        } else {
             out_ = PutLimited(out_, lineEnds_);
+        }
         lineEnds_ = 0;
     }
 

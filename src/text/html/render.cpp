@@ -1,16 +1,13 @@
 // Three steps in one walk, which may work in place, since none makes the text longer: tags go, with what
 // stands for them put in, and white space is folded; then references are resolved, which tags may have
-// parted; then clsPlainWriter takes what is left. Blocks of eight units that mean nothing to any of the steps
-// are copied whole, and so is the part of a block before the first unit that means something. A reference
-// that stands in the text as a whole is resolved there. Only one that a tag or folded white space may part
-// is looked at after the first step has been taken for some units.
-//
-// The form of the brackets is a template argument of what is frequent, which makes the units that are looked
-// for constants there.
+// parted; then clsPlainWriter takes what is left. The fast path takes what needs no more than is there: text,
+// tags that hide nothing, a reference that stands in the text as a whole. Only a reference that a tag or
+// folded white space may part is looked at after the first step has been taken for some units.
 #include "text/html/render.h"
 
 #include "text/find.h"
 #include "text/html/entities.h"
+#include "text/html/fast_path.h"
 #include "text/html/plain_writer.h"
 #include "text/html/references.h"
 #include "text/html/tags.h"
@@ -24,40 +21,11 @@ namespace tvut {
 
 namespace {
 
-bool BecomesSpace(char16_t unit) {
-    return unit == u'\r' || unit == u'\n' || unit == u'\t';
-}
 bool IsBlank(char16_t unit) {
-    return unit == u' ' || unit == noBreakSpace || BecomesSpace(unit);
+    return UtilpIsStayingBlank(unit) || UtilpBecomesSpace(unit);
 }
-
-struct scBrackets {
-    char16_t open, close;
-    std::u16string_view afterOpen, afterClose; // part of the bracket where it follows
-};
-constexpr scBrackets tagBrackets{u'<', u'>', u"", u""};
-constexpr scBrackets markerBrackets{u'[', u']', u"_[", u"_]"};
 
 constexpr scTag noTag{};
-
-// A bit for each of sixteen bytes that is a certain one.
-unsigned Places(__m128i bytes, char16_t unit) {
-    return static_cast<unsigned>(
-        _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(static_cast<char>(unit)))));
-}
-// A bit for each that is white space.
-unsigned BlankPlaces(__m128i bytes) {
-    const auto equal = [=](char16_t unit) {
-        return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(static_cast<char>(unit)));
-    };
-    const __m128i stay = _mm_or_si128(equal(u' '), equal(noBreakSpace));
-    const __m128i become = _mm_or_si128(_mm_or_si128(equal(u'\r'), equal(u'\n')), equal(u'\t'));
-    return static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(stay, become)));
-}
-
-std::size_t FirstPlace(unsigned places) {
-    return static_cast<std::size_t>(std::countr_zero(places));
-}
 
 // Whether a place with room for as much as the text is part of its memory.
 bool Overlap(std::u16string_view text, const char16_t* place) {
@@ -90,75 +58,12 @@ class clsRenderer {
   private:
     static constexpr std::ptrdiff_t blockUnits = 8;
 
-    // Two bits a unit of a block that the first step does something about.
-    static unsigned MarksOfFirstStep(__m128i block, char16_t open, unsigned blanks, bool afterBlank = false) {
-        const unsigned afterBlanks = blanks << 2 | (afterBlank ? 3u : 0u);
-        return clsFewUnits{open, u'\r', u'\n', u'\t'}.Marks(block) | (blanks & afterBlanks);
-    }
-    static unsigned Blanks(__m128i block) { return clsFewUnits{u' ', noBreakSpace}.Marks(block); }
-
-    // Goes on as long as there is nothing but text, white space and tags that hide nothing, with what changes
-    // in registers; the way through memory would be most of the cost.
     template <const scBrackets& brackets>
     void TakeFrequent() {
-        constexpr std::ptrdiff_t most = blockUnits + tagWindow;
-        const bool isApart = isApart_;
-        const char16_t* next = next_;
-        clsPlainWriter writer = writer_;
-        bool afterBlank = afterBlank_;
-        while (end_ - next >= most) {
-            const bool hasMargin = isApart || next - writer.End() >= clsPlainWriter::margin;
-            if (*next == brackets.open) {
-                const char16_t* const name = After(next + 1, brackets.afterOpen);
-                const __m128i window = UtilpLoadTag(name);
-                const unsigned closes = Places(window, brackets.close);
-                const scTag* const tag = FindTag(window, closes);
-                if (closes == 0)
-                    break;
-                if (tag) {
-                    if (tag->skips != 0 || !hasMargin)
-                        break;
-                    writer.PutTag(*tag);
-                }
-                next = After(name + FirstPlace(closes) + 1, brackets.afterClose);
-                continue;
-            }
-            const __m128i block = UtilpLoadEight(next);
-            const unsigned blanks = Blanks(block);
-            const unsigned stops = MarksOfFirstStep(block, brackets.open, blanks) |
-                                   clsFewUnits{u'&', openQuote, closeQuote}.Marks(block);
-            if ((blanks & 1) != 0 && (afterBlank || writer.IsAfterBlank())) {
-                ++next;
-                afterBlank = true;
-            } else if (stops == 0) {
-                afterBlank = blanks >> 15 != 0;
-                writer.PutPlain(block, afterBlank);
-                next += blockUnits;
-            } else {
-                const std::size_t before = UtilpFirstUnit(stops);
-                if (!hasMargin)
-                    break;
-                if (before == 0) {
-                    if (!BecomesSpace(*next))
-                        break;
-                    ++next;
-                    if (!afterBlank && !writer.IsAfterBlank())
-                        writer.PutPlainStart(_mm_set1_epi16(u' '), 1, true);
-                    afterBlank = true;
-                    continue;
-                }
-                afterBlank = (blanks >> (2 * before - 1) & 1) != 0;
-                writer.PutPlainStart(block, before, afterBlank);
-                next += before;
-            }
-        }
-        next_ = next;
-        writer_ = writer;
-        afterBlank_ = afterBlank;
-    }
-
-    static const char16_t* After(const char16_t* text, std::u16string_view part) {
-        return part.empty() || std::u16string_view(text, part.size()) != part ? text : text + part.size();
+        const auto state = clsFastPath<brackets>({next_, writer_, afterBlank_}, end_, isApart_).Run();
+        next_ = state.next;
+        writer_ = state.writer;
+        afterBlank_ = state.afterBlank;
     }
 
     void PutPlain(__m128i block, unsigned blanks) {
@@ -183,7 +88,7 @@ class clsRenderer {
             return TakeQuotes(unit);
         ++next_;
         if (!Folds(unit))
-            writer_.Take(BecomesSpace(unit) ? u' ' : unit);
+            writer_.Take(UtilpBecomesSpace(unit) ? u' ' : unit);
     }
 
     // Whether the first step drops a unit of text.
@@ -214,10 +119,10 @@ class clsRenderer {
     // False where the first step does something between the ampersand and the semicolon that may end it.
     bool TakeWhole() {
         const __m128i block = UtilpLoadEight(next_);
-        const unsigned blanks = Blanks(block);
+        const unsigned blanks = UtilpBlanks(block);
         const unsigned semicolons = clsFewUnits{u';'}.Marks(block);
         const unsigned upToSemicolon = semicolons ^ (semicolons - 1);
-        if ((MarksOfFirstStep(block, brackets_.open, blanks) & upToSemicolon) != 0)
+        if ((UtilpFoldMarks(block, brackets_.open, blanks) & upToSemicolon) != 0)
             return false;
         afterBlank_ = false;
         if (semicolons == 0)
@@ -233,8 +138,8 @@ class clsRenderer {
         bool isPlain = clsFewUnits{openQuote, closeQuote}.Marks(block) == 0;
         while (isPlain && end_ - next_ >= 2 * blockUnits) {
             const __m128i next = UtilpLoadEight(next_ + blockUnits);
-            const unsigned nextBlanks = Blanks(next);
-            const unsigned marks = MarksOfFirstStep(next, brackets_.open, nextBlanks, blanks >> 15 != 0) |
+            const unsigned nextBlanks = UtilpBlanks(next);
+            const unsigned marks = UtilpFoldMarks(next, brackets_.open, nextBlanks, blanks >> 15 != 0) |
                                    clsFewUnits{u';', openQuote, closeQuote}.Marks(next);
             isPlain = marks == 0;
             if (isPlain)
@@ -264,25 +169,33 @@ class clsRenderer {
     }
 
     // Takes the first step for some units ahead, until it is known what each ampersand among them begins.
+    // What of them has been taken moves out of the row now and then.
     void TakeParted() {
-        std::array<char16_t, longestReference + scTag::most> row{};
-        std::size_t size = 0;
-        do {
-            while (next_ != end_ && size < longestReference)
-                size += TakeFirstStep(row.data() + size);
-            const std::u16string_view first(row.data(), std::min(size, longestReference));
-            const std::size_t ampersand = std::min(first.find(u'&'), first.size());
-            std::size_t taken = ampersand;
-            PutAll(first.substr(0, ampersand));
-            if (ampersand == 0) {
-                const std::size_t semicolon = first.find(u';');
-                taken = semicolon != first.npos
-                            ? PutReference(first.substr(0, semicolon + 1), row.data() + row.size())
-                            : (PutAll(u"&"), 1);
+        std::array<char16_t, 4 * longestReference + scTag::most> row{};
+        std::size_t size = TakeFirstStep(row.data());
+        std::size_t looked = 0; // there is no semicolon before
+        for (std::size_t at = 0; at != size;) {
+            if (row[at] != u'&') {
+                writer_.Take(row[at++]);
+                continue;
             }
-            std::copy(row.begin() + taken, row.begin() + size, row.begin());
-            size -= taken;
-        } while (size != 0);
+            if (at > 3 * longestReference) {
+                std::copy(row.begin() + at, row.begin() + size, row.begin());
+                size -= at;
+                looked = looked > at ? looked - at : 0;
+                at = 0;
+            }
+            while (next_ != end_ && size - at < longestReference)
+                size += TakeFirstStep(row.data() + size);
+            const std::size_t last = std::min(size, at + longestReference);
+            looked = std::max(looked, at);
+            while (looked != last && row[looked] != u';')
+                ++looked;
+            if (looked != last)
+                at += PutReference({row.data() + at, looked + 1 - at}, row.data() + row.size());
+            else
+                writer_.Take(row[at++]);
+        }
     }
 
     // Puts what the next unit of text or the next tag becomes; returns the number of units.
@@ -298,7 +211,7 @@ class clsRenderer {
             return tag.length + tag.lineEnds;
         }
         const char16_t unit = *next_++;
-        *units = BecomesSpace(unit) ? u' ' : unit;
+        *units = UtilpBecomesSpace(unit) ? u' ' : unit;
         return Folds(unit) ? 0 : 1;
     }
 
@@ -339,14 +252,9 @@ class clsRenderer {
             std::copy(next_, end_, units.begin());
             window = units.data();
         }
-        const __m128i bytes = UtilpLoadTag(window);
-        const unsigned closes = Places(bytes, brackets_.close);
-        next_ += std::min(left, FirstPlace(closes | 1u << longestTagName));
-        return FindTag(bytes, closes);
-    }
-    static const scTag* FindTag(__m128i window, unsigned closes) {
-        const unsigned ends = closes | BlankPlaces(window);
-        return UtilpFindTag(window, FirstPlace(ends | 1u << tagWindow));
+        const unsigned closes = UtilpPlaces(UtilpNarrowSixteen(window), brackets_.close);
+        next_ += std::min(left, UtilpFirstPlace(closes | 1u << longestTagName));
+        return UtilpFindTag(window, brackets_.close);
     }
 
     // Most tags have no attributes and follow each other: the bracket is the next unit then.

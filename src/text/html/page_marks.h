@@ -1,0 +1,73 @@
+// Where a page needs a decision, found for 32 units at a time, ahead of the walk over it.
+//
+// Which unit comes next after a tag depends on where the tag ends. Were each tag's end looked for from its
+// beginning, and the next mark from there, one look would wait for the other all along the page; the marks
+// of the next units are there by then.
+#pragma once
+
+#include "platform/inline.h"
+#include "text/html/tags.h"
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+namespace tvut {
+
+template <char16_t open, char16_t close>
+class clsPageMarks {
+  public:
+    static constexpr std::size_t units = 32;
+
+    // Begins before the text, with nothing left.
+    explicit clsPageMarks(const char16_t* text) : text_(text - units) {}
+
+    const char16_t* Text() const { return text_; }
+
+    // Whether it can go on to the next units, and a tag's name or a reference be read where the last is.
+    bool HasNext(const char16_t* end) const {
+        return end - text_ >= static_cast<std::ptrdiff_t>(2 * units + tagWindow + 3);
+    }
+    TVUT_ALWAYS_INLINE void Advance() {
+        const std::uint32_t carried = blanks_ >> 31;
+        text_ += units;
+        const scHalf low = ReadHalf(text_), high = ReadHalf(text_ + units / 2);
+        blanks_ = low.blanks | high.blanks << 16;
+        closes_ = low.closes | high.closes << 16;
+        ends_ = low.ends | high.ends << 16;
+        marks_ = low.decisions | high.decisions << 16 | (blanks_ & (blanks_ << 1 | carried));
+    }
+
+    // From a place on, a bit for each unit that needs a decision, and for each bracket that closes.
+    std::uint32_t Decisions(std::size_t place) const { return marks_ & ~std::uint32_t{0} << place; }
+    std::uint32_t Closes(std::size_t place) const { return closes_ & ~std::uint32_t{0} << place; }
+    // A bit for each unit that ends the name which begins at a place.
+    std::uint32_t NameEnds(std::size_t place) const { return place < units ? ends_ >> place : 0; }
+    // Whether the unit before a place is a blank that stays.
+    bool IsAfterBlank(std::size_t place) const { return (blanks_ >> (place - 1) & 1) != 0; }
+
+  private:
+    struct scHalf {
+        std::uint32_t decisions, blanks, closes, ends;
+    };
+    // Ranges, which cost less than what is looked for in them: from tabulator to carriage return, and from
+    // the blank that does not break up to the letters of Latin-1.
+    static scHalf ReadHalf(const char16_t* text) {
+        const __m128i bytes = UtilpNarrowSixteen(text);
+        const auto all = [](int byte) { return _mm_set1_epi8(static_cast<char>(byte)); };
+        const auto equal = [&](__m128i some, int byte) { return _mm_cmpeq_epi8(some, all(byte)); };
+        const auto bits = [](__m128i some) { return static_cast<std::uint32_t>(_mm_movemask_epi8(some)); };
+        const __m128i lines = _mm_cmpgt_epi8(all(0x85), _mm_add_epi8(bytes, all(0x77)));
+        const __m128i latin = equal(_mm_and_si128(bytes, all(0xE0)), 0xA0);
+        const __m128i both = _mm_or_si128(lines, latin);
+        const __m128i blanks = equal(bytes, ' ');
+        const __m128i closes = equal(bytes, close);
+        return {bits(_mm_or_si128(_mm_or_si128(both, equal(bytes, open)), equal(bytes, '&'))), bits(blanks),
+                bits(closes), bits(_mm_or_si128(_mm_or_si128(both, blanks), closes))};
+    }
+
+    const char16_t* text_;
+    std::uint32_t marks_ = 0, closes_ = 0, blanks_ = 0, ends_ = 0;
+};
+
+} // namespace tvut
