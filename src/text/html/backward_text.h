@@ -11,6 +11,7 @@ class clsBackwardText {
   public:
     explicit clsBackwardText(char16_t* end) : end_(end), start_(end) {}
     void Put(std::u16string_view text);
+    void Put(char16_t unit) { *--start_ = unit; }
     const char16_t* Start() const { return start_; }
     std::u16string_view View() const { return {start_, static_cast<std::size_t>(end_ - start_)}; }
 

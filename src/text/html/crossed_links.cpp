@@ -9,26 +9,41 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <utility>
 
 namespace tvut {
 
 namespace {
 
-// Compared in line: this is asked at every bracket and quotation mark, and mostly in vain.
-bool EndsWith(const char16_t* text, const char16_t* end, std::u16string_view part) {
-    return static_cast<std::size_t>(end - text) >= part.size() &&
-           UtilpEqual({end - part.size(), part.size()}, part);
+// Whether what is looked for ends with a place, given that its last unit stands there. The unit before tells
+// it nearly always.
+bool EndsAddress(const char16_t* text, const char16_t* place) {
+    constexpr std::ptrdiff_t before = linkAddress.size() - 1;
+    return place - text >= before && place[-1] == linkAddress[before - 1] &&
+           std::memcmp(place - before, linkAddress.data(), before * sizeof(char16_t)) == 0;
+}
+// Whether a text ends with <a and white space, which is what stands before most addresses.
+bool EndsWithStart(const char16_t* text, const char16_t* end) {
+    return end - text > 2 && UtilpIsPatternBlank(end[-1]) && end[-2] == linkStart.back() &&
+           end[-3] == linkStart.front();
+}
+// Whether there is a unit after this one in href=" too.
+bool MayEndLeftPart(char16_t unit) {
+    static_assert(linkAddress == u"href=\"");
+    return unit == u'h' || unit == u'r' || unit == u'e' || unit == u'f' || unit == u'=';
+}
+bool EndsLink(const char16_t* text, const char16_t* place) {
+    constexpr std::ptrdiff_t before = linkEnd.size() - 1;
+    return place - text >= before && place[-1] == linkEnd[before - 1] &&
+           std::memcmp(place - before, linkEnd.data(), before * sizeof(char16_t)) == 0;
 }
 
 } // namespace
 
-// What is reserved costs nothing until it is touched, while growing would touch twice as much. Few texts need
-// more.
 clsCrossedLinks::clsCrossedLinks(std::u16string_view text)
-    : text_(text.data()), textEnd_(text.data() + text.size()), unreadEnd_(textEnd_) {
-    pieces_.reserve(text.size() / 4);
-    blocks_.reserve(text.size() / 8);
+    : pieces_(text.size() / 4), blocks_(text.size() / 8), text_(text.data()),
+      textEnd_(text.data() + text.size()), unreadEnd_(textEnd_) {
     top_ = ReadBlock();
 }
 
@@ -37,8 +52,9 @@ clsCrossedLinks::clsCrossedLinks(std::u16string_view text)
 clsCrossedLinks::Index clsCrossedLinks::ReadBlock() {
     if (!unreadEnd_)
         return none;
-    const Index number = AddBlock();
-    scBlock block{unread, unread, none, none, {}, false};
+    const Index number = blocks_.Add();
+    scBlock& block = blocks_[number];
+    block = {unread, unread, none, none, noAddresses, false};
     const char16_t* pieceEnd = unreadEnd_; // what is not in a piece yet ends here
     unreadEnd_ = UtilpFindLastOf(text_, unreadEnd_, {u'<', u'>', u'"'}, [&](const char16_t* place) {
         if (*place == u'<') {
@@ -46,7 +62,7 @@ clsCrossedLinks::Index clsCrossedLinks::ReadBlock() {
             return false;
         }
         if (*place == u'"') {
-            if (EndsWith(text_, place + 1, linkAddress)) {
+            if (EndsAddress(text_, place)) {
                 matters_ = true;
                 const char16_t* const start = place + 1 - linkAddress.size();
                 const Index piece = PutFirst(block, start, std::exchange(pieceEnd, start));
@@ -55,11 +71,10 @@ clsCrossedLinks::Index clsCrossedLinks::ReadBlock() {
             }
             return false;
         }
-        block.endsLink = EndsWith(text_, place + 1, linkEnd);
+        block.endsLink = EndsLink(text_, place);
         return std::exchange(matters_, block.endsLink) || block.endsLink;
     });
     PutFirst(block, unreadEnd_ ? unreadEnd_ : text_, pieceEnd);
-    blocks_[number] = block;
     return number;
 }
 
@@ -89,34 +104,15 @@ clsCrossedLinks::Index clsCrossedLinks::Addressed(Index block) {
 }
 
 clsCrossedLinks::Index clsCrossedLinks::AddPiece(const char16_t* start, const char16_t* end) {
-    if (freePiece_ == none) {
-        pieces_.push_back({start, end, none, none, none});
-        return static_cast<Index>(pieces_.size() - 1);
-    }
-    const Index piece = freePiece_;
-    freePiece_ = pieces_[piece].after;
+    const Index piece = pieces_.Add();
     pieces_[piece] = {start, end, none, none, none};
     return piece;
 }
 
-clsCrossedLinks::Index clsCrossedLinks::AddBlock() {
-    if (freeBlock_ == none) {
-        blocks_.emplace_back();
-        return static_cast<Index>(blocks_.size() - 1);
-    }
-    return std::exchange(freeBlock_, blocks_[freeBlock_].below);
-}
-
-void clsCrossedLinks::FreeBlock(Index block) {
-    blocks_[block].below = freeBlock_;
-    freeBlock_ = block;
-}
-
 // Its pieces must be linked from the first to the last.
 void clsCrossedLinks::FreeWithPieces(Index block) {
-    pieces_[blocks_[block].lastPiece].after = freePiece_;
-    freePiece_ = blocks_[block].firstPiece;
-    FreeBlock(block);
+    pieces_.Free(blocks_[block].firstPiece, blocks_[block].lastPiece);
+    blocks_.Free(block, block);
 }
 
 void clsCrossedLinks::Link(Index before, Index after) {
@@ -221,6 +217,10 @@ bool clsCrossedLinks::FindStart(const scPlace& address, scPlace& start) {
     const char16_t* end = address.at; // of the part of the piece that is still to be looked at
     for (;;) {
         const scPiece& piece = pieces_[start.piece];
+        if (EndsWithStart(piece.start, end)) {
+            start.at = end - (linkStart.size() + 1);
+            return true;
+        }
         while (const char16_t* const at = UtilpFindLast(piece.start, end, linkStart.front())) {
             if (IsStart(start.piece, at)) {
                 start.at = at;
@@ -265,7 +265,8 @@ char16_t clsCrossedLinks::UnitAfter(Index& piece, const char16_t*& at) const {
 void clsCrossedLinks::Carry(const scRound& round, clsBackwardText& result) {
     ++pieces_[blocks_[top_].firstPiece].start; // the > of </a>
     PutBlock(top_, result);
-    result.Put(afterAddress);
+    static_assert(afterAddress.size() == 1);
+    result.Put(afterAddress.front());
     CutAddressEnd(round);
     TrimLabel(round.label);
     for (Index block = blocks_[round.label].below; block != round.quote.block;) {
@@ -273,7 +274,7 @@ void clsCrossedLinks::Carry(const scRound& round, clsBackwardText& result) {
         FreeWithPieces(dropped);
     }
     MergeIntoAddress(round);
-    FreeBlock(round.label);
+    blocks_.Free(round.label, round.label);
     FreeWithPieces(top_);
     top_ = round.quote.block;
 }
@@ -301,30 +302,32 @@ void clsCrossedLinks::TrimLabel(Index label) {
 // What is before the link, the label, and the address up to the end of its block become one block, in
 // the place of the address's.
 void clsCrossedLinks::MergeIntoAddress(const scRound& round) {
-    const scBlock before = blocks_[round.start.block];
-    scBlock label = blocks_[round.label];
-    scAddresses addresses;
+    const scBlock& before = blocks_[round.start.block]; // may be the one that is written over in the end
+    const scBlock& label = blocks_[round.label];
+    const Index below = before.below, firstPiece = before.firstPiece;
+    const bool endsLink = before.endsLink;
+    scAddresses addresses = noAddresses;
     if (round.start.addressBefore != none)
         addresses = {before.addresses.first, round.start.addressBefore};
 
     pieces_[round.address.piece].start += linkAddress.size();
     pieces_[round.start.piece].end = round.start.at;
-    const Index beforeLast = LastFilled(round.start.piece, before.firstPiece);
-    label.firstPiece = FirstFilled(label.firstPiece, label.lastPiece);
-    label.lastPiece = LastFilled(label.lastPiece, label.firstPiece);
+    const Index beforeLast = LastFilled(round.start.piece, firstPiece);
+    const Index labelFirst = FirstFilled(label.firstPiece, label.lastPiece);
+    const Index labelLast = LastFilled(label.lastPiece, labelFirst);
     const Index between = AddPiece(beforeAddress.data(), beforeAddress.data() + beforeAddress.size());
-    Link(label.lastPiece, between);
+    Link(labelLast, between);
     Link(between, round.address.piece);
-    Link(beforeLast, label.firstPiece);
-    addresses = Join(addresses, AddressAcross(beforeLast, label.firstPiece));
+    Link(beforeLast, labelFirst);
+    addresses = Join(addresses, AddressAcross(beforeLast, labelFirst));
     addresses = Join(addresses, label.addresses);
 
     scBlock& merged = blocks_[round.address.block];
-    merged.below = before.below;
-    merged.endsLink = before.endsLink;
-    merged.firstPiece = before.firstPiece;
+    merged.below = below;
+    merged.endsLink = endsLink;
+    merged.firstPiece = firstPiece;
     merged.addresses = addresses;
-    merged.addressed = addresses.last != none ? round.address.block : merged.below;
+    merged.addressed = addresses.last != none ? round.address.block : below;
 }
 
 // Pieces that have become empty are left out where others are put before or after them: in a row that
@@ -345,7 +348,7 @@ clsCrossedLinks::Index clsCrossedLinks::LastFilled(Index piece, Index first) con
 clsCrossedLinks::scAddresses clsCrossedLinks::AddressAcross(Index before, Index after) {
     const std::size_t units = UnitsAcross(before, after);
     if (units == 0)
-        return {};
+        return noAddresses;
     TrimEnd(before, units);
     TrimStart(after, linkAddress.size() - units);
     const Index piece = AddPiece(linkAddress.data(), linkAddress.data() + linkAddress.size());
@@ -357,8 +360,7 @@ clsCrossedLinks::scAddresses clsCrossedLinks::AddressAcross(Index before, Index 
 // How many units of a href=" stand before the place where two pieces meet and the rest after it; or 0.
 std::size_t clsCrossedLinks::UnitsAcross(Index before, Index after) const {
     const scPiece& left = pieces_[before];
-    constexpr std::u16string_view leftUnits = linkAddress.substr(0, linkAddress.size() - 1);
-    if (left.start != left.end && leftUnits.find(left.end[-1]) == leftUnits.npos)
+    if (left.start != left.end && !MayEndLeftPart(left.end[-1]))
         return 0; // as nearly always
     constexpr std::size_t most = linkAddress.size() - 1;
     std::array<char16_t, 2 * most> units{}; // around the place

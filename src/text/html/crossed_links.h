@@ -16,8 +16,7 @@
 // character is walked over once.
 //
 // Blocks are read from the end of the text, each when a round comes to it, and blocks and pieces that a round
-// drops are used again: most texts never need many of them at a time, and memory that is touched for the
-// first time costs more than all the rest.
+// drops are used again: most texts never need many of them at a time.
 //
 // A > matters only if <a, href=" or </a> comes before the next >: without these nothing can ever remove
 // the next > and leave a </a> after it. That keeps the number of blocks to a fraction of the text's
@@ -25,9 +24,9 @@
 #pragma once
 
 #include "text/html/backward_text.h"
+#include "text/html/item_pool.h"
 
 #include <cstdint>
-#include <vector>
 
 namespace tvut {
 
@@ -51,9 +50,10 @@ class clsCrossedLinks {
         Index addressBefore; // of a piece that begins with href=": the one before in the block
     };
     struct scAddresses { // pieces
-        Index first = none;
-        Index last = none;
+        Index first;
+        Index last;
     };
+    static constexpr scAddresses noAddresses{none, none};
     struct scBlock {
         Index below;     // the block before, or unread
         Index addressed; // itself if it has addresses, or some block below on the way to one that has; unread
@@ -82,8 +82,6 @@ class clsCrossedLinks {
     Index Below(Index block);
     Index Addressed(Index block);
     Index AddPiece(const char16_t* start, const char16_t* end);
-    Index AddBlock();
-    void FreeBlock(Index block);
     void FreeWithPieces(Index block);
 
     void PutBlock(Index block, clsBackwardText& result) const;
@@ -109,10 +107,8 @@ class clsCrossedLinks {
     void TrimEnd(Index piece, std::size_t units);
     void TrimStart(Index piece, std::size_t units);
 
-    std::vector<scPiece> pieces_;
-    std::vector<scBlock> blocks_;
-    Index freePiece_ = none; // linked by what comes after
-    Index freeBlock_ = none; // linked by what is below
+    clsItemPool<scPiece, &scPiece::after> pieces_;
+    clsItemPool<scBlock, &scBlock::below> blocks_;
     const char16_t* text_;
     const char16_t* textEnd_;
     const char16_t* unreadEnd_; // what is not in blocks yet reaches to here; null when there is nothing
