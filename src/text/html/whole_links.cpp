@@ -117,9 +117,15 @@ class clsWholeLinks {
     }
 
     void PutLink(std::u16string_view label, std::u16string_view address) {
-        for (const std::u16string_view part : {label, beforeAddress, address, afterAddress})
-            Put(part);
+        Put(label);
+        PutFew(beforeAddress);
+        Put(address);
+        PutFew(afterAddress);
         afterLink_ = out_;
+    }
+    void PutFew(std::u16string_view text) {
+        for (const char16_t unit : text)
+            *out_++ = unit;
     }
     void Put(std::u16string_view text) {
         UtilpCopy(out_, text.data(), text.size());
