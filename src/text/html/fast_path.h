@@ -109,8 +109,7 @@ class clsFastPath {
         const std::size_t length = UtilpFirstPlace(ends | 1u << 31);
         const bool isShort =
             length - 1 < longestShortTagName && (name[length] == brackets.close || name[length] == u' ');
-        const scTag* const tag =
-            isShort ? UtilpFindShortTag(name, length) : UtilpFindTag(name, brackets.close);
+        const scTag* const tag = isShort ? UtilpFindShortTag(name, length) : FindTag(name);
         if (tag && tag->skips != 0)
             return false;
         if (const std::uint32_t closes = marks_.Closes(at_); closes != 0)
@@ -122,6 +121,11 @@ class clsFastPath {
         if (tag)
             writer_.PutTag(*tag);
         return true;
+    }
+
+    static const scTag* FindTag(const char16_t* name) {
+        const __m128i bytes = UtilpNarrowSixteen(name);
+        return UtilpFindTag(name, bytes, UtilpPlaces(bytes, brackets.close));
     }
 
     static const char16_t* After(const char16_t* text, std::u16string_view part) {

@@ -43,12 +43,14 @@ inline unsigned UtilpPlaces(__m128i bytes, char16_t unit) {
     return static_cast<unsigned>(
         _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(static_cast<char>(unit)))));
 }
-// A bit for each that ends a tag's name.
-inline unsigned UtilpNameEnds(__m128i bytes, char16_t close) {
-    unsigned places = 0;
-    for (const char16_t unit : {close, u' ', noBreakSpace, u'\r', u'\n', u'\t'})
-        places |= UtilpPlaces(bytes, unit);
-    return places;
+// A bit for each that is white space.
+inline unsigned UtilpBlankPlaces(__m128i bytes) {
+    const auto equal = [=](char16_t unit) {
+        return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(static_cast<char>(unit)));
+    };
+    const __m128i stay = _mm_or_si128(equal(u' '), equal(noBreakSpace));
+    const __m128i become = _mm_or_si128(_mm_or_si128(equal(u'\r'), equal(u'\n')), equal(u'\t'));
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(stay, become)));
 }
 inline std::size_t UtilpFirstPlace(unsigned places) {
     return static_cast<std::size_t>(std::countr_zero(places));

@@ -252,9 +252,10 @@ class clsRenderer {
             std::copy(next_, end_, units.begin());
             window = units.data();
         }
-        const unsigned closes = UtilpPlaces(UtilpNarrowSixteen(window), brackets_.close);
+        const __m128i bytes = UtilpNarrowSixteen(window);
+        const unsigned closes = UtilpPlaces(bytes, brackets_.close);
         next_ += std::min(left, UtilpFirstPlace(closes | 1u << longestTagName));
-        return UtilpFindTag(window, brackets_.close);
+        return UtilpFindTag(window, bytes, closes);
     }
 
     // Most tags have no attributes and follow each other: the bracket is the next unit then.

@@ -43,9 +43,8 @@ const scTag* FindLongTag(__m128i window, std::size_t length) {
 
 } // namespace
 
-const scTag* UtilpFindTag(const char16_t* window, char16_t close) {
-    const __m128i bytes = UtilpNarrowSixteen(window);
-    const std::size_t length = UtilpFirstPlace(UtilpNameEnds(bytes, close) | 1u << tagWindow);
+const scTag* UtilpFindTag(const char16_t* window, __m128i bytes, unsigned closes) {
+    const std::size_t length = UtilpFirstPlace(closes | UtilpBlankPlaces(bytes) | 1u << tagWindow);
     return length - 1 < longestShortTagName ? UtilpFindShortTag(window, length) : FindLongTag(bytes, length);
 }
 

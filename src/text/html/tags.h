@@ -151,7 +151,8 @@ inline const scTag* UtilpFindShortTag(const char16_t* name, std::size_t length) 
     return known.letters == letters && known.length == length ? &known.tag : nullptr;
 }
 
-// By a name of any length, in a window of units; it ends at white space or at the bracket.
-const scTag* UtilpFindTag(const char16_t* window, char16_t close);
+// By a name of any length, in a window of units and these as bytes; it ends at white space, or at the first
+// of the brackets that close, a bit for each in the window.
+const scTag* UtilpFindTag(const char16_t* window, __m128i bytes, unsigned closes);
 
 } // namespace tvut

@@ -92,7 +92,8 @@ class clsWholeLinks {
     // all comments out first.
     bool IsSeam() const {
         const std::u16string_view before = Between(buffer_, out_);
-        if (before.empty() || linkEnd.find(before.back()) == linkEnd.npos)
+        const char16_t last = before.empty() ? u' ' : before.back();
+        if (last != u'<' && last != u'/' && last != u'a')
             return false; // as nearly always
         return before.ends_with(u"<") || before.ends_with(u"</") || before.ends_with(u"</a");
     }
