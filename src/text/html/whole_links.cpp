@@ -118,18 +118,17 @@ class clsWholeLinks {
     }
 
     void PutLink(std::u16string_view label, std::u16string_view address) {
-        Put(label);
-        PutFew(beforeAddress);
-        Put(address);
-        PutFew(afterAddress);
+        PutWith(label, beforeAddress);
+        PutWith(address, afterAddress);
         afterLink_ = out_;
     }
-    void PutFew(std::u16string_view text) {
-        for (const char16_t unit : text)
+    void PutWith(std::u16string_view text, std::u16string_view few) {
+        Put(text);
+        for (const char16_t unit : few)
             *out_++ = unit;
     }
     void Put(std::u16string_view text) {
-        UtilpCopy(out_, text.data(), text.size());
+        UtilpCopy(out_, text.data(), text.size()); // cppcheck-suppress invalidLifetime
         out_ += text.size();
     }
 
