@@ -32,8 +32,11 @@ class clsFastPath {
     TVUT_ALWAYS_INLINE scState Run() {
         if (marks_.HasNext(end_)) {
             do {
-                if ((afterBlank_ | writer_.IsAfterBlank()) && UtilpIsStayingBlank(Here()[0]))
-                    FoldBlank();
+                // A blank after one that a tag or a line end stood between, or stood for.
+                if ((afterBlank_ | writer_.IsAfterBlank()) && UtilpIsStayingBlank(Here()[0])) {
+                    afterBlank_ = true;
+                    ++at_;
+                }
             } while (PutText() && TakeMark());
         }
         return {Here(), writer_, afterBlank_};
@@ -65,39 +68,61 @@ class clsFastPath {
         }
     }
 
-    // A blank after one that a tag or a line end stood between, or stood for. A blank that comes next is
-    // marked, but not where this is one that does not break.
-    void FoldBlank() {
-        const char16_t* const blank = Here();
-        afterBlank_ = true;
-        at_ += blank[0] == noBreakSpace && blank[1] == u' ' ? 2 : 1;
-    }
-
     TVUT_ALWAYS_INLINE bool TakeMark() {
         const char16_t unit = Here()[0];
         if (unit == brackets.open)
             return TakeTag();
         if (unit == u'&')
             return TakeReference();
-        if (unit == openQuote || unit == closeQuote)
-            return false;
-        const char16_t put = UtilpBecomesSpace(unit) ? u' ' : unit;
-        const bool isBlank = UtilpIsStayingBlank(put);
-        if (!isBlank || !afterBlank_)
-            writer_.TakePlain(put, isBlank);
-        afterBlank_ = isBlank;
+        if (UtilpIsWhite(unit)) {
+            TakeWhite(unit);
+            return true;
+        }
+        if (unit == openQuote || unit == closeQuote) {
+            if (Here()[1] == unit) // a row of them is taken at once
+                return false;
+            writer_.TakeQuote(unit);
+        } else {
+            writer_.TakePlain(unit, false);
+        }
+        afterBlank_ = false;
         ++at_;
         return true;
     }
 
+    // The first of a row stays, as a blank.
+    void TakeWhite(char16_t unit) {
+        if (!afterBlank_)
+            writer_.TakePlain(UtilpBecomesSpace(unit) ? u' ' : unit, true);
+        afterBlank_ = true;
+        do
+            ++at_;
+        while (at_ < Marks::units && UtilpIsWhite(Here()[0]));
+    }
+
     TVUT_ALWAYS_INLINE bool TakeReference() {
-        const std::size_t length = ReferenceLength();
+        std::size_t length = ReferenceLength();
         if (length == 0)
             return false;
-        const char16_t unit = UtilpReferencedUnit({Here(), length}, end_);
-        if (unit == 0 || unit == u'\r' || unit == u'\n' || unit == openQuote || unit == closeQuote)
+        const std::u16string_view reference(Here(), length);
+        char16_t unit = UtilpReferencedUnit(reference, end_);
+        if (unit == u'\r' || unit == u'\n')
             return false;
-        writer_.TakePlain(unit, UtilpIsStayingBlank(unit));
+        if (unit == 0) {
+            length = 1;
+            if (UtilpIsNumber(reference)) { // one that is none loses its ampersand
+                afterBlank_ = false;
+                ++at_;
+                return true;
+            }
+            if (reference.rfind(u'&') != 0) // an unknown name stays, and what it holds
+                return false;
+            unit = u'&';
+        }
+        if (unit == openQuote || unit == closeQuote)
+            writer_.TakeQuote(unit);
+        else
+            writer_.TakePlain(unit, UtilpIsStayingBlank(unit));
         afterBlank_ = false;
         at_ += length;
         return true;

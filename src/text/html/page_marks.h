@@ -6,6 +6,7 @@
 #pragma once
 
 #include "platform/inline.h"
+#include "text/html/page_units.h"
 #include "text/html/tags.h"
 
 #include <bit>
@@ -34,36 +35,37 @@ class clsPageMarks {
         const scHalf low = ReadHalf(text_), high = ReadHalf(text_ + units / 2);
         blanks_ = low.blanks | high.blanks << 16;
         closes_ = low.closes | high.closes << 16;
-        ends_ = low.ends | high.ends << 16;
         marks_ = low.decisions | high.decisions << 16 | (blanks_ & (blanks_ << 1 | carried));
+        ends_ = marks_ | blanks_ | closes_;
     }
 
-    // From a place on, a bit for each unit that needs a decision, and for each bracket that closes.
+    // From a place on, a bit for each unit that needs a decision, and for each bracket that closes. A blank
+    // needs one only after another.
     std::uint32_t Decisions(std::size_t place) const { return marks_ & ~std::uint32_t{0} << place; }
     std::uint32_t Closes(std::size_t place) const { return closes_ & ~std::uint32_t{0} << place; }
-    // A bit for each unit that ends the name which begins at a place.
+    // A bit for each unit that ends the name which begins at a place; some more of them do not.
     std::uint32_t NameEnds(std::size_t place) const { return place < units ? ends_ >> place : 0; }
     // Whether the unit before a place is a blank that stays.
     bool IsAfterBlank(std::size_t place) const { return (blanks_ >> (place - 1) & 1) != 0; }
 
   private:
     struct scHalf {
-        std::uint32_t decisions, blanks, closes, ends;
+        std::uint32_t decisions, blanks, closes;
     };
-    // Ranges, which cost less than what is looked for in them: from tabulator to carriage return, and from
-    // the blank that does not break up to the letters of Latin-1.
+    // Blanks and bracket characters differ in one bit each. From tabulator to carriage return is a range,
+    // which costs less than what is looked for in it.
     static scHalf ReadHalf(const char16_t* text) {
         const __m128i bytes = UtilpNarrowSixteen(text);
         const auto all = [](int byte) { return _mm_set1_epi8(static_cast<char>(byte)); };
         const auto equal = [&](__m128i some, int byte) { return _mm_cmpeq_epi8(some, all(byte)); };
         const auto bits = [](__m128i some) { return static_cast<std::uint32_t>(_mm_movemask_epi8(some)); };
         const __m128i lines = _mm_cmpgt_epi8(all(0x85), _mm_add_epi8(bytes, all(0x77)));
-        const __m128i latin = equal(_mm_and_si128(bytes, all(0xE0)), 0xA0);
-        const __m128i both = _mm_or_si128(lines, latin);
-        const __m128i blanks = equal(bytes, ' ');
-        const __m128i closes = equal(bytes, close);
-        return {bits(_mm_or_si128(_mm_or_si128(both, equal(bytes, open)), equal(bytes, '&'))), bits(blanks),
-                bits(closes), bits(_mm_or_si128(_mm_or_si128(both, blanks), closes))};
+        const __m128i quotes =
+            equal(_mm_and_si128(bytes, all(~(openQuote ^ closeQuote))), openQuote & closeQuote);
+        const __m128i blanks = equal(_mm_and_si128(bytes, all(~(noBreakSpace ^ u' '))), u' ');
+        const __m128i begins = _mm_or_si128(equal(bytes, open), equal(bytes, '&'));
+        return {bits(_mm_or_si128(_mm_or_si128(lines, quotes), begins)), bits(blanks),
+                bits(equal(bytes, close))};
     }
 
     const char16_t* text_;

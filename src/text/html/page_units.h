@@ -28,6 +28,10 @@ inline bool UtilpIsStayingBlank(char16_t unit) {
     return (unit & ~(noBreakSpace ^ u' ')) == u' ';
 }
 
+inline bool UtilpIsWhite(char16_t unit) {
+    return UtilpIsStayingBlank(unit) || UtilpBecomesSpace(unit);
+}
+
 // Two bits a unit of eight that is a blank.
 inline unsigned UtilpBlanks(__m128i block) {
     return clsFewUnits{u' ', noBreakSpace}.Marks(block);

@@ -76,6 +76,14 @@ class clsPlainWriter {
         }
     }
 
+    // One bracket character. What TakeQuotes does with many, one after the other.
+    void TakeQuote(char16_t quote) {
+        const bool opens = quote == openQuote;
+        if (depth_ > (opens ? 0 : 1))
+            Put(quote);
+        depth_ += opens ? 1 : -1;
+    }
+
     void Take(char16_t unit);
 
     // All in a row that are alike.

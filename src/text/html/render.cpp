@@ -21,10 +21,6 @@ namespace tvut {
 
 namespace {
 
-bool IsBlank(char16_t unit) {
-    return UtilpIsStayingBlank(unit) || UtilpBecomesSpace(unit);
-}
-
 constexpr scTag noTag{};
 
 // Whether a place with room for as much as the text is part of its memory.
@@ -94,7 +90,7 @@ class clsRenderer {
     // Whether the first step drops a unit of text.
     bool Folds(char16_t unit) {
         const bool wasBlank = afterBlank_;
-        afterBlank_ = IsBlank(unit);
+        afterBlank_ = UtilpIsWhite(unit);
         return wasBlank && afterBlank_;
     }
 
