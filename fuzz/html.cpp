@@ -34,6 +34,22 @@ void CheckParagraphs(const std::u16string& text, HtmlForm form) {
     }
 }
 
+std::u16string Plain(const std::u16string& page, HtmlForm form) {
+    std::u16string plain(page.size(), u'#');
+    plain.resize(UtilpHtmlToPlainText(page, form, plain.data()));
+    return plain;
+}
+
+// What stands before and after a page changes nothing in it, although marks are found for many units at once,
+// from another unit on then, and not in the last ones of a text.
+void CheckSurroundings(const std::u16string& page, HtmlForm form) {
+    const std::u16string plain = Plain(page, form);
+    if (Plain(page + u"|", form) != plain + u"|")
+        return; // it ends in a tag, or where nothing is shown
+    const std::u16string before(1 + page.size() % 31, u'x'), after = u"|" + std::u16string(100, u'y');
+    Require(Plain(before + page + after, form) == before + plain + after);
+}
+
 // Throws clsRegExTooComplex where the pattern, tried as it stands, takes too many steps.
 void CheckLinks(std::u16string text) {
     static const clsRegEx pattern(u"(?s)^(.*)<a\\s+(.*)href=\"(.*)\"(.*)>(.*)</a>(.*)$");
@@ -57,9 +73,28 @@ void CheckLinks(std::u16string text) {
 
 // Some bytes stand for what pages are made of, so that links are found soon.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    constexpr std::u16string_view parts[] = {u"<a ",  u"href=\"",  u"</a>",      u"\">",    u"<!--",
-                                             u"-->",  u"<script>", u"</script>", u"&nbsp;", u"&#x",
-                                             u"</p>", u"[_[",      u"]_]"};
+    constexpr std::u16string_view parts[] = {u"<a ",
+                                             u"href=\"",
+                                             u"</a>",
+                                             u"\">",
+                                             u"<!--",
+                                             u"-->",
+                                             u"<script>",
+                                             u"</script>",
+                                             u"&nbsp;",
+                                             u"&#x",
+                                             u"</p>",
+                                             u"[_[",
+                                             u"]_]",
+                                             u"<li>",
+                                             u"<br >",
+                                             u"</td>",
+                                             u"<b>",
+                                             u"&amp;",
+                                             u"[_[/li]_]",
+                                             u"\r\n  ",
+                                             u"text as long as it is read at once, ",
+                                             u"<td class=\"a class as long as this one\">"};
     std::u16string text;
     for (std::size_t at = 0; at < size; ++at) {
         if (data[at] >= 0x80 && data[at] < 0xA0)
@@ -68,8 +103,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             text += data[at];
     }
     CheckMasking(text);
-    CheckParagraphs(text, HtmlForm::tags);
-    CheckParagraphs(text, HtmlForm::markers);
+    for (const HtmlForm form : {HtmlForm::tags, HtmlForm::markers}) {
+        CheckParagraphs(text, form);
+        CheckSurroundings(text, form);
+    }
     if (text.size() >= 2000) // the pattern's cost grows with the square, or faster
         return 0;
     try {
