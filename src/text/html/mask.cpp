@@ -55,7 +55,7 @@ void Store(char16_t* text, __m128i units) {
 }
 
 constexpr std::size_t blockUnits = 16;
-constexpr std::size_t stretchUnits = 16 * blockUnits;
+constexpr std::size_t stretchUnits = 32 * blockUnits;
 
 __m128i BytesOf(const char16_t* block) {
     return _mm_packus_epi16(UtilpLoadEight(block), UtilpLoadEight(block + 8));
@@ -74,13 +74,16 @@ void CopyBlock(const char16_t* from, char16_t* to) {
 // The ampersands of a stretch, and after them its end.
 class clsAmpersands {
   public:
-    // How many there are in a block cannot be guessed, so four places are written of each, and the next
-    // block's begin where those end that count.
+    // Whether a block has one, two or three cannot be guessed, so three places are written of each, and the
+    // next block's begin where those end that count. One that is so near to the end that its reference may
+    // leave the stretch belongs to the next.
     clsAmpersands(const char16_t* stretch, const char16_t* end) {
         const char16_t** next = places_.data();
         for (; stretch != end; stretch += blockUnits) {
             const __m128i found = _mm_cmpeq_epi8(BytesOf(stretch), _mm_set1_epi8('&'));
             unsigned marks = static_cast<unsigned>(_mm_movemask_epi8(found));
+            if (marks == 0)
+                continue;
             const auto place = [&] {
                 const int at = std::countr_zero(marks | 1u << blockUnits);
                 marks &= marks - 1;
@@ -89,15 +92,18 @@ class clsAmpersands {
             next[0] = place();
             next[1] = place();
             next[2] = place();
-            next[3] = place();
-            for (std::size_t more = 4; marks != 0; ++more)
+            for (std::size_t more = 3; marks != 0; ++more)
                 next[more] = place();
             next += CountOf(found);
         }
         *next = end;
+        while (next != places_.data() && end - next[-1] < static_cast<std::ptrdiff_t>(longestReference))
+            --next;
+        stop_ = *next;
     }
 
     const char16_t* const* First() const { return places_.data(); }
+    const char16_t* Stop() const { return stop_; }
 
   private:
     static std::size_t CountOf(__m128i found) {
@@ -106,7 +112,8 @@ class clsAmpersands {
         return static_cast<std::size_t>(_mm_cvtsi128_si32(_mm_add_epi32(sums, _mm_srli_si128(sums, 8))));
     }
 
-    std::array<const char16_t*, stretchUnits + 4> places_;
+    std::array<const char16_t*, stretchUnits + 3> places_;
+    const char16_t* stop_;
 };
 
 // Writes a text into another place or further to the front of the same.
@@ -161,18 +168,15 @@ class clsDemasker {
     // Finds all ampersands first: then what is next does not wait for how long a reference is, and the
     // processor needs not guess where the next ampersand stands.
     void TakeStretch(std::size_t length) {
-        const char16_t* const stop = next_ + length;
-        const clsAmpersands ampersands(next_, stop);
+        const clsAmpersands ampersands(next_, next_ + length);
+        const char16_t* const stop = ampersands.Stop();
         const char16_t* const* place = ampersands.First();
-        for (;;) {
-            place = TakeNamed(place, stop);
-            if (next_ >= stop)
-                return;
+        while ((place = TakeNamed(place, stop)), next_ < stop) {
             TakeAmpersand();
-            while (*place < next_ && *place != stop)
-                ++place;
             if (next_ >= stop)
                 return;
+            while (*place < next_)
+                ++place;
         }
     }
 
@@ -180,24 +184,30 @@ class clsDemasker {
     const char16_t* const* TakeNamed(const char16_t* const* place, const char16_t* stop) {
         const char16_t* next = next_;
         char16_t* out = out_;
-        do {
+        for (;;) {
             const char16_t* const ampersand = *place++;
-            CopyBlock(next, out);
             const std::ptrdiff_t run = ampersand - next;
-            for (std::ptrdiff_t at = blockUnits; at < run; at += blockUnits)
-                CopyBlock(next + at, out + at);
-            out += run;
+            CopyBlock(next, out);
+            if (run > static_cast<std::ptrdiff_t>(blockUnits)) {
+                for (std::ptrdiff_t at = blockUnits; at < run; at += blockUnits)
+                    CopyBlock(next + at, out + at);
+            }
             next = ampersand;
-            if (ampersand == stop)
+            out += run;
+            if (next == stop)
                 break;
-            const __m128i bytes = UtilpNameBytes(ampersand + 1);
+            const __m128i bytes = UtilpNameBytes(next + 1);
             const auto length = static_cast<unsigned>(std::countr_zero(Marks(bytes, ';') | 1u << 7));
-            const char16_t unit = UtilpNamedUnit(bytes, length);
-            if (unit == 0)
-                break;
+            char16_t unit = UtilpNamedUnit(bytes, length);
+            if (unit == 0) {
+                if (next[1] == u'#' && next[2] != u'x' && length < 7)
+                    unit = UtilpReferencedUnit({next, length + 2}, end_);
+                if (unit == 0)
+                    break;
+            }
             *out++ = unit;
             next += length + 2;
-        } while (next < stop);
+        }
         next_ = next;
         out_ = out;
         return place;
@@ -205,11 +215,13 @@ class clsDemasker {
 
     // What is known to begin with an ampersand.
     void TakeAmpersand() {
-        const std::size_t row = ResolveRow(next_, end_, out_);
-        next_ += row * longestReference;
-        out_ += row;
-        if (row != 0)
-            return;
+        if (Left() >= longestReference && next_[2] == u'x') {
+            const std::size_t row = ResolveRow(next_, end_, out_);
+            next_ += row * longestReference;
+            out_ += row;
+            if (row != 0)
+                return;
+        }
         if (const std::size_t length = ReferenceLength())
             Take({next_, length});
         else
