@@ -1,10 +1,7 @@
-// Names are at most eight ASCII characters, so a name is a number of eight bytes and looking it up is one
-// hash and mostly one comparison. The tables are made by the compiler. A name in the text is read with one
-// load where eight units may be read.
+// The tables are made by the compiler.
 #include "text/html/entities.h"
 
-#include "text/units.h"
-
+#include <algorithm>
 #include <iterator>
 #include <string_view>
 
@@ -33,8 +30,9 @@ constexpr std::string_view latinNames[] = {
 static_assert(std::size(latinNames) == 0x60);
 constexpr unsigned firstLatin = 0xA0;
 
-constexpr scEntity otherEntities[] = {{"amp", u'&'}, {"quot", u'"'}, {"lt", u'<'},
-                                      {"gt", u'>'},  {"euro", 0x80}, {"apos", u'\''}};
+// The two numbers are those that are as frequent as names.
+constexpr scEntity otherEntities[] = {{"amp", u'&'},  {"quot", u'"'},  {"lt", u'<'},   {"gt", u'>'},
+                                      {"euro", 0x80}, {"apos", u'\''}, {"#39", u'\''}, {"#09", u'\t'}};
 
 constexpr scMasked Reference(std::string_view name) {
     scMasked masked{};
@@ -71,84 +69,47 @@ constexpr std::array<scMasked, 0x100> MakeMaskedUnits() {
         if (entity.unit != u'\'')
             units[entity.unit] = Reference(entity.name);
     }
-    units[u'\t'] = Reference("#09");
     return units;
 }
 
-// A name of up to eight ASCII characters as a number, its first character lowest.
-struct scEntityKey {
-    std::uint32_t low = 0;
-    std::uint32_t high = 0;
-    std::uint32_t length = 0;
-
-    constexpr bool operator==(const scEntityKey& other) const {
-        return ((low ^ other.low) | (high ^ other.high) | (length ^ other.length)) == 0;
-    }
-};
-
-template <class Name>
-constexpr scEntityKey KeyOf(Name name) {
-    scEntityKey key{.length = static_cast<std::uint32_t>(name.size())};
-    for (std::size_t at = 0; at < name.size(); ++at) {
-        const auto unit = static_cast<char16_t>(name[at]);
-        (at < 4 ? key.low : key.high) |= (unit < 0x80 ? unit : 0xFFu) << at % 4 * 8;
+// The key of a name, with the semicolon.
+constexpr scNameKey KeyOf(std::string_view name) {
+    scNameKey key;
+    for (std::size_t at = 0; at <= name.size(); ++at) {
+        const char character = at < name.size() ? name[at] : ';';
+        (at < 4 ? key.low : key.high) |= static_cast<std::uint32_t>(character) << at % 4 * 8;
     }
     return key;
 }
 
-// Masks for the bytes of a number, by the number of characters that a name has.
-constexpr std::uint32_t bytesOfLow[] = {0, 0xFF, 0xFFFF, 0xFFFFFF, ~0u, ~0u, ~0u, ~0u, ~0u};
-constexpr std::uint32_t bytesOfHigh[] = {0, 0, 0, 0, 0, 0xFF, 0xFFFF, 0xFFFFFF, ~0u};
-
-// Units that no name has become bytes that no name has: 0, or 0x80 and more.
-scEntityKey KeyOfEightUnits(const char16_t* name, std::size_t length) {
-    const __m128i units = UtilpLoadEight(name);
-    const __m128i bytes = _mm_packus_epi16(units, units);
-    return {static_cast<std::uint32_t>(_mm_cvtsi128_si32(bytes)) & bytesOfLow[length],
-            static_cast<std::uint32_t>(_mm_cvtsi128_si32(_mm_srli_si128(bytes, 4))) & bytesOfHigh[length],
-            static_cast<std::uint32_t>(length)};
+constexpr void Insert(scNamedUnits& named, std::string_view name, unsigned unit) {
+    const std::size_t slot = scNamedUnits::SlotOf(KeyOf(name));
+    if (named.units[slot] != 0)
+        throw "two names meet"; // at compile time: the factor of SlotOf is to be chosen anew
+    named.keys[slot] = KeyOf(name);
+    named.units[slot] = static_cast<std::uint8_t>(unit);
 }
 
-// A table with a place for every name, found from its key; neighbours hold what meets there.
-struct scSlot {
-    scEntityKey key;
-    char16_t unit = 0;
-};
-constexpr std::size_t slotCount = 512;
-using Slots = std::array<scSlot, slotCount>;
-
-constexpr std::size_t SlotOf(const scEntityKey& key) {
-    return (key.low + key.high * 8) * 0x9E3779B1u >> 23;
-}
-
-constexpr void Insert(Slots& slots, scEntity entity) {
-    const scEntityKey key = KeyOf(entity.name);
-    std::size_t at = SlotOf(key);
-    while (slots[at].unit != 0)
-        at = (at + 1) % slotCount;
-    slots[at] = {key, entity.unit};
-}
-
-constexpr Slots MakeSlots() {
-    Slots slots{};
-    for (const scEntity& entity : otherEntities) // first, since they are by far the most frequent ones
-        Insert(slots, entity);
+constexpr scNamedUnits MakeNamedUnits() {
+    scNamedUnits named{};
+    for (const scEntity& entity : otherEntities)
+        Insert(named, entity.name, entity.unit);
     for (unsigned at = 0; at < std::size(latinNames); ++at)
-        Insert(slots, {latinNames[at], static_cast<char16_t>(firstLatin + at)});
-    return slots;
+        Insert(named, latinNames[at], firstLatin + at);
+    return named;
 }
-constexpr Slots slots = MakeSlots();
 
 } // namespace
 
 constexpr std::array<scMasked, 0x100> maskedUnits = MakeMaskedUnits();
+constexpr scNamedUnits namedUnits = MakeNamedUnits();
 
 char16_t UtilpNamedUnit(std::u16string_view name, const char16_t* end) {
-    const scEntityKey key = end - name.data() >= 8 ? KeyOfEightUnits(name.data(), name.size()) : KeyOf(name);
-    std::size_t at = SlotOf(key);
-    while (slots[at].key != key && slots[at].unit != 0)
-        at = (at + 1) % slotCount;
-    return slots[at].unit;
+    if (end - name.data() >= 8)
+        return UtilpNamedUnit(UtilpNameBytes(name.data()), name.size());
+    std::array<char16_t, 8> units{};
+    *std::copy(name.begin(), name.end(), units.begin()) = u';';
+    return UtilpNamedUnit(UtilpNameBytes(units.data()), name.size());
 }
 
 } // namespace tvut

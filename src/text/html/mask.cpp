@@ -54,54 +54,67 @@ void Store(char16_t* text, __m128i units) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(text), units);
 }
 
-constexpr unsigned windowUnits = 32;
+constexpr std::size_t blockUnits = 16;
+constexpr std::size_t stretchUnits = 32 * blockUnits;
 
-// A bit for each unit of a window that is a certain one.
-std::uint32_t Marks(__m128i first, __m128i second, char character) {
-    const __m128i wanted = _mm_set1_epi8(character);
-    const auto low = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(first, wanted)));
-    const auto high = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(second, wanted)));
-    return low | high << 16;
+__m128i BytesOf(const char16_t* block) {
+    return _mm_packus_epi16(UtilpLoadEight(block), UtilpLoadEight(block + 8));
 }
 
-// The ampersands and semicolons of a window.
-class clsWindow {
+unsigned Marks(__m128i bytes, char character) {
+    return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(character))));
+}
+
+void CopyBlock(const char16_t* from, char16_t* to) {
+    const __m128i first = UtilpLoadEight(from), second = UtilpLoadEight(from + 8);
+    Store(to, first);
+    Store(to + 8, second);
+}
+
+// The ampersands of a stretch, and after them its end.
+class clsAmpersands {
   public:
-    explicit clsWindow(const char16_t* window) {
-        const __m128i first = _mm_packus_epi16(UtilpLoadEight(window), UtilpLoadEight(window + 8));
-        const __m128i second = _mm_packus_epi16(UtilpLoadEight(window + 16), UtilpLoadEight(window + 24));
-        ampersands_ = Marks(first, second, '&');
-        semicolons_ = Marks(first, second, ';');
+    // Whether a block has one, two or three cannot be guessed, so three places are written of each, and the
+    // next block's begin where those end that count. One that is so near to the end that its reference may
+    // leave the stretch belongs to the next.
+    clsAmpersands(const char16_t* stretch, const char16_t* end) {
+        const char16_t** next = places_.data();
+        for (; stretch != end; stretch += blockUnits) {
+            const __m128i found = _mm_cmpeq_epi8(BytesOf(stretch), _mm_set1_epi8('&'));
+            unsigned marks = static_cast<unsigned>(_mm_movemask_epi8(found));
+            if (marks == 0)
+                continue;
+            const auto place = [&] {
+                const int at = std::countr_zero(marks | 1u << blockUnits);
+                marks &= marks - 1;
+                return stretch + at;
+            };
+            next[0] = place();
+            next[1] = place();
+            next[2] = place();
+            for (std::size_t more = 3; marks != 0; ++more)
+                next[more] = place();
+            next += CountOf(found);
+        }
+        *next = end;
+        while (next != places_.data() && end - next[-1] < static_cast<std::ptrdiff_t>(longestReference))
+            --next;
+        stop_ = *next;
     }
 
-    // windowUnits when there is none.
-    unsigned NextAmpersand() const {
-        return ampersands_ != 0 ? static_cast<unsigned>(std::countr_zero(ampersands_)) : windowUnits;
-    }
-    // Both counted; more than the window has when there is none.
-    unsigned LengthToSemicolon(unsigned ampersand) const {
-        const std::uint32_t after = semicolons_ >> ampersand;
-        return (after != 0 ? static_cast<unsigned>(std::countr_zero(after)) : windowUnits) + 1;
-    }
-    // A reference has no ampersand but its first unit, so the place after it need not be known: what is to
-    // be found next does not wait for its length.
-    void PassAmpersand() { ampersands_ &= ampersands_ - 1; }
+    const char16_t* const* First() const { return places_.data(); }
+    const char16_t* Stop() const { return stop_; }
 
   private:
-    std::uint32_t ampersands_, semicolons_;
-};
+    static std::size_t CountOf(__m128i found) {
+        const __m128i zero = _mm_setzero_si128();
+        const __m128i sums = _mm_sad_epu8(_mm_sub_epi8(zero, found), zero);
+        return static_cast<std::size_t>(_mm_cvtsi128_si32(_mm_add_epi32(sums, _mm_srli_si128(sums, 8))));
+    }
 
-// Writes two blocks, or four.
-void CopyInWindow(const char16_t* from, char16_t* to, unsigned count) {
-    const auto copy = [&](unsigned at) {
-        const __m128i first = UtilpLoadEight(from + at), second = UtilpLoadEight(from + at + 8);
-        Store(to + at, first);
-        Store(to + at + 8, second);
-    };
-    copy(0);
-    if (count > 16)
-        copy(16);
-}
+    std::array<const char16_t*, stretchUnits + 3> places_;
+    const char16_t* stop_;
+};
 
 // Writes a text into another place or further to the front of the same.
 class clsDemasker {
@@ -111,60 +124,108 @@ class clsDemasker {
 
     char16_t* Run() {
         for (;;) {
-            TakeNearOnes();
-            CopyTo(UtilpFindAny(next_, end_, {u'&'}));
+            CopyToAmpersand();
             if (next_ == end_)
                 return out_;
-            if (const std::size_t length = ReferenceLength())
-                Take({next_, length});
+            if (const std::size_t length = StretchLength())
+                TakeStretch(length);
             else
-                CopyFarFromSemicolon();
+                TakeAmpersand();
         }
     }
 
   private:
-    // Copies windows and finds ampersands and semicolons with one look at each, up to a reference that is
-    // none. What is written is rounded up to blocks, so it must not leave the result or hit text that is
-    // still to be read: out is never in front of next. These two are kept out of memory, or the way through
-    // it would be most of the cost.
-    void TakeNearOnes() {
+    std::size_t Left() const { return static_cast<std::size_t>(end_ - next_); }
+
+    // To the next ampersand or somewhat in front of it.
+    void CopyToAmpersand() {
+        while (Left() >= 2 * blockUnits) {
+            const __m128i first = UtilpLoadEight(next_), second = UtilpLoadEight(next_ + 8);
+            const __m128i third = UtilpLoadEight(next_ + 16), fourth = UtilpLoadEight(next_ + 24);
+            const auto equal = [](__m128i block) { return _mm_cmpeq_epi16(block, _mm_set1_epi16('&')); };
+            if (_mm_movemask_epi8(_mm_or_si128(_mm_or_si128(equal(first), equal(second)),
+                                               _mm_or_si128(equal(third), equal(fourth)))) != 0)
+                break;
+            Store(out_, first);
+            Store(out_ + 8, second);
+            Store(out_ + 16, third);
+            Store(out_ + 24, fourth);
+            next_ += 32;
+            out_ += 32;
+        }
+        if (StretchLength() == 0)
+            CopyTo(UtilpFindAny(next_, end_, {u'&'}));
+    }
+
+    // What is read and written is rounded up to blocks, so it must not leave the text and the result, or hit
+    // text that is still to be read: out is never in front of next.
+    std::size_t StretchLength() const {
+        if (Left() < 2 * blockUnits || (!apart_ && static_cast<std::size_t>(next_ - out_) < 2 * blockUnits))
+            return 0;
+        return std::min((Left() - blockUnits) / blockUnits * blockUnits, stretchUnits);
+    }
+
+    // Finds all ampersands first: then what is next does not wait for how long a reference is, and the
+    // processor needs not guess where the next ampersand stands.
+    void TakeStretch(std::size_t length) {
+        const clsAmpersands ampersands(next_, next_ + length);
+        const char16_t* const stop = ampersands.Stop();
+        const char16_t* const* place = ampersands.First();
+        while ((place = TakeNamed(place, stop)), next_ < stop) {
+            TakeAmpersand();
+            if (next_ >= stop)
+                return;
+            while (*place < next_)
+                ++place;
+        }
+    }
+
+    // Stops at the first ampersand that begins no name.
+    const char16_t* const* TakeNamed(const char16_t* const* place, const char16_t* stop) {
         const char16_t* next = next_;
         char16_t* out = out_;
-        bool near = true;
-        while (near && static_cast<std::size_t>(end_ - next) >= 2 * windowUnits &&
-               (apart_ || static_cast<std::size_t>(next - out) >= windowUnits)) {
-            clsWindow window(next);
-            unsigned at = 0; // in the window
-            for (;;) {
-                const unsigned ampersand = window.NextAmpersand();
-                CopyInWindow(next + at, out, ampersand - at);
-                out += ampersand - at;
-                at = ampersand;
-                if (ampersand > windowUnits - longestReference)
-                    break; // from there on, so that a reference is in one window
-                if (next[at + 2] == u'x') {
-                    const std::size_t count = ResolveRow(next + at, end_, out);
-                    if (count != 0) {
-                        next += at + count * longestReference;
-                        out += count;
-                        at = 0;
-                        break;
-                    }
-                }
-                const unsigned length = window.LengthToSemicolon(ampersand);
-                const char16_t unit =
-                    length <= longestReference ? UtilpReferencedUnit({next + at, length}, end_) : u'\0';
-                near = unit != 0;
-                if (!near)
-                    break;
-                *out++ = unit;
-                at += length;
-                window.PassAmpersand();
+        for (;;) {
+            const char16_t* const ampersand = *place++;
+            const std::ptrdiff_t run = ampersand - next;
+            CopyBlock(next, out);
+            if (run > static_cast<std::ptrdiff_t>(blockUnits)) {
+                for (std::ptrdiff_t at = blockUnits; at < run; at += blockUnits)
+                    CopyBlock(next + at, out + at);
             }
-            next += at;
+            next = ampersand;
+            out += run;
+            if (next == stop)
+                break;
+            const __m128i bytes = UtilpNameBytes(next + 1);
+            const auto length = static_cast<unsigned>(std::countr_zero(Marks(bytes, ';') | 1u << 7));
+            char16_t unit = UtilpNamedUnit(bytes, length);
+            if (unit == 0) {
+                if (next[1] == u'#' && next[2] != u'x' && length < 7)
+                    unit = UtilpReferencedUnit({next, length + 2}, end_);
+                if (unit == 0)
+                    break;
+            }
+            *out++ = unit;
+            next += length + 2;
         }
         next_ = next;
         out_ = out;
+        return place;
+    }
+
+    // What is known to begin with an ampersand.
+    void TakeAmpersand() {
+        if (Left() >= longestReference && next_[2] == u'x') {
+            const std::size_t row = ResolveRow(next_, end_, out_);
+            next_ += row * longestReference;
+            out_ += row;
+            if (row != 0)
+                return;
+        }
+        if (const std::size_t length = ReferenceLength())
+            Take({next_, length});
+        else
+            CopyFarFromSemicolon();
     }
 
     // From the ampersand here to the next semicolon, both counted; 0 when that is too far.
