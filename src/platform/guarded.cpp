@@ -47,6 +47,7 @@ unsigned long TvutGuardedCall(void (*body)(void*), void* argument) {
 // that a call keeps are restored there alone: a body that returns has kept them.
 __asm__(R"(
     .text
+    .p2align 4
     .globl _TvutGuardedCall
 _TvutGuardedCall:
     pushl %ebp

@@ -41,46 +41,46 @@ class clsSystemHeap {
     struct scAllocateCall : scCall {
         DWORD options = 0;
         std::size_t bytes = 0;
+        void* block = nullptr; // found
     };
     struct scFreeCall : scCall {
         void* block = nullptr;
         std::uint32_t* mark = nullptr; // the word of it that is unmade, so that freeing it twice is noticed
+        BOOL freed = FALSE;            // found
     };
 
     // The exception is the system's, 0 for none.
     template <class Call>
     static void* Allocate(Call& call, unsigned long& exception) noexcept {
-        void* block = nullptr;
-        auto body = [&call, &block] {
+        auto body = [&call] {
             if (clsSystemHeap* const heap = Usable(call.Look())) {
                 Note(call, *heap);
-                block = HeapAlloc(heap->handle_, call.options, call.bytes);
+                call.block = HeapAlloc(heap->handle_, call.options, call.bytes);
             }
         };
         exception = Guard(call, body);
-        if (exception != 0 || !block)
+        if (exception != 0 || !call.block)
             return nullptr;
         ++call.entered->blocks_;
-        return block;
+        return call.block;
     }
     template <class Call>
     static bool Free(Call& call) noexcept {
-        BOOL freed = FALSE;
-        auto body = [&call, &freed] {
+        auto body = [&call] {
             clsSystemHeap* const heap = Usable(call.Look());
             if (!heap)
                 return;
             LookBefore(call.block);
             const std::uint32_t mark = std::exchange(*call.mark, freedMark);
             Note(call, *heap);
-            freed = HeapFree(heap->handle_, heap->Serialisation(), call.block);
-            if (!freed)
+            call.freed = HeapFree(heap->handle_, heap->Serialisation(), call.block);
+            if (!call.freed)
                 *call.mark = mark;
         };
         Guard(call, body);
-        if (freed)
+        if (call.freed)
             --call.entered->blocks_;
-        return freed != FALSE;
+        return call.freed != FALSE;
     }
 
     // Bytes of a block; 0 where there is no telling.

@@ -1,7 +1,6 @@
 // The tables are made by the compiler.
 #include "text/html/entities.h"
 
-#include <algorithm>
 #include <iterator>
 #include <string_view>
 
@@ -72,12 +71,13 @@ constexpr std::array<scMasked, 0x100> MakeMaskedUnits() {
     return units;
 }
 
-// The key of a name, with the semicolon.
-constexpr scNameKey KeyOf(std::string_view name) {
+// The key of a name, with the semicolon. A unit that no name has becomes a byte that no name has.
+template <class Name>
+constexpr scNameKey KeyOf(Name name) {
     scNameKey key;
     for (std::size_t at = 0; at <= name.size(); ++at) {
-        const char character = at < name.size() ? name[at] : ';';
-        (at < 4 ? key.low : key.high) |= static_cast<std::uint32_t>(character) << at % 4 * 8;
+        const auto unit = at < name.size() ? static_cast<char16_t>(name[at]) : u';';
+        (at < 4 ? key.low : key.high) |= (unit < 0x80 ? unit : 0xFFu) << at % 4 * 8;
     }
     return key;
 }
@@ -105,11 +105,8 @@ constexpr std::array<scMasked, 0x100> maskedUnits = MakeMaskedUnits();
 constexpr scNamedUnits namedUnits = MakeNamedUnits();
 
 char16_t UtilpNamedUnit(std::u16string_view name, const char16_t* end) {
-    if (end - name.data() >= 8)
-        return UtilpNamedUnit(UtilpNameBytes(name.data()), name.size());
-    std::array<char16_t, 8> units{};
-    *std::copy(name.begin(), name.end(), units.begin()) = u';';
-    return UtilpNamedUnit(UtilpNameBytes(units.data()), name.size());
+    return end - name.data() >= 8 ? UtilpNamedUnit(UtilpNameBytes(name.data()), name.size())
+                                  : UtilpNamedUnit(KeyOf(name));
 }
 
 } // namespace tvut

@@ -43,6 +43,13 @@ struct scNamedUnits {
 };
 extern const scNamedUnits namedUnits;
 
+// 0 when there is none.
+inline char16_t UtilpNamedUnit(const scNameKey& key) {
+    const std::size_t slot = scNamedUnits::SlotOf(key);
+    const scNameKey& known = namedUnits.keys[slot];
+    return ((known.low ^ key.low) | (known.high ^ key.high)) == 0 ? namedUnits.units[slot] : u'\0';
+}
+
 // The unit that a name of less than eight characters stands for; 0 when it is unknown. Given are eight units
 // from its first one on, as bytes: what no name has became 0, or 0x80 and more.
 inline char16_t UtilpNamedUnit(__m128i bytes, std::size_t length) {
@@ -51,11 +58,8 @@ inline char16_t UtilpNamedUnit(__m128i bytes, std::size_t length) {
                                                       all >> 24, all >> 16, all >> 8,  all};
     const __m128i kept =
         _mm_and_si128(bytes, _mm_loadl_epi64(reinterpret_cast<const __m128i*>(withSemicolon + length)));
-    const scNameKey key{static_cast<std::uint32_t>(_mm_cvtsi128_si32(kept)),
-                        static_cast<std::uint32_t>(_mm_cvtsi128_si32(_mm_srli_si128(kept, 4)))};
-    const std::size_t slot = scNamedUnits::SlotOf(key);
-    const scNameKey& known = namedUnits.keys[slot];
-    return ((known.low ^ key.low) | (known.high ^ key.high)) == 0 ? namedUnits.units[slot] : u'\0';
+    return UtilpNamedUnit(scNameKey{static_cast<std::uint32_t>(_mm_cvtsi128_si32(kept)),
+                                    static_cast<std::uint32_t>(_mm_cvtsi128_si32(_mm_srli_si128(kept, 4)))});
 }
 
 inline __m128i UtilpNameBytes(const char16_t* name) {

@@ -124,37 +124,39 @@ class clsDemasker {
 
     char16_t* Run() {
         for (;;) {
-            CopyToAmpersand();
+            CopyWindows();
+            if (StretchLength() != 0) {
+                clsDemasker stretches(*this); // this one stays in registers
+                stretches.TakeStretches();
+                next_ = stretches.next_;
+                out_ = stretches.out_;
+                continue;
+            }
+            CopyTo(UtilpFindAny(next_, end_, {u'&'}));
             if (next_ == end_)
                 return out_;
-            if (const std::size_t length = StretchLength())
-                TakeStretch(length);
-            else
-                TakeAmpersand();
+            TakeAmpersand();
         }
     }
 
   private:
     std::size_t Left() const { return static_cast<std::size_t>(end_ - next_); }
 
-    // To the next ampersand or somewhat in front of it.
-    void CopyToAmpersand() {
-        while (Left() >= 2 * blockUnits) {
+    // Stops in front of the first one that has an ampersand.
+    void CopyWindows() {
+        const auto equal = [](__m128i block) { return _mm_cmpeq_epi16(block, _mm_set1_epi16('&')); };
+        for (; Left() >= 32; next_ += 32, out_ += 32) {
             const __m128i first = UtilpLoadEight(next_), second = UtilpLoadEight(next_ + 8);
             const __m128i third = UtilpLoadEight(next_ + 16), fourth = UtilpLoadEight(next_ + 24);
-            const auto equal = [](__m128i block) { return _mm_cmpeq_epi16(block, _mm_set1_epi16('&')); };
-            if (_mm_movemask_epi8(_mm_or_si128(_mm_or_si128(equal(first), equal(second)),
-                                               _mm_or_si128(equal(third), equal(fourth)))) != 0)
-                break;
+            const __m128i marks = _mm_or_si128(_mm_or_si128(equal(first), equal(second)),
+                                               _mm_or_si128(equal(third), equal(fourth)));
+            if (_mm_movemask_epi8(marks) != 0)
+                return;
             Store(out_, first);
             Store(out_ + 8, second);
             Store(out_ + 16, third);
             Store(out_ + 24, fourth);
-            next_ += 32;
-            out_ += 32;
         }
-        if (StretchLength() == 0)
-            CopyTo(UtilpFindAny(next_, end_, {u'&'}));
     }
 
     // What is read and written is rounded up to blocks, so it must not leave the text and the result, or hit
@@ -165,16 +167,27 @@ class clsDemasker {
         return std::min((Left() - blockUnits) / blockUnits * blockUnits, stretchUnits);
     }
 
+    // Until one has no ampersand.
+    void TakeStretches() {
+        bool any = true;
+        while (any && StretchLength() != 0)
+            any = TakeStretch();
+    }
+
     // Finds all ampersands first: then what is next does not wait for how long a reference is, and the
     // processor needs not guess where the next ampersand stands.
-    void TakeStretch(std::size_t length) {
-        const clsAmpersands ampersands(next_, next_ + length);
+    bool TakeStretch() {
+        const clsAmpersands ampersands(next_, next_ + StretchLength());
         const char16_t* const stop = ampersands.Stop();
         const char16_t* const* place = ampersands.First();
-        while ((place = TakeNamed(place, stop)), next_ < stop) {
-            TakeAmpersand();
+        for (;;) {
+            place = TakeNamed(place, stop);
             if (next_ >= stop)
-                return;
+                return place != ampersands.First() + 1;
+            if (!TakeRow())
+                TakeAmpersand();
+            if (next_ >= stop)
+                return true;
             while (*place < next_)
                 ++place;
         }
@@ -213,15 +226,14 @@ class clsDemasker {
         return place;
     }
 
-    // What is known to begin with an ampersand.
-    void TakeAmpersand() {
-        if (Left() >= longestReference && next_[2] == u'x') {
-            const std::size_t row = ResolveRow(next_, end_, out_);
-            next_ += row * longestReference;
-            out_ += row;
-            if (row != 0)
-                return;
-        }
+    bool TakeRow() {
+        const std::size_t count = next_[2] == u'x' ? ResolveRow(next_, end_, out_) : 0;
+        next_ += count * longestReference;
+        out_ += count;
+        return count != 0;
+    }
+
+    TVUT_ALWAYS_INLINE void TakeAmpersand() {
         if (const std::size_t length = ReferenceLength())
             Take({next_, length});
         else
@@ -229,7 +241,7 @@ class clsDemasker {
     }
 
     // From the ampersand here to the next semicolon, both counted; 0 when that is too far.
-    std::size_t ReferenceLength() const {
+    TVUT_ALWAYS_INLINE std::size_t ReferenceLength() const {
         const char16_t* const limit = next_ + std::min<std::ptrdiff_t>(end_ - next_, longestReference);
         const char16_t* const semicolon = UtilpFindAny(next_, limit, {u';'});
         return semicolon != limit ? static_cast<std::size_t>(semicolon - next_) + 1 : 0;
@@ -237,12 +249,12 @@ class clsDemasker {
 
     // No ampersand is part of a reference before the next semicolon comes near. No place is searched twice
     // for one, or a million ampersands would be slow.
-    void CopyFarFromSemicolon() {
+    TVUT_ALWAYS_INLINE void CopyFarFromSemicolon() {
         const char16_t* const semicolon = UtilpFindAny(next_, end_, {u';'});
         CopyTo(semicolon != end_ ? semicolon - (longestReference - 1) : end_);
     }
 
-    void CopyTo(const char16_t* stop) {
+    TVUT_ALWAYS_INLINE void CopyTo(const char16_t* stop) {
         const std::ptrdiff_t count = stop - next_;
         std::ptrdiff_t at = 0;
         for (; at < count - 7; at += 8)
@@ -254,7 +266,7 @@ class clsDemasker {
     }
 
     // A number that is none loses its ampersand, and what follows that is text; an unknown name stays.
-    void Take(std::u16string_view reference) {
+    TVUT_ALWAYS_INLINE void Take(std::u16string_view reference) {
         if (const char16_t unit = UtilpReferencedUnit(reference, end_); unit != 0) {
             *out_++ = unit;
             next_ += reference.size();

@@ -46,13 +46,18 @@ char16_t* PutExact(char16_t unit, char16_t* result) {
     return std::copy_n(masked.begin(), length, result);
 }
 
+// Whether all eight units are written as numbers.
+bool AreNumbered(__m128i units) {
+    static_assert(firstNumbered == 1 << 8);
+    return _mm_movemask_epi8(_mm_cmpeq_epi16(_mm_srli_epi16(units, 8), _mm_setzero_si128())) == 0;
+}
+
 bool IsAscii(__m128i units) {
     return _mm_movemask_epi8(_mm_cmpeq_epi16(_mm_srli_epi16(units, 7), _mm_setzero_si128())) == 0xFFFF;
 }
 
 // How many units each of sixteen ASCII characters gets more than it has: 4 for TAB and &, 5 for ", 3 for <
-// and
-// >, which differ in one bit.
+// and >, which differ in one bit.
 __m128i Growth(__m128i characters) {
     const auto where = [](__m128i bytes, char c, char growth) {
         return _mm_and_si128(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)), _mm_set1_epi8(growth));
@@ -62,33 +67,90 @@ __m128i Growth(__m128i characters) {
         _mm_or_si128(where(characters, '"', 5), where(_mm_or_si128(characters, _mm_set1_epi8(2)), '>', 3)));
 }
 
-// By how much the result of sixteen ASCII units is longer.
-std::size_t GrowthOf(__m128i first, __m128i second) {
-    const __m128i sums = _mm_sad_epu8(Growth(_mm_packus_epi16(first, second)), _mm_setzero_si128());
-    return static_cast<std::size_t>(_mm_cvtsi128_si32(_mm_add_epi32(sums, _mm_srli_si128(sums, 8))));
-}
-
 // Whether all eight units stay as they are.
 bool IsPlain(__m128i block) {
     const __m128i growth = Growth(_mm_packus_epi16(block, block));
     return IsAscii(block) && _mm_movemask_epi8(_mm_cmpeq_epi8(growth, _mm_setzero_si128())) == 0xFFFF;
 }
 
-} // namespace
+constexpr std::ptrdiff_t windowUnits = 32;
 
-std::size_t UtilpMaskedRunLength(const char16_t* text, const char16_t* end) {
-    auto length = static_cast<std::size_t>(end - text);
-    for (; end - text >= 16; text += 16) {
-        const __m128i first = UtilpLoadEight(text), second = UtilpLoadEight(text + 8);
-        if (IsAscii(_mm_or_si128(first, second))) {
-            length += GrowthOf(first, second);
-            continue;
-        }
-        for (int i = 0; i < 16; ++i)
-            length += LengthOf(text[i]) - 1;
+// Which of sixteen ASCII characters grow: TAB, " and &, < and >, which differ in one bit each.
+__m128i Growing(__m128i characters) {
+    const auto equal = [](__m128i bytes, char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); };
+    return _mm_or_si128(
+        _mm_or_si128(equal(characters, '\t'), equal(_mm_or_si128(characters, _mm_set1_epi8(4)), '&')),
+        equal(_mm_or_si128(characters, _mm_set1_epi8(2)), '>'));
+}
+
+// Whether all units of a window stay as they are.
+bool IsPlainWindow(const char16_t* window) {
+    const __m128i first = UtilpLoadEight(window), second = UtilpLoadEight(window + 8);
+    const __m128i third = UtilpLoadEight(window + 16), fourth = UtilpLoadEight(window + 24);
+    const __m128i any = _mm_or_si128(_mm_or_si128(first, second), _mm_or_si128(third, fourth));
+    const __m128i beyondAscii = _mm_adds_epu16(any, _mm_set1_epi16(0x7F80)); // in the topmost bits
+    const __m128i growing =
+        _mm_or_si128(Growing(_mm_packus_epi16(first, second)), Growing(_mm_packus_epi16(third, fourth)));
+    return (_mm_movemask_epi8(growing) | (_mm_movemask_epi8(beyondAscii) & 0xAAAA)) == 0;
+}
+
+// By how much the result of some text is longer.
+class clsGrowth {
+  public:
+    // The second eight units may be zero.
+    void Add(const char16_t* text, __m128i first, __m128i second) {
+        const __m128i zero = _mm_setzero_si128();
+        const __m128i bytes = _mm_packus_epi16(first, second); // a number's is no ASCII character
+        sums_ = _mm_add_epi32(sums_, _mm_sad_epu8(Growth(bytes), zero));
+        if (IsAscii(_mm_or_si128(first, second)))
+            return;
+        const auto named = [=](__m128i units) { return _mm_cmpeq_epi16(_mm_srli_epi16(units, 8), zero); };
+        const __m128i areNamed = _mm_packs_epi16(named(first), named(second));
+        const __m128i numbered = _mm_andnot_si128(areNamed, _mm_set1_epi8(longestReference - 1));
+        sums_ = _mm_add_epi32(sums_, _mm_sad_epu8(numbered, zero));
+        auto beyondAscii = static_cast<unsigned>(_mm_movemask_epi8(_mm_and_si128(areNamed, bytes)));
+        for (; beyondAscii != 0; beyondAscii &= beyondAscii - 1)
+            Add(text[std::countr_zero(beyondAscii)]);
+    }
+    void Add(char16_t unit) { more_ += LengthOf(unit) - 1; }
+
+    std::size_t Sum() const {
+        return more_ +
+               static_cast<std::size_t>(_mm_cvtsi128_si32(_mm_add_epi32(sums_, _mm_srli_si128(sums_, 8))));
+    }
+
+  private:
+    __m128i sums_ = _mm_setzero_si128();
+    std::size_t more_ = 0;
+};
+
+std::size_t GrowthOf(const char16_t* text, const char16_t* end) {
+    clsGrowth growth;
+    for (; end - text >= 16; text += 16)
+        growth.Add(text, UtilpLoadEight(text), UtilpLoadEight(text + 8));
+    if (end - text >= 8) {
+        growth.Add(text, UtilpLoadEight(text), _mm_setzero_si128());
+        text += 8;
     }
     for (; text != end; ++text)
-        length += LengthOf(*text) - 1;
+        growth.Add(*text);
+    return growth.Sum();
+}
+
+} // namespace
+
+// Windows that stay as they are are passed over. Where one does not, those after it will not either.
+std::size_t UtilpMaskedRunLength(const char16_t* text, const char16_t* end) {
+    auto length = static_cast<std::size_t>(end - text);
+    while (text != end) {
+        if (end - text >= windowUnits && IsPlainWindow(text)) {
+            text += windowUnits;
+        } else {
+            const char16_t* const stop = text + std::min<std::ptrdiff_t>(end - text, 8 * windowUnits);
+            length += GrowthOf(text, stop);
+            text = stop;
+        }
+    }
     return length;
 }
 
@@ -99,6 +161,13 @@ char16_t* UtilpMaskRun(const char16_t* text, const char16_t* end, char16_t* resu
         if (IsPlain(block)) {
             _mm_storeu_si128(reinterpret_cast<__m128i*>(result), block);
             result += 8;
+            continue;
+        }
+        if (AreNumbered(block)) {
+            for (int i = 0; i < 8; ++i) {
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(result), Number(text[i]));
+                result += longestReference;
+            }
             continue;
         }
         for (int i = 0; i < 8; ++i)
