@@ -24,7 +24,7 @@ class clsFastPath {
         bool afterBlank; // before the tags that were met last
     };
 
-    // Apart is a result that is in another place than the page.
+    // Whether it is apart: the result is in another place than the page.
     clsFastPath(const scState& state, const char16_t* end, bool isApart)
         : marks_(state.next), end_(end), writer_(state.writer), afterBlank_(state.afterBlank),
           hasMargin_(isApart || state.next - writer_.End() >= static_cast<std::ptrdiff_t>(Marks::units)) {}
@@ -82,7 +82,7 @@ class clsFastPath {
             if (Here()[1] == unit) // a row of them is taken at once
                 return false;
             writer_.TakeQuote(unit);
-        } else {
+        } else { // a unit between the line ends, which means nothing
             writer_.TakePlain(unit, false);
         }
         afterBlank_ = false;

@@ -52,6 +52,7 @@ class clsPlainWriter {
         out_ += count;
         afterBlank_ = endsBlank;
     }
+
     // A unit that is neither a line end nor a bracket character.
     void TakePlain(char16_t unit, bool isBlank) {
         if (!isBlank || !afterBlank_)
