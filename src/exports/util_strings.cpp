@@ -48,7 +48,7 @@ INT __cdecl UtilSafeSprintf(wchar_t* destination, UINT size, const wchar_t* form
     const INT written = Format(destination, size, format, arguments);
     va_end(arguments);
     if (g_check && written <= 0)
-        clsDiagnosticLine().Put(u"UtilSafeSprintf: destination buffer too small\n").Write();
+        UtilpWriteDiagnosticLine(u"UtilSafeSprintf: destination buffer too small\n");
     return written;
 }
 
