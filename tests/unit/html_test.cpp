@@ -69,9 +69,21 @@ void Check(const char* cases, std::size_t mostBefore, Convert convert) {
     }
 }
 
+// Long before the end, up to which blocks are read.
+template <class Convert>
+auto FarFromEnd(Convert convert) {
+    return [=](const Text& text) {
+        Text result = convert(text + Text(64, u'.'));
+        result.resize(result.size() - 64);
+        return result;
+    };
+}
+
 TEST(Html, Cases) {
     Check("html/masked", 16, Masked);
     Check("html/demasked", 16, Demasked);
+    Check("html/masked", 16, FarFromEnd(Masked));
+    Check("html/demasked", 32, FarFromEnd(Demasked));
     Check("html/from_text", 0, [](const Text& text) { return Html(text); });
     Check("html/from_text_markers", 0, [](const Text& text) { return Html(text, HtmlForm::markers); });
     Check("html/to_text", 16, [](const Text& html) { return Plain(html); });
@@ -81,8 +93,8 @@ TEST(Html, Cases) {
 // At every place of a block; masking is undone by demasking, unit by unit.
 TEST(HtmlMask, EveryUnitEverywhere) {
     for (unsigned unit = 1; unit < 0x10000; ++unit) {
-        const std::size_t at = unit % 23;
-        Text text(25, u'.');
+        const std::size_t at = unit % 67;
+        Text text(70, u'.');
         text[at] = static_cast<char16_t>(unit);
         const Text one = Masked(text.substr(at, 1));
         ASSERT_EQ(Masked(text), text.substr(0, at) + one + text.substr(at + 1)) << unit;

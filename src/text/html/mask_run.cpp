@@ -1,5 +1,6 @@
-// Sixteen ASCII characters are measured at once by adding up how much each grows. They are written eight at a
-// time while none of them grows, and else one by one, each as eight units of which the first ones count.
+// Sixteen characters are measured at once by adding up how much each grows, after those windows that stay as
+// they are. They are written eight at a time while none of them grows, and else one by one, each as eight
+// units of which the first ones count.
 #include "text/html/mask_run.h"
 
 #include "text/html/entities.h"
@@ -17,13 +18,12 @@ std::size_t LengthOf(char16_t unit) {
     return unit < firstNumbered ? maskedUnits[unit].length : longestReference;
 }
 
-// A unit as &#x20ac;. Made in a register: a block that is read after it was written unit by unit would have
-// to wait until all of them have left the processor.
-__m128i Number(char16_t unit) {
+// A unit, given eight times, as &#x20ac;. Made in a register: a block that is read after it was written unit
+// by unit would have to wait until all of them have left the processor.
+__m128i Number(__m128i unit) {
     const __m128i places = _mm_setr_epi16(0, 0, 0, 1, 1 << 4, 1 << 8, 1 << 12, 0);
     const __m128i form = _mm_setr_epi16('&', '#', 'x', '0', '0', '0', '0', ';');
-    const __m128i units = _mm_set1_epi16(static_cast<short>(unit));
-    const __m128i digits = _mm_srli_epi16(_mm_mullo_epi16(units, places), 12);
+    const __m128i digits = _mm_srli_epi16(_mm_mullo_epi16(unit, places), 12);
     const __m128i letters = _mm_cmpgt_epi16(digits, _mm_set1_epi16(9));
     const __m128i toLetters = _mm_and_si128(letters, _mm_set1_epi16('a' - '0' - 10));
     return _mm_add_epi16(_mm_add_epi16(digits, form), toLetters);
@@ -36,8 +36,26 @@ char16_t* PutFast(char16_t unit, char16_t* result) {
         std::memcpy(result, masked.text.data(), sizeof masked.text);
         return result + masked.length;
     }
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(result), Number(unit));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(result), Number(_mm_set1_epi16(static_cast<short>(unit))));
     return result + longestReference;
+}
+
+// Without a loop, whose end the processor would not always guess.
+char16_t* PutNumbers(__m128i units, char16_t* result) {
+    const auto put = [&](__m128i unit) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(result), Number(unit));
+        result += longestReference;
+    };
+    const __m128i first = _mm_unpacklo_epi16(units, units), second = _mm_unpackhi_epi16(units, units);
+    put(_mm_shuffle_epi32(first, 0x00));
+    put(_mm_shuffle_epi32(first, 0x55));
+    put(_mm_shuffle_epi32(first, 0xAA));
+    put(_mm_shuffle_epi32(first, 0xFF));
+    put(_mm_shuffle_epi32(second, 0x00));
+    put(_mm_shuffle_epi32(second, 0x55));
+    put(_mm_shuffle_epi32(second, 0xAA));
+    put(_mm_shuffle_epi32(second, 0xFF));
+    return result;
 }
 
 char16_t* PutExact(char16_t unit, char16_t* result) {
@@ -67,12 +85,6 @@ __m128i Growth(__m128i characters) {
         _mm_or_si128(where(characters, '"', 5), where(_mm_or_si128(characters, _mm_set1_epi8(2)), '>', 3)));
 }
 
-// Whether all eight units stay as they are.
-bool IsPlain(__m128i block) {
-    const __m128i growth = Growth(_mm_packus_epi16(block, block));
-    return IsAscii(block) && _mm_movemask_epi8(_mm_cmpeq_epi8(growth, _mm_setzero_si128())) == 0xFFFF;
-}
-
 constexpr std::ptrdiff_t windowUnits = 32;
 
 // Which of sixteen ASCII characters grow: TAB, " and &, < and >, which differ in one bit each.
@@ -81,6 +93,11 @@ __m128i Growing(__m128i characters) {
     return _mm_or_si128(
         _mm_or_si128(equal(characters, '\t'), equal(_mm_or_si128(characters, _mm_set1_epi8(4)), '&')),
         equal(_mm_or_si128(characters, _mm_set1_epi8(2)), '>'));
+}
+
+// Whether all eight ASCII units stay as they are.
+bool IsPlain(__m128i block) {
+    return _mm_movemask_epi8(Growing(_mm_packus_epi16(block, block))) == 0;
 }
 
 // Whether all units of a window stay as they are.
@@ -158,16 +175,13 @@ char16_t* UtilpMaskRun(const char16_t* text, const char16_t* end, char16_t* resu
     constexpr std::ptrdiff_t mostOfBlock = 8 * longestReference;
     for (; end - text >= 8 && resultEnd - result >= mostOfBlock; text += 8) {
         const __m128i block = UtilpLoadEight(text);
-        if (IsPlain(block)) {
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(result), block);
-            result += 8;
+        if (!IsAscii(block) && AreNumbered(block)) {
+            result = PutNumbers(block, result);
             continue;
         }
-        if (AreNumbered(block)) {
-            for (int i = 0; i < 8; ++i) {
-                _mm_storeu_si128(reinterpret_cast<__m128i*>(result), Number(text[i]));
-                result += longestReference;
-            }
+        if (IsAscii(block) && IsPlain(block)) {
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(result), block);
+            result += 8;
             continue;
         }
         for (int i = 0; i < 8; ++i)
