@@ -61,10 +61,6 @@ void Store(char16_t* text, __m128i units) {
 constexpr std::size_t blockUnits = 16;
 constexpr std::size_t stretchUnits = 32 * blockUnits;
 
-__m128i BytesOf(const char16_t* block) {
-    return _mm_packus_epi16(UtilpLoadEight(block), UtilpLoadEight(block + 8));
-}
-
 unsigned Marks(__m128i bytes, char character) {
     return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(character))));
 }
@@ -84,7 +80,7 @@ class clsAmpersands {
     clsAmpersands(const char16_t* stretch, const char16_t* end) {
         const char16_t** next = places_.data();
         for (; stretch != end; stretch += blockUnits) {
-            const __m128i found = _mm_cmpeq_epi8(BytesOf(stretch), _mm_set1_epi8('&'));
+            const __m128i found = _mm_cmpeq_epi8(UtilpNarrowSixteen(stretch), _mm_set1_epi8('&'));
             unsigned marks = static_cast<unsigned>(_mm_movemask_epi8(found));
             if (marks == 0)
                 continue;
